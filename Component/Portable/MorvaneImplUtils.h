@@ -1,0 +1,126 @@
+// The frame of the library: exceptions, error codes, debug output. Every other file stands on this one.
+//
+// Outside the library failures travel as TError codes, inside it as exceptions. ErrorFromException and
+// ThrowError convert one into the other. Assertions are reports only: the code after a failed one runs on.
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <new>
+#include <stdexcept>
+#include <string>
+
+#include "Interface/MorvaneDebugOutput.h"
+#include "Interface/MorvaneTypes.h"
+
+namespace NSMorvane {
+
+// --- Exceptions ---------------------------------------------------------------------------------------------
+
+// Carries a code of the application through the library, unchanged.
+class XApplicationError : public std::exception {
+ public:
+  explicit XApplicationError(TError error) : fError(error) {}
+  TError fError;
+};
+
+class XIllegalCallSequence : public std::logic_error {
+ public:
+  XIllegalCallSequence() : std::logic_error("Illegal call sequence") {}
+};
+
+class XProgrammingError : public std::logic_error {
+ public:
+  XProgrammingError() : std::logic_error("Programming error") {}
+};
+
+class XInvariantCorrupt : public std::logic_error {
+ public:
+  XInvariantCorrupt() : std::logic_error("Invariant corrupt") {}
+};
+
+class XBadFormat : public std::runtime_error {
+ public:
+  XBadFormat() : std::runtime_error("Bad format") {}
+};
+
+class XUnsupportedFormat : public std::runtime_error {
+ public:
+  XUnsupportedFormat() : std::runtime_error("Unsupported format") {}
+};
+
+class XUnsupportedInterface : public std::runtime_error {
+ public:
+  XUnsupportedInterface() : std::runtime_error("Unsupported interface") {}
+};
+
+class XUnsupportedOSVersion : public std::runtime_error {
+ public:
+  XUnsupportedOSVersion() : std::runtime_error("Unsupported os version") {}
+};
+
+// std::bad_alloc with the text that the table of error codes names, the same under every standard library.
+class XOutOfMemory : public std::bad_alloc {
+ public:
+  const char* what() const noexcept override { return "bad allocation"; }
+};
+
+// --- Codes and exceptions -----------------------------------------------------------------------------------
+
+// The code that stands for an exception at the client boundary. Unlisted types give kOtherError.
+TError ErrorFromException(const std::exception* exception);
+
+// Throws the exception that stands for a code; kOK returns. Logs nothing.
+void ThrowError(TError error);
+
+// ThrowError, after a line that tells the code and where it came from. For every code that comes back from a
+// client callback.
+void CheckError(const char* file, std::int32_t line, TError error);
+
+// 12000 to 12009, and everything from 100000 on.
+bool IsValidError(TError error);
+
+// 0 or 1; anything else is reported and refused.
+bool ValidateFlag(TFlag flag);
+
+// --- Debug output -------------------------------------------------------------------------------------------
+
+// The client's output object, or null. Written by IMorvane_SetDebugOutput alone.
+extern IDebugOutput* gDebugOutput;
+
+void DebugAssert(const char* file, std::int32_t line, const char* expression);
+void DebugPrint(const char* text);
+void DebugPrint(const std::string& text);
+// Announces the throw that follows it.
+void DebugThrown(const char* file, std::int32_t line);
+
+// Everything printed while this lives is one level deeper.
+class DebugIndentScope {
+ public:
+  DebugIndentScope();
+  ~DebugIndentScope();
+  DebugIndentScope(const DebugIndentScope&) = delete;
+  DebugIndentScope& operator=(const DebugIndentScope&) = delete;
+};
+
+}  // namespace NSMorvane
+
+// The text of a failed clause is output, exactly as it stands between the parentheses.
+#define MORVANE_ASSERT(...) \
+  ((__VA_ARGS__) ? void() : ::NSMorvane::DebugAssert(__FILE__, __LINE__, #__VA_ARGS__))
+
+// A clause whose reported text is not its own.
+#define MORVANE_ASSERT_TEXT(text, ...) \
+  ((__VA_ARGS__) ? void() : ::NSMorvane::DebugAssert(__FILE__, __LINE__, text))
+
+// A branch that must not be reached.
+#define MORVANE_UNREACHED() ::NSMorvane::DebugAssert(__FILE__, __LINE__, "false")
+
+// Announces and throws.
+#define MORVANE_THROW(...) (::NSMorvane::DebugThrown(__FILE__, __LINE__), throw __VA_ARGS__)
+
+// Announces and throws on the exception being handled.
+#define MORVANE_RETHROW() (::NSMorvane::DebugThrown(__FILE__, __LINE__), throw)
+
+// Turns a code of a client callback into an exception, with a line in the log.
+#define MORVANE_CHECK(...) ::NSMorvane::CheckError(__FILE__, __LINE__, __VA_ARGS__)

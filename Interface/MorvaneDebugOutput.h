@@ -1,0 +1,36 @@
+// Where the library says what it does: assertions, lines and indentation, and the settings of the debug layers.
+#pragma once
+
+#include "MorvaneTypes.h"
+
+namespace NSMorvane {
+
+// Implemented by the client, installed with IMorvane_SetDebugOutput, and never deleted by the library. It is
+// called on the thread that caused the output, which is nearly always the main thread.
+class IDebugOutput {
+ public:
+  // A check of the library or of one of its contracts has failed. The library goes on after it.
+  virtual void IDebugOutput_Assert(const char* file, std::int32_t line, const char* expression) = 0;
+  // One finished line, at most 2000 characters, without a line ending.
+  virtual void IDebugOutput_Print(const char* text) = 0;
+  // From now on everything printed is one level deeper.
+  virtual void IDebugOutput_Indent() = 0;
+  // The reverse of IDebugOutput_Indent.
+  virtual void IDebugOutput_Unindent() = 0;
+
+ protected:
+  virtual ~IDebugOutput() = default;
+};
+
+// The switches of the debug layers. Each is 0 or 1.
+struct TDebugSettings {
+  TFlag fDebugMenu;             // the debug menu is shown in menu bars
+  TFlag fDrawInvalidationBlue;  // invalidated areas are flashed
+  TFlag fDrawPaintsRed;         // each buffered draw first flashes its area
+  TFlag fDrawViewBounds;        // frames of views are drawn
+  TFlag fDrawMouseViewInfo;     // data of the view under the mouse are drawn
+  TFlag fFlushViews;            // drawing goes to the screen after each view
+  TFlag fDelayAfterFlushing;    // each such flush is followed by a pause
+};
+
+}  // namespace NSMorvane

@@ -1,0 +1,27 @@
+# MorvaneOptions: the compiler options every target of this project shares.
+# MorvaneBoost: Boost's header-only smart pointers as a system include folder.
+add_library(MorvaneOptions INTERFACE)
+target_compile_definitions(MorvaneOptions INTERFACE UNICODE _UNICODE STRICT NOMINMAX WIN32_LEAN_AND_MEAN
+  WINVER=0x0601 _WIN32_WINNT=0x0601 _CRT_SECURE_NO_WARNINGS)
+if(MSVC)
+  target_compile_options(MorvaneOptions INTERFACE /W4 /WX /utf-8 /permissive- /Zc:__cplusplus)
+else()
+  target_compile_options(MorvaneOptions INTERFACE -Wall -Wextra -Werror
+    -ffile-prefix-map=${CMAKE_SOURCE_DIR}/= -ffile-prefix-map=${CMAKE_BINARY_DIR}/=)
+  target_link_options(MorvaneOptions INTERFACE -static)
+  if(MORVANE_CHECKED)
+    target_compile_options(MorvaneOptions INTERFACE -fsanitize=undefined -fsanitize-undefined-trap-on-error)
+    target_compile_definitions(MorvaneOptions INTERFACE _GLIBCXX_ASSERTIONS)
+  endif()
+endif()
+
+add_library(MorvaneBoost INTERFACE)
+if(CMAKE_CROSSCOMPILING)
+  # Only Boost, and none of the host's own C headers: a folder with one link in it.
+  file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/boost-include)
+  file(CREATE_LINK /usr/include/boost ${CMAKE_BINARY_DIR}/boost-include/boost SYMBOLIC)
+  target_include_directories(MorvaneBoost SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/boost-include)
+else()
+  find_package(Boost REQUIRED)
+  target_link_libraries(MorvaneBoost INTERFACE Boost::headers)
+endif()
