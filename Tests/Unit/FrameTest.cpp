@@ -108,12 +108,12 @@ TEST(Frame, AssertionMacroEvaluatesOnceAndKeepsTheText) {
   RecordingDebugOutput output;
   int calls = 0;
   if (calls == 0)
-    MORVANE_ASSERT(++calls  ==  1);
+    MORVANE_ASSERT(++calls == 1);
   else
     FAIL();
   EXPECT_EQ(1, calls);
-  MORVANE_ASSERT(NULL==&calls || calls  > 5);
-  EXPECT_EQ(std::vector<std::string>{"NULL==&calls || calls  > 5"}, output.fAssertions);
+  MORVANE_ASSERT(NULL==&calls || calls > 5);
+  EXPECT_EQ(std::vector<std::string>{"NULL==&calls || calls > 5"}, output.fAssertions);
   EXPECT_EQ(0u, output.fAssertFiles.at(0).find("Tests/Unit/FrameTest.cpp("));
 }
 
