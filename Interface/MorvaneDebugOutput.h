@@ -1,4 +1,5 @@
-// Where the library says what it does: assertions, lines and indentation, and the settings of the debug layers.
+// Where the library says what it does: assertions, lines and indentation, and the settings of the debug
+// layers.
 #pragma once
 
 #include "MorvaneTypes.h"

@@ -1,0 +1,39 @@
+// The clipboard.
+#pragma once
+
+#include "MorvaneTypes.h"
+
+namespace NSMorvane {
+
+// A format: four characters and a zero byte. "utxt" is UTF-16 text, "TEXT" 8-bit text, "WAVE", "RIFF",
+// "HBMP", "DIBB" and "FURL" are the platform's own; any other tag is a format private to applications of this
+// library.
+#pragma pack(push, 1)
+struct TClipboardFormat {
+  char fTag[5];
+};
+#pragma pack(pop)
+
+// A block of bytes. Whoever got it deletes it.
+class IData {
+ public:
+  // Non-zero if the object is sound.
+  virtual std::uint32_t IData_CheckInvariant() const = 0;
+  virtual TError IData_GetSize(std::uint64_t& out) = 0;
+  // kBadInputProgrammingError, with nothing read, for a range beyond the end.
+  virtual TError IData_Read(std::uint64_t offset, std::uint64_t size, void* buffer) = 0;
+
+  virtual ~IData() = default;
+};
+
+// Implemented by the client: supplies the data of the formats that go to the clipboard. The library deletes
+// it.
+class IClipboardDataGetter {
+ public:
+  // The library deletes what is returned.
+  virtual IData* IClipboardDataGetter_GetData(const TClipboardFormat& format, TError& outError) = 0;
+
+  virtual ~IClipboardDataGetter() = default;
+};
+
+}  // namespace NSMorvane

@@ -1,0 +1,82 @@
+// Menu bars, told portably.
+#pragma once
+
+#include "MorvaneIcon.h"
+#include "MorvaneKeyboard.h"
+#include "MorvaneTypes.h"
+
+namespace NSMorvane {
+
+// The item lists of a menu bar. Only kMenu1 to kMenu6 have titles of the client's.
+enum TMenu : std::uint32_t {
+  kMenuApplication = 0,  // first menu; the library adds the quit item at its end
+  kMenuDocument = 1,     // second menu; the library adds its own last item
+  kMenu1 = 2,
+  kMenu2 = 3,
+  kMenu3 = 4,
+  kMenu4 = 5,
+  kMenu5 = 6,
+  kMenu6 = 7,
+  kMenuReserved8 = 8,  // held, not shown on this platform
+  kMenuHelp = 9,
+  kMenuReserved10 = 10,  // held, not shown on this platform
+  kMenuWindow = 11,
+  kMenuReserved12 = 12,  // held, not shown on this platform
+  kMenuDebug = 13
+};
+
+enum : std::uint32_t { kMenuCount = 14 };
+
+enum : std::size_t { kMenuTextChars = 255 };
+
+// Bits of TMenuItem::fStateFlags.
+enum : std::uint32_t { kMenuItemChecked = 1, kMenuItemEnabled = 2 };
+
+// One item. In texts `_` marks the mnemonic that follows it, and `__` is a literal underscore.
+struct TMenuItem {
+  TChar fSubmenuName[kMenuTextChars + 1];  // empty for none; consecutive items of one name form a submenu
+  TChar fText[kMenuTextChars + 1];         // empty for a separator
+  std::uint32_t fStateFlags;
+  TKeyInterpretation fShortcut;  // fKeyText empty for none
+  std::uint32_t fCommand;        // the client's own number
+  IIcon* fIcon;                  // may be null; not owned by the record
+};
+
+// A chosen menu item.
+struct TMenuCommandEvent {
+  std::uint32_t fCommand;
+  TModifierKeys fModifiers;
+};
+
+struct TMenuBarFlags {
+  TFlag fShowHelpItem;           // the last menu shows the library's item (command 50002)
+  TFlag fHelpItemEnabled;        // that item is enabled
+  TFlag fQuitEnabled;            // the quit item is enabled
+  TFlag fSecondMenuItemEnabled;  // the library's item of the second menu (command 50016) is enabled
+  TFlag fShowWindowMenu;         // the window menu is shown
+};
+
+// The menu bar of one window while it is being filled. The library's; it lives for the call that got it.
+//
+// Every operation gives kBadInputProgrammingError and changes nothing when an argument is wrong. Buffer sizes
+// are in bytes. Texts are cut to kMenuTextChars on the way out.
+class IMenuBarState {
+ public:
+  virtual TError IMenuBarState_GetFlags(TMenuBarFlags& outFlags) = 0;
+  virtual TError IMenuBarState_SetFlags(const TMenuBarFlags& inFlags) = 0;
+  virtual TError IMenuBarState_CountMenuItems(TMenu menu, std::uint32_t& outCount) = 0;
+  // `bufferSizeInBytes` must be the count of items times sizeof(TMenuItem). The icons stay the state's.
+  virtual TError IMenuBarState_GetMenuItems(TMenu menu, TMenuItem* outBuffer,
+                                            std::uint32_t bufferSizeInBytes) = 0;
+  // Replaces the whole list. Icons are cloned. Size 0 empties the list.
+  virtual TError IMenuBarState_SetMenuItems(TMenu menu, const TMenuItem* inBuffer,
+                                            std::uint32_t bufferSizeInBytes) = 0;
+  // kMenu1 to kMenu6 only. `outTitle` has room for kMenuTextChars + 1 characters.
+  virtual TError IMenuBarState_GetMenuTitle(TMenu menu, TChar* outTitle) = 0;
+  virtual TError IMenuBarState_SetMenuTitle(TMenu menu, const TChar* title) = 0;
+
+ protected:
+  virtual ~IMenuBarState() = default;
+};
+
+}  // namespace NSMorvane

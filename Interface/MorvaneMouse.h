@@ -1,0 +1,144 @@
+// The mouse: its state, its events, its shapes, and its capture. All positions are in pixels; in events they
+// are relative to the client area of the window.
+#pragma once
+
+#include "MorvaneKeyboard.h"
+#include "MorvaneTypes.h"
+
+namespace NSMorvane {
+
+class IView;
+
+// The numbers of the built-in mouse shapes.
+enum TBuiltInMouseShape : std::uint32_t {
+  kMouseShapeArrow = 1300,
+  kMouseShape1301 = 1301,
+  kMouseShape1302 = 1302,
+  kMouseShape1303 = 1303,
+  kMouseShapeWait = 1400,
+  kMouseShapeText = 1401,
+  kMouseShapeHand = 1402,
+  kMouseShapeDefault = 1403,
+  kMouseShape1404 = 1404,
+  kMouseShape1405 = 1405,
+  kMouseShape1500 = 1500,
+  kMouseShape1501 = 1501,
+  kMouseShape1502 = 1502,
+  kMouseShape1503 = 1503,
+  kMouseShape1504 = 1504,
+  kMouseShape1505 = 1505,
+  kMouseShape1606 = 1606,
+  kMouseShape1607 = 1607,
+  kMouseShape1608 = 1608,
+  kMouseShape1700 = 1700,
+  kMouseShape1701 = 1701,
+  kMouseShape1702 = 1702,
+  kMouseShape1703 = 1703,
+  kMouseShape1704 = 1704,
+  kMouseShape1705 = 1705,
+  kMouseShape1706 = 1706,
+  kMouseShape1707 = 1707,
+  kMouseShape1708 = 1708,
+  kMouseShape1709 = 1709,
+  kMouseShape1710 = 1710
+};
+
+// A mouse shape. Whoever got it deletes it.
+class IMouseShape {
+ public:
+  // Non-zero if the object is sound.
+  virtual std::uint32_t IMouseShape_CheckInvariant() const = 0;
+  // A second object with the same shape; null and `outError` on failure. The caller deletes it.
+  virtual IMouseShape* IMouseShape_Clone(TError& outError) const = 0;
+
+  virtual ~IMouseShape() = default;
+};
+
+// What IMorvane_SampleMouseState gives.
+struct TMouseState {
+  std::uint32_t fButtons;    // left 1, right 2, middle 3; the fourth and fifth add 4 and 5
+  TPoint fPosition;          // both -15000 if it could not be read
+  TModifierKeys fModifiers;  // the keys that are down now
+  std::uint32_t fReserved[4];
+};
+
+// The two passes over the views under the mouse.
+enum TMousePhase : std::uint32_t {
+  kMousePhaseNormal = 8000,  // from the front to the root
+  kMousePhasePre = 8001      // from the root to the front: a view can claim the event from those before it
+};
+
+enum TMouseEventType : std::uint32_t {
+  kMouseEventClick = 44,         // a button went down
+  kMouseEventDoubleClick = 45,   // it went down for the second time
+  kMouseEventContextClick = 46,  // the right button went up
+  kMouseEventPreClick = 47,      // the same three, in the pass from the root to the front
+  kMouseEventPreDoubleClick = 48,
+  kMouseEventPreContextClick = 49,
+  kMouseEventWheel = 778
+};
+
+// A press of a button.
+struct TMouseEvent {
+  std::uint32_t fType;  // TMouseEventType
+  std::uint64_t fTimeMS;
+  std::uint32_t fButtons;  // 1 left, 2 right, 0 none
+  TPoint fPosition;
+  TModifierKeys fModifiers;
+  // In the pre pass: the views in front of this one, nearest first. Only for the length of the call.
+  std::uint32_t fViewCount;
+  IView* const* fViews;
+};
+
+// Where the mouse is and what is held: the question behind IViewBehavior_GetMouseShape.
+struct TMouseShapeRequest {
+  std::uint32_t fButtons;  // as in TMouseState
+  TPoint fPosition;
+  TModifierKeys fModifiers;
+  std::uint32_t fViewCount;  // as in TMouseEvent
+  IView* const* fViews;
+};
+
+// A movement of the mouse, or of the views under it.
+struct TMouseTracking {
+  std::uint64_t fTimeMS;
+  TMouseShapeRequest fState;
+};
+
+// A turn of the wheel.
+struct TMouseWheelEvent {
+  std::uint32_t fType;         // kMouseEventWheel
+  std::int32_t fDeltaNotches;  // positive away from the user
+  std::uint32_t fButtons;      // as in TMouseState
+  TPoint fPosition;
+  TModifierKeys fModifiers;
+  std::uint64_t fTimeMS;
+};
+
+// Implemented by the client. While it is in force, it alone gets the mouse of its window, and no view does.
+// The library owns it from a successful IMorvane_AllocateMouseCapture on, and deletes it when the capture
+// ends.
+class IMouseCapture {
+ public:
+  virtual TError IMouseCapture_OnMouseDown(const TMouseEvent& event) = 0;
+  virtual TError IMouseCapture_OnMouseUp(const TMouseEvent& event) = 0;
+  virtual TError IMouseCapture_OnMouseMove(const TMouseTracking& event) = 0;
+  virtual TError IMouseCapture_OnModifiersChanged(const TModifierKeysEvent& previous,
+                                                  const TModifierKeysEvent& now) = 0;
+  virtual TError IMouseCapture_OnMouseWheel(const TMouseWheelEvent& event, TFlag& outHandled) = 0;
+  virtual TError IMouseCapture_OnKeyDown(const TKeyEvent& event, TFlag& outHandled) = 0;
+  // Null for no shape. The library deletes the shape.
+  virtual IMouseShape* IMouseCapture_GetMouseShape(const TMouseShapeRequest& request, TError& outError) = 0;
+
+  virtual ~IMouseCapture() = default;
+};
+
+// What IMorvane_CheckForClickDragOperation finds a press to be.
+enum TClickDragResult : std::uint32_t {
+  kClickDragDragged = 90,       // the mouse left the box around the press
+  kClickDragHeld = 91,          // it stayed in it for 500 milliseconds
+  kClickDragReleased = 92,      // the button went up
+  kClickDragNotApplicable = 93  // the event is not a press that could become a drag
+};
+
+}  // namespace NSMorvane
