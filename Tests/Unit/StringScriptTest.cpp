@@ -1,0 +1,127 @@
+// What is a string script and what is not.
+#include <gtest/gtest.h>
+
+#include "Component/Portable/StringScript.h"
+#include "Tests/Support/RecordingDebugOutput.h"
+
+using namespace NSStringScript;
+using NSMorvaneTest::RecordingDebugOutput;
+
+namespace {
+
+using TEntries = std::vector<std::pair<int, TString>>;
+
+TEntries Parsed(const TString& script) {
+  TEntries entries;
+  for (const TScriptEntry& entry : ParseStringScript(script)) entries.emplace_back(entry.id, entry.text);
+  return entries;
+}
+
+}  // namespace
+
+TEST(StringScript, Scripts) {
+  const struct {
+    TString script;
+    TEntries entries;
+  } rows[] = {
+      {u"1{a}", {{1, u"a"}}},
+      {u"0{}", {{0, u""}}},
+      {u"65535{a}", {{65535, u"a"}}},
+      {u"00007{a}", {{7, u"a"}}},
+      {u" \t 1 \t {a} \t ", {{1, u"a"}}},
+      {u"2{b}\n1{a}\r2{c}", {{2, u"b"}, {1, u"a"}, {2, u"c"}}},
+      {u"1{a} //x", {{1, u"a"}}},
+      {u"1{a}//x\u20282{b}\u20293{c}\r\n4{d}\r\r\n\n5{e}\n",
+       {{1, u"a"}, {2, u"b"}, {3, u"c"}, {4, u"d"}, {5, u"e"}}},
+      // No entries at all.
+      {u" ", {}},
+      {u"\r\n", {}},
+      {u"//", {}},
+      {u"// 1{a}", {}},
+      {u"// a\n\n  // b\r\n \t\n//", {}},
+      // The text between the braces.
+      {u"1{ a\nb // c\t}", {{1, u" a\nb // c\t"}}},
+      {u"1{\\r}", {{1, u"\u2029"}}},
+      {u"1{\\\\r}", {{1, u"\\\u2029"}}},
+      {u"1{\\n\\}", {{1, u"\\n\\"}}},
+      {u"1{\\R}", {{1, u"\\R"}}},
+      {u"1{\u201Ca\u201D\u2018\"}", {{1, u"\"a\"\u2018\""}}},
+      {u"1{{}", {{1, u"{"}}},
+      {u"1{\xD83D\xDE00\xDE00}", {{1, u"\xD83D\xDE00\xDE00"}}},
+      {TString(u"1{a\0b}", 6), {{1, TString(u"a\0b", 3)}}},
+  };
+  RecordingDebugOutput output;
+  for (const auto& row : rows)
+    EXPECT_EQ(row.entries, Parsed(row.script)) << testing::PrintToString(row.script);
+  EXPECT_TRUE(output.fAssertions.empty());
+  EXPECT_TRUE(output.fLines.empty());
+}
+
+TEST(StringScript, OneBadLineLosesTheScript) {
+  const TString rows[] = {u"1",
+                          u"1 ",
+                          u"1 x",
+                          u"1x",
+                          u"1{",
+                          u"1{a",
+                          u"1{a\\",
+                          u"1{a\\r",
+                          u"1{a} 2{b}",
+                          u"1{a}2{b}",
+                          u"1{a} /x",
+                          u"1{a}/",
+                          u"1{a}}",
+                          u"65536{a}",
+                          u"-1{a}",
+                          u"+1{a}",
+                          u"{a}",
+                          u"a",
+                          u"/",
+                          u"/ /",
+                          u"1\n{a}",
+                          u"1 //\n{a}",
+                          u"\u00A01{a}",
+                          u"\u0661{a}",
+                          u"\v1{a}",
+                          u"1\u00A0{a}",
+                          u"1{a}\n2",
+                          u"\\",
+                          u"}",
+                          u"4294967297{a}",
+                          u"2147483648{a}",
+                          u"99999999999999999999{a}",
+                          TString(1, u'\0'),
+                          u"1{a}\n\uFEFF2{b}"};
+  for (const TString& script : rows) {
+    RecordingDebugOutput output;
+    EXPECT_THROW(ParseStringScript(script), NSMorvane::XBadFormat) << testing::PrintToString(script);
+    EXPECT_TRUE(output.fAssertions.empty());
+    ASSERT_EQ(1u, output.fLines.size());
+    EXPECT_TRUE(
+        output.HasLine("[Morvane] [Morvane] Exception thrown at Component/Portable/StringScript.cpp("));
+  }
+}
+
+TEST(StringScript, AnEmptyTextBreaksTheInvariantAndIsNoScript) {
+  RecordingDebugOutput output;
+  EXPECT_THROW(ParseStringScript(u""), NSMorvane::XBadFormat);
+  EXPECT_EQ((std::vector<std::string>{"false", "CheckInvariant()"}), output.fAssertions);
+}
+
+TEST(StringScript, ReaderStaysInItsBlock) {
+  const std::uint8_t block[4] = {1, 2, 3, 4};
+  CRawByteReader reader(block, 4);
+  std::uint8_t bytes[4] = {};
+  reader.ReadBytes(1, 3, bytes);
+  EXPECT_EQ(2, bytes[0]);
+  EXPECT_EQ(4, bytes[2]);
+  reader.ReadBytes(4, 0, bytes);
+  const struct {
+    std::int64_t start;
+    std::int64_t size;
+  } rows[] = {{0, 5},  {4, 1},         {5, 0},         {-1, 2},
+              {1, -1}, {1, INT64_MAX}, {INT64_MAX, 1}, {INT64_MIN, INT64_MIN}};
+  for (const auto& row : rows) {
+    EXPECT_THROW(reader.ReadBytes(row.start, row.size, bytes), std::out_of_range) << row.start;
+  }
+}

@@ -1,0 +1,284 @@
+// Conversions, numbers, templates and comparison of texts.
+#include <gtest/gtest.h>
+
+#include "Component/Portable/StringScript.h"
+#include "Component/Portable/TextPackage.h"
+#include "Tests/Support/RecordingDebugOutput.h"
+
+using namespace NSTextPackage;
+using NSMorvaneTest::RecordingDebugOutput;
+
+namespace {
+
+using TBytes = std::vector<std::uint8_t>;
+
+// An exact allocation, so that a checker of memory sees a read behind it.
+TString Decode(const TBytes& bytes) {
+  const std::unique_ptr<std::uint8_t[]> block(new std::uint8_t[bytes.size()]);
+  std::copy(bytes.begin(), bytes.end(), block.get());
+  return DecodeUTF8(block.get(), bytes.size(), u'_');
+}
+
+TString Read(const TBytes& bytes) {
+  NSStringScript::CRawByteReader reader(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
+  return ReadText(reader, 0, static_cast<std::int64_t>(bytes.size()), u'_');
+}
+
+std::string Encode(std::uint32_t codePoint) {
+  std::string bytes;
+  EncodeUTF8(codePoint, bytes);
+  return bytes;
+}
+
+}  // namespace
+
+TEST(TextPackage, DecoderFollowsTheLeadByteAlone) {
+  const struct {
+    TBytes bytes;
+    TString text;
+  } rows[] = {
+      {{}, u""},
+      {{'a', 0x7F}, u"a\x7F"},
+      {{0xC3, 0xA4}, u"\u00E4"},
+      {{0xE2, 0x80, 0xA9}, u"\u2029"},
+      {{0xF0, 0x9F, 0x98, 0x80}, u"\U0001F600"},
+      {{0xED, 0xA0, 0x80, 'x'}, u"\xD800x"},                          // a surrogate of its own
+      {{0xC3, 'A', 'b'}, u"\u00C1b"},                                 // low six bits of whatever follows
+      {{0xC3, 0x00, 'b'}, u"\u00C0b"},                                // a zero there too
+      {{0xC0, 0x80, 'b'}, TString(u"\0b", 2)},                        // a long form of zero ends nothing
+      {{0xE0, 0x81, 0x81}, u"A"},                                     // too long a form
+      {{'a', 0x00, 0xFF, 'b'}, u"a"},                                 // nothing behind a zero byte exists
+      {{0xF7, 0xBF, 0xBF, 0xBF}, u"\xDFBF\xDFFF"},                    // 0x1FFFFF
+      {{0xF8, 0x88, 0x80, 0x80, 0x80, '!'}, u"\xDFC0\xDC00!"},        // 0x200000
+      {{0xFC, 0x80, 0x80, 0x81, 0x80, 0x80, '!'}, u"\u1000!"},        // six bytes
+      {{0xFD, 0xBF, 0xBF, 0xBF, 0xBF, 0xBF}, u"\xD7BF\xDFFF"},        // 0x7FFFFFFF: the high unit wraps
+      {{0xFE, 0x80, 0x80, 0x80, 0x81, 0x80, 'A', 'b'}, u"\u1001Ab"},  // the seventh byte is read twice
+      {{0xFE, 0x07, 0x80, 0x80, 0x80, 0x80, '@'}, u"\xD7C0\xDC00@"},  // 0xC0000000, the rest of 7 is lost
+  };
+  for (const auto& row : rows) EXPECT_EQ(row.text, Decode(row.bytes)) << testing::PrintToString(row.bytes);
+}
+
+TEST(TextPackage, DecoderRefusesWhatCannotLeadAndWhatIsCutShort) {
+  const TBytes rows[] = {{0x80},
+                         {'a', 0xBF},
+                         {0xFF},
+                         {0xC3},
+                         {'a', 0xE2, 0x80},
+                         {0xF0, 0x9F, 0x98},
+                         {0xF8, 0x88, 0x80, 0x80},
+                         {0xFC, 0x80, 0x80, 0x80, 0x80},
+                         {0xFE, 0x80, 0x80, 0x80, 0x80, 0x80}};
+  for (const TBytes& bytes : rows) {
+    RecordingDebugOutput output;
+    EXPECT_THROW(Decode(bytes), XIllegalTextFormat) << testing::PrintToString(bytes);
+    EXPECT_TRUE(output.HasLine("Exception thrown at Component/Portable/TextPackage.cpp("));
+  }
+  EXPECT_STREQ("", XIllegalTextFormat().what());
+}
+
+TEST(TextPackage, MarksInFrontOfAText) {
+  const struct {
+    TBytes bytes;
+    TTextMark mark;
+    std::size_t length;
+  } rows[] = {{{0xFF, 0xFE, 0, 0}, kTextMarkUTF32LittleEndian, 4},
+              {{0, 0, 0xFE, 0xFF}, kTextMarkUTF32BigEndian, 4},
+              {{0xEF, 0xBB, 0xBF, 'a'}, kTextMarkUTF8, 3},
+              {{0xFE, 0xFF, 0, 0}, kTextMarkUTF16BigEndian, 2},
+              {{0xFF, 0xFE, 0, 1}, kTextMarkUTF16LittleEndian, 2},
+              {{0xFF, 0xFE, 0}, kTextMarkUTF16LittleEndian, 2},
+              {{0xEF, 0xBB}, kTextMarkNone, 0},
+              {{'a', 'b'}, kTextMarkNone, 0},
+              {{}, kTextMarkNone, 0}};
+  for (const auto& row : rows) {
+    std::size_t length = 99;
+    EXPECT_EQ(row.mark, DetectTextMark(row.bytes.data(), row.bytes.size(), length));
+    EXPECT_EQ(row.length, length);
+    if (row.mark != kTextMarkUTF8 && row.mark != kTextMarkNone) {
+      EXPECT_THROW(Read(row.bytes), XIllegalTextFormat);
+    }
+  }
+}
+
+TEST(TextPackage, ReadTextSkipsItsMark) {
+  EXPECT_EQ(u"", Read({}));
+  EXPECT_EQ(u"a", Read({'a'}));
+  EXPECT_EQ(u"", Read({0xEF, 0xBB, 0xBF}));
+  EXPECT_EQ(u"\u00E4bc", Read({0xEF, 0xBB, 0xBF, 0xC3, 0xA4, 'b', 'c'}));
+
+  const TBytes bytes = {'x', 'x', 0xEF, 0xBB, 0xBF, 'a', 'b', 'y'};
+  NSStringScript::CRawByteReader reader(bytes.data(), 8);
+  EXPECT_EQ(u"ab", ReadText(reader, 2, 5, u'_'));
+  EXPECT_THROW(ReadText(reader, 2, 7, u'_'), std::out_of_range);
+  EXPECT_THROW(ReadText(reader, -1, 2, u'_'), std::out_of_range);
+}
+
+TEST(TextPackage, EncoderHasItsOwnFourByteForm) {
+  const struct {
+    std::uint32_t codePoint;
+    std::string bytes;
+  } rows[] = {{0x41, "A"},
+              {0x7F, "\x7F"},
+              {0x80, "\xC2\x80"},
+              {0x7FF, "\xDF\xBF"},
+              {0x800, "\xE0\xA0\x80"},
+              {0xD800, "\xED\xA0\x80"},
+              {0xFFFF, "\xEF\xBF\xBF"},
+              {0x10000, "\xF0\x80\x80\x80"},  // bits 16 and 17 are not written
+              {0x1F600, "\xF0\x8F\x98\x80"},
+              {0x4ABCD, "\xF0\x9A\xAF\x8D"},
+              {0x10FFFF, "\xF1\x8F\xBF\xBF"},
+              {0x3FFFFF, "\xF3\xBF\xBF\xBF"}};
+  for (const auto& row : rows) EXPECT_EQ(row.bytes, Encode(row.codePoint)) << std::hex << row.codePoint;
+  EXPECT_THROW(Encode(0x400000), XIllegalTextFormat);
+  EXPECT_THROW(Encode(0xFFFFFFFF), XIllegalTextFormat);
+}
+
+TEST(TextPackage, StringsAndUTF8) {
+  EXPECT_EQ("", StringToUTF8(u"", false));
+  EXPECT_EQ("\xEF\xBB\xBF", StringToUTF8(u"", true));
+  EXPECT_EQ(
+      "\xEF\xBB\xBF"
+      "a\xC3\xA4",
+      StringToUTF8(u"a\u00E4", true));
+  EXPECT_EQ("\xF0\x8F\x98\x80", StringToUTF8(u"\U0001F600", false));  // a pair is one code point
+  EXPECT_EQ(
+      "\xED\xA0\xBD"
+      "a",
+      StringToUTF8(u"\xD83D"
+                   u"a",
+                   false));  // and half a pair another
+  EXPECT_EQ("\xED\xA0\xBD", StringToUTF8(u"\xD83D", false));
+  EXPECT_EQ("\xED\xB8\x80\xED\xA0\xBD", StringToUTF8(u"\xDE00\xD83D", false));
+  EXPECT_EQ(u"\uFEFFa", UTF8ToString("\xEF\xBB\xBF"
+                                     "a"));
+  const TString text = u"C:\\\u00E4\u0416\u4E2D\u2029\x7F x";
+  EXPECT_EQ(text, UTF8ToString(StringToUTF8(text, false)));
+  EXPECT_THROW(UTF8ToString("ab\xE2"), XIllegalTextFormat);
+}
+
+TEST(TextPackage, StringsAndASCII) {
+  EXPECT_EQ(u"a\x7F??", ASCIIToString("a\x7F\x80\xFF", u'?'));
+  EXPECT_EQ(u"\u2026", ASCIIToString("\x80", u'\u2026'));
+  EXPECT_EQ(u"abc", ASCIIToString("abc", 0));
+  EXPECT_THROW(ASCIIToString("ab\x80", 0), XIllegalTextFormat);
+  EXPECT_EQ("a\x7F##", StringToASCII(u"a\x7F\x80\uFFFF", '#'));
+}
+
+TEST(TextPackage, NumbersAsText) {
+  EXPECT_EQ(u"0", NumberToString(0));
+  EXPECT_EQ(u"-2147483648", NumberToString(std::numeric_limits<std::int32_t>::min()));
+  EXPECT_EQ(u"2147483647", NumberToString(2147483647L));
+  EXPECT_EQ(u"4294967295", NumberToString(std::numeric_limits<std::uint32_t>::max()));
+  EXPECT_EQ(u"4000000000", NumberToString(4000000000UL));
+  const struct {
+    double value;
+    int places;
+    TString text;
+  } rows[] = {{1.5, 0, u"2"},           {2.5, 0, u"2"},         {-0.125, 2, u"-0.12"},
+              {1234.5, 3, u"1234.500"}, {0.1, -1, u"0.100000"}, {1e22, 1, u"10000000000000000000000.0"}};
+  for (const auto& row : rows) EXPECT_EQ(row.text, FloatToString(row.value, row.places));
+  EXPECT_EQ(313u + 20, FloatToString(-std::numeric_limits<double>::max(), 22).size());
+}
+
+TEST(TextPackage, DecimalsAreReadAsAScanReadsThem) {
+  const struct {
+    TString text;
+    std::int32_t value;
+  } good[] = {{u"0", 0},
+              {u"12", 12},
+              {u"0012", 12},
+              {u"12x", 12},
+              {u"1000/7", 1000},
+              {u" \t\r\n\v\f12", 12},
+              {u"+7", 7},
+              {u"-7-", -7},
+              {u"2147483647", 2147483647},
+              {u"2147483648", 2147483647},
+              {u"-2147483648", std::numeric_limits<std::int32_t>::min()},
+              {u"-99999999999999999999999999", std::numeric_limits<std::int32_t>::min()},
+              {u"4294967297", 2147483647},
+              {u"18446744073709551617000", 2147483647}};
+  for (const auto& row : good) {
+    std::int32_t value = -5;
+    EXPECT_TRUE(ReadDecimal(row.text, value)) << StringToASCII(row.text, '?');
+    EXPECT_EQ(row.value, value) << StringToASCII(row.text, '?');
+  }
+  for (const TString text : {u"", u"  ", u"x1", u"+", u"-", u"- 1", u"+-1", u"\u00A01", u"\u0661", u"/1"}) {
+    std::int32_t value = -5;
+    EXPECT_FALSE(ReadDecimal(text, value)) << StringToASCII(text, '?');
+    EXPECT_EQ(-5, value);
+  }
+}
+
+TEST(TextPackage, ArraysWithoutTerminatorAreNotOverrun) {
+  EXPECT_EQ(0u, CountChars(u""));
+  EXPECT_EQ(3u, CountChars(u"abc"));
+  const TChar full[3] = {u'a', u'b', u'c'};
+  const TChar part[4] = {u'a', 0, u'c', u'd'};
+  EXPECT_EQ(3u, CountChars(full, 3));
+  EXPECT_EQ(1u, CountChars(part, 4));
+  EXPECT_EQ(0u, CountChars(nullptr, 0));
+  EXPECT_EQ(u"abc", ArrayToString(full));
+  EXPECT_EQ(u"a", ArrayToString(part));
+
+  const struct {
+    TString source;
+    std::size_t maximum;
+    TString copied;
+  } rows[] = {{u"abcd", 2, u"ab"}, {u"ab", 2, u"ab"}, {u"a", 3, u"a"}, {u"", 3, u""}, {u"abc", 0, u""}};
+  for (const auto& row : rows) {
+    TString destination(5, u'#');
+    CopyChars(destination.data(), row.source.c_str(), row.maximum);
+    TString expected = row.copied + u'\0';
+    expected.resize(5, u'#');
+    EXPECT_EQ(expected, destination);
+  }
+}
+
+TEST(TextPackage, Templates) {
+  const std::vector<TString> arguments = {u"zero", u"^1", u"two", u"3", u"4",  u"5",
+                                          u"6",    u"7",  u"8",   u"9", u"ten"};
+  const struct {
+    TString text;
+    std::uint32_t base;
+    TString expanded;
+  } rows[] = {
+      {u"", 0, u""},
+      {u"Save \u201C^0\u201D?", 0, u"Save \u201Czero\u201D?"},
+      {u"^0^2", 0, u"zerotwo"},
+      {u"^1", 0, u"^1"},  // what is put in is not expanded again
+      {u"a^b^ 0^", 0, u"a^b^ 0^"},
+      {u"^^0", 0, u"^zero"},
+      {u"^10", 0, u"ten"},
+      {u"^002", 0, u"two"},
+      {u"<^11>", 0, u"<>"},
+      {u"<^18446744073709551616>", 0, u"<>"},
+      {u"<^18446744073709551618x>", 0, u"<x>"},
+      {u"^0", 1, u"ten"},  // base 1 and one digit: 10
+      {u"<^1>", 1, u"<>"},
+      {u"<^0>", 429496729, u"<>"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(row.expanded, FormatText(row.text, row.base, arguments)) << StringToASCII(row.text, '?');
+  }
+  EXPECT_EQ(u"", FormatText(u"^0", 0, {}));
+}
+
+TEST(TextPackage, Comparison) {
+  const struct {
+    TString a;
+    TString b;
+    TTextOrder plain;
+    TTextOrder ignoringCase;
+  } rows[] = {
+      {u"", u"", kTextEqual, kTextEqual},        {u"", u"a", kTextLess, kTextLess},
+      {u"b", u"a", kTextGreater, kTextGreater},  {u".AIF", u".aif", kTextGreater, kTextEqual},
+      {u".aif", u".aiff", kTextLess, kTextLess}, {u"\u00C4", u"\u00E4", kTextGreater, kTextEqual},
+      {u"\uFF21", u"A", kTextEqual, kTextEqual},  // full width
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(row.plain, CompareText(row.a, row.b)) << StringToUTF8(row.a, false);
+    EXPECT_EQ(row.ignoringCase, CompareTextIgnoringCase(row.a, row.b)) << StringToUTF8(row.a, false);
+  }
+}
