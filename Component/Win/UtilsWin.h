@@ -1,14 +1,20 @@
-// Helpers that every platform file uses: failed system calls, text and geometry across the border to Win32.
+// Helpers that every platform file uses: text and geometry across the border to Win32, failed system calls,
+// questions about windows, lists of windows, monitors, the default font. Owners of native resources are in
+// UtilsWinHandles.h. All of it belongs to the main thread, unless told otherwise.
 #pragma once
 
 #include <windows.h>
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "Component/Portable/MorvaneImplUtils.h"
+#include "Interface/MorvaneMonitors.h"
 
 namespace NSMorvane {
+
+class IMorvane;
 
 // --- Text
 // ---------------------------------------------------------------------------------------------------
@@ -47,6 +53,67 @@ inline TSize FromNative(const SIZE& s) { return TSize{s.cx, s.cy}; }
 // codes of memory shortage, std::exception for all others. Returns, in silence, when the last error is 0; the
 // caller then goes on as if its call had worked. Nothing may run between the failed call and this one.
 void ThrowLastError(const char* file, std::int32_t line);
+
+// --- Windows
+// ------------------------------------------------------------------------------------------------
+
+// The windows that the library has hidden, natively or by moving them above the screen. Written by the window
+// module alone.
+extern std::vector<HWND> sHidddenWindows;
+
+WINDOWPLACEMENT GetPlacement(HWND hWnd);
+void SetPlacement(HWND hWnd, const WINDOWPLACEMENT& wp);
+bool IsWindowMinimized(HWND hWnd);
+bool IsWindowMaximized(HWND hWnd);
+
+// Natively visible and not hidden by the library: what "shown" means everywhere.
+bool IsWindowShown(HWND hWnd);
+
+// Gives the keyboard to a window of this thread. A failure is only logged.
+void WinSetFocus(HWND hWnd);
+
+// Changes neither place nor activation.
+void SetWindowTopMost(HWND hWnd, bool topMost);
+
+// The windows that the library has made or hooked; any thread may ask and register.
+void RegisterHwnd(HWND hWnd);
+void UnregisterHwnd(HWND hWnd);
+bool IsRegisteredHwnd(HWND hWnd);
+
+// The top-level windows of this process, front window first, without child windows.
+std::vector<HWND> GetTopLevelWindowsZ();
+// The same, without those that are not IsWindowShown.
+std::vector<HWND> GetShownWindowsZ();
+
+// Whether a thread of any process owns a window that the list of all top-level windows does not know, which
+// is a message-only one. (Wine lists those with neither, so that the answer is always false there.)
+bool ThreadOwnsUnlistedWindow(DWORD threadId);
+
+// The point, in screen coordinates, on which a popup is to be centred: the middle of its parent. Without a
+// parent that of the frontmost shown window with a title and an area, other than the popup itself, minimized
+// and topmost ones; without such a window that of the desktop. Both handles may be null.
+TPoint GetPopupCenter(HWND window, HWND parent);
+
+// Handles all paint messages that are waiting for windows of this thread.
+void PumpPaintMessages();
+
+// The font of dialogs and alert boxes, made on first use and never to be deleted by the caller. On a screen
+// of other than 96 dots per inch its height is scaled back to that of 96.
+HFONT GetDefaultFont();
+
+// --- Monitors
+// -----------------------------------------------------------------------------------------------
+
+// Fills the list; false on failure, and then its content means nothing.
+bool EnumerateMonitors(TMonitorList& outMonitors);
+// The second half of it: at most kMaxMonitors of the handles, in their order.
+bool DescribeMonitors(const std::vector<HMONITOR>& monitorVector, TMonitorList& outMonitors);
+
+// Between screen coordinates and those of WINDOWPLACEMENT, which begin at the work area of the main monitor.
+TRect ScreenRectToWorkspace(const TRect& rect, IMorvane& morvane);
+TRect WorkspaceRectToScreen(const TRect& rect, IMorvane& morvane);
+// What is added to a point on the way from the screen to the workspace.
+TPoint WorkspaceOffset(const TMonitorList& monitors);
 
 }  // namespace NSMorvane
 

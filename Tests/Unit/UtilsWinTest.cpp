@@ -1,11 +1,54 @@
 // Platform helpers: failed system calls, window questions, lists of windows, monitors, small owners.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <thread>
+
 #include "Component/Win/UtilsWin.h"
+#include "Component/Win/UtilsWinHandles.h"
+#include "Tests/Support/NativeTestWindow.h"
 #include "Tests/Support/RecordingDebugOutput.h"
 
 using namespace NSMorvane;
+using NSMorvaneTest::NativeTestWindow;
+using NSMorvaneTest::PumpUntil;
 using NSMorvaneTest::RecordingDebugOutput;
+
+namespace {
+
+constexpr DWORD kShown = WS_OVERLAPPEDWINDOW | WS_VISIBLE;
+
+// A window among those that the library has hidden.
+class HiddenByLibrary {
+ public:
+  explicit HiddenByLibrary(HWND hWnd) { sHidddenWindows.push_back(hWnd); }
+  ~HiddenByLibrary() { sHidddenWindows.pop_back(); }
+};
+
+// The given windows in the order in which the list has them.
+std::vector<HWND> Among(const std::vector<HWND>& list, const std::vector<HWND>& wanted) {
+  std::vector<HWND> result;
+  for (HWND hWnd : list)
+    if (std::count(wanted.begin(), wanted.end(), hWnd)) result.push_back(hWnd);
+  return result;
+}
+
+void PutInFront(HWND hWnd) {
+  SetWindowPos(hWnd, HWND_TOP, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
+}
+
+TPoint CenterOf(HWND hWnd) {
+  RECT rect = {};
+  GetWindowRect(hWnd, &rect);
+  return TPoint{(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
+}
+
+bool operator==(const TPoint& a, const TPoint& b) { return a.fX == b.fX && a.fY == b.fY; }
+bool operator==(const TRect& a, const TRect& b) {
+  return a.fLeft == b.fLeft && a.fTop == b.fTop && a.fRight == b.fRight && a.fBottom == b.fBottom;
+}
+
+}  // namespace
 
 TEST(UtilsWin, FailedCallsBecomeLinesAndExceptions) {
   RecordingDebugOutput output;
@@ -43,4 +86,362 @@ TEST(UtilsWin, TextCrossesTheBorderUnchanged) {
   EXPECT_EQ(u"a", TextFromWin(text, 1));
   EXPECT_TRUE(TextFromWin(nullptr).empty());
   EXPECT_EQ(std::wstring(text), WinText(TextFromWin(text)));
+}
+
+TEST(UtilsWin, ShownMeansVisibleAndNotHiddenByTheLibrary) {
+  RecordingDebugOutput output;
+  NativeTestWindow window(kShown);
+  EXPECT_TRUE(IsWindowShown(window));
+  {
+    const HiddenByLibrary hidden(window);
+    EXPECT_FALSE(IsWindowShown(window));
+  }
+  ShowWindow(window, SW_HIDE);
+  EXPECT_FALSE(IsWindowShown(window));
+  EXPECT_TRUE(output.fAssertions.empty());
+  const HWND gone = window;
+  window.Destroy();
+  EXPECT_FALSE(IsWindowShown(gone));
+  EXPECT_TRUE(output.HasAssertion("::IsWindow(hWnd)"));
+}
+
+TEST(UtilsWin, PlacementIsReadAndWritten) {
+  RecordingDebugOutput output;
+  NativeTestWindow window(kShown);
+  ShowWindow(window, SW_MINIMIZE);
+  EXPECT_TRUE(IsWindowMinimized(window));
+  EXPECT_FALSE(IsWindowMaximized(window));
+  ShowWindow(window, SW_MAXIMIZE);
+  EXPECT_TRUE(IsWindowMaximized(window));
+  EXPECT_FALSE(IsWindowMinimized(window));
+
+  WINDOWPLACEMENT placement = GetPlacement(window);
+  EXPECT_EQ(sizeof(WINDOWPLACEMENT), placement.length);
+  placement.showCmd = SW_SHOWNORMAL;
+  placement.rcNormalPosition = RECT{200, 150, 650, 500};
+  SetPlacement(window, placement);
+  EXPECT_TRUE(FromNative(GetPlacement(window).rcNormalPosition) == (TRect{200, 150, 650, 500}));
+  EXPECT_TRUE(output.fAssertions.empty());
+
+  placement.length = 0;
+  placement.rcNormalPosition = RECT{200, 150, 200, 150};
+  try {
+    SetPlacement(window, placement);
+  } catch (const std::exception&) {
+  }
+  EXPECT_EQ((std::vector<std::string>{"wp.length == sizeof(WINDOWPLACEMENT)",
+                                      "wp.rcNormalPosition.left < wp.rcNormalPosition.right",
+                                      "wp.rcNormalPosition.top < wp.rcNormalPosition.bottom"}),
+            output.fAssertions);
+
+  const HWND gone = window;
+  window.Destroy();
+  EXPECT_THROW(GetPlacement(gone), std::exception);
+  EXPECT_TRUE(output.HasLine("Windows error 1400 at: Component/Win/UtilsWin.cpp("));
+}
+
+TEST(UtilsWin, FocusFailsOnlyWhenItIsNotThereAfterwards) {
+  RecordingDebugOutput output;
+  NativeTestWindow window(kShown);
+  const std::string asked =
+      "[Morvane] WinSetFocus " + std::to_string(reinterpret_cast<std::uintptr_t>(HWND(window)));
+  SetFocus(nullptr);
+  WinSetFocus(window);  // no window had it, so the call gives null
+  EXPECT_EQ(HWND(window), GetFocus());
+  WinSetFocus(window);  // it is there already
+  EXPECT_EQ((std::vector<std::string>{asked, asked}), output.fLines);
+  EXPECT_TRUE(output.fAssertions.empty());
+
+  output.Reset();
+  const HWND gone = window;
+  window.Destroy();
+  WinSetFocus(gone);
+  EXPECT_EQ((std::vector<std::string>{asked, "[Morvane] WinSetFocus failed 1400"}), output.fLines);
+  EXPECT_EQ(std::vector<std::string>{"::IsWindow(hWnd)"}, output.fAssertions);
+}
+
+TEST(UtilsWin, TopmostIsSetAndCleared) {
+  RecordingDebugOutput output;
+  NativeTestWindow window(kShown);
+  SetWindowTopMost(window, true);
+  EXPECT_TRUE(GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOPMOST);
+  SetWindowTopMost(window, false);
+  EXPECT_FALSE(GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOPMOST);
+  EXPECT_TRUE(output.fAssertions.empty());
+  const HWND gone = window;
+  window.Destroy();
+  SetWindowTopMost(gone, true);
+  EXPECT_EQ(std::vector<std::string>{"0!=okFlag"}, output.fAssertions);
+}
+
+TEST(UtilsWin, RegistryKnowsWhatWasRegistered) {
+  RecordingDebugOutput output;
+  const HWND a = reinterpret_cast<HWND>(0x1234), b = reinterpret_cast<HWND>(0x5678);
+  RegisterHwnd(a);
+  RegisterHwnd(b);
+  UnregisterHwnd(a);
+  UnregisterHwnd(a);
+  EXPECT_FALSE(IsRegisteredHwnd(a));
+  EXPECT_TRUE(IsRegisteredHwnd(b));
+  EXPECT_TRUE(output.fAssertions.empty());
+  RegisterHwnd(b);
+  EXPECT_EQ(
+      std::vector<std::string>{
+          "std::find(gHwndRegistry.begin(),gHwndRegistry.end(),hWnd)==gHwndRegistry.end()"},
+      output.fAssertions);
+  UnregisterHwnd(b);
+  UnregisterHwnd(b);
+  EXPECT_FALSE(IsRegisteredHwnd(b));
+}
+
+TEST(UtilsWin, TopLevelWindowsComeFrontFirst) {
+  RecordingDebugOutput output;
+  NativeTestWindow a(kShown), b(WS_OVERLAPPEDWINDOW), c(kShown), d(kShown);
+  NativeTestWindow child(WS_CHILD | WS_VISIBLE, a);
+  NativeTestWindow messageOnly(0, HWND_MESSAGE);
+  for (HWND hWnd : {HWND(a), HWND(d), HWND(b), HWND(c)}) PutInFront(hWnd);
+  const std::vector<HWND> all = {a, b, c, d, child, messageOnly};
+  EXPECT_EQ((std::vector<HWND>{c, b, d, a}), Among(GetTopLevelWindowsZ(), all));
+  EXPECT_EQ((std::vector<HWND>{c, d, a}), Among(GetShownWindowsZ(), all));
+  const HiddenByLibrary hidden(d);
+  EXPECT_EQ((std::vector<HWND>{c, a}), Among(GetShownWindowsZ(), all));
+  // The desktop's own windows belong to another process.
+  for (HWND hWnd : GetTopLevelWindowsZ()) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(hWnd, &process);
+    EXPECT_EQ(GetCurrentProcessId(), process);
+  }
+  EXPECT_TRUE(output.fAssertions.empty());
+}
+
+TEST(UtilsWin, ThreadsOfUnlistedWindowsAreFound) {
+  for (const bool messageOnly : {false, true}) {
+    bool expected = false, answer = false;
+    std::thread([&] {
+      const NativeTestWindow listed(kShown);
+      const NativeTestWindow other(0, messageOnly ? HWND_MESSAGE : nullptr);
+      std::pair<HWND, bool> search(other, false);
+      EnumThreadWindows(
+          GetCurrentThreadId(),
+          [](HWND hWnd, LPARAM lParam) -> BOOL {
+            auto& wanted = *reinterpret_cast<std::pair<HWND, bool>*>(lParam);
+            if (hWnd == wanted.first) wanted.second = true;
+            return TRUE;
+          },
+          reinterpret_cast<LPARAM>(&search));
+      expected = messageOnly && search.second;  // not every system shows message-only windows at all
+      answer = ThreadOwnsUnlistedWindow(GetCurrentThreadId());
+    }).join();
+    EXPECT_EQ(expected, answer);
+  }
+}
+
+TEST(UtilsWin, PopupsAreCentredOnTheFrontmostSuitableWindow) {
+  RecordingDebugOutput output;
+  NativeTestWindow good(kShown, nullptr, L"caption \x00e4"), popup(kShown);
+  NativeTestWindow untitled(kShown, nullptr, L""), topmost(kShown, nullptr, L"top", WS_EX_TOPMOST);
+  NativeTestWindow minimized(kShown), empty(WS_POPUP | WS_VISIBLE), invisible(WS_OVERLAPPEDWINDOW);
+  NativeTestWindow moved(kShown);
+  const HiddenByLibrary hidden(moved);
+  SetWindowPos(good, HWND_BOTTOM, -151, 90, 301, 205, SWP_NOACTIVATE);
+  SetWindowPos(empty, HWND_TOP, 10, 10, 0, 0, SWP_NOACTIVATE);
+  ShowWindow(minimized, SW_SHOWMINNOACTIVE);
+
+  EXPECT_TRUE(GetPopupCenter(popup, nullptr) == (TPoint{-1, 192}));
+  EXPECT_EQ((std::vector<std::string>{"[Morvane] GetPopupCenter, found parent window",
+                                      "[Morvane] Parent window name:caption \xC3\xA4",
+                                      "[Morvane] Parent window rect: -151, 90, 150, 295"}),
+            output.fLines);
+  EXPECT_EQ(1, output.fIndents);
+  EXPECT_EQ(0, output.fDepth);
+
+  // A parent that is told is taken whatever it is.
+  EXPECT_TRUE(GetPopupCenter(popup, untitled) == CenterOf(untitled));
+  EXPECT_TRUE(output.HasLine("Parent window name:"));
+  EXPECT_TRUE(output.fAssertions.empty());
+
+  good.Destroy();
+  output.Reset();
+  EXPECT_TRUE(GetPopupCenter(popup, nullptr) == CenterOf(GetDesktopWindow()));
+  EXPECT_EQ(std::vector<std::string>{"[Morvane] GetPopupCenter, using desktop window"}, output.fLines);
+  EXPECT_EQ(1, output.fIndents);
+}
+
+TEST(UtilsWin, WaitingPaintsAreHandledAndNothingElse) {
+  static int paints, others;
+  paints = others = 0;
+  const WNDPROC procedure = [](HWND hWnd, UINT message, WPARAM wParam, LPARAM lParam) -> LRESULT {
+    if (message == WM_PAINT) ++paints;
+    if (message == WM_APP) ++others;
+    return DefWindowProcW(hWnd, message, wParam, lParam);
+  };
+  NativeTestWindow a(kShown, nullptr, L"a", 0, procedure), b(kShown, nullptr, L"b", 0, procedure);
+  SetWindowPos(b, nullptr, 500, 80, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  PumpPaintMessages();
+  paints = 0;
+  PostMessageW(a, WM_APP, 0, 0);
+  InvalidateRect(a, nullptr, FALSE);
+  InvalidateRect(b, nullptr, FALSE);
+  PumpPaintMessages();
+  EXPECT_EQ(2, paints);
+  EXPECT_EQ(0, others);
+  PumpPaintMessages();
+  EXPECT_EQ(2, paints);
+  EXPECT_TRUE(PumpUntil([] { return others == 1; }));
+}
+
+TEST(UtilsWin, DefaultFontIsMadeOnce) {
+  const HFONT font = GetDefaultFont();
+  EXPECT_EQ(font, GetDefaultFont());
+  LOGFONTW stock = {}, ours = {};
+  ASSERT_NE(0, GetObjectW(GetStockObject(DEFAULT_GUI_FONT), sizeof(stock), &stock));
+  ASSERT_NE(0, GetObjectW(font, sizeof(ours), &ours));
+  const CWindowDC screen(nullptr);
+  EXPECT_EQ(MulDiv(stock.lfHeight, 96, GetDeviceCaps(screen.Get(), LOGPIXELSY)), ours.lfHeight);
+  EXPECT_STREQ(stock.lfFaceName, ours.lfFaceName);
+}
+
+TEST(UtilsWin, MonitorsAreListed) {
+  RecordingDebugOutput output;
+  TMonitorList monitors;
+  std::fill_n(reinterpret_cast<unsigned char*>(&monitors), sizeof(monitors),
+              static_cast<unsigned char>(0xEE));
+  ASSERT_TRUE(EnumerateMonitors(monitors));
+  ASSERT_EQ(static_cast<std::uint32_t>(GetSystemMetrics(SM_CMONITORS)), monitors.fMonitorCount);
+  const TMonitor& main = monitors.fMonitors[monitors.fMainMonitorIndex];
+  EXPECT_TRUE(main.fBounds == (TRect{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)}));
+  RECT work = {};
+  SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+  EXPECT_TRUE(main.fWorkArea == FromNative(work));
+  EXPECT_EQ(32u, main.fBitDepth);
+  EXPECT_TRUE(output.fAssertions.empty());
+
+  // More than fit: the first thirty-two.
+  const HMONITOR monitor = MonitorFromPoint(POINT{0, 0}, MONITOR_DEFAULTTOPRIMARY);
+  struct {
+    TMonitorList fList;
+    std::uint32_t fBehind = 0x5A5A5A5A;
+  } guarded;
+  ASSERT_TRUE(DescribeMonitors(std::vector<HMONITOR>(33, monitor), guarded.fList));
+  EXPECT_EQ(32u, guarded.fList.fMonitorCount);
+  EXPECT_EQ(0x5A5A5A5Au, guarded.fBehind);
+  EXPECT_TRUE(output.fAssertions.empty());
+
+  EXPECT_TRUE(DescribeMonitors({}, monitors));
+  EXPECT_EQ((std::vector<std::string>{"monitorVector.size()>0", "0!=outMonitors.fMonitorCount"}),
+            output.fAssertions);
+}
+
+TEST(UtilsWin, WorkspaceBeginsAtTheWorkAreaOfTheMainMonitor) {
+  RecordingDebugOutput output;
+  TMonitorList monitors = {};
+  monitors.fMonitorCount = 2;
+  monitors.fMainMonitorIndex = 1;
+  monitors.fMonitors[0] = TMonitor{{-800, 0, 0, 600}, {-800, 7, 0, 600}, 32};
+  monitors.fMonitors[1] = TMonitor{{0, 0, 1280, 960}, {60, 24, 1280, 960}, 32};
+  EXPECT_TRUE(WorkspaceOffset(monitors) == (TPoint{-60, -24}));
+  EXPECT_TRUE(output.fAssertions.empty());
+  for (const std::uint32_t index : {2u, 40u, 0xEEEEEEEEu}) {
+    output.Reset();
+    monitors.fMainMonitorIndex = index;
+    EXPECT_TRUE(WorkspaceOffset(monitors) == (TPoint{0, 0}));
+    EXPECT_EQ(std::vector<std::string>{"mainMonitorIndex < monitors.fMonitorCount"}, output.fAssertions);
+  }
+}
+
+// --- Owners
+// -------------------------------------------------------------------------------------------------
+
+TEST(UtilsWinHandles, ClipIsPutBackAndNothingElse) {
+  const CCreatedDC hdc(CreateCompatibleDC(nullptr));
+  const CGdiObject<HRGN> before(CreateRectRgn(3, 4, 20, 30)), inside(CreateRectRgn(0, 0, 5, 5)),
+      after(CreateRectRgn(0, 0, 0, 0));
+  for (const bool withClip : {true, false}) {
+    SelectClipRgn(hdc.Get(), withClip ? before.Get() : nullptr);
+    SetWindowOrgEx(hdc.Get(), 0, 0, nullptr);
+    SetTextColor(hdc.Get(), RGB(0, 0, 0));
+    {
+      const CClipRegionSaver saver(hdc.Get());
+      SetWindowOrgEx(hdc.Get(), 7, 9, nullptr);
+      SetTextColor(hdc.Get(), RGB(1, 2, 3));
+      SelectClipRgn(hdc.Get(), inside.Get());
+    }
+    EXPECT_EQ(withClip ? 1 : 0, GetClipRgn(hdc.Get(), after.Get()));
+    if (withClip) {
+      EXPECT_TRUE(EqualRgn(before.Get(), after.Get()));
+    }
+    POINT origin = {};
+    GetWindowOrgEx(hdc.Get(), &origin);
+    EXPECT_TRUE(FromNative(origin) == (TPoint{7, 9}));
+    EXPECT_EQ(RGB(1, 2, 3), GetTextColor(hdc.Get()));
+  }
+  RecordingDebugOutput output;
+  EXPECT_THROW(CClipRegionSaver saver(nullptr), std::exception);
+  EXPECT_TRUE(output.fAssertions.empty());
+}
+
+TEST(UtilsWinHandles, OwnersReleaseWhatTheyHold) {
+  HBITMAP bitmap = nullptr;
+  HGDIOBJ original = nullptr;
+  const CCreatedDC hdc(CreateCompatibleDC(nullptr));
+  {
+    const CGdiObject<HBITMAP> object(CreateBitmap(2, 2, 1, 1, nullptr));
+    bitmap = object.Get();
+    original = GetCurrentObject(hdc.Get(), OBJ_BITMAP);
+    const CObjectSelection selection(hdc.Get(), bitmap);
+    EXPECT_TRUE(selection.IsSelected());
+    EXPECT_EQ(bitmap, GetCurrentObject(hdc.Get(), OBJ_BITMAP));
+    const CObjectSelection refused(hdc.Get(), nullptr);
+    EXPECT_FALSE(refused.IsSelected());
+  }
+  EXPECT_EQ(original, GetCurrentObject(hdc.Get(), OBJ_BITMAP));
+  EXPECT_EQ(0u, GetObjectType(bitmap));
+
+  HBRUSH kept = nullptr;
+  {
+    CGdiObject<HBRUSH> object(CreateSolidBrush(0));
+    kept = object.Detach();
+    EXPECT_EQ(nullptr, object.Get());
+  }
+  EXPECT_EQ(static_cast<DWORD>(OBJ_BRUSH), GetObjectType(kept));
+  DeleteObject(kept);
+
+  HANDLE event = nullptr;
+  {
+    const CKernelHandle owner(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    event = owner.Get();
+    DWORD flags = 0;
+    EXPECT_TRUE(GetHandleInformation(event, &flags));
+  }
+  DWORD flags = 0;
+  EXPECT_FALSE(GetHandleInformation(event, &flags));
+}
+
+TEST(UtilsWinHandles, DeferredMovesHappenTogetherAndNoticeFailureLate) {
+  RecordingDebugOutput output;
+  NativeTestWindow a(kShown), b(kShown);
+  const auto left = [](HWND hWnd) {
+    RECT rect = {};
+    GetWindowRect(hWnd, &rect);
+    return rect.left;
+  };
+  {
+    CDeferredWindowMover mover(2);
+    mover.Move(a, nullptr, 210, 80, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    mover.Move(b, nullptr, 220, 80, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    EXPECT_EQ(100, left(a));
+  }
+  EXPECT_EQ(210, left(a));
+  EXPECT_EQ(220, left(b));
+  EXPECT_TRUE(output.fAssertions.empty());
+
+  const HWND gone = b;
+  b.Destroy();
+  {
+    CDeferredWindowMover mover(2);
+    EXPECT_NO_THROW(mover.Move(gone, nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE));
+    EXPECT_THROW(mover.Move(a, nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE),
+                 std::bad_alloc);
+  }
+  EXPECT_EQ((std::vector<std::string>{"0!=fHwdp", "FALSE!=okFlag"}), output.fAssertions);
 }
