@@ -75,8 +75,8 @@ void ThrowError(TError error) {
 void CheckError(const char* file, std::int32_t line, TError error) {
   if (error == kOK) return;
   const char* const label = ErrorLabel(error);
-  DebugPrint(std::string(label) + " at " + file + "(" + std::to_string(line) + "): " +
-             std::to_string(static_cast<std::int32_t>(error)));
+  DebugPrint(std::string(label) + " at " + file + "(" + std::to_string(line) +
+             "): " + std::to_string(static_cast<std::int32_t>(error)));
   ThrowError(error);
 }
 

@@ -15,7 +15,8 @@
 
 namespace NSMorvane {
 
-// --- Exceptions ---------------------------------------------------------------------------------------------
+// --- Exceptions
+// ---------------------------------------------------------------------------------------------
 
 // Carries a code of the application through the library, unchanged.
 class XApplicationError : public std::exception {
@@ -65,7 +66,8 @@ class XOutOfMemory : public std::bad_alloc {
   const char* what() const noexcept override { return "bad allocation"; }
 };
 
-// --- Codes and exceptions -----------------------------------------------------------------------------------
+// --- Codes and exceptions
+// -----------------------------------------------------------------------------------
 
 // The code that stands for an exception at the client boundary. Unlisted types give kOtherError.
 TError ErrorFromException(const std::exception* exception);
@@ -83,7 +85,8 @@ bool IsValidError(TError error);
 // 0 or 1; anything else is reported and refused.
 bool ValidateFlag(TFlag flag);
 
-// --- Debug output -------------------------------------------------------------------------------------------
+// --- Debug output
+// -------------------------------------------------------------------------------------------
 
 // The client's output object, or null. Written by IMorvane_SetDebugOutput alone.
 extern IDebugOutput* gDebugOutput;
