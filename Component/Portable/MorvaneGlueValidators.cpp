@@ -5,6 +5,7 @@
 #include <string>
 
 #include "Component/Portable/MorvaneImplUtils.h"
+#include "Component/Portable/TextPackage.h"
 
 namespace NSMorvane {
 
@@ -13,9 +14,7 @@ namespace {
 // The length of the text in a fixed array; the size of the array if no terminator is in it.
 template <std::size_t kSize>
 std::size_t LengthIn(const TChar (&text)[kSize]) {
-  std::size_t length = 0;
-  while (length < kSize && text[length] != 0) ++length;
-  return length;
+  return NSTextPackage::CountChars(text, kSize);
 }
 
 bool FitsIn(const TSize& size, const TSize& limit) {

@@ -59,7 +59,9 @@ TString DecimalText(Number value) {
 // --- Zero-terminated arrays
 // ---------------------------------------------------------------------------------
 
-std::size_t CountChars(const TChar* text) { return std::char_traits<TChar>::length(text); }
+std::ptrdiff_t CountChars(const TChar* text) {
+  return text ? static_cast<std::ptrdiff_t>(std::char_traits<TChar>::length(text)) : -1;
+}
 
 std::size_t CountChars(const TChar* text, std::size_t limit) {
   return static_cast<std::size_t>(std::find(text, text + limit, TChar{}) - text);

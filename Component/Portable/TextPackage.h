@@ -35,8 +35,8 @@ class IByteReader {
 // --- Zero-terminated arrays
 // ---------------------------------------------------------------------------------
 
-// The units in front of the terminator.
-std::size_t CountChars(const TChar* text);
+// The units in front of the terminator; -1 for a null pointer.
+std::ptrdiff_t CountChars(const TChar* text);
 // The same, for an array of `limit` units: never looks behind it, and gives `limit` if there is no
 // terminator.
 std::size_t CountChars(const TChar* text, std::size_t limit);

@@ -212,8 +212,9 @@ TEST(TextPackage, DecimalsAreReadAsAScanReadsThem) {
 }
 
 TEST(TextPackage, ArraysWithoutTerminatorAreNotOverrun) {
-  EXPECT_EQ(0u, CountChars(u""));
-  EXPECT_EQ(3u, CountChars(u"abc"));
+  EXPECT_EQ(-1, CountChars(nullptr));
+  EXPECT_EQ(0, CountChars(u""));
+  EXPECT_EQ(3, CountChars(u"abc"));
   const TChar full[3] = {u'a', u'b', u'c'};
   const TChar part[4] = {u'a', 0, u'c', u'd'};
   EXPECT_EQ(3u, CountChars(full, 3));
