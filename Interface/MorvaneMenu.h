@@ -25,7 +25,7 @@ enum TMenu : std::uint32_t {
   kMenuDebug = 13
 };
 
-enum : std::uint32_t { kMenuCount = 14 };
+constexpr std::uint32_t kMenuCount = 14;
 
 enum : std::size_t { kMenuTextChars = 255 };
 
