@@ -4,55 +4,38 @@
 
 #include <cstddef>
 #include <cstring>
-#include <utility>
 #include <vector>
 
 #include "Component/Portable/MorvaneImplUtils.h"
+#include "Component/Portable/NativeOwners.h"
 
 namespace NSMorvane {
 
 namespace {
 
-// Owns a native region on its way into a wrapper.
-class CNativeRegionHolder {
- public:
-  explicit CNativeRegionHolder(HRGN region) : fRegion(region) {}
-  ~CNativeRegionHolder() {
-    if (fRegion != nullptr) DeleteObject(fRegion);
-  }
-  CNativeRegionHolder(const CNativeRegionHolder&) = delete;
-  CNativeRegionHolder& operator=(const CNativeRegionHolder&) = delete;
-
-  HRGN Get() const { return fRegion; }
-  // The caller owns the region from here on.
-  HRGN Detach() { return std::exchange(fRegion, nullptr); }
-  // The wrapper that owns the region from here on, with one reference for the caller.
-  CNativeRegionWrapper* Wrap() {
-    CNativeRegionWrapper* const wrapper = new CNativeRegionWrapper(fRegion, false);
-    Detach();
-    wrapper->AddReference();
-    return wrapper;
-  }
-
- private:
-  HRGN fRegion;
-};
-
 // The platform would turn a rectangle that is inside out; here every empty one is the same empty region.
-HRGN MakeRectRegion(const TRect& rect) {
+TRegionOwner MakeRectRegion(const TRect& rect) {
   const bool empty = IsEmptyRect(rect);
-  const HRGN region =
-      empty ? CreateRectRgn(0, 0, 0, 0) : CreateRectRgn(rect.fLeft, rect.fTop, rect.fRight, rect.fBottom);
+  TRegionOwner region(empty ? CreateRectRgn(0, 0, 0, 0)
+                            : CreateRectRgn(rect.fLeft, rect.fTop, rect.fRight, rect.fBottom));
   if (region == nullptr) MORVANE_THROW(XOutOfMemory());
   return region;
 }
 
-HRGN CopyNativeRegion(HRGN regionToCopy) {
+TRegionOwner CopyNativeRegion(HRGN regionToCopy) {
   MORVANE_ASSERT(regionToCopy != NULL);
-  CNativeRegionHolder copy(CreateRectRgn(0, 0, 0, 0));
-  if (copy.Get() == nullptr) MORVANE_THROW(std::exception());
-  if (CombineRgn(copy.Get(), regionToCopy, nullptr, RGN_COPY) == ERROR) MORVANE_THROW(std::exception());
-  return copy.Detach();
+  TRegionOwner copy(CreateRectRgn(0, 0, 0, 0));
+  if (copy == nullptr) MORVANE_THROW(std::exception());
+  if (CombineRgn(copy.get(), regionToCopy, nullptr, RGN_COPY) == ERROR) MORVANE_THROW(std::exception());
+  return copy;
+}
+
+// With one reference for the caller.
+CNativeRegionWrapper* Wrap(TRegionOwner region) {
+  CNativeRegionWrapper* const wrapper = new CNativeRegionWrapper(region.get(), false);
+  static_cast<void>(region.release());
+  wrapper->AddReference();
+  return wrapper;
 }
 
 TRect ToRect(const RECT& rect) { return {rect.left, rect.top, rect.right, rect.bottom}; }
@@ -137,7 +120,7 @@ void CNativeRegionWrapper::InvalidateCachedBounds() {
 
 CRegion::CRegion() : CRegion(TRect{}) {}
 
-CRegion::CRegion(const TRect& rect) : fNativeRegionWrapper(CNativeRegionHolder(MakeRectRegion(rect)).Wrap()) {
+CRegion::CRegion(const TRect& rect) : fNativeRegionWrapper(Wrap(MakeRectRegion(rect))) {
   MORVANE_ASSERT(DebugValidate());
 }
 
@@ -176,9 +159,8 @@ CRegion& CRegion::operator=(const CRegion& other) {
 
 void CRegion::MakeUnique() {
   if (!fNativeRegionWrapper->IsShared()) return;
-  CNativeRegionHolder copy(CopyNativeRegion(fNativeRegionWrapper->GetNativeRegion()));
   CNativeRegionWrapper* const old = fNativeRegionWrapper;
-  fNativeRegionWrapper = copy.Wrap();
+  fNativeRegionWrapper = Wrap(CopyNativeRegion(old->GetNativeRegion()));
   old->Release();
 }
 
@@ -275,10 +257,9 @@ void CRegion::Offset(std::int32_t dx, std::int32_t dy) {
 }
 
 void CRegion::CombineWithRect(const TRect& rect, int mode) {
-  const HRGN rectangleRegion = MakeRectRegion(rect);
+  const TRegionOwner rectangleRegion = MakeRectRegion(rect);
   MORVANE_ASSERT(rectangleRegion != NULL);
-  const CNativeRegionHolder holder(rectangleRegion);
-  CombineWith(rectangleRegion, mode);
+  CombineWith(rectangleRegion.get(), mode);
 }
 
 void CRegion::CombineWith(TNativeRegion nativeRegion, int mode) {

@@ -1,0 +1,232 @@
+// Offscreen bitmaps, judged by their pixels.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <limits>
+
+#include "Component/Portable/BufferBitmap.h"
+#include "Tests/Support/PrintGeometry.h"
+#include "Tests/Support/RecordingDebugOutput.h"
+
+namespace NSMorvane {
+namespace {
+
+using NSMorvaneTest::RecordingDebugOutput;
+
+constexpr COLORREF kRed = RGB(255, 0, 0);
+constexpr COLORREF kBlue = RGB(0, 0, 255);
+
+// (x, y) counts pixels from the top left, whatever the origin.
+std::uint32_t PixelAt(CBufferBitmap& bitmap, int x, int y) {
+  const TBufferBitmapInfo& info = bitmap.GetInfo();
+  void* const pixels = bitmap.OpenPixels();
+  const char* const row = static_cast<const char*>(pixels) + y * info.fRowBytes;
+  const std::uint32_t pixel = info.fBitDepth == 16 ? reinterpret_cast<const std::uint16_t*>(row)[x]
+                                                   : reinterpret_cast<const std::uint32_t*>(row)[x];
+  bitmap.ClosePixels(pixels);
+  return pixel;
+}
+
+void Fill(CBufferBitmap& bitmap, const TRect& rect, COLORREF colour) {
+  const HBRUSH brush = CreateSolidBrush(colour);
+  const RECT native = {rect.fLeft, rect.fTop, rect.fRight, rect.fBottom};
+  FillRect(bitmap.GetNativePort().fHDC, &native, brush);
+  DeleteObject(brush);
+}
+
+// The box of the pixels that differ from 0.
+TRect PaintedPixels(CBufferBitmap& bitmap) {
+  CRegion painted;
+  for (int y = 0; y < bitmap.GetInfo().fHeight; ++y)
+    for (int x = 0; x < bitmap.GetInfo().fWidth; ++x)
+      if (PixelAt(bitmap, x, y) != 0) painted.UnionRect({x, y, x + 1, y + 1});
+  return painted.GetBounds();
+}
+
+TEST(BufferBitmap, PixelsAreWhatIsDrawn) {
+  const struct {
+    std::int32_t depth, width, rowBytes;
+    std::uint32_t red, blue;
+  } rows[] = {{16, 3, 8, 0x7C00, 0x001F}, {16, 4, 8, 0x7C00, 0x001F}, {32, 3, 12, 0xFF0000, 0x0000FF}};
+  for (const auto& row : rows) {
+    CBufferBitmap bitmap({row.width, 5}, row.depth);
+    EXPECT_EQ(row.width, bitmap.GetInfo().fWidth);
+    EXPECT_EQ(5, bitmap.GetInfo().fHeight);
+    EXPECT_EQ(row.depth, bitmap.GetInfo().fBitDepth);
+    EXPECT_EQ(row.rowBytes, bitmap.GetInfo().fRowBytes);
+    EXPECT_FALSE(bitmap.GetInfo().fTopDown);
+    EXPECT_EQ((TRect{}), PaintedPixels(bitmap));
+    Fill(bitmap, {1, 1, 2, 4}, kRed);
+    Fill(bitmap, {2, 4, 3, 5}, kBlue);
+    for (int y = 0; y < 5; ++y)
+      for (int x = 0; x < row.width; ++x)
+        EXPECT_EQ(x == 1 && y >= 1 && y < 4 ? row.red
+                  : x == 2 && y == 4        ? row.blue
+                                            : 0,
+                  PixelAt(bitmap, x, y));
+    // The other way: what is put into the pixels is in the context.
+    void* const pixels = bitmap.OpenPixels();
+    char* const lastRow = static_cast<char*>(pixels) + 4 * row.rowBytes;
+    if (row.depth == 16) {
+      *reinterpret_cast<std::uint16_t*>(lastRow) = 0x7C00;
+    } else {
+      *reinterpret_cast<std::uint32_t*>(lastRow) = 0xFF0000;
+    }
+    bitmap.ClosePixels(pixels);
+    EXPECT_EQ(kRed, GetPixel(bitmap.GetNativePort().fHDC, 0, 4));
+  }
+}
+
+TEST(BufferBitmap, OriginAndClipAreLogical) {
+  RecordingDebugOutput output;
+  CBufferBitmap bitmap({20, 20}, 32);
+  EXPECT_EQ((TPoint{0, 0}), bitmap.SetOrigin({0, 0}));
+  EXPECT_EQ((TPoint{0, 0}), bitmap.SetOrigin({100, 50}));
+  EXPECT_EQ((TPoint{100, 50}), bitmap.SetOrigin({90, 55}));
+  EXPECT_EQ((TPoint{90, 55}), bitmap.GetOrigin());
+
+  CRegion region(TRect{92, 57, 95, 60});
+  region.UnionRect({104, 70, 200, 200});
+  bitmap.ClipToRegion(region.GetNativeRegion());
+  Fill(bitmap, {0, 0, 1000, 1000}, kRed);
+  CRegion expected(TRect{2, 2, 5, 5});
+  expected.UnionRect({14, 15, 20, 20});
+  for (int y = 0; y < 20; ++y)
+    for (int x = 0; x < 20; ++x)
+      EXPECT_EQ(PtInRegion(expected.GetNativeRegion(), x, y) != 0, PixelAt(bitmap, x, y) != 0)
+          << x << " " << y;
+
+  // A moved origin takes the clip along: the region covers the same logical coordinates as before.
+  bitmap.SetOrigin({91, 56});
+  RECT box = {};
+  GetClipBox(bitmap.GetNativePort().fHDC, &box);
+  EXPECT_EQ((TRect{92, 57, 111, 76}), (TRect{box.left, box.top, box.right, box.bottom}));
+  EXPECT_TRUE(output.fAssertions.empty());
+}
+
+TEST(BufferBitmap, TheStateComesBack) {
+  RecordingDebugOutput output;
+  CBufferBitmap bitmap({20, 20}, 32);
+  bitmap.SetOrigin({3, 4});
+  bitmap.ClipToRegion(CRegion(TRect{5, 6, 8, 9}).GetNativeRegion());
+  bitmap.SaveState();
+  bitmap.SetOrigin({-7, 12});
+  bitmap.ClipToRegion(CRegion(TRect{0, 0, 100, 100}).GetNativeRegion());
+  bitmap.RestoreState();
+  EXPECT_EQ((TPoint{3, 4}), bitmap.GetOrigin());
+  Fill(bitmap, {0, 0, 100, 100}, kRed);
+  EXPECT_EQ((TRect{2, 2, 5, 5}), PaintedPixels(bitmap));
+
+  // No clip is a state too.
+  CBufferBitmap unclipped({10, 10}, 32);
+  SelectClipRgn(unclipped.GetNativePort().fHDC, nullptr);
+  unclipped.SaveState();
+  unclipped.ClipToRegion(CRegion(TRect{5, 6, 8, 9}).GetNativeRegion());
+  unclipped.RestoreState();
+  Fill(unclipped, {0, 0, 100, 100}, kRed);
+  EXPECT_EQ((TRect{0, 0, 10, 10}), PaintedPixels(unclipped));
+  EXPECT_TRUE(output.fAssertions.empty());
+}
+
+TEST(BufferBitmap, ASecondSaveIsReportedAndCarriedOut) {
+  RecordingDebugOutput output;
+  CBufferBitmap bitmap({20, 20}, 32);
+  bitmap.SaveState();
+  bitmap.SetOrigin({1, 1});
+  bitmap.SaveState();
+  EXPECT_EQ((std::vector<std::string>{"fSaveStateCount == 0"}), output.fAssertions);
+  output.Reset();
+  bitmap.SetOrigin({2, 2});
+  bitmap.RestoreState();
+  EXPECT_EQ((TPoint{1, 1}), bitmap.GetOrigin());
+  EXPECT_EQ((std::vector<std::string>{"fSaveStateCount == 1"}), output.fAssertions);
+  bitmap.RestoreState();
+  EXPECT_EQ((TPoint{0, 0}), bitmap.GetOrigin());
+  output.Reset();
+  bitmap.RestoreState();
+  EXPECT_EQ((std::vector<std::string>{"fSaveStateCount == 1", "fSavedStateStack.size() > 0"}),
+            output.fAssertions);
+  output.Reset();
+  {
+    CBufferBitmap left({1, 1}, 32);
+    left.SaveState();
+  }
+  EXPECT_EQ((std::vector<std::string>{"fSaveStateCount == 0", "false"}), output.fAssertions);
+}
+
+TEST(BufferBitmap, CopiesConvertTheDepthAndLeaveThePortAsItWas) {
+  RecordingDebugOutput output;
+  for (std::int32_t sourceDepth : {16, 32}) {
+    for (std::int32_t targetDepth : {16, 32}) {
+      CBufferBitmap source({20, 20}, sourceDepth);
+      CBufferBitmap target({20, 20}, targetDepth);
+      source.SaveState();
+      source.SetOrigin({100, 200});
+      source.ClipToRegion(CRegion(TRect{100, 200, 120, 220}).GetNativeRegion());
+      Fill(source, {104, 206, 107, 208}, kRed);
+      const HDC port = target.GetNativePort().fHDC;
+      SetWindowOrgEx(port, 50, 60, nullptr);
+      SetBkColor(port, 0x123456);
+      SetBkMode(port, OPAQUE);
+      SetROP2(port, R2_NOT);
+      source.CopyToPort(target.GetNativePort(), {51, 62}, {103, 205, 110, 215});
+      EXPECT_EQ(0x123456u, GetBkColor(port));
+      EXPECT_EQ(OPAQUE, GetBkMode(port));
+      EXPECT_EQ(R2_NOT, GetROP2(port));
+      EXPECT_EQ(MM_TEXT, GetMapMode(port));
+      EXPECT_EQ((TRect{2, 3, 5, 5}), PaintedPixels(target)) << sourceDepth << " to " << targetDepth;
+      EXPECT_EQ(targetDepth == 16 ? 0x7C00u : 0xFF0000u, PixelAt(target, 2, 3));
+      source.RestoreState();
+    }
+  }
+  EXPECT_TRUE(output.fAssertions.empty());
+}
+
+TEST(BufferBitmap, ACopyIntoItselfMayOverlap) {
+  CBufferBitmap bitmap({10, 10}, 32);
+  for (int y = 0; y < 10; ++y) Fill(bitmap, {0, y, 10, y + 1}, static_cast<COLORREF>(y + 1));
+  bitmap.CopyToPort(bitmap.GetNativePort(), {0, 3}, {0, 0, 10, 7});
+  for (int y = 0; y < 10; ++y)
+    EXPECT_EQ(static_cast<COLORREF>(y < 3 ? y + 1 : y - 2), GetPixel(bitmap.GetNativePort().fHDC, 5, y));
+  bitmap.CopyToPort(bitmap.GetNativePort(), {0, 0}, {0, 3, 10, 10});
+  for (int y = 0; y < 7; ++y)
+    EXPECT_EQ(static_cast<COLORREF>(y + 1), GetPixel(bitmap.GetNativePort().fHDC, 5, y));
+}
+
+TEST(BufferBitmap, AFailedCopyIsOnlyReported) {
+  RecordingDebugOutput output;
+  CBufferBitmap bitmap({10, 10}, 32);
+  bitmap.CopyToPort({nullptr}, {0, 0}, {0, 0, 10, 10});
+  EXPECT_EQ((std::vector<std::string>{"okFlag"}), output.fAssertions);
+}
+
+TEST(BufferBitmap, SizesThatCannotBe) {
+  RecordingDebugOutput output;
+  constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
+  // The bytes of the fourth are 0, those of the last 4, if counted in 32 bits.
+  for (const TSize& size :
+       {TSize{0, 5}, TSize{5, 0}, TSize{5, -5}, TSize{32768, 32768}, TSize{kMax, kMax}, TSize{1, kMax}}) {
+    output.Reset();
+    try {
+      CBufferBitmap bitmap(size, 32);
+      ADD_FAILURE() << size.fWidth << " by " << size.fHeight;
+    } catch (const std::bad_alloc& e) {
+      EXPECT_STREQ("bad allocation", e.what());
+    }
+    EXPECT_TRUE(output.HasLine("Exception thrown at Component/Portable/BufferBitmap.cpp("));
+  }
+}
+
+TEST(BufferBitmap, ForeignPixelsAreReported) {
+  RecordingDebugOutput output;
+  CBufferBitmap bitmap({2, 2}, 16);
+  bitmap.ClosePixels(bitmap.OpenPixels());
+  bitmap.ClosePixels(nullptr);
+  EXPECT_TRUE(output.fAssertions.empty());
+  int other = 0;
+  bitmap.ClosePixels(&other);
+  EXPECT_EQ((std::vector<std::string>{"(NULL==pixelPtr) || (pixelPtr==fPixelPtr)"}), output.fAssertions);
+}
+
+}  // namespace
+}  // namespace NSMorvane
