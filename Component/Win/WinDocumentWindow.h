@@ -1,0 +1,47 @@
+// Document windows.
+#pragma once
+
+#include <memory>
+
+#include "Component/Win/WinWindow.h"
+
+namespace NSMorvane {
+
+// How many document windows live.
+extern int gDocumentWindowCount;
+
+class CDocumentWindowImpl : public CWinWindow, public CDocumentWindowGlue {
+ public:
+  CDocumentWindowImpl(CMorvaneImpl* morvane, TStyleFlags styleFlags, bool listedInWindowMenu);
+  ~CDocumentWindowImpl() override;
+
+  // Once. The window owns it.
+  void SetBehavior(std::unique_ptr<IDocumentWindowBehavior> behavior);
+
+ protected:
+  bool CDocumentWindowGlue_CheckInvariant() const override;
+  TDocumentWindowState CDocumentWindowGlue_GetState() override;
+  void CDocumentWindowGlue_SetState(const TDocumentWindowState& state) override;
+  IWindow* CDocumentWindowGlue_GetWindow() override;
+  IModalOwner* CDocumentWindowGlue_GetModalOwner() override;
+  void CDocumentWindowGlue_FocusNow() override;
+  IDocumentWindowBehavior* CDocumentWindowGlue_GetBehavior() override;
+  void CDocumentWindowGlue_Release() override;
+
+  bool OnClientSizeChanged(const TSize& oldSize, const TSize& newSize) override;
+  bool OnPlacementChanged(const TWindowPlacement& oldPlacement,
+                          const TWindowPlacement& newPlacement) override;
+  void OnActivationChanged(bool active) override;
+  bool OnKeyDown(const TKeyEvent& event) override;
+  void OnKeyboardFocusChanged(bool focused) override;
+  bool OnHelpRequested() override;
+  void RequestClose(TCloseReason reason) override;
+  void RequestMenuBarSetup(CMenuBarState& state) override;
+  bool OnMenuCommand(const TMenuCommandEvent& event) override;
+
+ private:
+  IMorvaneRunBehavior* fRunBehavior;  // a second copy
+  std::unique_ptr<IDocumentWindowBehavior> fBehavior;
+};
+
+}  // namespace NSMorvane

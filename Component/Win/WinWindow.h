@@ -1,0 +1,319 @@
+// The platform window object: the common base of all kinds of windows.
+//
+// CWinWindow is one class in several files, cut by topic; the sections of the class stand in the same order:
+//
+//   WinWindow.cpp            life: construction, Show, Hide, ReleaseWindow, destruction
+//   WinWindowState.cpp       sizes, placement, title
+//   WinWindowFocus.cpp       activation, focus, tooltips
+//   WinWindowMenus.cpp       the menu bar
+//   WinWindowMessages.cpp    the message function, listeners
+//   WinWindowPainting.cpp    painting, invalidation, global alpha
+//   WinWindowMouse.cpp       mouse dispatch
+//   WinWindowKeyboard.cpp    keyboard dispatch
+//
+// Beside it stand WinWindowClass (native window classes), WinWindowPlacement (arithmetic on placements) and
+// WinWindowModality (dialogs that block the whole application).
+//
+// Any callback may end the window: whoever calls out and goes on afterwards holds a copy of the client's
+// reference. Everything belongs to the main thread.
+#pragma once
+
+#include <windows.h>
+
+#include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
+#include <list>
+#include <map>
+#include <vector>
+
+#include "Component/Portable/MorvaneGlue.h"
+#include "Component/Portable/MorvaneImplUtilsMenuBarState.h"
+#include "Component/Win/NativeWindowWrapper.h"
+#include "Component/Win/WinMsgEventListener.h"
+#include "Component/Win/WinWindowClass.h"
+#include "Component/Win/WinWindowPlacement.h"
+
+namespace NSMorvane {
+
+class CMorvaneImpl;
+class CRegion;
+class CViewImpl;
+class CWinWindow;
+
+// Every window that the root object has wired up, in order of creation.
+extern std::vector<boost::weak_ptr<CWinWindow>> gWinWindows;
+
+// The window with this handle, or null.
+CWinWindow* FindWinWindow(HWND hwnd);
+
+// How long one paint took, in milliseconds since the system started.
+struct TPaintSample {
+  std::uint64_t fStartMS;
+  std::uint64_t fEndMS;
+};
+
+class CWinWindow : public CWindowGlue,
+                   public IModalOwner,
+                   public IImplFocusTools,
+                   public INativeWindowWrapper_ProcListener,
+                   public IViewWindow {
+ public:
+  // --- Life (WinWindow.cpp)
+  // -----------------------------------------------------------------------------------
+
+  ~CWinWindow() override;
+  CWinWindow(const CWinWindow&) = delete;
+  CWinWindow& operator=(const CWinWindow&) = delete;
+
+  bool CheckInvariant() const { return CWindowGlue_CheckInvariant(); }
+  HWND GetHwnd() const { return fHwnd; }
+  TWindowKind GetWindowKind() const { return fWindowKind; }
+  HWND GetOwnerHwnd() const { return fOwnerHwnd; }
+  CViewImpl* GetRootView() const { return fRootView; }
+  bool IsListedInWindowMenu() const { return fListedInWindowMenu; }
+  bool HasCloseCommand() const { return fHasCloseCommand; }
+
+  // Wires the window up: it takes the reference that the client holds it by, stands in gWinWindows from here
+  // on, and among the child windows of its native parent. Once, by whoever made the window.
+  void SetClientsWindowReference(const boost::shared_ptr<CWinWindow>& reference);
+  // A copy; the window lives as long as one is left.
+  boost::shared_ptr<CWinWindow> GetClientsWindowReference() const;
+  // The same without a report: empty once the window has been released.
+  boost::shared_ptr<CWinWindow> LockClientsWindowReference() const { return fClientsWindowReference; }
+
+  // Natively visible and not hidden by the library.
+  bool IsVisible() const;
+  bool IsIconic() const;
+  bool IsZoomed() const;
+  void Restore();
+  void Activate();
+  // To the front and active, restored if it is minimized.
+  void FocusNow();
+
+  // Once, when the window is wired up and has its behaviour.
+  virtual void Show();
+  void Hide();
+  // Ends the window: at once, or when the message that it is handling is through.
+  void ReleaseWindow();
+  // The application is quitting.
+  void RequestCloseFromLibrary();
+
+  // --- Sizes, placement, title (WinWindowState.cpp)
+  // -----------------------------------------------------------
+
+  TWindowStateRecord GetWindowState() const;
+  void SetWindowState(const TWindowStateRecord& state);
+  TZoomState GetZoomState() const;
+  TString GetNativeTitle() const;
+  const TString& GetTitle() const { return fWindowState.fTitle; }
+  // Measured on a shown window with a client area, computed from the style otherwise.
+  TFrameInsets GetFrameInsets() const;
+
+  // --- Activation, focus, tooltips (WinWindowFocus.cpp)
+  // -------------------------------------------------------
+
+  // A native control has got the keyboard, or, with null, lost it.
+  void SetFocusFromNative(CViewImpl* view);
+  CViewImpl* GetFocusView() const { return fFocusView; }
+  const std::vector<CViewImpl*>& GetTooltipViews() const { return fTooltipViews; }
+
+  CViewImpl* IImplFocusTools_GetOnDutyFocusView() override { return fFocusView; }
+  CViewImpl* IImplFocusTools_GetConceptualFocusView() override { return fFocusView; }
+  void IImplFocusTools_SetConceptualFocusView(CViewImpl* view) override;
+  void IImplFocusTools_GetTabViews(std::vector<CViewImpl*>& out) override { out = fTabViews; }
+  void IImplFocusTools_SetTabViews(std::vector<CViewImpl*> tabViews) override;
+
+  TError IModalOwner_GetNativeWindow(TNativeWindow& out) override;
+
+  void MarkToolRectsDirty() override { fTooltipRectsDirty = true; }
+  std::uint32_t AddTool(CViewImpl& view, const TString& text) override;
+  void UpdateToolText(std::uint32_t tool, CViewImpl& view, const TString& text) override;
+  void RemoveTool(std::uint32_t tool, CViewImpl& view) override;
+
+  // --- Menu bar (WinWindowMenus.cpp)
+  // --------------------------------------------------------------------------
+
+  // Has the kind and the views of the focus chain complete the state, and applies it.
+  virtual void RunMenuBarSetup(CMenuBarState& state);
+  // Rebuilds the menu bar if `state` is not what it shows already.
+  virtual void ApplyMenuBarState(const CMenuBarState& state);
+  void RebuildCompleteMenuBar(const CMenuBarState& state);
+  const CMenuBarState& GetMenuBarState() const { return fMenuBarState; }
+  bool IsAlwaysOnTop() const { return fAlwaysOnTop; }
+
+  // --- Messages (WinWindowMessages.cpp)
+  // -----------------------------------------------------------------------
+
+  LRESULT WindowProc(CNativeWindowWrapper& wrapper, HWND hwnd, UINT message, WPARAM wParam,
+                     LPARAM lParam) override;
+  // Listeners stay their maker's.
+  void AddMsgEventListener(IWinMsgEventListener* listener);
+  void RemoveMsgEventListener(IWinMsgEventListener* listener);
+  void AddControlListener(HWND controlHwnd, IWinMsgEventListener* listener);
+  void RemoveControlListener(HWND controlHwnd);
+
+  // --- Painting (WinWindowPainting.cpp)
+  // -----------------------------------------------------------------------
+
+  // In client coordinates; nothing is ever erased.
+  void InvalidateRect(const TRect& rect) override;
+  void InvalidateRegion(const CRegion& region) override;
+  void NativeInvalidateRect(const TRect& rect);
+  void NativeInvalidateRegion(const CRegion& region);
+  void NativeUpdate();
+  void GetPaintSamples(std::vector<TPaintSample>& outSamples) const;
+
+  // --- Keyboard (WinWindowKeyboard.cpp)
+  // -----------------------------------------------------------------------
+
+  // Sees a message of this window or of one inside it before it is dispatched; true uses it up.
+  virtual bool PreTranslateMessage(const MSG& message);
+
+ protected:
+  // `owner` may be null. The window is made, but neither wired up nor shown.
+  CWinWindow(CMorvaneImpl* morvane, TWindowKind windowKind, IModalOwner* owner, DWORD style, DWORD exStyle,
+             bool makeSizeGrip, bool listedInWindowMenu, bool hasCloseCommand);
+
+  // --- Hooks of the contract layer
+  // ----------------------------------------------------------------------------
+
+  bool CWindowGlue_CheckInvariant() const override;
+  TNativeWindow CWindowGlue_GetNativeWindow() override;
+  CViewImpl* CWindowGlue_GetOnDutyFocusView() override;
+  CViewImpl* CWindowGlue_GetConceptualFocusView() override;
+  void CWindowGlue_SetConceptualFocusView(CViewImpl* view) override;
+  std::vector<CViewImpl*> CWindowGlue_GetTabViews() override;
+  void CWindowGlue_SetTabViews(const std::vector<CViewImpl*>& tabViews) override;
+  CViewImpl* CWindowGlue_GetRootView() override;
+  bool CWindowGlue_IsActive() override;
+  TRect CWindowGlue_GetFrameRect() override;
+  TRect CWindowGlue_FrameRectToClientRect(const TRect& rect) override;
+  TRect CWindowGlue_ClientRectToFrameRect(const TRect& rect) override;
+  std::uint8_t CWindowGlue_GetGlobalAlpha() override;
+  void CWindowGlue_SetGlobalAlpha(std::uint8_t alpha) override;
+
+  // --- What the kinds add
+  // -------------------------------------------------------------------------------------
+
+  // False from the first two: nobody was there to be told, and the change is told again next time.
+  virtual bool OnClientSizeChanged(const TSize& oldSize, const TSize& newSize) = 0;
+  virtual bool OnPlacementChanged(const TWindowPlacement& oldPlacement,
+                                  const TWindowPlacement& newPlacement) = 0;
+  virtual void OnActivationChanged(bool active) = 0;
+  virtual bool OnKeyDown(const TKeyEvent& event) = 0;
+  virtual void OnKeyboardFocusChanged(bool focused) = 0;
+  virtual bool OnHelpRequested() = 0;
+  virtual void RequestClose(TCloseReason reason) = 0;
+  virtual void RequestMenuBarSetup(CMenuBarState& state) = 0;
+  virtual bool OnMenuCommand(const TMenuCommandEvent& event) = 0;
+
+  // What a kind may do otherwise.
+  virtual LRESULT OnSysCommand(TWinMessage message);
+  virtual LRESULT OnNonClientHitTest(TWinMessage message);
+
+  // The first thing that the destructor of every kind does, before its behaviour goes.
+  void PrepareDestruction();
+
+  // The views from `view` up to the root view, as long as they have not been released, nearest first.
+  static std::vector<boost::shared_ptr<CViewImpl>> ViewChain(CViewImpl* view);
+
+ private:
+  // --- Life
+  // ---------------------------------------------------------------------------------------------------
+
+  static LRESULT CALLBACK WindowStubProcCallback(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+  void MakeNativeWindow(DWORD style, DWORD exStyle, bool makeSizeGrip);
+  void MakeRootView();
+  HWND ChooseNativeOwner();
+  void DestroyNativeParts();
+  void AddToHiddenWindows();
+  void RemoveFromHiddenWindows();
+
+  // --- Sizes, placement, title
+  // --------------------------------------------------------------------------------
+
+  TRect GetNormalRect(bool minimized, bool maximized) const;
+  TSize GetClientSize() const;
+  bool IsIdeal(const TRect& frameRect) const;
+  TWindowPlacement BuildPlacement(const TRect& normalRect) const;
+  void RememberPlacementRect(const TRect& frameRect);
+  void SetRootViewSize(const TSize& size);
+  void SetClientSize(const TSize& size);
+  void SetPlacement(const TWindowPlacement& placement);
+  void SyncWindowState();        // on WM_WINDOWPOSCHANGED
+  void SyncWindowStateOnSize();  // on WM_SIZE
+  void SyncShownWindowState(const TRect& normalRect);
+  TRect AdoptNativePlacement();
+  void SetNativeTitle(const TString& text);
+
+  // --- Activation, focus, tooltips
+  // ----------------------------------------------------------------------------
+
+  void OnActivated(bool& outHandled);
+  void OnDeactivated();
+  void OnReceivedFocus();
+  void OnLostFocus();
+  void SendOnDutyFocusGained(CViewImpl* view);
+  void SendOnDutyFocusLost(CViewImpl* view);
+  HWND GetNativeFocusTarget(CViewImpl* view);
+  void RequestMenuBarsAfterFocusChange();
+  void DestroyTooltipWindow();
+
+  // --- Messages
+  // -----------------------------------------------------------------------------------------------
+
+  void PreDispatch(TWinMessage& message);
+  void OnCloseRequest();
+  bool OnMaximizeCommand();
+
+  // --- Fields
+  // -------------------------------------------------------------------------------------------------
+
+ protected:
+  boost::shared_ptr<CNativeWindowWrapper> fNativeWindowWrapper;  // empty until WM_NCCREATE
+  CMorvaneImpl* fMorvane;
+  boost::shared_ptr<CWinWindow> fClientsWindowReference;  // empty before wiring up and after ReleaseWindow
+  IMorvaneRunBehavior* fRunBehavior;
+  std::vector<TMenuItem> fMenuItems;  // the position plus 0xA000 is the native command
+  CViewImpl* fRootView;
+  TWindowKind fWindowKind;
+  HWND fOwnerHwnd;  // of the owner given at creation, or null
+  std::vector<CViewImpl*> fTooltipViews;
+  TWinWindowState fWindowState;
+  bool fIsHidden;  // true until Show, and after Hide
+  boost::shared_ptr<IMouseCapture> fMouseCapture;
+  CViewImpl* fFocusView;
+  std::vector<CViewImpl*> fTabViews;
+  std::list<boost::weak_ptr<CViewImpl>> fMouseTrackingViews;  // those that the mouse is inside of
+  std::vector<boost::weak_ptr<CViewImpl>> fLastHitViews;
+  bool fListedInWindowMenu;
+  UINT_PTR fTimerID;  // 0: none
+  bool fInMouseTrackingCheck;
+  bool fInDispatchMouseTracking;
+  bool fInRefreshMouseShape;
+  TSize fClientSize;            // as last reported to the behaviour
+  TWindowPlacement fPlacement;  // likewise
+  HWND fHwnd;
+  std::vector<boost::shared_ptr<CWinWindow>> fChildWindows;  // those that this one owns natively
+  HMENU fMenuHandle;
+  HACCEL fAcceleratorTable;
+  HCURSOR fCurrentCursor;
+  CWindowClassRef fWindowClass;
+  std::vector<IWinMsgEventListener*> fMsgEventListeners;
+  std::map<HWND, IWinMsgEventListener*> fControlListeners;
+  bool fMouseLeaveArmed;
+  bool fHasCloseCommand;
+  bool fAlwaysOnTop;
+  HWND fSizeGripHwnd;
+  HWND fTooltipHwnd;
+  bool fTooltipRectsDirty;
+  CMenuBarState fMenuBarState;
+  std::vector<boost::weak_ptr<CViewImpl>> fInspectedViews;
+  boost::weak_ptr<CViewImpl> fInspectedView;
+  TString fInspectedViewTooltip;
+  std::vector<TPaintSample> fPaintSamples;
+  std::size_t fPaintSampleIndex;
+  std::uint8_t fGlobalAlpha;
+};
+
+}  // namespace NSMorvane
