@@ -1,0 +1,371 @@
+// The chain of listeners on a native window, and what happens when parts of it go during a message.
+#include "Component/Win/NativeWindowWrapper.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <new>
+#include <string>
+#include <thread>
+
+#include "Tests/Support/NativeTestWindow.h"
+#include "Tests/Support/RecordingDebugOutput.h"
+
+using namespace NSMorvane;
+using NSMorvaneTest::NativeTestWindow;
+using NSMorvaneTest::RecordingDebugOutput;
+
+namespace {
+
+constexpr UINT kMessage = WM_APP + 1, kNested = WM_APP + 2;
+
+// Who saw a message of this file, in order; "proc" is the procedure of the window itself.
+std::string gTrace;
+
+void Trace(const char* name, UINT message) {
+  if (message != kMessage && message != kNested) return;
+  if (!gTrace.empty()) gTrace += ' ';
+  gTrace += name;
+  if (message == kNested) gTrace += '2';
+}
+
+LRESULT CALLBACK TracingProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+  Trace("proc", message);
+  if (message == kMessage || message == kNested) return 77;
+  return DefWindowProcW(hwnd, message, wParam, lParam);
+}
+
+class Listener : public INativeWindowWrapper_ProcListener {
+ public:
+  using Action = std::function<LRESULT(CNativeWindowWrapper&, HWND, UINT, WPARAM, LPARAM)>;
+  explicit Listener(const char* name, Action action = {}) : fName(name), fAction(std::move(action)) {}
+  LRESULT WindowProc(CNativeWindowWrapper& wrapper, HWND hwnd, UINT message, WPARAM wParam,
+                     LPARAM lParam) override {
+    Trace(fName, message);
+    if (message == kMessage && fAction) return fAction(wrapper, hwnd, message, wParam, lParam);
+    return wrapper.CallNextProc(this, hwnd, message, wParam, lParam);
+  }
+  const char* fName;
+  Action fAction;
+};
+
+class NativeWindowWrapperTest : public testing::Test {
+ protected:
+  NativeWindowWrapperTest() {
+    gTrace.clear();
+    sHookCalls = 0;
+    sAtHook = {};
+    gAfterNativeMessage = [] {
+      ++sHookCalls;
+      if (sAtHook) sAtHook();
+    };
+  }
+  ~NativeWindowWrapperTest() override { gAfterNativeMessage = nullptr; }
+
+  static LONG_PTR ProcOf(HWND hwnd) { return GetWindowLongPtrW(hwnd, GWLP_WNDPROC); }
+  static constexpr DWORD kStyle = WS_OVERLAPPEDWINDOW;
+
+  static int sHookCalls;
+  static std::function<void()> sAtHook;
+  RecordingDebugOutput fOutput;
+  NativeTestWindow fWindow{kStyle, nullptr, L"test", 0, TracingProc};
+};
+
+int NativeWindowWrapperTest::sHookCalls;
+std::function<void()> NativeWindowWrapperTest::sAtHook;
+
+// A wrapper on a page of its own, which cannot be touched any more once the wrapper has been deleted.
+boost::shared_ptr<CNativeWindowWrapper> MakeGuardedWrapper(HWND hwnd) {
+  void* const page =
+      VirtualAlloc(nullptr, sizeof(CNativeWindowWrapper), MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE);
+  return boost::shared_ptr<CNativeWindowWrapper>(
+      new (page) CNativeWindowWrapper(hwnd), [](CNativeWindowWrapper* wrapper) {
+        wrapper->~CNativeWindowWrapper();
+        DWORD before;
+        VirtualProtect(wrapper, sizeof(*wrapper), PAGE_NOACCESS, &before);
+      });
+}
+
+}  // namespace
+
+TEST_F(NativeWindowWrapperTest, MessagesRunNewestFirstAndThePreviousProcedureLast) {
+  const LONG_PTR before = ProcOf(fWindow);
+  {
+    CNativeWindowWrapper wrapper(fWindow);
+    EXPECT_EQ(77, SendMessageW(fWindow, kMessage, 0, 0));
+    EXPECT_EQ("proc", gTrace);
+
+    Listener a("a"), b("b"), silent("silent", [](auto&&...) { return LRESULT{5}; });
+    wrapper.AddProcListener(&a);
+    wrapper.AddProcListener(&b);
+    gTrace.clear();
+    EXPECT_EQ(77, SendMessageW(fWindow, kMessage, 0, 0));
+    EXPECT_EQ("b a proc", gTrace);
+
+    wrapper.AddProcListener(&silent);
+    gTrace.clear();
+    EXPECT_EQ(5, SendMessageW(fWindow, kMessage, 0, 0));
+    EXPECT_EQ("silent", gTrace);
+
+    wrapper.RemoveProcListener(&b);
+    wrapper.RemoveProcListener(&b);
+    wrapper.RemoveProcListener(&silent);
+    gTrace.clear();
+    SendMessageW(fWindow, kMessage, 0, 0);
+    EXPECT_EQ("a proc", gTrace);
+    wrapper.RemoveProcListener(&a);
+  }
+  EXPECT_EQ(before, ProcOf(fWindow));
+  EXPECT_TRUE(fOutput.fAssertions.empty());
+}
+
+TEST_F(NativeWindowWrapperTest, ListenersSeeTheStateBehindThem) {
+  CNativeWindowWrapper wrapper(fWindow);
+  std::wstring seen;
+  Listener a("a", [&](CNativeWindowWrapper& w, HWND hwnd, UINT, WPARAM, LPARAM lParam) {
+    const LRESULT result = w.CallNextProc(&a, hwnd, WM_SETTEXT, 0, lParam);
+    wchar_t text[32];
+    GetWindowTextW(hwnd, text, 32);
+    seen = text;
+    return result;
+  });
+  wrapper.AddProcListener(&a);
+  SendMessageW(fWindow, kMessage, 0, reinterpret_cast<LPARAM>(L"after"));
+  EXPECT_EQ(L"after", seen);
+  wrapper.RemoveProcListener(&a);
+}
+
+TEST_F(NativeWindowWrapperTest, NestedMessagesAndChangesDoNotDisturbTheOuterWalk) {
+  CNativeWindowWrapper wrapper(fWindow);
+  Listener a("a"), c("c");
+  Listener b("b", [&](CNativeWindowWrapper& w, HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+    SendMessageW(hwnd, kNested, 0, 0);
+    w.AddProcListener(&c);
+    SendMessageW(hwnd, kNested, 0, 0);
+    w.RemoveProcListener(&a);
+    return w.CallNextProc(&b, hwnd, message, wParam, lParam);
+  });
+  wrapper.AddProcListener(&a);
+  wrapper.AddProcListener(&b);
+  EXPECT_EQ(77, SendMessageW(fWindow, kMessage, 0, 0));
+  EXPECT_EQ("b b2 a2 proc2 c2 b2 a2 proc2 proc", gTrace);
+  EXPECT_TRUE(fOutput.fAssertions.empty());
+
+  // One that has left and still calls on.
+  gTrace.clear();
+  c.fAction = [&](CNativeWindowWrapper& w, HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+    w.RemoveProcListener(&c);
+    return w.CallNextProc(&c, hwnd, message, wParam, lParam);
+  };
+  EXPECT_EQ(77, SendMessageW(fWindow, kMessage, 0, 0));
+  EXPECT_EQ("c proc", gTrace);
+  EXPECT_EQ(std::vector<std::string>{"it!=fProcListeners.end()"}, fOutput.fAssertions);
+  wrapper.RemoveProcListener(&b);
+}
+
+TEST_F(NativeWindowWrapperTest, WrongListenersAreReported) {
+  CNativeWindowWrapper wrapper(fWindow);
+  Listener a("a", [](auto&&...) { return LRESULT{5}; });
+  wrapper.AddProcListener(nullptr);
+  wrapper.RemoveProcListener(nullptr);
+  EXPECT_EQ((std::vector<std::string>{"0!=listener", "0!=listener"}), fOutput.fAssertions);
+  EXPECT_EQ(77, SendMessageW(fWindow, kMessage, 0, 0));
+
+  fOutput.Reset();
+  wrapper.AddProcListener(&a);
+  wrapper.AddProcListener(&a);
+  EXPECT_EQ(
+      std::vector<std::string>{
+          "fProcListeners.end()==std::find(fProcListeners.begin(),fProcListeners.end(),listener)"},
+      fOutput.fAssertions);
+  wrapper.RemoveProcListener(&a);  // one of the two
+  EXPECT_EQ(5, SendMessageW(fWindow, kMessage, 0, 0));
+  wrapper.RemoveProcListener(&a);
+  EXPECT_EQ(77, SendMessageW(fWindow, kMessage, 0, 0));
+}
+
+TEST_F(NativeWindowWrapperTest, FailedSubclassingChangesNothing) {
+  NativeTestWindow other;
+  const HWND gone = other;
+  other.Destroy();
+  for (const HWND hwnd : {gone, HWND()}) {
+    fOutput.Reset();
+    try {
+      CNativeWindowWrapper wrapper(hwnd);
+      ADD_FAILURE();
+    } catch (const std::bad_alloc& e) {
+      EXPECT_STREQ("bad allocation", e.what());
+    }
+    EXPECT_EQ(hwnd ? 0u : 1u, fOutput.fAssertions.size());
+    EXPECT_EQ(!hwnd, fOutput.HasAssertion("0!=nativeWindow"));
+    fOutput.Reset();
+    WindowProcCallback(hwnd, kMessage, 0, 0);
+    EXPECT_TRUE(fOutput.HasAssertion("it!=gNativeWindowWrapperMap.end()"));
+  }
+}
+
+TEST_F(NativeWindowWrapperTest, SecondWrapperIsReportedAndTheWindowSurvivesBoth) {
+  auto first = boost::shared_ptr<CNativeWindowWrapper>(new CNativeWindowWrapper(fWindow));
+  auto second = boost::shared_ptr<CNativeWindowWrapper>(new CNativeWindowWrapper(fWindow));
+  EXPECT_TRUE(fOutput.HasAssertion("oldProc!=reinterpret_cast<LONG_PTR>(WindowProcCallback)"));
+  EXPECT_EQ(77, SendMessageW(fWindow, kMessage, 0, 0));
+  EXPECT_TRUE(first->CheckInvariant());
+  EXPECT_FALSE(second->CheckInvariant());
+  second.reset();
+  EXPECT_TRUE(first->CheckInvariant());
+  EXPECT_EQ(77, SendMessageW(fWindow, kMessage, 0, 0));
+  first.reset();
+  EXPECT_EQ(77, SendMessageW(fWindow, kMessage, 0, 0));
+}
+
+TEST_F(NativeWindowWrapperTest, MessageOfAnUnknownWindowIsReportedAndServed) {
+  EXPECT_EQ(4, WindowProcCallback(fWindow, WM_GETTEXTLENGTH, 0, 0));
+  EXPECT_EQ((std::vector<std::string>{"it!=gNativeWindowWrapperMap.end()", "0!=wrapper", "false",
+                                      "wrapper->CheckInvariant()"}),
+            fOutput.fAssertions);
+  EXPECT_EQ(1, sHookCalls);
+}
+
+TEST_F(NativeWindowWrapperTest, WrapperOutlivingItsWindowOrItsListenersIsReported) {
+  {
+    CNativeWindowWrapper wrapper(fWindow);
+    Listener a("a");
+    wrapper.AddProcListener(&a);
+  }
+  EXPECT_EQ(std::vector<std::string>{"0==fProcListeners.size()"}, fOutput.fAssertions);
+  fOutput.Reset();
+  const HWND gone = fWindow;
+  {
+    CNativeWindowWrapper wrapper(fWindow);
+    fWindow.Destroy();
+  }
+  EXPECT_EQ((std::vector<std::string>{"false", "CheckInvariant()", "0!=oldProc"}), fOutput.fAssertions);
+  fOutput.Reset();
+  WindowProcCallback(gone, kMessage, 0, 0);
+  EXPECT_TRUE(fOutput.HasAssertion("it!=gNativeWindowWrapperMap.end()"));
+}
+
+TEST_F(NativeWindowWrapperTest, ThrownThingsEndInTheProcedure) {
+  CNativeWindowWrapper wrapper(fWindow);
+  Listener a("a", [](auto&&...) -> LRESULT { throw 5; });
+  wrapper.AddProcListener(&a);
+  EXPECT_EQ(0, SendMessageW(fWindow, kMessage, 0, 0));
+  EXPECT_EQ(std::vector<std::string>{"false"}, fOutput.fAssertions);
+  EXPECT_EQ(0, sHookCalls);
+  wrapper.RemoveProcListener(&a);
+}
+
+TEST_F(NativeWindowWrapperTest, HookRunsAtTheEndOfEachMessage) {
+  CNativeWindowWrapper wrapper(fWindow);
+  sAtHook = [] { gTrace += " hook"; };
+  SendMessageW(fWindow, kMessage, 0, 0);
+  EXPECT_EQ("proc hook", gTrace);
+  EXPECT_EQ(1, sHookCalls);
+  EXPECT_TRUE(fOutput.fAssertions.empty());
+  gAfterNativeMessage = nullptr;
+  EXPECT_EQ(77, SendMessageW(fWindow, kMessage, 0, 0));
+  EXPECT_EQ(std::vector<std::string>{"NULL != CMorvaneImpl::gMorvaneImpl"}, fOutput.fAssertions);
+}
+
+// --- Ends during a message
+// ----------------------------------------------------------------------------------
+
+TEST_F(NativeWindowWrapperTest, NothingIsTouchedAfterTheWrapperHasGone) {
+  // It goes in the previous procedure, in a listener further back, in the listener in front.
+  static boost::shared_ptr<CNativeWindowWrapper> wrapper;
+  static std::function<void()> atEnd;
+  const WNDPROC endingProc = [](HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) -> LRESULT {
+    if (message == kMessage) {
+      if (atEnd) atEnd();
+      return 78;
+    }
+    return DefWindowProcW(hwnd, message, wParam, lParam);
+  };
+  for (const int place : {0, 1, 2}) {
+    NativeTestWindow window(kStyle, nullptr, L"test", 0, endingProc);
+    const LONG_PTR before = ProcOf(window);
+    wrapper = MakeGuardedWrapper(window);
+    Listener back("back"), front("front");
+    wrapper->AddProcListener(&back);
+    wrapper->AddProcListener(&front);
+    const auto end = [&] {
+      wrapper->RemoveProcListener(&back);
+      wrapper->RemoveProcListener(&front);
+      wrapper.reset();
+    };
+    const Listener::Action endAndAnswer = [&](auto&&...) {
+      end();
+      return LRESULT{78};
+    };
+    atEnd = place == 0 ? std::function<void()>(end) : std::function<void()>();
+    if (place == 1) back.fAction = endAndAnswer;
+    if (place == 2) front.fAction = endAndAnswer;
+    fOutput.Reset();
+    EXPECT_EQ(78, SendMessageW(window, kMessage, 0, 0));
+    EXPECT_FALSE(wrapper);
+    EXPECT_EQ(before, ProcOf(window));
+    // The front listener waited for the back one, and the wrapper was then known no more.
+    EXPECT_EQ(
+        place == 2 ? (std::vector<std::string>{}) : (std::vector<std::string>{"false", "CheckInvariant()"}),
+        fOutput.fAssertions);
+  }
+  atEnd = nullptr;
+}
+
+TEST_F(NativeWindowWrapperTest, OverriderGoesWithItsWindow) {
+  static int living;
+  static std::string trace;
+  class Overrider : public CWindowProcOverrider {
+   public:
+    explicit Overrider(HWND hwnd) : CWindowProcOverrider(hwnd) { ++living; }
+    LRESULT WindowProc(CNativeWindowWrapper& wrapper, HWND hwnd, UINT message, WPARAM wParam,
+                       LPARAM lParam) override {
+      if (message == kMessage)
+        return CWindowProcOverrider::WindowProc(wrapper, hwnd, message, wParam, lParam) + 1;
+      return CWindowProcOverrider::WindowProc(wrapper, hwnd, message, wParam, lParam);
+    }
+
+   private:
+    ~Overrider() override { --living; }
+  };
+  living = 0;
+  const HWND hwnd = fWindow;
+  const LONG_PTR before = ProcOf(hwnd);
+  new Overrider(hwnd);
+  EXPECT_EQ(78, SendMessageW(hwnd, kMessage, 0, 0));
+  EXPECT_EQ(1, living);
+  LONG_PTR atLastMessage = 0;
+  sAtHook = [&] { atLastMessage = ProcOf(hwnd); };
+  fWindow.Destroy();
+  EXPECT_EQ(0, living);
+  EXPECT_EQ(before, atLastMessage);
+  EXPECT_TRUE(fOutput.fAssertions.empty());
+}
+
+TEST_F(NativeWindowWrapperTest, OverriderOfAWindowThatDoesNotExistIsNotMade) {
+  class Overrider : public CWindowProcOverrider {
+   public:
+    explicit Overrider(HWND hwnd) : CWindowProcOverrider(hwnd) {}
+  };
+  EXPECT_THROW(new Overrider(nullptr), std::bad_alloc);
+}
+
+TEST_F(NativeWindowWrapperTest, ThreadsHaveTheirWindowsSideBySide) {
+  const auto work = [] {
+    for (int i = 0; i < 25; ++i) {
+      NativeTestWindow window(WS_POPUP);
+      CNativeWindowWrapper wrapper(window);
+      Listener a("a"), b("b");
+      wrapper.AddProcListener(&a);
+      wrapper.AddProcListener(&b);
+      for (int j = 0; j < 50; ++j) SendMessageW(window, WM_GETTEXTLENGTH, 0, 0);
+      wrapper.RemoveProcListener(&a);
+      wrapper.RemoveProcListener(&b);
+    }
+  };
+  gAfterNativeMessage = [] {};
+  std::thread first(work), second(work);
+  first.join();
+  second.join();
+  EXPECT_TRUE(fOutput.fAssertions.empty());
+}
