@@ -351,21 +351,20 @@ TEST_F(NativeWindowWrapperTest, OverriderOfAWindowThatDoesNotExistIsNotMade) {
 }
 
 TEST_F(NativeWindowWrapperTest, ThreadsHaveTheirWindowsSideBySide) {
-  const auto work = [] {
-    for (int i = 0; i < 25; ++i) {
-      NativeTestWindow window(WS_POPUP);
-      CNativeWindowWrapper wrapper(window);
-      Listener a("a"), b("b");
-      wrapper.AddProcListener(&a);
-      wrapper.AddProcListener(&b);
-      for (int j = 0; j < 50; ++j) SendMessageW(window, WM_GETTEXTLENGTH, 0, 0);
-      wrapper.RemoveProcListener(&a);
-      wrapper.RemoveProcListener(&b);
-    }
+  // One subclasses again and again while the other's messages look their wrapper up.
+  const auto change = [] {
+    const NativeTestWindow window(WS_POPUP);
+    for (int i = 0; i < 1000; ++i) CNativeWindowWrapper wrapper(window);
+  };
+  const auto use = [] {
+    const NativeTestWindow window(WS_POPUP);
+    CNativeWindowWrapper wrapper(window);
+    for (int i = 0; i < 20000; ++i) SendMessageW(window, WM_NULL, 0, 0);
   };
   gAfterNativeMessage = [] {};
-  std::thread first(work), second(work);
+  std::thread first(change), second(use), third(change);
   first.join();
   second.join();
+  third.join();
   EXPECT_TRUE(fOutput.fAssertions.empty());
 }
