@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <latch>
 #include <new>
 #include <string>
 #include <thread>
@@ -352,13 +353,16 @@ TEST_F(NativeWindowWrapperTest, OverriderOfAWindowThatDoesNotExistIsNotMade) {
 
 TEST_F(NativeWindowWrapperTest, ThreadsHaveTheirWindowsSideBySide) {
   // One subclasses again and again while the other's messages look their wrapper up.
-  const auto change = [] {
+  std::latch ready(3);
+  const auto change = [&] {
     const NativeTestWindow window(WS_POPUP);
+    ready.arrive_and_wait();
     for (int i = 0; i < 1000; ++i) CNativeWindowWrapper wrapper(window);
   };
-  const auto use = [] {
+  const auto use = [&] {
     const NativeTestWindow window(WS_POPUP);
     CNativeWindowWrapper wrapper(window);
+    ready.arrive_and_wait();
     for (int i = 0; i < 20000; ++i) SendMessageW(window, WM_NULL, 0, 0);
   };
   gAfterNativeMessage = [] {};
