@@ -6,7 +6,8 @@
 //   WinWindowState.cpp       sizes, placement, title
 //   WinWindowFocus.cpp       activation, focus, tooltips
 //   WinWindowMenus.cpp       the menu bar
-//   WinWindowMessages.cpp    the message function, listeners
+//   WinWindowMessages.cpp    the message function and its table, listeners
+//   WinWindowSystem.cpp      system commands, size limits, dropped files, input methods
 //   WinWindowPainting.cpp    painting, invalidation, global alpha
 //   WinWindowMouse.cpp       mouse dispatch
 //   WinWindowKeyboard.cpp    keyboard dispatch
@@ -27,15 +28,20 @@
 #include <vector>
 
 #include "Component/Portable/MorvaneGlue.h"
+#include "Component/Portable/MorvaneImplUtilsGeometry.h"
 #include "Component/Portable/MorvaneImplUtilsMenuBarState.h"
 #include "Component/Win/NativeWindowWrapper.h"
 #include "Component/Win/WinMsgEventListener.h"
+#include "Component/Win/WinPaintSamples.h"
 #include "Component/Win/WinWindowClass.h"
+#include "Component/Win/WinWindowInput.h"
 #include "Component/Win/WinWindowPlacement.h"
 
 namespace NSMorvane {
 
 class CMorvaneImpl;
+class COffscreenContext;
+class CPaintContext;
 class CRegion;
 class CViewImpl;
 class CWinWindow;
@@ -45,12 +51,6 @@ extern std::vector<boost::weak_ptr<CWinWindow>> gWinWindows;
 
 // The window with this handle, or null.
 CWinWindow* FindWinWindow(HWND hwnd);
-
-// How long one paint took, in milliseconds since the system started.
-struct TPaintSample {
-  std::uint64_t fStartMS;
-  std::uint64_t fEndMS;
-};
 
 class CWinWindow : public CWindowGlue,
                    public IModalOwner,
@@ -262,9 +262,62 @@ class CWinWindow : public CWindowGlue,
   // --- Messages
   // -----------------------------------------------------------------------------------------------
 
-  void PreDispatch(TWinMessage& message);
+  class CMessageTable;  // from messages to handlers
+
+  void PreDispatch(const TWinMessage& message);
+  // Passes a message on to the next listener of the native window, and so to the native procedure.
+  LRESULT ForwardMessage(const TWinMessage& message);
   void OnCloseRequest();
+
+  // --- System (WinWindowSystem.cpp)
+  // ---------------------------------------------------------------------------
+
+  // True if the command has been dealt with.
   bool OnMaximizeCommand();
+  void OnGetMinMaxInfo(MINMAXINFO& info);
+  void OnDropFiles(HGLOBAL drop);
+  void OnImeNotify(WPARAM command);
+  void SuppressInputMethod();
+  void PlaceSizeGrip();
+  void AdaptSizeGrip();
+
+  // --- Painting
+  // -----------------------------------------------------------------------------------------------
+
+  void HandlePaint();
+  void OnPaint(CPaintContext& target);
+  void FillBackground(COffscreenContext& buffer);
+  void DrawRootView(COffscreenContext& buffer, const CRegion& dirtyRegion);
+  void FlashInvalidation(const TRectList& rects);
+  void FlashPaint(const CRegion& dirtyRegion);
+
+  // --- Mouse
+  // --------------------------------------------------------------------------------------------------
+
+  // In client coordinates.
+  void CheckMouseTracking(const TPoint& point);
+  void DispatchMouseMove(const TMouseMessage& message);
+  void DispatchMouseDown(const TMouseMessage& message);
+  void DispatchMouseUp(const TMouseMessage& message);
+  void DispatchContextClick(const TMouseMessage& message);
+  // True if somebody took it.
+  bool DispatchMouseWheel(const TMouseMessage& message);
+  // Has the next departure of the mouse reported by WM_MOUSELEAVE.
+  void ArmMouseLeave();
+
+  // --- Keyboard
+  // -----------------------------------------------------------------------------------------------
+
+  void DispatchKeyDown(const TWinKeyMessage& message, bool& outHandled);
+  void DispatchKeyUp(const TWinKeyMessage& message, bool& outHandled);
+
+  // --- Tooltips and commands
+  // ----------------------------------------------------------------------------------
+
+  // Brings the rectangles of the tooltips up to date.
+  void UpdateToolRects();
+  // A command of the menu bar.
+  void OnCommand(UINT commandId);
 
   // --- Fields
   // -------------------------------------------------------------------------------------------------
@@ -311,8 +364,7 @@ class CWinWindow : public CWindowGlue,
   std::vector<boost::weak_ptr<CViewImpl>> fInspectedViews;
   boost::weak_ptr<CViewImpl> fInspectedView;
   TString fInspectedViewTooltip;
-  std::vector<TPaintSample> fPaintSamples;
-  std::size_t fPaintSampleIndex;
+  CPaintSamples fPaintSamples;
   std::uint8_t fGlobalAlpha;
 };
 

@@ -1,0 +1,34 @@
+// One message of the mouse or the keyboard, as the window hands it to its dispatchers.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <optional>
+
+#include "Interface/MorvaneTypes.h"
+
+namespace NSMorvane {
+
+// The cursor that goes before all others, or null.
+extern HCURSOR gOverrideCursor;
+
+struct TMouseMessage {
+  TPoint fPosition;          // in client coordinates
+  std::int32_t fClickCount;  // 0, 1 or 2
+  std::int32_t fButton;      // 0 none, 1 left, 2 right
+  std::int32_t fWheelDelta;  // in the units of the platform, 120 to a notch
+};
+
+struct TWinKeyMessage {
+  HWND fHwnd;
+  std::uint8_t fVirtualKey;
+  std::uint8_t fScanCode;
+  bool fIsRepeat;  // of a key that is held
+  bool fIsExtended;
+};
+
+// Nothing for messages that are no presses or releases of keys, and for the keys that drivers make up.
+std::optional<TWinKeyMessage> MakeKeyMessage(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+
+}  // namespace NSMorvane
