@@ -1,0 +1,312 @@
+// The root object of the toolkit on Windows. There is one in a process. The class is cut by topic; its
+// sections name their files:
+//
+//   MorvaneImplWin.cpp                life, and the small hooks
+//   MorvaneImplWinRunLoop.cpp         IMorvane_Run, the message loop, errors, menu bars, activation
+//   MorvaneImplWinHiddenWindows.cpp   the two windows that nobody sees, and the private messages
+//   MorvaneImplWinQuit.cpp            quitting and lingering
+//   MorvaneImplWinIdle.cpp            idle calls, yielding, time
+//   MorvaneImplWinWindows.cpp         making windows and views, lists of windows
+//   MorvaneImplWinExtensions.cpp      what IWinExtensions offers
+//   MorvaneImplWinLater.cpp           every operation that this build does not have
+//
+// All of it belongs to the main thread, which is the one that runs IMorvane_Run, unless told otherwise.
+#pragma once
+
+#include <windows.h>
+
+#include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Component/Portable/MorvaneGlue.h"
+#include "Component/Win/MorvaneImplWinStartupStrings.h"
+#include "Interface/Morvane.h"
+
+namespace NSMorvane {
+
+class CHiderWindow;
+class CIdleThread;
+class CMessageWindow;
+class CWinWindow;
+
+// Errors that could not be thrown on because the system's stack was in between. DeliverError reports the
+// oldest and drops the others.
+extern std::vector<TError> gPendingErrors;
+
+// How many document windows live.
+extern int gDocumentWindowCount;
+
+// The object behind kMsgListenerCall1 to kMsgListenerCall3.
+class IMessageCallListener {
+ public:
+  virtual void OnListenerCall1() = 0;
+  virtual void OnListenerCall2() = 0;
+  virtual void OnListenerCall3() = 0;
+
+ protected:
+  virtual ~IMessageCallListener() = default;
+};
+
+class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions {
+ public:
+  // --- Life (MorvaneImplWin.cpp)
+
+  // Throws std::exception if there is one already.
+  CMorvaneImpl();
+  // Outside IMorvane_Run.
+  ~CMorvaneImpl() override;
+  CMorvaneImpl(const CMorvaneImpl&) = delete;
+  CMorvaneImpl& operator=(const CMorvaneImpl&) = delete;
+
+  // On the library's heap, so that the client may delete the object.
+  static void* operator new(std::size_t size) { return Morvane_New(size); }
+  static void operator delete(void* block) { Morvane_Delete(block); }
+
+  // Null while there is none.
+  static CMorvaneImpl* gMorvaneImpl;
+
+  const TStartupStrings& GetStartupStrings() const { return fStartupStrings; }
+  const TDebugSettings& GetDebugSettings() const { return fDebugSettings; }
+  // Null outside IMorvane_Run, and in a run without a behaviour.
+  IMorvaneRunBehavior* GetBehavior() const { return fBehavior; }
+
+  // The application's icon, with the number 1 in its resources, or null if it has none.
+  HICON GetAppIcon();
+
+  // Whether a message is the system's question about starting a program of inserted media, and that is
+  // suppressed. The window then answers 1 and handles the message no further.
+  bool IsAutoPlayQuery(UINT message);
+
+  // The window that has the mouse capture has lost it.
+  void ForgetMouseCaptureWindow() { fMouseCaptureWindow.reset(); }
+
+  // --- Loop (MorvaneImplWinRunLoop.cpp)
+
+  // Does what is due and handles one message, waiting for it; false for WM_QUIT. With quit mode on and no
+  // window left it does not wait, and false tells that there was no message.
+  bool RunOneTurn();
+  // The same without waiting; false if there was no message.
+  bool PumpOneMessage();
+
+  // Asks for the menu bars of all document windows to be filled anew, at the next flush.
+  void RebuildAllMenuBars() { CMorvaneGlue_RequestMenuBarsSetup(); }
+  // Asked for, and not yet done.
+  bool MenuBarsAreStale() const { return fMenuBarRebuildRequests != 0; }
+  // Throws nothing.
+  void FlushMenuBarRequests();
+  // After a change of the debug settings.
+  void RefreshDebugMenus();
+
+  // Another application, of which `threadId` is a thread, has got or lost the activation. `viaPost` leaves it
+  // to the loop of the calling thread.
+  void OnAppActivation(bool flag, DWORD threadId, bool viaPost);
+  void ShowFloatingWindows(bool show);
+
+  // --- Hidden windows (MorvaneImplWinHiddenWindows.cpp)
+
+  // The owner of windows that have none; null outside IMorvane_Run.
+  HWND GetHiderWindow() const;
+
+  // The procedure of the message window.
+  LRESULT HandlePrivateMessage(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+
+  // kMsgListenerCall1 to kMsgListenerCall3 reach known listeners only.
+  void AddMessageCallListener(IMessageCallListener* listener);
+  void RemoveMessageCallListener(IMessageCallListener* listener);
+
+  // --- Quitting (MorvaneImplWinQuit.cpp)
+
+  // The user or the system wants the application to quit.
+  void DispatchQuitEvent();
+  // Runs a loop of its own until all windows have gone or quitting has been stopped; true if the session may
+  // end.
+  bool OnQueryEndSession();
+
+  // --- Idle (MorvaneImplWinIdle.cpp)
+
+  void RunIdleIfDue();
+  // Called by the idle thread.
+  void NotifyIdleDue();
+  // For waits that another thread's messages must pass.
+  void DrainIdleMessages();
+
+  // --- Windows (MorvaneImplWinWindows.cpp)
+
+  // Released windows are not found any more. Null, or an exception, for any other handle.
+  CWinWindow* GetWindowForHwnd(HWND hwnd) const;
+  boost::shared_ptr<CWinWindow> GetWindowForHwndChecked(HWND hwnd) const;
+  // Front window first, without those that the library has hidden.
+  std::vector<boost::shared_ptr<CWinWindow>> GetVisibleWindowsZ() const;
+  std::vector<boost::shared_ptr<CWinWindow>> GetVisibleDocumentWindows() const;
+  // Whether any window that has not been released is left, visible or not.
+  static bool IsAnyWindowAlive();
+
+  // --- IWinExtensions (MorvaneImplWinExtensions.cpp)
+
+  HICON__* IWinExtensions_GetIconHandle(const IIcon& icon, std::uint32_t size, TError& outError) override;
+  IIcon* IWinExtensions_CreateIconFromHandles(HICON__* icon16, HICON__* icon32, HICON__* icon48,
+                                              HICON__* icon128, TError& outError) override;
+  TError IWinExtensions_GetCommandLineOptions(ITextReceiver& receiver) override;
+  TError IWinExtensions_SuppressAutoPlay(TAutoPlayCommand command) override;
+  IWinNativeControlCallbackToken* IWinExtensions_HostNativeControl(HWND__* hwnd,
+                                                                   IWinNativeControlCallback* callback,
+                                                                   IView& view, TError& outError) override;
+
+ protected:
+  // --- Hooks of the contract layer, in its order
+
+  bool CMorvaneGlue_CheckInvariant() const override;
+  void CMorvaneGlue_SetDebugSettings(const TDebugSettings& settings) override;
+  TDebugSettings CMorvaneGlue_GetDebugSettings() override;
+  void CMorvaneGlue_Run(IMorvaneRunBehavior* behavior, const TStartupParams& params) override;
+  IMorvaneRunBehavior* CMorvaneGlue_GetBehavior() override;
+  IMorvaneRunBehavior* CMorvaneGlue_GetBehavior() const override;
+  void CMorvaneGlue_StartQuitting() override;
+  void CMorvaneGlue_StopQuitting() override;
+  bool CMorvaneGlue_IsQuitting() override;
+  TMonitorList CMorvaneGlue_GetMonitors() override;
+  bool CMorvaneGlue_IsFormatOnClipboard(const TClipboardFormat& format) override;
+  std::unique_ptr<IData> CMorvaneGlue_GetClipboardData(const TClipboardFormat& format) override;
+  void CMorvaneGlue_ReplaceClipboardContents(const std::vector<TClipboardFormat>& formats,
+                                             IClipboardDataGetter* getter) override;
+  TString CMorvaneGlue_GetResourceString(const std::string& key) override;
+  std::uint64_t CMorvaneGlue_GetCurrentMS() override;
+  std::uint64_t CMorvaneGlue_ConvertMSToPrecisionTicks(std::uint64_t ms) override;
+  std::unique_ptr<IIcon> CMorvaneGlue_CreateBuiltInIcon(TBuiltinIcon icon) override;
+  std::unique_ptr<IIcon> CMorvaneGlue_CreateIconForURL(const std::string& url) override;
+  std::unique_ptr<IIcon> CMorvaneGlue_CreateResourceIcon(const std::string& key) override;
+  std::unique_ptr<IIcon> CMorvaneGlue_CreatePixmapIcon(const void* pixmapRGBA) override;
+  TMouseState CMorvaneGlue_SampleMouseState(IWindow* window) override;
+  void CMorvaneGlue_SetOverrideMouseShape(IMouseShape* overrideShape) override;
+  void CMorvaneGlue_RequestMouseShapeArbitration() override;
+  void CMorvaneGlue_AllocateMouseCapture(IWindow* window, IMouseCapture* capture) override;
+  void CMorvaneGlue_ReleaseMouseCapture() override;
+  TClickDragResult CMorvaneGlue_CheckForClickDragOperation(IWindow& window,
+                                                           const TMouseEvent& event) override;
+  void CMorvaneGlue_AttachModifierKeyListener(IModifierKeyListener* listener) override;
+  void CMorvaneGlue_DetachModifierKeyListener(IModifierKeyListener* listener) override;
+  void CMorvaneGlue_InstallKeyReleaseCallback(std::uint32_t virtualKey,
+                                              IKeyReleaseCallback* callback) override;
+  void CMorvaneGlue_RemoveKeyReleaseCallback(std::uint32_t virtualKey,
+                                             IKeyReleaseCallback* callback) override;
+  std::unique_ptr<IMouseShape> CMorvaneGlue_LoadResourceMouseShape(const std::string& key) override;
+  std::unique_ptr<IMouseShape> CMorvaneGlue_CreateBuiltInMouseShape(TBuiltInMouseShape mouseShape) override;
+  void CMorvaneGlue_Yield() override;
+  void CMorvaneGlue_WakeUpIdle() override;
+  TModifierKeys CMorvaneGlue_ShortcutModsToModifiers(TShortcutModifiers shortcutMods) override;
+  bool CMorvaneGlue_CanKeyBeInterpretedAs(const TPhysicalKeySpec& physicalKey,
+                                          const TModifierKeys& physicalMods,
+                                          const TKeyInterpretation& wantedInterpretation) override;
+  TKeyInterpretation CMorvaneGlue_GetDefaultInterpretation(const TPhysicalKeySpec& physicalKey,
+                                                           const TModifierKeys& physicalMods) override;
+  void CMorvaneGlue_RequestMenuBarsSetup() override;
+  bool CMorvaneGlue_DisplayPopupMenu(const std::vector<TMenuItem>& items, IWindow& window,
+                                     const TPoint& point, std::uint32_t flags,
+                                     std::int16_t& inOutSelectedIndex) override;
+  bool CMorvaneGlue_DisplayContextualMenu(const std::vector<TMenuItem>& items, IWindow& window,
+                                          const TPoint& point, std::uint32_t flags,
+                                          std::uint16_t& outSelectedIndex) override;
+  IDocumentWindow* CMorvaneGlue_CreateDocumentWindow(IDocumentWindowBehaviorFactory& factory,
+                                                     TStyleFlags styleFlags,
+                                                     bool listedInWindowMenu) override;
+  std::vector<IWindow*> CMorvaneGlue_GetDocumentWindowsZ() override;
+  IModelessDialog* CMorvaneGlue_CreateModelessDialog(IModelessDialogBehaviorFactory& factory,
+                                                     TStyleFlags styleFlags,
+                                                     bool listedInWindowMenu) override;
+  std::vector<IWindow*> CMorvaneGlue_GetModelessDialogsZ() override;
+  IModalDialog* CMorvaneGlue_CreateModalDialog(IModalDialogBehaviorFactory& factory, IModalOwner* owner,
+                                               bool blocking, TStyleFlags styleFlags) override;
+  std::vector<IWindow*> CMorvaneGlue_GetModalDialogsZ() override;
+  IFloatingWindow* CMorvaneGlue_CreateFloatingWindow(IFloatingWindowBehaviorFactory& factory,
+                                                     TStyleFlags styleFlags) override;
+  std::vector<IWindow*> CMorvaneGlue_GetFloatingWindowsZ() override;
+  void CMorvaneGlue_CreateAlertBox(IModalOwner* modalOwner, bool blocking, const TAlertSpec& alertSpec,
+                                   IAlertBoxListener* listener) override;
+  IView* CMorvaneGlue_CreateView(IViewBehaviorFactory& factory, IView& superView,
+                                 const std::string& debugName) override;
+  void CMorvaneGlue_InvalidateView(IView& view, const TRect& rect) override;
+  void CMorvaneGlue_CreateSaveAsDialog(ISaveAsDialogBehavior* behavior, std::uint32_t dialogContext,
+                                       IModalOwner* modalOwner, bool blocking,
+                                       const TString& templateFileName, const std::vector<TFileType>& types,
+                                       const TString& prompt) override;
+  void CMorvaneGlue_CreateOpenDialog(IOpenDialogBehavior* behavior, std::uint32_t dialogContext,
+                                     IModalOwner* modalOwner, bool blocking, bool allowMultiSelect,
+                                     const std::vector<TFileType>& types, const TString& prompt,
+                                     IOpenDialogCustomizeBehavior* customizeBehavior) override;
+  void CMorvaneGlue_CreateDirectoryChooserDialog(IDirectoryChooserBehavior* behavior,
+                                                 std::uint32_t dialogContext, IModalOwner* modalOwner,
+                                                 bool blocking, const TString& prompt) override;
+  void CMorvaneGlue_CreateSaveChangesDialog(ISaveChangesBehavior* behavior, IModalOwner* modalOwner,
+                                            bool blocking, const TString& documentName,
+                                            TCloseReason reason) override;
+  void CMorvaneGlue_DrawView(IView& view, IDrawTools& tools) override;
+  void CMorvaneGlue_PostAppMessage(std::uint32_t a, std::uint32_t b) override;
+  void* CMorvaneGlue_GetMacExtensions() override;
+  IWinExtensions* CMorvaneGlue_GetWinExtensions() override;
+
+ private:
+  // --- Loop
+
+  void LogSystemReport();
+  void FetchStartupLabels();
+  void RunGuarded(IMorvaneRunBehavior* behavior);
+  void AbandonRun();
+  void RunMainLoop();
+  bool OpenCommandLineFiles();
+  void ReopenIfRequested();
+  void TakeCommandLine(const TString& commandLine);
+  void HandleMessage(const MSG& msg);
+  void HandleSecondInstance();
+  bool PreTranslate(const MSG& msg);
+  void CloseNextWindowAfterMessage();
+  void DeliverError(TError code);
+  void ApplyAppActivation(bool flag, DWORD threadId);
+
+  // --- Hidden windows
+
+  bool DispatchPrivateMessage(UINT message, WPARAM wParam, LPARAM lParam);
+  void OnAppMessage(std::uint32_t a, std::uint32_t b);
+  void CallListener(UINT message, LPARAM lParam);
+  void OnFileDialogMessage(UINT message, LPARAM lParam);
+
+  // --- Quitting
+
+  void CloseNextWindow();
+  void LeaveQuitMode();
+  bool KeepRunning() const;
+  bool DecideOnLingering(bool keepRunning);
+  void StopLingerTimer();
+
+  // --- Fields
+
+  IMorvaneRunBehavior* fBehavior;  // owned from IMorvane_Run on
+  TStartupStrings fStartupStrings;
+  TDebugSettings fDebugSettings;
+  boost::weak_ptr<CWinWindow> fMouseCaptureWindow;
+  std::unique_ptr<CMessageWindow> fMessageWindow;  // these three exist during IMorvane_Run only
+  std::unique_ptr<CHiderWindow> fHiderWindow;
+  std::unique_ptr<CIdleThread> fIdleThread;
+  boost::weak_ptr<CWinWindow> fQuitWindow;  // the one last asked to close
+  bool fIsInQuitMode;
+  HICON fAppIcon;
+  std::vector<TString> fCommandLineOptions;  // with their "/"
+  std::vector<TString> fCommandLineFiles;    // still to be handed to the client
+  bool fAppIsActive;
+  UINT_PTR fLingerTimer;  // 0: not lingering
+  bool fLingerExpired;
+  std::uint32_t fLingerMS;
+  bool fReopenRequested;  // a second launch came without files
+  bool fStartupFlag;
+  bool fIdleDue;
+  std::uint32_t fMenuBarRebuildRequests;  // since the last flush
+  TMonitorList fMonitors;                 // the last one that could be read
+  UINT fRegisteredAutoPlayMessage;        // 0 until it is first suppressed
+  std::uint32_t fAutoPlaySuppressCount;
+  std::vector<IMessageCallListener*> fMessageCallListeners;
+  DWORD fMainThreadId;
+};
+
+}  // namespace NSMorvane
