@@ -7,7 +7,6 @@
 namespace NSMorvane {
 
 // --- Alert boxes
-// ------------------------------------------------------------------------------------------------
 
 enum TAlertKind : std::uint32_t { kAlertPlain = 23, kAlertStop = 24, kAlertNote = 25, kAlertCaution = 26 };
 
@@ -59,7 +58,6 @@ class ISaveChangesBehavior {
 };
 
 // --- File dialogs
-// -----------------------------------------------------------------------------------------------
 //
 // Files are told as "file://" URLs: the seven characters and the path in UTF-8, not escaped.
 

@@ -273,7 +273,6 @@ class IMorvane {
 }  // namespace NSMorvane
 
 // --- The exports of the shared library
-// ----------------------------------------------------------------------------
 
 extern "C" {
 

@@ -68,7 +68,6 @@ class IWindowListReceiver {
 };
 
 // --- Styles
-// ---------------------------------------------------------------------------------------------------
 
 using TStyleFlags = std::uint32_t;
 
@@ -84,7 +83,6 @@ enum : TStyleFlags {
 };
 
 // --- State records
-// --------------------------------------------------------------------------------------------
 
 // Which of its two rectangles a window shows.
 enum TZoomState : std::uint32_t { kWindowStateIdeal = 2200, kWindowStateUser = 2201 };
@@ -139,7 +137,6 @@ enum TCloseReason : std::uint32_t {
 };
 
 // --- The kinds of windows
-// ---------------------------------------------------------------------------------------
 //
 // The four kinds have the same operations. A window lives until its _Release, or until a behaviour-less
 // window is closed; all its views must have been released by then.
@@ -218,7 +215,6 @@ class IFloatingWindow {
 };
 
 // --- The behaviours of windows
-// ----------------------------------------------------------------------------------
 //
 // Implemented by the client, one object for each window, deleted by the library with the window. A code other
 // than kOK is reported to IMorvaneRunBehavior_OnUnhandledError.
@@ -295,7 +291,6 @@ class IFloatingWindowBehavior {
 };
 
 // --- The factories
-// ----------------------------------------------------------------------------------------------
 //
 // Implemented by the client: makes the behaviour of a window that is being created, and keeps the window's
 // interface. The library owns what is returned.
