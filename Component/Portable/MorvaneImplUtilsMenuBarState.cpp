@@ -1,6 +1,6 @@
 #include "Component/Portable/MorvaneImplUtilsMenuBarState.h"
 
-#include <algorithm>
+#include <tuple>
 
 #include "Component/Portable/MorvaneGlueContract.h"
 
@@ -72,6 +72,14 @@ bool IsValidMenuBarFlags(const TMenuBarFlags& flags) {
   return ValidateFlag(flags.fShowHelpItem) && ValidateFlag(flags.fHelpItemEnabled) &&
          ValidateFlag(flags.fQuitEnabled) && ValidateFlag(flags.fSecondMenuItemEnabled) &&
          ValidateFlag(flags.fShowWindowMenu);
+}
+
+bool CMenuBarState::operator==(const CMenuBarState& other) const {
+  const auto values = [](const CMenuBarState& s) {
+    return std::tie(s.fLists, s.fTitles, s.fShowHelpItem, s.fHelpItemEnabled, s.fQuitEnabled,
+                    s.fSecondMenuItemEnabled, s.fShowWindowMenu, s.fReserved);
+  };
+  return values(*this) == values(other);
 }
 
 const std::vector<CMenuItem>& CMenuBarState::GetList(TMenu menu) const {

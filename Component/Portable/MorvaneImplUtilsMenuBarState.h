@@ -1,6 +1,7 @@
 // The portable description of one window's menu bar.
 #pragma once
 
+#include <array>
 #include <boost/shared_ptr.hpp>
 #include <vector>
 
@@ -39,7 +40,7 @@ class CMenuBarState : public IMenuBarState {
   CMenuBarState(const CMenuBarState&) = default;
   CMenuBarState& operator=(const CMenuBarState&) = default;
 
-  bool operator==(const CMenuBarState& other) const = default;
+  bool operator==(const CMenuBarState& other) const;
 
   TError IMenuBarState_GetFlags(TMenuBarFlags& outFlags) override;
   TError IMenuBarState_SetFlags(const TMenuBarFlags& inFlags) override;
@@ -65,8 +66,8 @@ class CMenuBarState : public IMenuBarState {
  private:
   bool CheckInvariant() const { return true; }
 
-  std::vector<CMenuItem> fLists[kMenuCount];
-  TString fTitles[kMenu6 - kMenu1 + 1];
+  std::array<std::vector<CMenuItem>, kMenuCount> fLists;
+  std::array<TString, kMenu6 - kMenu1 + 1> fTitles;
   bool fShowHelpItem = false;
   bool fHelpItemEnabled = false;
   bool fQuitEnabled = true;
