@@ -44,9 +44,10 @@ TError CDrawToolsGlue::IDrawTools_OpenNativePort(TNativePort& out) {
 }
 
 TError CDrawToolsGlue::IDrawTools_CloseNativePort() {
-  MORVANE_REQUIRE_SEQUENCE("CDrawToolsGlue::IDrawTools_CloseNativePort", fNativePortIsOpen);
-  // Reports under the name of the opening, as bad input.
+  // Closing the wrong one of the two is bad input, and goes before the sequence. It reports under the name of
+  // the opening.
   MORVANE_REQUIRE("CDrawToolsGlue::IDrawTools_OpenNativePort", !fRawPixelsAreOpen);
+  MORVANE_REQUIRE_SEQUENCE("CDrawToolsGlue::IDrawTools_CloseNativePort", fNativePortIsOpen);
   TError outError;
   CallHook(outError, [&] {
     CDrawToolsGlue_CloseNativePort();
@@ -69,8 +70,8 @@ TError CDrawToolsGlue::IDrawTools_OpenRawPixels(TRawPixels& out) {
 }
 
 TError CDrawToolsGlue::IDrawTools_CloseRawPixels() {
-  MORVANE_REQUIRE_SEQUENCE("CDrawToolsGlue::IDrawTools_CloseRawPixels", fRawPixelsAreOpen);
   MORVANE_REQUIRE("CDrawToolsGlue::IDrawTools_CloseRawPixels", !fNativePortIsOpen);
+  MORVANE_REQUIRE_SEQUENCE("CDrawToolsGlue::IDrawTools_CloseRawPixels", fRawPixelsAreOpen);
   TError outError;
   CallHook(outError, [&] {
     CDrawToolsGlue_CloseRawPixels();
