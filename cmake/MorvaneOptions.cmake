@@ -8,7 +8,8 @@ if(MSVC)
 else()
   target_compile_options(MorvaneOptions INTERFACE -Wall -Wextra -Werror
     -ffile-prefix-map=${CMAKE_SOURCE_DIR}/= -ffile-prefix-map=${CMAKE_BINARY_DIR}/=)
-  target_link_options(MorvaneOptions INTERFACE -static)
+  # Nothing of the compiler's own runtime is needed beside the programs, and a release carries no symbols.
+  target_link_options(MorvaneOptions INTERFACE -static $<$<CONFIG:Release>:-s>)
   if(MORVANE_CHECKED)
     target_compile_options(MorvaneOptions INTERFACE -fsanitize=undefined -fsanitize-undefined-trap-on-error)
     target_compile_definitions(MorvaneOptions INTERFACE _GLIBCXX_ASSERTIONS)
