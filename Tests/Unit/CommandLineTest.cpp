@@ -64,6 +64,7 @@ TEST(CommandLine, OptionsAndFiles) {
       {u"app.exe C:\\a b.txt d", {}, {u"C:\\a b.txt", u"d"}},
       {u"app.exe C:\\a b.tx", {}, {u"C:\\a", u"b.tx"}},
       {u"app.exe DIR~1   x new.txt", {}, {u"C:\\Directory\\", u"X:\\x", u"new.txt"}},
+      {u"app.exe x  x   C:\\a  x", {}, {u"X:\\x", u"X:\\x", u"C:\\a", u"X:\\x"}},
       {u"app.exe no such.txt", {}, {u"no", u"such.txt"}},
       {u"app.exe x ", {}, {u"X:\\x"}},
       {u"app.exe x  ", {}, {u"X:\\x", u""}},  // the last of the blanks stands for a file without a name
@@ -72,8 +73,7 @@ TEST(CommandLine, OptionsAndFiles) {
       {u"app.exe \"x\" \"y\"", {}, {u"\"x\"", u"\"y"}},  // one quote at the end is taken off
       {u"app.exe \"x\"\"y\"", {}, {u"\"x\"", u"y"}},
       {u"app.exe x\t", {}, {u"x\t"}},
-      {u"app.exe \U0001F600 \u00E4", {}, {u"\U0001F600", u"\u00E4"}},
-  };
+      {u"app.exe \U0001F600 \u00E4", {}, {u"\U0001F600", u"\u00E4"}}};
   RecordingDebugOutput output;
   for (const auto& row : rows) {
     const CCommandLine result = ParseCommandLine(row.commandLine, files);
@@ -89,26 +89,4 @@ TEST(CommandLine, AnUnclosedQuoteAroundTheProgramIsReported) {
   const CCommandLine result = ParseCommandLine(u"\"app.exe x", files);
   EXPECT_EQ((TTexts{u"app.exe", u"x"}), result.fFiles);
   EXPECT_EQ(std::vector<std::string>{"pos!=NSTextPackage::TString::npos"}, output.fAssertions);
-}
-
-TEST(CommandLine, TheNextFileIsTheLongestThatExists) {
-  FakeFileSystem files;
-  files.fPaths = {{u"a", u"1"}, {u"a b", u"2"}, {u"a b c d", u"3"}};
-  const struct {
-    TString text;
-    TString token;
-  } rows[] = {{u"", u""},
-              {u"a", u"a"},
-              {u"a b", u"a b"},
-              {u"a b c", u"a b"},
-              {u"a b c d", u"a b c d"},
-              {u"a b c d ", u"a b c d"},
-              {u"a b  c", u"a b"},
-              {u"x a", u"x"},
-              {u"x", u"x"},
-              {u"\"a b\" c", u"\"a b\""},
-              {u"\"a b", u"\"a b"},
-              {u"\"", u"\""},
-              {u"a\" b", u"a\""}};
-  for (const auto& row : rows) EXPECT_EQ(row.token, NextFileArgument(row.text, files));
 }

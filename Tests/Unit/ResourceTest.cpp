@@ -156,18 +156,6 @@ TEST(Resource, LoaderFailuresAreNotRemembered) {
   EXPECT_TRUE(output.fAssertions.empty());
 }
 
-TEST(Resource, LockedResourceGivesBack) {
-  FakeLoader loader;
-  loader.fBanks["SSTR/1"] = "ab";
-  {
-    CLockedResource resource(loader, "SSTR/1");
-    EXPECT_EQ(1, loader.fHeld);
-    EXPECT_EQ(2u, resource.size());
-    EXPECT_EQ('b', resource.data()[1]);
-  }
-  EXPECT_EQ(0, loader.fHeld);
-}
-
 TEST(ResourceStrings, OneBankIsReadOnce) {
   FakeLoader loader;
   loader.fBanks["SSTR/1000"] =
@@ -203,25 +191,23 @@ TEST(ResourceStrings, Failures) {
     std::string bank;
     const char* outcome;
     std::vector<std::string> loads;
-  } rows[] = {
-      {"SSTR1000", "1{a}", "invalid_argument", {}},
-      {"SSTR/1001/1", "1{a}", "exception", {"SSTR/1001", "SSTR/1001"}},
-      {"SSTR/1000/2", "1{a}", "invalid_argument", {"SSTR/1000", "SSTR/1000"}},
-      {"SSTR/1000/01", "1{a}", "invalid_argument", {"SSTR/1000", "SSTR/1000"}},
-      {"SSTR/1000/1x", "1{a}", "invalid_argument", {"SSTR/1000", "SSTR/1000"}},
-      {"SSTR/1000/x", "1{a}", "exception", {"SSTR/1000", "SSTR/1000"}},
-      {"SSTR/1000/", "1{a}", "exception", {"SSTR/1000", "SSTR/1000"}},
-      {"SSTR/1000/1\xE4", "1{a}", "XIllegalTextFormat", {"SSTR/1000", "SSTR/1000"}},
-      {"SSTR/1000/x", "1{a", "XBadFormat", {"SSTR/1000", "SSTR/1000"}},  // the script is judged first
-      {"SSTR/1000/1", "", "XBadFormat", {"SSTR/1000", "SSTR/1000"}},
-      {"SSTR/1000/1", "1{\xFF}", "XIllegalTextFormat", {"SSTR/1000", "SSTR/1000"}},
-      {"SSTR/1000/1", "1{a}\xE2\x80", "XIllegalTextFormat", {"SSTR/1000", "SSTR/1000"}},
-      {"SSTR/1000/1",
-       "\xFF\xFE"
-       "1",
-       "XIllegalTextFormat",
-       {"SSTR/1000", "SSTR/1000"}},
-  };
+  } rows[] = {{"SSTR1000", "1{a}", "invalid_argument", {}},
+              {"SSTR/1001/1", "1{a}", "exception", {"SSTR/1001", "SSTR/1001"}},
+              {"SSTR/1000/2", "1{a}", "invalid_argument", {"SSTR/1000", "SSTR/1000"}},
+              {"SSTR/1000/01", "1{a}", "invalid_argument", {"SSTR/1000", "SSTR/1000"}},
+              {"SSTR/1000/1x", "1{a}", "invalid_argument", {"SSTR/1000", "SSTR/1000"}},
+              {"SSTR/1000/x", "1{a}", "exception", {"SSTR/1000", "SSTR/1000"}},
+              {"SSTR/1000/", "1{a}", "exception", {"SSTR/1000", "SSTR/1000"}},
+              {"SSTR/1000/1\xE4", "1{a}", "XIllegalTextFormat", {"SSTR/1000", "SSTR/1000"}},
+              {"SSTR/1000/x", "1{a", "XBadFormat", {"SSTR/1000", "SSTR/1000"}},  // the script is judged first
+              {"SSTR/1000/1", "", "XBadFormat", {"SSTR/1000", "SSTR/1000"}},
+              {"SSTR/1000/1", "1{\xFF}", "XIllegalTextFormat", {"SSTR/1000", "SSTR/1000"}},
+              {"SSTR/1000/1", "1{a}\xE2\x80", "XIllegalTextFormat", {"SSTR/1000", "SSTR/1000"}},
+              {"SSTR/1000/1",
+               "\xFF\xFE"
+               "1",
+               "XIllegalTextFormat",
+               {"SSTR/1000", "SSTR/1000"}}};
   for (const auto& row : rows) {
     FakeLoader loader;
     loader.fBanks["SSTR/1000"] = row.bank;

@@ -23,33 +23,31 @@ TEST(StringScript, Scripts) {
   const struct {
     TString script;
     TEntries entries;
-  } rows[] = {
-      {u"1{a}", {{1, u"a"}}},
-      {u"0{}", {{0, u""}}},
-      {u"65535{a}", {{65535, u"a"}}},
-      {u"00007{a}", {{7, u"a"}}},
-      {u" \t 1 \t {a} \t ", {{1, u"a"}}},
-      {u"2{b}\n1{a}\r2{c}", {{2, u"b"}, {1, u"a"}, {2, u"c"}}},
-      {u"1{a} //x", {{1, u"a"}}},
-      {u"1{a}//x\u20282{b}\u20293{c}\r\n4{d}\r\r\n\n5{e}\n",
-       {{1, u"a"}, {2, u"b"}, {3, u"c"}, {4, u"d"}, {5, u"e"}}},
-      // No entries at all.
-      {u" ", {}},
-      {u"\r\n", {}},
-      {u"//", {}},
-      {u"// 1{a}", {}},
-      {u"// a\n\n  // b\r\n \t\n//", {}},
-      // The text between the braces.
-      {u"1{ a\nb // c\t}", {{1, u" a\nb // c\t"}}},
-      {u"1{\\r}", {{1, u"\u2029"}}},
-      {u"1{\\\\r}", {{1, u"\\\u2029"}}},
-      {u"1{\\n\\}", {{1, u"\\n\\"}}},
-      {u"1{\\R}", {{1, u"\\R"}}},
-      {u"1{\u201Ca\u201D\u2018\"}", {{1, u"\"a\"\u2018\""}}},
-      {u"1{{}", {{1, u"{"}}},
-      {u"1{\xD83D\xDE00\xDE00}", {{1, u"\xD83D\xDE00\xDE00"}}},
-      {TString(u"1{a\0b}", 6), {{1, TString(u"a\0b", 3)}}},
-  };
+  } rows[] = {{u"1{a}", {{1, u"a"}}},
+              {u"0{}", {{0, u""}}},
+              {u"65535{a}", {{65535, u"a"}}},
+              {u"00007{a}", {{7, u"a"}}},
+              {u" \t 1 \t {a} \t ", {{1, u"a"}}},
+              {u"2{b}\n1{a}\r2{c}", {{2, u"b"}, {1, u"a"}, {2, u"c"}}},
+              {u"1{a} //x", {{1, u"a"}}},
+              {u"1{a}//x\u20282{b}\u20293{c}\r\n4{d}\r\r\n\n5{e}\n",
+               {{1, u"a"}, {2, u"b"}, {3, u"c"}, {4, u"d"}, {5, u"e"}}},
+              // No entries at all.
+              {u" ", {}},
+              {u"\r\n", {}},
+              {u"//", {}},
+              {u"// 1{a}", {}},
+              {u"// a\n\n  // b\r\n \t\n//", {}},
+              // The text between the braces.
+              {u"1{ a\nb // c\t}", {{1, u" a\nb // c\t"}}},
+              {u"1{\\r}", {{1, u"\u2029"}}},
+              {u"1{\\\\r}", {{1, u"\\\u2029"}}},
+              {u"1{\\n\\}", {{1, u"\\n\\"}}},
+              {u"1{\\R}", {{1, u"\\R"}}},
+              {u"1{\u201Ca\u201D\u2018\"}", {{1, u"\"a\"\u2018\""}}},
+              {u"1{{}", {{1, u"{"}}},
+              {u"1{\xD83D\xDE00\xDE00}", {{1, u"\xD83D\xDE00\xDE00"}}},
+              {TString(u"1{a\0b}", 6), {{1, TString(u"a\0b", 3)}}}};
   RecordingDebugOutput output;
   for (const auto& row : rows)
     EXPECT_EQ(row.entries, Parsed(row.script)) << testing::PrintToString(row.script);

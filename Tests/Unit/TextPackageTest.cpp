@@ -53,7 +53,7 @@ TEST(TextPackage, DecoderFollowsTheLeadByteAlone) {
       {{0xFC, 0x80, 0x80, 0x81, 0x80, 0x80, '!'}, u"\u1000!"},        // six bytes
       {{0xFD, 0xBF, 0xBF, 0xBF, 0xBF, 0xBF}, u"\xD7BF\xDFFF"},        // 0x7FFFFFFF: the high unit wraps
       {{0xFE, 0x80, 0x80, 0x80, 0x81, 0x80, 'A', 'b'}, u"\u1001Ab"},  // the seventh byte is read twice
-      {{0xFE, 0x07, 0x80, 0x80, 0x80, 0x80, '@'}, u"\xD7C0\xDC00@"},  // 0xC0000000, the rest of 7 is lost
+      {{0xFE, 0x07, 0x80, 0x80, 0x80, 0x80, '@'}, u"\xD7C0\xDC00@"}   // 0xC0000000, the rest of 7 is lost
   };
   for (const auto& row : rows) EXPECT_EQ(row.text, Decode(row.bytes)) << testing::PrintToString(row.bytes);
 }
@@ -244,22 +244,20 @@ TEST(TextPackage, Templates) {
     TString text;
     std::uint32_t base;
     TString expanded;
-  } rows[] = {
-      {u"", 0, u""},
-      {u"Save \u201C^0\u201D?", 0, u"Save \u201Czero\u201D?"},
-      {u"^0^2", 0, u"zerotwo"},
-      {u"^1", 0, u"^1"},  // what is put in is not expanded again
-      {u"a^b^ 0^", 0, u"a^b^ 0^"},
-      {u"^^0", 0, u"^zero"},
-      {u"^10", 0, u"ten"},
-      {u"^002", 0, u"two"},
-      {u"<^11>", 0, u"<>"},
-      {u"<^18446744073709551616>", 0, u"<>"},
-      {u"<^18446744073709551618x>", 0, u"<x>"},
-      {u"^0", 1, u"ten"},  // base 1 and one digit: 10
-      {u"<^1>", 1, u"<>"},
-      {u"<^0>", 429496729, u"<>"},
-  };
+  } rows[] = {{u"", 0, u""},
+              {u"Save \u201C^0\u201D?", 0, u"Save \u201Czero\u201D?"},
+              {u"^0^2", 0, u"zerotwo"},
+              {u"^1", 0, u"^1"},  // what is put in is not expanded again
+              {u"a^b^ 0^", 0, u"a^b^ 0^"},
+              {u"^^0", 0, u"^zero"},
+              {u"^10", 0, u"ten"},
+              {u"^002", 0, u"two"},
+              {u"<^11>", 0, u"<>"},
+              {u"<^18446744073709551616>", 0, u"<>"},
+              {u"<^18446744073709551618x>", 0, u"<x>"},
+              {u"^0", 1, u"ten"},  // base 1 and one digit: 10
+              {u"<^1>", 1, u"<>"},
+              {u"<^0>", 429496729, u"<>"}};
   for (const auto& row : rows) {
     EXPECT_EQ(row.expanded, FormatText(row.text, row.base, arguments)) << StringToASCII(row.text, '?');
   }
@@ -276,7 +274,7 @@ TEST(TextPackage, Comparison) {
       {u"", u"", kTextEqual, kTextEqual},        {u"", u"a", kTextLess, kTextLess},
       {u"b", u"a", kTextGreater, kTextGreater},  {u".AIF", u".aif", kTextGreater, kTextEqual},
       {u".aif", u".aiff", kTextLess, kTextLess}, {u"\u00C4", u"\u00E4", kTextGreater, kTextEqual},
-      {u"\uFF21", u"A", kTextEqual, kTextEqual},  // full width
+      {u"\uFF21", u"A", kTextEqual, kTextEqual}  // full width
   };
   for (const auto& row : rows) {
     EXPECT_EQ(row.plain, CompareText(row.a, row.b)) << StringToUTF8(row.a, false);
