@@ -4,6 +4,7 @@
 // Hooks take plain library types, return their results by value, and report failure by throwing only.
 #pragma once
 
+#include <boost/shared_ptr.hpp>
 #include <memory>
 #include <string>
 #include <vector>
@@ -441,6 +442,8 @@ class IImplFocusTools {
   virtual void IImplFocusTools_SetConceptualFocusView(CViewImpl* view) = 0;
   virtual void IImplFocusTools_GetTabViews(std::vector<CViewImpl*>& out) = 0;
   virtual void IImplFocusTools_SetTabViews(std::vector<CViewImpl*> tabViews) = 0;
+  // Keeps the window in memory for as long as it is held: behaviours may end it from their callbacks.
+  virtual boost::shared_ptr<void> IImplFocusTools_KeepAlive() { return {}; }
 
  protected:
   virtual ~IImplFocusTools() = default;

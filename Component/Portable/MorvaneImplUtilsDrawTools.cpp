@@ -83,7 +83,12 @@ boost::shared_ptr<CBufferBitmap> CTileBitmapPool::Take() {
   return bitmap;
 }
 
-void CTileBitmapPool::PutBack(const boost::shared_ptr<CBufferBitmap>& bitmap) { fBitmaps.push_back(bitmap); }
+void CTileBitmapPool::PutBack(const boost::shared_ptr<CBufferBitmap>& bitmap) {
+  // A view whose mode changed while it was drawn may give back the permanent bitmap that it had before.
+  const TBufferBitmapInfo& info = bitmap->GetInfo();
+  if (info.fBitDepth == fDepth && info.fWidth == kTileSize.fWidth && info.fHeight == kTileSize.fHeight)
+    fBitmaps.push_back(bitmap);
+}
 
 // --- CBufferBitmapDrawTools
 // ---------------------------------------------------------------------------------

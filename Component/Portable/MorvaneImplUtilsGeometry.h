@@ -62,6 +62,16 @@ inline TRect OffsetRectBy(const TRect& rect, std::int64_t dx, std::int64_t dy) {
           ToCoordinate(rect.fBottom + dy)};
 }
 
+// As much of (dx, dy) as `rect` can be moved by, at its full size, without leaving the range of coordinates.
+inline TPoint LimitOffset(const TRect& rect, std::int32_t dx, std::int32_t dy) {
+  const auto limit = [](std::int32_t distance, std::int64_t a, std::int64_t b) {
+    const std::int64_t lowest = std::numeric_limits<std::int32_t>::min() - std::min(a, b);
+    const std::int64_t highest = std::numeric_limits<std::int32_t>::max() - std::max(a, b);
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(distance, lowest, highest));
+  };
+  return {limit(dx, rect.fLeft, rect.fRight), limit(dy, rect.fTop, rect.fBottom)};
+}
+
 // `moveRect` shifted to lie inside `biggerRect`. It must fit; if it does not, that is reported, and its right
 // and bottom edges end inside.
 TRect MoveRectInside(const TRect& moveRect, const TRect& biggerRect);

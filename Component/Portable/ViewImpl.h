@@ -141,7 +141,6 @@ class CViewImpl : public CViewGlue {
   static bool IsPermanentMode(TViewDrawMode mode) {
     return mode == kViewDrawPermanent16 || mode == kViewDrawPermanent32;
   }
-  bool IsBuffered() const { return IsPermanentMode(fDrawMode); }
 
   // Life
   void LeaveTabViews();
@@ -154,19 +153,21 @@ class CViewImpl : public CViewGlue {
   void SetEnabled(bool ownEnabled, bool ancestorsEnabled, bool visible);
   bool HasFocus() const;
   bool IsHit(const TPoint& point) const;
-  void AppendHits(const TViewImplPtr& self, const TPoint& point, std::vector<TViewImplPtr>& hits) const;
+  static void AppendHits(const TViewImplPtr& view, const TPoint& point, std::vector<TViewImplPtr>& hits);
 
   // Bounds
   void BoundsChanged(const TRect& oldRect);
-  // By fAutoInvalidation. True if old and new rectangle became dirty as a whole.
-  bool InvalidateForNewBounds(const TRect& oldRect, const TRect& oldClip, const TRect& newClip);
+  TAutoInvalidation ResolveAutoInvalidation(const TRect& oldRect) const;
+  CViewImpl* FindNearestBufferedView();
   void InvalidateDifference(const TRect& a, const TRect& b, const TRect& clipRect);
-  bool IsOnlyLiveSubView() const;
+  void MoveDirtyRegion(std::int64_t dx, std::int64_t dy);
+  bool IsOnlySubView() const;
   void ScrollInSuperView(const TPoint& distance);
   void MoveSubtree(std::int32_t dx, std::int32_t dy, const TRect& clip, bool handled);
   void MarkToolRectsDirty();
 
   // Buffers
+  static TSize BufferSize(const TRect& rect);
   static TPermanentBuffer MakePermanentBuffer(TViewDrawMode mode, const TRect& rect);
   void SetPermanentBuffer(TPermanentBuffer buffer);
 

@@ -1,0 +1,392 @@
+// Views: life, parameters, enabling, tooltips, hit test.
+#include "Component/Portable/ViewImpl.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "Component/Portable/BufferBitmap.h"
+#include "Component/Portable/MorvaneImplUtilsFocus.h"
+
+namespace NSMorvane {
+
+namespace {
+
+// What a step of a destructor throws ends here, and the next step follows.
+template <class TStep>
+void RunDestructorStep(const TStep& step) noexcept {
+  try {
+    try {
+      step();
+    } catch (const std::exception& e) {
+      DebugPrint(std::string("Ignored an exception (") + e.what() + ") in CViewImpl::~CViewImpl.");
+    } catch (...) {
+      DebugPrint("Ignored an unknown exception in CViewImpl::~CViewImpl.");
+    }
+  } catch (...) {
+    // Not even the line could be printed.
+  }
+}
+
+// Marks a field of an object that is about to go; the compiler would leave out a plain store.
+template <class TField>
+void PoisonField(TField& field, TField value) {
+  *const_cast<volatile TField*>(&field) = value;
+}
+
+// Looks for the point in the rectangles that a behaviour hands over.
+class CRectGetter : public IRectsGetter {
+ public:
+  explicit CRectGetter(const TPoint& point) : fPoint(point) {}
+
+  TError IRectsGetter_AddRects(const TRect* rects, std::uint32_t count) override {
+    if (!rects && count > 0) return kBadInputProgrammingError;
+    for (std::uint32_t i = 0; i < count && !fIsHit; ++i) fIsHit = IsPointInRect(fPoint, rects[i]);
+    return kOK;
+  }
+  bool IsHit() const { return fIsHit; }
+
+ private:
+  TPoint fPoint;
+  bool fIsHit = false;
+};
+
+// See ReleaseSuperViews.
+TViewImplPtr* gSuperViewTaker = nullptr;
+
+}  // namespace
+
+// --- Life
+// ---------------------------------------------------------------------------------------------------
+
+CViewImpl::CViewImpl(CMorvaneImpl* morvaneImpl, IWindow* motherWindow)
+    : fMorvaneImpl(morvaneImpl),
+      fFlags(kViewEnabled),
+      fRect(),
+      fDrawMode(kViewDrawDirect),
+      fAutoInvalidation(kAutoInvalidationNone),
+      fMotherWindow(motherWindow),
+      fIsVisibleInTree(true),
+      fIsEffectivelyEnabled(true),
+      fDebugName("Root view"),
+      fImplFocusTools(nullptr),
+      fViewWindow(nullptr),
+      fTooltipHandle(0) {}
+
+CViewImpl::CViewImpl(CMorvaneImpl* morvaneImpl, CViewImpl& superView, const std::string& debugName)
+    : CViewImpl(morvaneImpl, superView.fMotherWindow) {
+  // The object is whole already: if something is thrown from here on, the destructor runs.
+  TViewImplPtr reference = superView.GetClientsViewReference();
+  if (!reference) MORVANE_THROW(std::invalid_argument(""));
+  fDebugName.assign(debugName, 0, kDebugNameChars);
+  fImplFocusTools = superView.fImplFocusTools;
+  fViewWindow = superView.fViewWindow;
+  fIsVisibleInTree = superView.fIsVisibleInTree;
+  fIsEffectivelyEnabled = superView.IsEffectivelyEnabled();
+  superView.AddSubView(this);
+  fSuperView = std::move(reference);
+}
+
+TViewImplPtr CViewImpl::MakeSubView(CMorvaneImpl* morvaneImpl, IViewBehaviorFactory& factory,
+                                    CViewImpl& superView, const std::string& debugName) {
+  const TViewImplPtr view(new CViewImpl(morvaneImpl, superView, debugName));
+  TError error = kOK;
+  IViewBehavior* const behavior = factory.IViewBehaviorFactory_CreateBehavior(*view, error);
+  const boost::shared_ptr<IViewBehavior> ownedBehavior(behavior);
+  MORVANE_CHECK(error);
+  MORVANE_ASSERT(behavior != NULL);
+  view->SetClientsViewReference(view);
+  try {
+    view->SetBehavior(ownedBehavior);
+  } catch (...) {
+    view->fClientsViewReference.reset();
+    MORVANE_RETHROW();
+  }
+  return view;
+}
+
+void CViewImpl::SetClientsViewReference(TViewImplPtr reference) {
+  MORVANE_ASSERT(0==fClientsViewReference.get());
+  fClientsViewReference = std::move(reference);
+}
+
+TViewImplPtr CViewImpl::GetClientsViewReference() const {
+  MORVANE_ASSERT(0!=fClientsViewReference.get());
+  TViewImplPtr newReference = fClientsViewReference;
+  MORVANE_ASSERT(newReference.get() != NULL);
+  return newReference;
+}
+
+void CViewImpl::SetBehavior(boost::shared_ptr<IViewBehavior> behavior) {
+  MORVANE_ASSERT(fBehavior.get() == NULL);
+  fBehavior = std::move(behavior);
+  if (!fSuperView) {
+    IImplFocusTools* const document = dynamic_cast<IImplFocusTools*>(fMotherWindow);
+    MORVANE_ASSERT(0!=document);
+    fImplFocusTools = document;
+    fViewWindow = dynamic_cast<IViewWindow*>(fMotherWindow);
+  }
+  if (fBehavior && fViewWindow && !fTooltipText.empty())
+    fTooltipHandle = fViewWindow->AddTool(*this, fTooltipText);
+}
+
+CViewImpl::~CViewImpl() {
+  TViewImplPtr* const superViewTaker = std::exchange(gSuperViewTaker, nullptr);
+  MORVANE_ASSERT(fClientsViewReference.get() == NULL);
+  MORVANE_ASSERT(CheckInvariant());
+  MORVANE_ASSERT(fSubViews.empty());
+  // No callback from here on can give it the focus back.
+  fFlags &= ~static_cast<std::uint32_t>(kViewFocusable);
+  RunDestructorStep([this] { LeaveTabViews(); });
+  RunDestructorStep([this] { GiveUpFocus(); });
+  // A behaviour that refuses the focus must not leave it here.
+  RunDestructorStep([this] {
+    if (HasFocus()) fImplFocusTools->IImplFocusTools_SetConceptualFocusView(nullptr);
+  });
+  RunDestructorStep([this] { InvalidateRect(fRect, GetClipBounds()); });
+  RunDestructorStep([this] { RemoveTooltip(); });
+  RunDestructorStep([this] { fBehavior.reset(); });
+  // Once more, if the behaviour stood in the way.
+  RunDestructorStep([this] { RemoveTooltip(); });
+  RunDestructorStep([this] {
+    if (fSuperView) fSuperView->RemoveSubView(this);
+  });
+  PoisonField(fDrawMode, static_cast<TViewDrawMode>(666));
+  PoisonField(fFlags, std::uint32_t{666});
+  fDebugName = "<deleted>";
+  if (superViewTaker)
+    superViewTaker->swap(fSuperView);
+  else
+    ReleaseSuperViews(std::move(fSuperView));
+}
+
+// The last subview of a view that is gone takes it along, and that one perhaps its own super view. Each
+// destructor of such a chain hands its super view out to this loop, where the next one runs: so a deep tree
+// needs no deep stack.
+void CViewImpl::ReleaseSuperViews(TViewImplPtr view) {
+  while (view) {
+    TViewImplPtr nextView;
+    gSuperViewTaker = &nextView;
+    view.reset();
+    gSuperViewTaker = nullptr;
+    view.swap(nextView);
+  }
+}
+
+void CViewImpl::LeaveTabViews() {
+  if (!fImplFocusTools) return;
+  std::vector<CViewImpl*> tabViews;
+  fImplFocusTools->IImplFocusTools_GetTabViews(tabViews);
+  tabViews.erase(std::remove(tabViews.begin(), tabViews.end(), this), tabViews.end());
+  fImplFocusTools->IImplFocusTools_SetTabViews(std::move(tabViews));
+}
+
+void CViewImpl::GiveUpFocus() {
+  if (!HasFocus()) return;
+  DebugPrint("Ejecting focus from view being deleted...");
+  DebugIndentScope indent;
+  EjectFocus(*fImplFocusTools);
+}
+
+bool CViewImpl::HasFocus() const {
+  return fImplFocusTools && (fImplFocusTools->IImplFocusTools_GetOnDutyFocusView() == this ||
+                             fImplFocusTools->IImplFocusTools_GetConceptualFocusView() == this);
+}
+
+void CViewImpl::CViewGlue_Release() {
+  TViewImplPtr reference;
+  reference.swap(fClientsViewReference);
+  // A root view is released by its window, on its way out: views that are left must not reach for it.
+  if (reference && !fSuperView && !fSubViews.empty()) ForgetWindow();
+}
+
+void CViewImpl::ForgetWindow() {
+  fMotherWindow = nullptr;
+  fImplFocusTools = nullptr;
+  fViewWindow = nullptr;
+  fTooltipHandle = 0;
+  for (CViewImpl* subView : fSubViews) subView->ForgetWindow();
+}
+
+bool CViewImpl::CheckInvariant() const {
+  return fDrawMode >= kViewDrawDirect && fDrawMode <= kViewDrawPermanent32 && fFlags < 16 &&
+         (fClientsViewReference.get() == nullptr || fClientsViewReference.get() == this) &&
+         fDebugName.length() < 256;
+}
+
+// --- The tree
+// -----------------------------------------------------------------------------------------------
+
+void CViewImpl::AddSubView(CViewImpl* view) { fSubViews.push_back(view); }
+
+void CViewImpl::RemoveSubView(CViewImpl* view) {
+  const auto found = std::find(fSubViews.begin(), fSubViews.end(), view);
+  if (found == fSubViews.end()) {
+    DebugPrint("RemoveSubView called with a view that isn't a sub view!");
+    MORVANE_THROW(std::logic_error(""));
+  }
+  fSubViews.erase(found);
+}
+
+std::vector<TViewImplPtr> CViewImpl::GetSubViews() const {
+  std::vector<TViewImplPtr> result;
+  result.reserve(fSubViews.size());
+  for (const CViewImpl* subView : fSubViews)
+    if (subView->IsLive()) result.push_back(subView->fClientsViewReference);
+  return result;
+}
+
+std::vector<IView*> CViewImpl::CViewGlue_GetSubViewOrder() {
+  std::vector<IView*> result;
+  result.reserve(fSubViews.size());
+  for (CViewImpl* subView : fSubViews)
+    if (subView->IsLive()) result.push_back(subView);
+  return result;
+}
+
+// A view that is gone is none of the client's concern, but stays in the list until it dies.
+void CViewImpl::CViewGlue_SetSubViewOrder(const std::vector<IView*>& subViews) {
+  std::vector<CViewImpl*> newOrder;
+  newOrder.reserve(fSubViews.size());
+  for (IView* subView : subViews) newOrder.push_back(dynamic_cast<CViewImpl*>(subView));
+  for (CViewImpl* subView : fSubViews)
+    if (!subView->IsLive()) newOrder.push_back(subView);
+  std::vector<CViewImpl*> sortedOld = fSubViews;
+  std::vector<CViewImpl*> sortedNew = newOrder;
+  std::sort(sortedOld.begin(), sortedOld.end());
+  std::sort(sortedNew.begin(), sortedNew.end());
+  if (sortedOld != sortedNew) MORVANE_THROW(std::invalid_argument(""));
+  fSubViews.swap(newOrder);
+}
+
+// --- Hit test
+// -----------------------------------------------------------------------------------------------
+
+std::vector<TViewImplPtr> CViewImpl::HitTest(const TPoint& point) const {
+  std::vector<TViewImplPtr> hits;
+  if (IsLive() && IsPointInRect(point, fRect)) AppendHits(TViewImplPtr(fClientsViewReference), point, hits);
+  return hits;
+}
+
+// The point is in the rectangle of `view`. Most views are missed, at the price of one look at their
+// rectangle.
+void CViewImpl::AppendHits(const TViewImplPtr& view, const TPoint& point, std::vector<TViewImplPtr>& hits) {
+  std::vector<TViewImplPtr> subViewsUnderPoint;
+  for (const CViewImpl* subView : view->fSubViews)
+    if (IsPointInRect(point, subView->fRect) && subView->IsLive())
+      subViewsUnderPoint.push_back(subView->fClientsViewReference);
+  if (view->IsHit(point)) hits.push_back(view);
+  for (const TViewImplPtr& subView : subViewsUnderPoint)
+    if (subView->IsLive()) AppendHits(subView, point, hits);
+}
+
+bool CViewImpl::IsHit(const TPoint& point) const {
+  if (!fBehavior) return false;
+  CRectGetter getter(point);
+  MORVANE_CHECK(fBehavior->IViewBehavior_GetHitRects(getter));
+  return getter.IsHit() && IsLive();
+}
+
+// --- Parameters
+// ---------------------------------------------------------------------------------------------
+
+// The client's record may change during callbacks: what has been validated is what gets set.
+TError CViewImpl::IView_SetParams(const TViewParams& params) {
+  const TViewImplPtr keptAlive = fClientsViewReference;
+  const TViewParams stableParams = params;
+  return CViewGlue::IView_SetParams(stableParams);
+}
+
+TError CViewImpl::IView_SetTooltipText(const TChar* text) {
+  const TViewImplPtr keptAlive = fClientsViewReference;
+  return CViewGlue::IView_SetTooltipText(text);
+}
+
+TError CViewImpl::IView_Offset(std::int32_t dx, std::int32_t dy) {
+  const TViewImplPtr keptAlive = fClientsViewReference;
+  return CViewGlue::IView_Offset(dx, dy);
+}
+
+TError CViewImpl::IView_GetSubViewOrder(IViewListReceiver& out) {
+  const TViewImplPtr keptAlive = fClientsViewReference;
+  return CViewGlue::IView_GetSubViewOrder(out);
+}
+
+void CViewImpl::CViewGlue_SetParams(const TViewParams& params) {
+  if (params.fFlags != fFlags) {
+    if (((params.fFlags ^ fFlags) & kViewEnabled) != 0)
+      SetEnabled((params.fFlags & kViewEnabled) != 0, fIsEffectivelyEnabled, fIsVisibleInTree);
+    const bool losesFocusable = (fFlags & ~params.fFlags & kViewFocusable) != 0;
+    if (losesFocusable && HasFocus()) {
+      MORVANE_ASSERT(fImplFocusTools != NULL);
+      EjectFocus(*fImplFocusTools);
+    }
+    fFlags = params.fFlags;
+    // While it was still focusable it was the only candidate to follow itself.
+    if (losesFocusable && HasFocus()) EjectFocus(*fImplFocusTools);
+  }
+  fAutoInvalidation = params.fAutoInvalidation;
+  SetBounds(params.fRect);
+  if (params.fDrawMode != fDrawMode) {
+    SetPermanentBuffer(MakePermanentBuffer(params.fDrawMode, fRect));
+    fDrawMode = params.fDrawMode;
+  }
+}
+
+void CViewImpl::SetEnabled(bool ownEnabled, bool ancestorsEnabled, bool visible) {
+  const bool changed =
+      ownEnabled != ((fFlags & kViewEnabled) != 0) || ancestorsEnabled != fIsEffectivelyEnabled;
+  fFlags &= ~static_cast<std::uint32_t>(kViewEnabled);
+  if (ownEnabled) fFlags |= kViewEnabled;
+  fIsEffectivelyEnabled = ancestorsEnabled;
+  fIsVisibleInTree = visible;
+  if (!changed) return;
+  for (const TViewImplPtr& subView : GetSubViews())
+    if (subView->IsLive())
+      subView->SetEnabled((subView->fFlags & kViewEnabled) != 0, ancestorsEnabled && ownEnabled, visible);
+  if (fImplFocusTools && IsFocusInSubtree(*this)) EjectFocus(*fImplFocusTools);
+  if (fBehavior) fBehavior->IViewBehavior_OnEffectivelyEnabledChanged(IsEffectivelyEnabled() ? 1 : 0);
+}
+
+void CViewImpl::CViewGlue_SetTooltipText(const TString& text) {
+  if (text == fTooltipText) return;
+  TString newText = text;
+  if (fBehavior && fViewWindow) {
+    if (newText.empty()) {
+      RemoveTooltip();
+    } else if (fTooltipHandle != 0) {
+      fViewWindow->UpdateToolText(fTooltipHandle, *this, newText);
+    } else {
+      const std::uint32_t handle = fViewWindow->AddTool(*this, newText);
+      if (handle == 0) MORVANE_THROW(XOutOfMemory());
+      fTooltipHandle = handle;
+    }
+  }
+  fTooltipText.swap(newText);
+}
+
+void CViewImpl::RemoveTooltip() {
+  if (fTooltipHandle == 0 || !fViewWindow) return;
+  fViewWindow->RemoveTool(fTooltipHandle, *this);
+  fTooltipHandle = 0;
+}
+
+// --- Plain hooks
+// --------------------------------------------------------------------------------------------
+
+bool CViewImpl::CViewGlue_CheckInvariant() const { return CheckInvariant(); }
+
+IViewBehavior* CViewImpl::CViewGlue_GetBehavior() { return fBehavior.get(); }
+
+IWindow* CViewImpl::CViewGlue_GetMotherWindow() { return fMotherWindow; }
+
+IView* CViewImpl::CViewGlue_GetSuperView() { return fSuperView.get(); }
+
+bool CViewImpl::CViewGlue_IsEffectivelyEnabled() { return IsEffectivelyEnabled(); }
+
+TViewParams CViewImpl::CViewGlue_GetParams() { return GetParams(); }
+
+std::string CViewImpl::CViewGlue_GetDebugName() { return fDebugName; }
+
+TString CViewImpl::CViewGlue_GetTooltipText() { return fTooltipText; }
+
+}  // namespace NSMorvane
