@@ -7,7 +7,7 @@
 #
 #   SESSION/alive           locked as long as the session's owner lives
 #   SESSION/slot-K/lock     locked by the wine-run that uses the slot
-#   SESSION/slot-K/display  number of the X display
+#   SESSION/slot-K/display  name of the X display
 #   SESSION/slot-K/dirty    the last program did not end cleanly: restart the slot before its next use
 #
 # Every process of a slot carries MORVANE_WINE_SLOT=<slot folder> in its environment, and those that the
@@ -16,7 +16,7 @@
 
 wine_home="$root/build/wine"
 wine_template="$wine_home/template"
-wine_format=3  # of the template; a template of another format is made anew
+wine_format=4  # of the template; a template of another format is made anew
 wine_screen=1280x960
 wine_alive=    # file descriptor of the lock on SESSION/alive, if this script owns the session
 wine_lock=     # file descriptor of the lock on a slot, if this script holds one
@@ -49,30 +49,31 @@ wine_detached() {
 
 # wine_env SLOT: sets the array `wine_vars`, the environment of a program in the slot, for `env`.
 wine_env() {
-  wine_vars=(-u XAUTHORITY -u MORVANE_WINE_SESSION MORVANE_WINE_SLOT="$1" WINEPREFIX="$1/prefix" WINEARCH=win64
+  wine_vars=(-u MORVANE_WINE_SESSION MORVANE_WINE_SLOT="$1" WINEPREFIX="$1/prefix" WINEARCH=win64
     WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d" WINEDEBUG="${WINEDEBUG--all}" LC_ALL=C.UTF-8
-    DISPLAY=":$(cat "$1/display" 2>/dev/null)")
+    DISPLAY="$(cat "$1/display" 2>/dev/null)")
 }
 
 # wine_start_display SLOT: starts the X server of the slot on a free display number.
 wine_start_display() {
   local slot=$1 server i
-  : >"$slot/display"
+  : >"$slot/number"
   wine_detached MORVANE_WINE_SLOT="$slot" bash -c \
-    'exec Xvfb -displayfd 3 -screen 0 '$wine_screen'x24 -nolisten tcp -noreset 3>"$0/display" 2>"$0/Xvfb.log"' \
+    'exec Xvfb -displayfd 3 -screen 0 '$wine_screen'x24 -nolisten tcp -noreset 3>"$0/number" 2>"$0/Xvfb.log"' \
     "$slot"
   server=$!
   disown $server  # else the shell comments on its end
   for ((i = 0; i < 500; ++i)); do
-    [ -n "$(cat "$slot/display")" ] && break
+    [ -s "$slot/number" ] && break
     kill -0 $server 2>/dev/null || break
     sleep 0.02
   done
-  [ -n "$(cat "$slot/display")" ] || fail "the virtual X server did not start: $(tail -n 3 "$slot/Xvfb.log")"
+  [ -s "$slot/number" ] || fail "the virtual X server did not start: $(tail -n 3 "$slot/Xvfb.log")"
+  echo ":$(cat "$slot/number")" >"$slot/display"
   echo $server >"$slot/Xvfb.pid"
 }
 
-# wine_display_lives SLOT
+# wine_display_lives SLOT: true while the slot's X server runs.
 wine_display_lives() {
   local pid
   pid=$(cat "$1/Xvfb.pid" 2>/dev/null) && [ "$(cat "/proc/$pid/comm" 2>/dev/null)" = Xvfb ]
@@ -96,9 +97,12 @@ wine_make_template() {
   wine_end_slot "$slot"
   # The user's folders are links to the home folder of whoever built this; programs get empty ones instead.
   find "$slot/prefix/drive_c/users" -type l -exec sh -c 'rm "$1" && mkdir "$1"' - {} \;
+  # Wine's own fonts (caption glyphs, Tahoma), which the distribution's build does not find by itself.
+  cp /usr/share/wine/fonts/*.ttf /usr/share/wine/fonts/*.fon "$slot/prefix/drive_c/windows/Fonts/"
   # A crash opens no dialog: it leaves a mark, since the exit code would be 0, and prints a backtrace.
   printf '\n[Software\\\\Wine\\\\WineDbg]\n"ShowCrashDialog"=dword:00000000\n' >>"$slot/prefix/user.reg"
-  printf '@echo crashed>C:\\crashed\r\n@C:\\windows\\system32\\winedbg.exe --auto %%1 %%2\r\n' >"$slot/prefix/drive_c/crash.bat"
+  printf '@echo crashed>C:\\crashed\r\n@C:\\windows\\system32\\winedbg.exe --auto %%1 %%2\r\n' \
+    >"$slot/prefix/drive_c/crash.bat"
   sed -i 's/^"Debugger"=.*/"Debugger"="cmd \/c C:\\\\crash.bat %ld %ld"/' "$slot/prefix/system.reg"
   grep -q 'crash.bat' "$slot/prefix/system.reg" || fail "no debugger entry in $slot/prefix/system.reg"
   echo "$stamp" >"$slot/stamp"
@@ -120,8 +124,8 @@ wine_fresh_prefix() {
 wine_start_desktop() {
   local slot=$1 i
   wine_fresh_prefix "$slot"
-  printf '\n[Software\\\\Wine\\\\Explorer]\n"Desktop"="Default"\n\n[Software\\\\Wine\\\\Explorer\\\\Desktops]\n"Default"="%s"\n' \
-    $wine_screen >>"$slot/prefix/user.reg"
+  printf '\n[Software\\\\Wine\\\\Explorer]\n"Desktop"="Default"\n' >>"$slot/prefix/user.reg"
+  printf '\n[Software\\\\Wine\\\\Explorer\\\\Desktops]\n"Default"="%s"\n' $wine_screen >>"$slot/prefix/user.reg"
   wine_env "$slot"
   # One after the other: two first programs of a prefix at once can miss each other's start.
   wine_detached "${wine_vars[@]}" wine 'C:\windows\explorer.exe' /desktop
@@ -176,8 +180,8 @@ wine_restart_slot() {
   wine_start_desktop "$slot"
 }
 
-# wine_begin_session N [bare]: makes a session of N slots and starts them; sets wine_session. The slots of a
-# bare session have a prefix only, for programs that use the display of the caller.
+# wine_begin_session N [own-display]: makes a session of N slots and starts them; sets wine_session. With
+# own-display the programs' windows are ordinary ones on the display of the caller.
 wine_begin_session() {
   local count=$1 kind=${2-} old slot k gate
   need wine wineserver wineboot Xvfb xdotool flock
@@ -197,8 +201,9 @@ wine_begin_session() {
   for ((k = 1; k <= count; ++k)); do
     slot="$wine_session/slot-$k"
     mkdir -p "$slot"
-    if [ "$kind" = bare ]; then
+    if [ "$kind" = own-display ]; then
       wine_fresh_prefix "$slot"
+      echo "$DISPLAY" >"$slot/display"
     else
       (wine_start_display "$slot" && wine_start_desktop "$slot") &
       wine_starters+=" $!"
@@ -236,7 +241,9 @@ wine_take_slot() {
       exec {wine_lock}>>"$slot/lock"
       if flock -n $wine_lock; then
         wine_slot=$slot
-        [ ! -e "$slot/dirty" ] && wine_display_lives "$slot" || wine_restart_slot "$slot"
+        if [ -e "$slot/Xvfb.pid" ]; then
+          [ ! -e "$slot/dirty" ] && wine_display_lives "$slot" || wine_restart_slot "$slot"
+        fi
         : >"$slot/dirty"  # until wine_release_slot says otherwise
         return
       fi
@@ -254,13 +261,14 @@ wine_release_slot() {
 }
 
 # wine_run_program LIMIT PROGRAM [ARGUMENT...]: runs the program in wine_slot for at most LIMIT seconds and
-# ends every process that it leaves. Sets wine_code, the exit code (124: the time was up, 139: it crashed), and wine_clean.
+# ends every process that it leaves. Sets wine_code, the exit code (124: the time was up, 139: it crashed), and
+# wine_clean. The shell command in MORVANE_RUN_BESIDE, if any, runs beside it on the same display.
 wine_run_program() {
-  local limit=$1 run="$$-$EPOCHREALTIME" program sleeper shot
+  local limit=$1 run="$$-$EPOCHREALTIME" program sleeper beside= shot
   shift
   wine_env "$wine_slot"
   # The pointer starts in the bottom right corner, wherever the last program left it.
-  env "${wine_vars[@]}" xdotool mousemove ${wine_screen/x/ }
+  [ ! -e "$wine_slot/Xvfb.pid" ] || env "${wine_vars[@]}" xdotool mousemove ${wine_screen/x/ }
   (
     [ -z "$wine_alive" ] || exec {wine_alive}>&-
     exec {wine_lock}>&-
@@ -273,8 +281,17 @@ wine_run_program() {
   program=$!
   wine_detached sleep "$limit"
   sleeper=$!
-  trap 'wine_stop_program "$run" $sleeper; exit 130' INT
-  trap 'wine_stop_program "$run" $sleeper; exit 143' TERM HUP
+  trap 'wine_stop_program "$run" $sleeper $beside; exit 130' INT
+  trap 'wine_stop_program "$run" $sleeper $beside; exit 143' TERM HUP
+  if [ -n "${MORVANE_RUN_BESIDE-}" ]; then
+    (
+      [ -z "$wine_alive" ] || exec {wine_alive}>&-
+      exec {wine_lock}>&-
+      exec env "${wine_vars[@]}" MORVANE_WINE_RUN="$run" bash -c "$MORVANE_RUN_BESIDE"
+    ) </dev/null >&2 &
+    beside=$!
+    disown $beside
+  fi
   wait -n $program $sleeper 2>/dev/null
   if ! kill -0 $sleeper 2>/dev/null; then
     mkdir -p "$wine_home/stopped"
@@ -298,8 +315,8 @@ wine_run_program() {
   trap - INT TERM HUP
 }
 
-# wine_stop_program RUN SLEEPER
+# wine_stop_program RUN PROCESS...
 wine_stop_program() {
-  kill "$2" 2>/dev/null
+  kill "${@:2}" 2>/dev/null
   { wine_kill_marked "MORVANE_WINE_RUN=$1" && sleep 0.02; } 2>/dev/null
 }
