@@ -61,9 +61,13 @@ CStateRestorer::CStateRestorer(HDC__* hdc) : fHDC(hdc), fClipRegion(nullptr), fW
 }
 
 CStateRestorer::~CStateRestorer() {
+  Restore();
+  if (fClipRegion != nullptr) DeleteObject(fClipRegion);
+}
+
+void CStateRestorer::Restore() const {
   SetWindowOrgEx(fHDC, fWindowOrigin.fX, fWindowOrigin.fY, nullptr);
   SelectClipRgn(fHDC, fClipRegion);
-  if (fClipRegion != nullptr) DeleteObject(fClipRegion);
 }
 
 // --- CBufferBitmap

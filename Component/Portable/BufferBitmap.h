@@ -26,12 +26,16 @@ class CStateRestorer {
  public:
   explicit CStateRestorer(HDC__* hdc);
   ~CStateRestorer();
+  // Puts them back ahead of time.
+  void Restore() const;
+  // In device coordinates; null: there was no clip. It stays this object's.
+  TNativeRegion GetClipRegion() const { return fClipRegion; }
   CStateRestorer(const CStateRestorer&) = delete;
   CStateRestorer& operator=(const CStateRestorer&) = delete;
 
  private:
   HDC__* fHDC;
-  TNativeRegion fClipRegion;  // in device coordinates; null: there was no clip
+  TNativeRegion fClipRegion;
   TPoint fWindowOrigin;
 };
 

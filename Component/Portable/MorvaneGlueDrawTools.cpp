@@ -102,4 +102,11 @@ void CDrawToolsGlue::PopViewBounds(const TRect& rect) {
   fCurrentViewSubtreeBounds.pop_back();
 }
 
+void CDrawToolsGlue::CloseWhatIsLeftOpen() {
+  MORVANE_ASSERT(!fNativePortIsOpen);
+  MORVANE_ASSERT(!fRawPixelsAreOpen);
+  if (fNativePortIsOpen) IDrawTools_CloseNativePort();
+  if (fRawPixelsAreOpen) IDrawTools_CloseRawPixels();
+}
+
 }  // namespace NSMorvane
