@@ -5,43 +5,17 @@
 #include <limits>
 
 #include "Component/Portable/BufferBitmap.h"
+#include "Tests/Support/Drawing.h"
 #include "Tests/Support/PrintGeometry.h"
 #include "Tests/Support/RecordingDebugOutput.h"
 
 namespace NSMorvane {
 namespace {
 
-using NSMorvaneTest::RecordingDebugOutput;
+using namespace NSMorvaneTest;
 
 constexpr COLORREF kRed = RGB(255, 0, 0);
 constexpr COLORREF kBlue = RGB(0, 0, 255);
-
-// (x, y) counts pixels from the top left, whatever the origin.
-std::uint32_t PixelAt(CBufferBitmap& bitmap, int x, int y) {
-  const TBufferBitmapInfo& info = bitmap.GetInfo();
-  void* const pixels = bitmap.OpenPixels();
-  const char* const row = static_cast<const char*>(pixels) + y * info.fRowBytes;
-  const std::uint32_t pixel = info.fBitDepth == 16 ? reinterpret_cast<const std::uint16_t*>(row)[x]
-                                                   : reinterpret_cast<const std::uint32_t*>(row)[x];
-  bitmap.ClosePixels(pixels);
-  return pixel;
-}
-
-void Fill(CBufferBitmap& bitmap, const TRect& rect, COLORREF colour) {
-  const HBRUSH brush = CreateSolidBrush(colour);
-  const RECT native = {rect.fLeft, rect.fTop, rect.fRight, rect.fBottom};
-  FillRect(bitmap.GetNativePort().fHDC, &native, brush);
-  DeleteObject(brush);
-}
-
-// The box of the pixels that differ from 0.
-TRect PaintedPixels(CBufferBitmap& bitmap) {
-  CRegion painted;
-  for (int y = 0; y < bitmap.GetInfo().fHeight; ++y)
-    for (int x = 0; x < bitmap.GetInfo().fWidth; ++x)
-      if (PixelAt(bitmap, x, y) != 0) painted.UnionRect({x, y, x + 1, y + 1});
-  return painted.GetBounds();
-}
 
 TEST(BufferBitmap, PixelsAreWhatIsDrawn) {
   const struct {
