@@ -15,7 +15,9 @@
 
 namespace NSMorvane {
 
-// The plain attributes of a context: those that can be read without a call into the platform's core.
+// The plain attributes of a context: those that can be read without a call into the platform's core. Of the
+// mapping that is graphics mode, layout, map mode and both origins; extents and a world transform are not
+// kept.
 class CPortAttributes {
  public:
   explicit CPortAttributes(HDC hdc);

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <functional>
+#include <cstring>
 #include <limits>
 #include <random>
 
@@ -261,7 +261,8 @@ TEST(DrawingTools, ClipsOfViewsAreThoseOfThePlatform) {
         ASSERT_EQ(entered, PaintedPixels(reference).fRight > 0);
         shown += entered;
         if (entered) {
-          SpoilState(hdc, number(0, 7));
+          // A mapping of its own, once changed, is beyond repair.
+          SpoilState(hdc, number(0, round % 7 == 0 ? 3 : 7));
           clip.Leave();
         }
       }
