@@ -13,6 +13,8 @@ else()
   if(MORVANE_CHECKED)
     target_compile_options(MorvaneOptions INTERFACE -fsanitize=undefined -fsanitize-undefined-trap-on-error)
     target_compile_definitions(MorvaneOptions INTERFACE _GLIBCXX_ASSERTIONS)
+    # The newest debug information that Wine's backtraces understand.
+    target_compile_options(MorvaneOptions INTERFACE -gdwarf-4)
   endif()
 endif()
 

@@ -16,7 +16,7 @@
 
 wine_home="$root/build/wine"
 wine_template="$wine_home/template"
-wine_format=4  # of the template; a template of another format is made anew
+wine_format=5  # of the template; a template of another format is made anew
 wine_screen=1280x960
 wine_alive=    # file descriptor of the lock on SESSION/alive, if this script owns the session
 wine_lock=     # file descriptor of the lock on a slot, if this script holds one
@@ -101,7 +101,7 @@ wine_make_template() {
   cp /usr/share/wine/fonts/*.ttf /usr/share/wine/fonts/*.fon "$slot/prefix/drive_c/windows/Fonts/"
   # A crash opens no dialog: it leaves a mark, since the exit code would be 0, and prints a backtrace.
   printf '\n[Software\\\\Wine\\\\WineDbg]\n"ShowCrashDialog"=dword:00000000\n' >>"$slot/prefix/user.reg"
-  printf '@echo crashed>C:\\crashed\r\n@C:\\windows\\system32\\winedbg.exe --auto %%1 %%2\r\n' \
+  printf '@echo crashed>C:\\crashed\r\n@C:\\windows\\system32\\winedbg.exe --command quit %%1 %%2\r\n' \
     >"$slot/prefix/drive_c/crash.bat"
   sed -i 's/^"Debugger"=.*/"Debugger"="cmd \/c C:\\\\crash.bat %ld %ld"/' "$slot/prefix/system.reg"
   grep -q 'crash.bat' "$slot/prefix/system.reg" || fail "no debugger entry in $slot/prefix/system.reg"
