@@ -157,11 +157,11 @@ TEST(IdleThread, TellsOfTheStartAndOfEachDueTime) {
 
 TEST(IdleThread, BeatsOnceASecondWhenNothingIsScheduled) {
   Owner owner;
+  const DWORD started = GetTickCount();
   CIdleThread thread(&owner);
-  ASSERT_TRUE(owner.AwaitNews(1));
-  const DWORD first = owner.fSentAt;
+  // The thread may find its list empty before the first due time gets there, so the second counts from here.
   ASSERT_TRUE(owner.AwaitNews(2));
-  EXPECT_GE(owner.fSentAt - first, 1000u);
+  EXPECT_GE(owner.fSentAt - started, 1000u);
 }
 
 TEST(IdleThread, EndsWhileNewsAreUnderWay) {
