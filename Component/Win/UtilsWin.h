@@ -112,8 +112,6 @@ bool DescribeMonitors(const std::vector<HMONITOR>& monitorVector, TMonitorList& 
 // Between screen coordinates and those of WINDOWPLACEMENT, which begin at the work area of the main monitor.
 TRect ScreenRectToWorkspace(const TRect& rect, IMorvane& morvane);
 TRect WorkspaceRectToScreen(const TRect& rect, IMorvane& morvane);
-// What is added to a point on the way from the screen to the workspace.
-TPoint WorkspaceOffset(const TMonitorList& monitors);
 
 }  // namespace NSMorvane
 

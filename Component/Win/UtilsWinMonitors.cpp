@@ -28,6 +28,16 @@ TRect Moved(const TRect& rect, std::int32_t x, std::int32_t y) {
   return TRect{rect.fLeft + x, rect.fTop + y, rect.fRight + x, rect.fBottom + y};
 }
 
+// What is added on the way from the screen to the workspace.
+TPoint WorkspaceOffset(const TMonitorList& monitors) {
+  const std::uint32_t mainMonitorIndex = monitors.fMainMonitorIndex;
+  MORVANE_ASSERT(mainMonitorIndex < monitors.fMonitorCount);
+  if (mainMonitorIndex >= kMaxMonitors) return TPoint{0, 0};  // nothing lies there to be read
+  const TMonitor& monitor = monitors.fMonitors[mainMonitorIndex];
+  return TPoint{monitor.fBounds.fLeft - monitor.fWorkArea.fLeft,
+                monitor.fBounds.fTop - monitor.fWorkArea.fTop};
+}
+
 TPoint CurrentWorkspaceOffset(IMorvane& morvane) {
   TMonitorList monitors;
   ThrowError(morvane.IMorvane_GetMonitors(monitors));
@@ -71,15 +81,6 @@ bool DescribeMonitors(const std::vector<HMONITOR>& monitorVector, TMonitorList& 
   }
   MORVANE_ASSERT(0!=outMonitors.fMonitorCount);
   return true;
-}
-
-TPoint WorkspaceOffset(const TMonitorList& monitors) {
-  const std::uint32_t mainMonitorIndex = monitors.fMainMonitorIndex;
-  MORVANE_ASSERT(mainMonitorIndex < monitors.fMonitorCount);
-  if (mainMonitorIndex >= kMaxMonitors) return TPoint{0, 0};  // nothing lies there to be read
-  const TMonitor& monitor = monitors.fMonitors[mainMonitorIndex];
-  return TPoint{monitor.fBounds.fLeft - monitor.fWorkArea.fLeft,
-                monitor.fBounds.fTop - monitor.fWorkArea.fTop};
 }
 
 TRect ScreenRectToWorkspace(const TRect& rect, IMorvane& morvane) {

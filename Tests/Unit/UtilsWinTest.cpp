@@ -4,15 +4,19 @@
 #include <algorithm>
 #include <thread>
 
+#include "Component/Portable/MorvaneImplUtilsGeometry.h"
 #include "Component/Win/UtilsWin.h"
 #include "Component/Win/UtilsWinHandles.h"
 #include "Tests/Support/NativeTestWindow.h"
+#include "Tests/Support/PrintGeometry.h"
 #include "Tests/Support/RecordingDebugOutput.h"
+#include "Tests/Support/RecordingMorvane.h"
 
 using namespace NSMorvane;
 using NSMorvaneTest::NativeTestWindow;
 using NSMorvaneTest::PumpUntil;
 using NSMorvaneTest::RecordingDebugOutput;
+using NSMorvaneTest::RecordingMorvane;
 
 namespace {
 
@@ -41,11 +45,6 @@ TPoint CenterOf(HWND hWnd) {
   RECT rect = {};
   GetWindowRect(hWnd, &rect);
   return TPoint{(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
-}
-
-bool operator==(const TPoint& a, const TPoint& b) { return a.fX == b.fX && a.fY == b.fY; }
-bool operator==(const TRect& a, const TRect& b) {
-  return a.fLeft == b.fLeft && a.fTop == b.fTop && a.fRight == b.fRight && a.fBottom == b.fBottom;
 }
 
 }  // namespace
@@ -120,7 +119,7 @@ TEST(UtilsWin, PlacementIsReadAndWritten) {
   placement.showCmd = SW_SHOWNORMAL;
   placement.rcNormalPosition = RECT{200, 150, 650, 500};
   SetPlacement(window, placement);
-  EXPECT_TRUE(FromNative(GetPlacement(window).rcNormalPosition) == (TRect{200, 150, 650, 500}));
+  EXPECT_EQ((TRect{200, 150, 650, 500}), FromNative(GetPlacement(window).rcNormalPosition));
   EXPECT_TRUE(output.fAssertions.empty());
 
   placement.length = 0;
@@ -247,7 +246,7 @@ TEST(UtilsWin, PopupsAreCentredOnTheFrontmostSuitableWindow) {
   SetWindowPos(empty, HWND_TOP, 10, 10, 0, 0, SWP_NOACTIVATE);
   ShowWindow(minimized, SW_SHOWMINNOACTIVE);
 
-  EXPECT_TRUE(GetPopupCenter(popup, nullptr) == (TPoint{-1, 192}));
+  EXPECT_EQ((TPoint{-1, 192}), GetPopupCenter(popup, nullptr));
   EXPECT_EQ((std::vector<std::string>{"[Morvane] GetPopupCenter, found parent window",
                                       "[Morvane] Parent window name:caption \xC3\xA4",
                                       "[Morvane] Parent window rect: -151, 90, 150, 295"}),
@@ -256,13 +255,13 @@ TEST(UtilsWin, PopupsAreCentredOnTheFrontmostSuitableWindow) {
   EXPECT_EQ(0, output.fDepth);
 
   // A parent that is told is taken whatever it is.
-  EXPECT_TRUE(GetPopupCenter(popup, untitled) == CenterOf(untitled));
+  EXPECT_EQ(CenterOf(untitled), GetPopupCenter(popup, untitled));
   EXPECT_TRUE(output.HasLine("Parent window name:"));
   EXPECT_TRUE(output.fAssertions.empty());
 
   good.Destroy();
   output.Reset();
-  EXPECT_TRUE(GetPopupCenter(popup, nullptr) == CenterOf(GetDesktopWindow()));
+  EXPECT_EQ(CenterOf(GetDesktopWindow()), GetPopupCenter(popup, nullptr));
   EXPECT_EQ(std::vector<std::string>{"[Morvane] GetPopupCenter, using desktop window"}, output.fLines);
   EXPECT_EQ(1, output.fIndents);
 }
@@ -309,10 +308,10 @@ TEST(UtilsWin, MonitorsAreListed) {
   ASSERT_TRUE(EnumerateMonitors(monitors));
   ASSERT_EQ(static_cast<std::uint32_t>(GetSystemMetrics(SM_CMONITORS)), monitors.fMonitorCount);
   const TMonitor& main = monitors.fMonitors[monitors.fMainMonitorIndex];
-  EXPECT_TRUE(main.fBounds == (TRect{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)}));
+  EXPECT_EQ((TRect{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)}), main.fBounds);
   RECT work = {};
   SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
-  EXPECT_TRUE(main.fWorkArea == FromNative(work));
+  EXPECT_EQ(FromNative(work), main.fWorkArea);
   EXPECT_EQ(32u, main.fBitDepth);
   EXPECT_TRUE(output.fAssertions.empty());
 
@@ -334,18 +333,32 @@ TEST(UtilsWin, MonitorsAreListed) {
 
 TEST(UtilsWin, WorkspaceBeginsAtTheWorkAreaOfTheMainMonitor) {
   RecordingDebugOutput output;
-  TMonitorList monitors = {};
+  RecordingMorvane morvane;
+  TMonitorList& monitors = morvane.fMonitors;
   monitors.fMonitorCount = 2;
   monitors.fMainMonitorIndex = 1;
   monitors.fMonitors[0] = TMonitor{{-800, 0, 0, 600}, {-800, 7, 0, 600}, 32};
   monitors.fMonitors[1] = TMonitor{{0, 0, 1280, 960}, {60, 24, 1280, 960}, 32};
-  EXPECT_TRUE(WorkspaceOffset(monitors) == (TPoint{-60, -24}));
+  const TRect screen{100, 100, 300, 200}, workspace{40, 76, 240, 176};
+  EXPECT_EQ(workspace, ScreenRectToWorkspace(screen, morvane));
+  EXPECT_EQ(screen, WorkspaceRectToScreen(workspace, morvane));
   EXPECT_TRUE(output.fAssertions.empty());
+
+  // What lies behind the records is not read.
   for (const std::uint32_t index : {2u, 40u, 0xEEEEEEEEu}) {
     output.Reset();
     monitors.fMainMonitorIndex = index;
-    EXPECT_TRUE(WorkspaceOffset(monitors) == (TPoint{0, 0}));
-    EXPECT_EQ(std::vector<std::string>{"mainMonitorIndex < monitors.fMonitorCount"}, output.fAssertions);
+    EXPECT_EQ(screen, ScreenRectToWorkspace(screen, morvane));
+    EXPECT_TRUE(output.HasAssertion("mainMonitorIndex < monitors.fMonitorCount"));
+  }
+
+  output.Reset();
+  morvane.fOnHook = [] { ThrowError(kFirstApplicationError + 5); };
+  try {
+    WorkspaceRectToScreen(workspace, morvane);
+    ADD_FAILURE();
+  } catch (const std::exception& e) {
+    EXPECT_EQ(kFirstApplicationError + 5, ErrorFromException(&e));
   }
 }
 
@@ -372,7 +385,7 @@ TEST(UtilsWinHandles, ClipIsPutBackAndNothingElse) {
     }
     POINT origin = {};
     GetWindowOrgEx(hdc.Get(), &origin);
-    EXPECT_TRUE(FromNative(origin) == (TPoint{7, 9}));
+    EXPECT_EQ((TPoint{7, 9}), FromNative(origin));
     EXPECT_EQ(RGB(1, 2, 3), GetTextColor(hdc.Get()));
   }
   RecordingDebugOutput output;
