@@ -107,6 +107,8 @@ class CViewImpl : public CViewGlue {
   // What has to be drawn into the own bitmap; from here on it counts as drawn, but for what lies outside the
   // super view. Permanent modes only.
   CRegion TakeDirtyRegion();
+  // The same region, left alone. Null but in the permanent modes.
+  const CRegion* GetDirtyRegion() const { return fCollapsedDirtyRegion.get(); }
 
   // --- Contract members that behaviours can end the view from: they keep it to their end ---
 

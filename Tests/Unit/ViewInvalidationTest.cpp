@@ -1,0 +1,505 @@
+// What becomes dirty when views change: single cases, and random trees against a model that knows nothing but
+// pixels.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <random>
+
+#include "Component/Portable/BufferBitmap.h"
+#include "Tests/Support/FakeViewWindow.h"
+#include "Tests/Support/PrintGeometry.h"
+#include "Tests/Support/RecordingDebugOutput.h"
+
+namespace NSMorvane {
+namespace {
+
+using namespace NSMorvaneTest;
+
+using Rects = std::vector<TRect>;
+
+class ViewInvalidationTest : public testing::Test {
+ protected:
+  ~ViewInvalidationTest() override { EXPECT_TRUE(fOutput.fAssertions.empty()); }
+
+  FakeViewWindow fWindow;
+  CViewImpl& fRoot = fWindow.Root();
+  RecordingDebugOutput fOutput;
+};
+
+TEST_F(ViewInvalidationTest, ClipBoundsAreCutToAllSuperViews) {
+  CViewImpl& group = fWindow.MakeView(fRoot, {50, 50, 500, 100}, "group");
+  CViewImpl& view = fWindow.MakeView(group, {0, 60, 450, 200}, "view");
+  EXPECT_EQ((TRect{50, 50, 400, 100}), group.GetClipBounds());
+  EXPECT_EQ((TRect{50, 60, 400, 100}), view.GetClipBounds());
+  SetRect(view, {0, 100, 450, 200});
+  EXPECT_EQ((TRect{}), view.GetClipBounds());
+  SetRect(view, {60, 60, 60, 90});
+  EXPECT_EQ((TRect{}), view.GetClipBounds());
+  view.IView_Release();
+  group.IView_Release();
+}
+
+TEST_F(ViewInvalidationTest, OnlyTheNearestBufferRecords) {
+  CViewImpl& outer = fWindow.MakeView(fRoot, {0, 0, 200, 200}, "outer");
+  CViewImpl& inner = fWindow.MakeView(outer, {50, 50, 150, 150}, "inner");
+  CViewImpl& view = fWindow.MakeView(inner, {0, 0, 300, 300}, "view");
+  SetModes(outer, kViewDrawPermanent32, kAutoInvalidationNone);
+  SetModes(inner, kViewDrawPermanent16, kAutoInvalidationNone);
+  outer.TakeDirtyRegion();
+  inner.TakeDirtyRegion();
+  fWindow.Reset();
+  view.InvalidateRect({0, 0, 60, 60}, view.GetClipBounds());
+  EXPECT_EQ((Rects{{50, 50, 60, 60}}), fWindow.fInvalidRects);
+  EXPECT_EQ((Rects{{50, 50, 60, 60}}), inner.TakeDirtyRegion().GetRects());
+  EXPECT_TRUE(outer.TakeDirtyRegion().IsEmpty());
+  // The walk ends at the nearest buffer even if that has no part of it.
+  fWindow.Reset();
+  view.InvalidateRect({0, 0, 30, 30}, {0, 0, 400, 300});
+  EXPECT_EQ((Rects{{0, 0, 30, 30}}), fWindow.fInvalidRects);
+  EXPECT_TRUE(inner.TakeDirtyRegion().IsEmpty());
+  EXPECT_TRUE(outer.TakeDirtyRegion().IsEmpty());
+  fWindow.Reset();
+  view.InvalidateRect({0, 0, 60, 50}, view.GetClipBounds());
+  view.InvalidateRegion(CRegion({150, 50, 400, 300}), view.GetClipBounds());
+  EXPECT_TRUE(fWindow.fInvalidRects.empty());
+  EXPECT_TRUE(inner.TakeDirtyRegion().IsEmpty());
+  for (CViewImpl* v : {&view, &inner, &outer}) v->IView_Release();
+}
+
+TEST_F(ViewInvalidationTest, WhatNeverReachedTheScreenStaysDirty) {
+  CViewImpl& clip = fWindow.MakeView(fRoot, {0, 0, 100, 100}, "clip");
+  CViewImpl& page = fWindow.MakeView(clip, {0, -50, 100, 150}, "page");
+  SetModes(page, kViewDrawPermanent32, kAutoInvalidationFull);
+  EXPECT_EQ((Rects{{0, -50, 100, 150}}), page.TakeDirtyRegion().GetRects());
+  EXPECT_EQ((Rects{{0, -50, 100, 0}, {0, 100, 100, 150}}), page.TakeDirtyRegion().GetRects());
+  // It moves along, with the view itself as with a super view, and by new bounds of the same size.
+  page.IView_Offset(5, 20);
+  EXPECT_EQ((Rects{{5, -30, 105, 20}, {5, 120, 105, 170}}), page.TakeDirtyRegion().GetRects());
+  SetModes(page, kViewDrawPermanent32, kAutoInvalidationNone);
+  clip.IView_Offset(-5, 0);
+  EXPECT_EQ((Rects{{0, -30, 100, 0}, {95, 0, 100, 100}, {0, 100, 100, 170}}),
+            page.TakeDirtyRegion().GetRects());
+  SetRect(page, {1, -30, 101, 170});
+  EXPECT_EQ((Rects{{1, -30, 101, 0}, {96, 0, 101, 100}, {1, 100, 101, 170}}),
+            page.TakeDirtyRegion().GetRects());
+  page.IView_Release();
+  clip.IView_Release();
+}
+
+// Bits move inside the bitmap; only what comes into sight is dirty.
+TEST_F(ViewInvalidationTest, OnlySubViewOfABufferScrolls) {
+  const struct {
+    const char* name;
+    TRect page;
+    std::int32_t dx, dy;
+    Rects dirty;
+    bool markMoves;  // the mark at (20, 20) of the window
+  } rows[] = {{"down", {0, -500, 110, 500}, 0, -5, {{10, 85, 110, 90}}, true},
+              {"diagonal", {10, 10, 110, 90}, 3, 5, {{10, 10, 110, 15}, {10, 15, 13, 90}}, true},
+              {"far", {0, 0, 300, 300}, 0, 100, {{10, 10, 110, 90}}, false},
+              {"into sight", {0, 100, 300, 300}, 0, -50, {{10, 50, 110, 90}}, false},
+              {"not at all", {0, 0, 200, 200}, 0, 0, {}, true},
+              {"out of this world",
+               {0, 0, 200, 200},
+               std::numeric_limits<std::int32_t>::min(),
+               0,
+               {{10, 10, 110, 90}},
+               false}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    CViewImpl& frame = fWindow.MakeView(fRoot, {10, 10, 110, 90}, "frame");
+    CViewImpl& page = fWindow.MakeView(frame, row.page, "page");
+    CViewImpl& item = fWindow.MakeView(page, {20, 20, 21, 21}, "item");
+    SetModes(page, kViewDrawDirect, kAutoInvalidationFull);
+    SetModes(item, kViewDrawDirect, kAutoInvalidationFull);
+    SetModes(frame, kViewDrawPermanent32, kAutoInvalidationNone);
+    frame.TakeDirtyRegion();
+    const boost::shared_ptr<CBufferBitmap> bitmap = frame.GetBitmapForDrawing();
+    std::uint32_t* const pixels = static_cast<std::uint32_t*>(bitmap->OpenPixels());
+    const auto pixel = [&](int x, int y) -> std::uint32_t& { return pixels[(y - 10) * 100 + (x - 10)]; };
+    pixel(20, 20) = 0x123456;
+    fWindow.Reset();
+    EXPECT_EQ(kOK, page.IView_Offset(row.dx, row.dy));
+    EXPECT_EQ(row.dirty, frame.TakeDirtyRegion().GetRects());
+    EXPECT_EQ((Rects{frame.GetBounds()}), fWindow.fInvalidRects);
+    EXPECT_EQ(1, fWindow.fToolRectsMarked);
+    EXPECT_EQ(2u, fWindow.fLog.size());
+    if (row.markMoves) {
+      EXPECT_EQ(0x123456u, pixel(20 + row.dx, 20 + row.dy));
+    }
+    bitmap->ClosePixels(pixels);
+    for (CViewImpl* view : {&item, &page, &frame}) view->IView_Release();
+  }
+}
+
+TEST_F(ViewInvalidationTest, NoScrollingBesideOthers) {
+  CViewImpl& frame = fWindow.MakeView(fRoot, {0, 0, 100, 100}, "frame");
+  CViewImpl& page = fWindow.MakeView(frame, {0, 0, 50, 50}, "page");
+  CViewImpl& gone = fWindow.MakeView(frame, {0, 0, 50, 50}, "gone");
+  CViewImpl& leaf = fWindow.MakeView(gone, {0, 0, 50, 50}, "leaf");
+  SetModes(page, kViewDrawDirect, kAutoInvalidationFull);
+  SetModes(frame, kViewDrawPermanent32, kAutoInvalidationNone);
+  frame.TakeDirtyRegion();
+  page.IView_Offset(10, 0);
+  EXPECT_EQ((Rects{{0, 0, 60, 50}}), frame.TakeDirtyRegion().GetRects());
+  // One that is gone is not shown, and counts for nothing.
+  gone.IView_Release();
+  page.IView_Offset(10, 0);
+  EXPECT_EQ((Rects{{10, 0, 20, 50}}), frame.TakeDirtyRegion().GetRects());
+  for (CViewImpl* view : {&leaf, &page, &frame}) view->IView_Release();
+}
+
+TEST_F(ViewInvalidationTest, OffsetTellsTheWholeSubtree) {
+  CViewImpl& group = fWindow.MakeView(fRoot, {0, 0, 50, 50}, "group");
+  CViewImpl& a = fWindow.MakeView(group, {0, 0, 20, 20}, "a");
+  CViewImpl& b = fWindow.MakeView(group, {20, 0, 40, 20}, "b");
+  EXPECT_EQ(kOK, group.IView_Offset(3, -1));
+  EXPECT_EQ((Log{"group Offset 3 -1", "a Offset 3 -1", "b Offset 3 -1"}), fWindow.fLog);
+  EXPECT_TRUE(fWindow.fInvalidRects.empty());
+  // A failure stops the walk where it is.
+  BehaviorOf(a).fError = 100009;
+  EXPECT_EQ(100009u, group.IView_Offset(1, 1));
+  EXPECT_EQ((TRect{4, 0, 54, 50}), group.GetBounds());
+  EXPECT_EQ((TRect{4, 0, 24, 20}), a.GetBounds());
+  EXPECT_EQ((TRect{23, -1, 43, 19}), b.GetBounds());
+  for (CViewImpl* view : {&a, &b, &group}) view->IView_Release();
+  EXPECT_EQ(kBadInputProgrammingError, fRoot.IView_Offset(1, 1));
+  EXPECT_EQ(std::vector<std::string>{"superView != NULL"}, fOutput.fAssertions);
+  EXPECT_EQ((TRect{0, 0, 400, 300}), fRoot.GetBounds());
+  fOutput.Reset();
+}
+
+TEST_F(ViewInvalidationTest, ViewsStopAtTheEdgeOfTheWorld) {
+  constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
+  constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
+  for (const TViewDrawMode mode : {kViewDrawDirect, kViewDrawPermanent32})
+    for (std::uint32_t invalidation = 4700; invalidation <= 4703; ++invalidation) {
+      CViewImpl& view = fWindow.MakeView(fRoot, {10, 20, 30, 50}, "view");
+      CViewImpl& sub = fWindow.MakeView(view, {10, 20, 15, 30}, "sub");
+      SetModes(view, mode, static_cast<TAutoInvalidation>(invalidation));
+      SetModes(sub, mode, static_cast<TAutoInvalidation>(invalidation));
+      EXPECT_EQ(kOK, view.IView_Offset(kMax, kMin));
+      EXPECT_EQ(kOK, view.IView_Offset(kMax, kMin));
+      EXPECT_EQ((TRect{kMax - 20, kMin, kMax, kMin + 30}), view.GetBounds());
+      EXPECT_EQ(kOK, view.IView_Offset(kMin, kMax));
+      EXPECT_EQ(20, RectWidth(view.GetBounds()));
+      EXPECT_EQ(kOK, SetRect(view, {kMin, kMin, kMin + 20, kMin + 30}));
+      EXPECT_EQ(kOK, SetRect(view, {kMax - 20, kMax - 30, kMax, kMax}));
+      // A bitmap of that size cannot be had.
+      EXPECT_EQ(mode == kViewDrawDirect, SetRect(view, {kMin, kMin, kMax, kMax}) == kOK);
+      view.InvalidateRect({kMin, kMin, kMax, kMax}, {kMin, kMin, kMax, kMax});
+      sub.IView_Release();
+      view.IView_Release();
+    }
+}
+
+// --- Random trees ---
+
+// A set of pixels, slow and obvious.
+class PixelSet {
+ public:
+  static constexpr std::int32_t kFirst = -40;
+  static constexpr std::int32_t kEnd = 80;
+
+  PixelSet() : fPixels((kEnd - kFirst) * (kEnd - kFirst)) {}
+  explicit PixelSet(const CRegion& region) : PixelSet() {
+    for (const TRect& rect : region.GetRects()) Add([&](const TPoint& p) { return IsPointInRect(p, rect); });
+  }
+  // Adds the pixels for which `contains` holds.
+  template <class TContains>
+  void Add(const TContains& contains) {
+    for (TPoint p{0, kFirst}; p.fY < kEnd; ++p.fY)
+      for (p.fX = kFirst; p.fX < kEnd; ++p.fX)
+        if (contains(p)) fPixels[Index(p)] = 1;
+  }
+  void Move(std::int32_t dx, std::int32_t dy) {
+    const PixelSet old = *this;
+    fPixels.assign(fPixels.size(), 0);
+    Add([&](const TPoint& p) { return old.Has({p.fX - dx, p.fY - dy}); });
+  }
+  bool Has(const TPoint& p) const {
+    return p.fX >= kFirst && p.fX < kEnd && p.fY >= kFirst && p.fY < kEnd && fPixels[Index(p)];
+  }
+  bool operator==(const PixelSet& other) const { return fPixels == other.fPixels; }
+  TPoint FirstDifference(const PixelSet& other) const {
+    for (TPoint p{0, kFirst}; p.fY < kEnd; ++p.fY)
+      for (p.fX = kFirst; p.fX < kEnd; ++p.fX)
+        if (Has(p) != other.Has(p)) return p;
+    return {};
+  }
+
+ private:
+  static std::size_t Index(const TPoint& p) { return (p.fY - kFirst) * (kEnd - kFirst) + (p.fX - kFirst); }
+
+  std::vector<char> fPixels;
+};
+
+// One view as the rules know it. All questions are asked pixel by pixel.
+struct Model {
+  using Contains = std::function<bool(const TPoint&)>;
+
+  Model* fSuperView = nullptr;
+  std::vector<Model*> fSubViews;
+  PixelSet* fScreen = nullptr;  // what the window has to paint
+  CViewImpl* fView = nullptr;   // the real one
+  TRect fRect = {};
+  TViewDrawMode fMode = kViewDrawDirect;
+  TAutoInvalidation fInvalidation = kAutoInvalidationNone;
+  PixelSet fDirty;  // while buffered
+
+  bool IsBuffered() const { return fMode == kViewDrawPermanent16 || fMode == kViewDrawPermanent32; }
+  bool IsInClip(const TPoint& p) const {
+    return IsPointInRect(p, fRect) && (!fSuperView || fSuperView->IsInClip(p));
+  }
+  // The nearest buffer takes its part of what is in both, the window all of it.
+  void Invalidate(const Contains& contains, const Contains& clip) {
+    Model* buffered = this;
+    while (buffered && !buffered->IsBuffered()) buffered = buffered->fSuperView;
+    const auto isDirty = [&](const TPoint& p) { return contains(p) && clip(p); };
+    if (buffered)
+      buffered->fDirty.Add([&](const TPoint& p) { return isDirty(p) && IsPointInRect(p, buffered->fRect); });
+    fScreen->Add(isDirty);
+  }
+  static Contains In(const TRect& rect) {
+    return [rect](const TPoint& p) { return IsPointInRect(p, rect); };
+  }
+  static Contains InOne(const TRect& a, const TRect& b) {
+    return [a, b](const TPoint& p) { return IsPointInRect(p, a) != IsPointInRect(p, b); };
+  }
+  Contains Clip() {
+    return [this](const TPoint& p) { return IsInClip(p); };
+  }
+  // True if both rectangles are dirty as a whole.
+  bool InvalidateMoved(const TRect& old, const Contains& oldClip, const Contains& newClip) {
+    const bool sameCorner = old.fLeft == fRect.fLeft && old.fTop == fRect.fTop;
+    if (fInvalidation == kAutoInvalidationFull ||
+        (fInvalidation == kAutoInvalidationDifferenceTopLeft && !sameCorner)) {
+      Invalidate(In(old), oldClip);
+      Invalidate(In(fRect), newClip);
+      return true;
+    }
+    if (fInvalidation != kAutoInvalidationNone) Invalidate(InOne(old, fRect), oldClip);
+    return false;
+  }
+  void SetParams(const TRect& rect, TViewDrawMode mode, TAutoInvalidation invalidation) {
+    fInvalidation = invalidation;
+    const TRect old = fRect;
+    fRect = rect;
+    if (!(old == rect)) {
+      const auto side = [](std::int64_t length) { return std::max<std::int64_t>(1, length); };
+      if (side(RectWidth(old)) != side(RectWidth(rect)) || side(RectHeight(old)) != side(RectHeight(rect)))
+        AllDirty();
+      else if (IsBuffered())
+        fDirty.Move(rect.fLeft - old.fLeft, rect.fTop - old.fTop);
+      if (fSuperView) {
+        InvalidateMoved(old, fSuperView->Clip(), fSuperView->Clip());
+        if (fInvalidation == kAutoInvalidationNone && !fSubViews.empty())
+          Invalidate(InOne(old, rect), fSuperView->Clip());
+      }
+    }
+    if (mode != fMode) AllDirty();
+    fMode = mode;
+  }
+  void AllDirty() {
+    fDirty = PixelSet();
+    fDirty.Add(In(fRect));
+  }
+  // What lies outside the super view has not reached the screen.
+  void TakeDirty() {
+    fDirty = PixelSet();
+    fDirty.Add(
+        [&](const TPoint& p) { return IsPointInRect(p, fRect) && !IsPointInRect(p, fSuperView->fRect); });
+  }
+  void Offset(std::int32_t dx, std::int32_t dy) {
+    Model& super = *fSuperView;
+    const TRect moved = OffsetRectBy(fRect, dx, dy);
+    bool handled = false;
+    if (IsBuffered()) {
+      super.Invalidate(In(fRect), In(super.fRect));
+      super.Invalidate(In(moved), In(super.fRect));
+      handled = true;
+    } else if (super.IsBuffered() && super.fSubViews.size() == 1) {
+      super.fDirty.Move(dx, dy);
+      bool wasSeen = false;
+      const auto wasVisible = [&](const TPoint& p) {
+        return IsPointInRect(p, fRect) && IsPointInRect(p, super.fRect);
+      };
+      PixelSet uncovered;
+      uncovered.Add([&](const TPoint& p) {
+        wasSeen = wasSeen || wasVisible(p);
+        return wasVisible(p) && !wasVisible({p.fX - dx, p.fY - dy});
+      });
+      super.fDirty.Add([&](const TPoint& p) {
+        return wasSeen ? uncovered.Has(p) : IsPointInRect(p, moved) && IsPointInRect(p, super.fRect);
+      });
+      super.fSuperView->Invalidate(In(super.fRect), In(super.fSuperView->fRect));
+      handled = true;
+    }
+    MoveSubtree(dx, dy, super.Clip(), handled);
+  }
+  void MoveSubtree(std::int32_t dx, std::int32_t dy, const Contains& clip, bool handled) {
+    const TRect old = fRect;
+    fRect = OffsetRectBy(fRect, dx, dy);
+    if (IsBuffered()) fDirty.Move(dx, dy);
+    if (!handled) handled = InvalidateMoved(old, clip, Clip());
+    for (Model* subView : fSubViews) subView->MoveSubtree(dx, dy, clip, handled);
+  }
+  // The view that is seen at a pixel, or null. Later ones lie on top.
+  const Model* SeenAt(const TPoint& p) const {
+    if (!IsPointInRect(p, fRect)) return nullptr;
+    for (auto i = fSubViews.rbegin(); i != fSubViews.rend(); ++i)
+      if (const Model* seen = (*i)->SeenAt(p)) return seen;
+    return this;
+  }
+};
+
+class RandomTree {
+ public:
+  explicit RandomTree(std::uint32_t seed) : fRandom(seed) {
+    for (int i = 0; i < 7; ++i) {
+      fModels.push_back(std::make_unique<Model>());
+      Model& model = *fModels.back();
+      model.fScreen = &fScreen;
+      if (i == 0) {
+        model.fView = &fWindow.Root();
+        model.fRect = model.fView->GetBounds();
+        continue;
+      }
+      model.fSuperView = fModels[Number(0, i - 1)].get();
+      model.fSuperView->fSubViews.push_back(&model);
+      model.fRect = SomeRect();
+      model.fInvalidation = kAutoInvalidationFull;
+      model.fView = &fWindow.MakeView(*model.fSuperView->fView, model.fRect, "view");
+      SetModes(*model.fView, kViewDrawDirect, kAutoInvalidationFull);
+    }
+  }
+  ~RandomTree() {
+    for (std::size_t i = fModels.size(); --i > 0;) fModels[i]->fView->IView_Release();
+  }
+
+  // One random change, to a view and to its model. Returns what it was.
+  const char* Step(bool withNone) {
+    Model& model = *fModels[Number(1, 6)];
+    fWindow.Reset();
+    fScreen = PixelSet();
+    switch (Number(0, 4)) {
+      case 0:
+        return TakeDirtyRegion(model);
+      case 1: {
+        const TRect rect = SomeRect();
+        model.fView->InvalidateRect(rect, model.fView->GetClipBounds());
+        model.Invalidate(Model::In(rect), model.Clip());
+        return "InvalidateRect";
+      }
+      case 2: {
+        const std::int32_t dx = Number(-9, 9), dy = Number(-9, 9);
+        if (!HasRoom(model, dx, dy)) break;
+        model.fView->IView_Offset(dx, dy);
+        model.Offset(dx, dy);
+        return "IView_Offset";
+      }
+    }
+    // Often the same size, and often a place close by.
+    TRect rect = Number(0, 2) == 0 ? SomeRect() : OffsetRectBy(model.fRect, Number(-3, 3), Number(-3, 3));
+    if (!IsInRoom(rect)) rect = SomeRect();
+    if (Number(0, 3) == 0) rect.fRight += 2;
+    const TViewDrawMode mode =
+        Number(0, 2) == 0 ? static_cast<TViewDrawMode>(Number(6900, 6904)) : model.fMode;
+    const auto invalidation = static_cast<TAutoInvalidation>(Number(withNone ? 4700 : 4701, 4703));
+    model.fView->IView_SetParams({1, rect, mode, invalidation});
+    model.SetParams(rect, mode, invalidation);
+    return "IView_SetParams";
+  }
+  // Whether window and buffers have recorded what the model says.
+  void Compare() {
+    const PixelSet screen(fWindow.fInvalid);
+    EXPECT_TRUE(fScreen == screen) << "screen, from "
+                                   << testing::PrintToString(fScreen.FirstDifference(screen));
+    for (const auto& model : fModels) {
+      EXPECT_EQ(model->fRect, model->fView->GetBounds());
+      EXPECT_EQ(model->IsBuffered(), model->fView->GetDirtyRegion() != nullptr);
+      if (!model->IsBuffered()) continue;
+      const PixelSet dirty(*model->fView->GetDirtyRegion());
+      EXPECT_TRUE(model->fDirty == dirty)
+          << "buffer, from " << testing::PrintToString(model->fDirty.FirstDifference(dirty));
+      // Pixels that scrolled far out of a view would leave the model.
+      if (!IsInRoom(model->fView->GetDirtyRegion()->GetBounds())) TakeDirtyRegion(*model);
+    }
+  }
+  // Which view is seen at each pixel.
+  std::vector<const Model*> Picture() const {
+    std::vector<const Model*> picture;
+    for (TPoint p{0, PixelSet::kFirst}; p.fY < PixelSet::kEnd; ++p.fY)
+      for (p.fX = PixelSet::kFirst; p.fX < PixelSet::kEnd; ++p.fX) picture.push_back(fModels[0]->SeenAt(p));
+    return picture;
+  }
+  // Pixels that show another view than before without the window knowing.
+  int CountMissed(const std::vector<const Model*>& before, const std::vector<const Model*>& after) const {
+    const PixelSet screen(fWindow.fInvalid);
+    int missed = 0;
+    std::size_t i = 0;
+    for (TPoint p{0, PixelSet::kFirst}; p.fY < PixelSet::kEnd; ++p.fY)
+      for (p.fX = PixelSet::kFirst; p.fX < PixelSet::kEnd; ++p.fX, ++i)
+        missed += before[i] != after[i] && !screen.Has(p) ? 1 : 0;
+    return missed;
+  }
+
+ private:
+  static const char* TakeDirtyRegion(Model& model) {
+    if (model.IsBuffered()) {
+      EXPECT_EQ(model.fDirty, PixelSet(model.fView->TakeDirtyRegion()));
+      model.TakeDirty();
+    }
+    return "TakeDirtyRegion";
+  }
+  static bool IsInRoom(const TRect& rect) {
+    return rect.fLeft > PixelSet::kFirst + 12 && rect.fTop > PixelSet::kFirst + 12 &&
+           rect.fRight < PixelSet::kEnd - 12 && rect.fBottom < PixelSet::kEnd - 12;
+  }
+  static bool HasRoom(const Model& model, std::int32_t dx, std::int32_t dy) {
+    return IsInRoom(OffsetRectBy(model.fRect, dx, dy)) &&
+           std::all_of(model.fSubViews.begin(), model.fSubViews.end(),
+                       [&](const Model* subView) { return HasRoom(*subView, dx, dy); });
+  }
+  int Number(int first, int last) { return std::uniform_int_distribution<int>(first, last)(fRandom); }
+  TRect SomeRect() {
+    const std::int32_t left = Number(-8, 30), top = Number(-8, 30);
+    return {left, top, left + Number(0, 25), top + Number(0, 25)};
+  }
+
+  std::mt19937 fRandom;
+  FakeViewWindow fWindow{{0, 0, 40, 40}};
+  PixelSet fScreen;
+  std::vector<std::unique_ptr<Model>> fModels;
+};
+
+TEST(RandomViewTrees, DirtyPixelsAreThoseOfTheModel) {
+  for (std::uint32_t seed = 1; seed <= 80 && !testing::Test::HasFailure(); ++seed) {
+    RandomTree tree(seed);
+    for (int step = 0; step < 60 && !testing::Test::HasFailure(); ++step) {
+      const char* const what = tree.Step(true);
+      SCOPED_TRACE("seed " + std::to_string(seed) + ", step " + std::to_string(step) + ", " + what);
+      tree.Compare();
+    }
+  }
+}
+
+// Without mode None no client has to invalidate anything when views move.
+TEST(RandomViewTrees, WindowKnowsOfEveryPixelThatShowsAnotherView) {
+  for (std::uint32_t seed = 101; seed <= 125 && !testing::Test::HasFailure(); ++seed) {
+    RandomTree tree(seed);
+    std::vector<const Model*> before = tree.Picture();
+    for (int step = 0; step < 60 && !testing::Test::HasFailure(); ++step) {
+      const char* const what = tree.Step(false);
+      const std::vector<const Model*> after = tree.Picture();
+      EXPECT_EQ(0, tree.CountMissed(before, after)) << "seed " << seed << ", step " << step << ", " << what;
+      before = after;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace NSMorvane
