@@ -7,9 +7,6 @@
 
 namespace NSMorvane {
 
-// How many document windows live.
-extern int gDocumentWindowCount;
-
 class CDocumentWindowImpl : public CWinWindow, public CDocumentWindowGlue {
  public:
   CDocumentWindowImpl(CMorvaneImpl* morvane, TStyleFlags styleFlags, bool listedInWindowMenu);
@@ -17,6 +14,10 @@ class CDocumentWindowImpl : public CWinWindow, public CDocumentWindowGlue {
 
   // Once. The window owns it.
   void SetBehavior(std::unique_ptr<IDocumentWindowBehavior> behavior);
+
+  // The behaviour can end the window from within these two: they keep it to their end.
+  TError IDocumentWindow_SetState(const TDocumentWindowState& state) override;
+  TError IDocumentWindow_FocusNow() override;
 
  protected:
   bool CDocumentWindowGlue_CheckInvariant() const override;
@@ -40,6 +41,9 @@ class CDocumentWindowImpl : public CWinWindow, public CDocumentWindowGlue {
   bool OnMenuCommand(const TMenuCommandEvent& event) override;
 
  private:
+  // What to add to a rectangle of the client's to get a native placement.
+  TPoint ClientOffset() const;
+
   IMorvaneRunBehavior* fRunBehavior;  // a second copy
   std::unique_ptr<IDocumentWindowBehavior> fBehavior;
 };

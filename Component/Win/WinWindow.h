@@ -49,9 +49,6 @@ class CWinWindow;
 // Every window that the root object has wired up, in order of creation.
 extern std::vector<boost::weak_ptr<CWinWindow>> gWinWindows;
 
-// The window with this handle, or null.
-CWinWindow* FindWinWindow(HWND hwnd);
-
 class CWinWindow : public CWindowGlue,
                    public IModalOwner,
                    public IImplFocusTools,
@@ -116,6 +113,10 @@ class CWinWindow : public CWindowGlue,
   void SetFocusFromNative(CViewImpl* view);
   CViewImpl* GetFocusView() const { return fFocusView; }
   const std::vector<CViewImpl*>& GetTooltipViews() const { return fTooltipViews; }
+
+  // Behaviours can end the window from within these two: they keep it to their end.
+  TError IWindow_SetConceptualFocusView(IView* newConceptualFocusView) override;
+  TError IWindow_GetTabViews(IViewListReceiver& out) override;
 
   CViewImpl* IImplFocusTools_GetOnDutyFocusView() override { return fFocusView; }
   CViewImpl* IImplFocusTools_GetConceptualFocusView() override { return fFocusView; }
@@ -222,16 +223,20 @@ class CWinWindow : public CWindowGlue,
   // ---------------------------------------------------------------------------------------------------
 
   static LRESULT CALLBACK WindowStubProcCallback(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+  HWND ChooseNativeOwner();
   void MakeNativeWindow(DWORD style, DWORD exStyle, bool makeSizeGrip);
   void MakeRootView();
-  HWND ChooseNativeOwner();
-  void DestroyNativeParts();
+  void AddChildWindow(const boost::shared_ptr<CWinWindow>& childWindow);
+  void RemoveChildWindow(const CWinWindow* childWindow);
+  void KillWindowTimer();
+  void DismantleNativeWindow();
   void AddToHiddenWindows();
   void RemoveFromHiddenWindows();
 
   // --- Sizes, placement, title
   // --------------------------------------------------------------------------------
 
+  void TakeInitialState();
   TRect GetNormalRect(bool minimized, bool maximized) const;
   TSize GetClientSize() const;
   bool IsIdeal(const TRect& frameRect) const;

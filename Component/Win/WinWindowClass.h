@@ -56,6 +56,6 @@ class CWindowClassRef : CNotCopied {
 };
 
 // All live classes.
-extern std::vector<boost::shared_ptr<CWindowClass>> gWindowClasses;
+extern std::vector<boost::shared_ptr<CWindowClass>>& gWindowClasses;
 
 }  // namespace NSMorvane

@@ -1,0 +1,107 @@
+#include "Component/Win/WinWindowClass.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "Component/Win/UtilsWin.h"
+#include "Tests/Support/RecordingDebugOutput.h"
+
+namespace NSMorvane {
+
+namespace {
+
+using NSMorvaneTest::RecordingDebugOutput;
+
+const TString kName = u"Window Class Test";
+
+bool IsRegistered(const TString& name) {
+  WNDCLASSEXW info = {};
+  info.cbSize = sizeof(info);
+  return GetClassInfoExW(GetModuleHandleW(nullptr), WinText(name), &info) != 0;
+}
+
+TEST(WinWindowClass, KindsHaveTheirNamesAndIcons) {
+  const struct {
+    TWindowKind fKind;
+    const TChar* fName;
+    bool fHasIcon;
+  } kCases[] = {
+      {kWindowKindDocument, u"SkerryDocumentWindow", true},
+      {kWindowKindModelessDialog, u"SkerryModelessDialog", true},
+      {kWindowKindModalDialog, u"SkerryModalDialog", true},
+      {kWindowKindAlertBox, u"SkerryAlertBox", false},
+      {kWindowKindFloating, u"SkerryFloatingWindow", true},
+  };
+  RecordingDebugOutput output;
+  for (const auto& c : kCases) {
+    EXPECT_EQ(WindowClassName(c.fKind), c.fName);
+    EXPECT_EQ(WindowClassHasIcon(c.fKind), c.fHasIcon);
+  }
+  EXPECT_TRUE(output.fAssertions.empty());
+
+  EXPECT_EQ(WindowClassName(static_cast<TWindowKind>(5)), u"");
+  EXPECT_FALSE(WindowClassHasIcon(static_cast<TWindowKind>(5)));
+  EXPECT_EQ(output.fAssertions, (std::vector<std::string>{"false", "false"}));
+}
+
+TEST(WinWindowClass, IsRegisteredAsLongAsSomebodyUsesIt) {
+  RecordingDebugOutput output;
+  const std::size_t others = gWindowClasses.size();
+  auto first = std::make_unique<CWindowClassRef>(kName, DefWindowProcW, nullptr);
+  auto second = std::make_unique<CWindowClassRef>(kName, DefWindowProcW, nullptr);
+  EXPECT_EQ(gWindowClasses.size(), others + 1);
+  first.reset();
+  EXPECT_TRUE(IsRegistered(kName));
+  second.reset();
+  EXPECT_FALSE(IsRegistered(kName));
+  EXPECT_EQ(gWindowClasses.size(), others);
+
+  // And once more from the start.
+  const CWindowClassRef third(kName, DefWindowProcW, nullptr);
+  EXPECT_TRUE(IsRegistered(kName));
+  EXPECT_TRUE(output.fAssertions.empty());
+}
+
+TEST(WinWindowClass, TellsTheSystemWhatAWindowNeeds) {
+  const HICON icon = LoadIconW(nullptr, IDI_APPLICATION);
+  const CWindowClassRef windowClass(kName, DefWindowProcW, icon);
+  WNDCLASSEXW info = {};
+  info.cbSize = sizeof(info);
+  ASSERT_TRUE(GetClassInfoExW(GetModuleHandleW(nullptr), WinText(kName), &info));
+  EXPECT_EQ(info.style, 11u);
+  EXPECT_EQ(info.lpfnWndProc, DefWindowProcW);
+  EXPECT_EQ(info.hIcon, icon);
+  EXPECT_EQ(info.hIconSm, icon);
+  EXPECT_EQ(info.hCursor, LoadCursorW(nullptr, IDC_ARROW));
+  EXPECT_EQ(info.hbrBackground, nullptr);
+  EXPECT_EQ(info.lpszMenuName, nullptr);
+}
+
+// As for a window of no kind: nothing is registered, and nothing left in the list.
+TEST(WinWindowClass, AClassThatTheSystemRefusesLeavesNothingBehind) {
+  RecordingDebugOutput output;
+  const std::size_t others = gWindowClasses.size();
+  EXPECT_THROW(CWindowClassRef(u"", DefWindowProcW, nullptr), std::exception);
+  EXPECT_EQ(gWindowClasses.size(), others);
+  EXPECT_TRUE(output.fAssertions.empty());
+}
+
+// A window that is still there keeps the system from taking the class back; that is reported.
+TEST(WinWindowClass, ReportsAClassStillInUse) {
+  RecordingDebugOutput output;
+  HWND window = nullptr;
+  {
+    const CWindowClassRef windowClass(kName, DefWindowProcW, nullptr);
+    window = CreateWindowExW(0, WinText(kName), L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr,
+                             GetModuleHandleW(nullptr), nullptr);
+    ASSERT_NE(window, nullptr);
+  }
+  EXPECT_EQ(output.fAssertions, std::vector<std::string>{"ucResult"});
+  DestroyWindow(window);
+  EXPECT_TRUE(UnregisterClassW(WinText(kName), GetModuleHandleW(nullptr)));
+}
+
+}  // namespace
+
+}  // namespace NSMorvane
