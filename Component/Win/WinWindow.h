@@ -272,11 +272,15 @@ class CWinWindow : public CWindowGlue,
   void PreDispatch(const TWinMessage& message);
   // Passes a message on to the next listener of the native window, and so to the native procedure.
   LRESULT ForwardMessage(const TWinMessage& message);
-  void OnCloseRequest();
+  LRESULT AnswerQueryEndSession();
+  void CallMsgEventListeners(TWinMessage& message, LRESULT& inOutResult);
+  void CallControlListener(HWND controlHwnd, TWinMessage& message);
 
   // --- System (WinWindowSystem.cpp)
   // ---------------------------------------------------------------------------
 
+  void GrayCloseCommand();
+  void OnCloseRequest();
   // True if the command has been dealt with.
   bool OnMaximizeCommand();
   void OnGetMinMaxInfo(MINMAXINFO& info);
@@ -292,9 +296,10 @@ class CWinWindow : public CWindowGlue,
   void HandlePaint();
   void OnPaint(CPaintContext& target);
   void FillBackground(COffscreenContext& buffer);
-  void DrawRootView(COffscreenContext& buffer, const CRegion& dirtyRegion);
+  void DrawRootView(COffscreenContext& buffer, const CRegion& region);
   void FlashInvalidation(const TRectList& rects);
-  void FlashPaint(const CRegion& dirtyRegion);
+  void FlashPaint(CPaintContext& target);
+  void DrawMouseViewInfo();
 
   // --- Mouse
   // --------------------------------------------------------------------------------------------------
@@ -313,6 +318,7 @@ class CWinWindow : public CWindowGlue,
   // --- Keyboard
   // -----------------------------------------------------------------------------------------------
 
+  void NotifyModifierListeners(const TWinKeyMessage& message);
   void DispatchKeyDown(const TWinKeyMessage& message, bool& outHandled);
   void DispatchKeyUp(const TWinKeyMessage& message, bool& outHandled);
 

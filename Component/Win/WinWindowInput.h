@@ -13,10 +13,12 @@ namespace NSMorvane {
 // The cursor that goes before all others, or null.
 extern HCURSOR gOverrideCursor;
 
+enum : std::int32_t { kNoButton = 0, kLeftButton = 1, kRightButton = 2 };
+
 struct TMouseMessage {
   TPoint fPosition;          // in client coordinates
   std::int32_t fClickCount;  // 0, 1 or 2
-  std::int32_t fButton;      // 0 none, 1 left, 2 right
+  std::int32_t fButton;      // kNoButton, kLeftButton, kRightButton
   std::int32_t fWheelDelta;  // in the units of the platform, 120 to a notch
 };
 
