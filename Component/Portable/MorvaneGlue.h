@@ -400,8 +400,8 @@ class CDrawToolsGlue : public IDrawTools {
   // Around the drawing of one view: its bounds cut the dirty region, together with those of its super views.
   void PushViewBounds(const TRect& bounds);
   void PopViewBounds(const TRect& bounds);
-  // After a behaviour has had the tools: port or pixels that it has left open are reported and closed, so that
-  // the next one can draw.
+  // After a behaviour has had the tools: port or pixels that it has left open are reported and closed, so
+  // that the next one can draw.
   void CloseWhatIsLeftOpen();
 
   virtual TNativePort CDrawToolsGlue_GetNativePort() = 0;

@@ -21,8 +21,8 @@ TError CodeThrownBy(Function function) {
 }  // namespace
 
 TEST(Frame, CodesAndExceptionsConvertBothWays) {
-  for (TError code : {12000u, 12001u, 12002u, 12003u, 12004u, 12005u, 12006u, 12007u, 12008u, 12009u, 100000u,
-                      4000000000u})
+  for (TError code :
+       {12000u, 12001u, 12002u, 12003u, 12004u, 12005u, 12006u, 12007u, 12008u, 12009u, 100000u, 4000000000u})
     EXPECT_EQ(code, CodeThrownBy([&] { ThrowError(code); }));
   // One way only: these become plain logic errors.
   for (TError code : {12010u, 5u, 0u, 11999u, 12011u, 99999u})
