@@ -1,17 +1,23 @@
 // Defaults and small helpers for clients. Optional, and header-only: nothing in it crosses the boundary to
 // the library.
 //
-//   CDefault...            a default for each behaviour that a client implements. Everything answers kOK and
-//   nothing is
-//                          handled, so that a behaviour overrides just what it needs.
-//   CopyText, TextOf       texts into the fixed arrays of records.
-//   CVector...Receiver    receivers that collect into a vector or a string.
-//   CReleasePtr            an owning pointer that ends an interface by its release operation.
-//   C...Factory            factories that make a behaviour of a given type.
-//   COpenPort              the native port of a drawing, for the length of a block.
+//   RunApplication          all of a main program: the root object, the run, the exit code.
+//   CDefault...             a default for each behaviour that a client implements. Everything answers kOK and
+//                           nothing is handled, so that a behaviour overrides just what it needs.
+//   CreateDocumentWindow    a document window with a behaviour of a given type, in one call.
+//   CViewOf                 a view with a behaviour of a given type, made in one call, which ends with its
+//                           owner.
+//   RootViewOf, ChangeState and their like: what takes two calls or more of the interfaces.
+//   COpenPort, COpenPixels  the port or the pixels of a drawing, for the length of a block.
+//   Guarded, ThrowIfFailed  exceptions inside the client, error codes at the boundary.
+//   CopyText, TextOf        texts into and out of the fixed arrays of records.
+//   C...Receiver            receivers that collect into a vector.
+//   CReleasePtr             an owning pointer that ends an interface by its release operation.
+//   C...Factory             factories that make a behaviour of a given type.
 #pragma once
 
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -21,6 +27,37 @@
 #include "Morvane.h"
 
 namespace NSMorvane {
+
+// --- Failures
+//
+// Nothing may be thrown across the boundary. Inside, a client may work with exceptions all the same.
+
+// Carries an error code out of the client's own functions.
+struct XFailed {
+  TError fError;
+};
+
+inline void ThrowIfFailed(TError error) {
+  if (error != kOK) throw XFailed{error};
+}
+
+// Calls `body`, which returns a TError, and turns what it throws into one: the code of an XFailed,
+// kOutOfMemoryError, or kOtherError for anything else.
+//   TError IViewBehavior_Draw(IDrawTools& tools) override {
+//     return Guarded([&] { ...; return kOK; });
+//   }
+template <class TBody>
+TError Guarded(TBody&& body) {
+  try {
+    return body();
+  } catch (const XFailed& failed) {
+    return failed.fError;
+  } catch (const std::bad_alloc&) {
+    return kOutOfMemoryError;
+  } catch (...) {
+    return kOtherError;
+  }
+}
 
 // --- Texts
 
@@ -109,19 +146,17 @@ using CReleasePtr = std::unique_ptr<TInterface, CReleaser>;
 // A factory that makes a TBehavior with the new view or window as its first argument and whatever else it was
 // given:
 //   CViewFactory<CGridView, CDocument&> factory(document);
-// The behaviour's constructor must not throw across the boundary: what it throws becomes kOtherError.
+// What the behaviour's constructor throws becomes an error code, as in Guarded.
 template <class TBehavior, class TInterface, class... TArguments>
 TBehavior* MakeBehavior(TInterface& object, TError& outError, const std::tuple<TArguments...>& arguments) {
-  try {
-    TBehavior* const behavior = std::apply(
+  TBehavior* behavior = nullptr;
+  outError = Guarded([&] {
+    behavior = std::apply(
         [&](auto&&... argument) { return new TBehavior(object, static_cast<TArguments>(argument)...); },
         arguments);
-    outError = kOK;
-    return behavior;
-  } catch (...) {
-    outError = kOtherError;
-    return nullptr;
-  }
+    return TError{kOK};
+  });
+  return behavior;
 }
 
 template <class TBehavior, class... TArguments>
@@ -211,10 +246,136 @@ class CFloatingWindowFactory : public IFloatingWindowBehaviorFactory {
   TBehavior* fMade = nullptr;
 };
 
+// --- Windows
+
+// The operations that all kinds of windows have, found by the kind.
+template <class TKind>
+struct TWindowTraits;
+template <>
+struct TWindowTraits<IDocumentWindow> {
+  using TState = TDocumentWindowState;
+  static constexpr auto kGetState = &IDocumentWindow::IDocumentWindow_GetState;
+  static constexpr auto kSetState = &IDocumentWindow::IDocumentWindow_SetState;
+  static constexpr auto kGetWindow = &IDocumentWindow::IDocumentWindow_GetWindow;
+};
+template <>
+struct TWindowTraits<IModelessDialog> {
+  using TState = TModelessDialogState;
+  static constexpr auto kGetState = &IModelessDialog::IModelessDialog_GetState;
+  static constexpr auto kSetState = &IModelessDialog::IModelessDialog_SetState;
+  static constexpr auto kGetWindow = &IModelessDialog::IModelessDialog_GetWindow;
+};
+template <>
+struct TWindowTraits<IModalDialog> {
+  using TState = TModalDialogState;
+  static constexpr auto kGetState = &IModalDialog::IModalDialog_GetState;
+  static constexpr auto kSetState = &IModalDialog::IModalDialog_SetState;
+  static constexpr auto kGetWindow = &IModalDialog::IModalDialog_GetWindow;
+};
+template <>
+struct TWindowTraits<IFloatingWindow> {
+  using TState = TFloatingWindowState;
+  static constexpr auto kGetState = &IFloatingWindow::IFloatingWindow_GetState;
+  static constexpr auto kSetState = &IFloatingWindow::IFloatingWindow_SetState;
+  static constexpr auto kGetWindow = &IFloatingWindow::IFloatingWindow_GetWindow;
+};
+
+// Changes something of a window's state and leaves the rest:
+//   ChangeState(window, [](auto& state) { CopyText(state.fTitle, u"Hello"); });
+template <class TKind, class TChange>
+TError ChangeState(TKind& window, TChange&& change) {
+  typename TWindowTraits<TKind>::TState state;
+  const TError error = (window.*TWindowTraits<TKind>::kGetState)(state);
+  if (error != kOK) return error;
+  change(state);
+  return (window.*TWindowTraits<TKind>::kSetState)(state);
+}
+
+// What a window of any kind has in common with the others, and the view that all its views hang under. They
+// throw XFailed, and only for a window that is broken.
+template <class TKind>
+IWindow& WindowOf(TKind& window) {
+  IWindow* common = nullptr;
+  ThrowIfFailed((window.*TWindowTraits<TKind>::kGetWindow)(common));
+  return *common;
+}
+template <class TKind>
+IView& RootViewOf(TKind& window) {
+  IView* root = nullptr;
+  ThrowIfFailed(WindowOf(window).IWindow_GetRootView(root));
+  return *root;
+}
+
+// Makes and shows a document window whose behaviour is a TBehavior, made of the window and `arguments`; it is
+// listed in window menus. The window lives until it is released: by its behaviour, as a rule.
+template <class TBehavior, class... TArguments>
+TError CreateDocumentWindow(IMorvane& morvane, TStyleFlags style, TArguments&&... arguments) {
+  CDocumentWindowFactory<TBehavior, TArguments&&...> factory(std::forward<TArguments>(arguments)...);
+  TError error = kOK;
+  morvane.IMorvane_CreateDocumentWindow(factory, style, 1, error);
+  return error;
+}
+
+// --- Views
+
+// The parameters of an enabled view, with an empty rectangle until it is told where it stands.
+inline TViewParams ViewParams(TViewDrawMode drawMode = kViewDrawDirect,
+                              TAutoInvalidation autoInvalidation = kAutoInvalidationFull) {
+  return {kViewEnabled, {0, 0, 0, 0}, drawMode, autoInvalidation};
+}
+
+// The rectangle of a view, in window client coordinates; empty if the view is broken.
+inline TRect RectOf(IView& view) {
+  TViewParams params = ViewParams();
+  return view.IView_GetParams(params) == kOK ? params.fRect : TRect{0, 0, 0, 0};
+}
+
+inline TError SetRect(IView& view, const TRect& rect) {
+  TViewParams params = ViewParams();
+  const TError error = view.IView_GetParams(params);
+  if (error != kOK) return error;
+  params.fRect = rect;
+  return view.IView_SetParams(params);
+}
+
+// A view with a behaviour of the type TBehavior. The view ends with its owner:
+//   CViewOf<CGridView> fGrid;
+//   ThrowIfFailed(fGrid.Create(morvane, RootViewOf(window), "Grid", ViewParams(), document));
+//   fGrid->SetSpacing(20);
+// The owner is the window's behaviour, say, and not the behaviour of a super view: that one waits for its
+// subviews to go first, and both would stay for ever. Declare super views before their subviews.
+template <class TBehavior>
+class CViewOf {
+ public:
+  // Makes the view under `superView`, with a behaviour made of the view and `arguments`.
+  template <class... TArguments>
+  TError Create(IMorvane& morvane, IView& superView, const char* debugName, const TViewParams& params,
+                TArguments&&... arguments) {
+    CViewFactory<TBehavior, TArguments&&...> factory(std::forward<TArguments>(arguments)...);
+    TError error = kOK;
+    CReleasePtr<IView> view(morvane.IMorvane_CreateView(factory, superView, debugName, error));
+    if (!view) return error;
+    error = view->IView_SetParams(params);
+    if (error != kOK) return error;
+    fView = std::move(view);
+    fBehavior = factory.Made();
+    return kOK;
+  }
+  // The view, or null before Create.
+  IView* View() const { return fView.get(); }
+  // Its behaviour, or null.
+  TBehavior* operator->() const { return fBehavior; }
+  explicit operator bool() const { return fView != nullptr; }
+
+ private:
+  CReleasePtr<IView> fView;
+  TBehavior* fBehavior = nullptr;
+};
+
 // --- Defaults
 
-// Asks for no idle call before a second has passed. Override OnQuitEvent: without it the application never
-// quits.
+// Asks for no idle call before a second has passed. OnQuitEvent does nothing: override it, or derive from
+// CDefaultApplication.
 class CDefaultRunBehavior : public IMorvaneRunBehavior {
  public:
   TError IMorvaneRunBehavior_OnStartUp() override { return kOK; }
@@ -243,6 +404,16 @@ class CDefaultRunBehavior : public IMorvaneRunBehavior {
   TError IMorvaneRunBehavior_OnExitMenuLoop() override { return kOK; }
   TError IMorvaneRunBehavior_OnAppMessage(std::uint32_t, std::uint32_t) override { return kOK; }
   TError IMorvaneRunBehavior_OnUnhandledError(TError) override { return kOK; }
+};
+
+// Quits when it is asked to, and when its last document window has gone.
+class CDefaultApplication : public CDefaultRunBehavior {
+ public:
+  explicit CDefaultApplication(IMorvane& morvane) : fMorvane(morvane) {}
+  TError IMorvaneRunBehavior_OnQuitEvent() override { return fMorvane.IMorvane_StartQuitting(); }
+
+ protected:
+  IMorvane& fMorvane;
 };
 
 // Transparent to the mouse: override GetHitRects, or derive from CDefaultHitViewBehavior.
@@ -486,7 +657,7 @@ class CDefaultDebugOutput : public IDebugOutput {
   void IDebugOutput_Unindent() override {}
 };
 
-// --- The port of a drawing
+// --- Drawing
 
 // The native port, open for the length of its life; null if the tools refuse it.
 class COpenPort {
@@ -501,10 +672,57 @@ class COpenPort {
   COpenPort(const COpenPort&) = delete;
   COpenPort& operator=(const COpenPort&) = delete;
   HDC__* HDC() const { return fHDC; }
+  operator HDC__*() const { return fHDC; }
 
  private:
   IDrawTools& fTools;
   HDC__* fHDC = nullptr;
 };
+
+// The pixels, open for the length of its life; false if the tools refuse them.
+class COpenPixels {
+ public:
+  explicit COpenPixels(IDrawTools& tools)
+      : fTools(tools), fIsOpen(tools.IDrawTools_OpenRawPixels(fPixels) == kOK) {}
+  ~COpenPixels() {
+    if (fIsOpen) fTools.IDrawTools_CloseRawPixels();
+  }
+  COpenPixels(const COpenPixels&) = delete;
+  COpenPixels& operator=(const COpenPixels&) = delete;
+  explicit operator bool() const { return fIsOpen; }
+  const TRawPixels* operator->() const { return &fPixels; }
+
+ private:
+  IDrawTools& fTools;
+  TRawPixels fPixels = {};
+  bool fIsOpen;
+};
+
+// --- The application
+
+// The names of an application that goes away with its last window. What the user reads is the product's name.
+inline TStartupParams StartupParams(std::u16string_view company, std::u16string_view product) {
+  TStartupParams params = {};
+  CopyText(params.fCompanyName, company);
+  CopyText(params.fProductName, product);
+  CopyText(params.fDisplayName, product);
+  return params;
+}
+
+// Runs a TApplication, made of the root object and `arguments`, to its end. The result is an exit code for
+// main: 0, or the error code of what went wrong.
+//   int main() { return RunApplication<CHelloApplication>(StartupParams(u"Example", u"Hello")); }
+template <class TApplication, class... TArguments>
+int RunApplication(const TStartupParams& params, TArguments&&... arguments) {
+  TError error = kOK;
+  const std::unique_ptr<IMorvane> morvane(Morvane_Create("IMorvane", &error));
+  if (morvane) {
+    error = Guarded([&] {
+      return morvane->IMorvane_Run(new TApplication(*morvane, std::forward<TArguments>(arguments)...),
+                                   params);
+    });
+  }
+  return error == kOK ? 0 : static_cast<int>(error);
+}
 
 }  // namespace NSMorvane
