@@ -94,8 +94,8 @@ class CSketchDocument {
 
   // Puts a shape on top of all others, and behind the last comment of the file.
   void AppendShape(TShape shape);
-  // Puts a shape in front of the one that is at `index` now, or at the end. What RemoveShape gave for an index
-  // goes back to that index with every byte of its file.
+  // Puts a shape in front of the one that is at `index` now, or at the end. What RemoveShape gave for an
+  // index goes back to that index with every byte of its file.
   void InsertShape(std::size_t index, TShapeEntry entry);
   // Comments in front of the shape stay in the document, and are also in the entry returned.
   TShapeEntry RemoveShape(std::size_t index);
