@@ -271,9 +271,7 @@ void DrawSubViewsWithGlue(const TPass& pass, CSubViewIterator& subViews) {
     const TRect bounds = subView->GetBounds();
     TRect visible = bounds;
     if (!IntersectRect(visible, box)) continue;
-    DrawGuarded(*subView, [&] {
-      if (clip.Enter(bounds)) DrawEntered(pass, clip, *subView, bounds);
-    });
+    if (clip.Enter(bounds)) DrawGuarded(*subView, [&] { DrawEntered(pass, clip, *subView, bounds); });
   }
 }
 

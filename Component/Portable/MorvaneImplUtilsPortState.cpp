@@ -10,31 +10,25 @@ bool operator!=(const POINT& a, const POINT& b) { return a.x != b.x || a.y != b.
 
 }  // namespace
 
-// --- CPortAttributes
-// ----------------------------------------------------------------------------------------
+// --- CPortMapping
+// -------------------------------------------------------------------------------------------
 
-CPortAttributes::CPortAttributes(HDC hdc)
+CPortMapping::CPortMapping(HDC hdc)
     : fGraphicsMode(GetGraphicsMode(hdc)),
       fMapMode(GetMapMode(hdc)),
       fLayout(GetLayout(hdc)),
       fViewportOrigin(),
-      fWindowOrigin(),
-      fTextColour(GetTextColor(hdc)),
-      fBackgroundColour(GetBkColor(hdc)),
-      fBackgroundMode(GetBkMode(hdc)),
-      fRasterOperation(GetROP2(hdc)),
-      fTextAlign(GetTextAlign(hdc)) {
+      fWindowOrigin() {
   GetViewportOrgEx(hdc, &fViewportOrigin);
   GetWindowOrgEx(hdc, &fWindowOrigin);
 }
 
-void CPortAttributes::Restore(HDC hdc) const {
-  // The mapping from the inside out: a mode that changes resets what depends on it.
+void CPortMapping::Restore(HDC hdc) const {
   if (GetGraphicsMode(hdc) != fGraphicsMode) {
+    // A world transform stands in the way of the compatible mode.
     ModifyWorldTransform(hdc, nullptr, MWT_IDENTITY);
     SetGraphicsMode(hdc, fGraphicsMode);
   }
-  if (GetLayout(hdc) != fLayout) SetLayout(hdc, fLayout);
   if (GetMapMode(hdc) != fMapMode) SetMapMode(hdc, fMapMode);
   POINT origin = fViewportOrigin;
   GetViewportOrgEx(hdc, &origin);
@@ -42,22 +36,20 @@ void CPortAttributes::Restore(HDC hdc) const {
   origin = fWindowOrigin;
   GetWindowOrgEx(hdc, &origin);
   if (origin != fWindowOrigin) SetWindowOrgEx(hdc, fWindowOrigin.x, fWindowOrigin.y, nullptr);
-
-  if (GetTextColor(hdc) != fTextColour) SetTextColor(hdc, fTextColour);
-  if (GetBkColor(hdc) != fBackgroundColour) SetBkColor(hdc, fBackgroundColour);
-  if (GetBkMode(hdc) != fBackgroundMode) SetBkMode(hdc, fBackgroundMode);
-  if (GetROP2(hdc) != fRasterOperation) SetROP2(hdc, fRasterOperation);
-  if (GetTextAlign(hdc) != fTextAlign) SetTextAlign(hdc, fTextAlign);
-}
-
-bool CPortAttributes::IsPixelMapping() const {
-  return fGraphicsMode == GM_COMPATIBLE && fMapMode == MM_TEXT && fLayout == 0;
 }
 
 // --- CPortGuard
 // ---------------------------------------------------------------------------------------------
 
-CPortGuard::CPortGuard(HDC hdc) : fHDC(hdc), fAttributes(hdc), fObjects() {
+CPortGuard::CPortGuard(HDC hdc)
+    : fHDC(hdc),
+      fMapping(hdc),
+      fTextColour(GetTextColor(hdc)),
+      fBackgroundColour(GetBkColor(hdc)),
+      fBackgroundMode(GetBkMode(hdc)),
+      fRasterOperation(GetROP2(hdc)),
+      fTextAlign(GetTextAlign(hdc)),
+      fObjects() {
   for (std::size_t i = 0; i < std::size(kObjectTypes); ++i)
     fObjects[i] = GetCurrentObject(fHDC, kObjectTypes[i]);
 }
@@ -65,19 +57,40 @@ CPortGuard::CPortGuard(HDC hdc) : fHDC(hdc), fAttributes(hdc), fObjects() {
 CPortGuard::~CPortGuard() {
   for (std::size_t i = 0; i < std::size(kObjectTypes); ++i)
     if (GetCurrentObject(fHDC, kObjectTypes[i]) != fObjects[i]) SelectObject(fHDC, fObjects[i]);
-  fAttributes.Restore(fHDC);
+  SetTextColor(fHDC, fTextColour);
+  SetBkColor(fHDC, fBackgroundColour);
+  SetBkMode(fHDC, fBackgroundMode);
+  SetROP2(fHDC, fRasterOperation);
+  SetTextAlign(fHDC, fTextAlign);
+  fMapping.Restore(fHDC);
+}
+
+// --- CSizedRegion
+// -------------------------------------------------------------------------------------------
+
+HRGN CSizedRegion::GetFor(const TSize& size) {
+  if (!(size == fSize)) {
+    fSize = size;
+    fIsMade = false;
+    return nullptr;
+  }
+  if (!fIsMade) {
+    if (fRegion == nullptr) fRegion.reset(CreateRectRgn(0, 0, 0, 0));
+    fIsMade = fRegion != nullptr && SetRectRgn(fRegion.get(), 0, 0, size.fWidth, size.fHeight);
+  }
+  return fIsMade ? fRegion.get() : nullptr;
 }
 
 // --- CPortClip
 // ----------------------------------------------------------------------------------------------
 
-CPortClip::CPortClip(HDC hdc) : fHDC(hdc), fAttributes(hdc), fShape(kNothing), fBox(), fIsIntact(true) {
+CPortClip::CPortClip(HDC hdc) : fHDC(hdc), fMapping(hdc), fShape(kNothing), fBox(), fIsIntact(true) {
   RECT box = {};
   const int complexity = GetClipBox(hdc, &box);
   if (complexity == ERROR || complexity == NULLREGION) return;
   fBox = {box.left, box.top, box.right, box.bottom};
   if (IsEmptyRect(fBox)) return;
-  if (complexity == SIMPLEREGION && fAttributes.IsPixelMapping()) {
+  if (complexity == SIMPLEREGION && fMapping.IsPixelMapping()) {
     fShape = kOneRect;
     return;
   }
@@ -85,12 +98,12 @@ CPortClip::CPortClip(HDC hdc) : fHDC(hdc), fAttributes(hdc), fShape(kNothing), f
   fState.emplace(hdc);
   // The surface of a memory context is one rectangle, so its clip region alone makes the shape. What can be
   // drawn of a window may have any shape.
-  if (fState->GetClipRegion() == nullptr || !fAttributes.IsPixelMapping() || GetObjectType(hdc) != OBJ_MEMDC)
+  if (fState->GetClipRegion() == nullptr || !fMapping.IsPixelMapping() || GetObjectType(hdc) != OBJ_MEMDC)
     return;
-  POINT shift = {0, 0};
-  if (!DPtoLP(hdc, &shift, 1)) return;
+  const TPoint shift = fMapping.GetShift();
   for (const TRect& rect : CRegion(fState->GetClipRegion(), true).GetRects()) {
-    TRect logical = OffsetRectBy(rect, shift.x, shift.y);
+    TRect logical =
+        OffsetRectBy(rect, -static_cast<std::int64_t>(shift.fX), -static_cast<std::int64_t>(shift.fY));
     if (NSMorvane::IntersectRect(logical, fBox)) fRects.push_back(logical);
   }
   fShape = kRects;
@@ -123,15 +136,24 @@ void CPortClip::Renew(const TRect& bounds) {
 }
 
 void CPortClip::Leave() {
-  fAttributes.Restore(fHDC);
+  fMapping.Restore(fHDC);
   fIsIntact = false;
 }
 
-// `rect` lies in one rectangle of the shape and meets no other.
+// `rect` lies in one rectangle of the shape and meets no other, and the mapping is one of pixels.
 bool CPortClip::Select(const TRect& rect) {
-  if (!fIsIntact) SelectClipRgn(fHDC, nullptr);
+  int complexity = ERROR;
+  const HRGN region = fSizedRegion.GetFor({ToCoordinate(RectWidth(rect)), ToCoordinate(RectHeight(rect))});
+  if (region != nullptr) {
+    const TPoint shift = fMapping.GetShift();
+    SelectClipRgn(fHDC, region);
+    complexity = OffsetClipRgn(fHDC, ToCoordinate(static_cast<std::int64_t>(rect.fLeft) + shift.fX),
+                               ToCoordinate(static_cast<std::int64_t>(rect.fTop) + shift.fY));
+  } else {
+    if (!fIsIntact) SelectClipRgn(fHDC, nullptr);
+    complexity = IntersectClipRect(fHDC, rect.fLeft, rect.fTop, rect.fRight, rect.fBottom);
+  }
   fIsIntact = false;
-  const int complexity = IntersectClipRect(fHDC, rect.fLeft, rect.fTop, rect.fRight, rect.fBottom);
   return complexity != ERROR && complexity != NULLREGION;
 }
 

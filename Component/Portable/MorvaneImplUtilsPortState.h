@@ -1,30 +1,38 @@
-// What the drawing walk keeps of a drawing context, and puts back behind every view.
+// What the drawing walk keeps of a drawing context, and puts back.
 //
-// A full save and restore of a context costs more than drawing a small view does. So the walk keeps what it
-// must by hand: it reads the clip of a context once for all the subviews of a view, does the arithmetic
-// itself, gives each subview its clip with as few platform calls as possible, and puts the clip of the super
-// view back only behind the last one.
+// A full save and restore of a context costs several times what drawing a small view does, so the walk keeps
+// by hand what it must. Behind every view: clip and mapping, which tell where the next one lands. Behind
+// every pass over a context: attributes and selected objects too. The clip of a context is read once for all
+// the subviews of a view; the arithmetic is done here, each subview gets its clip with as few platform calls
+// as possible, and the clip of the super view comes back only behind the last one.
 #pragma once
 
 #include <windows.h>
 
+#include <iterator>
 #include <optional>
 
 #include "Component/Portable/BufferBitmap.h"
 #include "Component/Portable/MorvaneImplUtilsGeometry.h"
+#include "Component/Portable/NativeOwners.h"
 
 namespace NSMorvane {
 
-// The plain attributes of a context: those that can be read without a call into the platform's core. Of the
-// mapping that is graphics mode, layout, map mode and both origins; extents and a world transform are not
-// kept.
-class CPortAttributes {
+// Where logical coordinates lie in a context. Extents and a world transform are not kept.
+class CPortMapping {
  public:
-  explicit CPortAttributes(HDC hdc);
+  explicit CPortMapping(HDC hdc);
   // Writes only what differs.
   void Restore(HDC hdc) const;
   // Whether a logical unit is a pixel, counted to the right and down.
-  bool IsPixelMapping() const;
+  bool IsPixelMapping() const {
+    return fGraphicsMode == GM_COMPATIBLE && fMapMode == MM_TEXT && fLayout == 0;
+  }
+  // The device coordinates of the logical (0, 0), under a pixel mapping.
+  TPoint GetShift() const {
+    return {ToCoordinate(static_cast<std::int64_t>(fViewportOrigin.x) - fWindowOrigin.x),
+            ToCoordinate(static_cast<std::int64_t>(fViewportOrigin.y) - fWindowOrigin.y)};
+  }
 
  private:
   int fGraphicsMode;
@@ -32,14 +40,9 @@ class CPortAttributes {
   DWORD fLayout;
   POINT fViewportOrigin;
   POINT fWindowOrigin;
-  COLORREF fTextColour;
-  COLORREF fBackgroundColour;
-  int fBackgroundMode;
-  int fRasterOperation;
-  UINT fTextAlign;
 };
 
-// Keeps attributes and selected objects for the length of a pass over one context.
+// Keeps mapping, attributes of texts and lines, and selected objects for the length of a pass.
 class CPortGuard {
  public:
   explicit CPortGuard(HDC hdc);
@@ -51,8 +54,25 @@ class CPortGuard {
   static constexpr UINT kObjectTypes[] = {OBJ_FONT, OBJ_PEN, OBJ_BRUSH, OBJ_BITMAP};
 
   HDC fHDC;
-  CPortAttributes fAttributes;
+  CPortMapping fMapping;
+  COLORREF fTextColour;
+  COLORREF fBackgroundColour;
+  int fBackgroundMode;
+  int fRasterOperation;
+  UINT fTextAlign;
   HGDIOBJ fObjects[std::size(kObjectTypes)];
+};
+
+// A rectangular region at (0, 0) that is made once for many views of one size.
+class CSizedRegion {
+ public:
+  // Null if the size before this one was another, since it then pays to do without.
+  HRGN GetFor(const TSize& size);
+
+ private:
+  TRegionOwner fRegion;
+  TSize fSize = {};
+  bool fIsMade = false;
 };
 
 // The clip of a context as it stands when this is made, for views that are to be drawn within it, one after
@@ -70,7 +90,7 @@ class CPortClip {
   bool Enter(const TRect& bounds);
   // The same again for a view that has been entered, after others may have touched the clip.
   void Renew(const TRect& bounds);
-  // A view is through. Its attributes are undone at once; the clip is left to the next Enter, or to the end.
+  // A view is through. The mapping is put back at once; the clip is left to the next Enter, or to the end.
   void Leave();
 
  private:
@@ -87,12 +107,13 @@ class CPortClip {
   void BringBack();
 
   HDC fHDC;
-  CPortAttributes fAttributes;
+  CPortMapping fMapping;
   TShape fShape;
   TRect fBox;
   TRectList fRects;                      // from the top, in logical coordinates
   std::optional<CStateRestorer> fState;  // for kRects and kUnknown
   bool fIsIntact;                        // the clip of the context is still the one of this object
+  CSizedRegion fSizedRegion;
 };
 
 }  // namespace NSMorvane

@@ -1,0 +1,146 @@
+// A tree of views that draws without any native window.
+#pragma once
+
+#include <boost/weak_ptr.hpp>
+#include <functional>
+#include <vector>
+
+#include "Component/Portable/MorvaneImplUtilsDrawing.h"
+#include "Component/Portable/ViewImpl.h"
+#include "Tests/Support/Drawing.h"
+
+namespace NSMorvaneTest {
+
+// The window of such a tree: it takes note of nothing but what is invalidated.
+class TreeWindow : public IWindow, public IImplFocusTools, public IViewWindow {
+ public:
+  virtual ~TreeWindow() = default;
+
+  TError IWindow_GetNativeWindow(TNativeWindow&) override { return kUnsupported; }
+  TError IWindow_GetOnDutyFocusView(IView*&) override { return kUnsupported; }
+  TError IWindow_GetConceptualFocusView(IView*&) override { return kUnsupported; }
+  TError IWindow_SetConceptualFocusView(IView*) override { return kUnsupported; }
+  TError IWindow_GetTabViews(IViewListReceiver&) override { return kUnsupported; }
+  TError IWindow_SetTabViews(IView* const*, std::uint32_t) override { return kUnsupported; }
+  TError IWindow_GetRootView(IView*&) override { return kUnsupported; }
+  TError IWindow_IsActive(TFlag&) override { return kUnsupported; }
+  TError IWindow_GetFrameRect(TRect&) override { return kUnsupported; }
+  TError IWindow_FrameRectToClientRect(const TRect&, TRect&) override { return kUnsupported; }
+  TError IWindow_ClientRectToFrameRect(const TRect&, TRect&) override { return kUnsupported; }
+  TError IWindow_GetGlobalAlpha(std::uint8_t&) override { return kUnsupported; }
+  TError IWindow_SetGlobalAlpha(std::uint8_t) override { return kUnsupported; }
+
+  CViewImpl* IImplFocusTools_GetOnDutyFocusView() override { return nullptr; }
+  CViewImpl* IImplFocusTools_GetConceptualFocusView() override { return nullptr; }
+  void IImplFocusTools_SetConceptualFocusView(CViewImpl*) override {}
+  void IImplFocusTools_GetTabViews(std::vector<CViewImpl*>& out) override { out.clear(); }
+  void IImplFocusTools_SetTabViews(std::vector<CViewImpl*>) override {}
+
+  void InvalidateRect(const TRect&) override {}
+  void InvalidateRegion(const CRegion&) override {}
+  void MarkToolRectsDirty() override {}
+  std::uint32_t AddTool(CViewImpl&, const TString&) override { return 1; }
+  void UpdateToolText(std::uint32_t, CViewImpl&, const TString&) override {}
+  void RemoveTool(std::uint32_t, CViewImpl&) override {}
+};
+
+// Counts, and does what a test wants of it.
+class DrawingBehavior : public CDefaultViewBehavior {
+ public:
+  using TAction = std::function<TError(IDrawTools&)>;
+
+  TError IViewBehavior_Draw(IDrawTools& tools) override {
+    ++fDraws;
+    return fOnDraw ? fOnDraw(tools) : kOK;
+  }
+  TError IViewBehavior_PostProcessDraw(IDrawTools& tools) override {
+    ++fPostProcesses;
+    return fOnPostProcess ? fOnPostProcess(tools) : kOK;
+  }
+
+  TAction fOnDraw;
+  TAction fOnPostProcess;
+  int fDraws = 0;
+  int fPostProcesses = 0;
+};
+
+// Fills a rectangle through the native port.
+inline TError FillThroughPort(IDrawTools& tools, const TRect& rect, COLORREF colour) {
+  TNativePort port = {};
+  const TError error = tools.IDrawTools_OpenNativePort(port);
+  if (error != kOK) return error;
+  Fill(port.fHDC, rect, colour);
+  return tools.IDrawTools_CloseNativePort();
+}
+
+// One view with its behaviour. Both belong to the tree.
+struct TDrawnView {
+  CViewImpl* fView;
+  DrawingBehavior* fBehavior;
+
+  void SetMode(TViewDrawMode mode) const {
+    TViewParams params = fView->GetParams();
+    params.fDrawMode = mode;
+    fView->IView_SetParams(params);
+  }
+};
+
+// Whatever views are left at the end are released, the last made first.
+class DrawingTree {
+ public:
+  explicit DrawingTree(const TRect& bounds) {
+    TViewImplPtr view(new CViewImpl(nullptr, &fWindow));
+    boost::shared_ptr<DrawingBehavior> behavior(new DrawingBehavior);
+    fRoot = {view.get(), behavior.get()};
+    view->SetClientsViewReference(view);
+    view->SetBehavior(behavior);
+    view->SetBounds(bounds);
+    fViews.push_back(view);
+  }
+  ~DrawingTree() {
+    while (!fViews.empty()) {
+      if (const TViewImplPtr view = fViews.back().lock()) {
+        if (view->IsLive()) view->IView_Release();
+      }
+      fViews.pop_back();
+    }
+  }
+
+  TDrawnView Add(CViewImpl& superView, const TRect& bounds, TViewDrawMode mode = kViewDrawDirect) {
+    TViewImplPtr view(new CViewImpl(nullptr, superView, "view"));
+    boost::shared_ptr<DrawingBehavior> behavior(new DrawingBehavior);
+    view->SetClientsViewReference(view);
+    view->SetBehavior(behavior);
+    fViews.push_back(view);
+    view->SetBounds(bounds);
+    const TDrawnView drawn = {view.get(), behavior.get()};
+    drawn.SetMode(mode);
+    return drawn;
+  }
+  // A subview of the root view.
+  TDrawnView Add(const TRect& bounds, TViewDrawMode mode = kViewDrawDirect) {
+    return Add(*fRoot.fView, bounds, mode);
+  }
+
+  // As a window paints: onto a surface whose first pixel is at (0, 0), clipped to what is dirty.
+  void Draw(CBufferBitmap& surface, const CRegion& dirty, const TDebugSettings& settings = {}) {
+    const HDC hdc = surface.GetNativePort().fHDC;
+    SelectClipRgn(hdc, dirty.GetNativeRegion());
+    PlainTools tools(hdc, dirty.GetNativeRegion());
+    DrawWith(tools, settings);
+    SelectClipRgn(hdc, nullptr);
+  }
+  void DrawWith(IDrawTools& tools, const TDebugSettings& settings = {}) {
+    TDrawBracket bracket(&fRunBehavior, tools);
+    DrawView(&fRunBehavior, bracket, *fRoot.fView, fRoot.fView->GetBounds(), tools, settings);
+  }
+
+  TreeWindow fWindow;
+  DrawingRunBehavior fRunBehavior;
+  TDrawnView fRoot;
+
+ private:
+  std::vector<boost::weak_ptr<CViewImpl>> fViews;
+};
+
+}  // namespace NSMorvaneTest
