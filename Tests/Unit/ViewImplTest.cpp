@@ -527,6 +527,7 @@ TEST_F(ViewTest, HitTestSurvivesChangesOfTheTree) {
   CViewImpl& b = fWindow.MakeView(fRoot, {0, 0, 50, 50}, "b");
   CViewImpl& c = fWindow.MakeView(fRoot, {0, 0, 50, 50}, "c");
   for (CViewImpl* view : {&a, &b, &c}) BehaviorOf(*view).fHitRects = {view->GetBounds()};
+  BehaviorOf(b).fOnCall = [] { ADD_FAILURE() << "asked although it is gone"; };
   BehaviorOf(a).fOnCall = [&] {
     BehaviorOf(a).fOnCall = nullptr;
     b.IView_Release();

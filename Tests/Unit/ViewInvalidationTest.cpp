@@ -385,16 +385,20 @@ class RandomTree {
     Model& model = *fModels[Number(1, 6)];
     fWindow.Reset();
     fScreen = PixelSet();
-    switch (Number(0, 4)) {
+    switch (Number(0, 8)) {
       case 0:
+      case 1:
+      case 2:
         return TakeDirtyRegion(model);
-      case 1: {
+      case 3: {
         const TRect rect = SomeRect();
         model.fView->InvalidateRect(rect, model.fView->GetClipBounds());
         model.Invalidate(Model::In(rect), model.Clip());
         return "InvalidateRect";
       }
-      case 2: {
+      case 4:
+      case 5:
+      case 6: {
         const std::int32_t dx = Number(-9, 9), dy = Number(-9, 9);
         if (!HasRoom(model, dx, dy)) break;
         model.fView->IView_Offset(dx, dy);
