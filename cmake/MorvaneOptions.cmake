@@ -6,8 +6,12 @@ target_compile_definitions(MorvaneOptions INTERFACE UNICODE _UNICODE STRICT NOMI
 if(MSVC)
   target_compile_options(MorvaneOptions INTERFACE /W4 /WX /utf-8 /permissive- /Zc:__cplusplus)
 else()
+  # File names in messages and debug information start at the top of the project, also when a compiler cache has
+  # made the names relative to the build folder.
+  file(RELATIVE_PATH MORVANE_TOP ${CMAKE_BINARY_DIR} ${CMAKE_SOURCE_DIR})
   target_compile_options(MorvaneOptions INTERFACE -Wall -Wextra -Werror
-    -ffile-prefix-map=${CMAKE_SOURCE_DIR}/= -ffile-prefix-map=${CMAKE_BINARY_DIR}/=)
+    -ffile-prefix-map=${CMAKE_SOURCE_DIR}/= -ffile-prefix-map=${CMAKE_BINARY_DIR}/=
+    -fmacro-prefix-map=${MORVANE_TOP}= -fdebug-prefix-map=${MORVANE_TOP}=)
   # Nothing of the compiler's own runtime is needed beside the programs, and a release carries no symbols.
   target_link_options(MorvaneOptions INTERFACE -static $<$<CONFIG:Release>:-s>)
   if(MORVANE_CHECKED)
