@@ -1,0 +1,382 @@
+// The life of a window.
+#include "Component/Win/WinWindow.h"
+
+#include <windows.h>
+// After the above.
+#include <shellapi.h>
+
+#include <algorithm>
+#include <boost/make_shared.hpp>
+
+#include "Component/Portable/ViewImpl.h"
+#include "Component/Win/MorvaneImplWin.h"
+#include "Component/Win/UtilsWin.h"
+#include "Component/Win/WinRootViewBehavior.h"
+#include "Component/Win/WinWindowModality.h"
+
+namespace NSMorvane {
+
+std::vector<boost::weak_ptr<CWinWindow>> gWinWindows;
+
+namespace {
+
+// Drives mouse tracking, tooltip rectangles and idle calls.
+enum : UINT { kTimerMS = 25 };
+
+bool IsModalKind(TWindowKind kind) { return kind == kWindowKindModalDialog || kind == kWindowKindAlertBox; }
+
+HWND NativeOwner(IModalOwner* owner) {
+  if (!owner) return nullptr;
+  TNativeWindow native = {};
+  MORVANE_CHECK(owner->IModalOwner_GetNativeWindow(native));
+  return native.fHwnd;
+}
+
+bool IsAnyWindowOfKind(TWindowKind kind) {
+  return std::any_of(gWinWindows.begin(), gWinWindows.end(), [&](const auto& window) {
+    const boost::shared_ptr<CWinWindow> locked = window.lock();
+    return locked && locked->GetWindowKind() == kind;
+  });
+}
+
+bool IsWindowHidden(HWND hwnd) {
+  return std::find(sHidddenWindows.begin(), sHidddenWindows.end(), hwnd) != sHidddenWindows.end();
+}
+
+}  // namespace
+
+// --- Construction
+// -------------------------------------------------------------------------------------------
+
+CWinWindow::CWinWindow(CMorvaneImpl* morvane, TWindowKind windowKind, IModalOwner* owner, DWORD style,
+                       DWORD exStyle, bool makeSizeGrip, bool listedInWindowMenu, bool hasCloseCommand)
+    : fMorvane(morvane),
+      fRunBehavior(morvane->GetBehavior()),
+      fRootView(nullptr),
+      fWindowKind(windowKind),
+      fOwnerHwnd(NativeOwner(owner)),
+      fIsHidden(true),
+      fFocusView(nullptr),
+      fListedInWindowMenu(listedInWindowMenu),
+      fTimerID(0),
+      fInMouseTrackingCheck(false),
+      fInDispatchMouseTracking(false),
+      fInRefreshMouseShape(false),
+      fClientSize(),
+      fHwnd(nullptr),
+      fMenuHandle(nullptr),
+      fAcceleratorTable(nullptr),
+      fCurrentCursor(nullptr),
+      fWindowClass(WindowClassName(windowKind), WindowStubProcCallback,
+                   WindowClassHasIcon(windowKind) ? morvane->GetAppIcon() : nullptr),
+      fMouseLeaveArmed(false),
+      fHasCloseCommand(hasCloseCommand),
+      fAlwaysOnTop(false),
+      fSizeGripHwnd(nullptr),
+      fTooltipHwnd(nullptr),
+      fTooltipRectsDirty(true),
+      fGlobalAlpha(255) {
+  try {
+    MakeNativeWindow(style, exStyle, makeSizeGrip);
+    MakeRootView();
+    TakeInitialState();
+    fTimerID = SetTimer(fHwnd, 0, kTimerMS, nullptr);
+    if (!fTimerID) MORVANE_THROW_LAST_ERROR();
+    if (fWindowKind == kWindowKindDocument) DragAcceptFiles(fHwnd, TRUE);
+  } catch (...) {
+    DismantleNativeWindow();
+    throw;
+  }
+}
+
+HWND CWinWindow::ChooseNativeOwner() {
+  if (fWindowKind == kWindowKindDocument || fWindowKind == kWindowKindFloating) return fOwnerHwnd;
+  if (!fOwnerHwnd) {
+    fAlwaysOnTop = AnyShownWindowIsAlwaysOnTop();
+    const bool standsAlone =
+        !IsAnyWindowOfKind(kWindowKindDocument) &&
+        (fWindowKind == kWindowKindModelessDialog || !IsAnyWindowOfKind(kWindowKindModelessDialog));
+    return standsAlone ? nullptr : fMorvane->GetHiderWindow();
+  }
+  const CWinWindow* const owner = fMorvane->GetWindowForHwnd(fOwnerHwnd);
+  fAlwaysOnTop = owner ? owner->fAlwaysOnTop : AnyShownWindowIsAlwaysOnTop();
+  return fOwnerHwnd;
+}
+
+void CWinWindow::MakeNativeWindow(DWORD style, DWORD exStyle, bool makeSizeGrip) {
+  const HWND nativeOwner = ChooseNativeOwner();
+  const HWND hwnd = CreateWindowExW(exStyle, WinText(fWindowClass.GetName()), L"", style, 100, 100, 300, 300,
+                                    nativeOwner, nullptr, GetModuleHandleW(nullptr), this);
+  if (!hwnd) {
+    const DWORD error = GetLastError();
+    fHwnd = nullptr;
+    SetLastError(error);
+    MORVANE_THROW_LAST_ERROR();
+    MORVANE_THROW(std::exception());  // the window was refused without an error of the system
+  }
+  RegisterHwnd(fHwnd);
+  SendMessageW(fHwnd, WM_SETFONT, reinterpret_cast<WPARAM>(GetDefaultFont()), FALSE);
+  if (!makeSizeGrip) return;
+  fSizeGripHwnd = CreateWindowExW(
+      WS_EX_NOPARENTNOTIFY, L"SCROLLBAR", nullptr,
+      WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_CLIPCHILDREN | SBS_SIZEGRIP | SBS_SIZEBOXBOTTOMRIGHTALIGN,
+      0, 0, 0, 0, fHwnd, nullptr, GetModuleHandleW(nullptr), nullptr);
+  if (!fSizeGripHwnd) MORVANE_THROW(XOutOfMemory());
+}
+
+// The class procedure. It exists only until the wrapper takes over, within the first message that it sees.
+LRESULT CALLBACK CWinWindow::WindowStubProcCallback(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_NCCREATE) {
+    const auto* const creation = reinterpret_cast<const CREATESTRUCTW*>(lParam);
+    auto* const window = static_cast<CWinWindow*>(creation->lpCreateParams);
+    MORVANE_ASSERT(0!=window);
+    if (!window) return FALSE;
+    if (!window->fNativeWindowWrapper) {
+      try {
+        window->fNativeWindowWrapper = boost::make_shared<CNativeWindowWrapper>(hwnd);
+        window->fNativeWindowWrapper->AddProcListener(window);
+        window->fHwnd = hwnd;
+        return window->fNativeWindowWrapper->Dispatch(hwnd, message, wParam, lParam);
+      } catch (...) {
+        return FALSE;  // the creation fails
+      }
+    }
+  }
+  if (message == WM_SHOWWINDOW)
+    DebugPrint("CWinWindow::WindowStubProcCallback forwarding WM_SHOWWINDOW to DefWindowProc() ");
+  return DefWindowProcW(hwnd, message, wParam, lParam);
+}
+
+void CWinWindow::MakeRootView() {
+  fRootView = new CViewImpl(fMorvane, this);
+  fRootView->SetClientsViewReference(TViewImplPtr(fRootView));
+  fRootView->SetBehavior(boost::make_shared<CWinRootViewBehavior>());
+}
+
+// --- Wiring
+// -------------------------------------------------------------------------------------------------
+
+void CWinWindow::SetClientsWindowReference(const boost::shared_ptr<CWinWindow>& reference) {
+  MORVANE_ASSERT(0==fClientsWindowReference.get());
+  CWinWindow* const parent = fMorvane->GetWindowForHwnd(GetParent(fHwnd));
+  gWinWindows.reserve(gWinWindows.size() + 1);
+  if (parent) parent->AddChildWindow(reference);
+  gWinWindows.push_back(reference);
+  fClientsWindowReference = reference;
+}
+
+boost::shared_ptr<CWinWindow> CWinWindow::GetClientsWindowReference() const {
+  MORVANE_ASSERT(0!=fClientsWindowReference.get());
+  return fClientsWindowReference;
+}
+
+void CWinWindow::AddChildWindow(const boost::shared_ptr<CWinWindow>& childWindow) {
+  MORVANE_ASSERT(std::find(fChildWindows.begin(),fChildWindows.end(),childWindow)==fChildWindows.end());
+  fChildWindows.push_back(childWindow);
+}
+
+void CWinWindow::RemoveChildWindow(const CWinWindow* childWindow) {
+  std::erase_if(fChildWindows, [&](const auto& child) { return child.get() == childWindow; });
+}
+
+bool CWinWindow::CWindowGlue_CheckInvariant() const {
+  // Once a window, with all its views, has gone through these tests at every call, the rest can rely on them.
+  if (fRunBehavior && !(fRootView && !fRootView->CheckInvariant()) &&
+      !(fFocusView && !fFocusView->CheckInvariant()) && !(fHwnd && !IsWindow(fHwnd)) &&
+      !(fNativeWindowWrapper && !fNativeWindowWrapper->CheckInvariant()))
+    return true;
+  MORVANE_UNREACHED();
+  return false;
+}
+
+TNativeWindow CWinWindow::CWindowGlue_GetNativeWindow() { return TNativeWindow{fHwnd}; }
+
+TError CWinWindow::IModalOwner_GetNativeWindow(TNativeWindow& out) {
+  out.fHwnd = fHwnd;
+  return kOK;
+}
+
+// --- Showing and hiding
+// -------------------------------------------------------------------------------------
+
+bool CWinWindow::IsVisible() const { return IsWindowShown(fHwnd); }
+
+bool CWinWindow::IsIconic() const { return ::IsIconic(fHwnd) != 0; }
+
+bool CWinWindow::IsZoomed() const { return ::IsZoomed(fHwnd) != 0; }
+
+void CWinWindow::Restore() { ShowWindow(fHwnd, SW_RESTORE); }
+
+void CWinWindow::Activate() { SetActiveWindow(fHwnd); }
+
+void CWinWindow::FocusNow() {
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
+  if (IsIconic()) Restore();
+  Activate();
+}
+
+void CWinWindow::Show() {
+  // Painting and every callback below can release the window; then it must not come onto the screen any more.
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
+  const auto isReleased = [&] { return keepAlive && !fClientsWindowReference; };
+
+  MORVANE_ASSERT(!IsVisible());
+  PumpPaintMessages();
+  if (isReleased()) return;
+  SetClientSize(fWindowState.fClientSize);
+  if (isReleased()) return;
+  SetPlacement(BuildPlacement(GetNormalRect(fWindowState.fMinimized, fWindowState.fMaximized)));
+  if (isReleased()) return;
+
+  const int showCommand = fWindowState.fMinimized   ? SW_SHOWMINIMIZED
+                          : fWindowState.fMaximized ? SW_SHOWMAXIMIZED
+                                                    : SW_SHOWNORMAL;
+  fIsHidden = false;
+  RemoveFromHiddenWindows();
+  DebugPrint("CWinWindow::Show " + HandleText(fHwnd) + " " + NumberText(showCommand));
+  const BOOL previouslyVisible = ShowWindow(fHwnd, showCommand);
+  MORVANE_ASSERT(!previouslyVisible);
+  if (isReleased()) return;
+  if (!UpdateWindow(fHwnd)) MORVANE_THROW_LAST_ERROR();
+  if (isReleased()) return;
+  if (!IsVisible()) {
+    if (IsWindowHidden(fHwnd))
+      DebugPrint("CWinWindow is STILL in the hidden list, after being RemoveFromHiddenWindows()'d!");
+    else
+      DebugPrint("CWinWindow HWND refuses to get WS_VISIBLE!");
+    MORVANE_UNREACHED();
+  }
+  if (fAlwaysOnTop) SetWindowTopMost(fHwnd, true);
+  MORVANE_ASSERT(IsVisible());
+  if (IsModalKind(fWindowKind)) {
+    if (fOwnerHwnd)
+      EnableWindow(fOwnerHwnd, FALSE);
+    else
+      PushAppModal(fHwnd);
+  }
+  EnforceAppModality();
+  SetActiveWindow(fHwnd);
+}
+
+void CWinWindow::Hide() {
+  MORVANE_ASSERT(0!=fHwnd);
+  if (IsModalKind(fWindowKind)) {
+    if (fOwnerHwnd)
+      EnableWindow(fOwnerHwnd, TRUE);
+    else
+      PopAppModal(fHwnd);
+  }
+  EnforceAppModality();
+  AddToHiddenWindows();
+  fIsHidden = true;
+}
+
+void CWinWindow::AddToHiddenWindows() {
+  if (IsWindowHidden(fHwnd)) return;
+  sHidddenWindows.reserve(sHidddenWindows.size() + 1);
+  if (fWindowKind == kWindowKindModalDialog || fOwnerHwnd) {
+    // Above the screen, and natively visible.
+    RECT parentRect = {};
+    if (const HWND parent = GetParent(fHwnd)) GetWindowRect(parent, &parentRect);
+    RECT native = {};
+    GetWindowRect(fHwnd, &native);
+    const TRect rect = FromNative(native);
+    const std::int64_t left = static_cast<std::int64_t>(rect.fLeft) - parentRect.left;
+    const std::int64_t top = static_cast<std::int64_t>(rect.fTop) - parentRect.top -
+                             (static_cast<std::int64_t>(rect.fBottom) - GetSystemMetrics(SM_YVIRTUALSCREEN));
+    MoveWindow(fHwnd, ToCoordinate(left), ToCoordinate(top), ToCoordinate(RectWidth(rect)),
+               ToCoordinate(RectHeight(rect)), TRUE);
+  } else {
+    ShowWindow(fHwnd, SW_HIDE);
+  }
+  if (!IsWindowHidden(fHwnd)) sHidddenWindows.push_back(fHwnd);
+}
+
+void CWinWindow::RemoveFromHiddenWindows() {
+  const auto it = std::find(sHidddenWindows.begin(), sHidddenWindows.end(), fHwnd);
+  if (it != sHidddenWindows.end()) sHidddenWindows.erase(it);
+  MORVANE_ASSERT(sHidddenWindows.end() == std::find(sHidddenWindows.begin(), sHidddenWindows.end(), fHwnd));
+}
+
+// --- The end
+// ------------------------------------------------------------------------------------------------
+
+void CWinWindow::RequestCloseFromLibrary() {
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
+  RequestClose(kCloseByLibrary);
+}
+
+void CWinWindow::ReleaseWindow() {
+  MORVANE_ASSERT(fClientsWindowReference.get()!=0);
+  // The last holder, unless the window is in the middle of a message: it goes when this function returns, and
+  // the window with it.
+  const boost::shared_ptr<CWinWindow> reference = fClientsWindowReference;
+  if (fClientsWindowReference && fMouseCapture) {
+    const BOOL result = ReleaseCapture();
+    MORVANE_ASSERT(result);
+  }
+  if (!fClientsWindowReference) return;  // it is ending already
+  fClientsWindowReference.reset();
+  std::erase_if(gWinWindows, [&](const auto& window) { return window.lock() == reference; });
+  fMorvane->RebuildAllMenuBars();
+  Hide();
+  if (CWinWindow* const parent = fMorvane->GetWindowForHwnd(GetParent(fHwnd)))
+    parent->RemoveChildWindow(this);
+}
+
+void CWinWindow::PrepareDestruction() {
+  if (fTimerID) {
+    KillWindowTimer();
+    AddToHiddenWindows();
+  }
+  fControlListeners.clear();
+}
+
+void CWinWindow::KillWindowTimer() {
+  if (!fTimerID) return;
+  // Some systems keep the timer under the number 0 that SetTimer was called with, and not under its result.
+  if (!KillTimer(fHwnd, fTimerID)) KillTimer(fHwnd, 0);
+  fTimerID = 0;
+}
+
+CWinWindow::~CWinWindow() {
+  MORVANE_ASSERT(CheckInvariant());
+  if (fRootView && !fRootView->GetRawSubViews().empty()) {
+    DebugPrint("Not all subview were removed!");
+    for (const CViewImpl* const view : fRootView->GetRawSubViews())
+      DebugPrint("View: " + view->GetDebugName());
+    DebugPrint("You must release all views in a window before the window is deleted!");
+    MORVANE_UNREACHED();
+  }
+  MORVANE_ASSERT(fChildWindows.size()==0);
+  DestroyTooltipWindow();
+  if (fHwnd) PopAppModal(fHwnd);
+  if (IsModalKind(fWindowKind) && fOwnerHwnd) EnableWindow(fOwnerHwnd, TRUE);
+  DismantleNativeWindow();
+}
+
+void CWinWindow::DismantleNativeWindow() {
+  if (fNativeWindowWrapper) {
+    fNativeWindowWrapper->RemoveProcListener(this);
+    fNativeWindowWrapper.reset();
+  }
+  KillWindowTimer();
+  if (fRootView) {
+    fRootView->IView_Release();
+    fRootView = nullptr;
+  }
+  if (fAcceleratorTable) {
+    const BOOL datResult = DestroyAcceleratorTable(fAcceleratorTable);
+    MORVANE_ASSERT(datResult);
+    fAcceleratorTable = nullptr;
+  }
+  if (fHwnd) {
+    RemoveFromHiddenWindows();
+    UnregisterHwnd(fHwnd);
+    const BOOL dwResult = DestroyWindow(fHwnd);
+    MORVANE_ASSERT(dwResult);
+    fHwnd = nullptr;
+  }
+}
+
+}  // namespace NSMorvane

@@ -1,0 +1,205 @@
+// Activation and focus of a window, and its tooltips.
+//
+// A view is on duty when it is the focus view and its window is active and has the keyboard.
+#include <windows.h>
+// After the above.
+#include <commctrl.h>
+
+#include "Component/Portable/ViewImpl.h"
+#include "Component/Win/MorvaneImplWin.h"
+#include "Component/Win/UtilsWin.h"
+#include "Component/Win/WinWindow.h"
+
+namespace NSMorvane {
+
+namespace {
+
+// Whatever the behaviour answers, the walk goes on: changes of focus must run to their end.
+void NotifyOnDutyFocus(const CViewImpl& view, TFlag gained) {
+  IViewBehavior* const behavior = view.GetBehavior();
+  if (!behavior) return;
+  const TError error = behavior->IViewBehavior_OnOnDutyFocusChanged(gained);
+  if (error != kOK)
+    DebugPrint("Ignored error (" + NumberText(error) + ") returned from IViewBehavior_OnOnDutyFocusChanged");
+}
+
+// Nearest first. They live as long as this list, whatever the behaviours do.
+std::vector<TViewImplPtr> SuperViews(const CViewImpl& view) {
+  std::vector<TViewImplPtr> superViews;
+  for (TViewImplPtr superView = view.GetSuperView(); superView; superView = superView->GetSuperView())
+    superViews.push_back(superView);
+  return superViews;
+}
+
+// Empty for a view that has been released: it may be on its way out.
+TViewImplPtr Hold(const CViewImpl* view) {
+  return view && view->IsLive() ? view->GetClientsViewReference() : TViewImplPtr();
+}
+
+}  // namespace
+
+// --- On duty and off
+// ----------------------------------------------------------------------------------------
+
+void CWinWindow::SendOnDutyFocusGained(CViewImpl* view) {
+  const TViewImplPtr keepAlive = Hold(view);
+  const std::vector<TViewImplPtr> superViews = SuperViews(*view);
+  for (auto it = superViews.rbegin(); it != superViews.rend(); ++it) NotifyOnDutyFocus(**it, 1);
+  NotifyOnDutyFocus(*view, 1);
+}
+
+void CWinWindow::SendOnDutyFocusLost(CViewImpl* view) {
+  const TViewImplPtr keepAlive = Hold(view);
+  const std::vector<TViewImplPtr> superViews = SuperViews(*view);
+  NotifyOnDutyFocus(*view, 0);
+  for (const TViewImplPtr& superView : superViews) NotifyOnDutyFocus(*superView, 0);
+}
+
+HWND CWinWindow::GetNativeFocusTarget(CViewImpl* view) {
+  const TViewImplPtr keepAlive = Hold(view);
+  IViewBehavior* const behavior = view->GetBehavior();
+  if (!behavior) return nullptr;
+  TNativeWindow native = {};
+  MORVANE_CHECK(behavior->IViewBehavior_GetNativeFocusTarget(native));
+  return native.fHwnd;
+}
+
+// Views of the focus chain add to the menu bar, so that it follows the focus.
+void CWinWindow::RequestMenuBarsAfterFocusChange() { fMorvane->RebuildAllMenuBars(); }
+
+// --- The focus view
+// -----------------------------------------------------------------------------------------
+
+bool CWinWindow::CWindowGlue_IsActive() { return GetActiveWindow() == fHwnd; }
+
+CViewImpl* CWinWindow::CWindowGlue_GetConceptualFocusView() { return fFocusView; }
+
+CViewImpl* CWinWindow::CWindowGlue_GetOnDutyFocusView() {
+  return CWindowGlue_IsActive() ? fFocusView : nullptr;
+}
+
+CViewImpl* CWinWindow::CWindowGlue_GetRootView() { return fRootView; }
+
+std::vector<CViewImpl*> CWinWindow::CWindowGlue_GetTabViews() { return fTabViews; }
+
+void CWinWindow::CWindowGlue_SetTabViews(const std::vector<CViewImpl*>& tabViews) { fTabViews = tabViews; }
+
+void CWinWindow::IImplFocusTools_SetTabViews(std::vector<CViewImpl*> tabViews) { fTabViews.swap(tabViews); }
+
+void CWinWindow::IImplFocusTools_SetConceptualFocusView(CViewImpl* view) {
+  CWindowGlue_SetConceptualFocusView(view);
+}
+
+TError CWinWindow::IWindow_SetConceptualFocusView(IView* newConceptualFocusView) {
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
+  return CWindowGlue::IWindow_SetConceptualFocusView(newConceptualFocusView);
+}
+
+TError CWinWindow::IWindow_GetTabViews(IViewListReceiver& out) {
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
+  return CWindowGlue::IWindow_GetTabViews(out);
+}
+
+void CWinWindow::CWindowGlue_SetConceptualFocusView(CViewImpl* view) {
+  if (view == fFocusView) return;
+  const TViewImplPtr keepAlive = Hold(view);
+  if (fFocusView && CWindowGlue_IsActive()) {
+    CViewImpl* const oldView = fFocusView;
+    SendOnDutyFocusLost(oldView);
+    // The old view may have ended itself, and so passed its focus on.
+    if (view == fFocusView) return;
+    if (fFocusView && fFocusView != oldView && CWindowGlue_IsActive()) SendOnDutyFocusLost(fFocusView);
+  }
+  if (!view) {
+    fFocusView = nullptr;
+    if (CWindowGlue_IsActive() && IsVisible()) WinSetFocus(fHwnd);
+  } else {
+    const HWND native = GetNativeFocusTarget(view);
+    // The keyboard stays on the window itself, so that it gets the key messages.
+    if (!native && GetFocus() != fHwnd && IsVisible()) WinSetFocus(fHwnd);
+    if (CWindowGlue_IsActive()) {
+      if (native) WinSetFocus(native);
+      fFocusView = view;
+      SendOnDutyFocusGained(view);
+    } else {
+      fFocusView = view;
+    }
+  }
+  RequestMenuBarsAfterFocusChange();
+}
+
+void CWinWindow::SetFocusFromNative(CViewImpl* view) {
+  if (view == fFocusView) return;
+  const TViewImplPtr keepAlive = Hold(view);
+  if (fFocusView) SendOnDutyFocusLost(fFocusView);
+  // When a control loses the keyboard, the focus view stays what it was.
+  if (view) {
+    fFocusView = view;
+    SendOnDutyFocusGained(view);
+  }
+  RequestMenuBarsAfterFocusChange();
+}
+
+// --- Activation
+// ---------------------------------------------------------------------------------------------
+
+void CWinWindow::OnActivated(bool& outHandled) {
+  DebugPrint("CWinWindow::IWindowListener_OnActivated " + HandleText(fHwnd));
+  // While a window that blocks the application is active, floating windows are out of the way.
+  fMorvane->ShowFloatingWindows(fWindowKind != kWindowKindAlertBox &&
+                                !(fWindowKind == kWindowKindModalDialog && !fOwnerHwnd));
+  if (fFocusView) {
+    const HWND native = GetNativeFocusTarget(fFocusView);
+    WinSetFocus(native ? native : fHwnd);
+    if (fFocusView) SendOnDutyFocusGained(fFocusView);
+  }
+  if (fTooltipHwnd) SendMessageW(fTooltipHwnd, TTM_ACTIVATE, TRUE, 0);
+  OnActivationChanged(true);
+  fMorvane->RebuildAllMenuBars();
+  // The default handling would move the keyboard behind the library's back.
+  outHandled = true;
+}
+
+void CWinWindow::OnDeactivated() {
+  DebugPrint("CWinWindow::IWindowListener_OnDeactivated " + HandleText(fHwnd));
+  OnActivationChanged(false);
+  if (fFocusView) {
+    SendOnDutyFocusLost(fFocusView);
+    // Key release callbacks are not built yet: here all that are pending get kKeyReleaseDeactivated.
+  }
+  if (fTooltipHwnd) SendMessageW(fTooltipHwnd, TTM_ACTIVATE, FALSE, 0);
+  fMorvane->RebuildAllMenuBars();
+}
+
+void CWinWindow::OnReceivedFocus() {
+  DebugPrint("CWinWindow::IWindowListener_OnReceivedFocus " + HandleText(fHwnd));
+  OnKeyboardFocusChanged(true);
+  RequestMenuBarsAfterFocusChange();
+}
+
+void CWinWindow::OnLostFocus() {
+  DebugPrint("CWinWindow::IWindowListener_OnLostFocus " + HandleText(fHwnd));
+  // A window that is still active has lost the keyboard to a control of its own.
+  if (!CWindowGlue_IsActive())
+    OnKeyboardFocusChanged(false);
+  else if (fFocusView)
+    SendOnDutyFocusLost(fFocusView);
+  RequestMenuBarsAfterFocusChange();
+}
+
+// --- Tooltips
+// -----------------------------------------------------------------------------------------------
+
+// Tooltips are not built yet: no view has a tool, and there is no tooltip window.
+
+std::uint32_t CWinWindow::AddTool(CViewImpl&, const TString&) { MORVANE_THROW(XUnsupportedInterface()); }
+
+void CWinWindow::UpdateToolText(std::uint32_t, CViewImpl&, const TString&) {
+  MORVANE_THROW(XUnsupportedInterface());
+}
+
+void CWinWindow::RemoveTool(std::uint32_t, CViewImpl&) { MORVANE_THROW(XUnsupportedInterface()); }
+
+void CWinWindow::DestroyTooltipWindow() {}
+
+}  // namespace NSMorvane

@@ -1,0 +1,116 @@
+#include "Component/Win/WinWindowModality.h"
+
+#include <algorithm>
+#include <string>
+
+#include "Component/Portable/MorvaneImplUtils.h"
+#include "Component/Win/UtilsWin.h"
+#include "Component/Win/UtilsWinHandles.h"
+#include "Component/Win/WinWindow.h"
+
+namespace NSMorvane {
+
+std::vector<HWND> gAppModalDialogStack;
+
+namespace {
+
+bool Contains(const std::vector<HWND>& windows, HWND hWnd) {
+  return std::find(windows.begin(), windows.end(), hWnd) != windows.end();
+}
+
+bool IsWindowHidden(HWND hWnd) { return Contains(sHidddenWindows, hWnd); }
+
+// Front to back: the stack, the newest dialog first, then the other windows in the order they have.
+std::vector<HWND> MergeModalOrder(const std::vector<HWND>& windows, const std::vector<HWND>& modalStack) {
+  std::vector<HWND> result = modalStack;
+  for (const HWND hWnd : windows)
+    if (!Contains(modalStack, hWnd) && IsWindow(hWnd)) result.push_back(hWnd);
+  std::erase_if(result, IsWindowHidden);
+  return result;
+}
+
+// The windows to bring back from the task bar. Those that are minimized come back only if all are: the
+// application must not stay invisible as a whole.
+std::vector<HWND> FindWindowsToRestore(const std::vector<HWND>& nativeWindows) {
+  std::vector<HWND> restoreList;
+  MORVANE_ASSERT(nativeWindows.size() > 0);
+  auto it = nativeWindows.begin();
+  MORVANE_ASSERT(it!=nativeWindows.end());
+  if (!gAppModalDialogStack.empty()) {
+    const HWND parent = GetParent(*it++);
+    if (parent && Contains(nativeWindows, parent)) restoreList.push_back(parent);
+  }
+  if (!restoreList.empty()) return restoreList;
+  bool allAreMinimized = true;
+  for (; it != nativeWindows.end(); ++it) {
+    const HWND hWnd = *it;
+    MORVANE_ASSERT(IsWindowShown(hWnd));
+    if (IsWindowMinimized(hWnd))
+      restoreList.push_back(hWnd);
+    else
+      allAreMinimized = false;
+  }
+  return allAreMinimized ? restoreList : std::vector<HWND>();
+}
+
+void BringAppToFrontAndRestoreZOrder(const std::vector<HWND>& nativeWindows, bool activateFrontModal) {
+  if (nativeWindows.empty()) return;
+  // It moves the windows when it goes, which is after the activations below.
+  CDeferredWindowMover mover(static_cast<int>(nativeWindows.size()));
+  std::string logLine = "CWinWindow::BringAppToFrontAndRestoreZOrder";
+  std::vector<HWND> restoreList;
+  if (activateFrontModal) {
+    logLine += " activateFrontModal";
+    restoreList = FindWindowsToRestore(nativeWindows);
+  }
+  // From the bottom to the top, each to the top.
+  for (auto it = nativeWindows.rbegin(); it != nativeWindows.rend(); ++it) {
+    const HWND hWnd = *it;
+    MORVANE_ASSERT(!IsWindowHidden(hWnd));
+    if (Contains(restoreList, hWnd)) {
+      ShowWindow(hWnd, SW_RESTORE);
+      logLine += " restore:";
+    }
+    mover.Move(hWnd, HWND_TOP, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
+    logLine += " " + HandleText(hWnd);
+  }
+  if (activateFrontModal) {
+    const auto front = std::find_if(nativeWindows.begin(), nativeWindows.end(), [](HWND hWnd) {
+      return !IsWindowHidden(hWnd) && !IsWindowMinimized(hWnd);
+    });
+    if (front != nativeWindows.end()) {
+      EnableWindow(*front, TRUE);
+      SetForegroundWindow(*front);
+      logLine += " activate: " + HandleText(*front);
+    }
+  }
+  DebugPrint(logLine);
+  if (activateFrontModal && !gAppModalDialogStack.empty()) SetActiveWindow(gAppModalDialogStack.front());
+}
+
+}  // namespace
+
+// Dialogs that block the application are not built yet: nothing ever gets onto the stack.
+void PushAppModal(HWND) { MORVANE_THROW(XUnsupportedInterface()); }
+
+void PopAppModal(HWND hWnd) { std::erase(gAppModalDialogStack, hWnd); }
+
+void EnforceAppModality() {}
+
+bool OnModalActivationAttempt(HWND) { return false; }
+
+bool OnModalClickAttempt(HWND) { return false; }
+
+void RefreshAppModality() {
+  BringAppToFrontAndRestoreZOrder(MergeModalOrder(GetShownWindowsZ(), gAppModalDialogStack), true);
+}
+
+bool AnyShownWindowIsAlwaysOnTop() {
+  return std::any_of(gWinWindows.begin(), gWinWindows.end(), [](const auto& weakWindow) {
+    const boost::shared_ptr<CWinWindow> window = weakWindow.lock();
+    MORVANE_ASSERT(NULL != window);
+    return window && window->IsVisible() && window->IsAlwaysOnTop();
+  });
+}
+
+}  // namespace NSMorvane
