@@ -1,0 +1,230 @@
+// What the system asks of a window: closing, the commands of the system menu, size limits, the size grip,
+// dropped files, and input methods.
+#include <windows.h>
+
+#include <imm.h>
+#include <shellapi.h>
+#include <shlobj.h>
+
+#include <cstddef>
+#include <cstring>
+#include <string_view>
+
+#include "Component/Portable/CommandLine.h"
+#include "Component/Win/MorvaneImplWin.h"
+#include "Component/Win/UtilsWin.h"
+#include "Component/Win/UtilsWinFiles.h"
+#include "Component/Win/WinWindow.h"
+
+namespace NSMorvane {
+
+namespace {
+
+// --- Dropped files
+
+// A block of global memory with the files that were dropped; it is freed at the end.
+class CDroppedFiles : CNotCopied {
+ public:
+  explicit CDroppedFiles(HGLOBAL block) : fDrop(static_cast<HDROP>(block)) {}
+  ~CDroppedFiles() { DragFinish(fDrop); }
+
+  UINT GetCount() const { return DragQueryFileW(fDrop, 0xFFFFFFFF, nullptr, 0); }
+  // Empty if there is no such file.
+  TString GetName(UINT index) const {
+    const UINT length = DragQueryFileW(fDrop, index, nullptr, 0);
+    if (length == 0) return TString();
+    TString name(std::size_t{length} + 2, u'\0');
+    DragQueryFileW(fDrop, index, WinBuffer(name.data()), length + 2);
+    name.resize(std::char_traits<TChar>::length(name.c_str()));
+    return name;
+  }
+
+ private:
+  HDROP fDrop;
+};
+
+// Whether a list of names, each with a zero behind it, ends with an empty one inside the block.
+template <class TUnit>
+bool IsTerminatedList(const std::byte* block, std::size_t size) {
+  bool atStart = true;
+  for (; size >= sizeof(TUnit); block += sizeof(TUnit), size -= sizeof(TUnit)) {
+    TUnit unit;
+    std::memcpy(&unit, block, sizeof(unit));
+    if (unit == 0 && atStart) return true;
+    atStart = unit == 0;
+  }
+  return false;
+}
+
+// The message comes from anywhere; the system's functions believe what is in the block.
+bool IsSoundDrop(HGLOBAL block) {
+  const std::size_t size = GlobalSize(block);
+  if (size < sizeof(DROPFILES)) return false;
+  const auto bytes = static_cast<const std::byte*>(GlobalLock(block));
+  if (!bytes) return false;
+  DROPFILES header;
+  std::memcpy(&header, bytes, sizeof(header));
+  bool isSound = false;
+  if (header.pFiles <= size) {
+    const std::byte* const list = bytes + header.pFiles;
+    const std::size_t listSize = size - header.pFiles;
+    isSound =
+        header.fWide ? IsTerminatedList<wchar_t>(list, listSize) : IsTerminatedList<char>(list, listSize);
+  }
+  GlobalUnlock(block);
+  return isSound;
+}
+
+// --- Input methods
+
+// Input methods notify of what is done here, too.
+bool gIsSuppressingInputMethod = false;
+
+class CSuppressionScope : CNotCopied {
+ public:
+  CSuppressionScope() { gIsSuppressingInputMethod = true; }
+  ~CSuppressionScope() { gIsSuppressingInputMethod = false; }
+};
+
+bool IsEditControl(HWND hwnd) {
+  wchar_t className[32] = {};
+  GetClassNameW(hwnd, className, 32);
+  return std::wstring_view(className) == L"EDIT";
+}
+
+}  // namespace
+
+// --- Closing and system commands
+// --------------------------------------------------------------------------------
+
+void CWinWindow::GrayCloseCommand() {
+  const HMENU menu = GetSystemMenu(fHwnd, FALSE);
+  MENUITEMINFOW info = {};
+  info.cbSize = sizeof(info);
+  info.fMask = MIIM_STATE;
+  if (!GetMenuItemInfoW(menu, SC_CLOSE, FALSE, &info)) return;
+  info.fState = MFS_GRAYED;
+  SetMenuItemInfoW(menu, SC_CLOSE, FALSE, &info);
+}
+
+void CWinWindow::OnCloseRequest() {
+  if (GetWindowLongW(fHwnd, GWL_STYLE) & WS_SYSMENU) RequestClose(kCloseByUser);
+}
+
+LRESULT CWinWindow::OnSysCommand(TWinMessage message) {
+  switch (message.fWParam & ~WPARAM{0xF}) {
+    case SC_MINIMIZE: {
+      // A window that blocks the application stays where it is.
+      const bool isModalKind = fWindowKind == kWindowKindModalDialog || fWindowKind == kWindowKindAlertBox;
+      if (isModalKind && (!fOwnerHwnd || GetParent(fHwnd) == fMorvane->GetHiderWindow())) return 0;
+      break;
+    }
+    case SC_MAXIMIZE:
+      if (OnMaximizeCommand()) return 0;
+      break;
+    default:
+      break;
+  }
+  return ForwardMessage(message);
+}
+
+bool CWinWindow::OnMaximizeCommand() {
+  TSize size = fWindowState.fMaximumClientSize;
+  if (size.fWidth <= 0 && size.fHeight <= 0) return false;
+  TMonitorList monitors;
+  ThrowError(fMorvane->IMorvane_GetMonitors(monitors));
+  const TRect start = GetZoomState() == kWindowStateIdeal ? fWindowState.fIdealRect : fWindowState.fUserRect;
+  const TMonitor& monitor = monitors.fMonitors[FindBestMonitor(monitors, start)];
+  const std::int64_t workWidth = RectWidth(monitor.fWorkArea);
+  const std::int64_t workHeight = RectHeight(monitor.fWorkArea);
+  if (size.fWidth >= workWidth && size.fHeight >= workHeight) return false;
+
+  if (size.fWidth == 0) size.fWidth = ToCoordinate(2 * workWidth);
+  if (size.fHeight == 0) size.fHeight = ToCoordinate(2 * workHeight);
+  const TFrameInsets insets = GetFrameInsets();
+  const TSize frameSize = ClientSizeToFrameSize(size, insets);
+  const TRect frame = {start.fLeft, start.fTop, ToCoordinate(std::int64_t{start.fLeft} + frameSize.fWidth),
+                       ToCoordinate(std::int64_t{start.fTop} + frameSize.fHeight)};
+  const TSize minimum = ClientSizeToFrameSize(fWindowState.fMinimumClientSize, insets);
+  WINDOWPLACEMENT wp = GetPlacement(fHwnd);
+  wp.rcNormalPosition = ToNative(ConstrainRectToMonitor(monitor, frame, minimum));
+  NSMorvane::SetPlacement(fHwnd, wp);
+  return true;
+}
+
+// --- Sizes
+// ------------------------------------------------------------------------------------------------------
+
+void CWinWindow::OnGetMinMaxInfo(MINMAXINFO& info) {
+  const TSize& minimum = fWindowState.fMinimumClientSize;
+  const TSize& maximum = fWindowState.fMaximumClientSize;
+  const TFrameInsets insets = GetFrameInsets();
+  const TSize minimumFrame = ClientSizeToFrameSize(minimum, insets);
+  const TSize maximumFrame = ClientSizeToFrameSize(maximum, insets);
+  if (minimum.fWidth != 0) info.ptMinTrackSize.x = minimumFrame.fWidth;
+  if (minimum.fHeight != 0) info.ptMinTrackSize.y = minimumFrame.fHeight;
+  if (maximum.fWidth != 0) info.ptMaxTrackSize.x = maximumFrame.fWidth;
+  if (maximum.fHeight != 0) info.ptMaxTrackSize.y = maximumFrame.fHeight;
+}
+
+void CWinWindow::PlaceSizeGrip() {
+  RECT grip;
+  RECT client;
+  if (!fSizeGripHwnd || !GetWindowRect(fSizeGripHwnd, &grip) || !GetClientRect(fHwnd, &client)) return;
+  const int width = grip.right - grip.left;
+  const int height = grip.bottom - grip.top;
+  MoveWindow(fSizeGripHwnd, client.right - width, client.bottom - height, width, height, TRUE);
+}
+
+void CWinWindow::AdaptSizeGrip() {
+  if (!fSizeGripHwnd) return;
+  const bool canSize = !IsZoomed();
+  const LONG style = GetWindowLongW(fSizeGripHwnd, GWL_STYLE);
+  const LONG newStyle =
+      canSize ? (style & ~SBS_SIZEBOX) | SBS_SIZEGRIP : (style & ~SBS_SIZEGRIP) | SBS_SIZEBOX;
+  const bool enable = canSize != (IsWindowEnabled(fSizeGripHwnd) != FALSE);
+  if (enable && canSize) EnableWindow(fSizeGripHwnd, TRUE);
+  if (newStyle != style) SetWindowLongW(fSizeGripHwnd, GWL_STYLE, newStyle);
+  if (enable && !canSize) EnableWindow(fSizeGripHwnd, FALSE);
+}
+
+// --- Dropped files
+// ----------------------------------------------------------------------------------------------
+
+void CWinWindow::OnDropFiles(HGLOBAL drop) {
+  if (!drop || !IsSoundDrop(drop)) return;
+  const CDroppedFiles files(drop);
+  const UINT count = files.GetCount();
+  for (UINT index = 0; index < count; ++index) {
+    const TString name = files.GetName(index);
+    for (const TString& path : SplitFileArguments(name, CFileSystemProbe())) {
+      IMorvaneRunBehavior* const behavior = fMorvane->GetBehavior();
+      if (behavior) MORVANE_CHECK(behavior->IMorvaneRunBehavior_OnOpenURL(PathToFileURL(path).c_str()));
+    }
+  }
+}
+
+// --- Input methods
+// ----------------------------------------------------------------------------------------------
+//
+// Views take keys and no composed text, so an input method is kept closed except for native edit controls.
+
+void CWinWindow::OnImeNotify(WPARAM command) {
+  if (!GetSystemMetrics(SM_IMMENABLED) || command != IMN_SETOPENSTATUS || gIsSuppressingInputMethod) return;
+  const CSuppressionScope scope;
+  try {
+    const HWND focus = GetFocus();
+    if (!focus || !IsEditControl(focus)) SuppressInputMethod();
+  } catch (...) {
+    DebugPrint("Strange exception was swallowed in IME suppression handler.");
+  }
+}
+
+void CWinWindow::SuppressInputMethod() {
+  const HIMC context = ImmGetContext(fHwnd);
+  if (!context) MORVANE_THROW(std::exception());
+  if (ImmGetOpenStatus(context)) ImmSetOpenStatus(context, FALSE);
+  ImmReleaseContext(fHwnd, context);
+}
+
+}  // namespace NSMorvane
