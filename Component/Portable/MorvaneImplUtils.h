@@ -79,6 +79,19 @@ void ThrowError(TError error);
 // client callback.
 void CheckError(const char* file, std::int32_t line, TError error);
 
+// Runs an action behind a wall: the code of what it throws, or kOK.
+template <class TAction>
+TError ErrorOf(TAction&& action) {
+  try {
+    action();
+    return kOK;
+  } catch (const std::exception& e) {
+    return ErrorFromException(&e);
+  } catch (...) {
+    return kOtherError;
+  }
+}
+
 // 12000 to 12009, and everything from 100000 on.
 bool IsValidError(TError error);
 

@@ -22,13 +22,13 @@
 #include <vector>
 
 #include "Component/Portable/MorvaneGlue.h"
+#include "Component/Win/IdleThread.h"
 #include "Component/Win/MorvaneImplWinStartupStrings.h"
 #include "Interface/Morvane.h"
 
 namespace NSMorvane {
 
 class CHiderWindow;
-class CIdleThread;
 class CMessageWindow;
 class CWinWindow;
 
@@ -50,7 +50,7 @@ class IMessageCallListener {
   virtual ~IMessageCallListener() = default;
 };
 
-class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions {
+class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public IIdleThreadOwner {
  public:
   // --- Life (MorvaneImplWin.cpp)
 
@@ -79,6 +79,8 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions {
   // Whether a message is the system's question about starting a program of inserted media, and that is
   // suppressed. The window then answers 1 and handles the message no further.
   bool IsAutoPlayQuery(UINT message);
+
+  bool IsMainThread() const { return ::GetCurrentThreadId() == fMainThreadId; }
 
   // The window that has the mouse capture has lost it.
   void ForgetMouseCaptureWindow() { fMouseCaptureWindow.reset(); }
@@ -129,9 +131,9 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions {
 
   void RunIdleIfDue();
   // Called by the idle thread.
-  void NotifyIdleDue();
+  void NotifyIdleDue() override;
   // For waits that another thread's messages must pass.
-  void DrainIdleMessages();
+  void DrainIdleMessages() override;
 
   // --- Windows (MorvaneImplWinWindows.cpp)
 
@@ -141,7 +143,8 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions {
   // Front window first, without those that the library has hidden.
   std::vector<boost::shared_ptr<CWinWindow>> GetVisibleWindowsZ() const;
   std::vector<boost::shared_ptr<CWinWindow>> GetVisibleDocumentWindows() const;
-  // Whether any window that has not been released is left, visible or not.
+  // All that have not been released, in order of creation.
+  static std::vector<boost::shared_ptr<CWinWindow>> GetWindows();
   static bool IsAnyWindowAlive();
 
   // --- IWinExtensions (MorvaneImplWinExtensions.cpp)
@@ -249,33 +252,33 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions {
 
  private:
   // --- Loop
-
   void LogSystemReport();
   void FetchStartupLabels();
-  void RunGuarded(IMorvaneRunBehavior* behavior);
-  void AbandonRun();
   void RunMainLoop();
-  bool OpenCommandLineFiles();
-  void ReopenIfRequested();
+  void AbandonRun();
   void TakeCommandLine(const TString& commandLine);
+  bool OpenCommandLineFiles();
+  void CallOnNoDocument(TNoDocumentKind kind);
+  void ReopenIfRequested();
   void HandleMessage(const MSG& msg);
   void HandleSecondInstance();
   bool PreTranslate(const MSG& msg);
-  void CloseNextWindowAfterMessage();
+  void RelayToTooltips(const MSG& msg);
   void DeliverError(TError code);
+  void RebuildRequestedMenuBars();
   void ApplyAppActivation(bool flag, DWORD threadId);
 
   // --- Hidden windows
-
+  bool IsOwnMessage(WPARAM wParam) const;
   bool DispatchPrivateMessage(UINT message, WPARAM wParam, LPARAM lParam);
   void OnAppMessage(std::uint32_t a, std::uint32_t b);
-  void CallListener(UINT message, LPARAM lParam);
+  bool CallListener(UINT message, LPARAM lParam);
   void OnFileDialogMessage(UINT message, LPARAM lParam);
 
   // --- Quitting
-
-  void CloseNextWindow();
   void LeaveQuitMode();
+  void CloseNextWindow();
+  void CloseNextWindowAfterMessage();
   bool KeepRunning() const;
   bool DecideOnLingering(bool keepRunning);
   void StopLingerTimer();

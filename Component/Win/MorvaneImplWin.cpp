@@ -1,0 +1,178 @@
+#include "Component/Win/MorvaneImplWin.h"
+
+#include <commctrl.h>
+
+#include "Component/Portable/ResourceLoader.h"
+#include "Component/Portable/ResourceStringCache.h"
+#include "Component/Win/MorvaneImplWinHiddenWindows.h"
+#include "Component/Win/NativeWindowWrapper.h"
+#include "Component/Win/UtilsWin.h"
+#include "Component/Win/WinWindow.h"
+
+namespace NSMorvane {
+
+std::vector<TError> gPendingErrors;
+int gDocumentWindowCount = 0;
+CMorvaneImpl* CMorvaneImpl::gMorvaneImpl = nullptr;
+
+namespace {
+
+constexpr int kAppIconId = 1;
+
+// The windows of the file dialogs are wrapped too and live on threads of their own.
+void FlushAfterNativeMessage() {
+  CMorvaneImpl* morvane = CMorvaneImpl::gMorvaneImpl;
+  if (morvane && morvane->IsMainThread()) morvane->FlushMenuBarRequests();
+}
+
+}  // namespace
+
+// --- Life
+
+CMorvaneImpl::CMorvaneImpl()
+    : fBehavior(nullptr),
+      fDebugSettings{1, 1, 1, 1, 1, 0, 0},
+      fIsInQuitMode(false),
+      fAppIcon(nullptr),
+      fAppIsActive(false),
+      fLingerTimer(0),
+      fLingerExpired(false),
+      fLingerMS(0),
+      fReopenRequested(false),
+      fStartupFlag(false),
+      fIdleDue(false),
+      fMenuBarRebuildRequests(0),
+      fMonitors(),
+      fRegisteredAutoPlayMessage(0),
+      fAutoPlaySuppressCount(0),
+      fMainThreadId(::GetCurrentThreadId()) {
+  INITCOMMONCONTROLSEX controls = {};
+  controls.dwSize = sizeof(controls);
+  controls.dwICC = ICC_WIN95_CLASSES;
+  if (!::InitCommonControlsEx(&controls)) MORVANE_THROW(std::exception());
+  TakeCommandLine(TextFromWin(::GetCommandLineW()));
+  if (!EnumerateMonitors(fMonitors)) MORVANE_THROW(std::exception());
+  if (gMorvaneImpl) MORVANE_THROW(std::exception());
+  gMorvaneImpl = this;
+  gAfterNativeMessage = FlushAfterNativeMessage;
+  MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
+}
+
+CMorvaneImpl::~CMorvaneImpl() {
+  MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
+  MORVANE_ASSERT(fQuitWindow.expired());
+  MORVANE_ASSERT(0==fBehavior);
+  // The thread first: it sends messages to the message window.
+  fIdleThread.reset();
+  fHiderWindow.reset();
+  fMessageWindow.reset();
+  gAfterNativeMessage = nullptr;
+  gMorvaneImpl = nullptr;
+}
+
+// Other threads may post messages and wake the idle thread; what belongs to the main thread is not tested
+// there.
+bool CMorvaneImpl::CMorvaneGlue_CheckInvariant() const {
+  if (this != gMorvaneImpl) {
+    MORVANE_UNREACHED();
+    return false;
+  }
+  if (!IsMainThread()) return true;
+  const boost::shared_ptr<CWinWindow> captureWindow = fMouseCaptureWindow.lock();
+  if (!captureWindow) return true;
+  if (!fBehavior || !captureWindow->CheckInvariant()) {
+    MORVANE_UNREACHED();
+    return false;
+  }
+  return true;
+}
+
+IMorvaneRunBehavior* CMorvaneImpl::CMorvaneGlue_GetBehavior() {
+  MORVANE_ASSERT(0!=fBehavior);
+  return fBehavior;
+}
+
+IMorvaneRunBehavior* CMorvaneImpl::CMorvaneGlue_GetBehavior() const {
+  MORVANE_ASSERT(0!=fBehavior);
+  return fBehavior;
+}
+
+HICON CMorvaneImpl::GetAppIcon() {
+  if (!fAppIcon) {
+    fAppIcon = ::LoadIconW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(kAppIconId));
+    if (!fAppIcon) DebugPrint("No application icon found, going with OS default...");
+  }
+  return fAppIcon;
+}
+
+// --- Debug settings
+
+TDebugSettings CMorvaneImpl::CMorvaneGlue_GetDebugSettings() { return fDebugSettings; }
+
+void CMorvaneImpl::CMorvaneGlue_SetDebugSettings(const TDebugSettings& settings) {
+  const TDebugSettings& old = fDebugSettings;
+  if (settings.fDrawViewBounds == old.fDrawViewBounds &&
+      settings.fDrawMouseViewInfo == old.fDrawMouseViewInfo) {
+    if (settings.fDebugMenu == old.fDebugMenu &&
+        settings.fDrawInvalidationBlue == old.fDrawInvalidationBlue &&
+        settings.fDrawPaintsRed == old.fDrawPaintsRed && settings.fFlushViews == old.fFlushViews &&
+        settings.fDelayAfterFlushing == old.fDelayAfterFlushing) {
+      return;
+    }
+  } else {
+    // These two show on what is on the screen already.
+    for (const boost::shared_ptr<CWinWindow>& window : GetWindows()) {
+      RECT client = {};
+      if (!::GetClientRect(window->GetHwnd(), &client)) MORVANE_THROW_LAST_ERROR();
+      window->InvalidateRect(FromNative(client));
+    }
+  }
+  fDebugSettings = settings;
+  RefreshDebugMenus();
+}
+
+void CMorvaneImpl::RefreshDebugMenus() {
+  for (const boost::shared_ptr<CWinWindow>& window : GetVisibleDocumentWindows()) {
+    const CMenuBarState state = window->GetMenuBarState();
+    window->RebuildCompleteMenuBar(state);
+  }
+}
+
+// --- Small hooks
+
+TMonitorList CMorvaneImpl::CMorvaneGlue_GetMonitors() {
+  TMonitorList monitors;
+  if (EnumerateMonitors(monitors)) {
+    fMonitors = monitors;
+  } else {
+    DebugPrint("Failed to get monitor list - reverting to last successful result...");
+  }
+  return fMonitors;
+}
+
+TString CMorvaneImpl::CMorvaneGlue_GetResourceString(const std::string& key) {
+  return GetResourceStringCache(GetResourceLoader()).GetString(key);
+}
+
+TModifierKeys CMorvaneImpl::CMorvaneGlue_ShortcutModsToModifiers(TShortcutModifiers shortcutMods) {
+  switch (shortcutMods) {
+    case kShortcutNone:
+      return {0, 0};
+    case kShortcutCommand:
+      return {kModifierControl, 0};
+    case kShortcutCommandShift:
+      return {kModifierControl | kModifierShift, 0};
+    case kShortcutCommandAlt:
+      return {kModifierControl | kModifierAlt, 0};
+    case kShortcutCommandAltShift:
+      return {kModifierControl | kModifierAlt | kModifierShift, 0};
+  }
+  MORVANE_UNREACHED();
+  MORVANE_THROW(std::exception());
+}
+
+void* CMorvaneImpl::CMorvaneGlue_GetMacExtensions() { return nullptr; }
+
+IWinExtensions* CMorvaneImpl::CMorvaneGlue_GetWinExtensions() { return this; }
+
+}  // namespace NSMorvane

@@ -1,0 +1,66 @@
+// Idle calls on the main thread, yielding, and the clock. The thread behind them is in IdleThread.h.
+#include <algorithm>
+
+#include "Component/Win/MorvaneImplWin.h"
+#include "Component/Win/MorvaneImplWinHiddenWindows.h"
+#include "Component/Win/MorvaneImplWinMessages.h"
+
+namespace NSMorvane {
+
+namespace {
+
+constexpr std::int64_t kMinimumIdleDelayMS = 1;
+constexpr std::int64_t kMaximumIdleDelayMS = 0x7FFFFFFF;
+
+// Milliseconds since the system started. The count begins anew after 49 days.
+std::int64_t NowMS() { return ::GetTickCount(); }
+
+}  // namespace
+
+void CMorvaneImpl::RunIdleIfDue() {
+  if (!fIdleThread || !fIdleDue) return;
+  fIdleDue = false;
+  std::int64_t delay = kMinimumIdleDelayMS;
+  TError code = kOK;
+  if (fBehavior) code = fBehavior->IMorvaneRunBehavior_OnIdle(delay);
+  delay = std::clamp(delay, kMinimumIdleDelayMS, kMaximumIdleDelayMS);
+  // After a failure nothing is scheduled: the idle thread's own heartbeat goes on.
+  MORVANE_CHECK(code);
+  fIdleThread->Schedule(NowMS() + delay);
+}
+
+// The message only raises a flag, and nobody waits for it.
+void CMorvaneImpl::NotifyIdleDue() {
+  MORVANE_ASSERT(0!=fMessageWindow);
+  if (!fMessageWindow) return;
+  ::SendMessageCallbackW(fMessageWindow->GetHwnd(), kMsgIdleDue, reinterpret_cast<WPARAM>(this), 0, nullptr,
+                         0);
+}
+
+// The look at the queue also lets in what other threads have sent.
+void CMorvaneImpl::DrainIdleMessages() {
+  MSG msg;
+  while (::PeekMessageW(&msg, nullptr, kMsgIdleDue, kMsgIdleDue, PM_REMOVE)) {
+    ::TranslateMessage(&msg);
+    ::DispatchMessageW(&msg);
+  }
+}
+
+void CMorvaneImpl::CMorvaneGlue_WakeUpIdle() {
+  if (fIdleThread) fIdleThread->Schedule(NowMS() - 1);
+}
+
+void CMorvaneImpl::CMorvaneGlue_Yield() {
+  while (PumpOneMessage()) {
+  }
+}
+
+std::uint64_t CMorvaneImpl::CMorvaneGlue_GetCurrentMS() { return ::GetTickCount(); }
+
+// This platform has no such clock.
+std::uint64_t CMorvaneImpl::CMorvaneGlue_ConvertMSToPrecisionTicks(std::uint64_t) {
+  MORVANE_UNREACHED();
+  return 0;
+}
+
+}  // namespace NSMorvane

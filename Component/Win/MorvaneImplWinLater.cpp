@@ -1,0 +1,180 @@
+// Every operation of the root object that this build does not have. Those that a client can call give
+// kUnsupported.
+#include "Component/Win/MorvaneImplWin.h"
+
+namespace NSMorvane {
+
+namespace {
+
+[[noreturn]] void ThrowUnsupported() { MORVANE_THROW(XUnsupportedInterface()); }
+
+}  // namespace
+
+// --- What the run loop calls
+
+// The system report is not built yet.
+void CMorvaneImpl::LogSystemReport() {}
+
+// Tooltips are not built yet.
+void CMorvaneImpl::RelayToTooltips(const MSG&) {}
+
+// File dialogs are not built yet: nobody sends these messages.
+void CMorvaneImpl::OnFileDialogMessage(UINT, LPARAM) { ThrowUnsupported(); }
+
+// --- Clipboard
+
+bool CMorvaneImpl::CMorvaneGlue_IsFormatOnClipboard(const TClipboardFormat&) { ThrowUnsupported(); }
+
+std::unique_ptr<IData> CMorvaneImpl::CMorvaneGlue_GetClipboardData(const TClipboardFormat&) {
+  ThrowUnsupported();
+}
+
+void CMorvaneImpl::CMorvaneGlue_ReplaceClipboardContents(const std::vector<TClipboardFormat>&,
+                                                         IClipboardDataGetter*) {
+  ThrowUnsupported();
+}
+
+// --- Icons
+
+std::unique_ptr<IIcon> CMorvaneImpl::CMorvaneGlue_CreateBuiltInIcon(TBuiltinIcon) { ThrowUnsupported(); }
+
+std::unique_ptr<IIcon> CMorvaneImpl::CMorvaneGlue_CreateIconForURL(const std::string&) { ThrowUnsupported(); }
+
+std::unique_ptr<IIcon> CMorvaneImpl::CMorvaneGlue_CreateResourceIcon(const std::string&) {
+  ThrowUnsupported();
+}
+
+std::unique_ptr<IIcon> CMorvaneImpl::CMorvaneGlue_CreatePixmapIcon(const void*) { ThrowUnsupported(); }
+
+HICON__* CMorvaneImpl::IWinExtensions_GetIconHandle(const IIcon&, std::uint32_t, TError& outError) {
+  outError = kUnsupported;
+  return nullptr;
+}
+
+IIcon* CMorvaneImpl::IWinExtensions_CreateIconFromHandles(HICON__*, HICON__*, HICON__*, HICON__*,
+                                                          TError& outError) {
+  outError = kUnsupported;
+  return nullptr;
+}
+
+// --- Mouse
+
+TMouseState CMorvaneImpl::CMorvaneGlue_SampleMouseState(IWindow*) { ThrowUnsupported(); }
+
+void CMorvaneImpl::CMorvaneGlue_SetOverrideMouseShape(IMouseShape*) { ThrowUnsupported(); }
+
+void CMorvaneImpl::CMorvaneGlue_RequestMouseShapeArbitration() { ThrowUnsupported(); }
+
+void CMorvaneImpl::CMorvaneGlue_AllocateMouseCapture(IWindow*, IMouseCapture*) { ThrowUnsupported(); }
+
+void CMorvaneImpl::CMorvaneGlue_ReleaseMouseCapture() { ThrowUnsupported(); }
+
+TClickDragResult CMorvaneImpl::CMorvaneGlue_CheckForClickDragOperation(IWindow&, const TMouseEvent&) {
+  ThrowUnsupported();
+}
+
+std::unique_ptr<IMouseShape> CMorvaneImpl::CMorvaneGlue_LoadResourceMouseShape(const std::string&) {
+  ThrowUnsupported();
+}
+
+std::unique_ptr<IMouseShape> CMorvaneImpl::CMorvaneGlue_CreateBuiltInMouseShape(TBuiltInMouseShape) {
+  ThrowUnsupported();
+}
+
+// --- Keyboard
+
+void CMorvaneImpl::CMorvaneGlue_AttachModifierKeyListener(IModifierKeyListener*) { ThrowUnsupported(); }
+
+void CMorvaneImpl::CMorvaneGlue_DetachModifierKeyListener(IModifierKeyListener*) { ThrowUnsupported(); }
+
+void CMorvaneImpl::CMorvaneGlue_InstallKeyReleaseCallback(std::uint32_t, IKeyReleaseCallback*) {
+  ThrowUnsupported();
+}
+
+void CMorvaneImpl::CMorvaneGlue_RemoveKeyReleaseCallback(std::uint32_t, IKeyReleaseCallback*) {
+  ThrowUnsupported();
+}
+
+bool CMorvaneImpl::CMorvaneGlue_CanKeyBeInterpretedAs(const TPhysicalKeySpec&, const TModifierKeys&,
+                                                      const TKeyInterpretation&) {
+  ThrowUnsupported();
+}
+
+TKeyInterpretation CMorvaneImpl::CMorvaneGlue_GetDefaultInterpretation(const TPhysicalKeySpec&,
+                                                                       const TModifierKeys&) {
+  ThrowUnsupported();
+}
+
+// --- Popup menus
+
+bool CMorvaneImpl::CMorvaneGlue_DisplayPopupMenu(const std::vector<TMenuItem>&, IWindow&, const TPoint&,
+                                                 std::uint32_t, std::int16_t&) {
+  ThrowUnsupported();
+}
+
+bool CMorvaneImpl::CMorvaneGlue_DisplayContextualMenu(const std::vector<TMenuItem>&, IWindow&, const TPoint&,
+                                                      std::uint32_t, std::uint16_t&) {
+  ThrowUnsupported();
+}
+
+// --- Windows that are not document windows
+
+IModelessDialog* CMorvaneImpl::CMorvaneGlue_CreateModelessDialog(IModelessDialogBehaviorFactory&, TStyleFlags,
+                                                                 bool) {
+  ThrowUnsupported();
+}
+
+std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetModelessDialogsZ() { ThrowUnsupported(); }
+
+IModalDialog* CMorvaneImpl::CMorvaneGlue_CreateModalDialog(IModalDialogBehaviorFactory&, IModalOwner*, bool,
+                                                           TStyleFlags) {
+  ThrowUnsupported();
+}
+
+std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetModalDialogsZ() { ThrowUnsupported(); }
+
+IFloatingWindow* CMorvaneImpl::CMorvaneGlue_CreateFloatingWindow(IFloatingWindowBehaviorFactory&,
+                                                                 TStyleFlags) {
+  ThrowUnsupported();
+}
+
+std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetFloatingWindowsZ() { ThrowUnsupported(); }
+
+// --- Alert boxes and file dialogs
+
+void CMorvaneImpl::CMorvaneGlue_CreateAlertBox(IModalOwner*, bool, const TAlertSpec&, IAlertBoxListener*) {
+  ThrowUnsupported();
+}
+
+void CMorvaneImpl::CMorvaneGlue_CreateSaveAsDialog(ISaveAsDialogBehavior*, std::uint32_t, IModalOwner*, bool,
+                                                   const TString&, const std::vector<TFileType>&,
+                                                   const TString&) {
+  ThrowUnsupported();
+}
+
+void CMorvaneImpl::CMorvaneGlue_CreateOpenDialog(IOpenDialogBehavior*, std::uint32_t, IModalOwner*, bool,
+                                                 bool, const std::vector<TFileType>&, const TString&,
+                                                 IOpenDialogCustomizeBehavior*) {
+  ThrowUnsupported();
+}
+
+void CMorvaneImpl::CMorvaneGlue_CreateDirectoryChooserDialog(IDirectoryChooserBehavior*, std::uint32_t,
+                                                             IModalOwner*, bool, const TString&) {
+  ThrowUnsupported();
+}
+
+void CMorvaneImpl::CMorvaneGlue_CreateSaveChangesDialog(ISaveChangesBehavior*, IModalOwner*, bool,
+                                                        const TString&, TCloseReason) {
+  ThrowUnsupported();
+}
+
+// --- Native controls in views
+
+IWinNativeControlCallbackToken* CMorvaneImpl::IWinExtensions_HostNativeControl(HWND__*,
+                                                                               IWinNativeControlCallback*,
+                                                                               IView&, TError& outError) {
+  outError = kUnsupported;
+  return nullptr;
+}
+
+}  // namespace NSMorvane

@@ -1,0 +1,319 @@
+// IMorvane_Run from start to end, the message loop, and what is done around each message.
+//
+// The order of the steps is part of the behaviour. Nothing here holds an iterator across a callback: a
+// callback may run a loop of its own and come back here.
+#include "Component/Portable/MorvaneImplUtilsMenuBarState.h"
+#include "Component/Win/MorvaneImplWin.h"
+#include "Component/Win/MorvaneImplWinHiddenWindows.h"
+#include "Component/Win/MorvaneImplWinMessages.h"
+#include "Component/Win/SingleInstance.h"
+#include "Component/Win/UtilsWin.h"
+#include "Component/Win/UtilsWinFiles.h"
+#include "Component/Win/WinWindow.h"
+#include "Component/Win/WinWindowModality.h"
+
+namespace NSMorvane {
+
+using NSTextPackage::ArrayToString;
+
+// --- The run
+
+void CMorvaneImpl::CMorvaneGlue_Run(IMorvaneRunBehavior* behavior, const TStartupParams& params) {
+  // One run at a time: a second one would take this process for another instance and end the behaviour.
+  if (fMessageWindow) MORVANE_THROW(XIllegalCallSequence());
+  fMainThreadId = ::GetCurrentThreadId();
+  LogSystemReport();
+  fStartupStrings.fCompanyName = ArrayToString(params.fCompanyName);
+  fStartupStrings.fProductName = ArrayToString(params.fProductName);
+  fStartupStrings.fDisplayName = ArrayToString(params.fDisplayName);
+  fStartupFlag = params.fStartupFlag != 0;
+  fLingerMS = params.fLingerMS;
+
+  const TString instanceName = fStartupStrings.fCompanyName + fStartupStrings.fProductName;
+  if (!TryBecomeFirstInstance(instanceName)) {
+    SendCommandLineToFirstInstance(instanceName, TextFromWin(::GetCommandLineW()));
+    if (behavior) MORVANE_CHECK(behavior->IMorvaneRunBehavior_OnCleanUp());
+    delete behavior;
+    return;
+  }
+
+  try {
+    fBehavior = behavior;
+    FetchStartupLabels();
+    fMessageWindow = std::make_unique<CMessageWindow>();
+    fHiderWindow = std::make_unique<CHiderWindow>(GetAppIcon());
+    fIdleThread = std::make_unique<CIdleThread>(this);
+    if (fBehavior) MORVANE_CHECK(fBehavior->IMorvaneRunBehavior_OnStartUp());
+    if (!fIsInQuitMode) {
+      const bool hadFiles = OpenCommandLineFiles();
+      if (!hadFiles) CallOnNoDocument(kNoDocumentAtStart);
+      RunMainLoop();
+    }
+    fIdleThread.reset();
+    if (fBehavior) {
+      MORVANE_CHECK(fBehavior->IMorvaneRunBehavior_OnCleanUp());
+    } else {
+      DebugPrint("Skipping call to IMorvaneRunBehavior_OnCleanUp, since there is no behavior.");
+    }
+    fHiderWindow.reset();
+    fMessageWindow.reset();
+    delete fBehavior;
+    fBehavior = nullptr;
+    ReleaseFirstInstance();
+  } catch (...) {
+    AbandonRun();
+    MORVANE_RETHROW();
+  }
+}
+
+// After a failure. The behaviour stays the client's, and hears nothing of it.
+void CMorvaneImpl::AbandonRun() {
+  try {
+    while (!gWinWindows.empty()) {
+      const boost::shared_ptr<CWinWindow> window = gWinWindows.front().lock();
+      if (window) {
+        window->ReleaseWindow();
+      } else {
+        gWinWindows.erase(gWinWindows.begin());
+      }
+    }
+  } catch (...) {
+    MORVANE_UNREACHED();
+  }
+  fIdleThread.reset();
+  fHiderWindow.reset();
+  fMessageWindow.reset();
+  ReleaseFirstInstance();
+  fBehavior = nullptr;
+}
+
+void CMorvaneImpl::FetchStartupLabels() {
+  class CReceiver : public ITextReceiver {
+   public:
+    TError ITextReceiver_ReceiveText(const TChar* text) override {
+      return ErrorOf([&] { fText = text; });
+    }
+    TString fText;
+  };
+  for (const auto& [id, label] : StartupLabels(fStartupStrings)) {
+    CReceiver receiver;
+    MORVANE_CHECK(IMorvane_GetResourceString(("SSTR/1000/" + NumberText(id)).c_str(), receiver));
+    *label = receiver.fText;
+  }
+}
+
+void CMorvaneImpl::RunMainLoop() {
+  bool keepRunning = KeepRunning();
+  while (keepRunning && !fLingerExpired) {
+    const TError error = ErrorOf([this] {
+      OpenCommandLineFiles();
+      ReopenIfRequested();
+      RunOneTurn();
+      if (!fIsInQuitMode && gDocumentWindowCount == 0) DispatchQuitEvent();
+    });
+    DeliverError(error);
+    keepRunning = DecideOnLingering(KeepRunning());
+  }
+}
+
+// --- Files of the command line
+
+void CMorvaneImpl::TakeCommandLine(const TString& commandLine) {
+  CCommandLine parsed = ParseCommandLine(commandLine, CFileSystemProbe());
+  fCommandLineOptions = std::move(parsed.fOptions);
+  fCommandLineFiles = std::move(parsed.fFiles);
+}
+
+// False if there were none.
+bool CMorvaneImpl::OpenCommandLineFiles() {
+  const bool hadFiles = !fCommandLineFiles.empty();
+  while (!fCommandLineFiles.empty()) {
+    const TString path = std::move(fCommandLineFiles.front());
+    fCommandLineFiles.erase(fCommandLineFiles.begin());
+    const std::string url = PathToFileURL(path);
+    if (fBehavior) MORVANE_CHECK(fBehavior->IMorvaneRunBehavior_OnOpenURL(url.c_str()));
+  }
+  return hadFiles;
+}
+
+void CMorvaneImpl::CallOnNoDocument(TNoDocumentKind kind) {
+  if (!GetVisibleDocumentWindows().empty()) return;
+  if (fBehavior) MORVANE_CHECK(fBehavior->IMorvaneRunBehavior_OnNoDocument(kind));
+}
+
+void CMorvaneImpl::ReopenIfRequested() {
+  if (!fReopenRequested) return;
+  fReopenRequested = false;
+  CallOnNoDocument(fLingerTimer != 0 ? kNoDocumentAtStart : kNoDocumentAtReopen);
+}
+
+// --- Messages
+
+bool CMorvaneImpl::RunOneTurn() {
+  MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
+  RunIdleIfDue();
+  FlushMenuBarRequests();
+  MSG msg = {};
+  if (fIsInQuitMode && !IsAnyWindowAlive()) {
+    // Lingering or about to leave: never block.
+    const BOOL result = ::PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE);
+    if (result) HandleMessage(msg);
+    return result == 1;
+  }
+  const BOOL result = ::GetMessageW(&msg, nullptr, 0, 0);
+  if (result != 0) HandleMessage(msg);
+  MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
+  return result == 1;
+}
+
+bool CMorvaneImpl::PumpOneMessage() {
+  MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
+  RunIdleIfDue();
+  FlushMenuBarRequests();
+  MSG msg = {};
+  const BOOL result = ::PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE);
+  if (result) HandleMessage(msg);
+  return result != 0;
+}
+
+// Throws nothing: what goes wrong is delivered to the client.
+void CMorvaneImpl::HandleMessage(const MSG& msg) {
+  const TError error = ErrorOf([&] {
+    MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
+    if (msg.message == kMsgSecondInstance) HandleSecondInstance();
+    if (msg.message == kMsgAppActivation) ApplyAppActivation(msg.wParam != 0, static_cast<DWORD>(msg.lParam));
+    if (msg.message == WM_TIMER && msg.wParam == fLingerTimer && fLingerTimer != 0) {
+      DebugPrint("Lingering complete, exiting...");
+      StopLingerTimer();
+      fLingerExpired = true;
+    }
+    // These three go on to dispatch like all others.
+    if (!PreTranslate(msg)) {
+      ::TranslateMessage(&msg);
+      ::DispatchMessageW(&msg);
+    }
+    CloseNextWindowAfterMessage();
+  });
+  DeliverError(error);
+  MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
+}
+
+// Another process of this application has been started: whatever was ending goes on living.
+void CMorvaneImpl::HandleSecondInstance() {
+  if (fLingerTimer != 0) {
+    DebugPrint("Lingering aborted...");
+    StopLingerTimer();
+  }
+  LeaveQuitMode();
+  RefreshAppModality();
+  TakeCommandLine(TakeSentCommandLine());
+  if (fCommandLineFiles.empty()) fReopenRequested = true;
+}
+
+// True if a window has used the message up.
+bool CMorvaneImpl::PreTranslate(const MSG& msg) {
+  RelayToTooltips(msg);
+  for (HWND hwnd = msg.hwnd; hwnd; hwnd = ::GetAncestor(hwnd, GA_PARENT)) {
+    CWinWindow* const window = GetWindowForHwnd(hwnd);
+    if (!window) continue;
+    const boost::shared_ptr<CWinWindow> reference = window->GetClientsWindowReference();
+    if (reference->PreTranslateMessage(msg)) return true;
+  }
+  return false;
+}
+
+// --- Errors
+
+void CMorvaneImpl::DeliverError(TError code) {
+  if (!gPendingErrors.empty()) {
+    code = gPendingErrors.front();
+    gPendingErrors.clear();
+  }
+  if (code == kOK) return;
+  try {
+    if (fBehavior) {
+      fBehavior->IMorvaneRunBehavior_OnUnhandledError(code);
+    } else {
+      DebugPrint("Ignoring unhandled error " + NumberText(static_cast<std::int32_t>(code)) +
+                 " since there is no behavior.");
+    }
+  } catch (...) {
+    MORVANE_UNREACHED();
+  }
+}
+
+// --- Menu bars
+
+void CMorvaneImpl::CMorvaneGlue_RequestMenuBarsSetup() {
+  if (fMenuBarRebuildRequests == 0) {
+    DebugPrint("CMorvaneImpl::CMorvaneGlue_RequestMenuBarsSetup requested");
+  }
+  ++fMenuBarRebuildRequests;
+}
+
+void CMorvaneImpl::FlushMenuBarRequests() {
+  MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
+  const TError error = ErrorOf([this] {
+    if (fMenuBarRebuildRequests != 0) RebuildRequestedMenuBars();
+  });
+  if (error != kOK) gPendingErrors.push_back(error);
+  MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
+}
+
+void CMorvaneImpl::RebuildRequestedMenuBars() {
+  if (fMenuBarRebuildRequests > 1) {
+    DebugPrint("Collapsed " + NumberText(fMenuBarRebuildRequests) + " rebuild menubar requests...");
+  }
+  fMenuBarRebuildRequests = 0;
+  if (!fBehavior) {
+    DebugPrint("Ignoring request to rebuild menu bars since there is no behavior.");
+    return;
+  }
+  DebugPrint("Rebuilding Menu Bar...");
+  DebugIndentScope indent;
+  for (const boost::shared_ptr<CWinWindow>& window : GetVisibleDocumentWindows()) {
+    // The window before may have ended this one.
+    if (!window->IsVisible()) continue;
+    CMenuBarState state;
+    MORVANE_CHECK(fBehavior->IMorvaneRunBehavior_OnSetupMenuBar(state));
+    window->RunMenuBarSetup(state);
+  }
+}
+
+// --- Activation of the application
+
+void CMorvaneImpl::OnAppActivation(bool flag, DWORD threadId, bool viaPost) {
+  if (!viaPost) {
+    ApplyAppActivation(flag, threadId);
+  } else if (!::PostMessageW(nullptr, kMsgAppActivation, flag ? 1 : 0, static_cast<LPARAM>(threadId))) {
+    MORVANE_THROW_LAST_ERROR();
+  }
+}
+
+void CMorvaneImpl::ApplyAppActivation(bool flag, DWORD threadId) {
+  MORVANE_ASSERT(0!=fBehavior);
+  // The threads of the library own message-only windows: as long as one of them has the focus, the
+  // application is active.
+  const bool active = flag || ThreadOwnsUnlistedWindow(threadId);
+  if (active == fAppIsActive) return;
+  fAppIsActive = active;
+  if (!fAppIsActive) ShowFloatingWindows(false);
+  if (fBehavior) {
+    MORVANE_CHECK(fBehavior->IMorvaneRunBehavior_OnAppActivation(active ? 1 : 0));
+  } else {
+    DebugPrint("Ignoring app activation message, since there is no behavior.");
+  }
+}
+
+void CMorvaneImpl::ShowFloatingWindows(bool show) {
+  const std::vector<HWND> handles = GetTopLevelWindowsZ();
+  // The lowest first, so that their order stays.
+  for (auto it = handles.rbegin(); it != handles.rend(); ++it) {
+    const CWinWindow* const window = GetWindowForHwnd(*it);
+    if (!window || window->GetWindowKind() != kWindowKindFloating) continue;
+    const bool isVisible = (::GetWindowLongW(*it, GWL_STYLE) & WS_VISIBLE) != 0;
+    if (isVisible != show) ::ShowWindow(*it, show ? SW_SHOWNA : SW_HIDE);
+  }
+}
+
+}  // namespace NSMorvane

@@ -1,0 +1,129 @@
+// Making windows and views, and the lists of windows.
+#include <algorithm>
+
+#include "Component/Portable/MorvaneImplUtilsDrawing.h"
+#include "Component/Portable/ViewImpl.h"
+#include "Component/Win/MorvaneImplWin.h"
+#include "Component/Win/UtilsWin.h"
+#include "Component/Win/WinDocumentWindow.h"
+#include "Component/Win/WinWindow.h"
+
+namespace NSMorvane {
+
+namespace {
+
+// A client can implement IView too; such a view is none of the library's.
+CViewImpl& ViewOf(IView& view) {
+  CViewImpl* const impl = dynamic_cast<CViewImpl*>(&view);
+  if (!impl) MORVANE_THROW(std::invalid_argument(""));
+  return *impl;
+}
+
+}  // namespace
+
+// --- Lists
+
+std::vector<boost::shared_ptr<CWinWindow>> CMorvaneImpl::GetWindows() {
+  std::vector<boost::shared_ptr<CWinWindow>> windows;
+  for (const boost::weak_ptr<CWinWindow>& entry : gWinWindows) {
+    if (boost::shared_ptr<CWinWindow> window = entry.lock()) windows.push_back(std::move(window));
+  }
+  return windows;
+}
+
+bool CMorvaneImpl::IsAnyWindowAlive() {
+  return std::any_of(gWinWindows.begin(), gWinWindows.end(),
+                     [](const boost::weak_ptr<CWinWindow>& window) { return !window.expired(); });
+}
+
+CWinWindow* CMorvaneImpl::GetWindowForHwnd(HWND hwnd) const {
+  for (const boost::weak_ptr<CWinWindow>& entry : gWinWindows) {
+    const boost::shared_ptr<CWinWindow> window = entry.lock();
+    if (window && window->GetHwnd() == hwnd) return window.get();
+  }
+  return nullptr;
+}
+
+boost::shared_ptr<CWinWindow> CMorvaneImpl::GetWindowForHwndChecked(HWND hwnd) const {
+  const CWinWindow* const window = GetWindowForHwnd(hwnd);
+  if (!window) {
+    MORVANE_UNREACHED();
+    MORVANE_THROW(std::exception());
+  }
+  return window->GetClientsWindowReference();
+}
+
+std::vector<boost::shared_ptr<CWinWindow>> CMorvaneImpl::GetVisibleWindowsZ() const {
+  std::vector<boost::shared_ptr<CWinWindow>> windows;
+  for (const HWND hwnd : GetShownWindowsZ()) {
+    if (const CWinWindow* const window = GetWindowForHwnd(hwnd)) {
+      windows.push_back(window->GetClientsWindowReference());
+    }
+  }
+  return windows;
+}
+
+std::vector<boost::shared_ptr<CWinWindow>> CMorvaneImpl::GetVisibleDocumentWindows() const {
+  std::vector<boost::shared_ptr<CWinWindow>> windows;
+  for (const boost::shared_ptr<CWinWindow>& documentWindow : GetVisibleWindowsZ()) {
+    if (documentWindow->GetWindowKind() != kWindowKindDocument) continue;
+    MORVANE_ASSERT(documentWindow->CheckInvariant());
+    if (documentWindow->IsVisible()) windows.push_back(documentWindow);
+  }
+  return windows;
+}
+
+std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetDocumentWindowsZ() {
+  std::vector<IWindow*> windows;
+  for (const boost::shared_ptr<CWinWindow>& window : GetVisibleDocumentWindows()) {
+    windows.push_back(window.get());
+  }
+  return windows;
+}
+
+// --- Document windows
+
+IDocumentWindow* CMorvaneImpl::CMorvaneGlue_CreateDocumentWindow(IDocumentWindowBehaviorFactory& factory,
+                                                                 TStyleFlags styleFlags,
+                                                                 bool listedInWindowMenu) {
+  MORVANE_ASSERT(0!=fBehavior);
+  // A window tells the run behaviour what happens to it.
+  if (!fBehavior) MORVANE_THROW(XIllegalCallSequence());
+  const boost::shared_ptr<CDocumentWindowImpl> window(
+      new CDocumentWindowImpl(this, styleFlags, listedInWindowMenu));
+  window->SetClientsWindowReference(window);
+  try {
+    TError error = kProgrammingError;
+    std::unique_ptr<IDocumentWindowBehavior> behavior(
+        factory.IDocumentWindowBehaviorFactory_CreateBehavior(*window, error));
+    MORVANE_CHECK(error);
+    window->SetBehavior(std::move(behavior));
+    window->Show();
+  } catch (...) {
+    // The window holds itself; unless a callback has released it already, it has to let go.
+    if (window->LockClientsWindowReference()) window->ReleaseWindow();
+    throw;
+  }
+  RebuildAllMenuBars();
+  return window.get();
+}
+
+// --- Views
+
+IView* CMorvaneImpl::CMorvaneGlue_CreateView(IViewBehaviorFactory& factory, IView& superView,
+                                             const std::string& debugName) {
+  return CViewImpl::MakeSubView(this, factory, ViewOf(superView), debugName).get();
+}
+
+void CMorvaneImpl::CMorvaneGlue_InvalidateView(IView& view, const TRect& rect) {
+  CViewImpl& impl = ViewOf(view);
+  impl.InvalidateRect(rect, impl.GetClipBounds());
+}
+
+void CMorvaneImpl::CMorvaneGlue_DrawView(IView& view, IDrawTools& tools) {
+  CViewImpl& impl = ViewOf(view);
+  TDrawBracket bracket(fBehavior, tools);
+  DrawView(fBehavior, bracket, impl, impl.GetBounds(), tools, fDebugSettings);
+}
+
+}  // namespace NSMorvane

@@ -1,0 +1,377 @@
+// What tests of the library's client side stand on: one run of an application in a process of its own.
+//
+// The test is a client like any other: it sees the headers of Interface/ and the shared library. A scenario
+// is a set of hooks on the recording run behaviour and a list of steps, each of which runs in a turn of the
+// library's own loop. Everything that the library calls is written to one list, fLog, which is compared with
+// an expected list, read from top to bottom.
+#pragma once
+
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <cwchar>
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "Morvane.h"
+#include "MorvaneDefaults.h"
+
+namespace NSMorvaneTest {
+
+using namespace NSMorvane;
+
+// How long a scenario may take, and how long a wait inside one.
+constexpr DWORD kScenarioLimitMS = 45000;
+constexpr DWORD kWaitLimitMS = 20000;
+
+using CallLog = std::vector<std::string>;
+
+inline const wchar_t* WideText(const TChar* text) { return reinterpret_cast<const wchar_t*>(text); }
+inline std::u16string TextOfWide(const std::wstring& text) { return {text.begin(), text.end()}; }
+
+// --- Debug output
+
+// Any thread may print.
+class ClientDebugOutput : public IDebugOutput {
+ public:
+  void IDebugOutput_Assert(const char* file, std::int32_t line, const char* expression) override {
+    const Guard guard(fLock);
+    fAssertions.push_back(expression);
+    fAssertFiles.push_back(std::string(file) + "(" + std::to_string(line) + "): " + expression);
+  }
+  void IDebugOutput_Print(const char* text) override {
+    const Guard guard(fLock);
+    fLines.push_back(text);
+  }
+  void IDebugOutput_Indent() override { InterlockedIncrement(&fDepth); }
+  void IDebugOutput_Unindent() override { InterlockedDecrement(&fDepth); }
+
+  std::size_t CountLines(const std::string& line) {
+    const Guard guard(fLock);
+    std::size_t count = 0;
+    for (const std::string& other : fLines) count += other == "[Morvane] " + line;
+    return count;
+  }
+  bool HasLine(const std::string& line) { return CountLines(line) > 0; }
+  std::vector<std::string> TakeAssertions() {
+    const Guard guard(fLock);
+    fAssertFiles.clear();
+    return std::exchange(fAssertions, {});
+  }
+  // With their places, for messages.
+  std::string DescribeAssertions() {
+    const Guard guard(fLock);
+    std::string text;
+    for (const std::string& place : fAssertFiles) text += place + "\n";
+    return text;
+  }
+  LONG GetDepth() const { return fDepth; }
+  void Reset() {
+    const Guard guard(fLock);
+    fLines.clear();
+    fAssertions.clear();
+    fAssertFiles.clear();
+    fDepth = 0;
+  }
+
+  // The library may print until the process ends, so this outlives everything.
+  static ClientDebugOutput& Get() {
+    static ClientDebugOutput* const output = new ClientDebugOutput;
+    return *output;
+  }
+
+ private:
+  struct Guard {
+    explicit Guard(SRWLOCK& lock) : fLock(lock) { AcquireSRWLockExclusive(&fLock); }
+    ~Guard() { ReleaseSRWLockExclusive(&fLock); }
+    SRWLOCK& fLock;
+  };
+
+  SRWLOCK fLock = SRWLOCK_INIT;
+  std::vector<std::string> fLines;
+  std::vector<std::string> fAssertions;
+  std::vector<std::string> fAssertFiles;
+  LONG fDepth = 0;
+};
+
+// --- The run behaviour
+
+// What a scenario does in the callbacks. An empty hook answers kOK and does nothing else.
+struct RunHooks {
+  std::function<TError()> fOnStartUp;
+  std::function<TError()> fOnCleanUp;
+  std::function<TError()> fOnQuitEvent;
+  std::function<TError(TNoDocumentKind)> fOnNoDocument;
+  std::function<TError(const std::string&)> fOnOpenURL;
+  std::function<TError(IMenuBarState&)> fOnSetupMenuBar;
+  std::function<TError(std::int64_t&)> fOnIdle;
+  std::function<TError(TFlag)> fOnAppActivation;
+  std::function<TError(std::uint32_t, std::uint32_t)> fOnAppMessage;
+  std::function<TError(TError)> fOnUnhandledError;
+};
+
+// The steps of a scenario come as application messages with this number, which are not logged.
+constexpr std::uint32_t kStepMessage = 0x57E9;
+
+class RecordingRunBehavior : public CDefaultRunBehavior {
+ public:
+  RecordingRunBehavior(CallLog& log, RunHooks& hooks, std::deque<std::function<void()>>& steps)
+      : fLog(log), fHooks(hooks), fSteps(steps) {}
+  ~RecordingRunBehavior() override { fLog.push_back("deleted"); }
+
+  TError IMorvaneRunBehavior_OnStartUp() override { return Call("OnStartUp", fHooks.fOnStartUp); }
+  TError IMorvaneRunBehavior_OnCleanUp() override { return Call("OnCleanUp", fHooks.fOnCleanUp); }
+  TError IMorvaneRunBehavior_OnQuitEvent() override { return Call("OnQuitEvent", fHooks.fOnQuitEvent); }
+  TError IMorvaneRunBehavior_OnNoDocument(TNoDocumentKind kind) override {
+    return Call("OnNoDocument " + std::to_string(kind), fHooks.fOnNoDocument, kind);
+  }
+  TError IMorvaneRunBehavior_OnOpenURL(const char* url) override {
+    return Call(std::string("OnOpenURL ") + url, fHooks.fOnOpenURL, std::string(url));
+  }
+  // Not logged: how often it comes is a matter of time.
+  TError IMorvaneRunBehavior_OnIdle(std::int64_t& inOutDelayMS) override {
+    ++fIdleCalls;
+    if (fHooks.fOnIdle) return fHooks.fOnIdle(inOutDelayMS);
+    return CDefaultRunBehavior::IMorvaneRunBehavior_OnIdle(inOutDelayMS);
+  }
+  TError IMorvaneRunBehavior_OnSetupMenuBar(IMenuBarState& state) override {
+    if (fHooks.fOnSetupMenuBar) return fHooks.fOnSetupMenuBar(state);
+    return kOK;
+  }
+  TError IMorvaneRunBehavior_OnAppActivation(TFlag active) override {
+    if (fHooks.fOnAppActivation) return fHooks.fOnAppActivation(active);
+    return kOK;
+  }
+  TError IMorvaneRunBehavior_OnAppMessage(std::uint32_t a, std::uint32_t b) override {
+    if (a != kStepMessage) {
+      return Call("OnAppMessage " + std::to_string(a) + " " + std::to_string(b), fHooks.fOnAppMessage, a, b);
+    }
+    if (fSteps.empty()) return kOK;
+    const std::function<void()> step = std::move(fSteps.front());
+    fSteps.pop_front();
+    step();
+    return kOK;
+  }
+  TError IMorvaneRunBehavior_OnUnhandledError(TError error) override {
+    return Call("OnUnhandledError " + std::to_string(error), fHooks.fOnUnhandledError, error);
+  }
+
+  static inline int fIdleCalls = 0;
+
+ private:
+  template <class THook, class... TArguments>
+  TError Call(const std::string& entry, THook& hook, TArguments... arguments) {
+    fLog.push_back(entry);
+    return hook ? hook(arguments...) : kOK;
+  }
+
+  CallLog& fLog;
+  RunHooks& fHooks;
+  std::deque<std::function<void()>>& fSteps;
+};
+
+// --- Processes
+
+// A second process of the same application runs the same test with this in its environment: the company name
+// of the first one.
+inline std::wstring RoleOfThisProcess() {
+  wchar_t company[256] = {};
+  GetEnvironmentVariableW(L"MORVANE_TEST_SECOND_OF", company, 256);
+  return company;
+}
+
+// The library reads the command line when its root object is made, and the arguments of the test program are
+// none of the application's: this puts another command line in the place of the real one, which is longer.
+inline void SetCommandLineOfThisProcess(const std::wstring& commandLine) {
+  wchar_t* const text = GetCommandLineW();
+  static const std::size_t room = std::wcslen(text);
+  ASSERT_LE(commandLine.size(), room) << "no room for this command line";
+  std::wcscpy(text, commandLine.c_str());
+}
+
+// Ends the process, with a message, when a scenario hangs.
+class Watchdog {
+ public:
+  explicit Watchdog(const CallLog& log) : fLog(log) {
+    fDone = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    fThread = CreateThread(nullptr, 0, Watch, this, 0, nullptr);
+  }
+  ~Watchdog() {
+    SetEvent(fDone);
+    WaitForSingleObject(fThread, INFINITE);
+    CloseHandle(fThread);
+    CloseHandle(fDone);
+  }
+  Watchdog(const Watchdog&) = delete;
+  Watchdog& operator=(const Watchdog&) = delete;
+
+ private:
+  static DWORD WINAPI Watch(void* argument) {
+    const Watchdog& self = *static_cast<Watchdog*>(argument);
+    if (WaitForSingleObject(self.fDone, kScenarioLimitMS) != WAIT_TIMEOUT) return 0;
+    std::fprintf(stderr, "The scenario hangs. So far there were %u calls, the last of them: %s\n",
+                 static_cast<unsigned>(self.fLog.size()), self.fLog.empty() ? "-" : self.fLog.back().c_str());
+    std::fflush(stderr);
+    TerminateProcess(GetCurrentProcess(), 99);
+    return 0;
+  }
+
+  const CallLog& fLog;
+  HANDLE fDone;
+  HANDLE fThread;
+};
+
+// A second process of the application, which runs this same test.
+class SecondProcess {
+ public:
+  // `arguments` follow the program's name on its command line.
+  SecondProcess(const std::wstring& company, const std::wstring& arguments) {
+    wchar_t program[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    const ::testing::TestInfo& test = *::testing::UnitTest::GetInstance()->current_test_info();
+    const std::string filter = std::string(test.test_suite_name()) + "." + test.name();
+    SetEnvironmentVariableW(L"MORVANE_TEST_SECOND_OF", company.c_str());
+    SetEnvironmentVariableA("GTEST_FILTER", filter.c_str());
+    std::wstring commandLine = L"\"" + std::wstring(program) + L"\"";
+    if (!arguments.empty()) commandLine += L" " + arguments;
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof(startup);
+    PROCESS_INFORMATION process = {};
+    if (CreateProcessW(program, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
+                       &process)) {
+      CloseHandle(process.hThread);
+      fProcess = process.hProcess;
+    }
+    SetEnvironmentVariableW(L"MORVANE_TEST_SECOND_OF", nullptr);
+    SetEnvironmentVariableA("GTEST_FILTER", nullptr);
+    EXPECT_NE(fProcess, nullptr) << "no second process: " << GetLastError();
+  }
+  ~SecondProcess() {
+    if (!fProcess) return;
+    if (WaitForSingleObject(fProcess, 0) == WAIT_TIMEOUT) TerminateProcess(fProcess, 98);
+    CloseHandle(fProcess);
+  }
+  SecondProcess(const SecondProcess&) = delete;
+  SecondProcess& operator=(const SecondProcess&) = delete;
+
+  bool HasEnded() const { return WaitForSingleObject(fProcess, 0) == WAIT_OBJECT_0; }
+  // Its test has passed.
+  bool EndsWell() const {
+    DWORD code = 1;
+    return WaitForSingleObject(fProcess, kWaitLimitMS) == WAIT_OBJECT_0 &&
+           GetExitCodeProcess(fProcess, &code) && code == 0;
+  }
+
+ private:
+  HANDLE fProcess = nullptr;
+};
+
+// --- The fixture
+
+class ClientTest : public ::testing::Test {
+ protected:
+  ClientTest() : fWatchdog(fLog), fCompany(RoleOfThisProcess()), fIsSecondProcess(!fCompany.empty()) {
+    fOutput.Reset();
+    RecordingRunBehavior::fIdleCalls = 0;
+    if (fIsSecondProcess) return;
+    fCompany =
+        L"Client Test " + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(GetTickCount());
+    SetCommandLineOfThisProcess(L"\"app.exe\"");
+  }
+  ~ClientTest() override {
+    DeleteMorvane();
+    EXPECT_EQ(fOutput.DescribeAssertions(), "") << "assertions that the test has not taken";
+    EXPECT_EQ(fOutput.GetDepth(), 0);
+  }
+
+  // `arguments` follow the program's name on the command line.
+  void CreateMorvane(const std::wstring& arguments = L"") {
+    if (!arguments.empty()) SetCommandLineOfThisProcess(L"\"app.exe\" " + arguments);
+    TError error = kOtherError;
+    fMorvane = Morvane_Create("IMorvane", &error);
+    ASSERT_EQ(error, kOK);
+    ASSERT_NE(fMorvane, nullptr);
+    fMorvane->IMorvane_SetDebugOutput(&fOutput);
+    fParams = {};
+    CopyText(fParams.fCompanyName, TextOfWide(fCompany));
+    CopyText(fParams.fProductName, u"Scenario");
+    CopyText(fParams.fDisplayName, u"A scenario of the client tests");
+  }
+  void DeleteMorvane() {
+    delete fMorvane;
+    fMorvane = nullptr;
+  }
+
+  // The whole run.
+  TError Run() { return fMorvane->IMorvane_Run(new RecordingRunBehavior(fLog, fHooks, fSteps), fParams); }
+
+  // In the run: does this in a turn of the loop of its own, after all that has been asked for before.
+  void Then(std::function<void()> step) {
+    fSteps.push_back(std::move(step));
+    EXPECT_EQ(fMorvane->IMorvane_PostAppMessage(kStepMessage, 0), kOK);
+  }
+  // The same, in the first turn in which the condition holds. The loop keeps turning until then.
+  void WhenThen(std::function<bool()> condition, std::function<void()> step) {
+    const ULONGLONG deadline = GetTickCount64() + kWaitLimitMS;
+    Then([=, this] {
+      if (condition()) return step();
+      if (GetTickCount64() > deadline) {
+        ADD_FAILURE() << "waited in vain; the last call was " << (fLog.empty() ? "none" : fLog.back());
+        return Quit();
+      }
+      Sleep(1);
+      WhenThen(condition, step);
+    });
+  }
+  void Quit() {
+    TFlag isQuitting = 0;
+    fMorvane->IMorvane_IsQuitting(isQuitting);
+    if (isQuitting) return;
+    EXPECT_EQ(fMorvane->IMorvane_StartQuitting(), kOK);
+  }
+  // Inside a callback: yields until the condition holds. False if that takes too long.
+  bool YieldUntil(const std::function<bool()>& condition) {
+    const ULONGLONG deadline = GetTickCount64() + kWaitLimitMS;
+    while (!condition()) {
+      if (GetTickCount64() > deadline) return false;
+      EXPECT_EQ(fMorvane->IMorvane_Yield(), kOK);
+      MsgWaitForMultipleObjects(0, nullptr, FALSE, 2, QS_ALLINPUT);
+    }
+    return true;
+  }
+
+  // The hidden window of this class in this process.
+  static HWND FindHiddenWindow(const wchar_t* className) {
+    HWND hwnd = nullptr;
+    DWORD processId = 0;
+    while ((hwnd = FindWindowExW(HWND_MESSAGE, hwnd, className, nullptr)) != nullptr) {
+      GetWindowThreadProcessId(hwnd, &processId);
+      if (processId == GetCurrentProcessId()) break;
+    }
+    return hwnd;
+  }
+  static HWND FindMessageWindow() { return FindHiddenWindow(L"Hollowbrook Message Window"); }
+  static HWND FindHiderWindow() { return FindHiddenWindow(L"Hollowbrook Hider Window"); }
+  // Whether this application holds the record by which second launches find it.
+  bool HoldsInstanceRecord() const {
+    const HANDLE mapping = OpenFileMappingW(FILE_MAP_READ, FALSE, (fCompany + L"Scenario").c_str());
+    if (mapping) CloseHandle(mapping);
+    return mapping != nullptr;
+  }
+  static int IdleCalls() { return RecordingRunBehavior::fIdleCalls; }
+
+  CallLog fLog;
+  Watchdog fWatchdog;
+  std::wstring fCompany;
+  bool fIsSecondProcess;
+  ClientDebugOutput& fOutput = ClientDebugOutput::Get();
+  RunHooks fHooks;
+  std::deque<std::function<void()>> fSteps;
+  TStartupParams fParams = {};
+  IMorvane* fMorvane = nullptr;
+};
+
+}  // namespace NSMorvaneTest

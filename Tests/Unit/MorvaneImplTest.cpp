@@ -1,0 +1,303 @@
+// The root object without a run: its life, the small hooks, private messages, and what it does with failures
+// and requests while nobody listens. Runs are in the client tests.
+#include "Component/Win/MorvaneImplWin.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <memory>
+#include <set>
+
+#include "Component/Win/MorvaneImplWinMessages.h"
+#include "Component/Win/UtilsWin.h"
+#include "Tests/Support/RecordingDebugOutput.h"
+
+using namespace NSMorvane;
+using NSMorvaneTest::RecordingDebugOutput;
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+class MorvaneImplTest : public ::testing::Test {
+ protected:
+  MorvaneImplTest() {
+    TError error = kOtherError;
+    fMorvane.reset(Morvane_Create("IMorvane", &error));
+    EXPECT_EQ(error, kOK);
+    fOutput.Reset();
+  }
+  ~MorvaneImplTest() override { gPendingErrors.clear(); }
+
+  CMorvaneImpl& Impl() { return *CMorvaneImpl::gMorvaneImpl; }
+  // The assertions since the last time.
+  Texts TakeAssertions() { return std::exchange(fOutput.fAssertions, {}); }
+  std::ptrdiff_t CountLines(const std::string& line) const {
+    return std::count(fOutput.fLines.begin(), fOutput.fLines.end(), "[Morvane] " + line);
+  }
+  // Has the loop handle one message.
+  void TurnTheLoop() {
+    ::PostThreadMessageW(::GetCurrentThreadId(), WM_APP, 0, 0);
+    EXPECT_EQ(fMorvane->IMorvane_Yield(), kOK);
+  }
+
+  RecordingDebugOutput fOutput;
+  std::unique_ptr<IMorvane> fMorvane;
+};
+
+}  // namespace
+
+// --- Life
+
+TEST_F(MorvaneImplTest, ThereIsOneRootObject) {
+  TError error = kOK;
+  EXPECT_EQ(Morvane_Create("IMorvane", &error), nullptr);
+  EXPECT_EQ(error, TError(kOtherError));
+  EXPECT_TRUE(fMorvane->IMorvane_CheckInvariant());
+  EXPECT_EQ(CMorvaneImpl::gMorvaneImpl, fMorvane.get());
+
+  for (const char* name : {"iMorvane", "IMorvane ", "", "IMorvan"}) {
+    error = kOK;
+    EXPECT_EQ(Morvane_Create(name, &error), nullptr) << name;
+    EXPECT_EQ(error, TError(kBadInputProgrammingError)) << name;
+  }
+
+  fMorvane.reset();
+  EXPECT_EQ(CMorvaneImpl::gMorvaneImpl, nullptr);
+  fMorvane.reset(Morvane_Create("IMorvane", &error));
+  EXPECT_EQ(error, TError(kOK));
+  EXPECT_TRUE(fMorvane->IMorvane_CheckInvariant());
+  EXPECT_EQ(TakeAssertions(), Texts());
+}
+
+TEST_F(MorvaneImplTest, OutsideARun) {
+  IMorvaneRunBehavior* behavior = nullptr;
+  EXPECT_EQ(fMorvane->IMorvane_GetBehavior(behavior), kOK);
+  EXPECT_EQ(TakeAssertions(), (Texts{"0!=fBehavior", "outBehavior != NULL"}));
+  EXPECT_EQ(std::as_const(*fMorvane).IMorvane_GetBehavior(behavior), kOK);
+  EXPECT_EQ(TakeAssertions(), (Texts{"0!=fBehavior", "outBehavior != NULL"}));
+
+  void* mac = &mac;
+  EXPECT_EQ(fMorvane->IMorvane_GetMacExtensions(mac), kOK);
+  EXPECT_EQ(mac, nullptr);
+  EXPECT_EQ(TakeAssertions(), (Texts{"outMacExtensions != NULL"}));
+
+  EXPECT_EQ(Impl().GetHiderWindow(), nullptr);
+  EXPECT_EQ(Impl().GetWindowForHwnd(::GetDesktopWindow()), nullptr);
+  EXPECT_THROW(Impl().GetWindowForHwndChecked(::GetDesktopWindow()), std::exception);
+  EXPECT_EQ(TakeAssertions(), (Texts{"false"}));
+  EXPECT_FALSE(Impl().IsAnyWindowAlive());
+
+  // This program has no icon; a failure is not remembered.
+  EXPECT_EQ(Impl().GetAppIcon(), nullptr);
+  EXPECT_EQ(Impl().GetAppIcon(), nullptr);
+  EXPECT_EQ(CountLines("No application icon found, going with OS default..."), 2);
+}
+
+TEST_F(MorvaneImplTest, OtherThreadsSeeTheObjectAsSound) {
+  const HANDLE thread = ::CreateThread(
+      nullptr, 0,
+      [](void* morvane) -> DWORD {
+        return static_cast<IMorvane*>(morvane)->IMorvane_CheckInvariant() ? 7 : 8;
+      },
+      fMorvane.get(), 0, nullptr);
+  ::WaitForSingleObject(thread, INFINITE);
+  DWORD result = 0;
+  ::GetExitCodeThread(thread, &result);
+  EXPECT_EQ(result, 7u);
+  ::CloseHandle(thread);
+}
+
+// --- Small hooks
+
+TEST_F(MorvaneImplTest, DebugSettings) {
+  TDebugSettings settings;
+  EXPECT_EQ(fMorvane->IMorvane_GetDebugSettings(settings), kOK);
+  const TDebugSettings initial = {1, 1, 1, 1, 1, 0, 0};
+  EXPECT_EQ(std::memcmp(&settings, &initial, sizeof(settings)), 0);
+
+  // One after the other, since the fourth and fifth take a way of their own.
+  TFlag* const fields[] = {&settings.fDebugMenu,         &settings.fDrawInvalidationBlue,
+                           &settings.fDrawPaintsRed,     &settings.fDrawViewBounds,
+                           &settings.fDrawMouseViewInfo, &settings.fFlushViews,
+                           &settings.fDelayAfterFlushing};
+  for (TFlag* const field : fields) {
+    *field = 1 - *field;
+    EXPECT_EQ(fMorvane->IMorvane_SetDebugSettings(settings), kOK);
+    EXPECT_EQ(std::memcmp(&settings, &Impl().GetDebugSettings(), sizeof(settings)), 0);
+  }
+  const TDebugSettings kept = settings;
+  settings.fFlushViews = 2;
+  EXPECT_EQ(fMorvane->IMorvane_SetDebugSettings(settings), TError(kBadInputProgrammingError));
+  EXPECT_EQ(std::memcmp(&kept, &Impl().GetDebugSettings(), sizeof(kept)), 0);
+}
+
+TEST_F(MorvaneImplTest, Monitors) {
+  TMonitorList monitors = {};
+  EXPECT_EQ(fMorvane->IMorvane_GetMonitors(monitors), kOK);
+  ASSERT_GE(monitors.fMonitorCount, 1u);
+  const TRect& bounds = monitors.fMonitors[monitors.fMainMonitorIndex].fBounds;
+  EXPECT_EQ(bounds.fRight - bounds.fLeft, ::GetSystemMetrics(SM_CXSCREEN));
+  EXPECT_EQ(bounds.fBottom - bounds.fTop, ::GetSystemMetrics(SM_CYSCREEN));
+}
+
+TEST_F(MorvaneImplTest, ShortcutModifiers) {
+  const std::pair<TShortcutModifiers, std::uint32_t> cases[] = {{kShortcutNone, 0},
+                                                                {kShortcutCommand, 8},
+                                                                {kShortcutCommandShift, 10},
+                                                                {kShortcutCommandAlt, 12},
+                                                                {kShortcutCommandAltShift, 14}};
+  for (const auto& [shortcut, keys] : cases) {
+    TModifierKeys modifiers = {99, 99};
+    EXPECT_EQ(fMorvane->IMorvane_ShortcutModsToModifiers(shortcut, modifiers), kOK);
+    EXPECT_EQ(modifiers.fKeys, keys);
+    EXPECT_EQ(modifiers.fReserved, 0u);
+  }
+}
+
+TEST_F(MorvaneImplTest, AutoPlaySuppressionNests) {
+  IWinExtensions* extensions = nullptr;
+  ASSERT_EQ(fMorvane->IMorvane_GetWinExtensions(extensions), kOK);
+  const UINT query = ::RegisterWindowMessageW(L"QueryCancelAutoPlay");
+  const struct {
+    std::uint32_t command;
+    TError result;
+    bool suppressedAfter;
+  } steps[] = {{1, kIllegalCallSequenceProgrammingError, false},
+               {0, kOK, true},
+               {0, kOK, true},
+               {2, kBadInputProgrammingError, true},
+               {1, kOK, true},
+               {1, kOK, false},
+               {1, kIllegalCallSequenceProgrammingError, false},
+               {0, kOK, true}};
+  for (const auto& step : steps) {
+    EXPECT_EQ(extensions->IWinExtensions_SuppressAutoPlay(static_cast<TAutoPlayCommand>(step.command)),
+              step.result);
+    fOutput.fLines.clear();
+    EXPECT_EQ(Impl().IsAutoPlayQuery(query), step.suppressedAfter);
+    EXPECT_EQ(CountLines("Stopped an autoplay from occuring!"), step.suppressedAfter ? 1 : 0);
+    EXPECT_FALSE(Impl().IsAutoPlayQuery(query + 1));
+  }
+  EXPECT_EQ(TakeAssertions(), Texts());
+}
+
+// Each label has its own place, and its own number.
+TEST_F(MorvaneImplTest, StartupLabels) {
+  TStartupStrings strings;
+  const auto labels = StartupLabels(strings);
+  ASSERT_EQ(labels.size(), 50u);
+  std::set<TString*> places;
+  for (const auto& [id, label] : labels) {
+    *label = TextFromWin(std::to_wstring(id).c_str());
+    places.insert(label);
+  }
+  EXPECT_EQ(places.size(), 50u);
+  const std::pair<const TString*, const char16_t*> examples[] = {{&strings.fQuitItem, u"1"},
+                                                                 {&strings.fCancelButton, u"15"},
+                                                                 {&strings.fAlwaysOnTopItem, u"23"},
+                                                                 {&strings.fEscapeKeyName, u"100"},
+                                                                 {&strings.fFunctionKeyNames[0], u"101"},
+                                                                 {&strings.fFunctionKeyNames[14], u"115"},
+                                                                 {&strings.fKeypadEnterKeyName, u"118"},
+                                                                 {&strings.fReturnKeyName, u"119"},
+                                                                 {&strings.fHomeKeyName, u"121"},
+                                                                 {&strings.fDeleteKeyName, u"123"},
+                                                                 {&strings.fPageDownKeyName, u"125"},
+                                                                 {&strings.fRightKeyName, u"129"},
+                                                                 {&strings.fControlKeyName, u"131"},
+                                                                 {&strings.fAltKeyName, u"133"}};
+  for (const auto& [label, id] : examples) EXPECT_EQ(*label, id);
+}
+
+// --- Failures and requests without a behaviour
+
+TEST_F(MorvaneImplTest, OldestPendingErrorIsDelivered) {
+  gPendingErrors = {kBadFormatError, 100001};
+  TurnTheLoop();
+  EXPECT_EQ(CountLines("Ignoring unhandled error 12005 since there is no behavior."), 1);
+  TurnTheLoop();
+  EXPECT_EQ(
+      std::count_if(fOutput.fLines.begin(), fOutput.fLines.end(),
+                    [](const std::string& line) { return line.find("unhandled") != std::string::npos; }),
+      1);
+  EXPECT_TRUE(gPendingErrors.empty());
+}
+
+TEST_F(MorvaneImplTest, MenuBarRequestsWithoutBehaviour) {
+  EXPECT_FALSE(Impl().MenuBarsAreStale());
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(fMorvane->IMorvane_RequestMenuBarsSetup(), kOK);
+  EXPECT_TRUE(Impl().MenuBarsAreStale());
+  Impl().FlushMenuBarRequests();
+  EXPECT_FALSE(Impl().MenuBarsAreStale());
+  Impl().FlushMenuBarRequests();
+  EXPECT_EQ(fOutput.fLines,
+            (Texts{"[Morvane] CMorvaneImpl::CMorvaneGlue_RequestMenuBarsSetup requested",
+                   "[Morvane] Collapsed 3 rebuild menubar requests...",
+                   "[Morvane] Ignoring request to rebuild menu bars since there is no behavior."}));
+}
+
+TEST_F(MorvaneImplTest, SessionEndWithoutBehaviour) {
+  EXPECT_TRUE(Impl().OnQueryEndSession());
+  EXPECT_EQ(fOutput.fLines, (Texts{"[Morvane] Auto-handlig quit event since there is no behavior.",
+                                   "[Morvane] ]Morvane] Entering quit mode..."}));
+  // Already quitting: the answer is at hand.
+  EXPECT_TRUE(Impl().OnQueryEndSession());
+  EXPECT_EQ(fOutput.fLines.size(), 2u);
+  EXPECT_EQ(fMorvane->IMorvane_StopQuitting(), kOK);
+  EXPECT_EQ(CountLines("]Morvane] Exited quit mode..."), 1);
+  EXPECT_EQ(TakeAssertions(), Texts());
+}
+
+TEST_F(MorvaneImplTest, ActivationWithoutBehaviour) {
+  Impl().OnAppActivation(true, 0, true);
+  EXPECT_EQ(CountLines("Ignoring app activation message, since there is no behavior."), 0);
+  EXPECT_EQ(fMorvane->IMorvane_Yield(), kOK);
+  EXPECT_EQ(CountLines("Ignoring app activation message, since there is no behavior."), 1);
+  Impl().OnAppActivation(true, 0, false);
+  EXPECT_EQ(CountLines("Ignoring app activation message, since there is no behavior."), 1);
+  EXPECT_EQ(TakeAssertions(), (Texts{"0!=fBehavior", "0!=fBehavior"}));
+}
+
+// --- Private messages
+
+namespace {
+
+class RecordingListener : public IMessageCallListener {
+ public:
+  void OnListenerCall1() override { fCalls += '1'; }
+  void OnListenerCall2() override { fCalls += '2'; }
+  void OnListenerCall3() override { throw XBadFormat(); }
+  std::string fCalls;
+};
+
+}  // namespace
+
+TEST_F(MorvaneImplTest, ListenerCallsReachKnownListenersOnly) {
+  RecordingListener known, stranger;
+  const auto send = [&](UINT message, RecordingListener& listener) {
+    return Impl().HandlePrivateMessage(
+        nullptr, message, reinterpret_cast<WPARAM>(&Impl()),
+        reinterpret_cast<LPARAM>(static_cast<IMessageCallListener*>(&listener)));
+  };
+  Impl().AddMessageCallListener(&known);
+  send(kMsgListenerCall1, known);
+  send(kMsgListenerCall2, known);
+  EXPECT_EQ(TakeAssertions(), Texts());
+  send(kMsgListenerCall1, stranger);
+  EXPECT_EQ(TakeAssertions(), (Texts{"false"}));
+  send(kMsgListenerCall3, known);
+  EXPECT_EQ(gPendingErrors, (std::vector<TError>{kBadFormatError}));
+  Impl().RemoveMessageCallListener(&known);
+  send(kMsgListenerCall1, known);
+  EXPECT_EQ(TakeAssertions(), (Texts{"false"}));
+  EXPECT_EQ(known.fCalls, "12");
+  EXPECT_EQ(stranger.fCalls, "");
+}
+
+// An application message before or after the run finds nobody.
+TEST_F(MorvaneImplTest, AppMessageWithoutBehaviour) {
+  Impl().HandlePrivateMessage(nullptr, kMsgAppMessage, 1, 2);
+  EXPECT_EQ(TakeAssertions(), (Texts{"0!=fBehavior", "outBehavior != NULL"}));
+  EXPECT_TRUE(gPendingErrors.empty());
+}
