@@ -200,6 +200,8 @@ void CWinWindow::UpdateToolText(std::uint32_t, CViewImpl&, const TString&) {
 
 void CWinWindow::RemoveTool(std::uint32_t, CViewImpl&) { MORVANE_THROW(XUnsupportedInterface()); }
 
+void CWinWindow::UpdateToolRects() {}
+
 void CWinWindow::DestroyTooltipWindow() {}
 
 }  // namespace NSMorvane

@@ -28,10 +28,13 @@ void CWinWindow::ApplyMenuBarState(const CMenuBarState& state) {
   if (!(state == fMenuBarState)) RebuildCompleteMenuBar(state);
 }
 
-// Native menus are not built yet: the state is kept, and the window shows no menu bar.
+// Native menus are not built yet: the state is kept, the window shows no menu bar and has no commands.
+
 void CWinWindow::RebuildCompleteMenuBar(const CMenuBarState& state) {
   DebugPrint("CWinWindow::RebuildCompleteMenuBar");
   fMenuBarState = state;
 }
+
+void CWinWindow::OnCommand(UINT) {}
 
 }  // namespace NSMorvane
