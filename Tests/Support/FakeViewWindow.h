@@ -2,7 +2,9 @@
 // ask of it.
 #pragma once
 
+#include <boost/weak_ptr.hpp>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -39,7 +41,7 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewW
   explicit FakeViewWindow(const TRect& rootRect = {0, 0, 400, 300}) {
     const TViewImplPtr root(new CViewImpl(nullptr, this));
     root->SetClientsViewReference(root);
-    root->SetBehavior(boost::shared_ptr<IViewBehavior>(new RecordingViewBehavior("root", fLog)));
+    root->SetBehavior(boost::shared_ptr<IViewBehavior>(new RecordingViewBehavior("root", fSharedLog)));
     root->SetBounds(rootRect);
     fRootView = root.get();
     Reset();
@@ -51,14 +53,14 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewW
   CViewImpl& MakeView(CViewImpl& superView, const TRect& rect, const std::string& name,
                       std::uint32_t flags = kViewEnabled) {
     struct Factory : IViewBehaviorFactory {
-      Factory(const std::string& name, Log& log) : fName(name), fLog(log) {}
+      Factory(const std::string& name, const std::shared_ptr<Log>& log) : fName(name), fLog(log) {}
       IViewBehavior* IViewBehaviorFactory_CreateBehavior(IView&, TError& outError) override {
         outError = kOK;
         return new RecordingViewBehavior(fName, fLog);
       }
       const std::string& fName;
-      Log& fLog;
-    } factory(name, fLog);
+      const std::shared_ptr<Log>& fLog;
+    } factory(name, fSharedLog);
     CViewImpl& view = *CViewImpl::MakeSubView(nullptr, factory, superView, name);
     SetRect(view, rect);
     if (flags != kViewEnabled) SetFlags(view, flags);
@@ -107,6 +109,7 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewW
   }
   void IImplFocusTools_GetTabViews(std::vector<CViewImpl*>& out) override { out = fTabViews; }
   void IImplFocusTools_SetTabViews(std::vector<CViewImpl*> tabViews) override { fTabViews = tabViews; }
+  boost::shared_ptr<void> IImplFocusTools_KeepAlive() override { return fSelf.lock(); }
 
   // What the window is told, and what it says.
   bool fActive = true;
@@ -114,9 +117,11 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewW
   CViewImpl* fFocusView = nullptr;
   std::vector<CViewImpl*> fTabViews;
   std::map<std::uint32_t, TString> fTools;
+  boost::weak_ptr<FakeViewWindow> fSelf;  // for a window that callbacks end
 
   // What is recorded.
-  Log fLog;  // of all behaviours
+  const std::shared_ptr<Log> fSharedLog = std::make_shared<Log>();  // of all behaviours, which may outlive it
+  Log& fLog = *fSharedLog;
   std::vector<TRect> fInvalidRects;
   CRegion fInvalid;
   int fToolRectsMarked = 0;

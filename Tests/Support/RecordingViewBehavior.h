@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -17,7 +18,11 @@ using Log = std::vector<std::string>;
 // Lines look like "name Offset 3 -1". GetHitRects and GetNativeFocusTarget come too often to be of interest.
 class RecordingViewBehavior : public CDefaultViewBehavior {
  public:
-  RecordingViewBehavior(std::string name, Log& log) : fName(std::move(name)), fLog(log) {}
+  RecordingViewBehavior(std::string name, std::shared_ptr<Log> log)
+      : fName(std::move(name)), fLog(std::move(log)) {}
+  // For a log that outlives the behaviour.
+  RecordingViewBehavior(std::string name, Log& log)
+      : RecordingViewBehavior(std::move(name), std::shared_ptr<Log>(std::shared_ptr<Log>(), &log)) {}
   ~RecordingViewBehavior() override {
     Write("Deleted");
     if (fOnDeleted) fOnDeleted();
@@ -64,7 +69,7 @@ class RecordingViewBehavior : public CDefaultViewBehavior {
   std::function<void()> fOnDeleted;
 
  private:
-  void Write(const std::string& what) { fLog.push_back(fName + " " + what); }
+  void Write(const std::string& what) { fLog->push_back(fName + " " + what); }
   TError Called() {
     const TError error = fError;
     // A copy: the object may be gone behind the call.
@@ -77,7 +82,7 @@ class RecordingViewBehavior : public CDefaultViewBehavior {
   }
 
   std::string fName;
-  Log& fLog;
+  std::shared_ptr<Log> fLog;
 };
 
 }  // namespace NSMorvaneTest

@@ -148,6 +148,25 @@ TEST_F(FocusSearch, DisablingASuperViewMovesTheFocusOutOfIt) {
   EXPECT_EQ(&c, fWindow.fFocusView);
 }
 
+TEST_F(FocusSearch, WindowEndsWhileTheFocusMoves) {
+  for (const bool byRelease : {false, true}) {
+    boost::shared_ptr<FakeViewWindow> window(new FakeViewWindow);
+    window->fSelf = window;
+    CViewImpl& outer = window->MakeView(window->Root(), {0, 0, 9, 9}, "outer");
+    CViewImpl& inner = window->MakeView(outer, {0, 0, 9, 9}, "inner", kFocusable);
+    window->fTabViews = {&inner};
+    window->fFocusView = &inner;
+    NSMorvaneTest::BehaviorOf(inner).fOnCall = [&] { window.reset(); };
+    if (byRelease)
+      inner.IView_Release();
+    else
+      SetFlags(outer, 0);
+    EXPECT_EQ(nullptr, outer.GetMotherWindow());
+    if (!byRelease) inner.IView_Release();
+    outer.IView_Release();
+  }
+}
+
 TEST_F(FocusSearch, ClientsCanFocusOnlyWhatCanHaveIt) {
   FakeViewWindow other;
   CViewImpl& stranger = other.MakeView(other.Root(), {0, 0, 10, 10}, "stranger", kFocusable);
