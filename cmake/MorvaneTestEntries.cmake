@@ -21,13 +21,14 @@ function(morvane_test_names variable source)
   set(${variable} ${names} PARENT_SCOPE)
 endfunction()
 
-# morvane_add_test_entry(<name> <target> <filter>): one entry, which runs the tests that fit the filter.
-# A program that hangs is stopped by wine-run; ctest's own limit stands behind it.
-function(morvane_add_test_entry name target filter)
+# morvane_add_test_entry(<name> <target> <filter> <seconds>): one entry, which runs the tests that fit the filter.
+# A program that hangs is stopped by wine-run after so many seconds; ctest's own limit stands behind it.
+function(morvane_add_test_entry name target filter seconds)
+  math(EXPR last_resort "${seconds} + 40")
   add_test(NAME ${name} COMMAND ${target} --gtest_filter=${filter})
   set_tests_properties(${name} PROPERTIES
-    ENVIRONMENT MORVANE_RUN_LIMIT=60
-    TIMEOUT 100
+    ENVIRONMENT MORVANE_RUN_LIMIT=${seconds}
+    TIMEOUT ${last_resort}
     FAIL_REGULAR_EXPRESSION "Running 0 tests")
 endfunction()
 
@@ -41,7 +42,7 @@ function(morvane_add_file_entries prefix target)
     list(TRANSFORM names REPLACE "(.+)" "\\1.*:\\1/*:*/\\1.*:*/\\1/*")
     list(JOIN names ":" filter)
     get_filename_component(name ${source} NAME_WE)
-    morvane_add_test_entry(${prefix}.${name} ${target} "${filter}")
+    morvane_add_test_entry(${prefix}.${name} ${target} "${filter}" 120)
   endforeach()
 endfunction()
 
@@ -52,7 +53,7 @@ function(morvane_add_single_entries prefix target)
     morvane_test_names(names ${source})
     foreach(name IN LISTS names)
       if(NOT name MATCHES "DISABLED_")
-        morvane_add_test_entry(${prefix}.${name} ${target} ${name})
+        morvane_add_test_entry(${prefix}.${name} ${target} ${name} 60)
       endif()
     endforeach()
   endforeach()
