@@ -53,22 +53,16 @@ bool CanMoveViewsUnderMouse(UINT message) {
 }
 
 // Whether the memory that a message points to can be there. Messages come from anywhere.
-bool IsReadable(const void* block, std::size_t size) {
-  constexpr DWORD kReadable = PAGE_READONLY | PAGE_READWRITE | PAGE_WRITECOPY | PAGE_EXECUTE_READ |
-                              PAGE_EXECUTE_READWRITE | PAGE_EXECUTE_WRITECOPY;
+constexpr DWORD kWritable = PAGE_READWRITE | PAGE_WRITECOPY | PAGE_EXECUTE_READWRITE | PAGE_EXECUTE_WRITECOPY;
+constexpr DWORD kReadable = kWritable | PAGE_READONLY | PAGE_EXECUTE_READ;
+
+bool IsAccessible(const void* block, std::size_t size, DWORD protection) {
   const std::uintptr_t begin = reinterpret_cast<std::uintptr_t>(block);
   MEMORY_BASIC_INFORMATION info;
   if (!block || !VirtualQuery(block, &info, sizeof(info))) return false;
-  if (info.State != MEM_COMMIT || !(info.Protect & kReadable) || (info.Protect & PAGE_GUARD)) return false;
+  if (info.State != MEM_COMMIT || !(info.Protect & protection) || (info.Protect & PAGE_GUARD)) return false;
   const std::uintptr_t end = reinterpret_cast<std::uintptr_t>(info.BaseAddress) + info.RegionSize;
   return end - begin >= size;
-}
-
-bool IsWritable(const void* block, std::size_t size) {
-  constexpr DWORD kWritable =
-      PAGE_READWRITE | PAGE_WRITECOPY | PAGE_EXECUTE_READWRITE | PAGE_EXECUTE_WRITECOPY;
-  MEMORY_BASIC_INFORMATION info;
-  return IsReadable(block, size) && VirtualQuery(block, &info, sizeof(info)) && (info.Protect & kWritable);
 }
 
 TPoint PointInMessage(LPARAM lParam) {
@@ -128,7 +122,7 @@ class CWinWindow::CMessageTable {
   }
   static TResult OnGetMinMaxInfo(CWinWindow& window, TWinMessage& message) {
     const auto info = reinterpret_cast<MINMAXINFO*>(message.fLParam);
-    if (IsWritable(info, sizeof(*info))) window.OnGetMinMaxInfo(*info);
+    if (IsAccessible(info, sizeof(*info), kWritable)) window.OnGetMinMaxInfo(*info);
     return 0;
   }
   static TResult OnClose(CWinWindow& window, TWinMessage&) {
@@ -205,7 +199,7 @@ class CWinWindow::CMessageTable {
     return window.OnNonClientHitTest(message);
   }
   static TResult OnMouseMove(CWinWindow& window, TWinMessage& message) {
-    window.DispatchMouseMove({PointInMessage(message.fLParam), 0, 0, 0});
+    window.DispatchMouseMove({PointInMessage(message.fLParam), 0, kNoButton, 0});
     window.ArmMouseLeave();
     return kForward;
   }
@@ -227,18 +221,18 @@ class CWinWindow::CMessageTable {
   static TResult OnMouseWheel(CWinWindow& window, TWinMessage& message) {
     const TPoint point = ScreenToClientChecked(window.fHwnd, PointInMessage(message.fLParam));
     const std::int16_t delta = static_cast<std::int16_t>(HIWORD(message.fWParam));
-    return window.DispatchMouseWheel({point, 0, 0, delta}) ? TResult(0) : kForward;
+    return window.DispatchMouseWheel({point, 0, kNoButton, delta}) ? TResult(0) : kForward;
   }
   static TResult OnMouseLeave(CWinWindow& window, TWinMessage&) {
     const TPoint position = PointInMessage(static_cast<LPARAM>(GetMessagePos()));
-    window.DispatchMouseMove({ScreenToClientChecked(window.fHwnd, position), 0, 0, 0});
+    window.DispatchMouseMove({ScreenToClientChecked(window.fHwnd, position), 0, kNoButton, 0});
     window.fMouseLeaveArmed = false;
     return kForward;
   }
   static TResult OnForwardedMouseMove(CWinWindow& window, TWinMessage& message) {
     POINT point = ToNative(PointInMessage(message.fLParam));
     if (!ClientToScreen(reinterpret_cast<HWND>(message.fWParam), &point)) return kForward;
-    window.DispatchMouseMove({ScreenToClientChecked(window.fHwnd, FromNative(point)), 0, 0, 0});
+    window.DispatchMouseMove({ScreenToClientChecked(window.fHwnd, FromNative(point)), 0, kNoButton, 0});
     return kForward;
   }
 
@@ -271,7 +265,8 @@ class CWinWindow::CMessageTable {
   }
   static TResult OnNotify(CWinWindow& window, TWinMessage& message) {
     const auto header = reinterpret_cast<const NMHDR*>(message.fLParam);
-    if (IsReadable(header, sizeof(*header))) window.CallControlListener(header->hwndFrom, message);
+    if (IsAccessible(header, sizeof(*header), kReadable))
+      window.CallControlListener(header->hwndFrom, message);
     return kForward;
   }
   static TResult OnSysCommand(CWinWindow& window, TWinMessage& message) {

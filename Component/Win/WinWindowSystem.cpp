@@ -43,10 +43,11 @@ class CDroppedFiles : CNotCopied {
   HDROP fDrop;
 };
 
-// Whether a list of names, each with a zero behind it, ends with an empty one inside the block.
+// Whether a list of names, each with a zero behind it, ends with an empty one inside the block. The system
+// takes even an empty list to begin with a name.
 template <class TUnit>
 bool IsTerminatedList(const std::byte* block, std::size_t size) {
-  bool atStart = true;
+  bool atStart = false;
   for (; size >= sizeof(TUnit); block += sizeof(TUnit), size -= sizeof(TUnit)) {
     TUnit unit;
     std::memcpy(&unit, block, sizeof(unit));
@@ -179,13 +180,15 @@ void CWinWindow::PlaceSizeGrip() {
 void CWinWindow::AdaptSizeGrip() {
   if (!fSizeGripHwnd) return;
   const bool canSize = !IsZoomed();
+  const auto enable = [&](bool flag) {
+    if ((IsWindowEnabled(fSizeGripHwnd) != FALSE) != flag) EnableWindow(fSizeGripHwnd, flag);
+  };
+  if (canSize) enable(true);
   const LONG style = GetWindowLongW(fSizeGripHwnd, GWL_STYLE);
   const LONG newStyle =
       canSize ? (style & ~SBS_SIZEBOX) | SBS_SIZEGRIP : (style & ~SBS_SIZEGRIP) | SBS_SIZEBOX;
-  const bool enable = canSize != (IsWindowEnabled(fSizeGripHwnd) != FALSE);
-  if (enable && canSize) EnableWindow(fSizeGripHwnd, TRUE);
   if (newStyle != style) SetWindowLongW(fSizeGripHwnd, GWL_STYLE, newStyle);
-  if (enable && !canSize) EnableWindow(fSizeGripHwnd, FALSE);
+  if (!canSize) enable(false);
 }
 
 // --- Dropped files

@@ -1,0 +1,501 @@
+// What windows show: the picture that views paint together, which pixels are touched, what draw callbacks may
+// do, and what the debug settings add.
+#include <algorithm>
+
+#include "Support/ClientWindows.h"
+
+namespace NSMorvaneTest {
+
+class PaintingTest : public WindowClientTest {
+ protected:
+  static constexpr COLORREF kRed = RGB(255, 0, 0);
+  static constexpr COLORREF kGreen = RGB(0, 160, 0);
+  static constexpr COLORREF kBlue = RGB(0, 0, 255);
+  static constexpr COLORREF kScribble = RGB(1, 200, 255);
+
+  Picture Background() const {
+    const TRect client = ClientRect();
+    return Picture(client.fRight, client.fBottom, GetSysColor(COLOR_WINDOW));
+  }
+  // Draws past the library.
+  void Scribble(const TRect& rect) const {
+    const HDC hdc = GetDC(fHwnd);
+    const RECT nativeRect = {rect.fLeft, rect.fTop, rect.fRight, rect.fBottom};
+    const HBRUSH brush = CreateSolidBrush(kScribble);
+    FillRect(hdc, &nativeRect, brush);
+    DeleteObject(brush);
+    ReleaseDC(fHwnd, hdc);
+  }
+  void ScribbleAll() const { Scribble(ClientRect()); }
+  bool IsDirty() const {
+    RECT rect;
+    return GetUpdateRect(fHwnd, &rect, FALSE) != FALSE;
+  }
+};
+
+// --- The picture
+
+TEST_F(PaintingTest, BackgroundAndViewsFromBackToFront) {
+  RunWithWindow(0, [this] {
+    EXPECT_EQ(Picture::OfWindow(fHwnd).DifferenceTo(Background()), "");
+    TestView& back = AddView({10, 20, 110, 80}, kRed);
+    // Sticks out of its super view, and is cut.
+    AddView({90, 60, 200, 200}, kBlue, &back.fView);
+    AddView({50, 50, 70, 120}, kGreen);
+    Update();
+    Picture expected = Background();
+    expected.Fill({10, 20, 110, 80}, kRed);
+    expected.Fill({90, 60, 110, 80}, kBlue);
+    expected.Fill({50, 50, 70, 120}, kGreen);
+    EXPECT_EQ(Picture::OfWindow(fHwnd).DifferenceTo(expected), "");
+    // The screen follows when the system gets to it.
+    EXPECT_TRUE(YieldUntil([&] { return Picture::OfScreen(fHwnd).DifferenceTo(expected).empty(); }));
+    EXPECT_EQ(WindowRunBehavior::fBeginDrawCalls, WindowRunBehavior::fEndDrawCalls);
+  });
+}
+
+TEST_F(PaintingTest, EveryDrawModeShowsTheSame) {
+  RunWithWindow(0, [this] {
+    Picture expected = Background();
+    TRect rect = {10, 10, 60, 60};
+    for (const TViewDrawMode mode : {kViewDrawDirect, kViewDrawTemporary16, kViewDrawTemporary32,
+                                     kViewDrawPermanent16, kViewDrawPermanent32}) {
+      AddView(rect, kBlue, nullptr, mode);
+      expected.Fill(rect, kBlue);
+      rect = {rect.fLeft + 40, rect.fTop + 30, rect.fRight + 40, rect.fBottom + 30};
+    }
+    Update();
+    EXPECT_EQ(Picture::OfWindow(fHwnd).DifferenceTo(expected), "");
+    for (TestView* view : fViews) view->fColor = kRed;
+    Invalidate({0, 0, 100, 1000});
+    Update();
+    // Inside the permanent views nothing became dirty but what was invalidated.
+    rect = {10, 10, 60, 60};
+    for (int i = 0; i < 5; ++i) {
+      expected.Fill({rect.fLeft, rect.fTop, std::min(rect.fRight, 100), rect.fBottom}, i < 3 ? kRed : kBlue);
+      rect = {rect.fLeft + 40, rect.fTop + 30, rect.fRight + 40, rect.fBottom + 30};
+    }
+    EXPECT_EQ(Picture::OfWindow(fHwnd).DifferenceTo(expected), "");
+  });
+}
+
+// --- What is touched
+
+TEST_F(PaintingTest, OnlyTheDirtyRegionIsTouched) {
+  RunWithWindow(0, [this] {
+    TestView& view = AddView({0, 0, 200, 200}, kRed);
+    Update();
+    ScribbleAll();
+    Picture expected = Picture::OfWindow(fHwnd);
+    const int calls = view.fDrawCalls;
+    // Two rectangles of one paint, with a gap between them that is inside their bounding box.
+    Invalidate({10, 10, 30, 40});
+    Invalidate({60, 70, 150, 90});
+    Update();
+    EXPECT_EQ(view.fDrawCalls, calls + 1);
+    expected.Fill({10, 10, 30, 40}, kRed);
+    expected.Fill({60, 70, 150, 90}, kRed);
+    EXPECT_EQ(Picture::OfWindow(fHwnd).DifferenceTo(expected), "");
+    // Beyond the view there is background.
+    Invalidate({190, 190, 220, 210});
+    Update();
+    expected.Fill({190, 190, 220, 210}, GetSysColor(COLOR_WINDOW));
+    expected.Fill({190, 190, 200, 200}, kRed);
+    EXPECT_EQ(Picture::OfWindow(fHwnd).DifferenceTo(expected), "");
+  });
+}
+
+TEST_F(PaintingTest, TheBufferIsAsLargeAsTheDirtyBox) {
+  RunWithWindow(0, [this] {
+    TestView& view = AddView({0, 0, 200, 200}, kRed);
+    AddView({0, 100, 50, 150}, kBlue);
+    TestView& untouched = AddView({150, 0, 200, 50}, kBlue);
+    Update();
+    untouched.fDrawCalls = 0;
+    TRawPixels pixels = {};
+    BITMAP bitmap = {};
+    std::string dirtyBox;
+    view.fDraw = [&](IDrawTools& tools) {
+      EXPECT_EQ(tools.IDrawTools_OpenRawPixels(pixels), kOK);
+      EXPECT_EQ(tools.IDrawTools_CloseRawPixels(), kOK);
+      TNativePort port;
+      EXPECT_EQ(tools.IDrawTools_OpenNativePort(port), kOK);
+      GetObjectW(GetCurrentObject(port.fHDC, OBJ_BITMAP), sizeof(bitmap), &bitmap);
+      EXPECT_EQ(tools.IDrawTools_CloseNativePort(), kOK);
+      void* region = nullptr;
+      EXPECT_EQ(tools.IDrawTools_GetDirtyRegion(region), kOK);
+      RECT box;
+      EXPECT_EQ(GetRgnBox(static_cast<HRGN>(region), &box), COMPLEXREGION);
+      dirtyBox = std::to_string(box.left) + " " + std::to_string(box.top) + " " + std::to_string(box.right) +
+                 " " + std::to_string(box.bottom);
+      return kOK;
+    };
+    // The second time the buffer may be the one of the first time.
+    for (int i = 0; i < 2; ++i) {
+      Invalidate({10, 20, 30, 40});
+      Invalidate({25, 35, 100, 120});
+      Update();
+      EXPECT_EQ(pixels.fOriginX, 10);
+      EXPECT_EQ(pixels.fOriginY, 20);
+      EXPECT_EQ(pixels.fWidth, 90);
+      EXPECT_EQ(pixels.fHeight, 100);
+      EXPECT_EQ(pixels.fRowBytes, 360);
+      EXPECT_EQ(pixels.fFlags, 0u);
+      EXPECT_EQ(pixels.fPixels16, nullptr);
+      EXPECT_EQ(pixels.fPixels32, bitmap.bmBits);
+      EXPECT_EQ(bitmap.bmWidth, 90);
+      EXPECT_EQ(bitmap.bmHeight, 100);
+      EXPECT_EQ(dirtyBox, "10 20 100 120");
+    }
+    EXPECT_EQ(untouched.fDrawCalls, 0);
+  });
+}
+
+TEST_F(PaintingTest, NothingOfAnEarlierPaintShowsThrough) {
+  RunWithWindow(0, [this] {
+    TestView& view = AddView({20, 20, 80, 80}, kRed);
+    Update();
+    view.fDraw = [](IDrawTools&) { return kOK; };  // from now on the view is empty
+    for (int i = 0; i < 3; ++i) {
+      Invalidate(ClientRect());
+      Update();
+      EXPECT_EQ(Picture::OfWindow(fHwnd).DifferenceTo(Background()), "");
+    }
+    // Nor does a state of the context that a client has left behind.
+    TNativePort port;
+    view.fDraw = [&](IDrawTools& tools) {
+      EXPECT_EQ(tools.IDrawTools_OpenNativePort(port), kOK);
+      EXPECT_EQ(GetROP2(port.fHDC), R2_COPYPEN);
+      EXPECT_EQ(GetTextColor(port.fHDC), RGB(0, 0, 0));
+      EXPECT_EQ(GetCurrentObject(port.fHDC, OBJ_FONT), GetStockObject(SYSTEM_FONT));
+      SetROP2(port.fHDC, R2_XORPEN);
+      SetTextColor(port.fHDC, kRed);
+      SelectObject(port.fHDC, GetStockObject(ANSI_FIXED_FONT));
+      return tools.IDrawTools_CloseNativePort();
+    };
+    for (int i = 0; i < 2; ++i) {
+      Invalidate({30, 30, 50, 50});
+      Update();
+    }
+  });
+}
+
+// --- What draw callbacks do
+
+TEST_F(PaintingTest, CallbacksMayInvalidate) {
+  RunWithWindow(0, [this] {
+    TestView& view = AddView({0, 0, 100, 100}, kRed);
+    Update();
+    view.fDraw = [&](IDrawTools& tools) {
+      if (view.fColor == kRed) {
+        view.fColor = kBlue;
+        Invalidate({0, 0, 100, 100});
+        return TestView::Fill(tools, view.fRect, kRed);
+      }
+      return TestView::Fill(tools, view.fRect, kBlue);
+    };
+    view.fDrawCalls = 0;
+    Invalidate({0, 0, 10, 10});
+    Update();
+    EXPECT_EQ(view.fDrawCalls, 1);
+    EXPECT_TRUE(IsDirty());
+    Update();
+    EXPECT_EQ(view.fDrawCalls, 2);
+    EXPECT_FALSE(IsDirty());
+    Picture expected = Background();
+    expected.Fill({0, 0, 100, 100}, kBlue);
+    EXPECT_EQ(Picture::OfWindow(fHwnd).DifferenceTo(expected), "");
+  });
+}
+
+TEST_F(PaintingTest, CallbacksMayResizeTheWindow) {
+  RunWithWindow(kWindowResizableBit, [this] {
+    TestView& view = AddView({0, 0, 100, 100}, kRed);
+    Update();
+    bool resized = false;
+    view.fDraw = [&](IDrawTools& tools) {
+      if (!std::exchange(resized, true))
+        SetWindowPos(fHwnd, nullptr, 0, 0, 500, 420, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+      return TestView::Fill(tools, view.fRect, kRed);
+    };
+    Invalidate({0, 0, 10, 10});
+    Update();
+    Update();
+    Picture expected = Background();
+    EXPECT_GT(expected.Width(), 400);
+    expected.Fill({0, 0, 100, 100}, kRed);
+    EXPECT_EQ(Picture::OfWindow(fHwnd).DifferenceTo(expected), "");
+  });
+}
+
+TEST_F(PaintingTest, CallbacksMayReleaseViews) {
+  RunWithWindow(0, [this] {
+    TestView& first = AddView({0, 0, 50, 50}, kRed);
+    TestView& second = AddView({50, 0, 100, 50}, kRed);
+    TestView& third = AddView({100, 0, 150, 50}, kBlue);
+    IView* const secondView = &second.fView;
+    Update();
+    first.fDraw = [&](IDrawTools&) {
+      EXPECT_EQ(secondView->IView_Release(), kOK);
+      return first.fView.IView_Release();
+    };
+    third.fDrawCalls = 0;
+    Invalidate(ClientRect());
+    Update();
+    EXPECT_EQ(third.fDrawCalls, 1);
+    EXPECT_EQ(fViews.size(), 1u);
+    Update();
+    Picture expected = Background();
+    expected.Fill({100, 0, 150, 50}, kBlue);
+    EXPECT_EQ(Picture::OfWindow(fHwnd).DifferenceTo(expected), "");
+  });
+}
+
+TEST_F(PaintingTest, CallbacksMayPumpMessagesAndPaintAgain) {
+  RunWithWindow(0, [this] {
+    TestView& outer = AddView({0, 0, 100, 100}, kRed);
+    TestView& inner = AddView({100, 0, 200, 100}, kGreen);
+    Update();
+    std::set<const void*> buffers;
+    int depth = 0;
+    const auto noteBuffer = [&](IDrawTools& tools) {
+      TRawPixels pixels;
+      EXPECT_EQ(tools.IDrawTools_OpenRawPixels(pixels), kOK);
+      buffers.insert(pixels.fPixels32);
+      EXPECT_EQ(tools.IDrawTools_CloseRawPixels(), kOK);
+    };
+    outer.fDraw = [&](IDrawTools& tools) {
+      noteBuffer(tools);
+      const TError error = TestView::Fill(tools, outer.fRect, kRed);
+      if (++depth <= 3) {
+        Invalidate({0, 0, 200, 100});
+        EXPECT_EQ(fMorvane->IMorvane_Yield(), kOK);
+      }
+      return error;
+    };
+    inner.fColor = kBlue;
+    Invalidate({0, 0, 200, 100});
+    Update();
+    EXPECT_EQ(depth, 4);
+    EXPECT_EQ(buffers.size(), 4u);
+    Picture expected = Background();
+    expected.Fill({0, 0, 100, 100}, kRed);
+    expected.Fill({100, 0, 200, 100}, kBlue);
+    EXPECT_EQ(Picture::OfWindow(fHwnd).DifferenceTo(expected), "");
+  });
+}
+
+TEST_F(PaintingTest, CallbacksMayEndTheWindow) {
+  RunWithWindow(0, [this] {
+    TestView& view = AddView({0, 0, 100, 100}, kRed);
+    Update();
+    fLog.clear();
+    view.fDraw = [this](IDrawTools&) {
+      // Both die when the paint is through.
+      ReleaseViews();
+      EXPECT_EQ(fDocument->IDocumentWindow_Release(), kOK);
+      EXPECT_TRUE(IsWindow(fHwnd));
+      return kOK;
+    };
+    Invalidate({0, 0, 10, 10});
+    UpdateWindow(fHwnd);
+    EXPECT_FALSE(IsWindow(fHwnd));
+    EXPECT_EQ(std::count(fLog.begin(), fLog.end(), "window deleted"), 1);
+  });
+}
+
+// --- Failures
+
+TEST_F(PaintingTest, FailingViewsDoNotDisturbTheOthers) {
+  RunWithWindow(0, [this] {
+    AddView({0, 0, 50, 50}, kRed).fDraw = [](IDrawTools&) { return TError{100001}; };
+    AddView({50, 0, 100, 50}, kBlue);
+    fLog.clear();
+    Update();
+    Picture expected = Background();
+    expected.Fill({50, 0, 100, 50}, kBlue);
+    EXPECT_EQ(Picture::OfWindow(fHwnd).DifferenceTo(expected), "");
+    Then([this] { EXPECT_EQ(std::count(fLog.begin(), fLog.end(), "OnUnhandledError 100001"), 0); });
+  });
+}
+
+TEST_F(PaintingTest, AFailedPaintIsReportedOnceAndNotRepeated) {
+  RunWithWindow(0, [this] {
+    AddView({0, 0, 50, 50}, kRed);
+    Update();
+    fLog.clear();
+    fRunHooks.fOnBeginDraw = [](IDrawTools&) { return TError{100002}; };
+    Invalidate({0, 0, 10, 10});
+    Update();
+    EXPECT_FALSE(IsDirty());
+    fRunHooks = {};
+    Then([this] { EXPECT_EQ(fLog, (CallLog{"OnUnhandledError 100002"})); });
+  });
+}
+
+// --- Size grip and alpha
+
+TEST_F(PaintingTest, TheSizeGripIsNeverPaintedOver) {
+  RunWithWindow(kWindowResizableBit | kWindowZoomableBit | kWindowStyleBit23, [this] {
+    const HWND grip = FindWindowExW(fHwnd, nullptr, L"SCROLLBAR", nullptr);
+    ASSERT_NE(grip, nullptr);
+    const auto gripRect = [&] {
+      RECT rect;
+      GetWindowRect(grip, &rect);
+      MapWindowPoints(nullptr, fHwnd, reinterpret_cast<POINT*>(&rect), 2);
+      return TRect{rect.left, rect.top, rect.right, rect.bottom};
+    };
+    // It has no size of its own until somebody gives it one.
+    MoveWindow(grip, 0, 0, 16, 16, TRUE);
+    for (const int size : {320, 360}) {
+      SetWindowPos(fHwnd, nullptr, 0, 0, size, size, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+      const TRect client = ClientRect();
+      const TRect place = gripRect();
+      EXPECT_EQ(place.fRight, client.fRight);
+      EXPECT_EQ(place.fBottom, client.fBottom);
+      EXPECT_EQ(place.fLeft, client.fRight - 16);
+      EXPECT_EQ(place.fTop, client.fBottom - 16);
+
+      ReleaseViews();
+      TestView& view = AddView(client, kRed);
+      Update();
+      UpdateWindow(grip);
+      Picture picture = Picture::OfWindow(fHwnd);
+      EXPECT_EQ(picture.ColorAt(place.fLeft - 1, place.fBottom - 1), kRed);
+      EXPECT_EQ(picture.ColorAt(place.fRight - 1, place.fTop - 1), kRed);
+      // Only the grip is dirty: the views are left alone.
+      view.fDrawCalls = 0;
+      Invalidate(place);
+      Update();
+      EXPECT_EQ(view.fDrawCalls, 0);
+      EXPECT_FALSE(IsDirty());
+    }
+    // A zoomed window has nothing to grip.
+    const auto style = [&] { return GetWindowLongW(grip, GWL_STYLE) & (SBS_SIZEBOX | SBS_SIZEGRIP); };
+    EXPECT_EQ(style(), SBS_SIZEGRIP);
+    EXPECT_TRUE(IsWindowEnabled(grip));
+    ShowWindow(fHwnd, SW_SHOWMAXIMIZED);
+    EXPECT_EQ(style(), SBS_SIZEBOX);
+    EXPECT_FALSE(IsWindowEnabled(grip));
+    ShowWindow(fHwnd, SW_RESTORE);
+    EXPECT_EQ(style(), SBS_SIZEGRIP);
+    EXPECT_TRUE(IsWindowEnabled(grip));
+  });
+}
+
+TEST_F(PaintingTest, OnlyTranslucentWindowsAreLayered) {
+  RunWithWindow(0, [this] {
+    const auto isLayered = [this] { return (GetWindowLongW(fHwnd, GWL_EXSTYLE) & WS_EX_LAYERED) != 0; };
+    const auto alpha = [this] {
+      std::uint8_t value = 7;
+      EXPECT_EQ(fWindow->IWindow_GetGlobalAlpha(value), kOK);
+      return value;
+    };
+    EXPECT_EQ(alpha(), 255);
+    for (const int wanted : {255, 100, 0, 255, 254, 255}) {
+      EXPECT_EQ(fWindow->IWindow_SetGlobalAlpha(static_cast<std::uint8_t>(wanted)), kOK);
+      EXPECT_EQ(alpha(), wanted);
+      EXPECT_EQ(isLayered(), wanted != 255);
+      if (wanted == 255) continue;
+      BYTE native = 0;
+      DWORD flags = 0;
+      EXPECT_TRUE(GetLayeredWindowAttributes(fHwnd, nullptr, &native, &flags));
+      EXPECT_EQ(native, wanted);
+    }
+    Invalidate(ClientRect());
+    Update();
+    EXPECT_EQ(Picture::OfWindow(fHwnd).DifferenceTo(Background()), "");
+  });
+}
+
+// --- Debug settings
+
+TEST_F(PaintingTest, InvalidationFlashesBlue) {
+  fDebugSettings.fDrawInvalidationBlue = 1;
+  RunWithWindow(0, [this] {
+    AddView({0, 0, 50, 50}, RGB(100, 200, 51));
+    Update();
+    Picture expected = Picture::OfWindow(fHwnd);
+    Invalidate({10, 10, 60, 30});
+    expected.Fill({10, 10, 60, 30}, RGB(153, 153, 255));  // of white
+    expected.Fill({10, 10, 50, 30}, RGB(60, 120, 132));
+    EXPECT_EQ(Picture::OfWindow(fHwnd).DifferenceTo(expected), "");
+    Update();
+    expected = Background();
+    expected.Fill({0, 0, 50, 50}, RGB(100, 200, 51));
+    EXPECT_EQ(Picture::OfWindow(fHwnd).DifferenceTo(expected), "");
+  });
+}
+
+TEST_F(PaintingTest, PaintsFlashRed) {
+  fDebugSettings.fDrawPaintsRed = 1;
+  RunWithWindow(0, [this] {
+    TestView& view = AddView({0, 0, 100, 100}, kBlue);
+    Update();
+    Picture expected = Picture::OfWindow(fHwnd);
+    Picture during = expected;
+    view.fDraw = [&](IDrawTools& tools) {
+      during = Picture::OfWindow(fHwnd);
+      return TestView::Fill(tools, view.fRect, kBlue);
+    };
+    Invalidate({10, 10, 30, 20});
+    Invalidate({40, 30, 50, 60});
+    Update();
+    EXPECT_EQ(Picture::OfWindow(fHwnd).DifferenceTo(expected), "");
+    expected.Fill({10, 10, 30, 20}, RGB(0xD0, 0, 0));
+    expected.Fill({40, 30, 50, 60}, RGB(0xD0, 0, 0));
+    EXPECT_EQ(during.DifferenceTo(expected), "");
+  });
+}
+
+TEST_F(PaintingTest, BoundsOfViewsAreFramed) {
+  fDebugSettings.fDrawViewBounds = 1;
+  RunWithWindow(0, [this] {
+    TestView& back = AddView({20, 20, 120, 100}, RGB(255, 255, 0));
+    AddView({60, 60, 200, 200}, RGB(255, 255, 0), &back.fView);  // cut to its super view
+    Update();
+    Picture picture = Picture::OfWindow(fHwnd);
+    const auto isOnFrame = [&](int x, int y) {
+      // Along the line some pixels have the colour of the frame.
+      int count = 0;
+      for (int d = -4; d <= 4; ++d) {
+        const int fx = x % 10 == 0 ? x + d : x;
+        const int fy = x % 10 == 0 ? y : y + d;
+        count += picture.ColorAt(fx, fy) == RGB(0x7F, 0x7F, 0x7F);
+      }
+      return count > 0;
+    };
+    EXPECT_TRUE(isOnFrame(60, 20));
+    EXPECT_TRUE(isOnFrame(80, 99));
+    EXPECT_TRUE(isOnFrame(119, 45));
+    EXPECT_TRUE(isOnFrame(90, 60));
+    EXPECT_FALSE(isOnFrame(60, 40));
+    EXPECT_FALSE(isOnFrame(80, 80));
+    EXPECT_FALSE(isOnFrame(150, 150));
+  });
+}
+
+TEST_F(PaintingTest, FlushingShowsEachViewAtOnce) {
+  fDebugSettings.fFlushViews = 1;
+  RunWithWindow(0, [this] {
+    TestView& first = AddView({0, 0, 50, 50}, kRed);
+    TestView& second = AddView({50, 0, 100, 50}, kBlue);
+    Update();
+    ScribbleAll();
+    Picture expected = Picture::OfWindow(fHwnd);
+    second.fDraw = [&](IDrawTools& tools) {
+      expected.Fill({10, 10, 50, 20}, kRed);
+      EXPECT_EQ(Picture::OfWindow(fHwnd).DifferenceTo(expected), "") << "the first view, and nothing else";
+      return TestView::Fill(tools, second.fRect, kBlue);
+    };
+    first.fColor = kRed;
+    // The root view flushes the background of the dirty region first.
+    expected.Fill({10, 10, 80, 20}, GetSysColor(COLOR_WINDOW));
+    Invalidate({10, 10, 80, 20});
+    Update();
+    expected.Fill({50, 10, 80, 20}, kBlue);
+    EXPECT_EQ(Picture::OfWindow(fHwnd).DifferenceTo(expected), "");
+  });
+}
+
+}  // namespace NSMorvaneTest
