@@ -336,22 +336,6 @@ TEST_F(ViewTest, BitmapThatCannotBeHadChangesNothing) {
   view.IView_Release();
 }
 
-TEST_F(ViewTest, BadParametersAreRefused) {
-  CViewImpl& view = fWindow.MakeView(fRoot, {0, 0, 10, 10}, "view");
-  const TViewParams rows[] = {{0x10, {0, 0, 9, 9}, kViewDrawDirect, kAutoInvalidationNone},
-                              {1, {9, 0, 0, 9}, kViewDrawDirect, kAutoInvalidationNone},
-                              {1, {0, 0, 9, 9}, static_cast<TViewDrawMode>(6905), kAutoInvalidationNone}};
-  for (const TViewParams& row : rows) {
-    EXPECT_EQ(kBadInputProgrammingError, view.IView_SetParams(row));
-    EXPECT_EQ((TRect{0, 0, 10, 10}), view.GetBounds());
-  }
-  // The contract lets this one pass; the view reports it when it is needed.
-  fOutput.Reset();
-  EXPECT_EQ(kOK, view.IView_SetParams({1, {0, 0, 9, 9}, kViewDrawDirect, static_cast<TAutoInvalidation>(1)}));
-  EXPECT_EQ(std::vector<std::string>{"false"}, fOutput.fAssertions);
-  view.IView_Release();
-}
-
 TEST_F(ViewTest, TilesComeFromAPoolOfTheirDepth) {
   CViewImpl& view = fWindow.MakeView(fRoot, {0, 0, 10, 10}, "view");
   SetModes(view, kViewDrawTemporary16, kAutoInvalidationNone);

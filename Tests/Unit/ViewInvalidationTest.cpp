@@ -29,19 +29,6 @@ class ViewInvalidationTest : public testing::Test {
   RecordingDebugOutput fOutput;
 };
 
-TEST_F(ViewInvalidationTest, ClipBoundsAreCutToAllSuperViews) {
-  CViewImpl& group = fWindow.MakeView(fRoot, {50, 50, 500, 100}, "group");
-  CViewImpl& view = fWindow.MakeView(group, {0, 60, 450, 200}, "view");
-  EXPECT_EQ((TRect{50, 50, 400, 100}), group.GetClipBounds());
-  EXPECT_EQ((TRect{50, 60, 400, 100}), view.GetClipBounds());
-  SetRect(view, {0, 100, 450, 200});
-  EXPECT_EQ((TRect{}), view.GetClipBounds());
-  SetRect(view, {60, 60, 60, 90});
-  EXPECT_EQ((TRect{}), view.GetClipBounds());
-  view.IView_Release();
-  group.IView_Release();
-}
-
 TEST_F(ViewInvalidationTest, OnlyTheNearestBufferRecords) {
   CViewImpl& outer = fWindow.MakeView(fRoot, {0, 0, 200, 200}, "outer");
   CViewImpl& inner = fWindow.MakeView(outer, {50, 50, 150, 150}, "inner");
