@@ -205,6 +205,37 @@ TEST_F(SecondLaunchTest, AbortsTheLingering) {
   ExpectSecondsEndWell();
 }
 
+// What was closing stays open from here on.
+TEST_F(SecondLaunchTest, StopsTheClosingOfWindows) {
+  if (fIsSecondProcess) return RunAsSecondProcess();
+  CreateMorvane();
+  fHooks.fOnStartUp = [this] {
+    CreateDocument("bottom");
+    CreateDocument("top");
+    StartSecondProcess(L"new.txt");
+    Then([this] {
+      Quit();
+      LetSecondProcessesRun();
+    });
+    return kOK;
+  };
+  fOnRequestClose = [](const std::string&, IDocumentWindow&, TCloseReason) { return kOK; };
+  fHooks.fOnOpenURL = [this](const std::string&) {
+    TFlag isQuitting = 7;
+    EXPECT_EQ(fMorvane->IMorvane_IsQuitting(isQuitting), kOK);
+    EXPECT_EQ(isQuitting, 0u);
+    fOnRequestClose = nullptr;
+    Quit();
+    return kOK;
+  };
+  EXPECT_EQ(Run(), kOK);
+  EXPECT_EQ(fLog,
+            (CallLog{"OnStartUp", "top OnRequestClose 1", "OnOpenURL file://new.txt", "top OnRequestClose 1",
+                     "top deleted", "bottom OnRequestClose 1", "bottom deleted", "OnCleanUp", "deleted"}));
+  EXPECT_FALSE(fOutput.HasLine("Lingering aborted..."));
+  ExpectSecondsEndWell();
+}
+
 // There is room for one command line at a time: while the first process is busy, one of the others waits.
 TEST_F(SecondLaunchTest, WaitsForTheOneBefore) {
   if (fIsSecondProcess) return RunAsSecondProcess();

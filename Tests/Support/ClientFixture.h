@@ -109,6 +109,7 @@ struct RunHooks {
   std::function<TError(IMenuBarState&)> fOnSetupMenuBar;
   std::function<TError(std::int64_t&)> fOnIdle;
   std::function<TError(TFlag)> fOnAppActivation;
+  std::function<TError()> fOnThemeChanged;
   std::function<TError(std::uint32_t, std::uint32_t)> fOnAppMessage;
   std::function<TError(TError)> fOnUnhandledError;
 };
@@ -145,6 +146,9 @@ class RecordingRunBehavior : public CDefaultRunBehavior {
     if (fHooks.fOnAppActivation) return fHooks.fOnAppActivation(active);
     return kOK;
   }
+  TError IMorvaneRunBehavior_OnThemeChanged() override {
+    return Call("OnThemeChanged", fHooks.fOnThemeChanged);
+  }
   TError IMorvaneRunBehavior_OnAppMessage(std::uint32_t a, std::uint32_t b) override {
     if (a != kStepMessage) {
       return Call("OnAppMessage " + std::to_string(a) + " " + std::to_string(b), fHooks.fOnAppMessage, a, b);
@@ -172,6 +176,41 @@ class RecordingRunBehavior : public CDefaultRunBehavior {
   RunHooks& fHooks;
   std::deque<std::function<void()>>& fSteps;
 };
+
+// --- Document windows
+
+using CloseHook = std::function<TError(const std::string& name, IDocumentWindow&, TCloseReason)>;
+
+// Closes when it is asked to, unless there is a hook for that.
+class RecordingDocument : public CDefaultDocumentWindowBehavior {
+ public:
+  RecordingDocument(IDocumentWindow& window, CallLog& log, CloseHook& onRequestClose, const std::string& name)
+      : CDefaultDocumentWindowBehavior(window), fLog(log), fOnRequestClose(onRequestClose), fName(name) {}
+  ~RecordingDocument() override { fLog.push_back(fName + " deleted"); }
+
+  TError IDocumentWindowBehavior_OnRequestClose(TCloseReason reason) override {
+    fLog.push_back(fName + " OnRequestClose " + std::to_string(reason));
+    if (fOnRequestClose) return fOnRequestClose(fName, fWindow, reason);
+    return CDefaultDocumentWindowBehavior::IDocumentWindowBehavior_OnRequestClose(reason);
+  }
+
+ private:
+  CallLog& fLog;
+  CloseHook& fOnRequestClose;
+  std::string fName;
+};
+
+inline IWindow& WindowOf(IDocumentWindow& document) {
+  IWindow* window = nullptr;
+  EXPECT_EQ(document.IDocumentWindow_GetWindow(window), kOK);
+  return *window;
+}
+
+inline HWND HwndOf(IDocumentWindow& document) {
+  TNativeWindow native = {};
+  EXPECT_EQ(WindowOf(document).IWindow_GetNativeWindow(native), kOK);
+  return native.fHwnd;
+}
 
 // --- Processes
 
@@ -305,6 +344,17 @@ class ClientTest : public ::testing::Test {
     fMorvane = nullptr;
   }
 
+  // A document window with a RecordingDocument of that name.
+  IDocumentWindow* CreateDocument(const std::string& name) {
+    CDocumentWindowFactory<RecordingDocument, CallLog&, CloseHook&, const std::string&> factory(
+        fLog, fOnRequestClose, name);
+    TError error = kOtherError;
+    IDocumentWindow* const document =
+        fMorvane->IMorvane_CreateDocumentWindow(factory, kWindowResizableBit | kWindowZoomableBit, 1, error);
+    EXPECT_EQ(error, kOK);
+    return document;
+  }
+
   // The whole run.
   TError Run() { return fMorvane->IMorvane_Run(new RecordingRunBehavior(fLog, fHooks, fSteps), fParams); }
 
@@ -369,6 +419,7 @@ class ClientTest : public ::testing::Test {
   bool fIsSecondProcess;
   ClientDebugOutput& fOutput = ClientDebugOutput::Get();
   RunHooks fHooks;
+  CloseHook fOnRequestClose;
   std::deque<std::function<void()>> fSteps;
   TStartupParams fParams = {};
   IMorvane* fMorvane = nullptr;

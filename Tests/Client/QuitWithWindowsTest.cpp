@@ -1,0 +1,446 @@
+// The run loop with document windows: what their end leads to, quitting with windows open, and what happens
+// to them when the run fails.
+#include <algorithm>
+
+#include "Support/ClientFixture.h"
+
+namespace NSMorvaneTest {
+
+class DocumentRunTest : public ClientTest {
+ protected:
+  // The log from here on.
+  CallLog TakeLog() { return std::exchange(fLog, {}); }
+  bool IsQuitting() {
+    TFlag isQuitting = 7;
+    EXPECT_EQ(fMorvane->IMorvane_IsQuitting(isQuitting), kOK);
+    return isQuitting == 1;
+  }
+  // Handles what waits, and a few ticks of the windows' timers.
+  void LetMessagesPass() {
+    const DWORD start = GetTickCount();
+    EXPECT_TRUE(YieldUntil([start] { return GetTickCount() - start > 100; }));
+  }
+  std::vector<IWindow*> DocumentWindowsZ() {
+    CVectorWindowReceiver receiver;
+    EXPECT_EQ(fMorvane->IMorvane_GetDocumentWindowsZ(receiver), kOK);
+    return receiver.fWindows;
+  }
+  static bool AnyDocumentWindowLeft() {
+    HWND hwnd = nullptr;
+    DWORD processId = 0;
+    while ((hwnd = FindWindowExW(nullptr, hwnd, L"SkerryDocumentWindow", nullptr)) != nullptr) {
+      GetWindowThreadProcessId(hwnd, &processId);
+      if (processId == GetCurrentProcessId()) return true;
+    }
+    return false;
+  }
+};
+
+// --- The end of the last document window
+
+TEST_F(DocumentRunTest, ClosingTheLastOneAsksToQuit) {
+  CreateMorvane();
+  fHooks.fOnStartUp = [this] {
+    IDocumentWindow* const first = CreateDocument("first");
+    IDocumentWindow* const last = CreateDocument("last");
+    Then([=] { EXPECT_EQ(first->IDocumentWindow_Release(), kOK); });
+    Then([=] { PostMessageW(HwndOf(*last), WM_CLOSE, 0, 0); });
+    return kOK;
+  };
+  int quitEvents = 0;
+  fHooks.fOnQuitEvent = [&] {
+    // Ignored the first time, it comes again with the next message.
+    if (++quitEvents == 1) return fMorvane->IMorvane_PostAppMessage(1, 2);
+    return fMorvane->IMorvane_StartQuitting();
+  };
+  EXPECT_EQ(Run(), kOK);
+  EXPECT_EQ(fLog, (CallLog{"OnStartUp", "first deleted", "last OnRequestClose 0", "last deleted",
+                           "OnQuitEvent", "OnAppMessage 1 2", "OnQuitEvent", "OnCleanUp", "deleted"}));
+}
+
+// --- Errors of windows
+
+TEST_F(DocumentRunTest, ErrorsInMessagesAreReportedAfterwards) {
+  CreateMorvane();
+  TError next = 100001;
+  fHooks.fOnThemeChanged = [&] { return next++; };
+  fHooks.fOnStartUp = [this] {
+    IDocumentWindow* const document = CreateDocument("document");
+    Then([=, this] {
+      SendMessageW(HwndOf(*document), WM_THEMECHANGED, 0, 0);
+      SendMessageW(HwndOf(*document), WM_THEMECHANGED, 0, 0);
+      fLog.push_back("sent");
+    });
+    Then([=, this] {
+      EXPECT_EQ(document->IDocumentWindow_Release(), kOK);
+      Quit();
+    });
+    return kOK;
+  };
+  EXPECT_EQ(Run(), kOK);
+  EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnThemeChanged", "OnThemeChanged", "sent", "OnUnhandledError 100001",
+                           "document deleted", "OnCleanUp", "deleted"}));
+}
+
+TEST_F(DocumentRunTest, FailingFactoryLeavesNoWindow) {
+  class FailingFactory : public IDocumentWindowBehaviorFactory {
+   public:
+    IDocumentWindowBehavior* IDocumentWindowBehaviorFactory_CreateBehavior(IDocumentWindow&,
+                                                                           TError& outError) override {
+      EXPECT_TRUE(AnyDocumentWindowLeft());
+      outError = 100400;
+      return nullptr;
+    }
+  };
+  CreateMorvane();
+  FailingFactory factory;
+  TError error = kOK;
+  EXPECT_EQ(fMorvane->IMorvane_CreateDocumentWindow(factory, 0, 0, error), nullptr);
+  EXPECT_EQ(error, TError(kIllegalCallSequenceProgrammingError));  // there is no run
+  EXPECT_EQ(fOutput.TakeAssertions(), (std::vector<std::string>{"0!=fBehavior"}));
+  fHooks.fOnStartUp = [&] {
+    error = kOK;
+    EXPECT_EQ(fMorvane->IMorvane_CreateDocumentWindow(factory, 0, 0, error), nullptr);
+    EXPECT_EQ(error, 100400u);
+    EXPECT_FALSE(AnyDocumentWindowLeft());
+    return fMorvane->IMorvane_StartQuitting();
+  };
+  EXPECT_EQ(Run(), kOK);
+}
+
+// The windows go, oldest first, without being asked.
+TEST_F(DocumentRunTest, FailedStartUpDestroysTheWindows) {
+  CreateMorvane();
+  fHooks.fOnStartUp = [this] {
+    CreateDocument("first");
+    CreateDocument("second");
+    return TError(100124);
+  };
+  auto* const behavior = new RecordingRunBehavior(fLog, fHooks, fSteps);
+  EXPECT_EQ(fMorvane->IMorvane_Run(behavior, fParams), 100124u);
+  EXPECT_EQ(fLog, (CallLog{"OnStartUp", "first deleted", "second deleted"}));
+  EXPECT_FALSE(AnyDocumentWindowLeft());
+  delete behavior;
+}
+
+// --- Menu bars and debug settings
+
+TEST_F(DocumentRunTest, MenuBarOfEachVisibleWindowIsSetUpOnce) {
+  CreateMorvane();
+  int setUps = 0;
+  fHooks.fOnSetupMenuBar = [&](IMenuBarState&) {
+    ++setUps;
+    return kOK;
+  };
+  fHooks.fOnStartUp = [&] {
+    CreateDocument("first");
+    CreateDocument("second");
+    ShowWindow(HwndOf(*CreateDocument("hidden")), SW_HIDE);
+    LetMessagesPass();
+    setUps = 0;
+    for (int i = 0; i < 5; ++i) EXPECT_EQ(fMorvane->IMorvane_RequestMenuBarsSetup(), kOK);
+    EXPECT_EQ(setUps, 0);
+    EXPECT_EQ(fMorvane->IMorvane_Yield(), kOK);
+    EXPECT_EQ(setUps, 2);
+    EXPECT_EQ(fOutput.CountLines("Collapsed 5 rebuild menubar requests..."), 1u);
+    return TError(100999);
+  };
+  auto* const behavior = new RecordingRunBehavior(fLog, fHooks, fSteps);
+  EXPECT_EQ(fMorvane->IMorvane_Run(behavior, fParams), 100999u);
+  delete behavior;
+}
+
+TEST_F(DocumentRunTest, FailingMenuBarSetUpIsReported) {
+  CreateMorvane();
+  fHooks.fOnSetupMenuBar = [](IMenuBarState&) { return TError(100600); };
+  fHooks.fOnUnhandledError = [this](TError) {
+    Quit();
+    return kOK;
+  };
+  fHooks.fOnStartUp = [this] {
+    CreateDocument("document");
+    return kOK;
+  };
+  EXPECT_EQ(Run(), kOK);
+  EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnUnhandledError 100600", "document OnRequestClose 1",
+                           "document deleted", "OnCleanUp", "deleted"}));
+}
+
+TEST_F(DocumentRunTest, SettingsOfWhatIsOnTheScreenInvalidate) {
+  CreateMorvane();
+  fHooks.fOnStartUp = [this] {
+    const HWND hwnd = HwndOf(*CreateDocument("document"));
+    TDebugSettings settings;
+    EXPECT_EQ(fMorvane->IMorvane_GetDebugSettings(settings), kOK);
+    settings.fDrawInvalidationBlue = settings.fDrawPaintsRed = 0;
+    EXPECT_EQ(fMorvane->IMorvane_SetDebugSettings(settings), kOK);
+    LetMessagesPass();
+    const auto isDirtyAfterSetting = [&] {
+      EXPECT_EQ(fMorvane->IMorvane_SetDebugSettings(settings), kOK);
+      RECT dirty = {};
+      const bool isDirty = GetUpdateRect(hwnd, &dirty, FALSE) != 0;
+      ValidateRect(hwnd, nullptr);
+      return isDirty;
+    };
+    EXPECT_FALSE(isDirtyAfterSetting());
+    for (TFlag* const field : {&settings.fDrawViewBounds, &settings.fDrawMouseViewInfo}) {
+      *field = 1 - *field;
+      EXPECT_TRUE(isDirtyAfterSetting());
+    }
+    return TError(100999);
+  };
+  auto* const behavior = new RecordingRunBehavior(fLog, fHooks, fSteps);
+  EXPECT_EQ(fMorvane->IMorvane_Run(behavior, fParams), 100999u);
+  delete behavior;
+}
+
+// --- Idle
+
+// The ticks of a window are enough to keep idle calls going, and a failure among them is reported.
+TEST_F(DocumentRunTest, IdleCallsWithAWindowAlone) {
+  CreateMorvane();
+  fHooks.fOnIdle = [this](std::int64_t& delay) -> TError {
+    delay = 1;
+    if (IdleCalls() == 3) return TError(100210);
+    if (IdleCalls() == 6) Quit();
+    return kOK;
+  };
+  fHooks.fOnStartUp = [this] {
+    CreateDocument("document");
+    return kOK;
+  };
+  EXPECT_EQ(Run(), kOK);
+  EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnUnhandledError 100210", "document OnRequestClose 1",
+                           "document deleted", "OnCleanUp", "deleted"}));
+}
+
+// --- Quitting
+
+// One at a time, the front window first; the next one when the one before has gone and a message has been
+// handled.
+TEST_F(DocumentRunTest, WindowsAreAskedOneAtATime) {
+  CreateMorvane();
+  fOnRequestClose = [](const std::string&, IDocumentWindow&, TCloseReason) { return kOK; };
+  fHooks.fOnStartUp = [this] {
+    CreateDocument("bottom");
+    IDocumentWindow* const middle = CreateDocument("middle");
+    IDocumentWindow* const top = CreateDocument("top");
+    Then([=, this] {
+      EXPECT_EQ(DocumentWindowsZ().size(), 3u);
+      EXPECT_EQ(DocumentWindowsZ().front(), &WindowOf(*top));
+      TakeLog();
+      EXPECT_EQ(fMorvane->IMorvane_StartQuitting(), kOK);
+      LetMessagesPass();
+      EXPECT_EQ(TakeLog(), (CallLog{"top OnRequestClose 1"}));
+      EXPECT_TRUE(IsQuitting());
+      EXPECT_EQ(top->IDocumentWindow_Release(), kOK);
+      EXPECT_EQ(TakeLog(), (CallLog{"top deleted"}));
+      LetMessagesPass();
+      EXPECT_EQ(TakeLog(), (CallLog{"middle OnRequestClose 1"}));
+      fOnRequestClose = nullptr;  // the last one closes as soon as it is asked
+      EXPECT_EQ(middle->IDocumentWindow_Release(), kOK);
+    });
+    return kOK;
+  };
+  EXPECT_EQ(Run(), kOK);
+  EXPECT_EQ(fLog,
+            (CallLog{"middle deleted", "bottom OnRequestClose 1", "bottom deleted", "OnCleanUp", "deleted"}));
+}
+
+TEST_F(DocumentRunTest, RefusedCloseHoldsTheQuitting) {
+  CreateMorvane();
+  fOnRequestClose = [](const std::string&, IDocumentWindow&, TCloseReason) { return kOK; };
+  fHooks.fOnStartUp = [this] {
+    CreateDocument("bottom");
+    CreateDocument("top");
+    Then([=, this] {
+      TakeLog();
+      EXPECT_EQ(fMorvane->IMorvane_StartQuitting(), kOK);
+      LetMessagesPass();
+      EXPECT_TRUE(IsQuitting());
+      EXPECT_EQ(fMorvane->IMorvane_StopQuitting(), kOK);
+      LetMessagesPass();
+      EXPECT_FALSE(IsQuitting());
+      EXPECT_EQ(TakeLog(), (CallLog{"top OnRequestClose 1"}));
+      // Anew, and with both willing.
+      fOnRequestClose = nullptr;
+      EXPECT_EQ(fMorvane->IMorvane_StartQuitting(), kOK);
+    });
+    return kOK;
+  };
+  EXPECT_EQ(Run(), kOK);
+  EXPECT_EQ(fLog, (CallLog{"top OnRequestClose 1", "top deleted", "bottom OnRequestClose 1", "bottom deleted",
+                           "OnCleanUp", "deleted"}));
+}
+
+// A window that cannot be seen is not asked, but it keeps the run going.
+TEST_F(DocumentRunTest, HiddenWindowHoldsTheQuitting) {
+  CreateMorvane();
+  fHooks.fOnStartUp = [this] {
+    const HWND hidden = HwndOf(*CreateDocument("hidden"));
+    CreateDocument("shown");
+    Then([=, this] {
+      ShowWindow(hidden, SW_HIDE);
+      EXPECT_EQ(DocumentWindowsZ().size(), 1u);
+      EXPECT_EQ(fMorvane->IMorvane_StartQuitting(), kOK);
+      LetMessagesPass();
+      EXPECT_TRUE(IsQuitting());
+      fLog.push_back("shown again");
+      ShowWindow(hidden, SW_SHOW);
+    });
+    return kOK;
+  };
+  EXPECT_EQ(Run(), kOK);
+  EXPECT_EQ(fLog, (CallLog{"OnStartUp", "shown OnRequestClose 1", "shown deleted", "shown again",
+                           "hidden OnRequestClose 1", "hidden deleted", "OnCleanUp", "deleted"}));
+}
+
+// A failure at the first window comes back to the caller, one at a later window to the error report. Both end
+// the quitting.
+TEST_F(DocumentRunTest, FailureToCloseEndsTheQuitting) {
+  CreateMorvane();
+  bool failing = true;
+  fOnRequestClose = [&](const std::string& name, IDocumentWindow& document, TCloseReason) -> TError {
+    if (failing && name == "bottom") return 100700;
+    return document.IDocumentWindow_Release();
+  };
+  fHooks.fOnUnhandledError = [this](TError) {
+    EXPECT_FALSE(IsQuitting());
+    return kOK;
+  };
+  fHooks.fOnStartUp = [&] {
+    CreateDocument("bottom");
+    CreateDocument("top");
+    Then([this] {
+      TakeLog();
+      EXPECT_EQ(fMorvane->IMorvane_StartQuitting(), kOK);
+    });
+    WhenThen([this] { return fLog.back() == "OnUnhandledError 100700"; },
+             [&, this] {
+               EXPECT_EQ(fOutput.CountLines("Failed to close next window, stopping quit mode!"), 1u);
+               EXPECT_EQ(fMorvane->IMorvane_StartQuitting(), 100700u);
+               EXPECT_FALSE(IsQuitting());
+               failing = false;
+               EXPECT_EQ(fMorvane->IMorvane_StartQuitting(), kOK);
+             });
+    return kOK;
+  };
+  EXPECT_EQ(Run(), kOK);
+  EXPECT_EQ(fLog, (CallLog{"top OnRequestClose 1", "top deleted", "bottom OnRequestClose 1",
+                           "OnUnhandledError 100700", "bottom OnRequestClose 1", "bottom OnRequestClose 1",
+                           "bottom deleted", "OnCleanUp", "deleted"}));
+}
+
+// --- The end of the session
+
+TEST_F(DocumentRunTest, EndOfSession) {
+  CreateMorvane();
+  bool refusing = true;
+  fOnRequestClose = [&](const std::string&, IDocumentWindow& document, TCloseReason) {
+    return refusing ? fMorvane->IMorvane_StopQuitting() : document.IDocumentWindow_Release();
+  };
+  fHooks.fOnQuitEvent = [this] { return fMorvane->IMorvane_StartQuitting(); };
+  fHooks.fOnStartUp = [&] {
+    const HWND bottom = HwndOf(*CreateDocument("bottom"));
+    const HWND top = HwndOf(*CreateDocument("top"));
+    Then([=, this, &refusing] {
+      TakeLog();
+      EXPECT_EQ(SendMessageW(bottom, WM_QUERYENDSESSION, 0, 0), 0);
+      EXPECT_FALSE(IsQuitting());
+      EXPECT_EQ(TakeLog(), (CallLog{"OnQuitEvent", "top OnRequestClose 1"}));
+      // Already quitting: yes at once, whatever is open.
+      fOnRequestClose = [](const std::string&, IDocumentWindow&, TCloseReason) { return kOK; };
+      Quit();
+      EXPECT_EQ(SendMessageW(top, WM_QUERYENDSESSION, 0, 0), 1);
+      EXPECT_EQ(TakeLog(), (CallLog{"top OnRequestClose 1"}));
+      EXPECT_EQ(fMorvane->IMorvane_StopQuitting(), kOK);
+      // All go, from inside the message.
+      fOnRequestClose = nullptr;
+      EXPECT_EQ(SendMessageW(bottom, WM_QUERYENDSESSION, 0, 0), 1);
+      EXPECT_EQ(TakeLog(), (CallLog{"OnQuitEvent", "top OnRequestClose 1", "top deleted",
+                                    "bottom OnRequestClose 1", "bottom deleted"}));
+    });
+    return kOK;
+  };
+  EXPECT_EQ(Run(), kOK);
+  EXPECT_EQ(fLog, (CallLog{"OnCleanUp", "deleted"}));
+}
+
+// --- Lingering
+
+// The window brings the application back from lingering, but not out of quit mode.
+TEST_F(DocumentRunTest, WindowMadeWhileLingering) {
+  CreateMorvane();
+  fParams.fLingerMS = 1000;
+  bool made = false;
+  fHooks.fOnIdle = [&](std::int64_t& delay) {
+    delay = 5;
+    if (made || !fOutput.HasLine("Entering lingering mode...")) return kOK;
+    made = true;
+    CreateDocument("late");
+    return kOK;
+  };
+  fOnRequestClose = [this](const std::string&, IDocumentWindow& document, TCloseReason) {
+    WhenThen([this] { return fOutput.HasLine("Cancelling lingering mode..."); },
+             [&document] { EXPECT_EQ(document.IDocumentWindow_Release(), kOK); });
+    return kOK;
+  };
+  fHooks.fOnStartUp = [this] {
+    Then([this] { Quit(); });
+    return kOK;
+  };
+  EXPECT_EQ(Run(), kOK);
+  EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnNoDocument 5003", "late OnRequestClose 1", "late deleted",
+                           "OnCleanUp", "deleted"}));
+  EXPECT_EQ(fOutput.CountLines("Entering lingering mode..."), 2u);
+  EXPECT_EQ(fOutput.CountLines("Cancelling lingering mode..."), 1u);
+  EXPECT_EQ(fOutput.CountLines("Lingering complete, exiting..."), 1u);
+}
+
+// --- Views
+
+namespace {
+
+class DrawnView : public CDefaultViewBehavior {
+ public:
+  DrawnView(IView& view, int& draws) : fView(view), fDraws(draws) {}
+  TError IViewBehavior_Draw(IDrawTools&) override {
+    ++fDraws;
+    return kOK;
+  }
+  IView& fView;
+  int& fDraws;
+};
+
+}  // namespace
+
+TEST_F(DocumentRunTest, ViewsAreMadeAndDrawn) {
+  CreateMorvane();
+  int draws = 0;
+  fHooks.fOnStartUp = [&] {
+    IDocumentWindow* const document = CreateDocument("document");
+    IView* rootView = nullptr;
+    EXPECT_EQ(WindowOf(*document).IWindow_GetRootView(rootView), kOK);
+    CViewFactory<DrawnView, int&> factory(draws);
+    TError error = kOtherError;
+    IView* const view = fMorvane->IMorvane_CreateView(factory, *rootView, "drawn", error);
+    EXPECT_EQ(error, TError(kOK));
+    TViewParams params = {};
+    EXPECT_EQ(view->IView_GetParams(params), kOK);
+    params.fRect = {10, 10, 60, 60};
+    params.fAutoInvalidation = kAutoInvalidationFull;
+    EXPECT_EQ(view->IView_SetParams(params), kOK);
+    EXPECT_TRUE(YieldUntil([&] { return draws > 0; }));
+    LetMessagesPass();
+    const int before = draws;
+    EXPECT_EQ(fMorvane->IMorvane_InvalidateView(*view, {0, 0, 20, 20}), kOK);
+    EXPECT_TRUE(YieldUntil([&] { return draws > before; }));
+    EXPECT_EQ(view->IView_Release(), kOK);
+    return TError(100999);
+  };
+  auto* const behavior = new RecordingRunBehavior(fLog, fHooks, fSteps);
+  EXPECT_EQ(fMorvane->IMorvane_Run(behavior, fParams), 100999u);
+  delete behavior;
+}
+
+}  // namespace NSMorvaneTest
