@@ -419,6 +419,8 @@ class CDefaultApplication : public CDefaultRunBehavior {
 // Transparent to the mouse: override GetHitRects, or derive from CDefaultHitViewBehavior.
 class CDefaultViewBehavior : public IViewBehavior {
  public:
+  CDefaultViewBehavior() = default;
+  explicit CDefaultViewBehavior(IView&) {}  // as factories call it: a view that only holds others
   TError IViewBehavior_Draw(IDrawTools&) override { return kOK; }
   TError IViewBehavior_PostProcessDraw(IDrawTools&) override { return kOK; }
   TError IViewBehavior_OnOffset(std::int32_t, std::int32_t) override { return kOK; }
@@ -690,6 +692,7 @@ class COpenPixels {
   COpenPixels(const COpenPixels&) = delete;
   COpenPixels& operator=(const COpenPixels&) = delete;
   explicit operator bool() const { return fIsOpen; }
+  const TRawPixels& operator*() const { return fPixels; }
   const TRawPixels* operator->() const { return &fPixels; }
 
  private:

@@ -1,0 +1,104 @@
+#include "SketchFiles.h"
+
+#include <windows.h>
+
+#include <cstring>
+#include <string_view>
+
+#include "SketchDocumentFile.h"
+#include "SketchGdi.h"
+
+namespace NSSketch {
+
+namespace {
+
+constexpr std::string_view kScheme = "file://";
+constexpr LONGLONG kMaxFileBytes = 64 * 1024 * 1024;
+
+// Owns the handle of a file.
+class CFile {
+ public:
+  explicit CFile(const std::u16string& path)
+      : fHandle(::CreateFileW(WideText(path), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                              FILE_FLAG_SEQUENTIAL_SCAN, nullptr)) {}
+  ~CFile() {
+    if (IsOpen()) ::CloseHandle(fHandle);
+  }
+  CFile(const CFile&) = delete;
+  CFile& operator=(const CFile&) = delete;
+  bool IsOpen() const { return fHandle != INVALID_HANDLE_VALUE; }
+  HANDLE Handle() const { return fHandle; }
+
+ private:
+  HANDLE fHandle;
+};
+
+// What the system says about an error, as one line.
+std::u16string SystemMessage(DWORD error) {
+  wchar_t text[512] = {};
+  DWORD length = ::FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error,
+                                  0, text, 512, nullptr);
+  while (length > 0 && (text[length - 1] == L'\n' || text[length - 1] == L'\r' || text[length - 1] == L' '))
+    --length;
+  return std::u16string(reinterpret_cast<const char16_t*>(text), length);
+}
+
+bool IsFolder(const std::u16string& path) {
+  const DWORD attributes = ::GetFileAttributesW(WideText(path));
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+bool ReadBytes(const std::u16string& path, std::string& outBytes, std::u16string& outMessage) {
+  if (IsFolder(path)) {
+    outMessage = u"This is a folder.";
+    return false;
+  }
+  const CFile file(path);
+  LARGE_INTEGER size = {};
+  if (!file.IsOpen() || !::GetFileSizeEx(file.Handle(), &size)) {
+    outMessage = SystemMessage(::GetLastError());
+    return false;
+  }
+  if (size.QuadPart > kMaxFileBytes) {
+    outMessage = u"The file is larger than 64 megabytes.";
+    return false;
+  }
+  outBytes.resize(static_cast<std::size_t>(size.QuadPart));
+  DWORD bytesRead = 0;
+  if (!::ReadFile(file.Handle(), outBytes.data(), static_cast<DWORD>(outBytes.size()), &bytesRead, nullptr)) {
+    outMessage = SystemMessage(::GetLastError());
+    return false;
+  }
+  outBytes.resize(bytesRead);
+  return true;
+}
+
+}  // namespace
+
+std::u16string PathFromURL(const char* url) {
+  std::string_view path(url);
+  if (path.starts_with(kScheme)) path.remove_prefix(kScheme.size());
+  if (path.size() >= 2 && path.front() == '"' && path.back() == '"') path = path.substr(1, path.size() - 2);
+  return TextFromUTF8(path);
+}
+
+std::u16string NameOfPath(const std::u16string& path) {
+  const std::size_t separator = path.find_last_of(u"\\/");
+  return separator == std::u16string::npos ? path : path.substr(separator + 1);
+}
+
+bool IsSamePath(const std::u16string& a, const std::u16string& b) {
+  return ::CompareStringOrdinal(WideText(a), static_cast<int>(a.size()), WideText(b),
+                                static_cast<int>(b.size()), TRUE) == CSTR_EQUAL;
+}
+
+bool LoadSketch(const std::u16string& path, CSketchDocument& outDocument, std::u16string& outMessage) {
+  std::string bytes;
+  if (!ReadBytes(path, bytes, outMessage)) return false;
+  std::string message;
+  if (ReadSketchDocument(bytes, outDocument, message)) return true;
+  outMessage = TextFromUTF8(message);
+  return false;
+}
+
+}  // namespace NSSketch

@@ -1,0 +1,25 @@
+// The tools, one button under the other.
+#pragma once
+
+#include <Morvane.h>
+#include <MorvaneDefaults.h>
+
+#include <cstddef>
+
+namespace NSSketch {
+
+enum class TSketchTool { kSelect, kLine, kRectangle, kEllipse, kPolyline, kText };
+constexpr std::size_t kSketchToolCount = 6;
+
+class CSketchToolStripView : public NSMorvane::CDefaultViewBehavior {
+ public:
+  explicit CSketchToolStripView(NSMorvane::IView& view) : fView(view) {}
+
+  NSMorvane::TError IViewBehavior_Draw(NSMorvane::IDrawTools& tools) override;
+
+ private:
+  NSMorvane::IView& fView;
+  TSketchTool fTool = TSketchTool::kSelect;
+};
+
+}  // namespace NSSketch
