@@ -17,11 +17,6 @@ constexpr TStyleFlags kWindowStyle = kWindowResizableBit | kWindowZoomableBit;
 
 }  // namespace
 
-CSketchApplication::CSketchApplication(IMorvane& morvane) : CDefaultApplication(morvane) {
-  // Nothing of the library's debug layers: they are on unless told otherwise.
-  ThrowIfFailed(morvane.IMorvane_SetDebugSettings(TDebugSettings{}));
-}
-
 TError CSketchApplication::IMorvaneRunBehavior_OnNoDocument(TNoDocumentKind) {
   return Guarded([&] { return OpenUntitled(); });
 }

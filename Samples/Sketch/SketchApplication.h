@@ -13,7 +13,7 @@ class CSketchWindow;
 
 class CSketchApplication : public NSMorvane::CDefaultApplication {
  public:
-  explicit CSketchApplication(NSMorvane::IMorvane& morvane);
+  using CDefaultApplication::CDefaultApplication;
 
   NSMorvane::TError IMorvaneRunBehavior_OnNoDocument(NSMorvane::TNoDocumentKind kind) override;
   NSMorvane::TError IMorvaneRunBehavior_OnOpenURL(const char* url) override;

@@ -14,7 +14,9 @@ namespace {
 
 constexpr TSize kMinimumSize = {480, 400};
 constexpr std::int32_t kLeastWidthWithSidePanel = 680;
-constexpr std::int32_t kSpareScreen = 80;  // left free around a new window, for its frame among others
+constexpr std::int32_t kScreenMargin = 24;   // left free around a new window
+constexpr std::int32_t kCascadeStep = 28;    // from one new window to the next
+constexpr std::int32_t kCascadeWindows = 8;  // before it starts again
 
 // As large as the sheet with some desk around it needs it.
 TSize IdealSize(const CSketchDocument& document) {
@@ -27,17 +29,27 @@ TSize IdealSize(const CSketchDocument& document) {
 
 void SetUpWindow(IMorvane& morvane, IDocumentWindow& window, const std::u16string& title,
                  const TSize& minimum, TSize ideal) {
+  static std::int32_t windowsSoFar = 0;
   TMonitorList monitors;
-  if (morvane.IMorvane_GetMonitors(monitors) == kOK) {
-    const TRect& screen = monitors.fMonitors[monitors.fMainMonitorIndex].fWorkArea;
-    ideal.fWidth = std::min(ideal.fWidth, WidthOf(screen) - kSpareScreen);
-    ideal.fHeight = std::min(ideal.fHeight, HeightOf(screen) - kSpareScreen);
-  }
+  ThrowIfFailed(morvane.IMorvane_GetMonitors(monitors));
+  const TRect& screen = monitors.fMonitors[monitors.fMainMonitorIndex].fWorkArea;
+  TRect frame = {0, 0, 0, 0};  // around an empty client area
+  ThrowIfFailed(WindowOf(window).IWindow_ClientRectToFrameRect({0, 0, 0, 0}, frame));
+  const TSize room = {WidthOf(screen) - WidthOf(frame) - 2 * kScreenMargin,
+                      HeightOf(screen) - HeightOf(frame) - 2 * kScreenMargin};
+  ideal.fWidth = std::max(std::min(ideal.fWidth, room.fWidth), minimum.fWidth);
+  ideal.fHeight = std::max(std::min(ideal.fHeight, room.fHeight), minimum.fHeight);
+  const std::int32_t shift = kCascadeStep * (windowsSoFar++ % kCascadeWindows);
+  const std::int32_t left = kScreenMargin + std::clamp(room.fWidth - ideal.fWidth, 0, shift);
+  const std::int32_t top = kScreenMargin + std::clamp(room.fHeight - ideal.fHeight, 0, shift);
+
   ThrowIfFailed(ChangeState(window, [&](TDocumentWindowState& state) {
     CopyText(state.fTitle, title);
     state.fMinimumClientSize = minimum;
-    state.fIdealClientSize = {std::max(ideal.fWidth, minimum.fWidth),
-                              std::max(ideal.fHeight, minimum.fHeight)};
+    state.fIdealClientSize = ideal;
+    // The ideal rectangle gets the ideal size, at the place of the user's rectangle.
+    state.fPlacement.fUserRect = {left, top, left + WidthOf(state.fPlacement.fUserRect),
+                                  top + HeightOf(state.fPlacement.fUserRect)};
     state.fPlacement.fZoomState = kWindowStateIdeal;
   }));
 }

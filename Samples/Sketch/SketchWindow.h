@@ -46,7 +46,8 @@ class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior {
   NSMorvane::CViewOf<CSketchStatusView> fStatus;
 };
 
-// Gives a new window its title and its first size: `ideal`, as far as the main monitor has room for it.
+// Gives a new window its title, its least size, its first size (`ideal`, as far as the main monitor has room
+// for it) and its place, a little below and to the right of the window before.
 void SetUpWindow(NSMorvane::IMorvane& morvane, NSMorvane::IDocumentWindow& window,
                  const std::u16string& title, const NSMorvane::TSize& minimum, NSMorvane::TSize ideal);
 
