@@ -1,0 +1,368 @@
+// Views that fail, throw, spoil the context, or change the tree while it is being drawn.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <set>
+#include <stdexcept>
+
+#include "Tests/Support/DrawingTree.h"
+#include "Tests/Support/PrintGeometry.h"
+#include "Tests/Support/RecordingDebugOutput.h"
+
+namespace NSMorvane {
+namespace {
+
+using namespace NSMorvaneTest;
+using TTexts = std::vector<std::string>;
+
+constexpr TViewDrawMode kModes[] = {kViewDrawDirect, kViewDrawTemporary16, kViewDrawTemporary32,
+                                    kViewDrawPermanent16, kViewDrawPermanent32};
+
+const TRect kEverything = {-1000, -1000, 1000, 1000};
+
+// Three views side by side, the middle one with a subview, on a surface.
+class DrawingFailures : public testing::Test {
+ protected:
+  DrawingFailures() {
+    for (const TDrawnView& view : {fLeft, fMiddle, fBelowMiddle, fRight})
+      view.fBehavior->fOnDraw = [](IDrawTools& tools) {
+        return FillThroughPort(tools, kEverything, RGB(255, 0, 0));
+      };
+    fTree.fRoot.fBehavior->fOnPostProcess = [](IDrawTools& tools) {
+      return FillThroughPort(tools, {-1000, 30, 1000, 1000}, RGB(0, 255, 0));
+    };
+  }
+  void Draw() { fTree.Draw(fSurface, CRegion(TRect{0, 0, 100, 100})); }
+  // Whether the neighbours and the super view came out right, all within their bounds.
+  void ExpectOthersUnharmed() {
+    const HDC hdc = fSurface.GetNativePort().fHDC;
+    for (int x = 0; x < 100; ++x) {
+      if (x >= 10 && x < 20) continue;
+      EXPECT_EQ(x < 10 || (x >= 20 && x < 30) ? RGB(255, 0, 0) : RGB(0, 0, 0), GetPixel(hdc, x, 9)) << x;
+      EXPECT_EQ(RGB(0, 0, 0), GetPixel(hdc, x, 10)) << x;
+      EXPECT_EQ(x < 40 ? RGB(0, 255, 0) : RGB(0, 0, 0), GetPixel(hdc, x, 30)) << x;
+    }
+  }
+
+  DrawingTree fTree{TRect{0, 0, 40, 40}};
+  TDrawnView fLeft = fTree.Add({0, 0, 10, 10});
+  TDrawnView fMiddle = fTree.Add({10, 0, 20, 10});
+  TDrawnView fBelowMiddle = fTree.Add(*fMiddle.fView, {12, 2, 16, 8});
+  TDrawnView fRight = fTree.Add({20, 0, 30, 10});
+  CBufferBitmap fSurface{{100, 100}, 32};
+  RecordingDebugOutput fOutput;
+};
+
+// Begin and end in turn for each tools, and every one of them ended.
+bool AreBracketsBalanced(const TTexts& events) {
+  std::set<std::string> open;
+  for (const std::string& event : events) {
+    const std::string tools = event.substr(event.find(' '));
+    if (event[0] == 'b' ? !open.insert(tools).second : open.erase(tools) == 0) return false;
+  }
+  return open.empty();
+}
+
+TEST_F(DrawingFailures, CodesOfBehavioursAreLoggedAndDropped) {
+  const std::string address =
+      std::to_string(reinterpret_cast<std::intptr_t>(static_cast<IViewBehavior*>(fMiddle.fBehavior)));
+  fMiddle.fBehavior->fOnDraw = [](IDrawTools&) { return kOtherError; };
+  fMiddle.fBehavior->fOnPostProcess = [](IDrawTools&) { return 4294967295u; };
+  Draw();
+  EXPECT_EQ(
+      (TTexts{
+          "[Morvane] The view behavior " + address +
+              "returned the error 12007 when IViewBehavior_Draw was called. The error has been ignored to "
+              "avoid disrupting the drawing of other views.",
+          "[Morvane] The view behavior " + address +
+              "returned the error -1 when IViewBehavior_PostProcessDraw was called. The error has been "
+              "ignored to avoid disrupting the drawing of other views."}),
+      fOutput.fLines);
+  EXPECT_EQ(1, fBelowMiddle.fBehavior->fDraws);
+  EXPECT_EQ(1, fMiddle.fBehavior->fPostProcesses);
+  ExpectOthersUnharmed();
+  EXPECT_EQ(TTexts(), fOutput.fAssertions);
+}
+
+TEST_F(DrawingFailures, ExceptionsStopAtTheirView) {
+  const struct {
+    void (*raise)();
+    const char* line;
+  } rows[] = {
+      {[] { throw std::runtime_error("boom"); }, "[Morvane] Ignored an exception (boom) in DrawSubViews."},
+      {[] { throw 7; }, "[Morvane] Ignored an unknown exception in DrawSubViews."}};
+  for (const auto& row : rows) {
+    for (const TViewDrawMode mode : kModes) {
+      for (const bool whileOpen : {false, true}) {
+        fMiddle.SetMode(kViewDrawDirect);
+        fMiddle.SetMode(mode);
+        fMiddle.fBehavior->fOnDraw = [&](IDrawTools& tools) {
+          TNativePort port = {};
+          if (whileOpen) tools.IDrawTools_OpenNativePort(port);
+          row.raise();
+          return kOK;
+        };
+        fOutput.Reset();
+        fTree.fRunBehavior.fEvents.clear();
+        Fill(fSurface, {0, 0, 100, 100}, RGB(0, 0, 0));
+        Draw();
+        EXPECT_EQ((TTexts{row.line}), fOutput.fLines);
+        EXPECT_EQ(whileOpen ? (TTexts{"!fNativePortIsOpen"}) : TTexts(), fOutput.fAssertions) << mode;
+        ExpectOthersUnharmed();
+        EXPECT_TRUE(AreBracketsBalanced(fTree.fRunBehavior.fEvents)) << mode;
+      }
+    }
+  }
+  EXPECT_EQ(0, fBelowMiddle.fBehavior->fDraws);
+  EXPECT_EQ(0, fMiddle.fBehavior->fPostProcesses);
+}
+
+TEST_F(DrawingFailures, WhatIsLeftOpenIsClosed) {
+  fMiddle.fBehavior->fOnDraw = [](IDrawTools& tools) {
+    TNativePort port = {};
+    return tools.IDrawTools_OpenNativePort(port);
+  };
+  fMiddle.fBehavior->fOnPostProcess = [](IDrawTools& tools) {
+    TRawPixels pixels = {};
+    return tools.IDrawTools_OpenRawPixels(pixels);
+  };
+  Draw();
+  EXPECT_EQ((TTexts{"!fNativePortIsOpen", "!fRawPixelsAreOpen"}), fOutput.fAssertions);
+  EXPECT_EQ(TTexts(), fOutput.fLines);
+  EXPECT_EQ(1, fBelowMiddle.fBehavior->fDraws);
+  ExpectOthersUnharmed();
+}
+
+TEST_F(DrawingFailures, AnExceptionOfTheFirstViewComesOutAndTheContextIsAsBefore) {
+  for (const TViewDrawMode mode : kModes) {
+    fTree.fRoot.SetMode(mode);
+    fTree.fRoot.fBehavior->fOnDraw = [](IDrawTools& tools) -> TError {
+      TNativePort port = {};
+      tools.IDrawTools_OpenNativePort(port);
+      SelectClipRgn(port.fHDC, nullptr);
+      SetWindowOrgEx(port.fHDC, 77, 77, nullptr);
+      SetTextColor(port.fHDC, 0x123456);
+      SelectObject(port.fHDC, GetStockObject(GRAY_BRUSH));
+      tools.IDrawTools_CloseNativePort();
+      throw std::runtime_error("boom");
+    };
+    const HDC hdc = fSurface.GetNativePort().fHDC;
+    CRegion clip(TRect{0, 0, 50, 50});
+    clip.SubtractRect({10, 10, 20, 200});
+    SelectClipRgn(hdc, clip.GetNativeRegion());
+    SetWindowOrgEx(hdc, 3, 4, nullptr);
+    const HGDIOBJ brush = GetCurrentObject(hdc, OBJ_BRUSH);
+    fTree.fRunBehavior.fEvents.clear();
+    PlainTools tools(hdc, clip.GetNativeRegion());
+    EXPECT_THROW(fTree.DrawWith(tools), std::runtime_error);
+    const CRegion found;
+    ASSERT_EQ(1, GetClipRgn(hdc, found.GetNativeRegion()));
+    EXPECT_TRUE(EqualRgn(clip.GetNativeRegion(), found.GetNativeRegion()));
+    POINT origin = {};
+    GetWindowOrgEx(hdc, &origin);
+    EXPECT_EQ((TPoint{3, 4}), (TPoint{origin.x, origin.y}));
+    EXPECT_EQ(0u, GetTextColor(hdc));
+    EXPECT_EQ(brush, GetCurrentObject(hdc, OBJ_BRUSH));
+    EXPECT_TRUE(AreBracketsBalanced(fTree.fRunBehavior.fEvents)) << mode;
+  }
+  EXPECT_EQ(TTexts(), fOutput.fAssertions);
+}
+
+TEST_F(DrawingFailures, ASpoiltContextIsMendedBehindTheView) {
+  void (*const spoilers[])(HDC) = {
+      [](HDC hdc) { SelectClipRgn(hdc, nullptr); },
+      [](HDC hdc) { IntersectClipRect(hdc, 500, 500, 501, 501); },
+      [](HDC hdc) { SetWindowOrgEx(hdc, 5, 9, nullptr); },
+      [](HDC hdc) { SetViewportOrgEx(hdc, -4, 3, nullptr); },
+      [](HDC hdc) { SetMapMode(hdc, MM_HIENGLISH); },
+      [](HDC hdc) {
+        const XFORM transform = {2, 0, 0, 2, 3, 3};
+        SetGraphicsMode(hdc, GM_ADVANCED);
+        SetWorldTransform(hdc, &transform);
+      },
+      [](HDC hdc) { SaveDC(hdc); },
+      [](HDC hdc) { RestoreDC(hdc, -1); },
+  };
+  for (const TViewDrawMode mode : kModes) {
+    for (void (*const spoil)(HDC) : spoilers) {
+      fMiddle.SetMode(kViewDrawDirect);
+      fMiddle.SetMode(mode);
+      fBelowMiddle.fBehavior->fOnDraw = [&](IDrawTools& tools) {
+        TNativePort port = {};
+        tools.IDrawTools_OpenNativePort(port);
+        spoil(port.fHDC);
+        return tools.IDrawTools_CloseNativePort();
+      };
+      fMiddle.fBehavior->fOnPostProcess = fBelowMiddle.fBehavior->fOnDraw;
+      Fill(fSurface, {0, 0, 100, 100}, RGB(0, 0, 0));
+      SaveDC(fSurface.GetNativePort().fHDC);
+      Draw();
+      RestoreDC(fSurface.GetNativePort().fHDC, 1);
+      ExpectOthersUnharmed();
+    }
+  }
+  EXPECT_EQ(TTexts(), fOutput.fAssertions);
+}
+
+// A view that narrows the clip does so for its subviews too, and for nobody else.
+TEST_F(DrawingFailures, AClipOfTheViewHoldsForItsSubViews) {
+  fMiddle.fBehavior->fOnDraw = [](IDrawTools& tools) {
+    TNativePort port = {};
+    tools.IDrawTools_OpenNativePort(port);
+    ExcludeClipRect(port.fHDC, 13, 3, 15, 5);
+    return tools.IDrawTools_CloseNativePort();
+  };
+  Draw();
+  const HDC hdc = fSurface.GetNativePort().fHDC;
+  EXPECT_EQ(RGB(255, 0, 0), GetPixel(hdc, 12, 3));
+  EXPECT_EQ(RGB(0, 0, 0), GetPixel(hdc, 13, 3));
+  EXPECT_EQ(RGB(0, 0, 0), GetPixel(hdc, 14, 4));
+  EXPECT_EQ(RGB(255, 0, 0), GetPixel(hdc, 15, 5));
+  ExpectOthersUnharmed();
+}
+
+// --- The tree changes under the walk
+// ------------------------------------------------------------------------
+
+TEST_F(DrawingFailures, ViewsMayEndWhileTheyAreDrawn) {
+  for (const TViewDrawMode mode : kModes) {
+    DrawingTree tree({0, 0, 100, 100});
+    const TDrawnView before = tree.Add({0, 0, 10, 10});
+    const TDrawnView view = tree.Add({10, 0, 20, 10}, mode);
+    const TDrawnView below = tree.Add(*view.fView, {10, 0, 20, 10});
+    const TDrawnView after = tree.Add({20, 0, 30, 10});
+    const TDrawnView last = tree.Add({30, 0, 40, 10});
+    int belowDraws = 0;
+    below.fBehavior->fOnDraw = [&](IDrawTools&) {
+      ++belowDraws;
+      return kOK;
+    };
+    view.fBehavior->fOnDraw = [&](IDrawTools& tools) {
+      view.fView->IView_Release();
+      before.fView->IView_Release();
+      after.fView->IView_Release();
+      below.fView->IView_Release();
+      return FillThroughPort(tools, kEverything, RGB(255, 0, 0));
+    };
+    last.fBehavior->fOnDraw = [](IDrawTools& tools) {
+      return FillThroughPort(tools, kEverything, RGB(0, 255, 0));
+    };
+    const CRegion all(TRect{0, 0, 100, 100});
+    CBufferBitmap surface({100, 100}, 32);
+    tree.Draw(surface, all);
+    EXPECT_EQ(0, belowDraws);
+    EXPECT_EQ(1, last.fBehavior->fDraws);
+    EXPECT_EQ(RGB(255, 0, 0), GetPixel(surface.GetNativePort().fHDC, 19, 9));
+    EXPECT_EQ(RGB(0, 255, 0), GetPixel(surface.GetNativePort().fHDC, 30, 0));
+    tree.Draw(surface, all);
+    EXPECT_EQ(2, last.fBehavior->fDraws);
+  }
+  EXPECT_EQ(TTexts(), fOutput.fAssertions);
+}
+
+TEST_F(DrawingFailures, TheFirstViewMayEndWhileItIsDrawn) {
+  TreeWindow window;
+  TViewImplPtr view(new CViewImpl(nullptr, &window));
+  view->SetClientsViewReference(view);
+  boost::shared_ptr<DrawingBehavior> behavior(new DrawingBehavior);
+  DrawingBehavior& recorder = *behavior;
+  view->SetBehavior(behavior);
+  behavior.reset();
+  view->SetBounds({0, 0, 10, 10});
+  CViewImpl& viewItself = *view;
+  view.reset();
+  recorder.fOnDraw = [&](IDrawTools& tools) {
+    viewItself.IView_Release();
+    return FillThroughPort(tools, kEverything, RGB(255, 0, 0));
+  };
+  bool isPostProcessed = false;
+  recorder.fOnPostProcess = [&](IDrawTools&) {
+    isPostProcessed = true;
+    return kOK;
+  };
+  const CRegion all(TRect{0, 0, 100, 100});
+  PlainTools tools(fSurface.GetNativePort().fHDC, all.GetNativeRegion());
+  TDrawBracket bracket(nullptr, tools);
+  DrawView(nullptr, bracket, viewItself, {0, 0, 10, 10}, tools, {});
+  EXPECT_TRUE(isPostProcessed);
+  EXPECT_EQ((TRect{0, 0, 10, 10}), PaintedPixels(fSurface));
+}
+
+TEST_F(DrawingFailures, ReorderingDrawsEachViewOnce) {
+  DrawingTree tree({0, 0, 100, 100});
+  std::vector<TDrawnView> views;
+  for (int i = 0; i < 6; ++i) views.push_back(tree.Add({10 * i, 0, 10 * i + 10, 10}));
+  TDrawnView added = {};
+  views[2].fBehavior->fOnDraw = [&](IDrawTools&) {
+    std::vector<IView*> reversed;
+    for (auto i = views.rbegin(); i != views.rend(); ++i) reversed.push_back(i->fView);
+    EXPECT_EQ(kOK, tree.fRoot.fView->IView_SetSubViewOrder(reversed.data(), 6));
+    added = tree.Add({60, 0, 70, 10});
+    return kOK;
+  };
+  tree.Draw(fSurface, CRegion(TRect{0, 0, 100, 100}));
+  for (const TDrawnView& view : views) EXPECT_EQ(1, view.fBehavior->fDraws);
+  EXPECT_EQ(0, added.fBehavior->fDraws);
+}
+
+TEST_F(DrawingFailures, AViewMayChangeItsModeAndSizeWhileItIsDrawn) {
+  for (const TViewDrawMode from : kModes) {
+    for (const TViewDrawMode to : kModes) {
+      DrawingTree tree({0, 0, 100, 100});
+      const TDrawnView view = tree.Add({10, 10, 20, 20}, from);
+      view.fBehavior->fOnDraw = [&](IDrawTools& tools) {
+        view.SetMode(to);
+        view.fView->SetBounds({10, 10, 50, 50});
+        return FillThroughPort(tools, kEverything, RGB(255, 0, 0));
+      };
+      const CRegion all(TRect{0, 0, 100, 100});
+      CBufferBitmap first({100, 100}, 32), second({100, 100}, 32);
+      tree.Draw(first, all);
+      EXPECT_EQ((TRect{10, 10, 20, 20}), PaintedPixels(first)) << from << " to " << to;
+      view.fBehavior->fOnDraw = [&](IDrawTools& tools) {
+        return FillThroughPort(tools, kEverything, RGB(255, 0, 0));
+      };
+      tree.Draw(second, all);
+      EXPECT_EQ((TRect{10, 10, 50, 50}), PaintedPixels(second)) << from << " to " << to;
+    }
+  }
+  for (const std::int32_t depth : {16, 32}) {
+    const boost::shared_ptr<CBufferBitmap> tile = CTileBitmapPool::ForDepth(depth).Take();
+    EXPECT_EQ(depth, tile->GetInfo().fBitDepth);
+    EXPECT_EQ(800, tile->GetInfo().fWidth);
+    CTileBitmapPool::ForDepth(depth).PutBack(tile);
+  }
+}
+
+// A behaviour that handles messages can be painted again in the middle of its own drawing.
+TEST_F(DrawingFailures, DrawingMayBeginAgainInTheMiddle) {
+  for (const TViewDrawMode mode : kModes) {
+    DrawingTree tree({0, 0, 100, 100});
+    const TDrawnView view = tree.Add({10, 10, 60, 60}, mode);
+    const TDrawnView inner = tree.Add(*view.fView, {20, 20, 40, 40}, mode);
+    const CRegion all(TRect{0, 0, 100, 100});
+    CBufferBitmap surface({100, 100}, 32), nested({100, 100}, 32);
+    int depth = 0;
+    view.fBehavior->fOnDraw = [](IDrawTools& tools) {
+      return FillThroughPort(tools, kEverything, RGB(255, 0, 0));
+    };
+    inner.fBehavior->fOnDraw = [&](IDrawTools& tools) {
+      if (depth++ == 0) tree.Draw(nested, all);
+      return FillThroughPort(tools, kEverything, RGB(0, 255, 0));
+    };
+    tree.Draw(surface, all);
+    const HDC hdc = surface.GetNativePort().fHDC;
+    EXPECT_EQ(RGB(255, 0, 0), GetPixel(hdc, 10, 10)) << mode;
+    EXPECT_EQ(RGB(0, 255, 0), GetPixel(hdc, 20, 20)) << mode;
+    EXPECT_EQ(RGB(0, 255, 0), GetPixel(hdc, 39, 39)) << mode;
+    EXPECT_EQ(RGB(255, 0, 0), GetPixel(hdc, 40, 40)) << mode;
+    EXPECT_EQ((TRect{10, 10, 60, 60}), PaintedPixels(surface)) << mode;
+    EXPECT_TRUE(AreBracketsBalanced(tree.fRunBehavior.fEvents)) << mode;
+    CBufferBitmap again({100, 100}, 32);
+    tree.Draw(again, all);
+    EXPECT_EQ(PixelsOf(surface), PixelsOf(again)) << mode;
+  }
+}
+
+}  // namespace
+}  // namespace NSMorvane
