@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -63,12 +64,14 @@ class DrawingRunBehavior : public CDefaultRunBehavior {
   }
   TError IMorvaneRunBehavior_OnEndDraw(IDrawTools& tools) override {
     fEvents.push_back("end " + NumberOf(tools));
+    if (fOnEnd) fOnEnd(tools);
     return fEndError;
   }
 
   std::vector<std::string> fEvents;
   TError fBeginError = kOK;
   TError fEndError = kOK;
+  std::function<void(IDrawTools&)> fOnEnd;
 
  private:
   std::string NumberOf(IDrawTools& tools) {

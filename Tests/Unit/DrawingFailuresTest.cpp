@@ -204,6 +204,44 @@ TEST_F(DrawingFailures, ASpoiltContextIsMendedBehindTheView) {
   EXPECT_EQ(TTexts(), fOutput.fAssertions);
 }
 
+// What a view sets in a shared bitmap does not wait there for the next view.
+TEST_F(DrawingFailures, SharedBitmapsComeBackClean) {
+  fMiddle.SetMode(kViewDrawTemporary16);
+  fMiddle.fBehavior->fOnDraw = [](IDrawTools& tools) {
+    TNativePort port = {};
+    tools.IDrawTools_OpenNativePort(port);
+    SetTextColor(port.fHDC, 0x123456);
+    SelectObject(port.fHDC, GetStockObject(GRAY_BRUSH));
+    return tools.IDrawTools_CloseNativePort();
+  };
+  Draw();
+  const boost::shared_ptr<CBufferBitmap> tile = CTileBitmapPool::ForDepth(16).Take();
+  EXPECT_EQ(0u, GetTextColor(tile->GetNativePort().fHDC));
+  EXPECT_NE(GetStockObject(GRAY_BRUSH), GetCurrentObject(tile->GetNativePort().fHDC, OBJ_BRUSH));
+  CTileBitmapPool::ForDepth(16).PutBack(tile);
+}
+
+// The run behaviour has the port while the bracket is paused.
+TEST_F(DrawingFailures, ABufferIsClippedEvenIfTheRunBehaviourTakesTheClipAway) {
+  fTree.fRunBehavior.fOnEnd = [](IDrawTools& tools) {
+    TNativePort port = {};
+    tools.IDrawTools_OpenNativePort(port);
+    SelectClipRgn(port.fHDC, nullptr);
+    tools.IDrawTools_CloseNativePort();
+  };
+  for (const TViewDrawMode mode : {kViewDrawTemporary32, kViewDrawPermanent32}) {
+    DrawingTree& tree = fTree;
+    const TDrawnView sticksOut = tree.Add(*fMiddle.fView, {0, 0, 40, 40}, mode);
+    sticksOut.fBehavior->fOnDraw = [](IDrawTools& tools) {
+      return FillThroughPort(tools, kEverything, RGB(0, 0, 255));
+    };
+    Draw();
+    EXPECT_EQ(RGB(0, 0, 255), GetPixel(fSurface.GetNativePort().fHDC, 10, 9));
+    ExpectOthersUnharmed();
+    sticksOut.fView->IView_Release();
+  }
+}
+
 // A view that narrows the clip does so for its subviews too, and for nobody else.
 TEST_F(DrawingFailures, AClipOfTheViewHoldsForItsSubViews) {
   fMiddle.fBehavior->fOnDraw = [](IDrawTools& tools) {
@@ -224,7 +262,18 @@ TEST_F(DrawingFailures, AClipOfTheViewHoldsForItsSubViews) {
 // --- The tree changes under the walk
 // ------------------------------------------------------------------------
 
+TEST_F(DrawingFailures, AReleasedViewIsPassedOverWithItsSubViews) {
+  const int draws = fMiddle.fBehavior->fDraws;
+  fMiddle.fView->IView_Release();
+  Draw();
+  EXPECT_EQ(draws, fMiddle.fBehavior->fDraws);
+  EXPECT_EQ(0, fBelowMiddle.fBehavior->fDraws);
+  EXPECT_EQ(1, fRight.fBehavior->fDraws);
+  EXPECT_EQ(TTexts(), fOutput.fAssertions);
+}
+
 TEST_F(DrawingFailures, ViewsMayEndWhileTheyAreDrawn) {
+  std::vector<std::string> litter;
   for (const TViewDrawMode mode : kModes) {
     DrawingTree tree({0, 0, 100, 100});
     const TDrawnView before = tree.Add({0, 0, 10, 10});
@@ -242,6 +291,8 @@ TEST_F(DrawingFailures, ViewsMayEndWhileTheyAreDrawn) {
       before.fView->IView_Release();
       after.fView->IView_Release();
       below.fView->IView_Release();
+      // Something else takes their place in memory.
+      for (int i = 0; i < 16; ++i) litter.push_back(std::string(sizeof(CViewImpl), '\x7F'));
       return FillThroughPort(tools, kEverything, RGB(255, 0, 0));
     };
     last.fBehavior->fOnDraw = [](IDrawTools& tools) {

@@ -69,8 +69,7 @@ TEST(DrawingTools, BracketsTellBeginAndEnd) {
   run.fBeginError = 100001;
   EXPECT_THROW(TDrawBracket(&run, tools), XApplicationError);
   EXPECT_EQ((TTexts{"begin 0"}), run.fEvents);
-  EXPECT_TRUE(
-      output.HasLine("Application-specific error at Component/Portable/MorvaneImplUtilsDrawTools.cpp("));
+  EXPECT_TRUE(output.HasLine("Component/Portable/MorvaneImplUtilsDrawTools.cpp("));
 
   // An end that fails, and one that comes in a pause, are reported only.
   output.Reset();
