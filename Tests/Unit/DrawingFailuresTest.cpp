@@ -214,8 +214,10 @@ TEST_F(DrawingFailures, SharedBitmapsComeBackClean) {
     SelectObject(port.fHDC, GetStockObject(GRAY_BRUSH));
     return tools.IDrawTools_CloseNativePort();
   };
-  Draw();
   const boost::shared_ptr<CBufferBitmap> tile = CTileBitmapPool::ForDepth(16).Take();
+  CTileBitmapPool::ForDepth(16).PutBack(tile);
+  Draw();
+  EXPECT_EQ(tile, CTileBitmapPool::ForDepth(16).Take());
   EXPECT_EQ(0u, GetTextColor(tile->GetNativePort().fHDC));
   EXPECT_NE(GetStockObject(GRAY_BRUSH), GetCurrentObject(tile->GetNativePort().fHDC, OBJ_BRUSH));
   CTileBitmapPool::ForDepth(16).PutBack(tile);
@@ -273,7 +275,7 @@ TEST_F(DrawingFailures, AReleasedViewIsPassedOverWithItsSubViews) {
 }
 
 TEST_F(DrawingFailures, ViewsMayEndWhileTheyAreDrawn) {
-  std::vector<std::string> litter;
+  std::vector<std::vector<char>> litter;
   for (const TViewDrawMode mode : kModes) {
     DrawingTree tree({0, 0, 100, 100});
     const TDrawnView before = tree.Add({0, 0, 10, 10});
@@ -292,7 +294,7 @@ TEST_F(DrawingFailures, ViewsMayEndWhileTheyAreDrawn) {
       after.fView->IView_Release();
       below.fView->IView_Release();
       // Something else takes their place in memory.
-      for (int i = 0; i < 16; ++i) litter.push_back(std::string(sizeof(CViewImpl), '\x7F'));
+      for (int i = 0; i < 64; ++i) litter.emplace_back(sizeof(CViewImpl), '\x7F');
       return FillThroughPort(tools, kEverything, RGB(255, 0, 0));
     };
     last.fBehavior->fOnDraw = [](IDrawTools& tools) {
