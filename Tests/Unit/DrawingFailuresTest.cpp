@@ -275,7 +275,9 @@ TEST_F(DrawingFailures, AReleasedViewIsPassedOverWithItsSubViews) {
 }
 
 TEST_F(DrawingFailures, ViewsMayEndWhileTheyAreDrawn) {
-  std::vector<std::vector<char>> litter;
+  DrawingTree otherWindow({0, 0, 100, 100});
+  std::vector<TDrawnView> others;
+  int reusedPlaces = 0;
   for (const TViewDrawMode mode : kModes) {
     DrawingTree tree({0, 0, 100, 100});
     const TDrawnView before = tree.Add({0, 0, 10, 10});
@@ -293,8 +295,11 @@ TEST_F(DrawingFailures, ViewsMayEndWhileTheyAreDrawn) {
       before.fView->IView_Release();
       after.fView->IView_Release();
       below.fView->IView_Release();
-      // Something else takes their place in memory.
-      for (int i = 0; i < 64; ++i) litter.emplace_back(sizeof(CViewImpl), '\x7F');
+      // Views of another window take their places in memory.
+      for (int i = 0; i < 20; ++i) {
+        others.push_back(otherWindow.Add({0, 0, 100, 100}));
+        reusedPlaces += others.back().fView == after.fView;
+      }
       return FillThroughPort(tools, kEverything, RGB(255, 0, 0));
     };
     last.fBehavior->fOnDraw = [](IDrawTools& tools) {
@@ -310,6 +315,8 @@ TEST_F(DrawingFailures, ViewsMayEndWhileTheyAreDrawn) {
     tree.Draw(surface, all);
     EXPECT_EQ(2, last.fBehavior->fDraws);
   }
+  for (const TDrawnView& other : others) EXPECT_EQ(0, other.fBehavior->fDraws);
+  EXPECT_GT(reusedPlaces, 0) << "the heap did not play along: nothing was tested";
   EXPECT_EQ(TTexts(), fOutput.fAssertions);
 }
 
