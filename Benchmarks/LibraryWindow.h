@@ -1,0 +1,78 @@
+// A document window of the library that shows cells as views, in one of several arrangements.
+#pragma once
+
+#include <windows.h>
+
+#include <Morvane.h>
+#include <MorvaneDefaults.h>
+
+#include <memory>
+#include <vector>
+
+#include "Cells.h"
+
+namespace NSBench {
+
+using namespace NSMorvane;
+
+enum class TArrangement {
+  kDirect,    // all cells under the root view, each drawn directly
+  kBuffered,  // under one view that keeps a bitmap
+  kScrolled   // under the only subview of one that keeps a bitmap, somewhat lower than the client area
+};
+
+enum : int { kScrolledHeight = kClientHeight - 8 };
+
+// Draws nothing itself.
+class CEmptyView : public CDefaultViewBehavior {
+ public:
+  explicit CEmptyView(IView&) {}
+};
+
+class CCellView : public CDefaultViewBehavior {
+ public:
+  CCellView(IView&, CCellPainter& painter, const RECT& rect, int index)
+      : fPainter(painter), fRect(rect), fIndex(index) {}
+  TError IViewBehavior_Draw(IDrawTools& tools) override {
+    const COpenPort port(tools);
+    fPainter.Draw(port, fRect, fIndex);
+    return kOK;
+  }
+  TError IViewBehavior_OnOffset(std::int32_t dx, std::int32_t dy) override {
+    OffsetRect(&fRect, dx, dy);
+    return kOK;
+  }
+
+ private:
+  CCellPainter& fPainter;
+  RECT fRect;
+  int fIndex;
+};
+
+// Views of cells in a window, which end with this object.
+class CCellScene {
+ public:
+  CCellScene(IMorvane& morvane, IDocumentWindow& window, TArrangement arrangement, CCellPainter& painter,
+             int cellCount);
+
+  HWND Hwnd() const { return fHwnd; }
+  // Invalidates and paints at once: everything, or the dirty cell.
+  void PaintAll();
+  void PaintOne();
+  // Moves the cells up or down, and paints.
+  void Scroll(int dy);
+
+ private:
+  IMorvane& fMorvane;
+  HWND fHwnd;
+  IView& fRoot;
+  CViewOf<CEmptyView> fBuffer;
+  CViewOf<CEmptyView> fContent;
+  std::vector<CViewOf<CCellView>> fCells;
+};
+
+// A document window whose client area is as large as the cells need it. It is shown.
+IDocumentWindow& CreateLibraryWindow(IMorvane& morvane);
+HWND HwndOf(IDocumentWindow& window);
+
+}  // namespace NSBench

@@ -1,0 +1,161 @@
+// Opens, paints and closes windows, thousands of them, in one process, and fails if the process has grown
+// between its first tenth and its end.
+#include <windows.h>
+
+#include <psapi.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "SoakWindow.h"
+
+namespace NSSoak {
+
+namespace {
+
+struct TOptions {
+  int fWindows = 5000;
+  int fRepaints = 200000;
+};
+
+bool ParseOptions(int argumentCount, char** arguments, TOptions& out) {
+  bool good = argumentCount % 2 == 1;
+  for (int i = 1; good && i < argumentCount; i += 2) {
+    if (std::strcmp(arguments[i], "--windows") == 0) {
+      out.fWindows = std::atoi(arguments[i + 1]);
+    } else if (std::strcmp(arguments[i], "--repaints") == 0) {
+      out.fRepaints = std::atoi(arguments[i + 1]);
+    } else {
+      good = false;
+    }
+  }
+  if (good && out.fWindows >= 20 && out.fRepaints >= out.fWindows) return true;
+  std::fprintf(stderr,
+               "usage: %s [--windows N] [--repaints N]\n"
+               "  --windows   document windows opened and closed, at least 20 (5000)\n"
+               "  --repaints  partial repaints in all of them together, at least one for each (200000)\n",
+               arguments[0]);
+  return false;
+}
+
+// --- What the process uses
+
+struct TUse {
+  long long fBytes;  // committed memory of its own
+  DWORD fHandles;
+  DWORD fGdiObjects;
+  DWORD fUserObjects;
+  int fWindows;  // top-level windows of the thread, shown or hidden
+};
+
+BOOL CALLBACK CountWindow(HWND, LPARAM count) {
+  ++*reinterpret_cast<int*>(count);
+  return TRUE;
+}
+
+TUse MeasureUse() {
+  TUse use = {};
+  PROCESS_MEMORY_COUNTERS_EX counters = {};
+  counters.cb = sizeof(counters);
+  if (GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters),
+                           sizeof(counters)))
+    use.fBytes = static_cast<long long>(counters.PrivateUsage);
+  GetProcessHandleCount(GetCurrentProcess(), &use.fHandles);
+  use.fGdiObjects = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
+  use.fUserObjects = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
+  EnumThreadWindows(GetCurrentThreadId(), CountWindow, reinterpret_cast<LPARAM>(&use.fWindows));
+  return use;
+}
+
+void Print(const char* what, const TUse& use) {
+  std::printf("%-12s %9.1f KiB, %lu handles, %lu GDI objects, %lu USER objects, %d windows\n", what,
+              static_cast<double>(use.fBytes) / 1024, use.fHandles, use.fGdiObjects, use.fUserObjects,
+              use.fWindows);
+  std::fflush(stdout);
+}
+
+// --- The run
+
+constexpr long long kAllowedGrowth = 2 * 1024 * 1024;
+constexpr DWORD kAllowedMoreHandles = 16;
+
+class CSoakRun : public CDefaultRunBehavior {
+ public:
+  CSoakRun(IMorvane& morvane, const TOptions& options, bool& outSuccess)
+      : fMorvane(morvane), fOptions(options), fSuccess(outSuccess) {}
+
+  TError IMorvaneRunBehavior_OnStartUp() override {
+    const TError error = fMorvane.IMorvane_SetDebugSettings(TDebugSettings{});
+    return error == kOK ? fMorvane.IMorvane_PostAppMessage(0, 0) : error;
+  }
+  // One window for each message, so that the loop runs in between as it does in any application.
+  TError IMorvaneRunBehavior_OnAppMessage(std::uint32_t, std::uint32_t) override {
+    if (fDone == fOptions.fWindows) return kOK;
+    const TError error = Guarded([&] {
+      RunWindow(fMorvane, static_cast<unsigned>(fDone), RepaintsBefore(fDone + 1) - RepaintsBefore(fDone));
+      return TError{kOK};
+    });
+    if (error != kOK) return Stop("a window failed with the error " + std::to_string(error));
+    ++fDone;
+    if (fDone % (fOptions.fWindows / 20) == 0) TellProgress();
+    if (fDone == fOptions.fWindows / 10) fUseAtFirstTenth = MeasureUse();
+    if (fDone < fOptions.fWindows) return fMorvane.IMorvane_PostAppMessage(0, 0);
+    Judge();
+    return fMorvane.IMorvane_StartQuitting();
+  }
+  // Between two windows there is none, and the library asks whether that is the end.
+  TError IMorvaneRunBehavior_OnQuitEvent() override { return kOK; }
+  TError IMorvaneRunBehavior_OnUnhandledError(TError error) override {
+    return Stop("the library reports the error " + std::to_string(error));
+  }
+
+ private:
+  int RepaintsBefore(int window) const {
+    return static_cast<int>(static_cast<long long>(fOptions.fRepaints) * window / fOptions.fWindows);
+  }
+
+  void TellProgress() {
+    char what[16];
+    std::snprintf(what, sizeof(what), "%d", fDone);
+    Print(what, MeasureUse());
+  }
+
+  TError Stop(const std::string& why) {
+    std::printf("FAILED: %s, at window %d\n", why.c_str(), fDone);
+    std::fflush(stdout);
+    std::_Exit(1);
+  }
+
+  void Judge() {
+    const TUse end = MeasureUse();
+    Print("first tenth", fUseAtFirstTenth);
+    Print("end", end);
+    fSuccess = end.fBytes > 0 && end.fBytes - fUseAtFirstTenth.fBytes <= kAllowedGrowth &&
+               end.fHandles <= fUseAtFirstTenth.fHandles + kAllowedMoreHandles &&
+               end.fGdiObjects <= fUseAtFirstTenth.fGdiObjects + kAllowedMoreHandles &&
+               end.fUserObjects <= fUseAtFirstTenth.fUserObjects + kAllowedMoreHandles &&
+               end.fWindows <= fUseAtFirstTenth.fWindows;
+  }
+
+  IMorvane& fMorvane;
+  const TOptions& fOptions;
+  bool& fSuccess;
+  int fDone = 0;
+  TUse fUseAtFirstTenth = {};
+};
+
+}  // namespace
+
+}  // namespace NSSoak
+
+int main(int argumentCount, char** arguments) {
+  using namespace NSSoak;
+  TOptions options;
+  if (!ParseOptions(argumentCount, arguments, options)) return 2;
+  bool success = false;
+  const int code = RunApplication<CSoakRun>(StartupParams(u"Morvane", u"Soak"), options, success);
+  std::printf("%s: %d windows, %d repaints\n", code == 0 && success ? "passed" : "FAILED", options.fWindows,
+              options.fRepaints);
+  return code == 0 && success ? 0 : 1;
+}
