@@ -216,9 +216,11 @@ void CWinWindow::FocusNow() {
 }
 
 void CWinWindow::Show() {
-  // Painting and every callback below can release the window; then it must not come onto the screen any more.
+  // A window that has been released must not come onto the screen any more. Painting and every callback below
+  // can release it.
   const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
-  const auto isReleased = [&] { return keepAlive && !fClientsWindowReference; };
+  const auto isReleased = [&] { return !fClientsWindowReference; };
+  if (isReleased()) return;
 
   MORVANE_ASSERT(!IsVisible());
   PumpPaintMessages();

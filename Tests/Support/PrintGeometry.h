@@ -3,7 +3,7 @@
 
 #include <ostream>
 
-#include "Interface/MorvaneTypes.h"
+#include "../../Interface/MorvaneTypes.h"
 
 namespace NSMorvane {
 

@@ -1,0 +1,161 @@
+// A document window of a client, with a behaviour that records what it is told and does what a test asks for
+// in the middle of it; and views of the same make.
+#pragma once
+
+#include <map>
+#include <utility>
+
+#include "Support/ClientFixture.h"
+
+namespace NSMorvaneTest {
+
+// By the name of the callback, without its class, what to do in it. What is not there answers kOK.
+using CallHooks = std::map<std::string, std::function<TError()>>;
+
+inline TError RunHook(const CallHooks& hooks, const std::string& name) {
+  const auto it = hooks.find(name);
+  if (it == hooks.end()) return kOK;
+  const std::function<TError()> hook = it->second;  // it may change the hooks
+  return hook();
+}
+
+// What a behaviour works on. The test owns it, so that it outlives the window.
+struct WindowRecord {
+  // Empty for menu bar set-ups, which come in any number.
+  CallLog fLog;
+  CallHooks fHooks;
+  std::vector<std::pair<TSize, TSize>> fSizes;
+  std::vector<std::pair<TDocumentWindowPlacement, TDocumentWindowPlacement>> fPlacements;
+  IDocumentWindow* fWindow = nullptr;
+  HWND fHwnd = nullptr;
+  int fMenuBarSetups = 0;
+  bool fIsDeleted = false;
+
+  std::size_t Count(const std::string& entry) const {
+    return static_cast<std::size_t>(std::count(fLog.begin(), fLog.end(), entry));
+  }
+};
+
+inline HWND HwndOf(IDocumentWindow& window) {
+  TNativeWindow native = {};
+  EXPECT_EQ(WindowOf(window).IWindow_GetNativeWindow(native), kOK);
+  return native.fHwnd;
+}
+
+inline std::wstring NativeTitleOf(HWND hwnd) {
+  std::wstring title(static_cast<std::size_t>(GetWindowTextLengthW(hwnd)) + 1, L'\0');
+  title.resize(static_cast<std::size_t>(GetWindowTextW(hwnd, title.data(), static_cast<int>(title.size()))));
+  return title;
+}
+
+class RecordingWindowBehavior : public IDocumentWindowBehavior {
+ public:
+  RecordingWindowBehavior(IDocumentWindow& window, WindowRecord& record) : fRecord(record) {
+    fRecord.fWindow = &window;
+    fRecord.fHwnd = HwndOf(window);
+  }
+  ~RecordingWindowBehavior() override {
+    RunHook(fRecord.fHooks, "deleted");
+    fRecord.fIsDeleted = true;
+    fRecord.fLog.push_back("deleted");
+  }
+
+  TError IDocumentWindowBehavior_OnClientSizeChanged(const TSize& oldSize, const TSize& newSize) override {
+    fRecord.fSizes.emplace_back(oldSize, newSize);
+    return Call("OnClientSizeChanged");
+  }
+  TError IDocumentWindowBehavior_OnPlacementChanged(const TDocumentWindowPlacement& oldPlacement,
+                                                    const TDocumentWindowPlacement& newPlacement) override {
+    fRecord.fPlacements.emplace_back(oldPlacement, newPlacement);
+    return Call("OnPlacementChanged");
+  }
+  TError IDocumentWindowBehavior_OnActivationChanged(TFlag active) override {
+    return Call("OnActivationChanged " + std::to_string(active));
+  }
+  TError IDocumentWindowBehavior_HandleKeyDown(const TKeyEvent&, TFlag& outHandled) override {
+    outHandled = 0;
+    return Call("HandleKeyDown");
+  }
+  TError IDocumentWindowBehavior_OnKeyboardFocusChanged(TFlag focused) override {
+    return Call("OnKeyboardFocusChanged " + std::to_string(focused));
+  }
+  TError IDocumentWindowBehavior_OnSetupMenuBar(IMenuBarState&) override {
+    ++fRecord.fMenuBarSetups;
+    return RunHook(fRecord.fHooks, "OnSetupMenuBar");
+  }
+  TError IDocumentWindowBehavior_OnMenuCommand(const TMenuCommandEvent&, TFlag& outHandled) override {
+    outHandled = 0;
+    return Call("OnMenuCommand");
+  }
+  TError IDocumentWindowBehavior_OnHelpRequested(TFlag& outHandled) override {
+    outHandled = 0;
+    return Call("OnHelpRequested");
+  }
+  // Closes the window unless there is a hook.
+  TError IDocumentWindowBehavior_OnRequestClose(TCloseReason reason) override {
+    const std::string name = "OnRequestClose " + std::to_string(reason);
+    fRecord.fLog.push_back(name);
+    if (fRecord.fHooks.count(name)) return RunHook(fRecord.fHooks, name);
+    return fRecord.fWindow->IDocumentWindow_Release();
+  }
+
+ private:
+  TError Call(const std::string& name) {
+    fRecord.fLog.push_back(name);
+    return RunHook(fRecord.fHooks, name);
+  }
+
+  WindowRecord& fRecord;
+};
+
+// The hook "factory" runs before the behaviour is made, with the window in the record; a code from it is what
+// the factory answers.
+class RecordingWindowFactory : public IDocumentWindowBehaviorFactory {
+ public:
+  explicit RecordingWindowFactory(WindowRecord& record) : fRecord(record) {}
+
+  IDocumentWindowBehavior* IDocumentWindowBehaviorFactory_CreateBehavior(IDocumentWindow& window,
+                                                                         TError& outError) override {
+    fRecord.fWindow = &window;
+    fRecord.fHwnd = HwndOf(window);
+    outError = RunHook(fRecord.fHooks, "factory");
+    return outError == kOK ? new RecordingWindowBehavior(window, fRecord) : nullptr;
+  }
+
+ private:
+  WindowRecord& fRecord;
+};
+
+// Views of one test write into one log, each with its name in front.
+struct ViewRecord {
+  CallLog& fLog;
+  std::string fName;
+  CallHooks fHooks;
+};
+
+class RecordingFocusViewBehavior : public CDefaultViewBehavior {
+ public:
+  RecordingFocusViewBehavior(IView&, ViewRecord& record) : fRecord(record) {}
+  ~RecordingFocusViewBehavior() override { fRecord.fLog.push_back(fRecord.fName + " deleted"); }
+
+  TError IViewBehavior_OnOnDutyFocusChanged(TFlag gained) override {
+    return Call(gained == 1 ? "gained" : "lost");
+  }
+  TError IViewBehavior_GetNativeFocusTarget(TNativeWindow& out) override {
+    out.fHwnd = nullptr;
+    return RunHook(fRecord.fHooks, "GetNativeFocusTarget");
+  }
+  TError IViewBehavior_OnSetupMenuBar(IMenuBarState&) override {
+    return RunHook(fRecord.fHooks, "OnSetupMenuBar");
+  }
+
+ private:
+  TError Call(const std::string& name) {
+    fRecord.fLog.push_back(fRecord.fName + " " + name);
+    return RunHook(fRecord.fHooks, name);
+  }
+
+  ViewRecord& fRecord;
+};
+
+}  // namespace NSMorvaneTest
