@@ -45,51 +45,8 @@ TSize SizeOf(const TRect& rect) { return {WidthOf(rect), HeightOf(rect)}; }
 
 }  // namespace
 
-class WindowTest : public ClientTest {
+class WindowTest : public ClientWindowTest {
  protected:
-  using Steps = std::vector<std::function<void()>>;
-
-  IDocumentWindow* Create(TStyleFlags style, WindowRecord& record, TError wantedError = kOK) {
-    RecordingWindowFactory factory(record);
-    TError error = kProgrammingError;
-    IDocumentWindow* const window = fMorvane->IMorvane_CreateDocumentWindow(factory, style, 1, error);
-    EXPECT_EQ(error, wantedError);
-    EXPECT_EQ(window != nullptr, wantedError == kOK);
-    return window;
-  }
-  // Runs the application with one document window. Each step has a turn of the loop of its own; then the
-  // application quits.
-  void RunWithWindow(TStyleFlags style, const Steps& steps) {
-    CreateMorvane();
-    fHooks.fOnStartUp = [=, this] {
-      Create(style, fRecord);
-      for (const auto& step : steps) Then(step);
-      Then([this] { Quit(); });
-      return kOK;
-    };
-    fHooks.fOnQuitEvent = [this] {
-      Quit();
-      return kOK;
-    };
-    EXPECT_EQ(Run(), kOK);
-    EXPECT_TRUE(fRecord.fIsDeleted);
-    EXPECT_FALSE(IsWindow(fRecord.fHwnd));
-    EXPECT_EQ(std::count_if(fLog.begin(), fLog.end(),
-                            [](const std::string& entry) { return entry.starts_with("OnUnhandledError"); }),
-              0);
-  }
-
-  IDocumentWindow& Window() { return *fRecord.fWindow; }
-  HWND Hwnd() const { return fRecord.fHwnd; }
-  TDocumentWindowState State() {
-    TDocumentWindowState state = {};
-    EXPECT_EQ(Window().IDocumentWindow_GetState(state), kOK);
-    return state;
-  }
-  template <class TChange>
-  void Change(TChange&& change, TError wantedError = kOK) {
-    EXPECT_EQ(ChangeState(Window(), change), wantedError);
-  }
   // The size of the window's frame around a client area.
   TSize FrameSize(const TSize& clientSize) {
     TRect frame = {};
@@ -115,8 +72,6 @@ class WindowTest : public ClientTest {
     EXPECT_EQ(told.fUserRect, state.fPlacement.fUserRect);
     EXPECT_EQ(told.fIdealRect, state.fPlacement.fIdealRect);
   }
-
-  WindowRecord fRecord;
 };
 
 // --- Making
@@ -778,8 +733,8 @@ TEST_F(WindowTest, TheBehaviourGoesBeforeTheNativeWindow) {
 TEST_F(WindowTest, ViewsLeftOver) {
   WindowRecord record;
   CallLog viewLog;
-  ViewRecord outerRecord = {viewLog, "outer", {}};
-  ViewRecord innerRecord = {viewLog, "inner", {}};
+  ViewRecord outerRecord = {viewLog, "outer", {}, nullptr};
+  ViewRecord innerRecord = {viewLog, "inner", {}, nullptr};
   RunWithWindow(
       kPlain, {[&] {
         Create(kPlain, record);

@@ -2,6 +2,7 @@
 // in the middle of it; and views of the same make.
 #pragma once
 
+#include <algorithm>
 #include <map>
 #include <utility>
 
@@ -35,12 +36,6 @@ struct WindowRecord {
     return static_cast<std::size_t>(std::count(fLog.begin(), fLog.end(), entry));
   }
 };
-
-inline HWND HwndOf(IDocumentWindow& window) {
-  TNativeWindow native = {};
-  EXPECT_EQ(WindowOf(window).IWindow_GetNativeWindow(native), kOK);
-  return native.fHwnd;
-}
 
 inline std::wstring NativeTitleOf(HWND hwnd) {
   std::wstring title(static_cast<std::size_t>(GetWindowTextLengthW(hwnd)) + 1, L'\0');
@@ -131,6 +126,7 @@ struct ViewRecord {
   CallLog& fLog;
   std::string fName;
   CallHooks fHooks;
+  HWND fNativeFocusTarget = nullptr;
 };
 
 class RecordingFocusViewBehavior : public CDefaultViewBehavior {
@@ -142,7 +138,7 @@ class RecordingFocusViewBehavior : public CDefaultViewBehavior {
     return Call(gained == 1 ? "gained" : "lost");
   }
   TError IViewBehavior_GetNativeFocusTarget(TNativeWindow& out) override {
-    out.fHwnd = nullptr;
+    out.fHwnd = fRecord.fNativeFocusTarget;
     return RunHook(fRecord.fHooks, "GetNativeFocusTarget");
   }
   TError IViewBehavior_OnSetupMenuBar(IMenuBarState&) override {
@@ -156,6 +152,56 @@ class RecordingFocusViewBehavior : public CDefaultViewBehavior {
   }
 
   ViewRecord& fRecord;
+};
+
+// An application with one document window, whose steps have a turn of the loop each.
+class ClientWindowTest : public ClientTest {
+ protected:
+  using Steps = std::vector<std::function<void()>>;
+
+  IDocumentWindow* Create(TStyleFlags style, WindowRecord& record, TError wantedError = kOK) {
+    RecordingWindowFactory factory(record);
+    TError error = kProgrammingError;
+    IDocumentWindow* const window = fMorvane->IMorvane_CreateDocumentWindow(factory, style, 1, error);
+    EXPECT_EQ(error, wantedError);
+    EXPECT_EQ(window != nullptr, wantedError == kOK);
+    return window;
+  }
+  // Runs the application with one document window. Each step has a turn of the loop of its own; then the
+  // application quits.
+  void RunWithWindow(TStyleFlags style, const Steps& steps) {
+    CreateMorvane();
+    fHooks.fOnStartUp = [=, this] {
+      Create(style, fRecord);
+      for (const auto& step : steps) Then(step);
+      Then([this] { Quit(); });
+      return kOK;
+    };
+    fHooks.fOnQuitEvent = [this] {
+      Quit();
+      return kOK;
+    };
+    EXPECT_EQ(Run(), kOK);
+    EXPECT_TRUE(fRecord.fIsDeleted);
+    EXPECT_FALSE(IsWindow(fRecord.fHwnd));
+    EXPECT_EQ(std::count_if(fLog.begin(), fLog.end(),
+                            [](const std::string& entry) { return entry.starts_with("OnUnhandledError"); }),
+              0);
+  }
+
+  IDocumentWindow& Window() { return *fRecord.fWindow; }
+  HWND Hwnd() const { return fRecord.fHwnd; }
+  TDocumentWindowState State() {
+    TDocumentWindowState state = {};
+    EXPECT_EQ(Window().IDocumentWindow_GetState(state), kOK);
+    return state;
+  }
+  template <class TChange>
+  void Change(TChange&& change, TError wantedError = kOK) {
+    EXPECT_EQ(ChangeState(Window(), change), wantedError);
+  }
+
+  WindowRecord fRecord;
 };
 
 }  // namespace NSMorvaneTest
