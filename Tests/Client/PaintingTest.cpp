@@ -300,7 +300,7 @@ TEST_F(PaintingTest, CallbacksMayEndTheWindow) {
     Invalidate({0, 0, 10, 10});
     UpdateWindow(fHwnd);
     EXPECT_FALSE(IsWindow(fHwnd));
-    EXPECT_EQ(std::count(fLog.begin(), fLog.end(), "window deleted"), 1);
+    EXPECT_EQ(fRecord.Count("deleted"), 1u);
   });
 }
 
@@ -324,11 +324,11 @@ TEST_F(PaintingTest, AFailedPaintIsReportedOnceAndNotRepeated) {
     AddView({0, 0, 50, 50}, kRed);
     Update();
     fLog.clear();
-    fRunHooks.fOnBeginDraw = [](IDrawTools&) { return TError{100002}; };
+    fRunHooks["OnBeginDraw"] = [] { return TError{100002}; };
     Invalidate({0, 0, 10, 10});
     Update();
     EXPECT_FALSE(IsDirty());
-    fRunHooks = {};
+    fRunHooks.clear();
     Then([this] { EXPECT_EQ(fLog, (CallLog{"OnUnhandledError 100002"})); });
   });
 }

@@ -1,22 +1,11 @@
-// Windows and views of client tests: behaviours with hooks, and the picture that a window shows.
+// Windows with views to look at: behaviours that draw, and the picture that a window shows.
 #pragma once
 
 #include <memory>
 #include <set>
 
 #include "Support/ClientFixture.h"
-
-namespace NSMorvane {
-
-inline bool operator==(const TSize& a, const TSize& b) {
-  return a.fWidth == b.fWidth && a.fHeight == b.fHeight;
-}
-inline std::string Describe(const TSize& size) {
-  return std::to_string(size.fWidth) + "x" + std::to_string(size.fHeight);
-}
-inline void PrintTo(const TSize& size, std::ostream* out) { *out << Describe(size); }
-
-}  // namespace NSMorvane
+#include "Support/RecordingWindow.h"
 
 namespace NSMorvaneTest {
 
@@ -61,104 +50,38 @@ class TestView : public CDefaultViewBehavior {
   std::function<void()> fOnDeleted;
 };
 
-// --- Windows
-
-// An empty hook answers kOK. Releases the window when it is asked to close, unless the hook is set.
-struct WindowHooks {
-  std::function<TError(const TSize&, const TSize&)> fOnClientSizeChanged;
-  std::function<TError(const TDocumentWindowPlacement&, const TDocumentWindowPlacement&)> fOnPlacementChanged;
-  std::function<TError(TFlag)> fOnActivationChanged;
-  std::function<TError(TFlag)> fOnKeyboardFocusChanged;
-  std::function<TError(TFlag&)> fOnHelpRequested;
-  std::function<TError(TCloseReason)> fOnRequestClose;
-};
-
-class TestDocumentWindow : public CDefaultDocumentWindowBehavior {
- public:
-  TestDocumentWindow(IDocumentWindow& window, CallLog& log, WindowHooks& hooks)
-      : CDefaultDocumentWindowBehavior(window), fLog(log), fHooks(hooks) {}
-  ~TestDocumentWindow() override { fLog.push_back("window deleted"); }
-
-  TError IDocumentWindowBehavior_OnClientSizeChanged(const TSize& oldSize, const TSize& newSize) override {
-    return Call("OnClientSizeChanged " + Describe(oldSize) + " " + Describe(newSize),
-                fHooks.fOnClientSizeChanged, oldSize, newSize);
-  }
-  TError IDocumentWindowBehavior_OnPlacementChanged(const TDocumentWindowPlacement& oldPlacement,
-                                                    const TDocumentWindowPlacement& newPlacement) override {
-    return Call("OnPlacementChanged", fHooks.fOnPlacementChanged, oldPlacement, newPlacement);
-  }
-  TError IDocumentWindowBehavior_OnActivationChanged(TFlag active) override {
-    return Call("OnActivationChanged " + std::to_string(active), fHooks.fOnActivationChanged, active);
-  }
-  TError IDocumentWindowBehavior_OnKeyboardFocusChanged(TFlag focused) override {
-    return Call("OnKeyboardFocusChanged " + std::to_string(focused), fHooks.fOnKeyboardFocusChanged, focused);
-  }
-  TError IDocumentWindowBehavior_OnHelpRequested(TFlag& outHandled) override {
-    outHandled = 0;
-    fLog.push_back("OnHelpRequested");
-    return fHooks.fOnHelpRequested ? fHooks.fOnHelpRequested(outHandled) : kOK;
-  }
-  TError IDocumentWindowBehavior_OnRequestClose(TCloseReason reason) override {
-    fLog.push_back("OnRequestClose " + std::to_string(reason));
-    return fHooks.fOnRequestClose ? fHooks.fOnRequestClose(reason) : fWindow.IDocumentWindow_Release();
-  }
-
- private:
-  template <class THook, class... TArguments>
-  TError Call(const std::string& entry, THook& hook, const TArguments&... arguments) {
-    fLog.push_back(entry);
-    return hook ? hook(arguments...) : kOK;
-  }
-
-  CallLog& fLog;
-  WindowHooks& fHooks;
-};
-
 // --- The fixture
 
 // A run behaviour that also logs what windows cause.
 class WindowRunBehavior : public RecordingRunBehavior {
  public:
-  struct Hooks {
-    std::function<TError(IDrawTools&)> fOnBeginDraw;
-    std::function<TError(IDrawTools&)> fOnEndDraw;
-    std::function<TError()> fOnThemeChanged;
-    std::function<TError()> fOnEnterMenuLoop;
-    std::function<TError()> fOnExitMenuLoop;
-  };
-
-  WindowRunBehavior(CallLog& log, RunHooks& hooks, std::deque<std::function<void()>>& steps, Hooks& more)
+  WindowRunBehavior(CallLog& log, RunHooks& hooks, std::deque<std::function<void()>>& steps,
+                    const CallHooks& more)
       : RecordingRunBehavior(log, hooks, steps), fLog(log), fMore(more) {}
 
-  TError IMorvaneRunBehavior_OnBeginDraw(IDrawTools& tools) override {
+  TError IMorvaneRunBehavior_OnBeginDraw(IDrawTools&) override {
     ++fBeginDrawCalls;
-    return fMore.fOnBeginDraw ? fMore.fOnBeginDraw(tools) : kOK;
+    return RunHook(fMore, "OnBeginDraw");
   }
-  TError IMorvaneRunBehavior_OnEndDraw(IDrawTools& tools) override {
+  TError IMorvaneRunBehavior_OnEndDraw(IDrawTools&) override {
     ++fEndDrawCalls;
-    return fMore.fOnEndDraw ? fMore.fOnEndDraw(tools) : kOK;
+    return RunHook(fMore, "OnEndDraw");
   }
-  TError IMorvaneRunBehavior_OnThemeChanged() override {
-    return Call("OnThemeChanged", fMore.fOnThemeChanged);
-  }
-  TError IMorvaneRunBehavior_OnEnterMenuLoop() override {
-    return Call("OnEnterMenuLoop", fMore.fOnEnterMenuLoop);
-  }
-  TError IMorvaneRunBehavior_OnExitMenuLoop() override {
-    return Call("OnExitMenuLoop", fMore.fOnExitMenuLoop);
-  }
+  TError IMorvaneRunBehavior_OnThemeChanged() override { return Call("OnThemeChanged"); }
+  TError IMorvaneRunBehavior_OnEnterMenuLoop() override { return Call("OnEnterMenuLoop"); }
+  TError IMorvaneRunBehavior_OnExitMenuLoop() override { return Call("OnExitMenuLoop"); }
 
   static inline int fBeginDrawCalls = 0;
   static inline int fEndDrawCalls = 0;
 
  private:
-  TError Call(const std::string& entry, const std::function<TError()>& hook) {
-    fLog.push_back(entry);
-    return hook ? hook() : kOK;
+  TError Call(const std::string& name) {
+    fLog.push_back(name);
+    return RunHook(fMore, name);
   }
 
   CallLog& fLog;
-  Hooks& fMore;
+  const CallHooks& fMore;
 };
 
 // One document window, as the only content of the run. A scenario is what happens while it is open.
@@ -184,14 +107,13 @@ class WindowClientTest : public ClientTest {
   }
 
   void OpenWindow(TStyleFlags styleFlags) {
-    CDocumentWindowFactory<TestDocumentWindow, CallLog&, WindowHooks&> factory(fLog, fWindowHooks);
+    fRecord = {};
+    RecordingWindowFactory factory(fRecord);
     TError error = kOtherError;
     fDocument = fMorvane->IMorvane_CreateDocumentWindow(factory, styleFlags, 0, error);
     ASSERT_EQ(error, kOK);
     ASSERT_EQ(fDocument->IDocumentWindow_GetWindow(fWindow), kOK);
-    TNativeWindow native;
-    ASSERT_EQ(fWindow->IWindow_GetNativeWindow(native), kOK);
-    fHwnd = native.fHwnd;
+    fHwnd = fRecord.fHwnd;
     ASSERT_EQ(fWindow->IWindow_GetRootView(fRootView), kOK);
   }
 
@@ -229,14 +151,14 @@ class WindowClientTest : public ClientTest {
     EXPECT_EQ(fDocument->IDocumentWindow_Release(), kOK);
   }
   void CloseAll() {
-    fWindowHooks = {};
+    fRecord.fHooks.clear();
     CloseWindow();
     Quit();
   }
 
   TDebugSettings fDebugSettings = {};  // all off
-  WindowHooks fWindowHooks;
-  WindowRunBehavior::Hooks fRunHooks;
+  WindowRecord fRecord;
+  CallHooks fRunHooks;  // of the callbacks that WindowRunBehavior adds
   IDocumentWindow* fDocument = nullptr;
   IWindow* fWindow = nullptr;
   IView* fRootView = nullptr;
