@@ -713,7 +713,8 @@ inline TStartupParams StartupParams(std::u16string_view company, std::u16string_
 }
 
 // Runs a TApplication, made of the root object and `arguments`, to its end. The result is an exit code for
-// main: 0, or the error code of what went wrong. The debug layers, which are on unless told otherwise, are off.
+// main: 0, or the error code of what went wrong. The debug layers, which are on unless told otherwise, are
+// off.
 //   int main() { return RunApplication<CHelloApplication>(StartupParams(u"Example", u"Hello")); }
 template <class TApplication, class... TArguments>
 int RunApplication(const TStartupParams& params, TArguments&&... arguments) {
