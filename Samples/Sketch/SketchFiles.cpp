@@ -83,8 +83,9 @@ std::u16string PathFromURL(const char* url) {
 }
 
 std::u16string NameOfPath(const std::u16string& path) {
-  const std::size_t separator = path.find_last_of(u"\\/");
-  return separator == std::u16string::npos ? path : path.substr(separator + 1);
+  const std::size_t last = path.find_last_not_of(u"\\/");  // a folder's path may end with a separator
+  const std::u16string trimmed = path.substr(0, last + 1);
+  return trimmed.substr(trimmed.find_last_of(u"\\/") + 1);
 }
 
 bool IsSamePath(const std::u16string& a, const std::u16string& b) {
