@@ -10,10 +10,23 @@ namespace NSSketch {
 
 using namespace NSMorvane;
 
+namespace {
+
+// The sheet is in the middle of its desk.
+TRect SheetRect(const TRect& desk, const CSketchDocument& document) {
+  const TSketchSize size = document.CanvasSize();
+  const std::int32_t left = desk.fLeft + (WidthOf(desk) - size.fWidth) / 2;
+  const std::int32_t top = desk.fTop + (HeightOf(desk) - size.fHeight) / 2;
+  return {left, top, left + size.fWidth, top + size.fHeight};
+}
+
+}  // namespace
+
 TError CSketchDeskView::IViewBehavior_Draw(IDrawTools& tools) {
+  const TRect desk = RectOf(fView);
+  const RECT sheet = NativeRect(SheetRect(desk, fDocument));
   const COpenPort port(tools);
-  FillArea(port, NativeRect(RectOf(fView)), kDeskColor);
-  const RECT sheet = NativeRect(fSheet);
+  FillArea(port, NativeRect(desk), kDeskColor);
   FillArea(port, {sheet.left + 2, sheet.top + 2, sheet.right + 3, sheet.bottom + 3}, kSheetShadowColor);
   FrameArea(port, {sheet.left - 1, sheet.top - 1, sheet.right + 1, sheet.bottom + 1}, kSheetEdgeColor);
   return kOK;
@@ -38,7 +51,7 @@ TError CSketchShapesView::IViewBehavior_Draw(IDrawTools& tools) {
 void CSketchCanvas::Create(IMorvane& morvane, IView& superView) {
   ThrowIfFailed(fCanvasView.Create(morvane, superView, "Canvas",
                                    ViewParams(kViewDrawPermanent32, kAutoInvalidationDifferenceTopLeft)));
-  ThrowIfFailed(fDeskView.Create(morvane, *fCanvasView.View(), "Desk", ViewParams(), fSheet));
+  ThrowIfFailed(fDeskView.Create(morvane, *fCanvasView.View(), "Desk", ViewParams(), fDocument));
   ThrowIfFailed(fGridView.Create(morvane, *fDeskView.View(), "Grid", ViewParams(), fDocument));
   ThrowIfFailed(fShapesView.Create(morvane, *fDeskView.View(), "Shapes", ViewParams(), fDocument));
 }
@@ -48,14 +61,11 @@ void CSketchCanvas::SetArea(const TRect& area) {
   const std::int32_t deskWidth = std::max(WidthOf(area), size.fWidth + 2 * kDeskMargin);
   const std::int32_t deskHeight = std::max(HeightOf(area), size.fHeight + 2 * kDeskMargin);
   const TRect desk = {area.fLeft, area.fTop, area.fLeft + deskWidth, area.fTop + deskHeight};
-  fSheet.fLeft = desk.fLeft + (deskWidth - size.fWidth) / 2;
-  fSheet.fTop = desk.fTop + (deskHeight - size.fHeight) / 2;
-  fSheet.fRight = fSheet.fLeft + size.fWidth;
-  fSheet.fBottom = fSheet.fTop + size.fHeight;
+  const TRect sheet = SheetRect(desk, fDocument);
   ThrowIfFailed(SetRect(*fCanvasView.View(), area));
   ThrowIfFailed(SetRect(*fDeskView.View(), desk));
-  ThrowIfFailed(SetRect(*fGridView.View(), fSheet));
-  ThrowIfFailed(SetRect(*fShapesView.View(), fSheet));
+  ThrowIfFailed(SetRect(*fGridView.View(), sheet));
+  ThrowIfFailed(SetRect(*fShapesView.View(), sheet));
 }
 
 }  // namespace NSSketch

@@ -20,13 +20,14 @@ namespace NSSketch {
 
 class CSketchDeskView : public NSMorvane::CDefaultViewBehavior {
  public:
-  CSketchDeskView(NSMorvane::IView& view, const NSMorvane::TRect& sheet) : fView(view), fSheet(sheet) {}
+  CSketchDeskView(NSMorvane::IView& view, const CSketchDocument& document)
+      : fView(view), fDocument(document) {}
 
   NSMorvane::TError IViewBehavior_Draw(NSMorvane::IDrawTools& tools) override;
 
  private:
   NSMorvane::IView& fView;
-  const NSMorvane::TRect& fSheet;
+  const CSketchDocument& fDocument;
 };
 
 class CSketchShapesView : public NSMorvane::CDefaultViewBehavior {
@@ -53,7 +54,6 @@ class CSketchCanvas {
 
  private:
   const CSketchDocument& fDocument;
-  NSMorvane::TRect fSheet = {0, 0, 0, 0};  // in window client coordinates
   NSMorvane::CViewOf<NSMorvane::CDefaultViewBehavior> fCanvasView;
   NSMorvane::CViewOf<CSketchDeskView> fDeskView;
   NSMorvane::CViewOf<CSketchGridView> fGridView;

@@ -29,7 +29,8 @@ class CSketchPainter {
  private:
   // The device position of a document position, for an outline of this many document pixels.
   POINT Place(const TSketchPoint& point, int outlineWidth) const;
-  void PaintBox(const TShape& shape, bool isEllipse);
+  void PaintRectangle(const TShape& shape);
+  void PaintEllipse(const TShape& shape);
   void PaintPolyline(const TShape& shape);
   void PaintText(const TShape& shape);
   void UseBrush(const TShape& shape);

@@ -6,7 +6,7 @@ namespace NSSketch {
 
 namespace {
 
-constexpr int kBandHeight = 64;
+constexpr int kBandHeight = 128;
 
 // Makes each pixel a square.
 void Enlarge(const CPixelBitmap& from, CPixelBitmap& to, int width, int height) {
