@@ -312,6 +312,7 @@ void DrawView(IMorvaneRunBehavior* runBehavior, TDrawBracket& bracket, CViewImpl
   const HDC hdc = GetPort(tools, glue);
   const CStateRestorer state(hdc);
   const CPortGuard guard(hdc);
+  CClipRegions::GetInstance().StartOver();
   CPortClip clip(hdc);
   if (!clip.Enter(bounds)) return;
   DrawEntered({runBehavior, bracket, dirtyBounds, tools, glue, settings}, clip, view, bounds);
@@ -324,6 +325,7 @@ void DrawSubViews(IMorvaneRunBehavior* runBehavior, TDrawBracket& bracket, CView
   const HDC hdc = GetPort(tools, glue);
   const CStateRestorer state(hdc);
   const CPortGuard guard(hdc);
+  CClipRegions::GetInstance().StartOver();
   DrawSubViews({runBehavior, bracket, dirtyBounds, tools, glue, settings}, view);
 }
 

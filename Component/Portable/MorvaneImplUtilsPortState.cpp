@@ -65,20 +65,28 @@ CPortGuard::~CPortGuard() {
   fMapping.Restore(fHDC);
 }
 
-// --- CSizedRegion
-// -------------------------------------------------------------------------------------------
+// --- CClipRegions ------------------------------------------------------------------------------------------
 
-HRGN CSizedRegion::GetFor(const TSize& size) {
-  if (!(size == fSize)) {
-    fSize = size;
-    fIsMade = false;
-    return nullptr;
+CClipRegions& CClipRegions::GetInstance() {
+  // Never destroyed: at the end of the process it is too late to talk to the platform.
+  static CClipRegions& regions = *new CClipRegions;
+  return regions;
+}
+
+HRGN CClipRegions::GetNext(const TRect& deviceRect) {
+  if (fNext == kMaxRegions) return nullptr;
+  if (fNext == fEntries.size()) {
+    fEntries.push_back({TRect{}, nullptr});
+    fEntries.back().fRegion = CreateRectRgn(0, 0, 0, 0);
   }
-  if (!fIsMade) {
-    if (fRegion == nullptr) fRegion.reset(CreateRectRgn(0, 0, 0, 0));
-    fIsMade = fRegion != nullptr && SetRectRgn(fRegion.get(), 0, 0, size.fWidth, size.fHeight);
+  TEntry& entry = fEntries[fNext++];
+  if (!(entry.fRect == deviceRect)) {
+    entry.fRect = TRect{};
+    if (!SetRectRgn(entry.fRegion, deviceRect.fLeft, deviceRect.fTop, deviceRect.fRight, deviceRect.fBottom))
+      return nullptr;
+    entry.fRect = deviceRect;
   }
-  return fIsMade ? fRegion.get() : nullptr;
+  return entry.fRegion;
 }
 
 // --- CPortClip
@@ -142,13 +150,11 @@ void CPortClip::Leave() {
 
 // `rect` lies in one rectangle of the shape and meets no other, and the mapping is one of pixels.
 bool CPortClip::Select(const TRect& rect) {
+  const TPoint shift = fMapping.GetShift();
+  const HRGN region = CClipRegions::GetInstance().GetNext(OffsetRectBy(rect, shift.fX, shift.fY));
   int complexity = ERROR;
-  const HRGN region = fSizedRegion.GetFor({ToCoordinate(RectWidth(rect)), ToCoordinate(RectHeight(rect))});
   if (region != nullptr) {
-    const TPoint shift = fMapping.GetShift();
-    SelectClipRgn(fHDC, region);
-    complexity = OffsetClipRgn(fHDC, ToCoordinate(static_cast<std::int64_t>(rect.fLeft) + shift.fX),
-                               ToCoordinate(static_cast<std::int64_t>(rect.fTop) + shift.fY));
+    complexity = SelectClipRgn(fHDC, region);
   } else {
     if (!fIsIntact) SelectClipRgn(fHDC, nullptr);
     complexity = IntersectClipRect(fHDC, rect.fLeft, rect.fTop, rect.fRight, rect.fBottom);

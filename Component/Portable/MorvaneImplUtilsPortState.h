@@ -11,10 +11,10 @@
 
 #include <iterator>
 #include <optional>
+#include <vector>
 
 #include "Component/Portable/BufferBitmap.h"
 #include "Component/Portable/MorvaneImplUtilsGeometry.h"
-#include "Component/Portable/NativeOwners.h"
 
 namespace NSMorvane {
 
@@ -63,16 +63,31 @@ class CPortGuard {
   HGDIOBJ fObjects[std::size(kObjectTypes)];
 };
 
-// A rectangular region at (0, 0) that is made once for many views of one size.
-class CSizedRegion {
+// Rectangular regions to select as clips, kept from paint to paint: selecting a region that is there costs
+// half of making the clip anew. Paints repeat themselves, so the n-th clip of a walk is nearly always that of
+// the walk before, and its region is looked for at that place only.
+class CClipRegions {
  public:
-  // Null if the size before this one was another, since it then pays to do without.
-  HRGN GetFor(const TSize& size);
+  static CClipRegions& GetInstance();
+
+  // A walk begins.
+  void StartOver() { fNext = 0; }
+  // The region of a rectangle in device coordinates, good until the next call. Null when the walk has had all
+  // the regions that are kept.
+  HRGN GetNext(const TRect& deviceRect);
 
  private:
-  TRegionOwner fRegion;
-  TSize fSize = {};
-  bool fIsMade = false;
+  struct TEntry {
+    TRect fRect;
+    HRGN fRegion;
+  };
+
+  CClipRegions() : fNext(0) {}
+
+  static constexpr std::size_t kMaxRegions = 1024;  // a tenth of what the system lets a process have
+
+  std::vector<TEntry> fEntries;
+  std::size_t fNext;
 };
 
 // The clip of a context as it stands when this is made, for views that are to be drawn within it, one after
@@ -113,7 +128,6 @@ class CPortClip {
   TRectList fRects;                      // from the top, in logical coordinates
   std::optional<CStateRestorer> fState;  // for kRects and kUnknown
   bool fIsIntact;                        // the clip of the context is still the one of this object
-  CSizedRegion fSizedRegion;
 };
 
 }  // namespace NSMorvane
