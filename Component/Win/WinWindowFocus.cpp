@@ -115,9 +115,10 @@ void CWinWindow::CWindowGlue_SetConceptualFocusView(CViewImpl* view) {
     if (CWindowGlue_IsActive() && IsVisible()) WinSetFocus(fHwnd);
   } else {
     const HWND native = GetNativeFocusTarget(view);
-    // The keyboard stays on the window itself, so that it gets the key messages.
-    if (!native && GetFocus() != fHwnd && IsVisible()) WinSetFocus(fHwnd);
     if (CWindowGlue_IsActive()) {
+      // The keyboard stays on the window itself, so that it gets the key messages. In a window that is not
+      // active it stays where it is: taking it would activate the window.
+      if (!native && GetFocus() != fHwnd && IsVisible()) WinSetFocus(fHwnd);
       if (native) WinSetFocus(native);
       fFocusView = view;
       SendOnDutyFocusGained(view);

@@ -1,0 +1,327 @@
+// Activation and focus of document windows: who is told what, and in which order.
+//
+// The views of each test:
+//
+//   root
+//     outer
+//       inner      focusable
+//         leaf     focusable
+//     other        focusable
+#include "Support/RecordingWindow.h"
+
+namespace NSMorvaneTest {
+
+namespace {
+
+constexpr TStyleFlags kPlain = 0;
+
+}  // namespace
+
+class WindowFocusTest : public ClientWindowTest {
+ protected:
+  // Runs with the views in place; the log of the views starts empty with each step.
+  void RunWithViews(Steps steps) {
+    for (auto& step : steps)
+      step = [this, step] {
+        fViewLog.clear();
+        step();
+      };
+    steps.insert(steps.begin(), [this] {
+      IView& root = RootViewOf(Window());
+      fOuter = Make(root, fOuterRecord, 0);
+      fInner = Make(*fOuter, fInnerRecord, kViewFocusable);
+      fLeaf = Make(*fInner, fLeafRecord, kViewFocusable);
+      fOther = Make(root, fOtherRecord, kViewFocusable);
+    });
+    steps.push_back([this] {
+      for (IView** view : {&fLeaf, &fInner, &fOuter, &fOther}) Release(*view);
+    });
+    RunWithWindow(kPlain, steps);
+  }
+  IView* Make(IView& superView, ViewRecord& record, std::uint32_t flags) {
+    CViewFactory<RecordingFocusViewBehavior, ViewRecord&> factory(record);
+    TError error = kOtherError;
+    IView* const view = fMorvane->IMorvane_CreateView(factory, superView, record.fName.c_str(), error);
+    EXPECT_EQ(error, kOK);
+    TViewParams params = ViewParams();
+    params.fFlags |= flags;
+    params.fRect = {10, 10, 90, 90};
+    EXPECT_EQ(view->IView_SetParams(params), kOK);
+    return view;
+  }
+  void Release(IView*& view) {
+    if (IView* const released = std::exchange(view, nullptr)) {
+      EXPECT_EQ(released->IView_Release(), kOK);
+    }
+  }
+  void SetFocusView(IView* view, TError wantedError = kOK) {
+    EXPECT_EQ(WindowOf(Window()).IWindow_SetConceptualFocusView(view), wantedError);
+  }
+  IView* FocusView() {
+    IView* view = nullptr;
+    EXPECT_EQ(WindowOf(Window()).IWindow_GetConceptualFocusView(view), kOK);
+    return view;
+  }
+  IView* OnDutyView() {
+    IView* view = nullptr;
+    EXPECT_EQ(WindowOf(Window()).IWindow_GetOnDutyFocusView(view), kOK);
+    return view;
+  }
+  // A native control in the window, which dies with it.
+  HWND MakeControl() {
+    return CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE, 10, 10, 50, 20, Hwnd(), nullptr,
+                           GetModuleHandleW(nullptr), nullptr);
+  }
+  CallLog TakeViewLog() { return std::exchange(fViewLog, {}); }
+
+  CallLog fViewLog;
+  ViewRecord fOuterRecord = {fViewLog, "outer", {}, nullptr};
+  ViewRecord fInnerRecord = {fViewLog, "inner", {}, nullptr};
+  ViewRecord fLeafRecord = {fViewLog, "leaf", {}, nullptr};
+  ViewRecord fOtherRecord = {fViewLog, "other", {}, nullptr};
+  IView* fOuter = nullptr;
+  IView* fInner = nullptr;
+  IView* fLeaf = nullptr;
+  IView* fOther = nullptr;
+};
+
+TEST_F(WindowFocusTest, SuperViewsAreToldToo) {
+  RunWithViews({[this] {
+    EXPECT_EQ(FocusView(), nullptr);
+    SetFocusView(fLeaf);
+    EXPECT_EQ(FocusView(), fLeaf);
+    EXPECT_EQ(OnDutyView(), fLeaf);
+    EXPECT_EQ(TakeViewLog(), (CallLog{"outer gained", "inner gained", "leaf gained"}));
+    SetFocusView(fLeaf);
+    EXPECT_EQ(TakeViewLog(), CallLog());
+    SetFocusView(fOther);
+    EXPECT_EQ(TakeViewLog(), (CallLog{"leaf lost", "inner lost", "outer lost", "other gained"}));
+    SetFocusView(nullptr);
+    EXPECT_EQ(TakeViewLog(), CallLog{"other lost"});
+    EXPECT_EQ(FocusView(), nullptr);
+    EXPECT_EQ(GetFocus(), Hwnd());
+
+    SetFocusView(fOuter, kBadInputProgrammingError);  // it is not focusable
+    EXPECT_EQ(fOutput.TakeAssertions().size(), 1u);
+    EXPECT_EQ(TakeViewLog(), CallLog());
+  }});
+}
+
+// A code is no reason to stop: everybody has to know.
+TEST_F(WindowFocusTest, FailuresOfNotificationsAreLogged) {
+  fOuterRecord.fHooks["gained"] = fLeafRecord.fHooks["lost"] = [] { return TError(100321); };
+  RunWithViews({[this] {
+    SetFocusView(fLeaf);
+    SetFocusView(fOther);
+    EXPECT_EQ(TakeViewLog(), (CallLog{"outer gained", "inner gained", "leaf gained", "leaf lost",
+                                      "inner lost", "outer lost", "other gained"}));
+    EXPECT_EQ(fOutput.CountLines("Ignored error (100321) returned from IViewBehavior_OnOnDutyFocusChanged"),
+              2u);
+  }});
+}
+
+TEST_F(WindowFocusTest, AFailingFocusTargetChangesNothingElse) {
+  fOtherRecord.fHooks["GetNativeFocusTarget"] = [] { return TError(100322); };
+  RunWithViews({[this] {
+    SetFocusView(fLeaf);
+    TakeViewLog();
+    SetFocusView(fOther, 100322);
+    EXPECT_EQ(TakeViewLog(), (CallLog{"leaf lost", "inner lost", "outer lost"}));
+    EXPECT_EQ(FocusView(), fLeaf);
+  }});
+}
+
+// The focus of a window that is not active waits until it is, and does not bring the window to the front.
+TEST_F(WindowFocusTest, AnInactiveWindow) {
+  WindowRecord second;
+  RunWithViews({[&] { Create(kPlain, second); },
+                [&] {
+                  SetFocusView(fLeaf);
+                  EXPECT_EQ(FocusView(), fLeaf);
+                  EXPECT_EQ(OnDutyView(), nullptr);
+                  EXPECT_EQ(TakeViewLog(), CallLog());
+                  EXPECT_EQ(GetActiveWindow(), second.fHwnd);
+                  EXPECT_EQ(GetFocus(), second.fHwnd);
+                  fRecord.fLog.clear();
+                  second.fLog.clear();
+                  SetActiveWindow(Hwnd());
+                  EXPECT_EQ(OnDutyView(), fLeaf);
+                  EXPECT_EQ(TakeViewLog(), (CallLog{"outer gained", "inner gained", "leaf gained"}));
+                  EXPECT_EQ(fRecord.fLog, (CallLog{"OnKeyboardFocusChanged 1", "OnActivationChanged 1"}));
+                  EXPECT_EQ(second.fLog, (CallLog{"OnActivationChanged 0", "OnKeyboardFocusChanged 0"}));
+
+                  SetActiveWindow(second.fHwnd);
+                  EXPECT_EQ(TakeViewLog(), (CallLog{"leaf lost", "inner lost", "outer lost"}));
+                  EXPECT_EQ(FocusView(), fLeaf);
+                  EXPECT_EQ(OnDutyView(), nullptr);
+                },
+                [&] {
+                  fOtherRecord.fNativeFocusTarget = MakeControl();
+                  SetFocusView(fOther);
+                  EXPECT_EQ(TakeViewLog(), CallLog());
+                  SetActiveWindow(Hwnd());
+                  EXPECT_EQ(TakeViewLog(), CallLog{"other gained"});
+                  EXPECT_EQ(GetFocus(), fOtherRecord.fNativeFocusTarget);
+                }});
+}
+
+// Minimized windows are activated without anybody being told.
+TEST_F(WindowFocusTest, AMinimizedWindow) {
+  RunWithViews({[this] {
+    SetFocusView(fOther);
+    ShowWindow(Hwnd(), SW_MINIMIZE);
+    TakeViewLog();
+    fRecord.fLog.clear();
+    SendMessageW(Hwnd(), WM_ACTIVATE, MAKEWPARAM(WA_ACTIVE, 1), 0);
+    EXPECT_EQ(TakeViewLog(), CallLog());
+    EXPECT_EQ(fRecord.Count("OnActivationChanged 1"), 0u);
+    EXPECT_TRUE(fOutput.HasLine("WM_ACTIVATE minimized"));
+  }});
+}
+
+// A view whose keyboard is a native control's.
+TEST_F(WindowFocusTest, ANativeControlGetsTheKeyboard) {
+  HWND control = nullptr;
+  RunWithViews({[&] {
+    control = MakeControl();
+    fOtherRecord.fNativeFocusTarget = control;
+    SetFocusView(fOther);
+    EXPECT_EQ(GetFocus(), control);
+    EXPECT_EQ(OnDutyView(), fOther);
+    // The keyboard goes back to the window for a view without a control.
+    SetFocusView(fLeaf);
+    EXPECT_EQ(GetFocus(), Hwnd());
+    SetFocusView(fOther);
+    EXPECT_EQ(GetFocus(), control);
+    SetFocusView(nullptr);
+    EXPECT_EQ(GetFocus(), Hwnd());
+  }});
+}
+
+// Its super views are told all the same, and the focus goes on to the next view that Tab would visit.
+TEST_F(WindowFocusTest, AViewThatEndsItselfWhenItGoesOffDuty) {
+  fLeafRecord.fHooks["lost"] = [this] {
+    fLeafRecord.fHooks.clear();
+    Release(fLeaf);
+    return kOK;
+  };
+  RunWithViews({[this] {
+    IView* const tabViews[] = {fLeaf, fInner, fOther};
+    EXPECT_EQ(WindowOf(Window()).IWindow_SetTabViews(tabViews, 3), kOK);
+    SetFocusView(fLeaf);
+    TakeViewLog();
+    SetFocusView(fOther);
+    EXPECT_EQ(FocusView(), fOther);
+    EXPECT_EQ(fOutput.CountLines("Ejecting focus from view being deleted..."), 1u);
+    const CallLog log = TakeViewLog();
+    EXPECT_EQ(std::count(log.begin(), log.end(), "leaf deleted"), 1);
+    EXPECT_EQ(log.back(), "other gained");
+    // Whoever has gained in between has lost again.
+    for (const char* const name : {"inner", "outer"}) {
+      EXPECT_GE(std::count(log.begin(), log.end(), name + std::string(" lost")),
+                1 + std::count(log.begin(), log.end(), name + std::string(" gained")));
+    }
+    CVectorViewReceiver tab;
+    EXPECT_EQ(WindowOf(Window()).IWindow_GetTabViews(tab), kOK);
+    EXPECT_EQ(tab.fViews, (std::vector<IView*>{fInner, fOther}));
+  }});
+}
+
+TEST_F(WindowFocusTest, AViewThatIsReleasedWhileItGetsTheFocus) {
+  fLeafRecord.fHooks["lost"] = [this] {
+    Release(fOther);
+    return kOK;
+  };
+  RunWithViews({[this] {
+    SetFocusView(fLeaf);
+    SetFocusView(fOther);
+    EXPECT_EQ(FocusView(), nullptr);
+    EXPECT_EQ(fViewLog.back(), "other deleted");
+    fLeafRecord.fHooks.clear();
+  }});
+}
+
+// The run behaviour first, then the window, then the views of the focus chain, the focus view last.
+TEST_F(WindowFocusTest, TheMenuBarIsFilledFromTheOutsideIn) {
+  CallLog log;
+  const auto logs = [&](const std::string& name) {
+    return [&log, name] {
+      log.push_back(name);
+      return kOK;
+    };
+  };
+  fHooks.fOnSetupMenuBar = [&](IMenuBarState&) { return logs("application")(); };
+  fRecord.fHooks["OnSetupMenuBar"] = logs("window");
+  for (ViewRecord* record : {&fOuterRecord, &fInnerRecord, &fLeafRecord, &fOtherRecord})
+    record->fHooks["OnSetupMenuBar"] = logs(record->fName);
+  RunWithViews({[&] {
+                  SetFocusView(fLeaf);
+                  log.clear();
+                  EXPECT_EQ(fMorvane->IMorvane_RequestMenuBarsSetup(), kOK);
+                },
+                [&] {
+                  EXPECT_EQ(log, (CallLog{"application", "window", "outer", "inner", "leaf"}));
+                  log.clear();
+                  SetFocusView(fOther);
+                },
+                // It follows the focus.
+                [&] {
+                  EXPECT_EQ(log, (CallLog{"application", "window", "other"}));
+                }});
+}
+
+// The window ends while its views are being told, and while it is working for the client.
+TEST_F(WindowFocusTest, AWindowReleasedInsideItsViewsCallbacks) {
+  struct Scenario {
+    const char* fHook;
+    bool fOfTheOldView;  // of the view that loses the focus, else of the one that gets it
+  };
+  const Scenario kScenarios[] = {
+      {"lost", true}, {"gained", false}, {"GetNativeFocusTarget", false}, {"OnSetupMenuBar", false}};
+  RunWithWindow(kPlain, {[&] {
+                  for (const Scenario& scenario : kScenarios) {
+                    SCOPED_TRACE(scenario.fHook);
+                    WindowRecord record;
+                    Create(kPlain, record);
+                    IView* oldView = Make(RootViewOf(*record.fWindow), fInnerRecord, kViewFocusable);
+                    IView* newView = Make(RootViewOf(*record.fWindow), fOtherRecord, kViewFocusable);
+                    IWindow& window = WindowOf(*record.fWindow);
+                    EXPECT_EQ(window.IWindow_SetConceptualFocusView(oldView), kOK);
+                    SendMessageW(Hwnd(), WM_NULL, 0, 0);  // fills the menu bars
+                    bool isReleased = false;
+                    ViewRecord& view = scenario.fOfTheOldView ? fInnerRecord : fOtherRecord;
+                    view.fHooks[scenario.fHook] = [&] {
+                      fInnerRecord.fHooks.clear();
+                      fOtherRecord.fHooks.clear();
+                      isReleased = true;
+                      Release(oldView);
+                      Release(newView);
+                      return record.fWindow->IDocumentWindow_Release();
+                    };
+                    EXPECT_EQ(window.IWindow_SetConceptualFocusView(newView), kOK);
+                    SendMessageW(Hwnd(), WM_NULL, 0, 0);
+                    EXPECT_TRUE(isReleased);
+                    EXPECT_FALSE(IsWindow(record.fHwnd));
+                    EXPECT_EQ(record.Count("deleted"), 1u);
+                  }
+                }});
+}
+
+TEST_F(WindowFocusTest, AWindowReleasedByAReceiverOfItsTabViews) {
+  struct Releaser : IViewListReceiver {
+    explicit Releaser(IDocumentWindow& window) : fWindow(window) {}
+    TError IViewListReceiver_ReceiveViews(IView* const*, std::uint32_t) override {
+      return fWindow.IDocumentWindow_Release();
+    }
+    IDocumentWindow& fWindow;
+  };
+  WindowRecord record;
+  RunWithWindow(kPlain, {[&] {
+                  Create(kPlain, record);
+                  Releaser releaser(*record.fWindow);
+                  EXPECT_EQ(WindowOf(*record.fWindow).IWindow_GetTabViews(releaser), kOK);
+                  EXPECT_FALSE(IsWindow(record.fHwnd));
+                }});
+}
+
+}  // namespace NSMorvaneTest
