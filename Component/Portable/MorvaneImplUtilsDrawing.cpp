@@ -147,7 +147,9 @@ void DrawIntoBuffer(const TPass& pass, CViewImpl& view, CBufferBitmapDrawTools& 
   if (pass.fSettings.fDrawPaintsRed && pass.fGlue != nullptr)
     pass.fGlue->CDrawToolsGlue_FlushToScreen(pass.fSettings.fDelayAfterFlushing != 0);
   // Clip and origin of the bitmap are in the care of the tools.
-  const CPortGuard guard(bufferTools.CDrawToolsGlue_GetNativePort().fHDC);
+  const HDC hdc = bufferTools.CDrawToolsGlue_GetNativePort().fHDC;
+  const CPortGuard guard(hdc);
+  const CSelectionGuard bitmap(hdc, OBJ_BITMAP);
   TDrawBracket bracket(pass.fRunBehavior, bufferTools);
   DrawDirect({pass.fRunBehavior, bracket, pass.fDirtyBounds, bufferTools, &bufferTools, pass.fSettings},
              view);

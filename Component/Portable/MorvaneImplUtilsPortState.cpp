@@ -49,14 +49,11 @@ CPortGuard::CPortGuard(HDC hdc)
       fBackgroundMode(GetBkMode(hdc)),
       fRasterOperation(GetROP2(hdc)),
       fTextAlign(GetTextAlign(hdc)),
-      fObjects() {
-  for (std::size_t i = 0; i < std::size(kObjectTypes); ++i)
-    fObjects[i] = GetCurrentObject(fHDC, kObjectTypes[i]);
-}
+      fFont(hdc, OBJ_FONT),
+      fPen(hdc, OBJ_PEN),
+      fBrush(hdc, OBJ_BRUSH) {}
 
 CPortGuard::~CPortGuard() {
-  for (std::size_t i = 0; i < std::size(kObjectTypes); ++i)
-    if (GetCurrentObject(fHDC, kObjectTypes[i]) != fObjects[i]) SelectObject(fHDC, fObjects[i]);
   SetTextColor(fHDC, fTextColour);
   SetBkColor(fHDC, fBackgroundColour);
   SetBkMode(fHDC, fBackgroundMode);

@@ -9,7 +9,6 @@
 
 #include <windows.h>
 
-#include <iterator>
 #include <optional>
 #include <vector>
 
@@ -42,7 +41,23 @@ class CPortMapping {
   POINT fWindowOrigin;
 };
 
-// Keeps mapping, attributes of texts and lines, and selected objects for the length of a pass.
+// Keeps the selected object of one type, such as OBJ_PEN.
+class CSelectionGuard {
+ public:
+  CSelectionGuard(HDC hdc, UINT type) : fHDC(hdc), fType(type), fObject(GetCurrentObject(hdc, type)) {}
+  ~CSelectionGuard() {
+    if (GetCurrentObject(fHDC, fType) != fObject) SelectObject(fHDC, fObject);
+  }
+  CSelectionGuard(const CSelectionGuard&) = delete;
+  CSelectionGuard& operator=(const CSelectionGuard&) = delete;
+
+ private:
+  HDC fHDC;
+  UINT fType;
+  HGDIOBJ fObject;
+};
+
+// Keeps mapping, attributes of texts and lines, font, pen and brush for the length of a pass.
 class CPortGuard {
  public:
   explicit CPortGuard(HDC hdc);
@@ -51,8 +66,6 @@ class CPortGuard {
   CPortGuard& operator=(const CPortGuard&) = delete;
 
  private:
-  static constexpr UINT kObjectTypes[] = {OBJ_FONT, OBJ_PEN, OBJ_BRUSH, OBJ_BITMAP};
-
   HDC fHDC;
   CPortMapping fMapping;
   COLORREF fTextColour;
@@ -60,7 +73,9 @@ class CPortGuard {
   int fBackgroundMode;
   int fRasterOperation;
   UINT fTextAlign;
-  HGDIOBJ fObjects[std::size(kObjectTypes)];
+  CSelectionGuard fFont;
+  CSelectionGuard fPen;
+  CSelectionGuard fBrush;
 };
 
 // Rectangular regions to select as clips, kept from paint to paint: selecting a region that is there costs

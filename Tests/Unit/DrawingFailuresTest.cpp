@@ -207,9 +207,11 @@ TEST_F(DrawingFailures, ASpoiltContextIsMendedBehindTheView) {
 // What a view sets in a shared bitmap does not wait there for the next view.
 TEST_F(DrawingFailures, SharedBitmapsComeBackClean) {
   fMiddle.SetMode(kViewDrawTemporary16);
-  fMiddle.fBehavior->fOnDraw = [](IDrawTools& tools) {
+  const HBITMAP foreign = CreateBitmap(1, 1, 1, 1, nullptr);
+  fMiddle.fBehavior->fOnDraw = [&](IDrawTools& tools) {
     TNativePort port = {};
     tools.IDrawTools_OpenNativePort(port);
+    SelectObject(port.fHDC, foreign);
     SetTextColor(port.fHDC, 0x123456);
     SelectObject(port.fHDC, GetStockObject(GRAY_BRUSH));
     return tools.IDrawTools_CloseNativePort();
@@ -220,6 +222,9 @@ TEST_F(DrawingFailures, SharedBitmapsComeBackClean) {
   EXPECT_EQ(tile, CTileBitmapPool::ForDepth(16).Take());
   EXPECT_EQ(0u, GetTextColor(tile->GetNativePort().fHDC));
   EXPECT_NE(GetStockObject(GRAY_BRUSH), GetCurrentObject(tile->GetNativePort().fHDC, OBJ_BRUSH));
+  EXPECT_TRUE(DeleteObject(foreign));
+  Fill(*tile, {0, 0, 800, 400}, RGB(255, 255, 255));
+  EXPECT_EQ(0x7FFFu, PixelAt(*tile, 799, 399));
   CTileBitmapPool::ForDepth(16).PutBack(tile);
 }
 
