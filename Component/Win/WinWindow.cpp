@@ -148,8 +148,9 @@ LRESULT CALLBACK CWinWindow::WindowStubProcCallback(HWND hwnd, UINT message, WPA
 }
 
 void CWinWindow::MakeRootView() {
-  fRootView = new CViewImpl(fMorvane, this);
-  fRootView->SetClientsViewReference(TViewImplPtr(fRootView));
+  fRootViewReference.reset(new CViewImpl(fMorvane, this));
+  fRootView = fRootViewReference.get();
+  fRootView->SetClientsViewReference(fRootViewReference);
   fRootView->SetBehavior(boost::make_shared<CWinRootViewBehavior>());
 }
 
@@ -366,6 +367,7 @@ void CWinWindow::DismantleNativeWindow() {
   if (fRootView) {
     fRootView->IView_Release();
     fRootView = nullptr;
+    fRootViewReference.reset();
   }
   if (fAcceleratorTable) {
     const BOOL datResult = DestroyAcceleratorTable(fAcceleratorTable);

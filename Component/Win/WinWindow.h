@@ -340,6 +340,8 @@ class CWinWindow : public CWindowGlue,
   IMorvaneRunBehavior* fRunBehavior;
   std::vector<TMenuItem> fMenuItems;  // the position plus 0xA000 is the native command
   CViewImpl* fRootView;
+  // Keeps the root view alive for a client that releases it, though it is not the client's.
+  boost::shared_ptr<CViewImpl> fRootViewReference;
   TWindowKind fWindowKind;
   HWND fOwnerHwnd;  // of the owner given at creation, or null
   std::vector<CViewImpl*> fTooltipViews;

@@ -760,6 +760,30 @@ TEST_F(WindowTest, ViewsLeftOver) {
   EXPECT_EQ(std::count(viewLog.begin(), viewLog.end(), "outer deleted"), 1);
 }
 
+// The root view is not the client's to release. Doing so costs its subviews their window, and nothing more.
+TEST_F(WindowTest, RootViewReleasedByTheClient) {
+  WindowRecord record;
+  CallLog viewLog;
+  ViewRecord viewRecord = {viewLog, "view", {}};
+  RunWithWindow(kPlain, {[&] {
+                  Create(kPlain, record);
+                  IView& root = RootViewOf(*record.fWindow);
+                  {
+                    CViewOf<RecordingFocusViewBehavior> view;
+                    ASSERT_EQ(view.Create(*fMorvane, root, "view", ViewParams(), viewRecord), kOK);
+                    EXPECT_EQ(root.IView_Release(), kOK);
+                    EXPECT_EQ(SetRect(*view.View(), {0, 0, 50, 50}), kOK);
+                    InvalidateRect(record.fHwnd, nullptr, FALSE);
+                    UpdateWindow(record.fHwnd);
+                    SetWindowPos(record.fHwnd, nullptr, 0, 0, 500, 400, SWP_NOMOVE | SWP_NOZORDER);
+                  }
+                  EXPECT_EQ(record.fWindow->IDocumentWindow_Release(), kOK);
+                  EXPECT_FALSE(IsWindow(record.fHwnd));
+                  fOutput.TakeAssertions();
+                }});
+  EXPECT_EQ(std::count(viewLog.begin(), viewLog.end(), "view deleted"), 1);
+}
+
 // A failing callback is reported, and what it was told counts as not told.
 TEST_F(WindowTest, FailingCallbacksAreReported) {
   CreateMorvane();
