@@ -2,18 +2,21 @@
 //
 // How it hangs together, in the order in which an application meets it:
 //
+// clang-format off
 //   Morvane_Create             gives the one root object, IMorvane.
-//   IMorvane_Run               takes the application's run behaviour (IMorvaneRunBehavior) and runs it to its
-//   end. IMorvane_Create...Window   makes a window, with a behaviour from a factory of the application's.
+//   IMorvane_Run               takes the application's run behaviour, IMorvaneRunBehavior, and runs it.
+//   IMorvane_Create...Window   makes a window, with a behaviour from a factory of the application's.
 //   IWindow_GetRootView        is where its views hang.
-//   IMorvane_CreateView        makes a view under another one, with a behaviour (IViewBehavior) from a
-//   factory. IViewBehavior_Draw         draws, with IDrawTools. IMorvane_InvalidateView    has it drawn
-//   again.
+//   IMorvane_CreateView        makes a view under another one, with a behaviour, IViewBehavior.
+//   IViewBehavior_Draw         draws, with IDrawTools.
+//   IMorvane_InvalidateView    has it drawn again.
 //   ..._Release                ends a view or a window, and its behaviour with it.
+// clang-format on
 //
-// Interfaces (I...) without "Behavior", "Listener", "Receiver", "Factory", "Callback" or "Capture" in their
-// names are implemented by the library, those with it by the application. MorvaneDefaults.h, which is not
-// included here, has a default for each of the latter.
+// The application implements those interfaces whose names end in Behavior, Listener, Receiver, Factory,
+// Callback or Capture, and IDebugOutput, IClipboardDataGetter and, for what it puts on the clipboard, IData.
+// The library implements the others. MorvaneDefaults.h, which is not included here, has defaults for the
+// larger ones.
 //
 // Nothing throws across this boundary: every operation gives a TError, as its result or as its last
 // parameter.

@@ -12,7 +12,7 @@ class IDebugOutput {
  public:
   // A check of the library or of one of its contracts has failed. The library goes on after it.
   virtual void IDebugOutput_Assert(const char* file, std::int32_t line, const char* expression) = 0;
-  // One finished line, at most 2000 characters, without a line ending.
+  // One finished line, at most 2001 characters, without a line ending.
   virtual void IDebugOutput_Print(const char* text) = 0;
   // From now on everything printed is one level deeper.
   virtual void IDebugOutput_Indent() = 0;

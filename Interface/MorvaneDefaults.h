@@ -93,8 +93,10 @@ inline std::int32_t HeightOf(const TRect& rect) { return rect.fBottom - rect.fTo
 class CTextReceiver : public ITextReceiver {
  public:
   TError ITextReceiver_ReceiveText(const TChar* text) override {
-    fTexts.emplace_back(text);
-    return kOK;
+    return Guarded([&] {
+      fTexts.emplace_back(text);
+      return TError{kOK};
+    });
   }
   // The first text, or an empty one.
   std::u16string Text() const { return fTexts.empty() ? std::u16string() : fTexts.front(); }
@@ -105,8 +107,10 @@ class CTextReceiver : public ITextReceiver {
 class CVectorViewReceiver : public IViewListReceiver {
  public:
   TError IViewListReceiver_ReceiveViews(IView* const* views, std::uint32_t count) override {
-    fViews.assign(views, views + count);
-    return kOK;
+    return Guarded([&] {
+      fViews.assign(views, views + count);
+      return TError{kOK};
+    });
   }
   std::vector<IView*> fViews;
 };
@@ -114,8 +118,10 @@ class CVectorViewReceiver : public IViewListReceiver {
 class CVectorWindowReceiver : public IWindowListReceiver {
  public:
   TError IWindowListReceiver_ReceiveWindows(IWindow* const* windows, std::uint32_t count) override {
-    fWindows.assign(windows, windows + count);
-    return kOK;
+    return Guarded([&] {
+      fWindows.assign(windows, windows + count);
+      return TError{kOK};
+    });
   }
   std::vector<IWindow*> fWindows;
 };
@@ -723,8 +729,11 @@ int RunApplication(const TStartupParams& params, TArguments&&... arguments) {
   if (morvane) {
     error = Guarded([&] {
       ThrowIfFailed(morvane->IMorvane_SetDebugSettings(TDebugSettings{}));
-      return morvane->IMorvane_Run(new TApplication(*morvane, std::forward<TArguments>(arguments)...),
-                                   params);
+      auto application = std::make_unique<TApplication>(*morvane, std::forward<TArguments>(arguments)...);
+      const TError result = morvane->IMorvane_Run(application.get(), params);
+      // A run that succeeds has deleted its behaviour.
+      if (result == kOK) static_cast<void>(application.release());
+      return result;
     });
   }
   return error == kOK ? 0 : static_cast<int>(error);

@@ -31,7 +31,7 @@ class IIcon {
  public:
   // A second owner of the same picture; null and `outError` on failure. The caller deletes it.
   virtual IIcon* IIcon_Clone(TError& outError) const = 0;
-  // `outEqualFlag` 1 if both show the same picture from the same source. Untouched on bad input.
+  // `outEqualFlag` 1 if both show the same picture from the same source. It means something only with kOK.
   virtual TError IIcon_AreEqual(const IIcon& other, TFlag& outEqualFlag) const = 0;
   // Non-zero if the object is sound.
   virtual std::uint32_t IIcon_CheckInvariant() const = 0;

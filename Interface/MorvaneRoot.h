@@ -24,13 +24,13 @@ enum : std::size_t { kStartupNameChars = 255 };
 // What the application is. All three names must hold 1 to 255 characters.
 struct TStartupParams {
   TChar fCompanyName[kStartupNameChars + 1];
-  TChar
-      fProductName[kStartupNameChars + 1];  // with the company, it tells a second launch from another program
+  // Together with the company, it tells a second launch from another program.
+  TChar fProductName[kStartupNameChars + 1];
   TChar fDisplayName[kStartupNameChars + 1];  // what the user reads
   TFlag fStartupFlag;
   std::uint32_t fReserved;
-  std::uint32_t
-      fLingerMS;  // how long the application stays alive without windows after quitting; 0 for not at all
+  // How long the application stays alive without windows after quitting, in milliseconds; 0 for not at all.
+  std::uint32_t fLingerMS;
 };
 
 // Why there is nothing to show.
@@ -39,8 +39,9 @@ enum TNoDocumentKind : std::uint32_t {
   kNoDocumentAtReopen = 5004  // a second launch without files, while this one is running without documents
 };
 
-// Implemented by the client: the application as the library sees it. IMorvane_Run takes it over and deletes
-// it at its end. Everything is called on the thread that called IMorvane_Run.
+// Implemented by the client: the application as the library sees it. IMorvane_Run deletes it when
+// it succeeds; with any other code it stays the client's. Everything is called on the thread that called
+// IMorvane_Run.
 //
 // A code other than kOK comes back through IMorvaneRunBehavior_OnUnhandledError, and the application goes on;
 // before the loop has started it ends IMorvane_Run instead.
@@ -101,8 +102,8 @@ class IMorvane {
   virtual TError IMorvane_GetDebugSettings(TDebugSettings& outSettings) = 0;
 
   // --- The run of the application
-  // Runs the application and returns when it has ended. Once in the life of the object. Takes `behavior`
-  // over.
+  // Runs the application and returns when it has ended. Once in the life of the object. `behavior` is
+  // deleted at the end if the result is kOK, and stays the client's otherwise.
   virtual TError IMorvane_Run(IMorvaneRunBehavior* behavior, const TStartupParams& params) = 0;
   // The run behaviour; null outside IMorvane_Run.
   virtual TError IMorvane_GetBehavior(IMorvaneRunBehavior*& outBehavior) = 0;

@@ -1,8 +1,7 @@
 // Windows of every kind, and the behaviours that a client gives them.
 //
-// Frame rectangles are what the window covers with its frame, client rectangles what views draw in. Both are
-// in screen coordinates where an operation of IWindow uses them, and relative to the main monitor's work area
-// in the state records.
+// Frame rectangles are what the window covers with its frame, client rectangles what views draw in. The state
+// records hold frame rectangles in screen coordinates of the main monitor, whatever task bars take from it.
 #pragma once
 
 #include "MorvaneKeyboard.h"
@@ -46,7 +45,10 @@ class IWindow {
   virtual TError IWindow_SetTabViews(IView* const* tabViews, std::uint32_t count) = 0;
   virtual TError IWindow_GetRootView(IView*& outRootView) = 0;
   virtual TError IWindow_IsActive(TFlag& outActiveFlag) = 0;
+  // The frame of the window when it is neither minimized nor maximized, in coordinates that start at the main
+  // monitor's work area; of a maximized window what it covers, in screen coordinates.
   virtual TError IWindow_GetFrameRect(TRect& out) = 0;
+  // Take off, or add, what the frame is wide on each side. The coordinate system stays.
   virtual TError IWindow_FrameRectToClientRect(const TRect& in, TRect& out) = 0;
   virtual TError IWindow_ClientRectToFrameRect(const TRect& in, TRect& out) = 0;
   // 255 is opaque.
@@ -89,7 +91,7 @@ enum TZoomState : std::uint32_t { kWindowStateIdeal = 2200, kWindowStateUser = 2
 
 enum : std::size_t { kTitleChars = 1023 };
 
-// Frame rectangles, relative to the main monitor's work area.
+// Frame rectangles, in screen coordinates.
 struct TDocumentWindowPlacement {
   TFlag fMinimized;
   TFlag fMaximized;

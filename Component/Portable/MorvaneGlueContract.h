@@ -3,15 +3,17 @@
 // A contract member is what a client's call of an interface arrives in. It tests the call, delegates to a
 // hook of the same name inside a wall that no exception passes, and tests what came back:
 //
+// clang-format off
 //   TError CMorvaneGlue::IMorvane_GetDebugSettings(TDebugSettings& outSettings) {
-//     MORVANE_REQUIRE("IMorvane_GetDebugSettings()", CMorvaneGlue_CheckInvariant());   // bad calls end here
+//     MORVANE_REQUIRE("IMorvane_GetDebugSettings()", CMorvaneGlue_CheckInvariant());  // bad calls end here
 //     TError outError;
-//     Poison(outSettings);                                                             // stale results would
-//     show CallHook(outError, [&] { outSettings = CMorvaneGlue_GetDebugSettings(); });      // the wall
-//     MORVANE_AFTER(CMorvaneGlue_CheckInvariant());                                    // reports only
-//     if (outError == kOK) MORVANE_ASSERT(ValidateDebugSettings(outSettings));         // reports only
+//     Poison(outSettings);                                                            // no stale results
+//     CallHook(outError, [&] { outSettings = CMorvaneGlue_GetDebugSettings(); });     // the wall
+//     MORVANE_AFTER(CMorvaneGlue_CheckInvariant());                                   // reports only
+//     if (outError == kOK) MORVANE_ASSERT(ValidateDebugSettings(outSettings));        // reports only
 //     return outError;
 //   }
+// clang-format on
 #pragma once
 
 #include <cstring>

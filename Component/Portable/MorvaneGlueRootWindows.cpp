@@ -15,6 +15,7 @@ void GiveWindows(const std::vector<IWindow*>& windows, IWindowListReceiver& out)
 }
 
 void PrintAlert(const TAlertSpec& spec) {
+  if (!gDebugOutput) return;
   DebugPrint("Opening alert: " + NSTextPackage::StringToUTF8(spec.fMessage, false) + " " +
              NSTextPackage::StringToUTF8(spec.fDetails, false));
 }
@@ -123,9 +124,9 @@ TError CMorvaneGlue::IMorvane_CreateAlertBox(IModalOwner* modalOwner, TFlag bloc
   MORVANE_REQUIRE("IMorvane_CreateAlertBox()", CMorvaneGlue_CheckInvariant());
   MORVANE_REQUIRE("IMorvane_CreateAlertBox()", ValidateAlertSpec(alertSpec));
   MORVANE_REQUIRE("IMorvane_CreateAlertBox()", ((modalOwner == NULL) || (blockingAppModalDialogFlag == 0)));
-  PrintAlert(alertSpec);
   TError outError;
   CallHook(outError, [&] {
+    PrintAlert(alertSpec);
     CMorvaneGlue_CreateAlertBox(modalOwner, blockingAppModalDialogFlag != 0, alertSpec, listener);
   });
   MORVANE_AFTER(CMorvaneGlue_CheckInvariant());

@@ -144,7 +144,10 @@ bool ValidateAlertSpec(const TAlertSpec& spec) {
 
 bool ValidateCloseReason(TCloseReason reason) { return reason == kCloseByUser || reason == kCloseByLibrary; }
 
-bool IsValidNativeWindow(const TNativeWindow& window) { return ::IsWindow(window.fHwnd) == 1; }
+bool IsValidNativeWindow(const TNativeWindow& window) {
+  RULE(::IsWindow(window.fHwnd) == 1);
+  return true;
+}
 
 bool ValidateViewParams(const TViewParams& params) {
   RULE((params.fFlags & ~0xFu) == 0);

@@ -67,6 +67,7 @@ TError CViewGlue::IView_GetDebugName(char* out) {
   MORVANE_REQUIRE("IView_GetDebugName()", CViewGlue_CheckInvariant());
   TError outError;
   CallHook(outError, [&] {
+    if (!out) MORVANE_THROW(std::invalid_argument(""));
     const std::string debugName = CViewGlue_GetDebugName();
     MORVANE_ASSERT(debugName.length() <= kDebugNameChars);
     out[debugName.copy(out, kDebugNameChars)] = 0;
@@ -79,6 +80,7 @@ TError CViewGlue::IView_GetTooltipText(TChar* out) {
   MORVANE_REQUIRE("IView_GetTooltipText()", CViewGlue_CheckInvariant());
   TError outError;
   CallHook(outError, [&] {
+    if (!out) MORVANE_THROW(std::invalid_argument(""));
     const TString tooltipText = CViewGlue_GetTooltipText();
     MORVANE_ASSERT(tooltipText.length() <= kTooltipTextChars);
     out[tooltipText.copy(out, kTooltipTextChars)] = 0;
@@ -116,15 +118,20 @@ TError CViewGlue::IView_GetSubViewOrder(IViewListReceiver& out) {
 
 TError CViewGlue::IView_SetSubViewOrder(IView* const* subViews, std::uint32_t count) {
   MORVANE_REQUIRE("IView_SetSubViewOrder()", CViewGlue_CheckInvariant());
-  std::vector<IView*> oldSubViews;
   std::vector<IView*> newSubViews;
+  bool areTheSame = false;
   TError outError;
   CallHook(outError, [&] {
-    oldSubViews = CViewGlue_GetSubViewOrder();
+    const std::vector<IView*> oldSubViews = CViewGlue_GetSubViewOrder();
     newSubViews = CheckedArray(subViews, count);
+    areTheSame = std::set<IView*>(oldSubViews.begin(), oldSubViews.end()) ==
+                 std::set<IView*>(newSubViews.begin(), newSubViews.end());
   });
   if (outError != kOK) return outError;
-  MORVANE_REQUIRE("IView_SetSubViewOrder()", (std::set<IView*>(oldSubViews.begin(), oldSubViews.end()) == std::set<IView*>(newSubViews.begin(), newSubViews.end())));
+  MORVANE_REQUIRE_TEXT("IView_SetSubViewOrder()",
+                       "(std::set<IView*>(oldSubViews.begin(), oldSubViews.end()) == "
+                       "std::set<IView*>(newSubViews.begin(), newSubViews.end()))",
+                       areTheSame);
   CallHook(outError, [&] { CViewGlue_SetSubViewOrder(newSubViews); });
   MORVANE_AFTER(CViewGlue_CheckInvariant());
   return outError;

@@ -79,10 +79,14 @@ TError CWindowGlue::IWindow_GetConceptualFocusView(IView*& out) {
 TError CWindowGlue::IWindow_SetConceptualFocusView(IView* newConceptualFocusView) {
   MORVANE_REQUIRE("IWindow_SetConceptualFocusView()", CWindowGlue_CheckInvariant());
   MORVANE_REQUIRE("IWindow_SetConceptualFocusView()", ((newConceptualFocusView == NULL) || (GetMotherWindow(*newConceptualFocusView) == static_cast<IWindow*>(this))));
-  MORVANE_REQUIRE("IWindow_SetConceptualFocusView()", ((newConceptualFocusView == NULL) || dynamic_cast<CViewImpl*>(newConceptualFocusView)->CanBeFocusTargetNow()));
+  // A client can implement IView too; such a view is none of the library's.
+  CViewImpl* const viewImpl = dynamic_cast<CViewImpl*>(newConceptualFocusView);
+  MORVANE_REQUIRE_TEXT("IWindow_SetConceptualFocusView()",
+                       "((newConceptualFocusView == NULL) || "
+                       "dynamic_cast<CViewImpl*>(newConceptualFocusView)->CanBeFocusTargetNow())",
+                       newConceptualFocusView == NULL || (viewImpl && viewImpl->CanBeFocusTargetNow()));
   TError outError;
-  CallHook(outError,
-           [&] { CWindowGlue_SetConceptualFocusView(dynamic_cast<CViewImpl*>(newConceptualFocusView)); });
+  CallHook(outError, [&] { CWindowGlue_SetConceptualFocusView(viewImpl); });
   MORVANE_AFTER(CWindowGlue_CheckInvariant());
   return outError;
 }
@@ -102,6 +106,7 @@ TError CWindowGlue::IWindow_GetTabViews(IViewListReceiver& out) {
 TError CWindowGlue::IWindow_SetTabViews(IView* const* tabViews, std::uint32_t count) {
   MORVANE_REQUIRE("IWindow_SetTabViews()", CWindowGlue_CheckInvariant());
   std::vector<CViewImpl*> viewImpls;
+  bool areValid = false;
   TError outError;
   CallHook(outError, [&] {
     for (IView* view : CheckedArray(tabViews, count)) {
@@ -109,10 +114,10 @@ TError CWindowGlue::IWindow_SetTabViews(IView* const* tabViews, std::uint32_t co
       MORVANE_ASSERT(viewImplPointer != NULL);
       viewImpls.push_back(viewImplPointer);
     }
+    areValid = AreValidTabViews(viewImpls, this);
   });
   if (outError != kOK) return outError;
-  MORVANE_REQUIRE_TEXT("IWindow_SetTabViews()", "AreValidTabViews(tabViews, this)",
-                       AreValidTabViews(viewImpls, this));
+  MORVANE_REQUIRE_TEXT("IWindow_SetTabViews()", "AreValidTabViews(tabViews, this)", areValid);
   CallHook(outError, [&] { CWindowGlue_SetTabViews(viewImpls); });
   MORVANE_AFTER(CWindowGlue_CheckInvariant());
   return outError;

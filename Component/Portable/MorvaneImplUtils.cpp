@@ -1,7 +1,6 @@
 #include "Component/Portable/MorvaneImplUtils.h"
 
 #include <cstdio>
-#include <cstring>
 
 namespace NSMorvane {
 
@@ -75,8 +74,10 @@ void ThrowError(TError error) {
 void CheckError(const char* file, std::int32_t line, TError error) {
   if (error == kOK) return;
   const char* const label = ErrorLabel(error);
-  DebugPrint(std::string(label) + " at " + file + "(" + std::to_string(line) +
-             "): " + std::to_string(static_cast<std::int32_t>(error)));
+  char text[1024];
+  std::snprintf(text, sizeof(text), "%s at %s(%d): %d", label, file, static_cast<int>(line),
+                static_cast<int>(error));
+  DebugPrint(text);
   ThrowError(error);
 }
 
@@ -96,9 +97,10 @@ void DebugAssert(const char* file, std::int32_t line, const char* expression) {
 
 void DebugPrint(const char* text) {
   if (!gDebugOutput) return;
-  std::string printed(kPrefix);
-  printed.append(text, strnlen(text, kMaxPrintedChars));
-  gDebugOutput->IDebugOutput_Print(printed.c_str());
+  // Nothing is allocated here: lines are printed from destructors, and when memory has run out.
+  char line[sizeof(kPrefix) + kMaxPrintedChars];
+  std::snprintf(line, sizeof(line), "%s%s", kPrefix, text);
+  gDebugOutput->IDebugOutput_Print(line);
 }
 
 void DebugPrint(const std::string& text) { DebugPrint(text.c_str()); }

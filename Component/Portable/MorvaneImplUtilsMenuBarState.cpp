@@ -167,9 +167,12 @@ TError CMenuBarState::IMenuBarState_SetMenuItems(TMenu menu, const TMenuItem* in
 TError CMenuBarState::IMenuBarState_GetMenuTitle(TMenu menu, TChar* outTitle) {
   MORVANE_REQUIRE("IMenuBarState_GetMenuTitle()", CheckInvariant());
   MORVANE_REQUIRE("IMenuBarState_GetMenuTitle()", ((menu >= kMenu1) && (menu <= kMenu6)));
-  outTitle[0] = 0;
   TError outError;
-  CallHook(outError, [&] { NSTextPackage::CopyChars(outTitle, GetTitle(menu).c_str(), kMenuTextChars); });
+  CallHook(outError, [&] {
+    if (!outTitle) MORVANE_THROW(std::invalid_argument(""));
+    outTitle[0] = 0;
+    NSTextPackage::CopyChars(outTitle, GetTitle(menu).c_str(), kMenuTextChars);
+  });
   MORVANE_AFTER(CheckInvariant());
   return outError;
 }

@@ -32,7 +32,7 @@ extern "C" void* Morvane_New(std::size_t size) { return ::operator new(size); }
 extern "C" void Morvane_Delete(void* block) { ::operator delete(block); }
 
 extern "C" IMorvane* Morvane_Create(const char* interfaceName, TError* outError) {
-  if (std::strcmp(interfaceName, "IMorvane") != 0) {
+  if (!interfaceName || std::strcmp(interfaceName, "IMorvane") != 0) {
     *outError = NSMorvane::kBadInputProgrammingError;
     return nullptr;
   }

@@ -124,21 +124,15 @@ IModelessDialog* CMorvaneImpl::CMorvaneGlue_CreateModelessDialog(IModelessDialog
   ThrowUnsupported();
 }
 
-std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetModelessDialogsZ() { ThrowUnsupported(); }
-
 IModalDialog* CMorvaneImpl::CMorvaneGlue_CreateModalDialog(IModalDialogBehaviorFactory&, IModalOwner*, bool,
                                                            TStyleFlags) {
   ThrowUnsupported();
 }
 
-std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetModalDialogsZ() { ThrowUnsupported(); }
-
 IFloatingWindow* CMorvaneImpl::CMorvaneGlue_CreateFloatingWindow(IFloatingWindowBehaviorFactory&,
                                                                  TStyleFlags) {
   ThrowUnsupported();
 }
-
-std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetFloatingWindowsZ() { ThrowUnsupported(); }
 
 // --- Alert boxes and file dialogs
 

@@ -73,12 +73,33 @@ std::vector<boost::shared_ptr<CWinWindow>> CMorvaneImpl::GetVisibleDocumentWindo
   return windows;
 }
 
-std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetDocumentWindowsZ() {
-  std::vector<IWindow*> windows;
-  for (const boost::shared_ptr<CWinWindow>& window : GetVisibleDocumentWindows()) {
-    windows.push_back(window.get());
+namespace {
+
+std::vector<IWindow*> WindowsOfKind(const std::vector<boost::shared_ptr<CWinWindow>>& windows,
+                                    TWindowKind kind) {
+  std::vector<IWindow*> result;
+  for (const boost::shared_ptr<CWinWindow>& window : windows) {
+    if (window->GetWindowKind() == kind) result.push_back(window.get());
   }
-  return windows;
+  return result;
+}
+
+}  // namespace
+
+std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetDocumentWindowsZ() {
+  return WindowsOfKind(GetVisibleDocumentWindows(), kWindowKindDocument);
+}
+
+std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetModelessDialogsZ() {
+  return WindowsOfKind(GetVisibleWindowsZ(), kWindowKindModelessDialog);
+}
+
+std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetModalDialogsZ() {
+  return WindowsOfKind(GetVisibleWindowsZ(), kWindowKindModalDialog);
+}
+
+std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetFloatingWindowsZ() {
+  return WindowsOfKind(GetVisibleWindowsZ(), kWindowKindFloating);
 }
 
 // --- Document windows

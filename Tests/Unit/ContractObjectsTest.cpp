@@ -65,7 +65,6 @@ class RecordingView : public CViewGlue, public Recorder {
   void CViewGlue_Release() override { Enter("Release"); }
 };
 
-// The same hooks for a kind of window; TKind is told by its macro-free names below.
 class RecordingDocumentWindow : public CDocumentWindowGlue, public Recorder {
  public:
   TDocumentWindowState fState{};

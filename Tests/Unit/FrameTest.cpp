@@ -69,6 +69,11 @@ TEST(Frame, CheckErrorSaysWhatCameFromWhere) {
     TError code;
     const char* line;
   } rows[] = {{12001, "[Morvane] kOutOfMemoryError at a.cpp(7): 12001"},
+              {12002, "[Morvane] kBadInputProgrammingError at a.cpp(7): 12002"},
+              {12004, "[Morvane] kProgrammingError at a.cpp(7): 12004"},
+              {12005, "[Morvane] kBadFormatError at a.cpp(7): 12005"},
+              {12006, "[Morvane] kUnsupportedFormatError at a.cpp(7): 12006"},
+              {12007, "[Morvane] kOtherError at a.cpp(7): 12007"},
               {12003, "[Morvane] kIllegalCallSequenceProgrammingError at a.cpp(7): 12003"},
               {12008, "[Morvane] kInvariantCorruptProgrammingError at a.cpp(7): 12008"},
               {12009, "[Morvane] kUnsupported at a.cpp(7): 12009"},

@@ -1,6 +1,8 @@
 // The validators: which values pass, and that each refusal is reported once.
 #include <gtest/gtest.h>
 
+#include <windows.h>
+
 #include <algorithm>
 #include <functional>
 
@@ -256,6 +258,10 @@ TEST(Validators, WindowStates) {
 }
 
 TEST(Validators, NativeWindows) {
+  RecordingDebugOutput output;
+  EXPECT_TRUE(IsValidNativeWindow({::GetDesktopWindow()}));
+  EXPECT_TRUE(output.fAssertions.empty());
   EXPECT_FALSE(IsValidNativeWindow({nullptr}));
   EXPECT_FALSE(IsValidNativeWindow({reinterpret_cast<HWND__*>(std::uintptr_t{0x7FFFFFFE})}));
+  EXPECT_EQ(2u, output.fAssertions.size());
 }
