@@ -111,12 +111,14 @@ void CWinWindow::FillBackground(COffscreenContext& buffer) {
 }
 
 void CWinWindow::DrawRootView(COffscreenContext& buffer, const CRegion& region) {
+  // Copies: callbacks may change what these are taken from.
   const CRegion dirtyRegion(region);
+  const TRect bounds = fRootView->GetBounds();
   const TDebugSettings settings = fMorvane->GetDebugSettings();
   IMorvaneRunBehavior* const runBehavior = fMorvane->GetBehavior();
   CWinDrawTools tools({buffer.GetBuffer().GetHDC()}, dirtyRegion, buffer);
   TDrawBracket bracket(runBehavior, tools);
-  DrawView(runBehavior, bracket, *fRootView, fRootView->GetBounds(), tools, settings);
+  DrawView(runBehavior, bracket, *fRootView, bounds, tools, settings);
 }
 
 // --- Invalidation

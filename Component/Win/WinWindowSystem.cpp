@@ -8,7 +8,6 @@
 
 #include <cstddef>
 #include <cstring>
-#include <string_view>
 
 #include "Component/Portable/CommandLine.h"
 #include "Component/Win/MorvaneImplWin.h"
@@ -87,10 +86,11 @@ class CSuppressionScope : CNotCopied {
   ~CSuppressionScope() { gIsSuppressingInputMethod = false; }
 };
 
+// Names of classes come in any case.
 bool IsEditControl(HWND hwnd) {
   wchar_t className[32] = {};
   GetClassNameW(hwnd, className, 32);
-  return std::wstring_view(className) == L"EDIT";
+  return CompareStringOrdinal(className, -1, L"EDIT", -1, TRUE) == CSTR_EQUAL;
 }
 
 }  // namespace
