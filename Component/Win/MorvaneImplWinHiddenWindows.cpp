@@ -37,8 +37,6 @@ CHiddenWindow::CHiddenWindow(const wchar_t* className, WNDPROC procedure, HICON 
                               HWND_MESSAGE, nullptr, module, nullptr);
     if (fHwnd) return;
   }
-  const DWORD error = ::GetLastError();
-  DebugPrint("Hidden window failed with Windows error " + NumberText(error));
   MORVANE_UNREACHED();
   if (fClass) Unregister();
   MORVANE_THROW(std::exception());

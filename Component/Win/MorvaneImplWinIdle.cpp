@@ -29,12 +29,15 @@ void CMorvaneImpl::RunIdleIfDue() {
   fIdleThread->Schedule(NowMS() + delay);
 }
 
-// The message only raises a flag, and nobody waits for it.
+// On the idle thread. The message only raises a flag, and nobody waits for it.
 void CMorvaneImpl::NotifyIdleDue() {
   MORVANE_ASSERT(0!=fMessageWindow);
   if (!fMessageWindow) return;
   ::SendMessageCallbackW(fMessageWindow->GetHwnd(), kMsgIdleDue, reinterpret_cast<WPARAM>(this), 0, nullptr,
                          0);
+  // The receipt of each such message may stay in the queue of its sender until that looks there.
+  MSG msg;
+  ::PeekMessageW(&msg, nullptr, WM_USER, WM_USER, PM_NOREMOVE);
 }
 
 // The look at the queue also lets in what other threads have sent.

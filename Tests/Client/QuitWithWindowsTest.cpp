@@ -366,6 +366,27 @@ TEST_F(DocumentRunTest, EndOfSession) {
   EXPECT_EQ(fLog, (CallLog{"OnCleanUp", "deleted"}));
 }
 
+// --- A run that ends before its windows
+
+// Nothing closes a window that refuses while the application starts up. It stays behind, works, and can be
+// released after the run.
+TEST_F(DocumentRunTest, WindowLeftBehind) {
+  CreateMorvane();
+  fOnRequestClose = [](const std::string&, IDocumentWindow&, TCloseReason) { return kOK; };
+  IDocumentWindow* document = nullptr;
+  fHooks.fOnStartUp = [&] {
+    document = CreateDocument("document");
+    return fMorvane->IMorvane_StartQuitting();
+  };
+  EXPECT_EQ(Run(), kOK);
+  EXPECT_EQ(TakeLog(), (CallLog{"OnStartUp", "document OnRequestClose 1", "OnCleanUp", "deleted"}));
+  InvalidateRect(HwndOf(*document), nullptr, FALSE);
+  LetMessagesPass();
+  EXPECT_EQ(document->IDocumentWindow_Release(), kOK);
+  EXPECT_EQ(fLog, (CallLog{"document deleted"}));
+  fOutput.TakeAssertions();  // the application's activation finds no behaviour
+}
+
 // --- Lingering
 
 // The window brings the application back from lingering, but not out of quit mode.

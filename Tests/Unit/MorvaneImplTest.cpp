@@ -56,10 +56,10 @@ TEST_F(MorvaneImplTest, ThereIsOneRootObject) {
   EXPECT_TRUE(fMorvane->IMorvane_CheckInvariant());
   EXPECT_EQ(CMorvaneImpl::gMorvaneImpl, fMorvane.get());
 
-  for (const char* name : {"iMorvane", "IMorvane ", "", "IMorvan"}) {
+  for (const char* name : {"iMorvane", "IMorvane ", "", "IMorvan", static_cast<const char*>(nullptr)}) {
     error = kOK;
-    EXPECT_EQ(Morvane_Create(name, &error), nullptr) << name;
-    EXPECT_EQ(error, TError(kBadInputProgrammingError)) << name;
+    EXPECT_EQ(Morvane_Create(name, &error), nullptr);
+    EXPECT_EQ(error, TError(kBadInputProgrammingError)) << (name ? name : "null");
   }
 
   fMorvane.reset();
