@@ -43,7 +43,6 @@ HBITMAP MakeSection(HDC context, const TSize& size, std::int32_t depth, void*& o
 }  // namespace
 
 // --- CStateRestorer
-// -----------------------------------------------------------------------------------------
 
 CStateRestorer::CStateRestorer(HDC__* hdc) : fHDC(hdc), fClipRegion(nullptr), fWindowOrigin() {
   POINT origin = {};
@@ -71,7 +70,6 @@ void CStateRestorer::Restore() const {
 }
 
 // --- CBufferBitmap
-// ------------------------------------------------------------------------------------------
 
 CBufferBitmap::CBufferBitmap(TSize size, std::int32_t depth)
     : fCurrentOrigin(),

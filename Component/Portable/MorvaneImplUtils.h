@@ -16,7 +16,6 @@
 namespace NSMorvane {
 
 // --- Exceptions
-// ---------------------------------------------------------------------------------------------
 
 // Carries a code of the application through the library, unchanged.
 class XApplicationError : public std::exception {
@@ -67,7 +66,6 @@ class XOutOfMemory : public std::bad_alloc {
 };
 
 // --- Codes and exceptions
-// -----------------------------------------------------------------------------------
 
 // The code that stands for an exception at the client boundary. Unlisted types give kOtherError.
 TError ErrorFromException(const std::exception* exception);
@@ -99,7 +97,6 @@ bool IsValidError(TError error);
 bool ValidateFlag(TFlag flag);
 
 // --- Debug output
-// -------------------------------------------------------------------------------------------
 
 // The client's output object, or null. Written by IMorvane_SetDebugOutput alone.
 extern IDebugOutput* gDebugOutput;

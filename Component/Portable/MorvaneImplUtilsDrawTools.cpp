@@ -14,7 +14,6 @@ constexpr TSize kTileSize = {800, 400};
 }  // namespace
 
 // --- TTileIterator
-// ------------------------------------------------------------------------------------------
 
 bool TTileIterator::GetNextTile(TRect& outTile) {
   if (IsEmptyRect(fBounds) || fTileSize.fWidth < 1 || fTileSize.fHeight < 1) return false;
@@ -32,7 +31,6 @@ bool TTileIterator::GetNextTile(TRect& outTile) {
 }
 
 // --- TDrawBracket
-// -------------------------------------------------------------------------------------------
 
 TDrawBracket::TDrawBracket(IMorvaneRunBehavior* runBehavior, IDrawTools& tools)
     : fRunBehavior(runBehavior), fTools(tools), fPauseCount(0) {
@@ -67,7 +65,6 @@ TError TDrawBracket::End() {
 }
 
 // --- CTileBitmapPool
-// ----------------------------------------------------------------------------------------
 
 CTileBitmapPool& CTileBitmapPool::ForDepth(std::int32_t depth) {
   // Never destroyed: at the end of the process it is too late to talk to the platform.
@@ -91,7 +88,6 @@ void CTileBitmapPool::PutBack(const boost::shared_ptr<CBufferBitmap>& bitmap) {
 }
 
 // --- CBufferBitmapDrawTools
-// ---------------------------------------------------------------------------------
 
 CBufferBitmapDrawTools::CBufferBitmapDrawTools(CBufferBitmap* bitmap, TNativeRegion region, TPoint origin,
                                                CDrawToolsGlue* parentTools)

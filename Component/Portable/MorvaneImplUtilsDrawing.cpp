@@ -25,7 +25,6 @@ struct TPass {
 };
 
 // --- Guards
-// -------------------------------------------------------------------------------------------------
 
 // One view on the way down.
 class CViewScope {
@@ -107,7 +106,6 @@ class CToolsLoan {
 };
 
 // --- One view
-// -----------------------------------------------------------------------------------------------
 
 void DrawSubViews(const TPass& pass, CViewImpl& view);
 
@@ -223,7 +221,6 @@ void DrawEntered(const TPass& pass, CPortClip& clip, CViewImpl& view, const TRec
 }
 
 // --- The views of a list
-// ------------------------------------------------------------------------------------
 
 // The subviews as they stand at the start, in that order. Drawing one may release, reorder or add others.
 class CSubViewIterator {

@@ -14,7 +14,6 @@ namespace NSMorvane {
 class CViewImpl;
 
 // --- What the walk is made of
-// -------------------------------------------------------------------------------
 
 // Cuts `bounds` into tiles, row by row from the top left. The last ones of a row and of a column are smaller.
 class TTileIterator {
@@ -93,7 +92,6 @@ class CBufferBitmapDrawTools : public CDrawToolsGlue {
 };
 
 // --- The walk
-// -----------------------------------------------------------------------------------------------
 
 // Draws a view and all its subviews, as far as they lie in `dirtyBounds` and in the clip of the port, each by
 // way of the buffer that its draw mode names. `bracket` is the one around `tools`. However it ends, the

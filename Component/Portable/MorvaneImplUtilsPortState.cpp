@@ -11,7 +11,6 @@ bool operator!=(const POINT& a, const POINT& b) { return a.x != b.x || a.y != b.
 }  // namespace
 
 // --- CPortMapping
-// -------------------------------------------------------------------------------------------
 
 CPortMapping::CPortMapping(HDC hdc)
     : fGraphicsMode(GetGraphicsMode(hdc)),
@@ -39,7 +38,6 @@ void CPortMapping::Restore(HDC hdc) const {
 }
 
 // --- CPortGuard
-// ---------------------------------------------------------------------------------------------
 
 CPortGuard::CPortGuard(HDC hdc)
     : fHDC(hdc),
@@ -62,7 +60,7 @@ CPortGuard::~CPortGuard() {
   fMapping.Restore(fHDC);
 }
 
-// --- CClipRegions ------------------------------------------------------------------------------------------
+// --- CClipRegions
 
 CClipRegions& CClipRegions::GetInstance() {
   // Never destroyed: at the end of the process it is too late to talk to the platform.
@@ -87,7 +85,6 @@ HRGN CClipRegions::GetNext(const TRect& deviceRect) {
 }
 
 // --- CPortClip
-// ----------------------------------------------------------------------------------------------
 
 CPortClip::CPortClip(HDC hdc) : fHDC(hdc), fMapping(hdc), fShape(kNothing), fBox(), fIsIntact(true) {
   RECT box = {};

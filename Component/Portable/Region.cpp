@@ -43,7 +43,6 @@ TRect ToRect(const RECT& rect) { return {rect.left, rect.top, rect.right, rect.b
 }  // namespace
 
 // --- CNativeRegionWrapper
-// -----------------------------------------------------------------------------------
 
 CNativeRegionWrapper::CNativeRegionWrapper(TNativeRegion nativeRegion, bool external)
     : fNativeRegion(nativeRegion),
@@ -116,7 +115,6 @@ void CNativeRegionWrapper::InvalidateCachedBounds() {
 }
 
 // --- CRegion: life and sharing
-// ------------------------------------------------------------------------------
 
 CRegion::CRegion() : CRegion(TRect{}) {}
 
@@ -165,7 +163,6 @@ void CRegion::MakeUnique() {
 }
 
 // --- CRegion: reading
-// ---------------------------------------------------------------------------------------
 
 TRect CRegion::GetBounds() const {
   MORVANE_ASSERT(DebugValidate());
@@ -224,7 +221,6 @@ TRectList CRegion::GetRects() const {
 }
 
 // --- CRegion: writing
-// ---------------------------------------------------------------------------------------
 
 void CRegion::UnionRect(const TRect& rect) {
   MORVANE_ASSERT(DebugValidate());

@@ -56,7 +56,7 @@ TString DecimalText(Number value) {
 
 }  // namespace
 
-// --- Zero-terminated arrays -------------------------------------------------------------------------------
+// --- Zero-terminated arrays
 
 std::ptrdiff_t CountChars(const TChar* text) {
   return text ? static_cast<std::ptrdiff_t>(std::char_traits<TChar>::length(text)) : -1;
@@ -72,7 +72,7 @@ void CopyChars(TChar* destination, const TChar* source, std::size_t maximum) {
   destination[count] = 0;
 }
 
-// --- Text and bytes ---------------------------------------------------------------------------------------
+// --- Text and bytes
 
 TTextMark DetectTextMark(const std::uint8_t* bytes, std::size_t count, std::size_t& outLength) {
   // The mark of UTF-32 begins with that of UTF-16, so it is tried first.
@@ -188,7 +188,7 @@ std::string StringToUTF8(const TString& text, bool withMark) {
   return result;
 }
 
-// --- Numbers ----------------------------------------------------------------------------------------------
+// --- Numbers
 
 TString NumberToString(int value) { return DecimalText(value); }
 TString NumberToString(unsigned int value) { return DecimalText(value); }
@@ -220,7 +220,7 @@ bool ReadDecimal(std::u16string_view text, std::int32_t& outValue) {
   return true;
 }
 
-// --- Templates --------------------------------------------------------------------------------------------
+// --- Templates
 
 TString FormatText(const TString& text, std::uint32_t base, const std::vector<TString>& arguments) {
   TString result;

@@ -32,7 +32,7 @@ class IByteReader {
   virtual ~IByteReader() = default;
 };
 
-// --- Zero-terminated arrays -------------------------------------------------------------------------------
+// --- Zero-terminated arrays
 
 // The units in front of the terminator; -1 for a null pointer.
 std::ptrdiff_t CountChars(const TChar* text);
@@ -50,7 +50,7 @@ TString ArrayToString(const TChar (&text)[kLimit]) {
 // room for `maximum` + 1 units. Nothing behind the first `maximum` units of `source` is read.
 void CopyChars(TChar* destination, const TChar* source, std::size_t maximum);
 
-// --- Text and bytes ---------------------------------------------------------------------------------------
+// --- Text and bytes
 
 // What stands in front of a text.
 enum TTextMark : std::uint32_t {
@@ -90,7 +90,7 @@ TString UTF8ToString(const std::string& text);
 // The encoder above, with a surrogate pair taken as one code point. withMark puts EF BB BF in front.
 std::string StringToUTF8(const TString& text, bool withMark);
 
-// --- Numbers ----------------------------------------------------------------------------------------------
+// --- Numbers
 
 TString NumberToString(int value);
 TString NumberToString(unsigned int value);
@@ -107,7 +107,7 @@ bool ReadDecimal(std::u16string_view text, std::int32_t& outValue);
 
 inline bool IsDigit(TChar c) { return c >= u'0' && c <= u'9'; }
 
-// --- Templates and comparison -----------------------------------------------------------------------------
+// --- Templates and comparison
 
 // Replaces each "^" that digits follow with the argument of that index, or with nothing if there is no such
 // argument. `base` is put in front of the digits, so that with a base of 2 "^1" is argument 21; the usual

@@ -56,7 +56,6 @@ TViewImplPtr* gSuperViewTaker = nullptr;
 }  // namespace
 
 // --- Life
-// ---------------------------------------------------------------------------------------------------
 
 CViewImpl::CViewImpl(CMorvaneImpl* morvaneImpl, IWindow* motherWindow)
     : fMorvaneImpl(morvaneImpl),
@@ -214,7 +213,6 @@ bool CViewImpl::CheckInvariant() const {
 }
 
 // --- The tree
-// -----------------------------------------------------------------------------------------------
 
 void CViewImpl::AddSubView(CViewImpl* view) { fSubViews.push_back(view); }
 
@@ -259,7 +257,6 @@ void CViewImpl::CViewGlue_SetSubViewOrder(const std::vector<IView*>& subViews) {
 }
 
 // --- Hit test
-// -----------------------------------------------------------------------------------------------
 
 std::vector<TViewImplPtr> CViewImpl::HitTest(const TPoint& point) const {
   std::vector<TViewImplPtr> hits;
@@ -287,7 +284,6 @@ bool CViewImpl::IsHit(const TPoint& point) const {
 }
 
 // --- Parameters
-// ---------------------------------------------------------------------------------------------
 
 // The client's record may change during callbacks: what has been validated is what gets set.
 TError CViewImpl::IView_SetParams(const TViewParams& params) {
@@ -371,7 +367,6 @@ void CViewImpl::RemoveTooltip() {
 }
 
 // --- Plain hooks
-// --------------------------------------------------------------------------------------------
 
 bool CViewImpl::CViewGlue_CheckInvariant() const { return CheckInvariant(); }
 

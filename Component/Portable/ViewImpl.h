@@ -28,7 +28,7 @@ using TViewImplPtr = boost::shared_ptr<CViewImpl>;
 
 class CViewImpl : public CViewGlue {
  public:
-  // --- Life ---
+  // --- Life
 
   // A root view. Window and root object stay the caller's.
   CViewImpl(CMorvaneImpl* morvaneImpl, IWindow* motherWindow);
@@ -52,7 +52,7 @@ class CViewImpl : public CViewGlue {
   void SetBehavior(boost::shared_ptr<IViewBehavior> behavior);
   bool CheckInvariant() const;
 
-  // --- What it is ---
+  // --- What it is
 
   // Null before SetBehavior, and while the behaviour is being destroyed.
   IViewBehavior* GetBehavior() const { return fBehavior.get(); }
@@ -76,7 +76,7 @@ class CViewImpl : public CViewGlue {
   bool CanBeFocusTargetNow() const { return (fFlags & kViewFocusable) != 0 && IsEffectivelyEnabled(); }
   bool IsMouseTrackable() const { return IsEffectivelyEnabled() && (fFlags & kViewMouseTrackable) != 0; }
 
-  // --- The tree ---
+  // --- The tree
 
   // As the last subview. The list does not own it.
   void AddSubView(CViewImpl* view);
@@ -86,7 +86,7 @@ class CViewImpl : public CViewGlue {
   // last.
   std::vector<TViewImplPtr> HitTest(const TPoint& point) const;
 
-  // --- Bounds and dirty areas ---
+  // --- Bounds and dirty areas
 
   // Subviews stay where they are.
   void SetBounds(const TRect& rect);
@@ -97,7 +97,7 @@ class CViewImpl : public CViewGlue {
   void InvalidateRect(const TRect& rect, const TRect& clipRect);
   void InvalidateRegion(const CRegion& region, const TRect& clipRect);
 
-  // --- Buffers ---
+  // --- Buffers
 
   // What the view is drawn into: null for the direct mode, a shared tile for the temporary modes, the view's
   // own bitmap for the permanent ones.
@@ -110,7 +110,7 @@ class CViewImpl : public CViewGlue {
   // The same region, left alone. Null but in the permanent modes.
   const CRegion* GetDirtyRegion() const { return fCollapsedDirtyRegion.get(); }
 
-  // --- Contract members that behaviours can end the view from: they keep it to their end ---
+  // --- Contract members that behaviours can end the view from: they keep it to their end
 
   TError IView_SetParams(const TViewParams& params) override;
   TError IView_SetTooltipText(const TChar* text) override;

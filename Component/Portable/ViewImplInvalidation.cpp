@@ -26,7 +26,6 @@ bool HaveSameTopLeft(const TRect& a, const TRect& b) { return a.fLeft == b.fLeft
 }  // namespace
 
 // --- Invalidation
-// -------------------------------------------------------------------------------------------
 
 TRect CViewImpl::GetClipBounds() const {
   TRect clip = fRect;
@@ -78,7 +77,6 @@ void CViewImpl::InvalidateDifference(const TRect& a, const TRect& b, const TRect
 }
 
 // --- Bounds
-// -------------------------------------------------------------------------------------------------
 
 void CViewImpl::SetBounds(const TRect& rect) {
   if (rect == fRect) return;
@@ -141,7 +139,6 @@ void CViewImpl::MarkToolRectsDirty() {
 }
 
 // --- Moving
-// -------------------------------------------------------------------------------------------------
 
 void CViewImpl::CViewGlue_Offset(std::int32_t dx, std::int32_t dy) {
   CViewImpl* const superView = fSuperView.get();

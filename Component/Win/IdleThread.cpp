@@ -22,7 +22,6 @@ void GiveUp(HANDLE& handle) {
 }  // namespace
 
 // --- CIdleSchedule
-// ------------------------------------------------------------------------------------------
 
 void CIdleSchedule::Schedule(std::int64_t time) {
   auto it = fTimes.begin();
@@ -46,7 +45,6 @@ bool CIdleSchedule::RemoveDueTimes(std::int64_t now) {
 }
 
 // --- CIdleThread
-// --------------------------------------------------------------------------------------------
 
 CIdleThread::CIdleThread(IIdleThreadOwner* owner)
     : fOwner(owner), fMutex(nullptr), fWakeUpEvent(nullptr), fExitEvent(nullptr), fThread(nullptr) {

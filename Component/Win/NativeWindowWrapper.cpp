@@ -25,7 +25,6 @@ CNativeWindowWrapper* FindWrapper(HWND hwnd) {
 void (*gAfterNativeMessage)() = nullptr;
 
 // --- CNativeWindowWrapper
-// -----------------------------------------------------------------------------------
 
 CNativeWindowWrapper::CNativeWindowWrapper(HWND nativeWindow) : fNativeWindow(nativeWindow), fOldProc(0) {
   MORVANE_ASSERT(0!=nativeWindow);
@@ -118,7 +117,6 @@ bool CNativeWindowWrapper::IsSound(const CNativeWindowWrapper* wrapper, HWND nat
 }
 
 // --- CWindowProcOverrider
-// -----------------------------------------------------------------------------------
 
 CWindowProcOverrider::CWindowProcOverrider(HWND hwnd) : fNativeWindowWrapper(new CNativeWindowWrapper(hwnd)) {
   fNativeWindowWrapper->AddProcListener(this);
@@ -141,7 +139,6 @@ LRESULT CWindowProcOverrider::WindowProc(CNativeWindowWrapper& wrapper, HWND hwn
 }
 
 // --- The procedure
-// ------------------------------------------------------------------------------------------
 
 LRESULT CALLBACK WindowProcCallback(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
   try {

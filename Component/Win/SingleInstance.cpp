@@ -29,7 +29,7 @@ std::atomic_ref<std::uint32_t> PendingFlag(TSingleInstanceRecord& record) {
 
 }  // namespace
 
-// --- Shared memory ----------------------------------------------------------------------------------------
+// --- Shared memory
 
 CFileMapping::CFileMapping(const TString& name, std::uint32_t size)
     : fName(name),
@@ -72,7 +72,7 @@ std::size_t CFileMappingView::GetSize() const {
   return info.RegionSize;
 }
 
-// --- The first process and the others ---------------------------------------------------------------------
+// --- The first process and the others
 
 bool TryBecomeFirstInstance(const TString& name) {
   if (const HANDLE existing = ::OpenFileMappingW(FILE_MAP_ALL_ACCESS, FALSE, WinText(name))) {

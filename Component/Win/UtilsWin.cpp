@@ -111,7 +111,6 @@ class CDefaultFont : CNotCopied {
 std::vector<HWND> sHidddenWindows;
 
 // --- Text
-// ---------------------------------------------------------------------------------------------------
 
 std::u16string TextFromWin(const wchar_t* text) {
   return text ? TextFromWin(text, std::char_traits<wchar_t>::length(text)) : std::u16string();
@@ -128,7 +127,6 @@ std::string HandleText(const void* handle) {
 }
 
 // --- Failed system calls
-// ------------------------------------------------------------------------------------
 
 void ThrowLastError(const char* file, std::int32_t line) {
   const DWORD code = GetLastError();
@@ -154,7 +152,6 @@ void ThrowLastError(const char* file, std::int32_t line) {
 }
 
 // --- Windows
-// ------------------------------------------------------------------------------------------------
 
 WINDOWPLACEMENT GetPlacement(HWND hWnd) {
   WINDOWPLACEMENT wp = {};

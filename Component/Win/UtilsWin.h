@@ -17,7 +17,6 @@ namespace NSMorvane {
 class IMorvane;
 
 // --- Text
-// ---------------------------------------------------------------------------------------------------
 
 // TChar and wchar_t are both UTF-16 units here; only the type system keeps them apart.
 static_assert(sizeof(TChar) == sizeof(wchar_t));
@@ -37,7 +36,6 @@ std::string NumberText(std::int64_t number);
 std::string HandleText(const void* handle);
 
 // --- Geometry
-// -----------------------------------------------------------------------------------------------
 
 inline RECT ToNative(const TRect& r) { return RECT{r.fLeft, r.fTop, r.fRight, r.fBottom}; }
 inline POINT ToNative(const TPoint& p) { return POINT{p.fX, p.fY}; }
@@ -47,7 +45,6 @@ inline TPoint FromNative(const POINT& p) { return TPoint{p.x, p.y}; }
 inline TSize FromNative(const SIZE& s) { return TSize{s.cx, s.cy}; }
 
 // --- Failed system calls
-// ------------------------------------------------------------------------------------
 
 // Turns GetLastError() into a log line with the given position and an exception: std::bad_alloc for the two
 // codes of memory shortage, std::exception for all others. Returns, in silence, when the last error is 0; the
@@ -55,7 +52,6 @@ inline TSize FromNative(const SIZE& s) { return TSize{s.cx, s.cy}; }
 void ThrowLastError(const char* file, std::int32_t line);
 
 // --- Windows
-// ------------------------------------------------------------------------------------------------
 
 // The windows that the library has hidden, natively or by moving them above the screen. Written by the window
 // module alone.
@@ -102,7 +98,6 @@ void PumpPaintMessages();
 HFONT GetDefaultFont();
 
 // --- Monitors
-// -----------------------------------------------------------------------------------------------
 
 // Fills the list; false on failure, and then its content means nothing.
 bool EnumerateMonitors(TMonitorList& outMonitors);

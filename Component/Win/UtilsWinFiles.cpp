@@ -79,7 +79,7 @@ TExtensionMatch MatchExtension(const std::vector<CFileType>& fileTypes, const TS
 
 }  // namespace
 
-// --- Paths ------------------------------------------------------------------------------------------------
+// --- Paths
 
 bool IsExistingFolder(const TString& path) { return KindOfPath(path) == TPathKind::kFolder; }
 
@@ -106,7 +106,7 @@ TString FileURLToPath(const std::string& url) {
   return NSTextPackage::UTF8ToString(url.substr(kFileURLStartLength));
 }
 
-// --- File types -------------------------------------------------------------------------------------------
+// --- File types
 
 CFileType MakeFileType(const TFileType& record) {
   return CFileType{NSTextPackage::ArrayToString(record.fName),

@@ -11,7 +11,7 @@
 
 namespace NSMorvane {
 
-// --- Paths ------------------------------------------------------------------------------------------------
+// --- Paths
 
 // A path of fewer than two characters is neither.
 bool IsExistingFolder(const NSTextPackage::TString& path);
@@ -32,7 +32,7 @@ std::string PathToFileURL(const NSTextPackage::TString& path);
 // The reverse. Empty for what does not begin with "file://", in these very letters.
 NSTextPackage::TString FileURLToPath(const std::string& url);
 
-// --- File types -------------------------------------------------------------------------------------------
+// --- File types
 
 // A file type inside the library. The extensions have their dots and are divided by semicolons.
 struct CFileType {

@@ -21,7 +21,6 @@ class CNotCopied {
 };
 
 // --- Owners
-// -------------------------------------------------------------------------------------------------
 
 // DeleteObject. THandle is HBITMAP, HBRUSH, HFONT, HPEN or HRGN. Null is allowed and owns nothing.
 template <class THandle>
@@ -85,7 +84,6 @@ class CKernelHandle : CNotCopied {
 };
 
 // --- Restorers
-// ----------------------------------------------------------------------------------------------
 
 // Selects a bitmap, brush, font or pen, and puts back at the end what was selected before. If the selection
 // fails, IsSelected() is false and nothing is put back.
@@ -149,7 +147,6 @@ class CDeferredWindowMover : CNotCopied {
 };
 
 // --- Locks
-// --------------------------------------------------------------------------------------------------
 
 // For the few tables that the threads of the file dialogs share with the main thread. Never hold one across
 // an assertion, a message or any other way into foreign code.

@@ -64,7 +64,6 @@ void CopyClip(HDC from, HDC to, const TRect& drawRect) {
 }  // namespace
 
 // --- CDeviceContext
-// ---------------------------------------------------------------------------------------------
 
 CDeviceContext::~CDeviceContext() {
   if (!fHDC) return;
@@ -130,7 +129,6 @@ void CDeviceContext::DrawLabel(const TPoint& position, const TRect& clipRect,
 void CDeviceContext::Flush() { GdiFlush(); }
 
 // --- CClientContext
-// ---------------------------------------------------------------------------------------------
 
 CClientContext::CClientContext(HWND hwnd) : fHwnd(hwnd) {
   MORVANE_ASSERT(hwnd !=0);
@@ -148,7 +146,6 @@ CClientContext::~CClientContext() {
 }
 
 // --- CPaintContext
-// ----------------------------------------------------------------------------------------------
 
 CPaintContext::CBracket::CBracket(HWND hwnd) : fHwnd(hwnd), fIsOpen(true), fPaintStruct() {
   if (!BeginPaint(fHwnd, &fPaintStruct)) {
@@ -174,7 +171,6 @@ CPaintContext::~CPaintContext() {
 }
 
 // --- COffscreenSurface
-// ------------------------------------------------------------------------------------------
 
 COffscreenSurface::COffscreenSurface(HDC target, const TSize& size, int bitDepth)
     : fSize(size), fBitDepth(bitDepth) {
@@ -220,7 +216,6 @@ bool COffscreenSurface::Reset() {
 }
 
 // --- COffscreenSurfacePool
-// --------------------------------------------------------------------------------------
 
 std::unique_ptr<COffscreenSurface> COffscreenSurfacePool::Take(HDC target, const TSize& size, int bitDepth) {
   const auto it = std::find_if(fSurfaces.begin(), fSurfaces.end(), [&](const auto& surface) {
@@ -244,7 +239,6 @@ void COffscreenSurfacePool::GiveBack(std::unique_ptr<COffscreenSurface> surface)
 }
 
 // --- COffscreenContext
-// ------------------------------------------------------------------------------------------
 
 COffscreenContext::COffscreenContext(CDeviceContext& target, const TRect& drawRect)
     : COffscreenContext(target, drawRect, BufferBitDepth(DeviceBitDepth(target.GetHDC()))) {}

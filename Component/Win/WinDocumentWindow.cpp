@@ -58,7 +58,6 @@ void CDocumentWindowImpl::SetBehavior(std::unique_ptr<IDocumentWindowBehavior> b
 }
 
 // --- The contract
-// -------------------------------------------------------------------------------------------
 
 TError CDocumentWindowImpl::IDocumentWindow_SetState(const TDocumentWindowState& state) {
   const boost::shared_ptr<CWinWindow> keepAlive = LockClientsWindowReference();
@@ -116,7 +115,6 @@ IDocumentWindowBehavior* CDocumentWindowImpl::CDocumentWindowGlue_GetBehavior() 
 void CDocumentWindowImpl::CDocumentWindowGlue_Release() { ReleaseWindow(); }
 
 // --- What the window asks of its kind
-// -----------------------------------------------------------------------
 
 bool CDocumentWindowImpl::OnClientSizeChanged(const TSize& oldSize, const TSize& newSize) {
   if (!fBehavior) return false;

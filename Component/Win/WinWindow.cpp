@@ -46,7 +46,6 @@ bool IsWindowHidden(HWND hwnd) {
 }  // namespace
 
 // --- Construction
-// -------------------------------------------------------------------------------------------
 
 CWinWindow::CWinWindow(CMorvaneImpl* morvane, TWindowKind windowKind, IModalOwner* owner, DWORD style,
                        DWORD exStyle, bool makeSizeGrip, bool listedInWindowMenu, bool hasCloseCommand)
@@ -155,7 +154,6 @@ void CWinWindow::MakeRootView() {
 }
 
 // --- Wiring
-// -------------------------------------------------------------------------------------------------
 
 void CWinWindow::SetClientsWindowReference(const boost::shared_ptr<CWinWindow>& reference) {
   MORVANE_ASSERT(0==fClientsWindowReference.get());
@@ -198,7 +196,6 @@ TError CWinWindow::IModalOwner_GetNativeWindow(TNativeWindow& out) {
 }
 
 // --- Showing and hiding
-// -------------------------------------------------------------------------------------
 
 bool CWinWindow::IsVisible() const { return IsWindowShown(fHwnd); }
 
@@ -302,7 +299,6 @@ void CWinWindow::RemoveFromHiddenWindows() {
 }
 
 // --- The end
-// ------------------------------------------------------------------------------------------------
 
 void CWinWindow::RequestCloseFromLibrary() {
   const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;

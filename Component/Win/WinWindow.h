@@ -56,7 +56,6 @@ class CWinWindow : public CWindowGlue,
                    public IViewWindow {
  public:
   // --- Life (WinWindow.cpp)
-  // -----------------------------------------------------------------------------------
 
   ~CWinWindow() override;
   CWinWindow(const CWinWindow&) = delete;
@@ -96,7 +95,6 @@ class CWinWindow : public CWindowGlue,
   void RequestCloseFromLibrary();
 
   // --- Sizes, placement, title (WinWindowState.cpp)
-  // -----------------------------------------------------------
 
   TWindowStateRecord GetWindowState() const;
   void SetWindowState(const TWindowStateRecord& state);
@@ -107,7 +105,6 @@ class CWinWindow : public CWindowGlue,
   TFrameInsets GetFrameInsets() const;
 
   // --- Activation, focus, tooltips (WinWindowFocus.cpp)
-  // -------------------------------------------------------
 
   // A native control has got the keyboard, or, with null, lost it.
   void SetFocusFromNative(CViewImpl* view);
@@ -132,7 +129,6 @@ class CWinWindow : public CWindowGlue,
   void RemoveTool(std::uint32_t tool, CViewImpl& view) override;
 
   // --- Menu bar (WinWindowMenus.cpp)
-  // --------------------------------------------------------------------------
 
   // Has the kind and the views of the focus chain complete the state, and applies it.
   virtual void RunMenuBarSetup(CMenuBarState& state);
@@ -143,7 +139,6 @@ class CWinWindow : public CWindowGlue,
   bool IsAlwaysOnTop() const { return fAlwaysOnTop; }
 
   // --- Messages (WinWindowMessages.cpp)
-  // -----------------------------------------------------------------------
 
   LRESULT WindowProc(CNativeWindowWrapper& wrapper, HWND hwnd, UINT message, WPARAM wParam,
                      LPARAM lParam) override;
@@ -154,7 +149,6 @@ class CWinWindow : public CWindowGlue,
   void RemoveControlListener(HWND controlHwnd);
 
   // --- Painting (WinWindowPainting.cpp)
-  // -----------------------------------------------------------------------
 
   // In client coordinates; nothing is ever erased.
   void InvalidateRect(const TRect& rect) override;
@@ -165,7 +159,6 @@ class CWinWindow : public CWindowGlue,
   void GetPaintSamples(std::vector<TPaintSample>& outSamples) const;
 
   // --- Keyboard (WinWindowKeyboard.cpp)
-  // -----------------------------------------------------------------------
 
   // Sees a message of this window or of one inside it before it is dispatched; true uses it up.
   virtual bool PreTranslateMessage(const MSG& message);
@@ -176,7 +169,6 @@ class CWinWindow : public CWindowGlue,
              bool makeSizeGrip, bool listedInWindowMenu, bool hasCloseCommand);
 
   // --- Hooks of the contract layer
-  // ----------------------------------------------------------------------------
 
   bool CWindowGlue_CheckInvariant() const override;
   TNativeWindow CWindowGlue_GetNativeWindow() override;
@@ -194,7 +186,6 @@ class CWinWindow : public CWindowGlue,
   void CWindowGlue_SetGlobalAlpha(std::uint8_t alpha) override;
 
   // --- What the kinds add
-  // -------------------------------------------------------------------------------------
 
   // False from the first two: nobody was there to be told, and the change is told again next time.
   virtual bool OnClientSizeChanged(const TSize& oldSize, const TSize& newSize) = 0;
@@ -220,7 +211,6 @@ class CWinWindow : public CWindowGlue,
 
  private:
   // --- Life
-  // ---------------------------------------------------------------------------------------------------
 
   static LRESULT CALLBACK WindowStubProcCallback(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
   HWND ChooseNativeOwner();
@@ -234,7 +224,6 @@ class CWinWindow : public CWindowGlue,
   void RemoveFromHiddenWindows();
 
   // --- Sizes, placement, title
-  // --------------------------------------------------------------------------------
 
   void TakeInitialState();
   TRect GetNormalRect(bool minimized, bool maximized) const;
@@ -252,7 +241,6 @@ class CWinWindow : public CWindowGlue,
   void SetNativeTitle(const TString& text);
 
   // --- Activation, focus, tooltips
-  // ----------------------------------------------------------------------------
 
   void OnActivated(bool& outHandled);
   void OnDeactivated();
@@ -265,7 +253,6 @@ class CWinWindow : public CWindowGlue,
   void DestroyTooltipWindow();
 
   // --- Messages
-  // -----------------------------------------------------------------------------------------------
 
   class CMessageTable;  // from messages to handlers
 
@@ -277,7 +264,6 @@ class CWinWindow : public CWindowGlue,
   void CallControlListener(HWND controlHwnd, TWinMessage& message);
 
   // --- System (WinWindowSystem.cpp)
-  // ---------------------------------------------------------------------------
 
   void GrayCloseCommand();
   void OnCloseRequest();
@@ -291,7 +277,6 @@ class CWinWindow : public CWindowGlue,
   void AdaptSizeGrip();
 
   // --- Painting
-  // -----------------------------------------------------------------------------------------------
 
   void HandlePaint();
   void OnPaint(CPaintContext& target);
@@ -302,7 +287,6 @@ class CWinWindow : public CWindowGlue,
   void DrawMouseViewInfo();
 
   // --- Mouse
-  // --------------------------------------------------------------------------------------------------
 
   // In client coordinates.
   void CheckMouseTracking(const TPoint& point);
@@ -316,14 +300,12 @@ class CWinWindow : public CWindowGlue,
   void ArmMouseLeave();
 
   // --- Keyboard
-  // -----------------------------------------------------------------------------------------------
 
   void NotifyModifierListeners(const TWinKeyMessage& message);
   void DispatchKeyDown(const TWinKeyMessage& message, bool& outHandled);
   void DispatchKeyUp(const TWinKeyMessage& message, bool& outHandled);
 
   // --- Tooltips and commands
-  // ----------------------------------------------------------------------------------
 
   // Brings the rectangles of the tooltips up to date.
   void UpdateToolRects();
@@ -331,7 +313,6 @@ class CWinWindow : public CWindowGlue,
   void OnCommand(UINT commandId);
 
   // --- Fields
-  // -------------------------------------------------------------------------------------------------
 
  protected:
   boost::shared_ptr<CNativeWindowWrapper> fNativeWindowWrapper;  // empty until WM_NCCREATE

@@ -44,7 +44,6 @@ bool WindowClassHasIcon(TWindowKind kind) {
 }
 
 // --- CWindowClass
-// -------------------------------------------------------------------------------------------
 
 CWindowClass::CWindowClass(const TString& name, WNDPROC procedure, HICON icon) : fName(name), fRefCount(0) {
   WNDCLASSEXW windowClass = {};
@@ -67,7 +66,6 @@ CWindowClass::~CWindowClass() {
 }
 
 // --- CWindowClassRef
-// ----------------------------------------------------------------------------------------
 
 CWindowClassRef::CWindowClassRef(const TString& name, WNDPROC procedure, HICON icon) {
   for (const auto& windowClass : gWindowClasses) {

@@ -39,7 +39,6 @@ TViewImplPtr Hold(const CViewImpl* view) {
 }  // namespace
 
 // --- On duty and off
-// ----------------------------------------------------------------------------------------
 
 void CWinWindow::SendOnDutyFocusGained(CViewImpl* view) {
   const TViewImplPtr keepAlive = Hold(view);
@@ -68,7 +67,6 @@ HWND CWinWindow::GetNativeFocusTarget(CViewImpl* view) {
 void CWinWindow::RequestMenuBarsAfterFocusChange() { fMorvane->RebuildAllMenuBars(); }
 
 // --- The focus view
-// -----------------------------------------------------------------------------------------
 
 bool CWinWindow::CWindowGlue_IsActive() { return GetActiveWindow() == fHwnd; }
 
@@ -142,7 +140,6 @@ void CWinWindow::SetFocusFromNative(CViewImpl* view) {
 }
 
 // --- Activation
-// ---------------------------------------------------------------------------------------------
 
 void CWinWindow::OnActivated(bool& outHandled) {
   DebugPrint("CWinWindow::IWindowListener_OnActivated " + HandleText(fHwnd));
@@ -189,7 +186,6 @@ void CWinWindow::OnLostFocus() {
 }
 
 // --- Tooltips
-// -----------------------------------------------------------------------------------------------
 
 // Tooltips are not built yet: no view has a tool, and there is no tooltip window.
 

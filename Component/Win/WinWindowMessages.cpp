@@ -78,7 +78,6 @@ TPoint ScreenToClientChecked(HWND hwnd, const TPoint& point) {
 }  // namespace
 
 // --- The table
-// --------------------------------------------------------------------------------------------------
 
 class CWinWindow::CMessageTable {
  public:
@@ -356,7 +355,6 @@ CWinWindow::CMessageTable::THandler CWinWindow::CMessageTable::Find(UINT message
 }
 
 // --- The stages
-// -------------------------------------------------------------------------------------------------
 
 LRESULT CWinWindow::WindowProc(CNativeWindowWrapper&, HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
   MORVANE_ASSERT(CheckInvariant());
@@ -436,7 +434,6 @@ LRESULT CWinWindow::ForwardMessage(const TWinMessage& message) {
 LRESULT CWinWindow::OnNonClientHitTest(TWinMessage message) { return ForwardMessage(message); }
 
 // --- Listeners
-// --------------------------------------------------------------------------------------------------
 
 void CWinWindow::AddMsgEventListener(IWinMsgEventListener* listener) {
   fMsgEventListeners.push_back(listener);

@@ -78,7 +78,6 @@ void DrawViewBounds(CDeviceContext& context, CViewImpl& view, const TRect& clip)
 }  // namespace
 
 // --- From WM_PAINT to the screen
-// --------------------------------------------------------------------------------
 
 void CWinWindow::HandlePaint() {
   // The size grip paints itself.
@@ -122,7 +121,6 @@ void CWinWindow::DrawRootView(COffscreenContext& buffer, const CRegion& region) 
 }
 
 // --- Invalidation
-// -----------------------------------------------------------------------------------------------
 
 void CWinWindow::InvalidateRect(const TRect& rect) {
   if (fMorvane->GetDebugSettings().fDrawInvalidationBlue && !IsEmptyRect(rect)) FlashInvalidation({rect});
@@ -149,7 +147,6 @@ void CWinWindow::NativeUpdate() {
 }
 
 // --- Debug layers
-// -----------------------------------------------------------------------------------------------
 
 void CWinWindow::FlashInvalidation(const TRectList& rects) {
   if (!IsVisible()) return;
@@ -172,14 +169,12 @@ void CWinWindow::DrawMouseViewInfo() {
 }
 
 // --- Paint samples
-// ----------------------------------------------------------------------------------------------
 
 void CWinWindow::GetPaintSamples(std::vector<TPaintSample>& outSamples) const {
   outSamples = fPaintSamples.Get();
 }
 
 // --- Global alpha
-// -----------------------------------------------------------------------------------------------
 //
 // An opaque window is never layered.
 

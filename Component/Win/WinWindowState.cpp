@@ -9,7 +9,6 @@
 namespace NSMorvane {
 
 // --- What the native window says
-// ----------------------------------------------------------------------------
 
 TSize CWinWindow::GetClientSize() const {
   RECT client = {};
@@ -76,7 +75,6 @@ void CWinWindow::TakeInitialState() {
 }
 
 // --- Zoom state and placement
-// -------------------------------------------------------------------------------
 
 bool CWinWindow::IsIdeal(const TRect& frameRect) const {
   return IsClientSizeIdeal(frameRect, fWindowState.fIdealClientSize, GetFrameInsets());
@@ -104,7 +102,6 @@ TWindowPlacement CWinWindow::BuildPlacement(const TRect& normalRect) const {
 }
 
 // --- Telling the kind
-// ---------------------------------------------------------------------------------------
 
 void CWinWindow::SetRootViewSize(const TSize& size) {
   if (fRootView) fRootView->SetBounds({0, 0, size.fWidth, size.fHeight});
@@ -122,7 +119,6 @@ void CWinWindow::SetPlacement(const TWindowPlacement& placement) {
 }
 
 // --- Following the native window
-// ----------------------------------------------------------------------------
 
 // Takes over what the native window shows, and returns its normal rectangle.
 TRect CWinWindow::AdoptNativePlacement() {
@@ -158,7 +154,6 @@ void CWinWindow::SyncShownWindowState(const TRect& normalRect) {
 }
 
 // --- The state as the kinds see it
-// --------------------------------------------------------------------------
 
 TWindowStateRecord CWinWindow::GetWindowState() const {
   TWindowStateRecord state;
@@ -220,7 +215,6 @@ void CWinWindow::SetWindowState(const TWindowStateRecord& state) {
 }
 
 // --- Title
-// --------------------------------------------------------------------------------------------------
 
 void CWinWindow::SetNativeTitle(const TString& text) {
   if (IsWindowShown(fHwnd)) PumpPaintMessages();

@@ -96,7 +96,6 @@ bool IsEditControl(HWND hwnd) {
 }  // namespace
 
 // --- Closing and system commands
-// --------------------------------------------------------------------------------
 
 void CWinWindow::GrayCloseCommand() {
   const HMENU menu = GetSystemMenu(fHwnd, FALSE);
@@ -154,7 +153,6 @@ bool CWinWindow::OnMaximizeCommand() {
 }
 
 // --- Sizes
-// ------------------------------------------------------------------------------------------------------
 
 void CWinWindow::OnGetMinMaxInfo(MINMAXINFO& info) {
   const TSize& minimum = fWindowState.fMinimumClientSize;
@@ -192,7 +190,6 @@ void CWinWindow::AdaptSizeGrip() {
 }
 
 // --- Dropped files
-// ----------------------------------------------------------------------------------------------
 
 void CWinWindow::OnDropFiles(HGLOBAL drop) {
   if (!drop || !IsSoundDrop(drop)) return;
@@ -208,7 +205,6 @@ void CWinWindow::OnDropFiles(HGLOBAL drop) {
 }
 
 // --- Input methods
-// ----------------------------------------------------------------------------------------------
 //
 // Views take keys and no composed text, so an input method is kept closed except for native edit controls.
 

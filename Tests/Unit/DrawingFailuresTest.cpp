@@ -267,7 +267,6 @@ TEST_F(DrawingFailures, AClipOfTheViewHoldsForItsSubViews) {
 }
 
 // --- The tree changes under the walk
-// ------------------------------------------------------------------------
 
 TEST_F(DrawingFailures, AReleasedViewIsPassedOverWithItsSubViews) {
   const int draws = fMiddle.fBehavior->fDraws;

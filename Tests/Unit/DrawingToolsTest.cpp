@@ -179,7 +179,6 @@ TEST(DrawingTools, AFlushGoesUpThroughAllParents) {
 }
 
 // --- The state of a context
-// ---------------------------------------------------------------------------------
 
 void SpoilState(HDC hdc, int what) {
   switch (what % 8) {

@@ -38,7 +38,6 @@ std::uint32_t PixelOf(COLORREF colour) {
 }
 
 // --- A random tree and the slow way to draw it
-// --------------------------------------------------------------
 
 // Every view fills more than its bounds: itself with one colour, and after its subviews its top left corner
 // with another.
@@ -117,7 +116,6 @@ TEST(DrawingWalk, AnyTreeInAnyModesGivesThePixelsOfItsViews) {
 }
 
 // --- Buffers
-// ------------------------------------------------------------------------------------------------
 
 TEST(DrawingWalk, LargeViewsAreDrawnTileByTile) {
   RecordingDebugOutput output;
@@ -263,7 +261,6 @@ TEST(DrawingWalk, FlushesForTheEye) {
 }
 
 // --- Who is called
-// ------------------------------------------------------------------------------------------
 
 TEST(DrawingWalk, OnlyWhatIsDirtyAndInSightIsCalled) {
   DrawingTree tree({0, 0, 100, 100});

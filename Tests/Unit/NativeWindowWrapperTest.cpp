@@ -269,7 +269,6 @@ TEST_F(NativeWindowWrapperTest, HookRunsAtTheEndOfEachMessage) {
 }
 
 // --- Ends during a message
-// ----------------------------------------------------------------------------------
 
 TEST_F(NativeWindowWrapperTest, NothingIsTouchedAfterTheWrapperHasGone) {
   // It goes in the previous procedure, in a listener further back, in the listener in front.

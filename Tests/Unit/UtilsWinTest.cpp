@@ -363,7 +363,6 @@ TEST(UtilsWin, WorkspaceBeginsAtTheWorkAreaOfTheMainMonitor) {
 }
 
 // --- Owners
-// -------------------------------------------------------------------------------------------------
 
 TEST(UtilsWinHandles, ClipIsPutBackAndNothingElse) {
   const CCreatedDC hdc(CreateCompatibleDC(nullptr));

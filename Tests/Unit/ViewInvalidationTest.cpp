@@ -183,7 +183,7 @@ TEST_F(ViewInvalidationTest, ViewsStopAtTheEdgeOfTheWorld) {
     }
 }
 
-// --- Random trees ---
+// --- Random trees
 
 // A set of pixels, slow and obvious.
 class PixelSet {

@@ -80,7 +80,6 @@ constexpr TRect kNothing = {-10000, -10000, -10000, -10000};
 }  // namespace
 
 // --- CDeviceContext
-// ---------------------------------------------------------------------------------------------
 
 TEST(DeviceContext, HoldsOneContext) {
   RecordingDebugOutput output;
@@ -158,7 +157,6 @@ TEST(ClientContext, NeedsAWindow) {
 }
 
 // --- CPaintContext
-// ----------------------------------------------------------------------------------------------
 
 TEST(PaintContext, RegionIsWhatIsDirtyAndSeen) {
   std::vector<TRectList> regions;
@@ -214,7 +212,6 @@ TEST(PaintContext, EndsThePaintingWhateverHappens) {
 }
 
 // --- Surfaces
-// ---------------------------------------------------------------------------------------------------
 
 TEST(OffscreenSurfacePool, GivesEachUserItsOwnOfTheRightSize) {
   COffscreenSurfacePool pool;
@@ -294,7 +291,6 @@ TEST(OffscreenSurfacePool, KeepsFewAndNotTooLarge) {
 }
 
 // --- COffscreenContext
-// ------------------------------------------------------------------------------------------
 
 TEST(OffscreenContext, DrawsInTheCoordinatesOfTheTarget) {
   RecordingDebugOutput output;
@@ -369,7 +365,6 @@ TEST(OffscreenContext, DepthFollowsTheDevice) {
 }
 
 // --- CWinDrawTools
-// ----------------------------------------------------------------------------------------------
 
 namespace {
 

@@ -84,7 +84,6 @@ TEST(WinWindowPlacement, NormalRectangleStandsWhereTheWindowIs) {
 }
 
 // --- FitPlacement
-// -------------------------------------------------------------------------------------------
 
 class FitPlacementTest : public testing::Test {
  protected:

@@ -174,7 +174,6 @@ TRect FrameRect(HWND hwnd) {
 }  // namespace
 
 // --- Life
-// ---------------------------------------------------------------------------------------------------
 
 TEST_F(WinWindowTest, TheStatesOfItsLife) {
   InRun([this] {
@@ -303,7 +302,6 @@ TEST_F(WinWindowTest, SizeGrip) {
 }
 
 // --- Owners
-// -------------------------------------------------------------------------------------------------
 
 TEST_F(WinWindowTest, NativeOwners) {
   NativeTestWindow foreign;
@@ -429,7 +427,6 @@ TEST_F(WinWindowTest, DialogsThatBlockTheApplicationAreNotBuiltYet) {
 }
 
 // --- State
-// --------------------------------------------------------------------------------------------------
 
 // Nobody takes the changes, so they are told each time; the views follow at once.
 TEST_F(WinWindowTest, ChangesThatNobodyTakes) {
@@ -504,7 +501,6 @@ TEST_F(WinWindowTest, LongTitlesAreReadBackCut) {
 }
 
 // --- What is broken is reported
-// ------------------------------------------------------------------------------
 
 TEST_F(WinWindowTest, ALostNativeWindowIsReported) {
   InRun([this] {
@@ -521,7 +517,6 @@ TEST_F(WinWindowTest, ALostNativeWindowIsReported) {
 }
 
 // --- Menu bar and tooltips, as far as they are built
-// ---------------------------------------------------------
 
 TEST_F(WinWindowTest, TheSameMenuBarIsNotBuiltTwice) {
   InRun([this] {
@@ -552,7 +547,6 @@ TEST_F(WinWindowTest, TooltipsAreNotBuiltYet) {
 }
 
 // --- Application modality without a blocking dialog
-// ----------------------------------------------------------
 
 TEST_F(WinWindowTest, NothingIsBlockedByAnEmptyStack) {
   InRun([this] {
@@ -601,7 +595,6 @@ TEST_F(WinWindowTest, RefreshingTheOrder) {
 }
 
 // --- The root view's behaviour
-// -------------------------------------------------------------------------------
 
 TEST(WinRootViewBehavior, TakesNothing) {
   struct CHitRects : IRectsGetter {
