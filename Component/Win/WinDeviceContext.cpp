@@ -194,7 +194,8 @@ COffscreenSurface::COffscreenSurface(HDC target, const TSize& size, int bitDepth
   GetObjectW(fDIB.Get(), sizeof(bitmap), &bitmap);
   if (bitmap.bmPlanes != 1 || !bitmap.bmBits) MORVANE_THROW(std::exception());
   fRowBytes = (bitmap.bmWidthBytes + 3) / 4 * 4;
-  fNewState = SaveDC(hdc);
+  fNewReadableState = ReadState(hdc);
+  SaveNewState();
 }
 
 COffscreenSurface::~COffscreenSurface() {
@@ -209,10 +210,75 @@ std::size_t COffscreenSurface::GetByteCount() const {
   return static_cast<std::size_t>(fRowBytes) * static_cast<std::size_t>(fSize.fHeight);
 }
 
+// A full reset costs as much as drawing several small views. Nearly always there is little to undo.
 bool COffscreenSurface::Reset() {
-  if (!RestoreDC(GetHDC(), fNewState)) return false;
+  // What nobody can see is left behind for a while only: states that were saved and never restored.
+  static constexpr int kMaxCheapResets = 64;
+  if (fCheapResets < kMaxCheapResets && ResetWhatIsUsual()) {
+    ++fCheapResets;
+    return true;
+  }
+  fCheapResets = 0;
+  return RestoreDC(GetHDC(), fNewState) && SaveNewState();
+}
+
+bool COffscreenSurface::SaveNewState() {
   fNewState = SaveDC(GetHDC());
   return fNewState != 0;
+}
+
+// False if more than that is to be undone.
+bool COffscreenSurface::ResetWhatIsUsual() {
+  const HDC hdc = GetHDC();
+  AbortPath(hdc);
+  SetWindowOrgEx(hdc, 0, 0, nullptr);
+  SelectClipRgn(hdc, nullptr);
+  MoveToEx(hdc, 0, 0, nullptr);
+  SetTextJustification(hdc, 0, 0);
+  return ReadState(hdc) == fNewReadableState;
+}
+
+COffscreenSurface::TReadableState COffscreenSurface::ReadState(HDC hdc) {
+  POINT windowOrigin = {};
+  GetWindowOrgEx(hdc, &windowOrigin);
+  POINT viewportOrigin = {};
+  GetViewportOrgEx(hdc, &viewportOrigin);
+  POINT brushOrigin = {};
+  GetBrushOrgEx(hdc, &brushOrigin);
+  RECT clipBox = {};
+  const int clipShape = GetClipBox(hdc, &clipBox);
+  const auto object = [hdc](UINT type) {
+    return reinterpret_cast<std::intptr_t>(GetCurrentObject(hdc, type));
+  };
+  const auto number = [](auto value) { return static_cast<std::intptr_t>(value); };
+  return {number(GetGraphicsMode(hdc)),
+          number(GetMapMode(hdc)),
+          number(GetLayout(hdc)),
+          windowOrigin.x,
+          windowOrigin.y,
+          viewportOrigin.x,
+          viewportOrigin.y,
+          clipShape,
+          clipBox.left,
+          clipBox.top,
+          clipBox.right,
+          clipBox.bottom,
+          number(GetTextColor(hdc)),
+          number(GetBkColor(hdc)),
+          number(GetDCBrushColor(hdc)),
+          number(GetDCPenColor(hdc)),
+          GetBkMode(hdc),
+          GetROP2(hdc),
+          number(GetTextAlign(hdc)),
+          GetTextCharacterExtra(hdc),
+          GetStretchBltMode(hdc),
+          GetPolyFillMode(hdc),
+          GetArcDirection(hdc),
+          brushOrigin.x + brushOrigin.y * 0x1000,
+          object(OBJ_FONT),
+          object(OBJ_PEN),
+          object(OBJ_BRUSH),
+          object(OBJ_BITMAP)};
 }
 
 // --- COffscreenSurfacePool

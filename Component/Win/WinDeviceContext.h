@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include <array>
+#include <cstdint>
 #include <memory>
 
 #include "Component/Portable/MorvaneImplUtilsGeometry.h"
@@ -101,6 +103,13 @@ class COffscreenSurface : CNotCopied {
   bool Reset();
 
  private:
+  // What can be read of a context's state at no cost.
+  using TReadableState = std::array<std::intptr_t, 28>;
+
+  static TReadableState ReadState(HDC hdc);
+  bool ResetWhatIsUsual();
+  bool SaveNewState();
+
   CGdiObject<HBITMAP> fDIB;
   CDeviceContext fContext;
   HBITMAP fOldBitmap = nullptr;  // what the context held before
@@ -108,7 +117,9 @@ class COffscreenSurface : CNotCopied {
   TSize fSize;
   int fBitDepth;
   int fRowBytes = 0;
-  int fNewState = 0;  // the saved state of the context when it was new
+  int fNewState = 0;                 // the saved state of the context when it was new
+  TReadableState fNewReadableState;  // the same, as far as it can be read
+  int fCheapResets = 0;              // since the last full one
 };
 
 // Keeps a few surfaces for the next paints of the same size: what costs about a new bitmap is to write to

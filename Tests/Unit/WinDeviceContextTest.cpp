@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstring>
 #include <functional>
+#include <vector>
 
 #include "Component/Win/UtilsWin.h"
 #include "Component/Win/WinDrawTools.h"
@@ -239,36 +241,122 @@ TEST(OffscreenSurfacePool, GivesEachUserItsOwnOfTheRightSize) {
   EXPECT_EQ(0u, pool.GetCount());
 }
 
+// A picture that looks different if anything of the context's state is unusual.
+std::vector<std::uint32_t> DrawWithAllState(const COffscreenSurface& surface) {
+  const HDC hdc = surface.GetHDC();
+  const auto [width, height] = surface.GetSize();
+  const RECT all = {0, 0, width, height};
+  memset(surface.GetPixels(), 0, surface.GetByteCount());
+  SelectClipRgn(hdc, nullptr);
+  FillRect(hdc, &all, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
+  LineTo(hdc, 30, 4);
+  TextOutW(hdc, 10, 6, L"a b", 3);
+  const POINT star[] = {{20, 0}, {32, 28}, {2, 10}, {38, 10}, {8, 28}};
+  const CGdiObject<HBRUSH> hatch(CreateHatchBrush(HS_CROSS, kRed));
+  {
+    const CObjectSelection brush(hdc, hatch.Get());
+    Polygon(hdc, star, 5);
+  }
+  Rectangle(hdc, 28, 20, 36, 28);
+  Arc(hdc, 2, 2, 18, 18, 18, 10, 10, 2);
+  const RECT corner = {0, 24, 6, 30};
+  FillRect(hdc, &corner, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+  {
+    const CObjectSelection pen(hdc, GetStockObject(DC_PEN));
+    MoveToEx(hdc, 0, 20, nullptr);
+    LineTo(hdc, 10, 20);
+  }
+  StretchBlt(hdc, 30, 0, 5, 5, hdc, 0, 0, 13, 11, SRCCOPY);
+  GdiFlush();
+  const auto* const pixels = static_cast<const std::uint32_t*>(surface.GetPixels());
+  return std::vector<std::uint32_t>(pixels, pixels + width * height);
+}
+
 TEST(OffscreenSurfacePool, ReturnsContextsAsNew) {
+  const CGdiObject<HFONT> font(CreateFontW(30, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, L"Tahoma"));
+  const struct {
+    const char* fName;
+    std::function<void(HDC)> fSpoil;
+  } cases[] = {
+      {"nothing at all", nullptr},
+      {"current position", [](HDC hdc) { MoveToEx(hdc, 5, 25, nullptr); }},
+      {"window origin", [](HDC hdc) { SetWindowOrgEx(hdc, 7, 8, nullptr); }},
+      {"viewport origin", [](HDC hdc) { SetViewportOrgEx(hdc, 7, 8, nullptr); }},
+      {"mapping", [](HDC hdc) { SetMapMode(hdc, MM_LOENGLISH); }},
+      {"world transform",
+       [](HDC hdc) {
+         const XFORM twice = {2, 0, 0, 2, 0, 0};
+         SetGraphicsMode(hdc, GM_ADVANCED);
+         SetWorldTransform(hdc, &twice);
+       }},
+      {"meta region",
+       [](HDC hdc) {
+         IntersectClipRect(hdc, 9, 10, 12, 13);
+         SetMetaRgn(hdc);
+       }},
+      {"path", [](HDC hdc) { BeginPath(hdc); }},
+      {"text colour", [](HDC hdc) { SetTextColor(hdc, kRed); }},
+      {"background", [](HDC hdc) { SetBkColor(hdc, kRed); }},
+      {"background mode", [](HDC hdc) { SetBkMode(hdc, TRANSPARENT); }},
+      {"text alignment", [](HDC hdc) { SetTextAlign(hdc, TA_RIGHT); }},
+      {"character spacing", [](HDC hdc) { SetTextCharacterExtra(hdc, 4); }},
+      {"justification", [](HDC hdc) { SetTextJustification(hdc, 9, 1); }},
+      {"raster operation", [](HDC hdc) { SetROP2(hdc, R2_NOT); }},
+      {"filling of polygons", [](HDC hdc) { SetPolyFillMode(hdc, WINDING); }},
+      {"direction of arcs", [](HDC hdc) { SetArcDirection(hdc, AD_CLOCKWISE); }},
+      {"stretching", [](HDC hdc) { SetStretchBltMode(hdc, COLORONCOLOR); }},
+      {"brush origin", [](HDC hdc) { SetBrushOrgEx(hdc, 3, 2, nullptr); }},
+      {"colour of the brush", [](HDC hdc) { SetDCBrushColor(hdc, kRed); }},
+      {"colour of the pen", [](HDC hdc) { SetDCPenColor(hdc, kRed); }},
+      {"font", [&](HDC hdc) { SelectObject(hdc, font.Get()); }},
+      {"pen", [](HDC hdc) { SelectObject(hdc, GetStockObject(WHITE_PEN)); }},
+      {"brush", [](HDC hdc) { SelectObject(hdc, GetStockObject(BLACK_BRUSH)); }},
+  };
   COffscreenSurfacePool pool;
   auto surface = pool.Take(nullptr, {40, 30}, 32);
   const HDC hdc = surface->GetHDC();
-  const HGDIOBJ font = GetCurrentObject(hdc, OBJ_FONT);
-  CGdiObject<HFONT> otherFont(CreateFontW(30, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, L"Tahoma"));
-  CGdiObject<HBITMAP> otherBitmap(CreateCompatibleBitmap(hdc, 5, 5));
-  SelectObject(hdc, otherFont.Get());
-  SelectObject(hdc, otherBitmap.Get());
-  SetWindowOrgEx(hdc, 7, 8, nullptr);
-  SetTextColor(hdc, kRed);
-  IntersectClipRect(hdc, 9, 10, 12, 13);
-  SaveDC(hdc);
-  pool.GiveBack(std::move(surface));
-  ASSERT_EQ(1u, pool.GetCount());
+  const std::vector<std::uint32_t> picture = DrawWithAllState(*surface);
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.fName);
+    pool.GiveBack(std::move(surface));
+    surface = pool.Take(nullptr, {40, 30}, 32);
+    if (test.fSpoil) {
+      test.fSpoil(hdc);
+      EXPECT_NE(picture, DrawWithAllState(*surface));
+      pool.GiveBack(std::move(surface));
+      surface = pool.Take(nullptr, {40, 30}, 32);
+      // What the picture itself has moved.
+      test.fSpoil(hdc);
+    }
+    pool.GiveBack(std::move(surface));
+    surface = pool.Take(nullptr, {40, 30}, 32);
+    ASSERT_EQ(hdc, surface->GetHDC());
+    EXPECT_EQ(picture, DrawWithAllState(*surface));
+  }
+}
 
-  surface = pool.Take(nullptr, {40, 30}, 32);
-  ASSERT_EQ(hdc, surface->GetHDC());
-  EXPECT_EQ(surface->GetDIB(), GetCurrentObject(hdc, OBJ_BITMAP));
-  EXPECT_EQ(font, GetCurrentObject(hdc, OBJ_FONT));
-  EXPECT_EQ(RGB(0, 0, 0), GetTextColor(hdc));
-  POINT origin;
-  GetWindowOrgEx(hdc, &origin);
-  EXPECT_EQ((TPoint{0, 0}), FromNative(origin));
+TEST(OffscreenSurfacePool, ClearsWhatCannotBeSeenInAPicture) {
+  COffscreenSurfacePool pool;
+  auto surface = pool.Take(nullptr, {40, 30}, 32);
+  const HDC hdc = surface->GetHDC();
+  const CGdiObject<HBITMAP> otherBitmap(CreateCompatibleBitmap(hdc, 5, 5));
   const CGdiObject<HRGN> clip(CreateRectRgn(0, 0, 0, 0));
-  EXPECT_EQ(0, GetClipRgn(hdc, clip.Get()));
+  for (int i = 0; i < 300; ++i) {
+    if (i % 100 == 50) SelectObject(hdc, otherBitmap.Get());
+    IntersectClipRect(hdc, 9, 10, 12, 13);
+    // Saved states that are never restored do not pile up for long.
+    ASSERT_LT(SaveDC(hdc), 100);
+    pool.GiveBack(std::move(surface));
+    surface = pool.Take(nullptr, {40, 30}, 32);
+    ASSERT_EQ(hdc, surface->GetHDC());
+    ASSERT_EQ(surface->GetDIB(), GetCurrentObject(hdc, OBJ_BITMAP));
+    ASSERT_EQ(0, GetClipRgn(hdc, clip.Get()));
+  }
 
   // One that cannot be put right is not kept.
   RecordingDebugOutput output;
   RestoreDC(hdc, 1);
+  SetTextColor(hdc, kRed);
   pool.GiveBack(std::move(surface));
   EXPECT_EQ(0u, pool.GetCount());
   EXPECT_TRUE(output.fAssertions.empty());
