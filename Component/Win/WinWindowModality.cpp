@@ -72,7 +72,7 @@ void BringAppToFrontAndRestoreZOrder(const std::vector<HWND>& nativeWindows, boo
       logLine += " restore:";
     }
     mover.Move(hWnd, HWND_TOP, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
-    logLine += " " + HandleText(hWnd);
+    logLine.append(" ").append(HandleText(hWnd));
   }
   if (activateFrontModal) {
     const auto front = std::find_if(nativeWindows.begin(), nativeWindows.end(), [](HWND hWnd) {
