@@ -152,6 +152,7 @@ TPoint CBufferBitmap::SetOrigin(TPoint newOrigin) {
 
 void CBufferBitmap::ClipToRegion(TNativeRegion nativeRegion) {
   if (SelectClipRgn(fHDC, nativeRegion) == ERROR) MORVANE_THROW(std::exception());
+  if (fCurrentOrigin == TPoint{}) return;
   const TPoint shift = {ToCoordinate(-static_cast<std::int64_t>(fCurrentOrigin.fX)),
                         ToCoordinate(-static_cast<std::int64_t>(fCurrentOrigin.fY))};
   if (OffsetClipRgn(fHDC, shift.fX, shift.fY) == ERROR) MORVANE_THROW(std::exception());

@@ -222,29 +222,43 @@ void DrawEntered(const TPass& pass, CPortClip& clip, CViewImpl& view, const TRec
 
 // --- The views of a list
 
-// The subviews as they stand at the start, in that order. Drawing one may release, reorder or add others.
+// The subviews as they stand at the start, in that order. Drawing one may release, reorder or add others:
+// what is to be drawn is announced with BeforeDrawing, and from the first one on the walk goes by a copy.
 class CSubViewIterator {
  public:
-  explicit CSubViewIterator(const CViewImpl& superView)
-      : fCurrentList(superView.GetRawSubViews()), fViews(fCurrentList), fNext(0) {}
+  explicit CSubViewIterator(const CViewImpl& superView) : fCurrentList(superView.GetRawSubViews()) {}
 
-  // The next one that is still live, null after the last.
-  CViewImpl* GetNext() {
-    while (fNext < fViews.size()) {
+  // The next one that is still live and meets `box`, null after the last. Most views of a small paint are
+  // missed, at the price of one look at their rectangle.
+  CViewImpl* GetNext(const TRect& box) {
+    const std::vector<CViewImpl*>& views = fIsCopied ? fViews : fCurrentList;
+    while (fNext < views.size()) {
       const std::size_t index = fNext++;
-      CViewImpl* const view = fViews[index];
-      // A view is in the list as long as it exists, nearly always at its old place.
-      const bool exists = (index < fCurrentList.size() && fCurrentList[index] == view) ||
-                          std::find(fCurrentList.begin(), fCurrentList.end(), view) != fCurrentList.end();
-      if (exists && view->IsLive()) return view;
+      CViewImpl* const view = views[index];
+      if (fIsCopied && !Exists(index)) continue;
+      if (DoRectsMeet(view->GetBounds(), box) && view->IsLive()) return view;
     }
     return nullptr;
   }
 
+  void BeforeDrawing() {
+    if (fIsCopied) return;
+    fViews = fCurrentList;
+    fIsCopied = true;
+  }
+
  private:
+  // A view is in the list as long as it exists, nearly always at its old place.
+  bool Exists(std::size_t index) const {
+    CViewImpl* const view = fViews[index];
+    return (index < fCurrentList.size() && fCurrentList[index] == view) ||
+           std::find(fCurrentList.begin(), fCurrentList.end(), view) != fCurrentList.end();
+  }
+
   const std::vector<CViewImpl*>& fCurrentList;
-  const std::vector<CViewImpl*> fViews;
-  std::size_t fNext;
+  std::vector<CViewImpl*> fViews;
+  bool fIsCopied = false;
+  std::size_t fNext = 0;
 };
 
 // Draws one subview, and lets nothing out that goes wrong in it.
@@ -266,10 +280,9 @@ void DrawSubViewsWithGlue(const TPass& pass, CSubViewIterator& subViews) {
   CPortClip clip(pass.fGlue->CDrawToolsGlue_GetNativePort().fHDC);
   TRect box = clip.GetBox();
   if (!IntersectRect(box, pass.fDirtyBounds)) return;
-  while (CViewImpl* const subView = subViews.GetNext()) {
+  while (CViewImpl* const subView = subViews.GetNext(box)) {
+    subViews.BeforeDrawing();
     const TRect bounds = subView->GetBounds();
-    TRect visible = bounds;
-    if (!IntersectRect(visible, box)) continue;
     if (clip.Enter(bounds)) DrawGuarded(*subView, [&] { DrawEntered(pass, clip, *subView, bounds); });
   }
 }
@@ -281,10 +294,12 @@ void DrawSubViews(const TPass& pass, CViewImpl& view) {
     DrawSubViewsWithGlue(pass, subViews);
     return;
   }
-  while (CViewImpl* const subView = subViews.GetNext())
+  while (CViewImpl* const subView = subViews.GetNext(pass.fDirtyBounds)) {
+    subViews.BeforeDrawing();
     DrawGuarded(*subView, [&] {
       DrawView(pass.fRunBehavior, pass.fBracket, *subView, pass.fDirtyBounds, pass.fTools, pass.fSettings);
     });
+  }
 }
 
 HDC GetPort(IDrawTools& tools, CDrawToolsGlue* glue) {

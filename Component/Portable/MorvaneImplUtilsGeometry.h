@@ -52,6 +52,12 @@ inline bool IntersectRect(TRect& inOutRect, const TRect& other) {
   return inOutRect.fLeft < inOutRect.fRight;
 }
 
+// True if IntersectRect would leave something. An empty rectangle meets none.
+inline bool DoRectsMeet(const TRect& a, const TRect& b) {
+  return std::max(a.fTop, b.fTop) < std::min(a.fBottom, b.fBottom) &&
+         std::max(a.fLeft, b.fLeft) < std::min(a.fRight, b.fRight);
+}
+
 inline bool IsPointInRect(const TPoint& point, const TRect& rect) {
   return rect.fLeft <= point.fX && point.fX < rect.fRight && rect.fTop <= point.fY && point.fY < rect.fBottom;
 }

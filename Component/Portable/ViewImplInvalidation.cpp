@@ -229,6 +229,7 @@ void CViewImpl::MoveSubtree(std::int32_t dx, std::int32_t dy, const TRect& clip,
     }
   }
   if (fBehavior) MORVANE_CHECK(fBehavior->IViewBehavior_OnOffset(dx, dy));
+  if (fSubViews.empty()) return;
   for (const TViewImplPtr& subView : GetSubViews())
     if (subView->IsLive()) subView->MoveSubtree(dx, dy, clip, handled);
 }

@@ -104,7 +104,7 @@ class COffscreenSurface : CNotCopied {
 
  private:
   // What can be read of a context's state at no cost.
-  using TReadableState = std::array<std::intptr_t, 28>;
+  using TReadableState = std::array<std::intptr_t, 29>;
 
   static TReadableState ReadState(HDC hdc);
   bool ResetWhatIsUsual();
