@@ -95,16 +95,6 @@ void CMorvaneImpl::CMorvaneGlue_RemoveKeyReleaseCallback(std::uint32_t, IKeyRele
   ThrowUnsupported();
 }
 
-bool CMorvaneImpl::CMorvaneGlue_CanKeyBeInterpretedAs(const TPhysicalKeySpec&, const TModifierKeys&,
-                                                      const TKeyInterpretation&) {
-  ThrowUnsupported();
-}
-
-TKeyInterpretation CMorvaneImpl::CMorvaneGlue_GetDefaultInterpretation(const TPhysicalKeySpec&,
-                                                                       const TModifierKeys&) {
-  ThrowUnsupported();
-}
-
 // --- Popup menus
 
 bool CMorvaneImpl::CMorvaneGlue_DisplayPopupMenu(const std::vector<TMenuItem>&, IWindow&, const TPoint&,

@@ -88,18 +88,7 @@ void CMorvaneImpl::AbandonRun() {
 }
 
 void CMorvaneImpl::FetchStartupLabels() {
-  class CReceiver : public ITextReceiver {
-   public:
-    TError ITextReceiver_ReceiveText(const TChar* text) override {
-      return ErrorOf([&] { fText = text; });
-    }
-    TString fText;
-  };
-  for (const auto& [id, label] : StartupLabels(fStartupStrings)) {
-    CReceiver receiver;
-    MORVANE_CHECK(IMorvane_GetResourceString(("SSTR/1000/" + NumberText(id)).c_str(), receiver));
-    *label = receiver.fText;
-  }
+  for (const auto& [number, label] : StartupLabels(fStartupStrings)) *label = FetchLabel(*this, number);
 }
 
 void CMorvaneImpl::RunMainLoop() {

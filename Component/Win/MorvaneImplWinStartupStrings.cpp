@@ -1,5 +1,10 @@
 #include "Component/Win/MorvaneImplWinStartupStrings.h"
 
+#include <string>
+
+#include "Component/Portable/MorvaneImplUtils.h"
+#include "Interface/Morvane.h"
+
 namespace NSMorvane {
 
 std::vector<std::pair<int, TString*>> StartupLabels(TStartupStrings& strings) {
@@ -34,6 +39,20 @@ std::vector<std::pair<int, TString*>> StartupLabels(TStartupStrings& strings) {
     labels.emplace_back(labels.back().first + 1, &(strings.*name));
   }
   return labels;
+}
+
+TString FetchLabel(IMorvane& application, int number) {
+  class CReceiver : public ITextReceiver {
+   public:
+    TError ITextReceiver_ReceiveText(const TChar* text) override {
+      return ErrorOf([&] { fText = text; });
+    }
+    TString fText;
+  };
+  CReceiver receiver;
+  MORVANE_CHECK(
+      application.IMorvane_GetResourceString(("SSTR/1000/" + std::to_string(number)).c_str(), receiver));
+  return receiver.fText;
 }
 
 }  // namespace NSMorvane

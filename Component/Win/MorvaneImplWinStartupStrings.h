@@ -8,6 +8,8 @@
 
 namespace NSMorvane {
 
+class IMorvane;
+
 using NSTextPackage::TString;
 
 enum : std::size_t { kFunctionKeyCount = 15 };
@@ -59,5 +61,8 @@ struct TStartupStrings {
 
 // Every label with its number in bank 1000, in ascending order.
 std::vector<std::pair<int, TString*>> StartupLabels(TStartupStrings& strings);
+
+// The label with a number in bank 1000, from the application's texts.
+TString FetchLabel(IMorvane& application, int number);
 
 }  // namespace NSMorvane
