@@ -19,8 +19,10 @@ class IData {
  public:
   // Non-zero if the object is sound.
   virtual std::uint32_t IData_CheckInvariant() const = 0;
+  // In bytes.
   virtual TError IData_GetSize(std::uint64_t& out) = 0;
-  // kBadInputProgrammingError, with nothing read, for a range beyond the end.
+  // Copies `size` bytes from `offset` on. kBadInputProgrammingError, with nothing read, for a range beyond
+  // the end.
   virtual TError IData_Read(std::uint64_t offset, std::uint64_t size, void* buffer) = 0;
 
   virtual ~IData() = default;

@@ -24,6 +24,7 @@ class IDebugOutput {
 };
 
 // The switches of the debug layers. Each is 0 or 1.
+// The first five are 1 at the start: an application sets what it wants to ship with.
 struct TDebugSettings {
   TFlag fDebugMenu;             // the debug menu is shown in menu bars
   TFlag fDrawInvalidationBlue;  // invalidated areas are flashed

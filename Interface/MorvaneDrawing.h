@@ -19,7 +19,7 @@ struct TRawPixels {
   std::int32_t fRowBytes;
   std::uint16_t* fPixels16;  // non-null only for a 16-bit surface: 5 bits each of red, green, blue
   std::uint32_t* fPixels32;  // non-null only for a 32-bit surface: 0x00RRGGBB
-  TFlag fFlags;
+  TFlag fFlags;              // 0 on this platform
 };
 
 // Handed to IViewBehavior_Draw and its like, and only valid during that call. Drawing coordinates are those

@@ -61,7 +61,8 @@ class IMorvaneRunBehavior {
   virtual TError IMorvaneRunBehavior_OnOpenURL(const char* url) = 0;
   // Fill the menu bar of one document window.
   virtual TError IMorvaneRunBehavior_OnSetupMenuBar(IMenuBarState& state) = 0;
-  // A command that nothing in the window has taken.
+  // A command that nothing in the window has taken. Set `outHandled`, 0 on the way in, to 1 if it is taken
+  // now; the same holds wherever an operation has this flag.
   virtual TError IMorvaneRunBehavior_OnMenuCommand(const TMenuCommandEvent& event, TFlag& outHandled) = 0;
   // A key that nothing in the window has taken.
   virtual TError IMorvaneRunBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) = 0;
@@ -98,6 +99,8 @@ class IMorvane {
   // --- Debugging
   // Null for none. The object stays the client's. Works before IMorvane_Run.
   virtual TError IMorvane_SetDebugOutput(IDebugOutput* output) = 0;
+  // A flag for each layer; kBadInputProgrammingError for one that is neither 0 nor 1. How they stand at the
+  // start is told at TDebugSettings.
   virtual TError IMorvane_SetDebugSettings(const TDebugSettings& settings) = 0;
   virtual TError IMorvane_GetDebugSettings(TDebugSettings& outSettings) = 0;
 
@@ -112,9 +115,13 @@ class IMorvane {
   // IxxxBehavior_OnRequestClose(kCloseByLibrary); when no window is left, IMorvane_Run ends. A window that
   // stays stops the process where it is.
   virtual TError IMorvane_StartQuitting() = 0;
+  // Ends what IMorvane_StartQuitting began; only while IMorvane_IsQuitting gives 1. Windows that are closed
+  // already stay closed.
   virtual TError IMorvane_StopQuitting() = 0;
+  // 1 from IMorvane_StartQuitting on, also while the application lingers.
   virtual TError IMorvane_IsQuitting(TFlag& outIsQuittingFlag) = 0;
 
+  // Sizes and work areas, in screen coordinates.
   virtual TError IMorvane_GetMonitors(TMonitorList& outMonitors) = 0;
 
   // --- Clipboard
@@ -161,7 +168,8 @@ class IMorvane {
   virtual TError IMorvane_CheckForClickDragOperation(IWindow& window, const TMouseEvent& event,
                                                      TClickDragResult& outResult) = 0;
 
-  // --- Keyboard
+  // --- Keyboard. Listeners and callbacks stay the client's, and must stay alive until they are detached.
+  // A listener that is attached twice is told twice.
   virtual TError IMorvane_AttachModifierKeyListener(IModifierKeyListener* listener) = 0;
   // kBadInputProgrammingError for a listener that is not attached.
   virtual TError IMorvane_DetachModifierKeyListener(IModifierKeyListener* listener) = 0;
@@ -209,6 +217,9 @@ class IMorvane {
                                                 TFlag& outSelectionMadeFlag) = 0;
 
   // --- Windows. They are shown when the call returns. The lists hold visible windows, front window first.
+  //
+  // `windowsMenuFlag` 1 lists the window by its title in the window menu. The interface that is returned
+  // stays the library's: end the window with its _Release.
   virtual IDocumentWindow* IMorvane_CreateDocumentWindow(IDocumentWindowBehaviorFactory& factory,
                                                          TStyleFlags styleFlags, TFlag windowsMenuFlag,
                                                          TError& outError) = 0;
@@ -227,7 +238,8 @@ class IMorvane {
   virtual IFloatingWindow* IMorvane_CreateFloatingWindow(IFloatingWindowBehaviorFactory& factory,
                                                          TStyleFlags styleFlags, TError& outError) = 0;
   virtual TError IMorvane_GetFloatingWindowsZ(IWindowListReceiver& out) = 0;
-  // `listener` may be null.
+  // Shows an alert and returns; or returns when it has been answered, if `blockingAppModalDialogFlag` is 1.
+  // The listener is told the answer; it may be null, and stays the client's.
   virtual TError IMorvane_CreateAlertBox(IModalOwner* modalOwner, TFlag blockingAppModalDialogFlag,
                                          const TAlertSpec& alertSpec, IAlertBoxListener* listener) = 0;
 

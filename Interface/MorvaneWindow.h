@@ -152,15 +152,18 @@ class IFloatingWindowBehavior;
 class IDocumentWindow {
  public:
   virtual bool IDocumentWindow_CheckInvariant() const = 0;
+  // What the window is now. Rectangles of a hidden or minimized window are those it returns to.
   virtual TError IDocumentWindow_GetState(TDocumentWindowState& state) = 0;
   // kBadInputProgrammingError for contradicting sizes or unknown flags. Sizes out of bounds are brought into
   // them.
   virtual TError IDocumentWindow_SetState(const TDocumentWindowState& state) = 0;
+  // The interface that all kinds share; it lives as long as the window.
   virtual TError IDocumentWindow_GetWindow(IWindow*& outWindow) = 0;
   // To make dialogs owned by this window.
   virtual TError IDocumentWindow_GetModalOwner(IModalOwner*& out) = 0;
   // Brings the window to the front and activates it, restoring it if it is minimized.
   virtual TError IDocumentWindow_FocusNow() = 0;
+  // Null for a window whose factory made none.
   virtual TError IDocumentWindow_GetBehavior(IDocumentWindowBehavior*& outBehavior) = 0;
   // Ends the window and its behaviour. From inside one of its callbacks, it ends when the callback returns.
   virtual TError IDocumentWindow_Release() = 0;
@@ -169,7 +172,7 @@ class IDocumentWindow {
   virtual ~IDocumentWindow() = default;
 };
 
-// A modeless dialog. Made with IMorvane_CreateModelessDialog.
+// A modeless dialog. Its operations are those of a document window. Made with IMorvane_CreateModelessDialog.
 class IModelessDialog {
  public:
   virtual bool IModelessDialog_CheckInvariant() const = 0;
@@ -185,7 +188,7 @@ class IModelessDialog {
   virtual ~IModelessDialog() = default;
 };
 
-// A modal dialog. Made with IMorvane_CreateModalDialog.
+// A modal dialog. Its operations are those of a document window. Made with IMorvane_CreateModalDialog.
 class IModalDialog {
  public:
   virtual bool IModalDialog_CheckInvariant() const = 0;
@@ -223,17 +226,22 @@ class IFloatingWindow {
 
 class IDocumentWindowBehavior {
  public:
+  // In pixels. Place the views anew.
   virtual TError IDocumentWindowBehavior_OnClientSizeChanged(const TSize& oldSize, const TSize& newSize) = 0;
+  // The window was moved, sized, minimized, maximized or restored.
   virtual TError IDocumentWindowBehavior_OnPlacementChanged(const TDocumentWindowPlacement& oldPlacement,
                                                             const TDocumentWindowPlacement& newPlacement) = 0;
+  // 1: the window is the active one now.
   virtual TError IDocumentWindowBehavior_OnActivationChanged(TFlag active) = 0;
   // A key that no view of the focus chain has taken.
   virtual TError IDocumentWindowBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) = 0;
+  // 1: keys go to this window now.
   virtual TError IDocumentWindowBehavior_OnKeyboardFocusChanged(TFlag focused) = 0;
   // After the run behaviour, before the views of the focus chain.
   virtual TError IDocumentWindowBehavior_OnSetupMenuBar(IMenuBarState& state) = 0;
   // A command that no view of the focus chain has taken.
   virtual TError IDocumentWindowBehavior_OnMenuCommand(const TMenuCommandEvent& event, TFlag& outHandled) = 0;
+  // F1, or the help box of the frame.
   virtual TError IDocumentWindowBehavior_OnHelpRequested(TFlag& outHandled) = 0;
   // The window does not close by itself: call _Release, ask the user first, or ignore it.
   virtual TError IDocumentWindowBehavior_OnRequestClose(TCloseReason reason) = 0;
