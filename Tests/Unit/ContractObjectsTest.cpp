@@ -3,214 +3,184 @@
 
 #include <windows.h>
 
-#include <cstring>
-#include <functional>
+#include "Tests/Support/Contract.h"
+#include "Tests/Support/FakeViewWindow.h"
 
-#include "Component/Portable/MorvaneGlue.h"
-#include "Interface/MorvaneDefaults.h"
-#include "Tests/Support/RecordingDebugOutput.h"
-
-using namespace NSMorvane;
-using NSMorvaneTest::RecordingDebugOutput;
-
+namespace NSMorvaneTest {
 namespace {
 
-// What all recording objects share.
-class Recorder {
- public:
-  bool fSound = true;
-  std::vector<std::string> fHooks;
-  std::function<void()> fOnHook;
-
- protected:
-  void Enter(const char* hook) {
-    fHooks.push_back(hook);
-    if (fOnHook) fOnHook();
-  }
-  template <class TResult>
-  TResult Enter(const char* hook, TResult result) {
-    Enter(hook);
-    return result;
-  }
-};
-
+// clang-format off
 class RecordingView : public CViewGlue, public Recorder {
  public:
   std::string fName = "name";
   TString fTooltip = u"tip";
-  TViewParams fParams = {0, {}, kViewDrawDirect, kAutoInvalidationNone};
-  IWindow* fWindow = nullptr;
+  TViewParams fParams = {7, {}, kViewDrawDirect, kAutoInvalidationNone};
   std::vector<IView*> fSubViews;
 
  protected:
   bool CViewGlue_CheckInvariant() const override { return fSound; }
-  IViewBehavior* CViewGlue_GetBehavior() override {
-    Enter("GetBehavior");
-    return nullptr;
-  }
-  IWindow* CViewGlue_GetMotherWindow() override { return Enter("GetMotherWindow", fWindow); }
-  IView* CViewGlue_GetSuperView() override {
-    Enter("GetSuperView");
-    return nullptr;
-  }
-  bool CViewGlue_IsEffectivelyEnabled() override { return Enter("IsEffectivelyEnabled", true); }
-  void CViewGlue_SetParams(const TViewParams&) override { Enter("SetParams"); }
-  TViewParams CViewGlue_GetParams() override { return Enter("GetParams", fParams); }
-  std::string CViewGlue_GetDebugName() override { return Enter("GetDebugName", fName); }
-  TString CViewGlue_GetTooltipText() override { return Enter("GetTooltipText", fTooltip); }
-  void CViewGlue_SetTooltipText(const TString&) override { Enter("SetTooltipText"); }
-  void CViewGlue_Offset(std::int32_t, std::int32_t) override { Enter("Offset"); }
-  std::vector<IView*> CViewGlue_GetSubViewOrder() override { return fSubViews; }
-  void CViewGlue_SetSubViewOrder(const std::vector<IView*>&) override { Enter("SetSubViewOrder"); }
+  IViewBehavior* CViewGlue_GetBehavior() override { Enter("GetBehavior"); return Give<IViewBehavior>("behavior"); }
+  IWindow* CViewGlue_GetMotherWindow() override { Enter("GetMotherWindow"); return Give<IWindow>("window"); }
+  IView* CViewGlue_GetSuperView() override { Enter("GetSuperView"); return Give<IView>("view"); }
+  bool CViewGlue_IsEffectivelyEnabled() override { Enter("IsEffectivelyEnabled"); return true; }
+  void CViewGlue_SetParams(const TViewParams& params) override { Enter("SetParams", params); }
+  TViewParams CViewGlue_GetParams() override { Enter("GetParams"); return fParams; }
+  std::string CViewGlue_GetDebugName() override { Enter("GetDebugName"); return fName; }
+  TString CViewGlue_GetTooltipText() override { Enter("GetTooltipText"); return fTooltip; }
+  void CViewGlue_SetTooltipText(const TString& text) override { Enter("SetTooltipText", text); }
+  void CViewGlue_Offset(std::int32_t dx, std::int32_t dy) override { Enter("Offset", dx, dy); }
+  std::vector<IView*> CViewGlue_GetSubViewOrder() override { Enter("GetOrder"); return fSubViews; }
+  void CViewGlue_SetSubViewOrder(const std::vector<IView*>& order) override { Enter("SetOrder", order); }
   void CViewGlue_Release() override { Enter("Release"); }
 };
 
-class RecordingDocumentWindow : public CDocumentWindowGlue, public Recorder {
+// With a view that can have the focus.
+class RecordedWindow : public FakeViewWindow, public Recorder {
  public:
-  TDocumentWindowState fState{};
+  RecordedWindow() { Names()[&Root()] = "root", Names()[&fView] = "view"; }
+  ~RecordedWindow() override { fView.IView_Release(); }
+  CViewImpl& fView = MakeView(Root(), {0, 0, 9, 9}, "view", kViewEnabled | kViewFocusable);
+  HWND fHwnd = GetDesktopWindow();
 
  protected:
-  bool CDocumentWindowGlue_CheckInvariant() const override { return fSound; }
-  TDocumentWindowState CDocumentWindowGlue_GetState() override { return Enter("GetState", fState); }
-  void CDocumentWindowGlue_SetState(const TDocumentWindowState&) override { Enter("SetState"); }
-  IWindow* CDocumentWindowGlue_GetWindow() override {
-    Enter("GetWindow");
-    return nullptr;
+  bool CWindowGlue_CheckInvariant() const override { return fSound; }
+  TNativeWindow CWindowGlue_GetNativeWindow() override { Enter("GetNativeWindow"); return {fHwnd}; }
+  CViewImpl* CWindowGlue_GetOnDutyFocusView() override { Enter("GetOnDuty"); return &fView; }
+  CViewImpl* CWindowGlue_GetConceptualFocusView() override { Enter("GetConceptual"); return &fView; }
+  void CWindowGlue_SetConceptualFocusView(CViewImpl* view) override { Enter("SetConceptual", view); }
+  std::vector<CViewImpl*> CWindowGlue_GetTabViews() override { Enter("GetTabViews"); return {&fView}; }
+  void CWindowGlue_SetTabViews(const std::vector<CViewImpl*>& views) override { Enter("SetTabViews", views); }
+  CViewImpl* CWindowGlue_GetRootView() override {
+    Enter("GetRootView"); return fGivesNull ? nullptr : FakeViewWindow::CWindowGlue_GetRootView();
   }
-  IModalOwner* CDocumentWindowGlue_GetModalOwner() override {
-    Enter("GetModalOwner");
-    return nullptr;
-  }
-  void CDocumentWindowGlue_FocusNow() override { Enter("FocusNow"); }
-  IDocumentWindowBehavior* CDocumentWindowGlue_GetBehavior() override {
-    Enter("GetBehavior");
-    return nullptr;
-  }
-  void CDocumentWindowGlue_Release() override { Enter("Release"); }
+  bool CWindowGlue_IsActive() override { Enter("IsActive"); return true; }
+  TRect CWindowGlue_GetFrameRect() override { Enter("GetFrameRect"); return {1, 2, 3, 4}; }
+  TRect CWindowGlue_FrameRectToClientRect(const TRect& r) override { Enter("ToClient", r); return {1, 2, 3, 4}; }
+  TRect CWindowGlue_ClientRectToFrameRect(const TRect& r) override { Enter("ToFrame", r); return {1, 2, 3, 4}; }
+  std::uint8_t CWindowGlue_GetGlobalAlpha() override { Enter("GetGlobalAlpha"); return 99; }
+  void CWindowGlue_SetGlobalAlpha(std::uint8_t alpha) override { Enter("SetGlobalAlpha", alpha); }
 };
 
-class RecordingFloatingWindow : public CFloatingWindowGlue, public Recorder {
- protected:
-  bool CFloatingWindowGlue_CheckInvariant() const override { return fSound; }
-  TFloatingWindowState CFloatingWindowGlue_GetState() override {
-    return Enter("GetState", TFloatingWindowState{});
-  }
-  void CFloatingWindowGlue_SetState(const TFloatingWindowState&) override { Enter("SetState"); }
-  IWindow* CFloatingWindowGlue_GetWindow() override {
-    Enter("GetWindow");
-    return nullptr;
-  }
-  void CFloatingWindowGlue_FocusNow() override { Enter("FocusNow"); }
-  IFloatingWindowBehavior* CFloatingWindowGlue_GetBehavior() override {
-    Enter("GetBehavior");
-    return nullptr;
-  }
-  void CFloatingWindowGlue_Release() override { Enter("Release"); }
-};
+// The four kinds have the same operations, save that a floating window owns no modal dialog.
+#define RECORDING_KIND(Kind, ...)                                                                              \
+  class Recording##Kind : public C##Kind##Glue, public Recorder {                                              \
+   public:                                                                                                     \
+    Recording##Kind() { fState.fMinimumClientSize = {3, 3}, fState.fPlacement.fZoomState = kWindowStateIdeal; } \
+    T##Kind##State fState{};                                                                                   \
+                                                                                                               \
+   protected:                                                                                                  \
+    bool C##Kind##Glue_CheckInvariant() const override { return fSound; }                                      \
+    T##Kind##State C##Kind##Glue_GetState() override { Enter("GetState"); return fState; }                     \
+    void C##Kind##Glue_SetState(const T##Kind##State& state) override { Enter("SetState", state); }            \
+    IWindow* C##Kind##Glue_GetWindow() override { Enter("GetWindow"); return Give<IWindow>("window"); }        \
+    void C##Kind##Glue_FocusNow() override { Enter("FocusNow"); }                                              \
+    I##Kind##Behavior* C##Kind##Glue_GetBehavior() override {                                                  \
+      Enter("GetBehavior"); return Give<I##Kind##Behavior>("behavior");                                        \
+    }                                                                                                          \
+    void C##Kind##Glue_Release() override { Enter("Release"); }                                                \
+    __VA_ARGS__                                                                                                \
+  };
+#define MODAL_OWNER(Kind)                                                                                      \
+    IModalOwner* C##Kind##Glue_GetModalOwner() override {                                                      \
+      Enter("GetModalOwner"); return Give<IModalOwner>("owner");                                               \
+    }
+RECORDING_KIND(DocumentWindow, MODAL_OWNER(DocumentWindow))
+RECORDING_KIND(ModelessDialog, MODAL_OWNER(ModelessDialog))
+RECORDING_KIND(ModalDialog, MODAL_OWNER(ModalDialog))
+RECORDING_KIND(FloatingWindow)
 
 class RecordingIcon : public CIconGlue, public Recorder {
  public:
-  bool fEqual = true;
+  RecordingIcon() { Names()[this] = "icon"; }
 
  protected:
   bool CIconGlue_CheckInvariant() const override { return fSound; }
-  bool CIconGlue_AreEqual(const CIconGlue&) const override {
-    if (fOnHook) fOnHook();
-    return fEqual;
-  }
+  bool CIconGlue_AreEqual(const CIconGlue&) const override { Enter("AreEqual"); return true; }
   std::unique_ptr<IIcon> CIconGlue_Clone() const override {
-    if (fOnHook) fOnHook();
-    return std::make_unique<RecordingIcon>();
+    Enter("Clone"); return std::unique_ptr<IIcon>(fGivesNull ? nullptr : const_cast<RecordingIcon*>(this));
   }
 };
 
-// Draw tools over a memory context.
 class RecordingTools : public CDrawToolsGlue, public Recorder {
  public:
   RecordingTools(HDC dc, HRGN region) : CDrawToolsGlue({dc}, region) {}
-  TNativePort CDrawToolsGlue_GetNativePort() override { return Enter("Open", fNativePort); }
+  TNativePort CDrawToolsGlue_GetNativePort() override { Enter("Open"); return fNativePort; }
   void CDrawToolsGlue_CloseNativePort() override { Enter("Close"); }
-  TRawPixels CDrawToolsGlue_OpenRawPixels() override { return Enter("OpenPixels", TRawPixels{}); }
+  TRawPixels CDrawToolsGlue_OpenRawPixels() override { Enter("OpenPixels"); return {}; }
   void CDrawToolsGlue_CloseRawPixels() override { Enter("ClosePixels"); }
   void CDrawToolsGlue_FlushToScreen(bool) override { Enter("Flush"); }
 };
+// clang-format on
 
-template <class TObject>
-struct Row {
-  const char* fName;  // as in the messages
-  std::function<TError(TObject&)> fCall;
-};
-
-// A broken object reaches no hook, and a hook that throws gives its code.
-template <class TObject>
-void CheckShape(const char* invariant, const std::vector<Row<TObject>>& rows) {
-  RecordingDebugOutput output;
-  for (const Row<TObject>& row : rows) {
-    SCOPED_TRACE(row.fName);
-    TObject object;
-    output.Reset();
-    object.fSound = false;
-    EXPECT_EQ(kBadInputProgrammingError, row.fCall(object));
-    EXPECT_EQ(std::vector<std::string>{std::string("Bad Input to ") + row.fName + ": " + invariant},
-              output.fAssertions);
-    EXPECT_TRUE(object.fHooks.empty());
-    object.fSound = true;
-    object.fOnHook = [] { throw XApplicationError(100123); };
-    EXPECT_EQ(100123u, row.fCall(object));
-    object.fOnHook = [] { throw 5; };
-    EXPECT_EQ(kOtherError, row.fCall(object));
-    EXPECT_EQ(2u, object.fHooks.size());
-    object.fOnHook = nullptr;
-    EXPECT_EQ(kOK, row.fCall(object));
-  }
-}
+using Name = std::array<char, kDebugNameChars + 1>;
+using Tooltip = std::array<TChar, kTooltipTextChars + 1>;
+const TViewParams kParams = {5, {}, kViewDrawDirect, kAutoInvalidationNone};
 
 }  // namespace
 
-TEST(ContractView, Shape) {
-  IViewBehavior* behavior;
-  IWindow* window;
-  IView* view;
-  TFlag flag;
-  TViewParams params = {0, {}, kViewDrawDirect, kAutoInvalidationNone};
-  char name[kDebugNameChars + 1];
-  TChar tooltip[kTooltipTextChars + 1];
-  CheckShape<RecordingView>(
+// --- Views
+
+TEST(ContractView, Operations) {
+  auto& other = Dummy<IView>("view");
+  static IView* const order[] = {&other};
+  CheckGoodCalls<RecordingView>(
       "CViewGlue_CheckInvariant()",
-      {{"IView_GetBehavior()", [&](IView& v) { return v.IView_GetBehavior(behavior); }},
-       {"IView_GetMotherWindow()", [&](IView& v) { return v.IView_GetMotherWindow(window); }},
-       {"IView_GetSuperView()", [&](IView& v) { return v.IView_GetSuperView(view); }},
-       {"IView_IsEffectivelyEnabled()", [&](IView& v) { return v.IView_IsEffectivelyEnabled(flag); }},
-       {"IView_SetParams()",
-        [&](IView& v) {
-          return v.IView_SetParams({0, {}, kViewDrawDirect, {}});
+      {{"IView_GetBehavior()", "GetBehavior", "behavior", "null",
+        GIVE(IViewBehavior*, IView_GetBehavior(out))},
+       {"IView_GetMotherWindow()", "GetMotherWindow", "window", "null",
+        GIVE(IWindow*, IView_GetMotherWindow(out))},
+       {"IView_GetSuperView()", "GetSuperView", "view", "null", GIVE(IView*, IView_GetSuperView(out))},
+       {"IView_IsEffectivelyEnabled()", "IsEffectivelyEnabled", "1", "-",
+        GIVE(TFlag, IView_IsEffectivelyEnabled(out))},
+       {"IView_SetParams()", "SetParams {5}", "-", "-", CALL(IView_SetParams(kParams))},
+       {"IView_GetParams()", "GetParams", "{7}", "EE", GIVE(TViewParams, IView_GetParams(out))},
+       {"IView_GetDebugName()", "GetDebugName", "{110}", "-", GIVE(Name, IView_GetDebugName(out.data()))},
+       {"IView_GetTooltipText()", "GetTooltipText", "{116}", "-",
+        GIVE(Tooltip, IView_GetTooltipText(out.data()))},
+       {"IView_SetTooltipText()", "SetTooltipText 'x'", "-", "-", CALL(IView_SetTooltipText(u"x"))},
+       {"IView_Offset()", "Offset 1 2", "-", "-", CALL(IView_Offset(1, 2))},
+       {"IView_GetSubViewOrder()", "GetOrder", "[view]", "-",
+        [&](RecordingView& o) {
+          o.fSubViews = {&other};
+          return GIVE(CVectorViewReceiver, IView_GetSubViewOrder(out))(o);
         }},
-       {"IView_GetParams()", [&](IView& v) { return v.IView_GetParams(params); }},
-       {"IView_GetDebugName()", [&](IView& v) { return v.IView_GetDebugName(name); }},
-       {"IView_GetTooltipText()", [&](IView& v) { return v.IView_GetTooltipText(tooltip); }},
-       {"IView_SetTooltipText()", [&](IView& v) { return v.IView_SetTooltipText(u"x"); }},
-       {"IView_Offset()", [&](IView& v) { return v.IView_Offset(1, 2); }},
-       {"IView_SetSubViewOrder()", [&](IView& v) { return v.IView_SetSubViewOrder(nullptr, 0); }},
-       {"IView_Release()", [&](IView& v) { return v.IView_Release(); }}});
+       {"IView_SetSubViewOrder()", "GetOrder; SetOrder [view]", "-", "-",
+        [&](RecordingView& o) {
+          o.fSubViews = {&other};
+          return Outcome{o.IView_SetSubViewOrder(order, 1)};
+        }},
+       {"IView_Release()", "Release", "-", "-", CALL(IView_Release())}});
+  const auto null = [](RecordingView& v) { v.fGivesNull = true; };
+  CheckResults<RecordingView>(
+      {{"outWindow != NULL", null, GIVE(IWindow*, IView_GetMotherWindow(out))},
+       {"ValidateViewParams(params)", [](auto& v) { v.fParams.fFlags = 0x10; },
+        GIVE(TViewParams, IView_GetParams(out))},
+       {"debugName.length() <= kDebugNameChars", [](auto& v) { v.fName.assign(256, 'n'); },
+        GIVE(Name, IView_GetDebugName(out.data()))},
+       {"tooltipText.length() <= kTooltipTextChars", [](auto& v) { v.fTooltip.assign(1024, u't'); },
+        GIVE(Tooltip, IView_GetTooltipText(out.data()))}});
 }
 
-TEST(ContractView, SetParamsTestsTheRecordBeforeTheObject) {
-  RecordingDebugOutput output;
+TEST(ContractView, BadCalls) {
   RecordingView view;
+  // The record is tested before the object, and needs no sound one.
   view.fSound = false;
-  EXPECT_EQ(kBadInputProgrammingError, view.IView_SetParams({0x10, {}, kViewDrawDirect, {}}));
-  EXPECT_EQ((std::vector<std::string>{"false", "Bad Input to IView_SetParams(): ValidateViewParams(params)"}),
-            output.fAssertions);
+  CheckBadCalls<RecordingView>(view, {{"IView_SetParams(): ValidateViewParams(params)",
+                                       CALL(IView_SetParams({0x10, {}, kViewDrawDirect, {}}))}});
+  view.fSound = true;
+  EXPECT_EQ(kBadInputProgrammingError, view.IView_SetTooltipText(nullptr));
+  EXPECT_EQ(kBadInputProgrammingError, view.IView_GetTooltipText(nullptr));
+  EXPECT_EQ(kBadInputProgrammingError, view.IView_GetDebugName(nullptr));
+  EXPECT_EQ("", view.JoinedHooks());
 }
 
 TEST(ContractView, TextsAreCutToTheirBuffers) {
-  RecordingDebugOutput output;
   RecordingView view;
   view.fName.assign(300, 'n');
   view.fTooltip.assign(2000, u't');
   char name[kDebugNameChars + 2] = {};
-  name[kDebugNameChars + 1] = '!';
   TChar tooltip[kTooltipTextChars + 2] = {};
+  name[kDebugNameChars + 1] = '!';
   tooltip[kTooltipTextChars + 1] = u'!';
   EXPECT_EQ(kOK, view.IView_GetDebugName(name));
   EXPECT_EQ(kOK, view.IView_GetTooltipText(tooltip));
@@ -218,236 +188,252 @@ TEST(ContractView, TextsAreCutToTheirBuffers) {
   EXPECT_EQ(TString(1023, u't'), tooltip);
   EXPECT_EQ('!', name[kDebugNameChars + 1]);
   EXPECT_EQ(u'!', tooltip[kTooltipTextChars + 1]);
-  EXPECT_EQ((std::vector<std::string>{"debugName.length() <= kDebugNameChars",
-                                      "tooltipText.length() <= kTooltipTextChars"}),
-            output.fAssertions);
-  EXPECT_EQ(kBadInputProgrammingError, view.IView_SetTooltipText(nullptr));
 }
 
 TEST(ContractView, OrderTakesTheSameViewsOnly) {
   RecordingDebugOutput output;
   RecordingView view, a, b, c;
   view.fSubViews = {&a, &b};
-  IView* const permuted[] = {&b, &a};
-  IView* const missing[] = {&a};
-  IView* const other[] = {&a, &c};
-  EXPECT_EQ(kOK, view.IView_SetSubViewOrder(permuted, 2));
-  EXPECT_EQ(std::vector<std::string>{"SetSubViewOrder"}, view.fHooks);
-  EXPECT_TRUE(output.fAssertions.empty());
-  for (const auto& [list, count] : {std::pair{missing, 1u}, std::pair{other, 2u}}) {
+  const struct {
+    std::vector<IView*> fOrder;
+    bool fIsGood;
+  } rows[] = {{{&b, &a}, true}, {{&a}, false}, {{&a, &c}, false}, {{&a, &b, &c}, false}};
+  for (const auto& row : rows) {
     output.Reset();
-    EXPECT_EQ(kBadInputProgrammingError, view.IView_SetSubViewOrder(list, count));
-    EXPECT_EQ(
-        std::vector<std::string>{
-            "Bad Input to IView_SetSubViewOrder(): (std::set<IView*>(oldSubViews.begin(), "
-            "oldSubViews.end()) == std::set<IView*>(newSubViews.begin(), newSubViews.end()))"},
-        output.fAssertions);
+    view.fHooks.clear();
+    const TError error =
+        view.IView_SetSubViewOrder(row.fOrder.data(), static_cast<std::uint32_t>(row.fOrder.size()));
+    EXPECT_EQ(row.fIsGood ? kOK : kBadInputProgrammingError, error);
+    EXPECT_EQ(row.fIsGood ? 2u : 1u, view.fHooks.size());
+    EXPECT_EQ(row.fIsGood
+                  ? Texts()
+                  : Texts{"Bad Input to IView_SetSubViewOrder(): (std::set<IView*>(oldSubViews.begin(), "
+                          "oldSubViews.end()) == std::set<IView*>(newSubViews.begin(), "
+                          "newSubViews.end()))"},
+              output.fAssertions);
   }
   EXPECT_EQ(kBadInputProgrammingError, view.IView_SetSubViewOrder(nullptr, 2));
-  EXPECT_EQ(1u, view.fHooks.size());
-  CVectorViewReceiver receiver;
-  EXPECT_EQ(kOK, view.IView_GetSubViewOrder(receiver));
-  EXPECT_EQ(view.fSubViews, receiver.fViews);
 }
 
-TEST(ContractView, ParamsArePoisonedAndChecked) {
+// --- Windows
+
+TEST(ContractWindow, Operations) {
+  CheckGoodCalls<RecordedWindow>(
+      "CWindowGlue_CheckInvariant()",
+      {{"IWindow_GetNativeWindow()", "GetNativeWindow", "desktop", "-",
+        [](auto& o) {
+          auto out = Untouched<TNativeWindow>();
+          const TError error = o.IWindow_GetNativeWindow(out);
+          return Outcome{error, out.fHwnd == GetDesktopWindow() ? "desktop" : Show(out)};
+        }},
+       {"IWindow_GetOnDutyFocusView()", "GetOnDuty", "view", "null",
+        GIVE(IView*, IWindow_GetOnDutyFocusView(out))},
+       {"IWindow_GetConceptualFocusView()", "GetConceptual", "view", "null",
+        GIVE(IView*, IWindow_GetConceptualFocusView(out))},
+       {"IWindow_SetConceptualFocusView()", "SetConceptual view", "-", "-",
+        [](auto& o) { return Outcome{o.IWindow_SetConceptualFocusView(&o.fView)}; }},
+       {"IWindow_SetConceptualFocusView()", "SetConceptual null", "-", "-",
+        CALL(IWindow_SetConceptualFocusView(nullptr))},
+       {"IWindow_GetTabViews()", "GetTabViews", "[view]", "-",
+        GIVE(CVectorViewReceiver, IWindow_GetTabViews(out))},
+       {"IWindow_GetRootView()", "GetRootView", "root", "null", GIVE(IView*, IWindow_GetRootView(out))},
+       {"IWindow_IsActive()", "IsActive", "1", "-", GIVE(TFlag, IWindow_IsActive(out))},
+       {"IWindow_GetFrameRect()", "GetFrameRect", "1,2,3,4", "-", GIVE(TRect, IWindow_GetFrameRect(out))},
+       {"IWindow_FrameRectToClientRect()", "ToClient 5,6,7,8", "1,2,3,4", "-",
+        GIVE(TRect, IWindow_FrameRectToClientRect({5, 6, 7, 8}, out))},
+       {"IWindow_ClientRectToFrameRect()", "ToFrame 5,6,7,8", "1,2,3,4", "-",
+        GIVE(TRect, IWindow_ClientRectToFrameRect({5, 6, 7, 8}, out))},
+       {"IWindow_GetGlobalAlpha()", "GetGlobalAlpha", "99", "-",
+        GIVE(std::uint8_t, IWindow_GetGlobalAlpha(out))},
+       {"IWindow_SetGlobalAlpha()", "SetGlobalAlpha 98", "-", "-", CALL(IWindow_SetGlobalAlpha(98))}});
+  CheckResults<RecordedWindow>({{"IsValidNativeWindow(outNativeWindow)", [](auto& w) { w.fHwnd = nullptr; },
+                                 GIVE(TNativeWindow, IWindow_GetNativeWindow(out))},
+                                {"outRootView != NULL", [](auto& w) { w.fGivesNull = true; },
+                                 GIVE(IView*, IWindow_GetRootView(out))}});
+}
+
+TEST(ContractWindow, OnlyItsOwnViewsGetTheFocus) {
   RecordingDebugOutput output;
-  RecordingView view;
-  TViewParams params{};
-  view.fOnHook = [&] {
-    EXPECT_EQ(0xEEEEEEEEu, params.fFlags);
-    throw XBadFormat();
-  };
-  EXPECT_EQ(kBadFormatError, view.IView_GetParams(params));
-  EXPECT_TRUE(output.fAssertions.empty());
-  view.fOnHook = nullptr;
-  view.fParams.fFlags = 0x10;
-  EXPECT_EQ(kOK, view.IView_GetParams(params));
-  EXPECT_EQ((std::vector<std::string>{"false", "ValidateViewParams(params)"}), output.fAssertions);
-  output.Reset();
-  IWindow* window = reinterpret_cast<IWindow*>(&view);
-  EXPECT_EQ(kOK, view.IView_GetMotherWindow(window));
-  EXPECT_EQ(std::vector<std::string>{"outWindow != NULL"}, output.fAssertions);
-}
-
-TEST(ContractWindowKinds, Shape) {
-  TDocumentWindowState state{};
-  state.fPlacement.fZoomState = kWindowStateUser;
-  TDocumentWindowState read;
-  IWindow* window;
-  IModalOwner* owner;
-  IDocumentWindowBehavior* behavior;
-  CheckShape<RecordingDocumentWindow>(
-      "CDocumentWindowGlue_CheckInvariant()",
-      {{"IDocumentWindow_SetState()", [&](IDocumentWindow& w) { return w.IDocumentWindow_GetState(read); }},
-       {"IDocumentWindow_SetState()", [&](IDocumentWindow& w) { return w.IDocumentWindow_SetState(state); }},
-       {"IDocumentWindow_GetWindow()",
-        [&](IDocumentWindow& w) { return w.IDocumentWindow_GetWindow(window); }},
-       {"IDocumentWindow_GetModalOwner()",
-        [&](IDocumentWindow& w) { return w.IDocumentWindow_GetModalOwner(owner); }},
-       {"IDocumentWindow_FocusNow()", [&](IDocumentWindow& w) { return w.IDocumentWindow_FocusNow(); }},
-       {"IDocumentWindow_GetBehavior()",
-        [&](IDocumentWindow& w) { return w.IDocumentWindow_GetBehavior(behavior); }},
-       {"IDocumentWindow_FocusNow()", [&](IDocumentWindow& w) { return w.IDocumentWindow_Release(); }}});
-  IFloatingWindowBehavior* floatingBehavior;
-  TFloatingWindowState floatingState{};
-  floatingState.fPlacement.fZoomState = kWindowStateIdeal;
-  CheckShape<RecordingFloatingWindow>(
-      "CFloatingWindowGlue_CheckInvariant()",
-      {{"IFloatingWindow_SetState()",
-        [&](IFloatingWindow& w) { return w.IFloatingWindow_SetState(floatingState); }},
-       {"IFloatingWindow_GetBehavior()",
-        [&](IFloatingWindow& w) { return w.IFloatingWindow_GetBehavior(floatingBehavior); }},
-       {"IFloatingWindow_FocusNow()", [&](IFloatingWindow& w) { return w.IFloatingWindow_Release(); }}});
-}
-
-TEST(ContractWindowKinds, StatesArePoisonedAndValidated) {
-  RecordingDebugOutput output;
-  RecordingDocumentWindow window;
-  output.Reset();
-  TDocumentWindowState state{};
-  EXPECT_EQ(kBadInputProgrammingError, window.IDocumentWindow_SetState(state));
-  EXPECT_EQ((std::vector<std::string>{
-                "false", "Bad Input to IDocumentWindow_SetState(): ValidateDocumentWindowState(state)"}),
-            output.fAssertions);
-  EXPECT_TRUE(window.fHooks.empty());
-  window.fOnHook = [&] { EXPECT_EQ(static_cast<TChar>(0xEEEE), state.fTitle[1023]); };
-  output.Reset();
-  EXPECT_EQ(kOK, window.IDocumentWindow_GetState(state));
-  EXPECT_EQ((std::vector<std::string>{"false", "ValidateDocumentWindowState(state)"}), output.fAssertions);
-  EXPECT_TRUE(window.IDocumentWindow_CheckInvariant());
+  RecordedWindow window, other;
+  RecordingView foreign;  // of a client's own making
+  IView* const view = &window.fView;
+  const std::string focus =
+      "Bad Input to IWindow_SetConceptualFocusView(): ((newConceptualFocusView == NULL) || ";
+  const std::string mother =
+      focus + "(GetMotherWindow(*newConceptualFocusView) == static_cast<IWindow*>(this)))";
+  EXPECT_EQ(kBadInputProgrammingError, window.IWindow_SetConceptualFocusView(&other.fView));
+  EXPECT_EQ(mother, output.fAssertions.back());
+  EXPECT_EQ(kBadInputProgrammingError, window.IWindow_SetConceptualFocusView(&foreign));
+  EXPECT_EQ(mother, output.fAssertions.back());
+  SetFlags(window.fView, kViewEnabled);
+  EXPECT_EQ(kBadInputProgrammingError, window.IWindow_SetConceptualFocusView(view));
+  EXPECT_EQ(focus + "dynamic_cast<CViewImpl*>(newConceptualFocusView)->CanBeFocusTargetNow())",
+            output.fAssertions.back());
+  const std::vector<IView*> bad[] = {{view, view}, {nullptr}, {&window.Root()}, {&other.fView}, {&foreign}};
+  for (const auto& list : bad) {
+    EXPECT_EQ(kBadInputProgrammingError,
+              window.IWindow_SetTabViews(list.data(), static_cast<std::uint32_t>(list.size())));
+    EXPECT_EQ("Bad Input to IWindow_SetTabViews(): AreValidTabViews(tabViews, this)",
+              output.fAssertions.back());
+  }
+  EXPECT_EQ(kBadInputProgrammingError, window.IWindow_SetTabViews(nullptr, 1));
+  for (const std::string& hook : window.fHooks) EXPECT_EQ("GetRootView", hook);
+  window.fHooks.clear();
+  EXPECT_EQ(kOK, window.IWindow_SetTabViews(&view, 1));
+  EXPECT_EQ("GetRootView; SetTabViews [view]", window.JoinedHooks());
+  EXPECT_EQ(kOK, window.IWindow_SetTabViews(nullptr, 0));
   window.fSound = false;
-  EXPECT_FALSE(window.IDocumentWindow_CheckInvariant());
+  EXPECT_EQ(kBadInputProgrammingError, window.IWindow_SetTabViews(&view, 1));
+  EXPECT_EQ("Bad Input to IWindow_SetTabViews(): CWindowGlue_CheckInvariant()", output.fAssertions.back());
+  window.fSound = true;
 }
 
-TEST(ContractIcon, EqualityAndClones) {
-  RecordingDebugOutput output;
-  RecordingIcon a, b;
-  TFlag equal = 5;
-  EXPECT_EQ(kOK, a.IIcon_AreEqual(b, equal));
-  EXPECT_EQ(1u, equal);
-  b.fSound = false;
-  equal = 5;
-  EXPECT_EQ(kBadInputProgrammingError, a.IIcon_AreEqual(b, equal));
-  EXPECT_EQ(5u, equal);
-  b.fSound = true;
-  output.Reset();
-  a.fOnHook = [&] {
-    EXPECT_EQ(666u, equal);
-    throw XBadFormat();
-  };
-  EXPECT_EQ(kBadFormatError, a.IIcon_AreEqual(b, equal));
-  EXPECT_EQ(666u, equal);
-  EXPECT_TRUE(output.fAssertions.empty());
-  TError error = kOK;
-  EXPECT_EQ(nullptr, a.IIcon_Clone(error));
-  EXPECT_EQ(kBadFormatError, error);
-  a.fOnHook = nullptr;
-  std::unique_ptr<IIcon> clone(a.IIcon_Clone(error));
-  EXPECT_NE(nullptr, clone);
-  EXPECT_EQ(kOK, error);
+// GetState reports under the name of SetState, Release under that of FocusNow.
+#define CHECK_KIND(Kind)                                                                                    \
+  {                                                                                                         \
+    SCOPED_TRACE(#Kind);                                                                                    \
+    CheckGoodCalls<Recording##Kind>(                                                                        \
+        "C" #Kind "Glue_CheckInvariant()",                                                                  \
+        {{"I" #Kind "_SetState()", "GetState", "{3}", "EE", GIVE(T##Kind##State, I##Kind##_GetState(out))}, \
+         {"I" #Kind "_SetState()", "SetState {3}", "-", "-",                                                \
+          [](auto& o) { return Outcome{o.I##Kind##_SetState(o.fState)}; }},                                 \
+         {"I" #Kind "_GetWindow()", "GetWindow", "window", "null",                                          \
+          GIVE(IWindow*, I##Kind##_GetWindow(out))},                                                        \
+         {"I" #Kind "_FocusNow()", "FocusNow", "-", "-", CALL(I##Kind##_FocusNow())},                       \
+         {"I" #Kind "_GetBehavior()", "GetBehavior", "behavior", "null",                                    \
+          GIVE(I##Kind##Behavior*, I##Kind##_GetBehavior(out))},                                            \
+         {"I" #Kind "_FocusNow()", "Release", "-", "-", CALL(I##Kind##_Release())}});                       \
+    const auto null = [](Recording##Kind& w) { w.fGivesNull = true; };                                      \
+    CheckResults<Recording##Kind>(                                                                          \
+        {{"outWindow != NULL", null, GIVE(IWindow*, I##Kind##_GetWindow(out))},                             \
+         {"outBehavior != NULL", null, GIVE(I##Kind##Behavior*, I##Kind##_GetBehavior(out))},               \
+         {"Validate" #Kind "State(state)", [](auto& w) { w.fState.fModified = 2; },                         \
+          GIVE(T##Kind##State, I##Kind##_GetState(out))}});                                                 \
+    Recording##Kind window;                                                                                 \
+    CheckBadCalls<Recording##Kind>(window, {{"I" #Kind "_SetState(): Validate" #Kind "State(state)",        \
+                                             CALL(I##Kind##_SetState(T##Kind##State{}))}});                 \
+    EXPECT_TRUE(window.I##Kind##_CheckInvariant());                                                         \
+    window.fSound = false;                                                                                  \
+    EXPECT_FALSE(window.I##Kind##_CheckInvariant());                                                        \
+  }
+#define CHECK_MODAL_OWNER(Kind)                                                                     \
+  CheckGoodCalls<Recording##Kind>("C" #Kind "Glue_CheckInvariant()",                                \
+                                  {{"I" #Kind "_GetModalOwner()", "GetModalOwner", "owner", "null", \
+                                    GIVE(IModalOwner*, I##Kind##_GetModalOwner(out))}});
+
+TEST(ContractWindowKinds, Operations){CHECK_KIND(DocumentWindow) CHECK_MODAL_OWNER(DocumentWindow)
+                                          CHECK_KIND(ModelessDialog) CHECK_MODAL_OWNER(ModelessDialog)
+                                              CHECK_KIND(ModalDialog) CHECK_MODAL_OWNER(ModalDialog)
+                                                  CHECK_KIND(FloatingWindow)}
+
+// --- Icons
+
+TEST(ContractIcon, Operations) {
+  static RecordingIcon other;
+  CheckGoodCalls<RecordingIcon>(
+      "IIcon_CheckInvariant()",
+      {{"IIcon_Clone()", "Clone", "icon", "-", MADE(IIcon_Clone(error))},
+       {"IIcon_AreEqual()", "AreEqual", "1", "666", GIVE(TFlag, IIcon_AreEqual(other, out))}});
+  CheckResults<RecordingIcon>(
+      {{"out != NULL", [](auto& i) { i.fGivesNull = true; }, MADE(IIcon_Clone(error))}});
+  RecordingIcon icon;
+  other.fSound = false;
+  CheckBadCalls<RecordingIcon>(
+      icon, {{"IIcon_AreEqual(): other.IIcon_CheckInvariant()", GIVE(TFlag, IIcon_AreEqual(other, out))}});
+  other.fSound = true;
 }
 
-TEST(ContractDrawTools, OneOfPortAndPixelsAtATime) {
-  RecordingDebugOutput output;
-  HDC dc = ::CreateCompatibleDC(nullptr);
-  HRGN region = ::CreateRectRgn(0, 0, 10, 10);
+// --- Draw tools
+
+class ContractDrawTools : public testing::Test {
+ protected:
+  ~ContractDrawTools() override {
+    ::DeleteObject(fRegion);
+    ::DeleteDC(fDC);
+  }
+  HDC fDC = ::CreateCompatibleDC(nullptr);
+  HRGN fRegion = ::CreateRectRgn(0, 0, 100, 100);
+  RecordingDebugOutput fOutput;
+};
+
+TEST_F(ContractDrawTools, OneOfPortAndPixelsAtATime) {
+  const std::string illegal = "Illegal calling sequence when calling CDrawToolsGlue::IDrawTools_";
+  const std::string bad = "Bad Input to CDrawToolsGlue::IDrawTools_";
   {
-    RecordingTools tools(dc, region);
+    RecordingTools tools(fDC, fRegion);
     TNativePort port;
     TRawPixels pixels;
+    const auto openPort = [&] { return tools.IDrawTools_OpenNativePort(port); };
+    const auto closePort = [&] { return tools.IDrawTools_CloseNativePort(); };
+    const auto openPixels = [&] { return tools.IDrawTools_OpenRawPixels(pixels); };
+    const auto closePixels = [&] { return tools.IDrawTools_CloseRawPixels(); };
     const struct {
       std::function<TError()> fCall;
       TError fResult;
-      const char* fAssertion;
+      std::string fAssertion;
     } steps[] = {
-        {[&] { return tools.IDrawTools_CloseNativePort(); }, 12003,
-         "Illegal calling sequence when calling CDrawToolsGlue::IDrawTools_CloseNativePort: "
-         "fNativePortIsOpen"},
-        {[&] { return tools.IDrawTools_CloseRawPixels(); }, 12003,
-         "Illegal calling sequence when calling CDrawToolsGlue::IDrawTools_CloseRawPixels: "
-         "fRawPixelsAreOpen"},
-        {[&] { return tools.IDrawTools_OpenNativePort(port); }, 12000, nullptr},
-        {[&] { return tools.IDrawTools_OpenNativePort(port); }, 12003,
-         "Illegal calling sequence when calling CDrawToolsGlue::IDrawTools_OpenNativePort: "
-         "!fNativePortIsOpen"},
-        {[&] { return tools.IDrawTools_OpenRawPixels(pixels); }, 12003,
-         "Illegal calling sequence when calling CDrawToolsGlue::IDrawTools_OpenRawPixels: "
-         "!fNativePortIsOpen"},
-        {[&] { return tools.IDrawTools_CloseRawPixels(); }, 12002,
-         "Bad Input to CDrawToolsGlue::IDrawTools_CloseRawPixels: !fNativePortIsOpen"},
-        {[&] { return tools.IDrawTools_CloseNativePort(); }, 12000, nullptr},
-        {[&] { return tools.IDrawTools_OpenRawPixels(pixels); }, 12000, nullptr},
-        {[&] { return tools.IDrawTools_OpenRawPixels(pixels); }, 12003,
-         "Illegal calling sequence when calling CDrawToolsGlue::IDrawTools_OpenRawPixels: "
-         "!fRawPixelsAreOpen"},
-        {[&] { return tools.IDrawTools_OpenNativePort(port); }, 12003,
-         "Illegal calling sequence when calling CDrawToolsGlue::IDrawTools_OpenNativePort: "
-         "!fRawPixelsAreOpen"},
-        {[&] { return tools.IDrawTools_CloseNativePort(); }, 12002,
-         "Bad Input to CDrawToolsGlue::IDrawTools_OpenNativePort: !fRawPixelsAreOpen"},
-        {[&] { return tools.IDrawTools_CloseRawPixels(); }, 12000, nullptr},
+        {closePort, 12003, illegal + "CloseNativePort: fNativePortIsOpen"},
+        {closePixels, 12003, illegal + "CloseRawPixels: fRawPixelsAreOpen"},
+        {openPort, 12000, ""},
+        {openPort, 12003, illegal + "OpenNativePort: !fNativePortIsOpen"},
+        {openPixels, 12003, illegal + "OpenRawPixels: !fNativePortIsOpen"},
+        {closePixels, 12002, bad + "CloseRawPixels: !fNativePortIsOpen"},
+        {closePort, 12000, ""},
+        {openPixels, 12000, ""},
+        {openPixels, 12003, illegal + "OpenRawPixels: !fRawPixelsAreOpen"},
+        {openPort, 12003, illegal + "OpenNativePort: !fRawPixelsAreOpen"},
+        {closePort, 12002, bad + "OpenNativePort: !fRawPixelsAreOpen"},
+        {closePixels, 12000, ""},
     };
     for (std::size_t i = 0; i < std::size(steps); ++i) {
       SCOPED_TRACE(i);
-      output.Reset();
+      fOutput.Reset();
       EXPECT_EQ(steps[i].fResult, steps[i].fCall());
-      EXPECT_EQ(
-          steps[i].fAssertion ? std::vector<std::string>{steps[i].fAssertion} : std::vector<std::string>(),
-          output.fAssertions);
+      EXPECT_EQ(steps[i].fAssertion.empty() ? Texts() : Texts{steps[i].fAssertion}, fOutput.fAssertions);
     }
-    EXPECT_EQ((std::vector<std::string>{"Open", "Close", "OpenPixels", "ClosePixels"}), tools.fHooks);
+    EXPECT_EQ("Open; Close; OpenPixels; ClosePixels", tools.JoinedHooks());
     // A hook that fails leaves the port closed.
     tools.fOnHook = [] { throw XBadFormat(); };
-    EXPECT_EQ(kBadFormatError, tools.IDrawTools_OpenNativePort(port));
+    EXPECT_EQ(kBadFormatError, openPort());
     tools.fOnHook = nullptr;
-    EXPECT_EQ(kOK, tools.IDrawTools_OpenNativePort(port));
-    output.Reset();
+    EXPECT_EQ(kOK, openPort());
+    fOutput.Reset();
   }
-  EXPECT_EQ(std::vector<std::string>{"!fNativePortIsOpen"}, output.fAssertions);
-  ::DeleteObject(region);
-  ::DeleteDC(dc);
+  EXPECT_EQ(Texts{"!fNativePortIsOpen"}, fOutput.fAssertions);
 }
 
-TEST(ContractDrawTools, DirtyRegionIsCutToTheViewsOnTheWay) {
-  RecordingDebugOutput output;
-  HDC dc = ::CreateCompatibleDC(nullptr);
-  HRGN region = ::CreateRectRgn(0, 0, 100, 100);
-  {
-    RecordingTools tools(dc, region);
-    const auto box = [&] {
-      void* native = nullptr;
-      EXPECT_EQ(kOK, tools.IDrawTools_GetDirtyRegion(native));
-      RECT r;
-      ::GetRgnBox(static_cast<HRGN>(native), &r);
-      return std::vector<LONG>{r.left, r.top, r.right, r.bottom};
-    };
-    EXPECT_EQ((std::vector<LONG>{0, 0, 100, 100}), box());
-    tools.PushViewBounds({10, 10, 200, 50});
-    EXPECT_EQ((std::vector<LONG>{10, 10, 100, 50}), box());
-    tools.PushViewBounds({0, 20, 30, 200});
-    EXPECT_EQ((std::vector<LONG>{10, 20, 30, 50}), box());
-    EXPECT_EQ((std::vector<LONG>{10, 20, 30, 50}), box());
-    tools.PopViewBounds({0, 20, 30, 200});
-    EXPECT_EQ((std::vector<LONG>{10, 10, 100, 50}), box());
-    EXPECT_TRUE(output.fAssertions.empty());
-    void* native = region;
-    EXPECT_EQ(kBadInputProgrammingError, tools.IDrawTools_GetDirtyRegion(native));
-    EXPECT_EQ(
-        std::vector<std::string>{
-            "Bad Input to CDrawToolsGlue::IDrawTools_GetDirtyRegion: (outNativeRegion == NULL)"},
-        output.fAssertions);
-    output.Reset();
-    tools.PopViewBounds({10, 10, 200, 51});
-    EXPECT_EQ(1u, output.fAssertions.size());
-    output.Reset();
-    tools.PopViewBounds({0, 0, 1, 1});
-    EXPECT_EQ(std::vector<std::string>{"fCurrentViewSubtreeBounds.size() > 0"}, output.fAssertions);
-  }
-  // The client's region has not been written to.
-  RECT r;
-  EXPECT_EQ(SIMPLEREGION, ::GetRgnBox(region, &r));
-  EXPECT_EQ(100, r.right);
-  ::DeleteObject(region);
-  ::DeleteDC(dc);
+TEST_F(ContractDrawTools, DirtyRegionIsCutToTheViewsOnTheWay) {
+  const auto boxOf = [](void* region) {
+    RECT r;
+    ::GetRgnBox(static_cast<HRGN>(region), &r);
+    return Show(TRect{r.left, r.top, r.right, r.bottom});
+  };
+  RecordingTools tools(fDC, fRegion);
+  const auto box = [&] {
+    void* native = nullptr;
+    EXPECT_EQ(kOK, tools.IDrawTools_GetDirtyRegion(native));
+    return boxOf(native);
+  };
+  EXPECT_EQ("0,0,100,100", box());
+  tools.PushViewBounds({10, 10, 200, 50});
+  EXPECT_EQ("10,10,100,50", box());
+  tools.PushViewBounds({0, 20, 30, 200});
+  EXPECT_EQ("10,20,30,50", box());
+  EXPECT_EQ("10,20,30,50", box());
+  tools.PopViewBounds({0, 20, 30, 200});
+  EXPECT_EQ("10,10,100,50", box());
+  EXPECT_TRUE(fOutput.fAssertions.empty());
+  void* native = fRegion;
+  EXPECT_EQ(kBadInputProgrammingError, tools.IDrawTools_GetDirtyRegion(native));
+  EXPECT_EQ(Texts{"Bad Input to CDrawToolsGlue::IDrawTools_GetDirtyRegion: (outNativeRegion == NULL)"},
+            fOutput.fAssertions);
+  fOutput.Reset();
+  tools.PopViewBounds({10, 10, 200, 51});
+  EXPECT_EQ(1u, fOutput.fAssertions.size());
+  fOutput.Reset();
+  tools.PopViewBounds({0, 0, 1, 1});
+  EXPECT_EQ(Texts{"fCurrentViewSubtreeBounds.size() > 0"}, fOutput.fAssertions);
+  EXPECT_EQ("0,0,100,100", boxOf(fRegion)) << "the owner's region has been written to";
 }
+
+}  // namespace NSMorvaneTest
