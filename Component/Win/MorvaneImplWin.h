@@ -92,6 +92,8 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   bool RunOneTurn();
   // The same without waiting; false if there was no message.
   bool PumpOneMessage();
+  // Wakes the idle logic and handles messages until no window of the library has this handle any more.
+  void RunModalLoop(HWND hwnd);
 
   // Asks for the menu bars of all document windows to be filled anew, at the next flush.
   void RebuildAllMenuBars() { CMorvaneGlue_RequestMenuBarsSetup(); }
@@ -274,6 +276,9 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   void OnAppMessage(std::uint32_t a, std::uint32_t b);
   bool CallListener(UINT message, LPARAM lParam);
   void OnFileDialogMessage(UINT message, LPARAM lParam);
+
+  // --- Windows
+  void RequireRun() const;
 
   // --- Quitting
   void LeaveQuitMode();

@@ -107,23 +107,6 @@ bool CMorvaneImpl::CMorvaneGlue_DisplayContextualMenu(const std::vector<TMenuIte
   ThrowUnsupported();
 }
 
-// --- Windows that are not document windows
-
-IModelessDialog* CMorvaneImpl::CMorvaneGlue_CreateModelessDialog(IModelessDialogBehaviorFactory&, TStyleFlags,
-                                                                 bool) {
-  ThrowUnsupported();
-}
-
-IModalDialog* CMorvaneImpl::CMorvaneGlue_CreateModalDialog(IModalDialogBehaviorFactory&, IModalOwner*, bool,
-                                                           TStyleFlags) {
-  ThrowUnsupported();
-}
-
-IFloatingWindow* CMorvaneImpl::CMorvaneGlue_CreateFloatingWindow(IFloatingWindowBehaviorFactory&,
-                                                                 TStyleFlags) {
-  ThrowUnsupported();
-}
-
 // --- Alert boxes and file dialogs
 
 void CMorvaneImpl::CMorvaneGlue_CreateAlertBox(IModalOwner*, bool, const TAlertSpec&, IAlertBoxListener*) {

@@ -165,6 +165,16 @@ bool CMorvaneImpl::PumpOneMessage() {
   return result != 0;
 }
 
+void CMorvaneImpl::RunModalLoop(HWND hwnd) {
+  MORVANE_CHECK(IMorvane_WakeUpIdle());
+  while (GetWindowForHwnd(hwnd)) {
+    // The idle call of the pass before the wait can have ended the last window there is: waiting for a
+    // message comes only after another look.
+    if (!PumpOneMessage() && GetWindowForHwnd(hwnd))
+      ::MsgWaitForMultipleObjectsEx(0, nullptr, INFINITE, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+  }
+}
+
 // Throws nothing: what goes wrong is delivered to the client.
 void CMorvaneImpl::HandleMessage(const MSG& msg) {
   const TError error = ErrorOf([&] {

@@ -6,6 +6,9 @@
 #include "Component/Win/MorvaneImplWin.h"
 #include "Component/Win/UtilsWin.h"
 #include "Component/Win/WinDocumentWindow.h"
+#include "Component/Win/WinFloatingWindow.h"
+#include "Component/Win/WinModalDialog.h"
+#include "Component/Win/WinModelessDialog.h"
 #include "Component/Win/WinWindow.h"
 
 namespace NSMorvane {
@@ -102,21 +105,20 @@ std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetFloatingWindowsZ() {
   return WindowsOfKind(GetVisibleWindowsZ(), kWindowKindFloating);
 }
 
-// --- Document windows
+// --- Making windows
 
-IDocumentWindow* CMorvaneImpl::CMorvaneGlue_CreateDocumentWindow(IDocumentWindowBehaviorFactory& factory,
-                                                                 TStyleFlags styleFlags,
-                                                                 bool listedInWindowMenu) {
-  MORVANE_ASSERT(0!=fBehavior);
-  // A window tells the run behaviour what happens to it.
-  if (!fBehavior) MORVANE_THROW(XIllegalCallSequence());
-  const boost::shared_ptr<CDocumentWindowImpl> window(
-      new CDocumentWindowImpl(this, styleFlags, listedInWindowMenu));
+namespace {
+
+// Wires a new window up, gives it the behaviour that the factory makes, and shows it. After a failure nothing
+// of it is left.
+template <class TKind, class TFactory>
+void StartWindow(const boost::shared_ptr<TKind>& window, TFactory& factory,
+                 typename TKind::TBehavior* (TFactory::*createBehavior)(typename TKind::TInterface&,
+                                                                        TError&)) {
   window->SetClientsWindowReference(window);
   try {
     TError error = kProgrammingError;
-    std::unique_ptr<IDocumentWindowBehavior> behavior(
-        factory.IDocumentWindowBehaviorFactory_CreateBehavior(*window, error));
+    std::unique_ptr<typename TKind::TBehavior> behavior((factory.*createBehavior)(*window, error));
     MORVANE_CHECK(error);
     window->SetBehavior(std::move(behavior));
     window->Show();
@@ -125,7 +127,59 @@ IDocumentWindow* CMorvaneImpl::CMorvaneGlue_CreateDocumentWindow(IDocumentWindow
     if (window->LockClientsWindowReference()) window->ReleaseWindow();
     throw;
   }
+}
+
+}  // namespace
+
+// A window tells the run behaviour what happens to it.
+void CMorvaneImpl::RequireRun() const {
+  MORVANE_ASSERT(0!=fBehavior);
+  if (!fBehavior) MORVANE_THROW(XIllegalCallSequence());
+}
+
+IDocumentWindow* CMorvaneImpl::CMorvaneGlue_CreateDocumentWindow(IDocumentWindowBehaviorFactory& factory,
+                                                                 TStyleFlags styleFlags,
+                                                                 bool listedInWindowMenu) {
+  RequireRun();
+  const boost::shared_ptr<CDocumentWindowImpl> window(
+      new CDocumentWindowImpl(this, styleFlags, listedInWindowMenu));
+  StartWindow(window, factory,
+              &IDocumentWindowBehaviorFactory::IDocumentWindowBehaviorFactory_CreateBehavior);
   RebuildAllMenuBars();
+  return window.get();
+}
+
+IModelessDialog* CMorvaneImpl::CMorvaneGlue_CreateModelessDialog(IModelessDialogBehaviorFactory& factory,
+                                                                 TStyleFlags styleFlags,
+                                                                 bool listedInWindowMenu) {
+  RequireRun();
+  const boost::shared_ptr<CModelessDialogImpl> window(
+      new CModelessDialogImpl(this, styleFlags, listedInWindowMenu));
+  StartWindow(window, factory,
+              &IModelessDialogBehaviorFactory::IModelessDialogBehaviorFactory_CreateBehavior);
+  RebuildAllMenuBars();
+  return window.get();
+}
+
+IModalDialog* CMorvaneImpl::CMorvaneGlue_CreateModalDialog(IModalDialogBehaviorFactory& factory,
+                                                           IModalOwner* owner, bool blocking,
+                                                           TStyleFlags styleFlags) {
+  RequireRun();
+  boost::shared_ptr<CModalDialogImpl> window(new CModalDialogImpl(this, owner, styleFlags));
+  StartWindow(window, factory, &IModalDialogBehaviorFactory::IModalDialogBehaviorFactory_CreateBehavior);
+  if (!blocking) return window.get();
+  const HWND hwnd = window->GetHwnd();
+  window.reset();  // so that the dialog ends when it is released
+  RunModalLoop(hwnd);
+  return nullptr;
+}
+
+IFloatingWindow* CMorvaneImpl::CMorvaneGlue_CreateFloatingWindow(IFloatingWindowBehaviorFactory& factory,
+                                                                 TStyleFlags styleFlags) {
+  RequireRun();
+  const boost::shared_ptr<CFloatingWindowImpl> window(new CFloatingWindowImpl(this, styleFlags));
+  StartWindow(window, factory,
+              &IFloatingWindowBehaviorFactory::IFloatingWindowBehaviorFactory_CreateBehavior);
   return window.get();
 }
 

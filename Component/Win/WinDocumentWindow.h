@@ -1,51 +1,47 @@
 // Document windows.
 #pragma once
 
-#include <memory>
-
-#include "Component/Win/WinWindow.h"
+#include "Component/Win/WinWindowKind.h"
 
 namespace NSMorvane {
 
-class CDocumentWindowImpl : public CWinWindow, public CDocumentWindowGlue {
+struct TDocumentWindowKind {
+  using TGlue = CDocumentWindowGlue;
+  using TInterface = IDocumentWindow;
+  using TBehavior = IDocumentWindowBehavior;
+  using TState = TDocumentWindowState;
+  static constexpr const char* kNameInLog = "document window";
+  static constexpr auto kOnClientSizeChanged = &TBehavior::IDocumentWindowBehavior_OnClientSizeChanged;
+  static constexpr auto kOnPlacementChanged = &TBehavior::IDocumentWindowBehavior_OnPlacementChanged;
+  static constexpr auto kOnActivationChanged = &TBehavior::IDocumentWindowBehavior_OnActivationChanged;
+  static constexpr auto kHandleKeyDown = &TBehavior::IDocumentWindowBehavior_HandleKeyDown;
+  static constexpr auto kOnKeyboardFocusChanged = &TBehavior::IDocumentWindowBehavior_OnKeyboardFocusChanged;
+  static constexpr auto kOnSetupMenuBar = &TBehavior::IDocumentWindowBehavior_OnSetupMenuBar;
+  static constexpr auto kOnHelpRequested = &TBehavior::IDocumentWindowBehavior_OnHelpRequested;
+  static constexpr auto kOnRequestClose = &TBehavior::IDocumentWindowBehavior_OnRequestClose;
+};
+
+class CDocumentWindowImpl final : public CWinWindowKind<TDocumentWindowKind> {
  public:
   CDocumentWindowImpl(CMorvaneImpl* morvane, TStyleFlags styleFlags, bool listedInWindowMenu);
   ~CDocumentWindowImpl() override;
 
-  // Once. The window owns it.
-  void SetBehavior(std::unique_ptr<IDocumentWindowBehavior> behavior);
-
   // The behaviour can end the window from within these two: they keep it to their end.
-  TError IDocumentWindow_SetState(const TDocumentWindowState& state) override;
+  TError IDocumentWindow_SetState(const TState& state) override;
   TError IDocumentWindow_FocusNow() override;
 
  protected:
-  bool CDocumentWindowGlue_CheckInvariant() const override;
-  TDocumentWindowState CDocumentWindowGlue_GetState() override;
-  void CDocumentWindowGlue_SetState(const TDocumentWindowState& state) override;
-  IWindow* CDocumentWindowGlue_GetWindow() override;
-  IModalOwner* CDocumentWindowGlue_GetModalOwner() override;
-  void CDocumentWindowGlue_FocusNow() override;
-  IDocumentWindowBehavior* CDocumentWindowGlue_GetBehavior() override;
-  void CDocumentWindowGlue_Release() override;
+  bool CDocumentWindowGlue_CheckInvariant() const override { return CheckInvariant(); }
+  TState CDocumentWindowGlue_GetState() override { return GetKindState(); }
+  void CDocumentWindowGlue_SetState(const TState& state) override { SetKindState(state); }
+  IWindow* CDocumentWindowGlue_GetWindow() override { return this; }
+  IModalOwner* CDocumentWindowGlue_GetModalOwner() override { return this; }
+  void CDocumentWindowGlue_FocusNow() override { FocusNow(); }
+  TBehavior* CDocumentWindowGlue_GetBehavior() override { return GetKindBehavior(); }
+  void CDocumentWindowGlue_Release() override { ReleaseWindow(); }
 
-  bool OnClientSizeChanged(const TSize& oldSize, const TSize& newSize) override;
-  bool OnPlacementChanged(const TWindowPlacement& oldPlacement,
-                          const TWindowPlacement& newPlacement) override;
-  void OnActivationChanged(bool active) override;
-  bool OnKeyDown(const TKeyEvent& event) override;
-  void OnKeyboardFocusChanged(bool focused) override;
-  bool OnHelpRequested() override;
-  void RequestClose(TCloseReason reason) override;
-  void RequestMenuBarSetup(CMenuBarState& state) override;
+  // The views of the focus chain, the window's behaviour, then that of the run.
   bool OnMenuCommand(const TMenuCommandEvent& event) override;
-
- private:
-  // What to add to a rectangle of the client's to get a native placement.
-  TPoint ClientOffset() const;
-
-  IMorvaneRunBehavior* fRunBehavior;  // a second copy
-  std::unique_ptr<IDocumentWindowBehavior> fBehavior;
 };
 
 }  // namespace NSMorvane

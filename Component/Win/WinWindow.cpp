@@ -220,6 +220,7 @@ void CWinWindow::Show() {
   const auto isReleased = [&] { return !fClientsWindowReference; };
   if (isReleased()) return;
 
+  MORVANE_ASSERT(CheckInvariant());
   MORVANE_ASSERT(!IsVisible());
   PumpPaintMessages();
   if (isReleased()) return;
@@ -259,6 +260,7 @@ void CWinWindow::Show() {
 }
 
 void CWinWindow::Hide() {
+  MORVANE_ASSERT(CheckInvariant());
   MORVANE_ASSERT(0!=fHwnd);
   if (IsModalKind(fWindowKind)) {
     if (fOwnerHwnd)
@@ -306,6 +308,7 @@ void CWinWindow::RequestCloseFromLibrary() {
 }
 
 void CWinWindow::ReleaseWindow() {
+  MORVANE_ASSERT(CheckInvariant());
   MORVANE_ASSERT(fClientsWindowReference.get()!=0);
   // The last holder, unless the window is in the middle of a message: it goes when this function returns, and
   // the window with it.

@@ -136,7 +136,13 @@ class CWinWindow : public CWindowGlue,
   virtual void ApplyMenuBarState(const CMenuBarState& state);
   void RebuildCompleteMenuBar(const CMenuBarState& state);
   const CMenuBarState& GetMenuBarState() const { return fMenuBarState; }
+
+  // --- Order (WinWindowModality.cpp)
+  // --------------------------------------------------------------------------
+
   bool IsAlwaysOnTop() const { return fAlwaysOnTop; }
+  // Dialogs that are opened later inherit it.
+  void SetAlwaysOnTop(bool flag);
 
   // --- Messages (WinWindowMessages.cpp)
 

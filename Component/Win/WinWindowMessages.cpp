@@ -384,6 +384,8 @@ LRESULT CWinWindow::WindowProc(CNativeWindowWrapper&, HWND hwnd, UINT message, W
     error = kOtherError;
   }
   if (error != kOK) gPendingErrors.push_back(error);
+  // The native procedure would destroy the window under this object, also after a failure.
+  if (message == WM_CLOSE) return 0;
 
   self.reset();
   if (wrapper.expired()) return result;  // the window is gone, and so are its fields

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "Component/Portable/MorvaneImplUtils.h"
+#include "Component/Win/MorvaneImplWin.h"
 #include "Component/Win/UtilsWin.h"
 #include "Component/Win/UtilsWinHandles.h"
 #include "Component/Win/WinWindow.h"
@@ -90,19 +91,83 @@ void BringAppToFrontAndRestoreZOrder(const std::vector<HWND>& nativeWindows, boo
 
 }  // namespace
 
-// Dialogs that block the application are not built yet: nothing ever gets onto the stack.
-void PushAppModal(HWND) { MORVANE_THROW(XUnsupportedInterface()); }
+// --- The stack
 
-void PopAppModal(HWND hWnd) { std::erase(gAppModalDialogStack, hWnd); }
+void PushAppModal(HWND hWnd) {
+  MORVANE_ASSERT(gAppModalDialogStack.end()==std::find(gAppModalDialogStack.begin(),gAppModalDialogStack.end(),hWnd));
+  gAppModalDialogStack.insert(gAppModalDialogStack.begin(), hWnd);
+  EnforceAppModality();
+  RefreshAppModality();
+}
 
-void EnforceAppModality() {}
+void PopAppModal(HWND hWnd) {
+  const auto entry = std::find(gAppModalDialogStack.begin(), gAppModalDialogStack.end(), hWnd);
+  if (entry == gAppModalDialogStack.end()) return;
+  gAppModalDialogStack.erase(entry);
+  std::vector<HWND> windows = GetShownWindowsZ();
+  std::erase(windows, hWnd);
+  if (gAppModalDialogStack.empty()) {
+    for (const HWND w : windows) {
+      // The dialog that is going stays as it is; what it covered can be used again.
+      const HWND popup = GetLastActivePopup(w);
+      const HWND usable = popup == hWnd ? w : popup;
+      if (IsRegisteredHwnd(usable)) EnableWindow(usable, TRUE);
+    }
+  } else {
+    EnforceAppModality();
+  }
+  BringAppToFrontAndRestoreZOrder(MergeModalOrder(windows, gAppModalDialogStack), true);
+}
 
-bool OnModalActivationAttempt(HWND) { return false; }
-
-bool OnModalClickAttempt(HWND) { return false; }
+// Windows that are not the library's are left alone.
+void EnforceAppModality() {
+  if (gAppModalDialogStack.empty()) return;
+  const HWND top = gAppModalDialogStack.front();
+  std::vector<HWND> windows = GetShownWindowsZ();
+  std::erase(windows, top);
+  for (const HWND w : windows) {
+    // An owner of the top dialog cannot be used, and of any other group the window that could be.
+    const HWND popup = GetLastActivePopup(w);
+    const HWND blocked = popup == top ? w : popup;
+    if (IsRegisteredHwnd(blocked)) EnableWindow(blocked, FALSE);
+  }
+  EnableWindow(top, TRUE);
+}
 
 void RefreshAppModality() {
   BringAppToFrontAndRestoreZOrder(MergeModalOrder(GetShownWindowsZ(), gAppModalDialogStack), true);
+}
+
+// --- Attempts
+
+bool OnModalActivationAttempt(HWND hWnd) {
+  if (gAppModalDialogStack.empty()) return false;
+  const bool isBlocked = hWnd != gAppModalDialogStack.front();
+  BringAppToFrontAndRestoreZOrder(MergeModalOrder(GetShownWindowsZ(), gAppModalDialogStack), isBlocked);
+  return isBlocked;
+}
+
+bool OnModalClickAttempt(HWND hWnd) {
+  if (!OnModalActivationAttempt(hWnd)) return false;
+  // Bringing the windows to the front can have ended dialogs.
+  if (gAppModalDialogStack.empty()) return true;
+  FLASHWINFO flash = {};
+  flash.cbSize = sizeof(flash);
+  flash.hwnd = gAppModalDialogStack.front();
+  flash.dwFlags = FLASHW_CAPTION;
+  flash.uCount = 3;
+  flash.dwTimeout = 50;
+  FlashWindowEx(&flash);
+  return true;
+}
+
+// --- Always on top
+
+void CWinWindow::SetAlwaysOnTop(bool flag) {
+  if (flag == fAlwaysOnTop) return;
+  SetWindowTopMost(fHwnd, flag);
+  fAlwaysOnTop = flag;
+  fMorvane->RebuildAllMenuBars();
 }
 
 bool AnyShownWindowIsAlwaysOnTop() {

@@ -7,11 +7,14 @@
 
 namespace NSMorvane {
 
-// The dialogs that block the application, the newest, which is the one that can be used, at the front.
+// The dialogs that block the application. The newest, which is the one that can be used, is at the front.
 extern std::vector<HWND> gAppModalDialogStack;
 
+// Puts a dialog on the stack, disables the other windows, and brings the dialog to the front and activates
+// it.
 void PushAppModal(HWND hWnd);
-// Nothing for a window that is not on the stack.
+// Takes it off again: the other windows can be used again, or those that the next dialog leaves. Nothing for
+// a window that is not on the stack.
 void PopAppModal(HWND hWnd);
 
 // Disables the library's windows under the front of the stack.
@@ -22,6 +25,23 @@ void RefreshAppModality();
 // A window is about to be activated, or has been clicked; true if the message that told so must be swallowed.
 bool OnModalActivationAttempt(HWND hWnd);
 bool OnModalClickAttempt(HWND hWnd);
+
+// A dialog that is not a window of the library's own stands on the stack for as long as this lives.
+class IWinAppModalInstance {
+ public:
+  virtual ~IWinAppModalInstance() = default;
+};
+
+class CAppModalInstance : public IWinAppModalInstance {
+ public:
+  explicit CAppModalInstance(HWND hWnd) : fHwnd(hWnd) { PushAppModal(fHwnd); }
+  ~CAppModalInstance() override { PopAppModal(fHwnd); }
+  CAppModalInstance(const CAppModalInstance&) = delete;
+  CAppModalInstance& operator=(const CAppModalInstance&) = delete;
+
+ private:
+  HWND fHwnd;
+};
 
 // Whether any shown window of the library is always on top.
 bool AnyShownWindowIsAlwaysOnTop();

@@ -1,5 +1,6 @@
 // Sizes, placement and title of a window.
 #include <algorithm>
+#include <utility>
 
 #include "Component/Portable/ViewImpl.h"
 #include "Component/Win/MorvaneImplWin.h"
@@ -107,15 +108,38 @@ void CWinWindow::SetRootViewSize(const TSize& size) {
   if (fRootView) fRootView->SetBounds({0, 0, size.fWidth, size.fHeight});
 }
 
+namespace {
+
+// The kind may change size and placement again while it is being told, so the new value stands before that.
+// What nobody was told, or what failed, is taken back, and so told again next time.
+template <class TValue, class TTell>
+void TellChange(TValue& field, const TValue newValue, TTell&& tell) {
+  if (newValue == field) return;
+  const TValue oldValue = std::exchange(field, newValue);
+  bool wasTold = false;
+  try {
+    wasTold = tell(oldValue, newValue);
+  } catch (...) {
+    if (field == newValue) field = oldValue;
+    throw;
+  }
+  if (!wasTold && field == newValue) field = oldValue;
+}
+
+}  // namespace
+
 void CWinWindow::SetClientSize(const TSize& size) {
-  if (size == fClientSize) return;
-  SetRootViewSize(size);
-  if (OnClientSizeChanged(fClientSize, size)) fClientSize = size;
+  if (!(size == fClientSize)) SetRootViewSize(size);
+  TellChange(fClientSize, size, [this](const TSize& oldSize, const TSize& newSize) {
+    return OnClientSizeChanged(oldSize, newSize);
+  });
 }
 
 void CWinWindow::SetPlacement(const TWindowPlacement& placement) {
-  if (placement == fPlacement) return;
-  if (OnPlacementChanged(fPlacement, placement)) fPlacement = placement;
+  TellChange(fPlacement, placement,
+             [this](const TWindowPlacement& oldValue, const TWindowPlacement& newValue) {
+               return OnPlacementChanged(oldValue, newValue);
+             });
 }
 
 // --- Following the native window
@@ -156,6 +180,7 @@ void CWinWindow::SyncShownWindowState(const TRect& normalRect) {
 // --- The state as the kinds see it
 
 TWindowStateRecord CWinWindow::GetWindowState() const {
+  MORVANE_ASSERT(CheckInvariant());
   TWindowStateRecord state;
   state.fMinimumClientSize = fWindowState.fMinimumClientSize;
   state.fMaximumClientSize = fWindowState.fMaximumClientSize;
@@ -171,6 +196,7 @@ TWindowStateRecord CWinWindow::GetWindowState() const {
 }
 
 void CWinWindow::SetWindowState(const TWindowStateRecord& state) {
+  MORVANE_ASSERT(CheckInvariant());
   MORVANE_ASSERT(state.fPlacement.fZoomState==kWindowStateIdeal || state.fPlacement.fZoomState==kWindowStateUser);
   MORVANE_ASSERT((state.fMinimumClientSize.fHeight <= state.fMaximumClientSize.fHeight) || (0==state.fMaximumClientSize.fHeight));
   MORVANE_ASSERT((state.fMinimumClientSize.fWidth <= state.fMaximumClientSize.fWidth) || (0==state.fMaximumClientSize.fWidth));

@@ -150,6 +150,34 @@ TEST_F(DocumentRunTest, MenuBarOfEachVisibleWindowIsSetUpOnce) {
   delete behavior;
 }
 
+// A window that the set-up of another one has ended is passed over.
+TEST_F(DocumentRunTest, MenuBarSetUpMayEndTheNextWindow) {
+  CreateMorvane();
+  int setUps = 0;
+  IDocumentWindow* next = nullptr;
+  fHooks.fOnSetupMenuBar = [&](IMenuBarState&) {
+    ++setUps;
+    return next ? std::exchange(next, nullptr)->IDocumentWindow_Release() : kOK;
+  };
+  fHooks.fOnStartUp = [&] {
+    IDocumentWindow* const below = CreateDocument("below");
+    CreateDocument("above");
+    LetMessagesPass();
+    setUps = 0;
+    next = below;
+    EXPECT_EQ(fMorvane->IMorvane_RequestMenuBarsSetup(), kOK);
+    EXPECT_EQ(fMorvane->IMorvane_Yield(), kOK);
+    // The second set-up is the one that the release has asked for.
+    EXPECT_EQ(setUps, 2);
+    EXPECT_EQ(fOutput.CountLines("RequestMenuBarSetup for a behavior-less document window!!!"), 0u);
+    fMorvane->IMorvane_StartQuitting();
+    return kOK;
+  };
+  EXPECT_EQ(Run(), kOK);
+  EXPECT_EQ(fLog, (CallLog{"OnStartUp", "below deleted", "above OnRequestClose 1", "above deleted",
+                           "OnCleanUp", "deleted"}));
+}
+
 TEST_F(DocumentRunTest, FailingMenuBarSetUpIsReported) {
   CreateMorvane();
   fHooks.fOnSetupMenuBar = [](IMenuBarState&) { return TError(100600); };

@@ -351,6 +351,22 @@ TEST_F(WindowTest, MovingAndResizing) {
                 }});
 }
 
+// A client that does not like its size changes it at once, while it is being told; also before the window is
+// on the screen.
+TEST_F(WindowTest, ResizedInsideTheCallback) {
+  fRecord.fHooks["OnClientSizeChanged"] = [this] {
+    Change([](TDocumentWindowState& state) { state.fPlacement.fUserRect = {60, 70, 460, 370}; });
+    return kOK;
+  };
+  RunWithWindow(kSizeable, {[this] {
+                  EXPECT_EQ(NativeNormalRect(Hwnd()), (TRect{60, 70, 460, 370}));
+                  ExpectInStep();
+                  SetWindowPos(Hwnd(), nullptr, 0, 0, 500, 420, SWP_NOMOVE | SWP_NOZORDER);
+                  EXPECT_EQ(NativeNormalRect(Hwnd()), (TRect{60, 70, 460, 370}));
+                  ExpectInStep();
+                }});
+}
+
 TEST_F(WindowTest, MinimizingAndRestoring) {
   RunWithWindow(kSizeable,
                 {[this] {
@@ -808,12 +824,17 @@ TEST_F(WindowTest, FailingCallbacksAreReported) {
       SetWindowPos(Hwnd(), nullptr, 9, 9, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
       EXPECT_EQ(fRecord.fPlacements.back().first.fUserRect, (TRect{100, 100, 400, 400}));
       EXPECT_EQ(fRecord.fPlacements.back().second.fUserRect, (TRect{9, 9, 309, 309}));
-      Quit();
+      // The native procedure does not get at the window.
+      fRecord.fHooks["OnRequestClose 0"] = [] { return TError(100002); };
+      EXPECT_EQ(SendMessageW(Hwnd(), WM_CLOSE, 0, 0), 0);
+      EXPECT_TRUE(IsWindowVisible(Hwnd()));
+      EXPECT_TRUE(Window().IDocumentWindow_CheckInvariant());
     });
+    Then([&] { Quit(); });
     return kOK;
   };
   EXPECT_EQ(Run(), kOK);
-  EXPECT_EQ(errors.size(), 1u);
+  EXPECT_EQ(errors, (std::vector<TError>{100001, 100002}));
 }
 
 }  // namespace NSMorvaneTest

@@ -417,15 +417,6 @@ TEST_F(WinWindowTest, ADialogThatIsNotReleasedGivesItsOwnerBack) {
   });
 }
 
-TEST_F(WinWindowTest, DialogsThatBlockTheApplicationAreNotBuiltYet) {
-  InRun([this] {
-    TTestWindowPtr dialog = Make(kWindowKindModalDialog);
-    EXPECT_THROW(dialog->Show(), XUnsupportedInterface);
-    EXPECT_TRUE(gAppModalDialogStack.empty());
-    Release(dialog);
-  });
-}
-
 // --- State
 
 // Nobody takes the changes, so they are told each time; the views follow at once.
@@ -557,7 +548,6 @@ TEST_F(WinWindowTest, NothingIsBlockedByAnEmptyStack) {
     EXPECT_FALSE(OnModalClickAttempt(window->GetHwnd()));
     PopAppModal(window->GetHwnd());
     EXPECT_TRUE(IsWindowEnabled(window->GetHwnd()));
-    EXPECT_THROW(PushAppModal(window->GetHwnd()), XUnsupportedInterface);
     Release(window);
   });
 }
