@@ -138,7 +138,6 @@ class CWinWindow : public CWindowGlue,
   const CMenuBarState& GetMenuBarState() const { return fMenuBarState; }
 
   // --- Order (WinWindowModality.cpp)
-  // --------------------------------------------------------------------------
 
   bool IsAlwaysOnTop() const { return fAlwaysOnTop; }
   // Dialogs that are opened later inherit it.
