@@ -4,12 +4,9 @@
 #include <Morvane.h>
 #include <MorvaneDefaults.h>
 
-#include <cstddef>
+#include "SketchTools.h"
 
 namespace NSSketch {
-
-enum class TSketchTool { kSelect, kLine, kRectangle, kEllipse, kPolyline, kText };
-constexpr std::size_t kSketchToolCount = 6;
 
 class CSketchToolStripView : public NSMorvane::CDefaultViewBehavior {
  public:
