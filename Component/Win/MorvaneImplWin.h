@@ -7,6 +7,7 @@
 //   MorvaneImplWinQuit.cpp            quitting and lingering
 //   MorvaneImplWinIdle.cpp            idle calls, yielding, time
 //   MorvaneImplWinWindows.cpp         making windows and views, lists of windows
+//   MorvaneImplWinKeyboard.cpp        what keys mean, listeners of modifier keys, key releases
 //   MorvaneImplWinExtensions.cpp      what IWinExtensions offers
 //   MorvaneImplWinLater.cpp           every operation that this build does not have
 //
@@ -17,8 +18,10 @@
 
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
+#include <list>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Component/Portable/MorvaneGlue.h"
@@ -149,6 +152,15 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   static std::vector<boost::shared_ptr<CWinWindow>> GetWindows();
   static bool IsAnyWindowAlive();
 
+  // --- Keyboard (MorvaneImplWinKeyboard.cpp)
+
+  // A modifier key has gone down or up.
+  void NotifyModifierKeyListeners(const TModifierKeysEvent& previous, const TModifierKeysEvent& now);
+  // Calls and forgets what waits for the release of this key.
+  void OnKeyReleased(const TPhysicalKeySpec& key);
+  // Calls and forgets all that waits for a release: the keyboard has gone elsewhere.
+  void AbandonKeyReleases();
+
   // --- IWinExtensions (MorvaneImplWinExtensions.cpp)
 
   HICON__* IWinExtensions_GetIconHandle(const IIcon& icon, std::uint32_t size, TError& outError) override;
@@ -265,7 +277,6 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   void HandleMessage(const MSG& msg);
   void HandleSecondInstance();
   bool PreTranslate(const MSG& msg);
-  void RelayToTooltips(const MSG& msg);
   void DeliverError(TError code);
   void RebuildRequestedMenuBars();
   void ApplyAppActivation(bool flag, DWORD threadId);
@@ -279,6 +290,10 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
 
   // --- Windows
   void RequireRun() const;
+
+  // --- Keyboard
+  using TKeyReleaseEntry = std::pair<std::uint32_t, IKeyReleaseCallback*>;  // with its virtual key
+  bool ForgetKeyReleaseCallback(const TKeyReleaseEntry& entry);
 
   // --- Quitting
   void LeaveQuitMode();
@@ -294,6 +309,8 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   TStartupStrings fStartupStrings;
   TDebugSettings fDebugSettings;
   boost::weak_ptr<CWinWindow> fMouseCaptureWindow;
+  std::list<IModifierKeyListener*> fModifierKeyListeners;  // the client's, as are the next
+  std::list<TKeyReleaseEntry> fKeyReleaseCallbacks;
   std::unique_ptr<CMessageWindow> fMessageWindow;  // these three exist during IMorvane_Run only
   std::unique_ptr<CHiderWindow> fHiderWindow;
   std::unique_ptr<CIdleThread> fIdleThread;

@@ -15,9 +15,6 @@ namespace {
 // The system report is not built yet.
 void CMorvaneImpl::LogSystemReport() {}
 
-// Tooltips are not built yet.
-void CMorvaneImpl::RelayToTooltips(const MSG&) {}
-
 // File dialogs are not built yet: nobody sends these messages.
 void CMorvaneImpl::OnFileDialogMessage(UINT, LPARAM) { ThrowUnsupported(); }
 
@@ -78,20 +75,6 @@ std::unique_ptr<IMouseShape> CMorvaneImpl::CMorvaneGlue_LoadResourceMouseShape(c
 }
 
 std::unique_ptr<IMouseShape> CMorvaneImpl::CMorvaneGlue_CreateBuiltInMouseShape(TBuiltInMouseShape) {
-  ThrowUnsupported();
-}
-
-// --- Keyboard
-
-void CMorvaneImpl::CMorvaneGlue_AttachModifierKeyListener(IModifierKeyListener*) { ThrowUnsupported(); }
-
-void CMorvaneImpl::CMorvaneGlue_DetachModifierKeyListener(IModifierKeyListener*) { ThrowUnsupported(); }
-
-void CMorvaneImpl::CMorvaneGlue_InstallKeyReleaseCallback(std::uint32_t, IKeyReleaseCallback*) {
-  ThrowUnsupported();
-}
-
-void CMorvaneImpl::CMorvaneGlue_RemoveKeyReleaseCallback(std::uint32_t, IKeyReleaseCallback*) {
   ThrowUnsupported();
 }
 

@@ -11,6 +11,7 @@
 #include "Component/Win/UtilsWinFiles.h"
 #include "Component/Win/WinWindow.h"
 #include "Component/Win/WinWindowModality.h"
+#include "Component/Win/WinWindowTooltips.h"
 
 namespace NSMorvane {
 

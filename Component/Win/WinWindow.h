@@ -4,7 +4,8 @@
 //
 //   WinWindow.cpp            life: construction, Show, Hide, ReleaseWindow, destruction
 //   WinWindowState.cpp       sizes, placement, title
-//   WinWindowFocus.cpp       activation, focus, tooltips
+//   WinWindowFocus.cpp       activation, focus
+//   WinWindowTooltips.cpp    tooltips
 //   WinWindowMenus.cpp       the menu bar
 //   WinWindowMessages.cpp    the message function and its table, listeners
 //   WinWindowSystem.cpp      system commands, size limits, dropped files, input methods
@@ -104,12 +105,11 @@ class CWinWindow : public CWindowGlue,
   // Measured on a shown window with a client area, computed from the style otherwise.
   TFrameInsets GetFrameInsets() const;
 
-  // --- Activation, focus, tooltips (WinWindowFocus.cpp)
+  // --- Activation, focus (WinWindowFocus.cpp)
 
   // A native control has got the keyboard, or, with null, lost it.
   void SetFocusFromNative(CViewImpl* view);
   CViewImpl* GetFocusView() const { return fFocusView; }
-  const std::vector<CViewImpl*>& GetTooltipViews() const { return fTooltipViews; }
 
   // Behaviours can end the window from within these two: they keep it to their end.
   TError IWindow_SetConceptualFocusView(IView* newConceptualFocusView) override;
@@ -123,6 +123,9 @@ class CWinWindow : public CWindowGlue,
 
   TError IModalOwner_GetNativeWindow(TNativeWindow& out) override;
 
+  // --- Tooltips (WinWindowTooltips.cpp)
+
+  const std::vector<CViewImpl*>& GetTooltipViews() const { return fTooltipViews; }
   void MarkToolRectsDirty() override { fTooltipRectsDirty = true; }
   std::uint32_t AddTool(CViewImpl& view, const TString& text) override;
   void UpdateToolText(std::uint32_t tool, CViewImpl& view, const TString& text) override;
@@ -245,7 +248,7 @@ class CWinWindow : public CWindowGlue,
   TRect AdoptNativePlacement();
   void SetNativeTitle(const TString& text);
 
-  // --- Activation, focus, tooltips
+  // --- Activation, focus
 
   void OnActivated(bool& outHandled);
   void OnDeactivated();
@@ -255,7 +258,6 @@ class CWinWindow : public CWindowGlue,
   void SendOnDutyFocusLost(CViewImpl* view);
   HWND GetNativeFocusTarget(CViewImpl* view);
   void RequestMenuBarsAfterFocusChange();
-  void DestroyTooltipWindow();
 
   // --- Messages
 
@@ -309,10 +311,17 @@ class CWinWindow : public CWindowGlue,
   void NotifyModifierListeners(const TWinKeyMessage& message);
   void DispatchKeyDown(const TWinKeyMessage& message, bool& outHandled);
   void DispatchKeyUp(const TWinKeyMessage& message, bool& outHandled);
+  bool OfferKeyToMouseCapture(const TKeyEvent& event);
+  bool OfferKeyToFocusChain(const TKeyEvent& event);
+  bool MoveFocusByTab(const TKeyEvent& event);
+  bool OfferKeyToApplication(const TKeyEvent& event);
+  bool OpenWindowListByKey(const TKeyEvent& event);
 
   // --- Tooltips and commands
 
-  // Brings the rectangles of the tooltips up to date.
+  void CreateTooltipWindow();
+  void DestroyTooltipWindow();
+  // Brings the rectangles of the tools up to date.
   void UpdateToolRects();
   // A command of the menu bar.
   void OnCommand(UINT commandId);

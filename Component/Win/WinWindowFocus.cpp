@@ -1,4 +1,4 @@
-// Activation and focus of a window, and its tooltips.
+// Activation and focus of a window.
 //
 // A view is on duty when it is the focus view and its window is active and has the keyboard.
 #include <windows.h>
@@ -163,7 +163,7 @@ void CWinWindow::OnDeactivated() {
   OnActivationChanged(false);
   if (fFocusView) {
     SendOnDutyFocusLost(fFocusView);
-    // Key release callbacks are not built yet: here all that are pending get kKeyReleaseDeactivated.
+    fMorvane->AbandonKeyReleases();
   }
   if (fTooltipHwnd) SendMessageW(fTooltipHwnd, TTM_ACTIVATE, FALSE, 0);
   fMorvane->RebuildAllMenuBars();
@@ -184,21 +184,5 @@ void CWinWindow::OnLostFocus() {
     SendOnDutyFocusLost(fFocusView);
   RequestMenuBarsAfterFocusChange();
 }
-
-// --- Tooltips
-
-// Tooltips are not built yet: no view has a tool, and there is no tooltip window.
-
-std::uint32_t CWinWindow::AddTool(CViewImpl&, const TString&) { MORVANE_THROW(XUnsupportedInterface()); }
-
-void CWinWindow::UpdateToolText(std::uint32_t, CViewImpl&, const TString&) {
-  MORVANE_THROW(XUnsupportedInterface());
-}
-
-void CWinWindow::RemoveTool(std::uint32_t, CViewImpl&) { MORVANE_THROW(XUnsupportedInterface()); }
-
-void CWinWindow::UpdateToolRects() {}
-
-void CWinWindow::DestroyTooltipWindow() {}
 
 }  // namespace NSMorvane

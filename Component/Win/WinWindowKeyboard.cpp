@@ -1,7 +1,36 @@
-// Keyboard dispatch of windows. Menu shortcuts go first: what is one never reaches a view.
+// Keyboard dispatch of windows. Menu shortcuts go first: what is one never reaches a view. A key press then
+// goes from the mouse capture along the focus chain to the window, the Tab key, and the application, until
+// somebody takes it.
+#include "Component/Portable/MorvaneImplUtilsFocus.h"
+#include "Component/Portable/ViewImpl.h"
+#include "Component/Win/MorvaneImplWin.h"
+#include "Component/Win/WinKeyboard.h"
 #include "Component/Win/WinWindow.h"
+#include "Component/Win/WinWindowListWindow.h"
 
 namespace NSMorvane {
+
+namespace {
+
+// The last event that the listeners of modifier keys got.
+TModifierKeysEvent gLastModifierEvent = {};
+
+std::uint64_t GetMessageTimeMS() { return static_cast<DWORD>(GetMessageTime()); }
+
+TPhysicalKeySpec PhysicalKeyOf(const TWinKeyMessage& message) {
+  return {message.fVirtualKey, message.fScanCode, static_cast<std::uint16_t>(message.fIsExtended ? 1 : 0)};
+}
+
+TKeyEvent MakeKeyEvent(const TWinKeyMessage& message) {
+  TKeyEvent event = {};
+  event.fPhysicalKey = PhysicalKeyOf(message);
+  event.fModifiers = GetCurrentModifiers();
+  event.fIsRepeat = message.fIsRepeat ? 1 : 0;
+  event.fTimeMS = GetMessageTimeMS();
+  return event;
+}
+
+}  // namespace
 
 std::optional<TWinKeyMessage> MakeKeyMessage(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
   const bool isDown = message == WM_KEYDOWN || message == WM_SYSKEYDOWN;
@@ -17,6 +46,8 @@ std::optional<TWinKeyMessage> MakeKeyMessage(HWND hwnd, UINT message, WPARAM wPa
   return result;
 }
 
+// --- Before dispatch
+
 bool CWinWindow::PreTranslateMessage(const MSG& message) {
   if (const auto key = MakeKeyMessage(message.hwnd, message.message, message.wParam, message.lParam))
     NotifyModifierListeners(*key);
@@ -24,12 +55,84 @@ bool CWinWindow::PreTranslateMessage(const MSG& message) {
   return fAcceleratorTable && TranslateAcceleratorW(fHwnd, fAcceleratorTable, &copy);
 }
 
-// Keyboard dispatch is not built yet: nobody is told of keys, and the system handles them.
+void CWinWindow::NotifyModifierListeners(const TWinKeyMessage& message) {
+  if (message.fIsRepeat || !IsModifierVirtualKey(message.fVirtualKey)) return;
+  TModifierKeysEvent event = {};
+  event.fModifiers = GetCurrentModifiers();
+  event.fTimeMS = GetMessageTimeMS();
+  if (const boost::shared_ptr<IMouseCapture> capture = fMouseCapture)
+    MORVANE_CHECK(capture->IMouseCapture_OnModifiersChanged(gLastModifierEvent, event));
+  else
+    fMorvane->NotifyModifierKeyListeners(gLastModifierEvent, event);
+  gLastModifierEvent = event;
+}
 
-void CWinWindow::NotifyModifierListeners(const TWinKeyMessage&) {}
+// --- The chain of a key press
+//
+// Every step tells whether it took the key. A failure ends the chain.
 
-void CWinWindow::DispatchKeyDown(const TWinKeyMessage&, bool&) {}
+void CWinWindow::DispatchKeyDown(const TWinKeyMessage& message, bool& outHandled) {
+  const TKeyEvent event = MakeKeyEvent(message);
+  outHandled = OfferKeyToMouseCapture(event) || OfferKeyToFocusChain(event) || OnKeyDown(event) ||
+               MoveFocusByTab(event) || OfferKeyToApplication(event) || OpenWindowListByKey(event);
+}
 
-void CWinWindow::DispatchKeyUp(const TWinKeyMessage&, bool&) {}
+bool CWinWindow::OfferKeyToMouseCapture(const TKeyEvent& event) {
+  const boost::shared_ptr<IMouseCapture> capture = fMouseCapture;
+  if (!capture) return false;
+  TFlag handled = 0;
+  MORVANE_CHECK(capture->IMouseCapture_OnKeyDown(event, handled));
+  return handled != 0;
+}
+
+bool CWinWindow::OfferKeyToFocusChain(const TKeyEvent& event) {
+  // Held, so that a view can end itself in its handler; then the walk stops there.
+  TViewImplPtr view = fFocusView && fFocusView->IsLive() ? fFocusView->GetClientsViewReference() : nullptr;
+  while (view) {
+    const bool wasLive = view->IsLive();
+    if (IViewBehavior* const behavior = wasLive ? view->GetBehavior() : nullptr) {
+      TFlag handled = 0;
+      MORVANE_CHECK(behavior->IViewBehavior_HandleKeyDown(event, handled));
+      if (handled != 0) return true;
+    }
+    if (wasLive && !view->IsLive()) return false;
+    view = TViewImplPtr(view->GetSuperView());
+  }
+  return false;
+}
+
+bool CWinWindow::MoveFocusByTab(const TKeyEvent& event) {
+  if (event.fPhysicalKey.fVirtualKey != VK_TAB) return false;
+  const bool backwards = (event.fModifiers.fKeys & kModifierShift) != 0;
+  CViewImpl* const view =
+      backwards ? FindPreviousFocusView(fFocusView, *this) : FindNextFocusView(fFocusView, *this);
+  if (view) CWindowGlue_SetConceptualFocusView(view);
+  return true;
+}
+
+bool CWinWindow::OfferKeyToApplication(const TKeyEvent& event) {
+  IMorvaneRunBehavior* const behavior = fMorvane->GetBehavior();
+  if (!behavior) return false;
+  TFlag handled = 0;
+  MORVANE_CHECK(behavior->IMorvaneRunBehavior_HandleKeyDown(event, handled));
+  return handled != 0;
+}
+
+bool CWinWindow::OpenWindowListByKey(const TKeyEvent& event) {
+  constexpr TKeyInterpretation kWindowListKey = {{u'w'}, {kModifierMask, 0}, 0};
+  TFlag isWindowListKey = 0;
+  MORVANE_CHECK(fMorvane->IMorvane_CanKeyBeInterpretedAs(event.fPhysicalKey, event.fModifiers, kWindowListKey,
+                                                         isWindowListKey));
+  if (!isWindowListKey) return false;
+  OpenWindowList();
+  return true;
+}
+
+// --- Releases
+
+// Views are not told of them, and nobody takes them.
+void CWinWindow::DispatchKeyUp(const TWinKeyMessage& message, bool&) {
+  fMorvane->OnKeyReleased(PhysicalKeyOf(message));
+}
 
 }  // namespace NSMorvane

@@ -1,0 +1,179 @@
+// The tooltips of a window. Each view with a text has a tool in the window's tooltip control, and a second
+// one on the native control that it hosts. The rectangles of the tools follow the views at the next tick.
+#include "Component/Win/WinWindowTooltips.h"
+
+// After windows.h.
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "Component/Portable/ViewImpl.h"
+#include "Component/Win/UtilsWin.h"
+#include "Component/Win/WinWindow.h"
+
+namespace NSMorvane {
+
+std::vector<HWND> gTooltipWindows;
+
+namespace {
+
+std::uint32_t gNextToolId = 1;
+
+constexpr LPARAM kMaxTipWidth = 300;
+
+// The tool of a view, by its number.
+TTTOOLINFOW MakeToolInfo(HWND window, std::uint32_t toolNumber) {
+  TTTOOLINFOW info = {};
+  info.cbSize = TTTOOLINFOW_V2_SIZE;
+  info.hwnd = window;
+  info.uId = toolNumber;
+  return info;
+}
+
+// The tool of a native control.
+TTTOOLINFOW MakeControlToolInfo(HWND window, HWND control) {
+  TTTOOLINFOW info = MakeToolInfo(window, 0);
+  info.uFlags = TTF_IDISHWND;
+  info.uId = reinterpret_cast<UINT_PTR>(control);
+  return info;
+}
+
+LRESULT SendToolMessage(HWND tooltip, UINT message, TTTOOLINFOW& info) {
+  return SendMessageW(tooltip, message, 0, reinterpret_cast<LPARAM>(&info));
+}
+
+void AddNativeTool(HWND tooltip, TTTOOLINFOW& info, const TString& text) {
+  info.lpszText = const_cast<wchar_t*>(WinText(text));  // the control copies it
+  if (!SendToolMessage(tooltip, TTM_ADDTOOLW, info)) ThrowError(kOtherError);
+}
+
+RECT ToolRect(const CViewImpl& view) { return ToNative(view.GetClipBounds()); }
+
+void UpdateToolRect(HWND window, HWND toolTipWindow, std::uint32_t toolTipHandle, const CViewImpl& view) {
+  MORVANE_ASSERT(0!=window);
+  MORVANE_ASSERT(0!=toolTipWindow);
+  MORVANE_ASSERT(0!=toolTipHandle);
+  TTTOOLINFOW info = MakeToolInfo(window, toolTipHandle);
+  info.rect = ToolRect(view);
+  SendToolMessage(toolTipWindow, TTM_NEWTOOLRECTW, info);
+}
+
+// What a press must be followed by for the tooltips to take it for a whole click; 0 for all other messages.
+UINT ReleaseAfter(UINT message) {
+  switch (message) {
+    case WM_LBUTTONDOWN:
+    case WM_LBUTTONDBLCLK:
+      return WM_LBUTTONUP;
+    case WM_RBUTTONDOWN:
+      return WM_RBUTTONUP;
+    case WM_MBUTTONDOWN:
+      return WM_MBUTTONUP;
+    default:
+      return 0;
+  }
+}
+
+bool IsRelayed(UINT message) {
+  return message == WM_MOUSEMOVE || message == WM_LBUTTONUP || message == WM_RBUTTONUP ||
+         message == WM_MBUTTONUP || ReleaseAfter(message) != 0;
+}
+
+}  // namespace
+
+void RelayToTooltips(const MSG& message) {
+  if (!IsRelayed(message.message)) return;
+  // By index: whoever hears of a tip may make or end windows.
+  for (std::size_t i = 0; i < gTooltipWindows.size(); ++i) {
+    const HWND tooltip = gTooltipWindows[i];
+    MSG relayed = message;
+    SendMessageW(tooltip, TTM_RELAYEVENT, 0, reinterpret_cast<LPARAM>(&relayed));
+    relayed.message = ReleaseAfter(message.message);
+    if (relayed.message != 0) SendMessageW(tooltip, TTM_RELAYEVENT, 0, reinterpret_cast<LPARAM>(&relayed));
+  }
+}
+
+// --- The tooltip control
+
+void CWinWindow::CreateTooltipWindow() {
+  if (fTooltipHwnd) return;
+  INITCOMMONCONTROLSEX controls = {};
+  controls.dwSize = sizeof(controls);
+  controls.dwICC = ICC_WIN95_CLASSES;
+  if (!InitCommonControlsEx(&controls)) MORVANE_THROW(std::exception());
+  std::vector<HWND> tooltipWindows = gTooltipWindows;
+  tooltipWindows.push_back(nullptr);  // so that nothing can fail behind the creation
+  const HWND tooltip = CreateWindowExW(
+      WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, CW_USEDEFAULT,
+      CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, fHwnd, nullptr, GetModuleHandleW(nullptr), nullptr);
+  if (!tooltip) MORVANE_THROW_LAST_ERROR();
+  fTooltipHwnd = tooltip;
+  SetWindowPos(tooltip, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  SendMessageW(tooltip, TTM_ACTIVATE, TRUE, 0);
+  SendMessageW(tooltip, TTM_SETMAXTIPWIDTH, 0, kMaxTipWidth);
+  tooltipWindows.back() = tooltip;
+  gTooltipWindows.swap(tooltipWindows);
+}
+
+void CWinWindow::DestroyTooltipWindow() {
+  if (!fTooltipHwnd) return;
+  std::erase(gTooltipWindows, fTooltipHwnd);
+  const BOOL okFlag = DestroyWindow(fTooltipHwnd);
+  MORVANE_ASSERT(0!=okFlag);
+  fTooltipHwnd = nullptr;
+}
+
+// --- Tools
+
+std::uint32_t CWinWindow::AddTool(CViewImpl& view, const TString& text) {
+  CreateTooltipWindow();
+  std::vector<CViewImpl*> tooltipViews = fTooltipViews;
+  tooltipViews.push_back(&view);
+  const HWND control = GetNativeFocusTarget(&view);
+  TTTOOLINFOW controlInfo = MakeControlToolInfo(fHwnd, control);
+  if (control) AddNativeTool(fTooltipHwnd, controlInfo, text);
+  const std::uint32_t toolNumber = gNextToolId++;
+  TTTOOLINFOW info = MakeToolInfo(fHwnd, toolNumber);
+  info.rect = ToolRect(view);
+  try {
+    AddNativeTool(fTooltipHwnd, info, text);
+  } catch (...) {
+    if (control) SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, controlInfo);
+    MORVANE_RETHROW();
+  }
+  fTooltipViews.swap(tooltipViews);
+  return toolNumber;
+}
+
+void CWinWindow::UpdateToolText(std::uint32_t toolTipHandle, CViewImpl&, const TString& text) {
+  MORVANE_ASSERT(0!=toolTipHandle);
+  MORVANE_ASSERT(0!=fTooltipHwnd);
+  TTTOOLINFOW info = MakeToolInfo(fHwnd, toolTipHandle);
+  info.lpszText = const_cast<wchar_t*>(WinText(text));
+  SendToolMessage(fTooltipHwnd, TTM_UPDATETIPTEXTW, info);
+}
+
+void CWinWindow::RemoveTool(std::uint32_t toolNumber, CViewImpl& view) {
+  if (toolNumber == 0) return;
+  std::vector<CViewImpl*> tooltipViews = fTooltipViews;
+  std::erase(tooltipViews, &view);
+  if (fTooltipHwnd) {
+    TTTOOLINFOW info = MakeToolInfo(fHwnd, toolNumber);
+    SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, info);
+    if (const HWND control = GetNativeFocusTarget(&view)) {
+      TTTOOLINFOW controlInfo = MakeControlToolInfo(fHwnd, control);
+      SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, controlInfo);
+    }
+  }
+  fTooltipViews.swap(tooltipViews);
+}
+
+void CWinWindow::UpdateToolRects() {
+  fTooltipRectsDirty = false;
+  const std::vector<CViewImpl*> tooltipViews = fTooltipViews;
+  for (const CViewImpl* const view : tooltipViews) {
+    MORVANE_ASSERT(view->CheckInvariant());
+    UpdateToolRect(fHwnd, fTooltipHwnd, view->GetTooltipHandle(), *view);
+  }
+}
+
+}  // namespace NSMorvane
