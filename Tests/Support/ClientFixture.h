@@ -107,6 +107,7 @@ struct RunHooks {
   std::function<TError(TNoDocumentKind)> fOnNoDocument;
   std::function<TError(const std::string&)> fOnOpenURL;
   std::function<TError(IMenuBarState&)> fOnSetupMenuBar;
+  std::function<TError(const TKeyEvent&, TFlag&)> fHandleKeyDown;
   std::function<TError(std::int64_t&)> fOnIdle;
   std::function<TError(TFlag)> fOnAppActivation;
   std::function<TError()> fOnThemeChanged;
@@ -131,6 +132,9 @@ class RecordingRunBehavior : public CDefaultRunBehavior {
   }
   TError IMorvaneRunBehavior_OnOpenURL(const char* url) override {
     return Call(std::string("OnOpenURL ") + url, fHooks.fOnOpenURL, std::string(url));
+  }
+  TError IMorvaneRunBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) override {
+    return fHooks.fHandleKeyDown ? fHooks.fHandleKeyDown(event, outHandled) : kOK;
   }
   // Not logged: how often it comes is a matter of time.
   TError IMorvaneRunBehavior_OnIdle(std::int64_t& inOutDelayMS) override {

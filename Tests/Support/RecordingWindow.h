@@ -30,6 +30,7 @@ struct WindowRecord {
   IDocumentWindow* fWindow = nullptr;
   HWND fHwnd = nullptr;
   int fMenuBarSetups = 0;
+  TFlag fTakesKeys = 0;
   bool fIsDeleted = false;
 
   std::size_t Count(const std::string& entry) const {
@@ -68,7 +69,7 @@ class RecordingWindowBehavior : public IDocumentWindowBehavior {
     return Call("OnActivationChanged " + std::to_string(active));
   }
   TError IDocumentWindowBehavior_HandleKeyDown(const TKeyEvent&, TFlag& outHandled) override {
-    outHandled = 0;
+    outHandled = fRecord.fTakesKeys;
     return Call("HandleKeyDown");
   }
   TError IDocumentWindowBehavior_OnKeyboardFocusChanged(TFlag focused) override {
@@ -127,6 +128,8 @@ struct ViewRecord {
   std::string fName;
   CallHooks fHooks;
   HWND fNativeFocusTarget = nullptr;
+  TFlag fTakesKeys = 0;
+  TKeyEvent fLastKey = {};
 };
 
 class RecordingFocusViewBehavior : public CDefaultViewBehavior {
@@ -136,6 +139,11 @@ class RecordingFocusViewBehavior : public CDefaultViewBehavior {
 
   TError IViewBehavior_OnOnDutyFocusChanged(TFlag gained) override {
     return Call(gained == 1 ? "gained" : "lost");
+  }
+  TError IViewBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) override {
+    fRecord.fLastKey = event;
+    outHandled = fRecord.fTakesKeys;
+    return Call("key");
   }
   TError IViewBehavior_GetNativeFocusTarget(TNativeWindow& out) override {
     out.fHwnd = fRecord.fNativeFocusTarget;
@@ -173,8 +181,7 @@ class ClientWindowTest : public ClientTest {
     CreateMorvane();
     fHooks.fOnStartUp = [=, this] {
       Create(style, fRecord);
-      for (const auto& step : steps) Then(step);
-      Then([this] { Quit(); });
+      RunStep(steps, 0);
       return kOK;
     };
     fHooks.fOnQuitEvent = [this] {
@@ -187,6 +194,15 @@ class ClientWindowTest : public ClientTest {
     EXPECT_EQ(std::count_if(fLog.begin(), fLog.end(),
                             [](const std::string& entry) { return entry.starts_with("OnUnhandledError"); }),
               0);
+  }
+
+  // Asks for the next step only behind this one, so that a step can turn the loop itself.
+  void RunStep(const Steps& steps, std::size_t index) {
+    Then([=, this] {
+      if (index == steps.size()) return Quit();
+      steps[index]();
+      RunStep(steps, index + 1);
+    });
   }
 
   IDocumentWindow& Window() { return *fRecord.fWindow; }

@@ -526,17 +526,6 @@ TEST_F(WinWindowTest, TheSameMenuBarIsNotBuiltTwice) {
   });
 }
 
-TEST_F(WinWindowTest, TooltipsAreNotBuiltYet) {
-  InRun([this] {
-    TTestWindowPtr window = Make(kWindowKindModelessDialog);
-    CViewImpl& root = *window->GetRootView();
-    EXPECT_THROW(window->AddTool(root, u"tip"), XUnsupportedInterface);
-    EXPECT_EQ(root.IView_SetTooltipText(u"tip"), TError(kUnsupported));
-    EXPECT_EQ(root.GetTooltipText(), u"");
-    Release(window);
-  });
-}
-
 // --- Application modality without a blocking dialog
 
 TEST_F(WinWindowTest, NothingIsBlockedByAnEmptyStack) {
