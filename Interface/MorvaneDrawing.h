@@ -32,8 +32,8 @@ class IDrawTools {
   // The region to redraw, in drawing coordinates, as a native region handle (HRGN). It stays the library's
   // and is valid until the next view is drawn. `outNativeRegion` must be null on the way in.
   virtual TError IDrawTools_GetDirtyRegion(void*& outNativeRegion) = 0;
-  // The native context, clipped to the view and to the dirty region. Leave selected objects as they were
-  // found.
+  // The native context, clipped to the view and at least to the box of the dirty region; what is drawn
+  // outside the region is not shown. Leave selected objects as they were found.
   virtual TError IDrawTools_OpenNativePort(TNativePort& out) = 0;
   virtual TError IDrawTools_CloseNativePort() = 0;
   // Direct access to the pixels. Nothing clips here: stay within the view and the dirty region.

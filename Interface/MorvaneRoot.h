@@ -44,7 +44,7 @@ enum TNoDocumentKind : std::uint32_t {
 // IMorvane_Run.
 //
 // A code other than kOK comes back through IMorvaneRunBehavior_OnUnhandledError, and the application goes on;
-// before the loop has started it ends IMorvane_Run instead.
+// before the loop has started, and behind it, it is the result of IMorvane_Run instead.
 class IMorvaneRunBehavior {
  public:
   // Once, before anything else.
@@ -86,7 +86,8 @@ class IMorvaneRunBehavior {
   virtual ~IMorvaneRunBehavior() = default;
 };
 
-// The root object. There is one in a process; Morvane_Create makes it, and the client deletes it.
+// The root object. There is one in a process; Morvane_Create makes it, and the client deletes it. Windows
+// that are left end with it.
 //
 // Operations are for the thread that runs IMorvane_Run, unless they say otherwise. Every one can give
 // kBadInputProgrammingError for a wrong argument, with nothing changed, and the code of whatever went wrong

@@ -22,13 +22,6 @@ HDC MakeScreenCompatibleContext() {
   return context;
 }
 
-// The platform counts the bytes of a section in 32 bits; nothing that overflows them may reach it.
-bool IsPossibleSize(const TSize& size, std::int32_t depth) {
-  if (size.fWidth <= 0 || size.fHeight <= 0) return false;
-  const std::int64_t rowBytes = (static_cast<std::int64_t>(size.fWidth) * depth + 31) / 32 * 4;
-  return rowBytes <= std::numeric_limits<std::int32_t>::max() / size.fHeight;
-}
-
 HBITMAP MakeSection(HDC context, const TSize& size, std::int32_t depth, void*& outPixels) {
   BITMAPINFO info = {};
   info.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
@@ -41,6 +34,12 @@ HBITMAP MakeSection(HDC context, const TSize& size, std::int32_t depth, void*& o
 }
 
 }  // namespace
+
+bool IsPossibleBitmapSize(const TSize& size, std::int32_t depth) {
+  if (size.fWidth <= 0 || size.fHeight <= 0) return false;
+  const std::int64_t rowBytes = (static_cast<std::int64_t>(size.fWidth) * depth + 31) / 32 * 4;
+  return rowBytes <= std::numeric_limits<std::int32_t>::max() / size.fHeight;
+}
 
 // --- CStateRestorer
 
@@ -85,7 +84,7 @@ CBufferBitmap::CBufferBitmap(TSize size, std::int32_t depth)
   if (clip == nullptr || SelectClipRgn(context.get(), clip.get()) == ERROR) MORVANE_THROW(std::exception());
 
   TBitmapOwner bitmap;
-  if (IsPossibleSize(size, depth)) bitmap.reset(MakeSection(context.get(), size, depth, fPixelPtr));
+  if (IsPossibleBitmapSize(size, depth)) bitmap.reset(MakeSection(context.get(), size, depth, fPixelPtr));
   if (bitmap == nullptr) MORVANE_THROW(XOutOfMemory());
 
   DIBSECTION section = {};

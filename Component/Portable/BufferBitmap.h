@@ -39,6 +39,9 @@ class CStateRestorer {
   TPoint fWindowOrigin;
 };
 
+// The platform counts the bytes of a bitmap in 32 bits; nothing that overflows them may reach it.
+bool IsPossibleBitmapSize(const TSize& size, std::int32_t depth);
+
 // Coordinates given to the context are logical ones: they start at the origin, which is the logical
 // coordinate shown at the first pixel. Failing platform calls throw.
 class CBufferBitmap {

@@ -446,7 +446,7 @@ class IImplFocusTools {
   virtual void IImplFocusTools_GetTabViews(std::vector<CViewImpl*>& out) = 0;
   virtual void IImplFocusTools_SetTabViews(std::vector<CViewImpl*> tabViews) = 0;
   // Keeps the window in memory for as long as it is held: behaviours may end it from their callbacks.
-  virtual boost::shared_ptr<void> IImplFocusTools_KeepAlive() { return {}; }
+  virtual boost::shared_ptr<void> IImplFocusTools_KeepAlive() = 0;
 
  protected:
   virtual ~IImplFocusTools() = default;

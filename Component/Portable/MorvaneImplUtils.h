@@ -9,6 +9,7 @@
 #include <new>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
 
 #include "Interface/MorvaneDebugOutput.h"
 #include "Interface/MorvaneTypes.h"
@@ -115,6 +116,12 @@ class DebugIndentScope {
   DebugIndentScope(const DebugIndentScope&) = delete;
   DebugIndentScope& operator=(const DebugIndentScope&) = delete;
 };
+
+// Marks a field of an object that is about to go; the compiler would leave out a plain store.
+template <class TField>
+void PoisonField(TField& field, std::type_identity_t<TField> value) {
+  *const_cast<volatile TField*>(&field) = value;
+}
 
 }  // namespace NSMorvane
 

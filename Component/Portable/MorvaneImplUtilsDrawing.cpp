@@ -4,7 +4,6 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <optional>
 #include <string>
 
 #include "Component/Portable/MorvaneImplUtilsPortState.h"
@@ -171,7 +170,9 @@ void DrawInTiles(const TPass& pass, CPortClip& clip, CViewImpl& view, const TRec
   MORVANE_ASSERT(viewBufferBitmap != NULL);
   void* nativeRegion = nullptr;
   ThrowError(pass.fTools.IDrawTools_GetDirtyRegion(nativeRegion));
-  const CRegion region(static_cast<TNativeRegion>(nativeRegion), true);
+  // A copy of its own: a behaviour that draws with these tools from inside a tile makes them change theirs.
+  CRegion region;
+  region.UnionRegion(CRegion(static_cast<TNativeRegion>(nativeRegion), true));
   TTileIterator tiles(bounds, {viewBufferBitmap->GetInfo().fWidth, viewBufferBitmap->GetInfo().fHeight});
   TRect tile;
   while (tiles.GetNextTile(tile)) {

@@ -60,8 +60,8 @@ CNativeRegionWrapper::~CNativeRegionWrapper() {
     const BOOL ok = DeleteObject(fNativeRegion);
     MORVANE_ASSERT(ok);
   }
-  fNativeRegion = nullptr;
-  fReferenceCount = -1;
+  PoisonField(fNativeRegion, nullptr);
+  PoisonField(fReferenceCount, -1);
 }
 
 void CNativeRegionWrapper::AddReference() {
@@ -137,7 +137,7 @@ CRegion::CRegion(TNativeRegion nativeRegion, bool external)
 CRegion::~CRegion() {
   MORVANE_ASSERT(DebugValidate());
   fNativeRegionWrapper->Release();
-  fNativeRegionWrapper = nullptr;
+  PoisonField(fNativeRegionWrapper, nullptr);
 }
 
 CRegion& CRegion::operator=(const CRegion& other) {

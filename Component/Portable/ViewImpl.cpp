@@ -27,12 +27,6 @@ void RunDestructorStep(const TStep& step) noexcept {
   }
 }
 
-// Marks a field of an object that is about to go; the compiler would leave out a plain store.
-template <class TField>
-void PoisonField(TField& field, TField value) {
-  *const_cast<volatile TField*>(&field) = value;
-}
-
 // Looks for the point in the rectangles that a behaviour hands over.
 class CRectGetter : public IRectsGetter {
  public:
@@ -194,8 +188,6 @@ bool CViewImpl::HasFocus() const {
 void CViewImpl::CViewGlue_Release() {
   TViewImplPtr reference;
   reference.swap(fClientsViewReference);
-  // A root view is released by its window, on its way out: views that are left must not reach for it.
-  if (reference && !fSuperView && !fSubViews.empty()) ForgetWindow();
 }
 
 void CViewImpl::ForgetWindow() {

@@ -86,6 +86,9 @@ class CViewImpl : public CViewGlue {
   // last.
   std::vector<TViewImplPtr> HitTest(const TPoint& point) const;
 
+  // For the window, on its way out: the views that are left must not reach for it.
+  void ForgetWindow();
+
   // --- Bounds and dirty areas
 
   // Subviews stay where they are.
@@ -148,7 +151,6 @@ class CViewImpl : public CViewGlue {
   void LeaveTabViews();
   void GiveUpFocus();
   void RemoveTooltip();
-  void ForgetWindow();
   static void ReleaseSuperViews(TViewImplPtr view);
 
   // Enabling and hits

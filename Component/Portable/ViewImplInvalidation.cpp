@@ -219,7 +219,7 @@ void CViewImpl::MoveSubtree(std::int32_t dx, std::int32_t dy, const TRect& clip,
       case kAutoInvalidationFull:
         InvalidateRect(oldRect, clip);
         InvalidateRect(fRect, GetClipBounds());
-        handled = true;
+        handled = fAutoInvalidation == kAutoInvalidationFull;
         break;
       case kAutoInvalidationDifference:
         InvalidateDifference(fRect, oldRect, clip);

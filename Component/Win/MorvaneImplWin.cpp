@@ -18,6 +18,8 @@ CMorvaneImpl* CMorvaneImpl::gMorvaneImpl = nullptr;
 namespace {
 
 constexpr int kAppIconId = 1;
+// Only the first one is delivered; it must have room when there is no memory left.
+constexpr std::size_t kPendingErrorsAtHand = 16;
 
 // The windows of the file dialogs are wrapped too and live on threads of their own.
 void FlushAfterNativeMessage() {
@@ -26,6 +28,14 @@ void FlushAfterNativeMessage() {
 }
 
 }  // namespace
+
+void KeepPendingError(TError error) noexcept {
+  try {
+    gPendingErrors.push_back(error);
+  } catch (...) {
+    MORVANE_UNREACHED();
+  }
+}
 
 // --- Life
 
@@ -50,10 +60,12 @@ CMorvaneImpl::CMorvaneImpl()
   controls.dwSize = sizeof(controls);
   controls.dwICC = ICC_WIN95_CLASSES;
   if (!::InitCommonControlsEx(&controls)) MORVANE_THROW(std::exception());
-  TakeCommandLine(TextFromWin(::GetCommandLineW()));
+  ParseCommandLine(TextFromWin(::GetCommandLineW()));
   if (!EnumerateMonitors(fMonitors)) MORVANE_THROW(std::exception());
   if (gMorvaneImpl) MORVANE_THROW(std::exception());
   gMorvaneImpl = this;
+  gPendingErrors.clear();
+  gPendingErrors.reserve(kPendingErrorsAtHand);
   gAfterNativeMessage = FlushAfterNativeMessage;
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
 }
@@ -62,10 +74,10 @@ CMorvaneImpl::~CMorvaneImpl() {
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
   MORVANE_ASSERT(fQuitWindow.expired());
   MORVANE_ASSERT(0==fBehavior);
-  // The thread first: it sends messages to the message window.
-  fIdleThread.reset();
+  EndAllWindows();
+  EndIdleThread();
   fHiderWindow.reset();
-  fMessageWindow.reset();
+  EndMessageWindow();
   gAfterNativeMessage = nullptr;
   gMorvaneImpl = nullptr;
 }

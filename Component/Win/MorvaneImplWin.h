@@ -16,6 +16,7 @@
 
 #include <windows.h>
 
+#include <atomic>
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
 #include <list>
@@ -38,6 +39,9 @@ class CWinWindow;
 // Errors that could not be thrown on because the system's stack was in between. DeliverError reports the
 // oldest and drops the others.
 extern std::vector<TError> gPendingErrors;
+
+// Keeps an error for the next delivery. Throws nothing: without memory, the older ones have to do.
+void KeepPendingError(TError error) noexcept;
 
 // How many document windows live.
 extern int gDocumentWindowCount;
@@ -270,7 +274,12 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   void FetchStartupLabels();
   void RunMainLoop();
   void AbandonRun();
-  void TakeCommandLine(const TString& commandLine);
+  void EndAllWindows();
+  void MakeMessageWindow();
+  void EndMessageWindow();
+  void StartIdleThread();
+  void EndIdleThread();
+  void ParseCommandLine(const TString& commandLine);
   bool OpenCommandLineFiles();
   void CallOnNoDocument(TNoDocumentKind kind);
   void ReopenIfRequested();
@@ -314,6 +323,9 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   std::unique_ptr<CMessageWindow> fMessageWindow;  // these three exist during IMorvane_Run only
   std::unique_ptr<CHiderWindow> fHiderWindow;
   std::unique_ptr<CIdleThread> fIdleThread;
+  // For other threads, which may post messages and wake the idle thread at any time.
+  std::atomic<HWND> fMessageHwnd = nullptr;
+  SRWLOCK fIdleThreadLock = SRWLOCK_INIT;
   boost::weak_ptr<CWinWindow> fQuitWindow;  // the one last asked to close
   bool fIsInQuitMode;
   HICON fAppIcon;

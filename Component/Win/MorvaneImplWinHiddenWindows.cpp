@@ -60,7 +60,7 @@ LRESULT CMorvaneImpl::HandlePrivateMessage(HWND hwnd, UINT message, WPARAM wPara
   bool handled = false;
   const TError error = ErrorOf([&] { handled = DispatchPrivateMessage(message, wParam, lParam); });
   if (error != kOK) {
-    gPendingErrors.push_back(error);
+    KeepPendingError(error);
     if (message == kMsgIdleDue) return 1000;
   }
   if (handled) return 0;
@@ -116,11 +116,22 @@ void CMorvaneImpl::OnAppMessage(std::uint32_t a, std::uint32_t b) {
   if (behavior) MORVANE_CHECK(behavior->IMorvaneRunBehavior_OnAppMessage(a, b));
 }
 
-// Any thread may come here. The window stands from before the first callback until after the last.
+void CMorvaneImpl::MakeMessageWindow() {
+  fMessageWindow = std::make_unique<CMessageWindow>();
+  fMessageHwnd = fMessageWindow->GetHwnd();
+}
+
+void CMorvaneImpl::EndMessageWindow() {
+  fMessageHwnd = nullptr;
+  fMessageWindow.reset();
+}
+
+// Any thread may come here. A window that is going away only makes the post fail.
 void CMorvaneImpl::CMorvaneGlue_PostAppMessage(std::uint32_t a, std::uint32_t b) {
-  MORVANE_ASSERT(NULL != fMessageWindow);
-  if (!fMessageWindow) MORVANE_THROW(std::exception());
-  if (!::PostMessageW(fMessageWindow->GetHwnd(), kMsgAppMessage, a, static_cast<LPARAM>(b))) {
+  const HWND hwnd = fMessageHwnd;
+  MORVANE_ASSERT_TEXT("NULL != fMessageWindow", hwnd != nullptr);
+  if (!hwnd) MORVANE_THROW(std::exception());
+  if (!::PostMessageW(hwnd, kMsgAppMessage, a, static_cast<LPARAM>(b))) {
     MORVANE_THROW_LAST_ERROR();
   }
 }

@@ -4,6 +4,7 @@
 #include "Component/Win/MorvaneImplWin.h"
 #include "Component/Win/MorvaneImplWinHiddenWindows.h"
 #include "Component/Win/MorvaneImplWinMessages.h"
+#include "Component/Win/UtilsWinHandles.h"
 
 namespace NSMorvane {
 
@@ -31,10 +32,10 @@ void CMorvaneImpl::RunIdleIfDue() {
 
 // On the idle thread. The message only raises a flag, and nobody waits for it.
 void CMorvaneImpl::NotifyIdleDue() {
-  MORVANE_ASSERT(0!=fMessageWindow);
-  if (!fMessageWindow) return;
-  ::SendMessageCallbackW(fMessageWindow->GetHwnd(), kMsgIdleDue, reinterpret_cast<WPARAM>(this), 0, nullptr,
-                         0);
+  const HWND hwnd = fMessageHwnd;
+  MORVANE_ASSERT_TEXT("0!=fMessageWindow", hwnd != nullptr);
+  if (!hwnd) return;
+  ::SendMessageCallbackW(hwnd, kMsgIdleDue, reinterpret_cast<WPARAM>(this), 0, nullptr, 0);
   // The receipt of each such message may stay in the queue of its sender until that looks there.
   MSG msg;
   ::PeekMessageW(&msg, nullptr, WM_USER, WM_USER, PM_NOREMOVE);
@@ -49,8 +50,25 @@ void CMorvaneImpl::DrainIdleMessages() {
   }
 }
 
+// Any thread may come here, and must not find the idle thread ending under its hands.
 void CMorvaneImpl::CMorvaneGlue_WakeUpIdle() {
+  const CReadLock lock(fIdleThreadLock);
   if (fIdleThread) fIdleThread->Schedule(NowMS() - 1);
+}
+
+void CMorvaneImpl::StartIdleThread() {
+  auto idleThread = std::make_unique<CIdleThread>(this);
+  const CWriteLock lock(fIdleThreadLock);
+  fIdleThread.swap(idleThread);
+}
+
+// It sends messages to the message window, which goes after it.
+void CMorvaneImpl::EndIdleThread() {
+  std::unique_ptr<CIdleThread> ending;
+  {
+    const CWriteLock lock(fIdleThreadLock);
+    ending.swap(fIdleThread);
+  }
 }
 
 void CMorvaneImpl::CMorvaneGlue_Yield() {

@@ -2,6 +2,8 @@
 //
 // The order of the steps is part of the behaviour. Nothing here holds an iterator across a callback: a
 // callback may run a loop of its own and come back here.
+#include <utility>
+
 #include "Component/Portable/MorvaneImplUtilsMenuBarState.h"
 #include "Component/Win/MorvaneImplWin.h"
 #include "Component/Win/MorvaneImplWinHiddenWindows.h"
@@ -41,25 +43,24 @@ void CMorvaneImpl::CMorvaneGlue_Run(IMorvaneRunBehavior* behavior, const TStartu
   try {
     fBehavior = behavior;
     FetchStartupLabels();
-    fMessageWindow = std::make_unique<CMessageWindow>();
+    MakeMessageWindow();
     fHiderWindow = std::make_unique<CHiderWindow>(GetAppIcon());
-    fIdleThread = std::make_unique<CIdleThread>(this);
+    StartIdleThread();
     if (fBehavior) MORVANE_CHECK(fBehavior->IMorvaneRunBehavior_OnStartUp());
     if (!fIsInQuitMode) {
       const bool hadFiles = OpenCommandLineFiles();
       if (!hadFiles) CallOnNoDocument(kNoDocumentAtStart);
       RunMainLoop();
     }
-    fIdleThread.reset();
+    EndIdleThread();
     if (fBehavior) {
       MORVANE_CHECK(fBehavior->IMorvaneRunBehavior_OnCleanUp());
     } else {
       DebugPrint("Skipping call to IMorvaneRunBehavior_OnCleanUp, since there is no behavior.");
     }
     fHiderWindow.reset();
-    fMessageWindow.reset();
-    delete fBehavior;
-    fBehavior = nullptr;
+    EndMessageWindow();
+    delete std::exchange(fBehavior, nullptr);
     ReleaseFirstInstance();
   } catch (...) {
     AbandonRun();
@@ -69,6 +70,16 @@ void CMorvaneImpl::CMorvaneGlue_Run(IMorvaneRunBehavior* behavior, const TStartu
 
 // After a failure. The behaviour stays the client's, and hears nothing of it.
 void CMorvaneImpl::AbandonRun() {
+  EndAllWindows();
+  EndIdleThread();
+  fHiderWindow.reset();
+  EndMessageWindow();
+  ReleaseFirstInstance();
+  fBehavior = nullptr;
+}
+
+// All at once, oldest first, without asking anybody.
+void CMorvaneImpl::EndAllWindows() {
   try {
     while (!gWinWindows.empty()) {
       const boost::shared_ptr<CWinWindow> window = gWinWindows.front().lock();
@@ -81,11 +92,6 @@ void CMorvaneImpl::AbandonRun() {
   } catch (...) {
     MORVANE_UNREACHED();
   }
-  fIdleThread.reset();
-  fHiderWindow.reset();
-  fMessageWindow.reset();
-  ReleaseFirstInstance();
-  fBehavior = nullptr;
 }
 
 void CMorvaneImpl::FetchStartupLabels() {
@@ -108,8 +114,8 @@ void CMorvaneImpl::RunMainLoop() {
 
 // --- Files of the command line
 
-void CMorvaneImpl::TakeCommandLine(const TString& commandLine) {
-  CCommandLine parsed = ParseCommandLine(commandLine, CFileSystemProbe());
+void CMorvaneImpl::ParseCommandLine(const TString& commandLine) {
+  CCommandLine parsed = NSMorvane::ParseCommandLine(commandLine, CFileSystemProbe());
   fCommandLineOptions = std::move(parsed.fOptions);
   fCommandLineFiles = std::move(parsed.fFiles);
 }
@@ -206,7 +212,7 @@ void CMorvaneImpl::HandleSecondInstance() {
   }
   LeaveQuitMode();
   RefreshAppModality();
-  TakeCommandLine(TakeSentCommandLine());
+  ParseCommandLine(TakeSentCommandLine());
   if (fCommandLineFiles.empty()) fReopenRequested = true;
 }
 
@@ -256,7 +262,7 @@ void CMorvaneImpl::FlushMenuBarRequests() {
   const TError error = ErrorOf([this] {
     if (fMenuBarRebuildRequests != 0) RebuildRequestedMenuBars();
   });
-  if (error != kOK) gPendingErrors.push_back(error);
+  if (error != kOK) KeepPendingError(error);
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
 }
 

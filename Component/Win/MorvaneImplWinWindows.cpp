@@ -79,10 +79,12 @@ std::vector<boost::shared_ptr<CWinWindow>> CMorvaneImpl::GetVisibleDocumentWindo
 namespace {
 
 std::vector<IWindow*> WindowsOfKind(const std::vector<boost::shared_ptr<CWinWindow>>& windows,
-                                    TWindowKind kind) {
+                                    TWindowKind kind, const char* invariant) {
   std::vector<IWindow*> result;
   for (const boost::shared_ptr<CWinWindow>& window : windows) {
-    if (window->GetWindowKind() == kind) result.push_back(window.get());
+    if (window->GetWindowKind() != kind) continue;
+    MORVANE_ASSERT_TEXT(invariant, window->CheckInvariant());
+    if (window->IsVisible()) result.push_back(window.get());
   }
   return result;
 }
@@ -90,19 +92,19 @@ std::vector<IWindow*> WindowsOfKind(const std::vector<boost::shared_ptr<CWinWind
 }  // namespace
 
 std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetDocumentWindowsZ() {
-  return WindowsOfKind(GetVisibleDocumentWindows(), kWindowKindDocument);
+  return WindowsOfKind(GetVisibleWindowsZ(), kWindowKindDocument, "documentWindow->CheckInvariant()");
 }
 
 std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetModelessDialogsZ() {
-  return WindowsOfKind(GetVisibleWindowsZ(), kWindowKindModelessDialog);
+  return WindowsOfKind(GetVisibleWindowsZ(), kWindowKindModelessDialog, "modelessDialog->CheckInvariant()");
 }
 
 std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetModalDialogsZ() {
-  return WindowsOfKind(GetVisibleWindowsZ(), kWindowKindModalDialog);
+  return WindowsOfKind(GetVisibleWindowsZ(), kWindowKindModalDialog, "modalDialog->CheckInvariant()");
 }
 
 std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetFloatingWindowsZ() {
-  return WindowsOfKind(GetVisibleWindowsZ(), kWindowKindFloating);
+  return WindowsOfKind(GetVisibleWindowsZ(), kWindowKindFloating, "floatingWindow->CheckInvariant()");
 }
 
 // --- Making windows
@@ -197,8 +199,12 @@ void CMorvaneImpl::CMorvaneGlue_InvalidateView(IView& view, const TRect& rect) {
 
 void CMorvaneImpl::CMorvaneGlue_DrawView(IView& view, IDrawTools& tools) {
   CViewImpl& impl = ViewOf(view);
+  // Kept and copied: the run behaviour is called before the drawing and after it.
+  const TViewImplPtr keepAlive = impl.IsLive() ? impl.GetClientsViewReference() : TViewImplPtr();
+  const TRect bounds = impl.GetBounds();
+  const TDebugSettings settings = fDebugSettings;
   TDrawBracket bracket(fBehavior, tools);
-  DrawView(fBehavior, bracket, impl, impl.GetBounds(), tools, fDebugSettings);
+  DrawView(fBehavior, bracket, impl, bounds, tools, settings);
 }
 
 }  // namespace NSMorvane

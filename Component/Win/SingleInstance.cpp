@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <memory>
 
 #include "Component/Win/UtilsWin.h"
 
@@ -80,8 +81,9 @@ bool TryBecomeFirstInstance(const TString& name) {
     MORVANE_ASSERT(TRUE==okFlag);
     return false;
   }
-  gFileMappingInstance = new CFileMapping(name, sizeof(TSingleInstanceRecord));
-  const CFileMappingView view(*gFileMappingInstance);
+  // Before the view, which goes first if something fails from here on.
+  auto mapping = std::make_unique<CFileMapping>(name, sizeof(TSingleInstanceRecord));
+  const CFileMappingView view(*mapping);
   TSingleInstanceRecord& record = RecordIn(view);
   PendingFlag(record).store(0);
   record.fProcessId = ::GetCurrentProcessId();
@@ -89,6 +91,7 @@ bool TryBecomeFirstInstance(const TString& name) {
   // From its first look at its messages on, a thread has a queue that others can post to.
   MSG msg;
   ::PeekMessageW(&msg, nullptr, WM_USER, WM_USER, PM_NOREMOVE);
+  gFileMappingInstance = mapping.release();
   return true;
 }
 

@@ -18,7 +18,8 @@ bool IsExistingFolder(const NSTextPackage::TString& path);
 bool IsExistingFile(const NSTextPackage::TString& path);
 
 // The full path with long names, and with a backslash at the end if it is a folder. Empty if there is no such
-// file or folder, or if its full path has more than 1300 characters.
+// file or folder, or if its full path has 1300 to 2601 characters; a longer one is reported and comes back as
+// it stands.
 NSTextPackage::TString NormalizeExistingPath(const NSTextPackage::TString& path);
 
 // The file system of this machine.

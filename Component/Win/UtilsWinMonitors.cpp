@@ -1,4 +1,5 @@
 // The monitors of the desktop, and the coordinates that depend on them.
+#include "Component/Portable/MorvaneImplUtilsGeometry.h"
 #include "Component/Win/UtilsWin.h"
 #include "Component/Win/UtilsWinHandles.h"
 #include "Interface/MorvaneRoot.h"
@@ -22,10 +23,6 @@ BOOL CALLBACK CollectMonitor(HMONITOR hMonitor, HDC, LPRECT, LPARAM dwData) {
     collector.fOutOfMemory = true;
   }
   return TRUE;
-}
-
-TRect Moved(const TRect& rect, std::int32_t x, std::int32_t y) {
-  return TRect{rect.fLeft + x, rect.fTop + y, rect.fRight + x, rect.fBottom + y};
 }
 
 // What is added on the way from the screen to the workspace.
@@ -85,12 +82,12 @@ bool DescribeMonitors(const std::vector<HMONITOR>& monitorVector, TMonitorList& 
 
 TRect ScreenRectToWorkspace(const TRect& rect, IMorvane& morvane) {
   const TPoint offset = CurrentWorkspaceOffset(morvane);
-  return Moved(rect, offset.fX, offset.fY);
+  return OffsetRectBy(rect, offset.fX, offset.fY);
 }
 
 TRect WorkspaceRectToScreen(const TRect& rect, IMorvane& morvane) {
   const TPoint offset = CurrentWorkspaceOffset(morvane);
-  return Moved(rect, -offset.fX, -offset.fY);
+  return OffsetRectBy(rect, -std::int64_t{offset.fX}, -std::int64_t{offset.fY});
 }
 
 }  // namespace NSMorvane

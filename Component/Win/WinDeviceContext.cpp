@@ -50,7 +50,8 @@ int DeviceBitDepth(HDC target) {
 }
 
 COffscreenSurfacePool& SurfacePool() {
-  static COffscreenSurfacePool pool;
+  // Never destroyed: at the end of the process it is too late to talk to the platform.
+  static COffscreenSurfacePool& pool = *new COffscreenSurfacePool;
   return pool;
 }
 
@@ -219,7 +220,7 @@ bool COffscreenSurface::Reset() {
     return true;
   }
   fCheapResets = 0;
-  return RestoreDC(GetHDC(), fNewState) && SaveNewState();
+  return RestoreDC(GetHDC(), fNewState) && ReadState(GetHDC()) == fNewReadableState && SaveNewState();
 }
 
 bool COffscreenSurface::SaveNewState() {

@@ -146,7 +146,7 @@ class COffscreenSurfacePool : CNotCopied {
 // the same coordinates as drawing to the target.
 class COffscreenContext : CNotCopied {
  public:
-  // The depth follows that of the target's device. The content is anything. `target` must live longer.
+  // The depth follows that of the display. The content is anything. `target` must live longer.
   COffscreenContext(CDeviceContext& target, const TRect& drawRect);
   // `bitDepth` is 16 or 32.
   COffscreenContext(CDeviceContext& target, const TRect& drawRect, int bitDepth);

@@ -179,7 +179,7 @@ void CWinWindow::RemoveChildWindow(const CWinWindow* childWindow) {
 }
 
 bool CWinWindow::CWindowGlue_CheckInvariant() const {
-  // Once a window, with all its views, has gone through these tests at every call, the rest can rely on them.
+  // The root view and the focus view stand for all others.
   if (fRunBehavior && !(fRootView && !fRootView->CheckInvariant()) &&
       !(fFocusView && !fFocusView->CheckInvariant()) && !(fHwnd && !IsWindow(fHwnd)) &&
       !(fNativeWindowWrapper && !fNativeWindowWrapper->CheckInvariant()))
@@ -364,6 +364,7 @@ void CWinWindow::DismantleNativeWindow() {
   }
   KillWindowTimer();
   if (fRootView) {
+    if (!fRootView->GetRawSubViews().empty()) fRootView->ForgetWindow();
     fRootView->IView_Release();
     fRootView = nullptr;
     fRootViewReference.reset();

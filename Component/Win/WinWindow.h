@@ -111,15 +111,17 @@ class CWinWindow : public CWindowGlue,
   void SetFocusFromNative(CViewImpl* view);
   CViewImpl* GetFocusView() const { return fFocusView; }
 
-  // Behaviours can end the window from within these two: they keep it to their end.
+  // Behaviours can end the window from within these three: they keep it to their end.
   TError IWindow_SetConceptualFocusView(IView* newConceptualFocusView) override;
   TError IWindow_GetTabViews(IViewListReceiver& out) override;
+  TError IWindow_SetGlobalAlpha(std::uint8_t alpha) override;
 
   CViewImpl* IImplFocusTools_GetOnDutyFocusView() override { return fFocusView; }
   CViewImpl* IImplFocusTools_GetConceptualFocusView() override { return fFocusView; }
   void IImplFocusTools_SetConceptualFocusView(CViewImpl* view) override;
   void IImplFocusTools_GetTabViews(std::vector<CViewImpl*>& out) override { out = fTabViews; }
   void IImplFocusTools_SetTabViews(std::vector<CViewImpl*> tabViews) override;
+  boost::shared_ptr<void> IImplFocusTools_KeepAlive() override { return fClientsWindowReference; }
 
   TError IModalOwner_GetNativeWindow(TNativeWindow& out) override;
 

@@ -31,9 +31,13 @@ std::vector<TViewImplPtr> SuperViews(const CViewImpl& view) {
   return superViews;
 }
 
-// Empty for a view that has been released: it may be on its way out.
+// A view that has been released lives behind its subviews. Empty for one without any: it is on its way out.
 TViewImplPtr Hold(const CViewImpl* view) {
-  return view && view->IsLive() ? view->GetClientsViewReference() : TViewImplPtr();
+  if (!view) return TViewImplPtr();
+  if (view->IsLive()) return view->GetClientsViewReference();
+  for (const CViewImpl* subView : view->GetRawSubViews())
+    if (subView->GetSuperView().get() == view) return subView->GetSuperView();
+  return TViewImplPtr();
 }
 
 }  // namespace
@@ -85,6 +89,7 @@ void CWinWindow::CWindowGlue_SetTabViews(const std::vector<CViewImpl*>& tabViews
 void CWinWindow::IImplFocusTools_SetTabViews(std::vector<CViewImpl*> tabViews) { fTabViews.swap(tabViews); }
 
 void CWinWindow::IImplFocusTools_SetConceptualFocusView(CViewImpl* view) {
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
   CWindowGlue_SetConceptualFocusView(view);
 }
 
@@ -112,7 +117,8 @@ void CWinWindow::CWindowGlue_SetConceptualFocusView(CViewImpl* view) {
     fFocusView = nullptr;
     if (CWindowGlue_IsActive() && IsVisible()) WinSetFocus(fHwnd);
   } else {
-    const HWND native = GetNativeFocusTarget(view);
+    // In a window that is not active only the field changes.
+    const HWND native = CWindowGlue_IsActive() ? GetNativeFocusTarget(view) : nullptr;
     if (CWindowGlue_IsActive()) {
       // The keyboard stays on the window itself, so that it gets the key messages. In a window that is not
       // active it stays where it is: taking it would activate the window.
@@ -128,6 +134,7 @@ void CWinWindow::CWindowGlue_SetConceptualFocusView(CViewImpl* view) {
 }
 
 void CWinWindow::SetFocusFromNative(CViewImpl* view) {
+  const boost::shared_ptr<CWinWindow> keepAliveWindow = fClientsWindowReference;
   if (view == fFocusView) return;
   const TViewImplPtr keepAlive = Hold(view);
   if (fFocusView) SendOnDutyFocusLost(fFocusView);

@@ -383,7 +383,7 @@ LRESULT CWinWindow::WindowProc(CNativeWindowWrapper&, HWND hwnd, UINT message, W
   } catch (...) {
     error = kOtherError;
   }
-  if (error != kOK) gPendingErrors.push_back(error);
+  if (error != kOK) KeepPendingError(error);
   // The native procedure would destroy the window under this object, also after a failure.
   if (message == WM_CLOSE) return 0;
 

@@ -3,6 +3,7 @@
 //
 // A paint puts everything together in an offscreen buffer and copies the rectangles of the dirty region to
 // the screen at the end. Nothing else of the screen is ever touched, unless a debug setting says so.
+#include "Component/Portable/BufferBitmap.h"
 #include "Component/Portable/MorvaneImplUtilsDrawing.h"
 #include "Component/Portable/ViewImpl.h"
 #include "Component/Win/MorvaneImplWin.h"
@@ -37,8 +38,10 @@ std::uint32_t TintBlue(std::uint32_t pixel) {
 
 // Reads a rectangle of the window back from the screen and shows it tinted.
 void FlashRect(HDC windowDC, const TRect& rect) {
-  const int width = rect.fRight - rect.fLeft;
-  const int height = rect.fBottom - rect.fTop;
+  const TSize size = {ToCoordinate(RectWidth(rect)), ToCoordinate(RectHeight(rect))};
+  if (!IsPossibleBitmapSize(size, 32)) MORVANE_THROW(XOutOfMemory());
+  const int width = size.fWidth;
+  const int height = size.fHeight;
   BITMAPINFO info = {};
   info.bmiHeader.biSize = sizeof(info.bmiHeader);
   info.bmiHeader.biWidth = width;
@@ -57,7 +60,8 @@ void FlashRect(HDC windowDC, const TRect& rect) {
     std::uint32_t* const pixels = static_cast<std::uint32_t*>(bits);
     const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
     for (std::size_t i = 0; i < count; ++i) pixels[i] = TintBlue(pixels[i]);
-    // The size is larger than the bitmap. Only as much as there is gets copied.
+    // Right and bottom, not width and height, as the size: where that is more than the bitmap holds, only as
+    // much as there is gets copied.
     BitBlt(windowDC, rect.fLeft, rect.fTop, rect.fRight, rect.fBottom, context.Get(), 0, 0, SRCCOPY);
   }
   CDeviceContext::Flush();
@@ -181,6 +185,11 @@ void CWinWindow::GetPaintSamples(std::vector<TPaintSample>& outSamples) const {
 std::uint8_t CWinWindow::CWindowGlue_GetGlobalAlpha() {
   const bool isLayered = GetWindowLongPtrW(fHwnd, GWL_EXSTYLE) & WS_EX_LAYERED;
   return isLayered ? fGlobalAlpha : 255;
+}
+
+TError CWinWindow::IWindow_SetGlobalAlpha(std::uint8_t alpha) {
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
+  return CWindowGlue::IWindow_SetGlobalAlpha(alpha);
 }
 
 void CWinWindow::CWindowGlue_SetGlobalAlpha(std::uint8_t alpha) {

@@ -398,21 +398,29 @@ TEST_F(DocumentRunTest, EndOfSession) {
 
 // Nothing closes a window that refuses while the application starts up. It stays behind, works, and can be
 // released after the run.
+// It ends when the client releases it, or at the latest with the root object.
 TEST_F(DocumentRunTest, WindowLeftBehind) {
-  CreateMorvane();
   fOnRequestClose = [](const std::string&, IDocumentWindow&, TCloseReason) { return kOK; };
   IDocumentWindow* document = nullptr;
   fHooks.fOnStartUp = [&] {
     document = CreateDocument("document");
     return fMorvane->IMorvane_StartQuitting();
   };
-  EXPECT_EQ(Run(), kOK);
-  EXPECT_EQ(TakeLog(), (CallLog{"OnStartUp", "document OnRequestClose 1", "OnCleanUp", "deleted"}));
-  InvalidateRect(HwndOf(*document), nullptr, FALSE);
-  LetMessagesPass();
-  EXPECT_EQ(document->IDocumentWindow_Release(), kOK);
-  EXPECT_EQ(fLog, (CallLog{"document deleted"}));
-  fOutput.TakeAssertions();  // the application's activation finds no behaviour
+  for (const bool rootGoesFirst : {false, true}) {
+    SCOPED_TRACE(rootGoesFirst);
+    CreateMorvane();
+    EXPECT_EQ(Run(), kOK);
+    EXPECT_EQ(TakeLog(), (CallLog{"OnStartUp", "document OnRequestClose 1", "OnCleanUp", "deleted"}));
+    InvalidateRect(HwndOf(*document), nullptr, FALSE);
+    LetMessagesPass();
+    if (!rootGoesFirst) {
+      EXPECT_EQ(document->IDocumentWindow_Release(), kOK);
+    }
+    fOutput.TakeAssertions();  // the application's activation finds no behaviour
+    DeleteMorvane();
+    EXPECT_EQ(TakeLog(), (CallLog{"document deleted"}));
+    fOutput.TakeAssertions();
+  }
 }
 
 // --- Lingering

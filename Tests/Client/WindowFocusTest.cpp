@@ -195,9 +195,16 @@ TEST_F(WindowFocusTest, AWindowReleasedInsideItsViewsCallbacks) {
   struct Scenario {
     const char* fHook;
     bool fOfTheOldView;  // of the view that loses the focus, else of the one that gets it
+    bool fByDisabling;   // the old view, which passes the focus on
   };
-  const Scenario kScenarios[] = {
-      {"lost", true}, {"gained", false}, {"GetNativeFocusTarget", false}, {"OnSetupMenuBar", false}};
+  const Scenario kScenarios[] = {{"lost", true, false},
+                                 {"gained", false, false},
+                                 {"OnSetupMenuBar", false, false},
+                                 {"GetNativeFocusTarget", false, false},
+                                 {"lost", true, true},
+                                 {"gained", false, true}};
+  TViewParams disabled = ViewParams();
+  disabled.fFlags = kViewFocusable;
   RunWithWindow(kPlain, {[&] {
                   for (const Scenario& scenario : kScenarios) {
                     SCOPED_TRACE(scenario.fHook);
@@ -207,6 +214,8 @@ TEST_F(WindowFocusTest, AWindowReleasedInsideItsViewsCallbacks) {
                     IView* newView = Make(RootViewOf(*record.fWindow), fOtherRecord, kViewFocusable);
                     IWindow& window = WindowOf(*record.fWindow);
                     EXPECT_EQ(window.IWindow_SetConceptualFocusView(oldView), kOK);
+                    IView* const tabViews[] = {oldView, newView};
+                    EXPECT_EQ(window.IWindow_SetTabViews(tabViews, 2), kOK);
                     SendMessageW(Hwnd(), WM_NULL, 0, 0);  // fills the menu bars
                     bool isReleased = false;
                     ViewRecord& view = scenario.fOfTheOldView ? fInnerRecord : fOtherRecord;
@@ -218,11 +227,15 @@ TEST_F(WindowFocusTest, AWindowReleasedInsideItsViewsCallbacks) {
                       Release(newView);
                       return record.fWindow->IDocumentWindow_Release();
                     };
-                    EXPECT_EQ(window.IWindow_SetConceptualFocusView(newView), kOK);
+                    EXPECT_EQ(scenario.fByDisabling ? oldView->IView_SetParams(disabled)
+                                                    : window.IWindow_SetConceptualFocusView(newView),
+                              kOK);
                     SendMessageW(Hwnd(), WM_NULL, 0, 0);
                     EXPECT_TRUE(isReleased);
                     EXPECT_FALSE(IsWindow(record.fHwnd));
                     EXPECT_EQ(record.Count("deleted"), 1u);
+                    // The old view is still busy with its parameters when the window ends.
+                    EXPECT_EQ(fOutput.TakeAssertions().size(), scenario.fByDisabling ? 1u : 0u);
                   }
                 }});
 }

@@ -783,16 +783,29 @@ TEST_F(WindowTest, RootViewReleasedByTheClient) {
   ViewRecord viewRecord = {viewLog, "view", {}};
   RunWithWindow(kPlain, {[&] {
                   Create(kPlain, record);
+                  IWindow& window = WindowOf(*record.fWindow);
                   IView& root = RootViewOf(*record.fWindow);
                   {
                     CViewOf<RecordingFocusViewBehavior> view;
                     ASSERT_EQ(view.Create(*fMorvane, root, "view", ViewParams(), viewRecord), kOK);
+                    TViewParams params = ViewParams();
+                    params.fFlags |= kViewFocusable;
+                    EXPECT_EQ(view.View()->IView_SetParams(params), kOK);
+                    IView* const tabViews[] = {view.View()};
+                    EXPECT_EQ(window.IWindow_SetTabViews(tabViews, 1), kOK);
+                    EXPECT_EQ(window.IWindow_SetConceptualFocusView(view.View()), kOK);
                     EXPECT_EQ(root.IView_Release(), kOK);
                     EXPECT_EQ(SetRect(*view.View(), {0, 0, 50, 50}), kOK);
                     InvalidateRect(record.fHwnd, nullptr, FALSE);
                     UpdateWindow(record.fHwnd);
                     SetWindowPos(record.fHwnd, nullptr, 0, 0, 500, 400, SWP_NOMOVE | SWP_NOZORDER);
                   }
+                  IView* focusView = &root;
+                  EXPECT_EQ(window.IWindow_GetConceptualFocusView(focusView), kOK);
+                  EXPECT_EQ(focusView, nullptr);
+                  CVectorViewReceiver leftTabViews;
+                  EXPECT_EQ(window.IWindow_GetTabViews(leftTabViews), kOK);
+                  EXPECT_TRUE(leftTabViews.fViews.empty());
                   EXPECT_EQ(record.fWindow->IDocumentWindow_Release(), kOK);
                   EXPECT_FALSE(IsWindow(record.fHwnd));
                   fOutput.TakeAssertions();

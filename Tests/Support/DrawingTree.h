@@ -35,6 +35,7 @@ class TreeWindow : public IWindow, public IImplFocusTools, public IViewWindow {
   void IImplFocusTools_SetConceptualFocusView(CViewImpl*) override {}
   void IImplFocusTools_GetTabViews(std::vector<CViewImpl*>& out) override { out.clear(); }
   void IImplFocusTools_SetTabViews(std::vector<CViewImpl*>) override {}
+  boost::shared_ptr<void> IImplFocusTools_KeepAlive() override { return {}; }
 
   void InvalidateRect(const TRect&) override {}
   void InvalidateRegion(const CRegion&) override {}

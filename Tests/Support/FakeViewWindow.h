@@ -69,7 +69,9 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewW
   }
   // As the window's end does it, whatever views are left.
   void EndRootView() {
-    if (fRootView) fRootView->IView_Release();
+    if (!fRootView) return;
+    if (!fRootView->GetRawSubViews().empty()) fRootView->ForgetWindow();
+    fRootView->IView_Release();
     fRootView = nullptr;
   }
   // Forgets what was recorded.

@@ -266,7 +266,7 @@ struct Model {
         (fInvalidation == kAutoInvalidationDifferenceTopLeft && !sameCorner)) {
       Invalidate(In(old), oldClip);
       Invalidate(In(fRect), newClip);
-      return true;
+      return fInvalidation == kAutoInvalidationFull;
     }
     if (fInvalidation != kAutoInvalidationNone) Invalidate(InOne(old, fRect), oldClip);
     return false;
