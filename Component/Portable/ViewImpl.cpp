@@ -256,6 +256,13 @@ std::vector<TViewImplPtr> CViewImpl::HitTest(const TPoint& point) const {
   return hits;
 }
 
+bool CViewImpl::HasSubViewAt(const TPoint& point) const {
+  return IsPointInRect(point, fRect) &&
+         std::any_of(fSubViews.begin(), fSubViews.end(), [&](const CViewImpl* subView) {
+           return IsPointInRect(point, subView->fRect) && subView->IsLive();
+         });
+}
+
 // The point is in the rectangle of `view`. Most views are missed, at the price of one look at their
 // rectangle.
 void CViewImpl::AppendHits(const TViewImplPtr& view, const TPoint& point, std::vector<TViewImplPtr>& hits) {

@@ -85,6 +85,9 @@ class CViewImpl : public CViewGlue {
   // The live views of this subtree that have a hit rectangle under the point: outermost first, the topmost
   // last.
   std::vector<TViewImplPtr> HitTest(const TPoint& point) const;
+  // Whether one of the subviews has the point in its rectangle; if not, HitTest finds nothing below this
+  // view. Calls no behaviour.
+  bool HasSubViewAt(const TPoint& point) const;
 
   // For the window, on its way out: the views that are left must not reach for it.
   void ForgetWindow();

@@ -8,6 +8,7 @@
 //   MorvaneImplWinIdle.cpp            idle calls, yielding, time
 //   MorvaneImplWinWindows.cpp         making windows and views, lists of windows
 //   MorvaneImplWinKeyboard.cpp        what keys mean, listeners of modifier keys, key releases
+//   MorvaneImplWinMouse.cpp           the mouse: state, shape, capture
 //   MorvaneImplWinExtensions.cpp      what IWinExtensions offers
 //   MorvaneImplWinLater.cpp           every operation that this build does not have
 //

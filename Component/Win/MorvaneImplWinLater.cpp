@@ -54,30 +54,6 @@ IIcon* CMorvaneImpl::IWinExtensions_CreateIconFromHandles(HICON__*, HICON__*, HI
   return nullptr;
 }
 
-// --- Mouse
-
-TMouseState CMorvaneImpl::CMorvaneGlue_SampleMouseState(IWindow*) { ThrowUnsupported(); }
-
-void CMorvaneImpl::CMorvaneGlue_SetOverrideMouseShape(IMouseShape*) { ThrowUnsupported(); }
-
-void CMorvaneImpl::CMorvaneGlue_RequestMouseShapeArbitration() { ThrowUnsupported(); }
-
-void CMorvaneImpl::CMorvaneGlue_AllocateMouseCapture(IWindow*, IMouseCapture*) { ThrowUnsupported(); }
-
-void CMorvaneImpl::CMorvaneGlue_ReleaseMouseCapture() { ThrowUnsupported(); }
-
-TClickDragResult CMorvaneImpl::CMorvaneGlue_CheckForClickDragOperation(IWindow&, const TMouseEvent&) {
-  ThrowUnsupported();
-}
-
-std::unique_ptr<IMouseShape> CMorvaneImpl::CMorvaneGlue_LoadResourceMouseShape(const std::string&) {
-  ThrowUnsupported();
-}
-
-std::unique_ptr<IMouseShape> CMorvaneImpl::CMorvaneGlue_CreateBuiltInMouseShape(TBuiltInMouseShape) {
-  ThrowUnsupported();
-}
-
 // --- Popup menus
 
 bool CMorvaneImpl::CMorvaneGlue_DisplayPopupMenu(const std::vector<TMenuItem>&, IWindow&, const TPoint&,

@@ -11,6 +11,7 @@
 #include "Component/Win/SingleInstance.h"
 #include "Component/Win/UtilsWin.h"
 #include "Component/Win/UtilsWinFiles.h"
+#include "Component/Win/WinMouseQueries.h"
 #include "Component/Win/WinWindow.h"
 #include "Component/Win/WinWindowModality.h"
 #include "Component/Win/WinWindowTooltips.h"
@@ -196,6 +197,7 @@ void CMorvaneImpl::HandleMessage(const MSG& msg) {
     // These three go on to dispatch like all others.
     if (!PreTranslate(msg)) {
       ::TranslateMessage(&msg);
+      const CDispatchScope scope(msg);
       ::DispatchMessageW(&msg);
     }
     CloseNextWindowAfterMessage();

@@ -10,7 +10,7 @@
 //   WinWindowMessages.cpp    the message function and its table, listeners
 //   WinWindowSystem.cpp      system commands, size limits, dropped files, input methods
 //   WinWindowPainting.cpp    painting, invalidation, global alpha
-//   WinWindowMouse.cpp       mouse dispatch
+//   WinWindowMouse.cpp       mouse dispatch, shape, capture
 //   WinWindowKeyboard.cpp    keyboard dispatch
 //
 // Beside it stand WinWindowClass (native window classes), WinWindowPlacement (arithmetic on placements) and
@@ -26,12 +26,14 @@
 #include <boost/weak_ptr.hpp>
 #include <list>
 #include <map>
+#include <memory>
 #include <vector>
 
 #include "Component/Portable/MorvaneGlue.h"
 #include "Component/Portable/MorvaneImplUtilsGeometry.h"
 #include "Component/Portable/MorvaneImplUtilsMenuBarState.h"
 #include "Component/Win/NativeWindowWrapper.h"
+#include "Component/Win/WinMouseQueries.h"
 #include "Component/Win/WinMsgEventListener.h"
 #include "Component/Win/WinPaintSamples.h"
 #include "Component/Win/WinWindowClass.h"
@@ -168,6 +170,14 @@ class CWinWindow : public CWindowGlue,
   void NativeUpdate();
   void GetPaintSamples(std::vector<TPaintSample>& outSamples) const;
 
+  // --- Mouse (WinWindowMouse.cpp)
+
+  // From here to the end of the capture the object alone gets the mouse of the window.
+  void AttachMouseCapture(const boost::shared_ptr<IMouseCapture>& capture);
+  void DetachMouseCapture();
+  // Asks for the shape of the mouse, and shows it.
+  void RefreshMouseShape(const TMouseShapeRequest& request);
+
   // --- Keyboard (WinWindowKeyboard.cpp)
 
   // Sees a message of this window or of one inside it before it is dispatched; true uses it up.
@@ -297,7 +307,7 @@ class CWinWindow : public CWindowGlue,
 
   // --- Mouse
 
-  // In client coordinates.
+  // In client coordinates. After whatever may have moved another view under the mouse.
   void CheckMouseTracking(const TPoint& point);
   void DispatchMouseMove(const TMouseMessage& message);
   void DispatchMouseDown(const TMouseMessage& message);
@@ -307,6 +317,16 @@ class CWinWindow : public CWindowGlue,
   bool DispatchMouseWheel(const TMouseMessage& message);
   // Has the next departure of the mouse reported by WM_MOUSELEAVE.
   void ArmMouseLeave();
+  void OnMouseCaptureLost();
+  std::vector<boost::shared_ptr<CViewImpl>> FindTrackableViews(const TPoint& point);
+  void DispatchMouseTracking(const TMouseTracking& event);
+  void SendMouseExits(const std::vector<boost::shared_ptr<CViewImpl>>& newMouseTrackingViews);
+  std::unique_ptr<IMouseShape> AskForMouseShape(const TMouseShapeRequest& request);
+  void SetCurrentCursor(HCURSOR cursor);
+  bool DispatchClick(TMouseEvent& event);
+  bool PreClick(TMouseEvent& event, const std::vector<boost::shared_ptr<CViewImpl>>& hitViews);
+  bool HandleClick(TMouseEvent& event, const std::vector<boost::shared_ptr<CViewImpl>>& hitViews);
+  void ActivateTooltips(bool active);
 
   // --- Keyboard
 
@@ -360,7 +380,8 @@ class CWinWindow : public CWindowGlue,
   std::vector<boost::shared_ptr<CWinWindow>> fChildWindows;  // those that this one owns natively
   HMENU fMenuHandle;
   HACCEL fAcceleratorTable;
-  HCURSOR fCurrentCursor;
+  HCURSOR fCurrentCursor;  // as the last answer to the question for the shape has it
+  CMouseGlance fMouseGlance;
   CWindowClassRef fWindowClass;
   std::vector<IWinMsgEventListener*> fMsgEventListeners;
   std::map<HWND, IWinMsgEventListener*> fControlListeners;

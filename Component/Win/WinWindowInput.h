@@ -12,6 +12,8 @@ namespace NSMorvane {
 
 // The cursor that goes before all others, or null.
 extern HCURSOR gOverrideCursor;
+// Shows it at once. With null, the next question for the shape brings the usual one back.
+void SetOverrideCursor(HCURSOR cursor);
 
 enum : std::int32_t { kNoButton = 0, kLeftButton = 1, kRightButton = 2 };
 

@@ -408,11 +408,8 @@ LRESULT CWinWindow::AnswerQueryEndSession() {
 }
 
 void CWinWindow::PreDispatch(const TWinMessage& message) {
-  if (message.fMessage == WM_CAPTURECHANGED && fMouseCapture) {
-    // Somebody else has taken the mouse. The client's object simply drops out.
-    fMorvane->ForgetMouseCaptureWindow();
-    fMouseCapture.reset();
-  }
+  fMouseGlance.Forget();
+  if (message.fMessage == WM_CAPTURECHANGED && fMouseCapture) OnMouseCaptureLost();
   if (message.fMessage == WM_THEMECHANGED) {
     IMorvaneRunBehavior* const behavior = fMorvane->GetBehavior();
     if (behavior) MORVANE_CHECK(behavior->IMorvaneRunBehavior_OnThemeChanged());
@@ -420,9 +417,8 @@ void CWinWindow::PreDispatch(const TWinMessage& message) {
   // The position of the mouse is costly, and of use to these only.
   const bool isTick = message.fMessage == WM_TIMER;
   if (!(isTick || CanMoveViewsUnderMouse(message.fMessage)) || !IsVisible()) return;
-  POINT point;
-  if (GetCursorPos(&point)) {
-    CheckMouseTracking(ScreenToClientChecked(fHwnd, FromNative(point)));
+  if (const std::optional<POINT> cursor = GetCursorForMessage(message)) {
+    CheckMouseTracking(ScreenToClientChecked(fHwnd, FromNative(*cursor)));
     if (isTick && fTooltipHwnd && fTooltipRectsDirty) UpdateToolRects();
   }
   if (isTick) fMorvane->RunIdleIfDue();

@@ -1,0 +1,163 @@
+// The root object's services around the mouse: its state, its shape, the capture, and whether a press becomes
+// a drag.
+#include <algorithm>
+#include <boost/make_shared.hpp>
+
+#include "Component/Win/MorvaneImplWin.h"
+#include "Component/Win/UtilsWin.h"
+#include "Component/Win/WinKeyboard.h"
+#include "Component/Win/WinMouseShape.h"
+#include "Component/Win/WinWindow.h"
+
+namespace NSMorvane {
+
+namespace {
+
+enum : std::int32_t { kUnknownPosition = -15000 };
+
+// A press becomes a drag when the mouse leaves the box around it, and none when it stays too long.
+enum : std::int32_t { kDragBoxHalfWidth = 3 };
+enum : DWORD { kDragLimitMS = 500 };
+// Turns of the wheel to the side come behind them and are left alone.
+enum : UINT { kFirstMouseMessage = WM_MOUSEFIRST, kLastMouseMessage = WM_XBUTTONDBLCLK };
+
+HWND HwndOf(IWindow& window) {
+  TNativeWindow native = {};
+  ThrowError(window.IWindow_GetNativeWindow(native));
+  return native.fHwnd;
+}
+
+// A client can implement IWindow too; such a window is none of the library's. The same goes for one that has
+// been released.
+boost::shared_ptr<CWinWindow> LiveWindowOf(IWindow& window) {
+  const CWinWindow* const winWindow = dynamic_cast<CWinWindow*>(&window);
+  boost::shared_ptr<CWinWindow> reference;
+  if (winWindow) reference = winWindow->LockClientsWindowReference();
+  if (!reference) MORVANE_THROW(std::invalid_argument(""));
+  return reference;
+}
+
+TMouseShapeRequest ShapeRequest(const TMouseState& state) {
+  TMouseShapeRequest request = {};
+  request.fButtons = state.fButtons;
+  request.fPosition = state.fPosition;
+  request.fModifiers = state.fModifiers;
+  return request;
+}
+
+bool IsNearPress(const TPoint& press, LPARAM position) {
+  const std::int64_t dx = std::int64_t{static_cast<std::int16_t>(LOWORD(position))} - press.fX;
+  const std::int64_t dy = std::int64_t{static_cast<std::int16_t>(HIWORD(position))} - press.fY;
+  const auto isInside = [](std::int64_t d) { return d >= -kDragBoxHalfWidth && d < kDragBoxHalfWidth; };
+  return isInside(dx) && isInside(dy);
+}
+
+bool IsButtonUp(UINT message) {
+  return message == WM_LBUTTONUP || message == WM_RBUTTONUP || message == WM_MBUTTONUP ||
+         message == WM_XBUTTONUP;
+}
+
+}  // namespace
+
+// --- State and shape
+
+TMouseState CMorvaneImpl::CMorvaneGlue_SampleMouseState(IWindow* window) {
+  TMouseState state = {};
+  state.fModifiers = GetAsyncModifiers();
+  state.fButtons = GetAsyncMouseButtons();
+  POINT position;
+  if (!GetCursorPos(&position)) {
+    state.fPosition = {kUnknownPosition, kUnknownPosition};
+    return state;
+  }
+  if (window && !ScreenToClient(HwndOf(*window), &position)) MORVANE_THROW_LAST_ERROR();
+  state.fPosition = FromNative(position);
+  return state;
+}
+
+void CMorvaneImpl::CMorvaneGlue_SetOverrideMouseShape(IMouseShape* overrideShape) {
+  SetOverrideCursor(overrideShape ? NativeCursorOf(*overrideShape) : nullptr);
+}
+
+void CMorvaneImpl::CMorvaneGlue_RequestMouseShapeArbitration() {
+  const auto refresh = [&](CWinWindow& window) {
+    window.RefreshMouseShape(ShapeRequest(CMorvaneGlue_SampleMouseState(&window)));
+  };
+  if (const boost::shared_ptr<CWinWindow> captureWindow = fMouseCaptureWindow.lock()) {
+    refresh(*captureWindow);
+    return;
+  }
+  POINT cursor;
+  if (!GetCursorPos(&cursor)) return;
+  for (const boost::shared_ptr<CWinWindow>& window : GetVisibleWindowsZ()) {
+    RECT rect;
+    if (!GetWindowRect(window->GetHwnd(), &rect)) MORVANE_THROW_LAST_ERROR();
+    if (!PtInRect(&rect, cursor)) continue;
+    refresh(*window);
+    return;
+  }
+}
+
+std::unique_ptr<IMouseShape> CMorvaneImpl::CMorvaneGlue_LoadResourceMouseShape(const std::string& key) {
+  return LoadMouseShape(key);
+}
+
+std::unique_ptr<IMouseShape> CMorvaneImpl::CMorvaneGlue_CreateBuiltInMouseShape(
+    TBuiltInMouseShape mouseShape) {
+  return MakeBuiltInMouseShape(mouseShape);
+}
+
+// --- Capture
+
+void CMorvaneImpl::CMorvaneGlue_AllocateMouseCapture(IWindow* window, IMouseCapture* capture) {
+  MORVANE_ASSERT(capture != 0);
+  MORVANE_ASSERT(window != 0);
+  if (!fMouseCaptureWindow.expired()) {
+    DebugPrint("There can only be one mouse capture at a time.");
+    MORVANE_UNREACHED();
+    MORVANE_THROW(XIllegalCallSequence());
+  }
+  const boost::shared_ptr<CWinWindow> captureWindow = LiveWindowOf(*window);
+  // The object is the library's from where nothing can fail any more.
+  const auto owner = boost::make_shared<std::unique_ptr<IMouseCapture>>();
+  owner->reset(capture);
+  captureWindow->AttachMouseCapture(boost::shared_ptr<IMouseCapture>(owner, capture));
+  fMouseCaptureWindow = captureWindow;
+}
+
+void CMorvaneImpl::CMorvaneGlue_ReleaseMouseCapture() {
+  if (const boost::shared_ptr<CWinWindow> captureWindow = fMouseCaptureWindow.lock())
+    captureWindow->DetachMouseCapture();
+  fMouseCaptureWindow.reset();
+}
+
+// --- Click or drag
+
+TClickDragResult CMorvaneImpl::CMorvaneGlue_CheckForClickDragOperation(IWindow& window,
+                                                                       const TMouseEvent& event) {
+  const HWND hwnd = HwndOf(window);
+  const bool isClick = event.fType == kMouseEventClick;
+  const bool leftActive = event.fButtons == 1 && (isClick || event.fType == kMouseEventDoubleClick);
+  const bool rightActive = event.fButtons == 2 && isClick;
+  if (!leftActive && !rightActive) return kClickDragNotApplicable;
+  // What is waiting may end the window or change the client's record.
+  const TPoint press = event.fPosition;
+  const std::uint64_t deadline = event.fTimeMS + kDragLimitMS;
+  while (true) {
+    MSG msg;
+    if (PeekMessageW(&msg, hwnd, kFirstMouseMessage, kLastMouseMessage, PM_NOREMOVE)) {
+      if (msg.message == WM_LBUTTONUP && leftActive) return kClickDragReleased;
+      if (msg.message == WM_RBUTTONUP && rightActive) return kClickDragReleased;
+      if (msg.message == WM_MOUSEMOVE) {
+        PeekMessageW(&msg, hwnd, WM_MOUSEMOVE, WM_MOUSEMOVE, PM_REMOVE);
+        MORVANE_ASSERT(msg.message == WM_MOUSEMOVE);
+        if (!IsNearPress(press, msg.lParam)) return kClickDragDragged;
+      } else if (!IsButtonUp(msg.message)) {
+        PeekMessageW(&msg, hwnd, msg.message, msg.message, PM_REMOVE);
+      }
+    }
+    if (CMorvaneGlue_GetCurrentMS() > deadline) return kClickDragHeld;
+  }
+}
+
+}  // namespace NSMorvane
