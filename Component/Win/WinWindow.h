@@ -321,6 +321,7 @@ class CWinWindow : public CWindowGlue,
   std::vector<boost::shared_ptr<CViewImpl>> FindTrackableViews(const TPoint& point);
   void DispatchMouseTracking(const TMouseTracking& event);
   void SendMouseExits(const std::vector<boost::shared_ptr<CViewImpl>>& newMouseTrackingViews);
+  void RefreshMouseShapeInMessage(const TMouseShapeRequest& request);
   std::unique_ptr<IMouseShape> AskForMouseShape(const TMouseShapeRequest& request);
   void SetCurrentCursor(HCURSOR cursor);
   bool DispatchClick(TMouseEvent& event);

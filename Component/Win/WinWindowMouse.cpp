@@ -161,7 +161,7 @@ void CWinWindow::DispatchMouseMove(const TMouseMessage& message) {
   if (!fMsgEventListeners.empty()) fMouseGlance.Forget();
   const TMouseTracking event = MakeTracking(MessageTimeMS(), message.fPosition);
   DispatchMouseTracking(event);
-  RefreshMouseShape(event.fState);
+  RefreshMouseShapeInMessage(event.fState);
 }
 
 void CWinWindow::CheckMouseTracking(const TPoint& point) {
@@ -177,7 +177,7 @@ void CWinWindow::CheckMouseTracking(const TPoint& point) {
     MORVANE_CHECK(fMorvane->IMorvane_GetCurrentMS(now));
     const TMouseTracking event = MakeTracking(now, point);
     DispatchMouseTracking(event);
-    RefreshMouseShape(event.fState);
+    RefreshMouseShapeInMessage(event.fState);
   } catch (...) {
     MORVANE_RETHROW();
   }
@@ -284,6 +284,11 @@ void CWinWindow::ArmMouseLeave() {
 // --- The shape
 
 void CWinWindow::RefreshMouseShape(const TMouseShapeRequest& request) {
+  fMouseGlance.Forget();
+  RefreshMouseShapeInMessage(request);
+}
+
+void CWinWindow::RefreshMouseShapeInMessage(const TMouseShapeRequest& request) {
   if (fInRefreshMouseShape) return;
   const CFlagScope scope(fInRefreshMouseShape);
   if (const std::unique_ptr<IMouseShape> shape = AskForMouseShape(request)) {

@@ -76,7 +76,7 @@ TEST_F(MouseTest, ViewsAreWalkedToTheFrontAndBack) {
     EXPECT_EQ(Tracked(kOverAll), "a<bcd b<cd c<d d< d+ d. c. b. a. a?< b?< c?< d?< d? c? b? a?");
     EXPECT_EQ(Tracked(kOverD), "d< d. c- b- a- d?< d?");
     EXPECT_EQ(Tracked(kNowhere), "d-");
-    EXPECT_TRUE(PointerIs(IDC_ARROW));
+    EXPECT_TRUE(PointerIsArrow());
     EXPECT_EQ(Sent(WM_MOUSEMOVE), "");
   }});
 }
@@ -211,29 +211,37 @@ TEST_F(MouseTest, AWindowOnTopTakesTheMouse) {
   const auto cover = [&] {
     RECT rect;
     GetWindowRect(Hwnd(), &rect);
-    other = CreateWindowExW(WS_EX_NOACTIVATE | WS_EX_TOPMOST, L"EDIT", L"", WS_POPUP | WS_VISIBLE,
-                            rect.left, rect.top, 400, 400, nullptr, nullptr, nullptr, nullptr);
+    other = CreateWindowExW(WS_EX_NOACTIVATE | WS_EX_TOPMOST, L"EDIT", L"", WS_POPUP | WS_VISIBLE, rect.left,
+                            rect.top, 400, 400, nullptr, nullptr, nullptr, nullptr);
   };
   const auto uncover = [&] { DestroyWindow(std::exchange(other, nullptr)); };
+  // At the latest by the next tick.
+  const auto after = [&](const std::function<void()>& action) {
+    fRecorder.Take();
+    action();
+    Tick();
+    return fRecorder.Take();
+  };
   RunWithABCD({[&] {
     EXPECT_EQ(Tracked(kOverABC), kEnterABC);
-    cover();
-    EXPECT_EQ(Ticked(), "c- b- a-");
+    EXPECT_EQ(after(cover), "c- b- a-");
     EXPECT_EQ(Sent(WM_MOUSEMOVE), "");
     // Clicks do not ask.
     EXPECT_EQ(Sent(WM_LBUTTONDOWN).substr(0, 9), "a47/1<bc ");
-    uncover();
-    EXPECT_EQ(Ticked(), kEnterABC);
+    EXPECT_EQ(after(uncover), kEnterABC);
     // It comes up in the middle of a pass.
     fRecorder.fAnswers = {{"a.", Does(cover)}};
     EXPECT_EQ(Sent(WM_MOUSEMOVE), "a<bc b<c c< c. b. a.");
     fRecorder.fAnswers.clear();
     EXPECT_EQ(Ticked(), "c- b- a-");
-    uncover();
     // A control of the window is part of it; a captured mouse is the other's alone.
-    const HWND control = CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE, 0, 0, 200, 200, Hwnd(),
-                                         nullptr, nullptr, nullptr);
-    EXPECT_EQ(Tracked(kOverABC), kEnterABC);
+    HWND control = nullptr;
+    EXPECT_EQ(after([&] {
+                uncover();
+                control = CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE, 0, 0, 200, 200, Hwnd(),
+                                          nullptr, nullptr, nullptr);
+              }),
+              kEnterABC);
     SetCapture(control);
     EXPECT_EQ(Sent(WM_MOUSEMOVE), "");
     EXPECT_EQ(Tracked(kNowhere), "");

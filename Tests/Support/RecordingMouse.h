@@ -259,9 +259,11 @@ class MouseClientTest : public ClientWindowTest {
     Send(message, wParam);
     return fRecorder.Take();
   }
+  // What shapes load has other handles than what LoadCursorW gives.
   static bool PointerIs(const wchar_t* systemCursor) {
-    return GetCursor() == LoadCursorW(nullptr, systemCursor);
+    return GetCursor() == LoadImageW(nullptr, systemCursor, IMAGE_CURSOR, 0, 0, LR_SHARED);
   }
+  static bool PointerIsArrow() { return GetCursor() == LoadCursorW(nullptr, IDC_ARROW); }
 
   const POINT fMouse = {150, 120};
   POINT fMoved = {0, 0};
