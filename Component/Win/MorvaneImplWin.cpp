@@ -8,6 +8,7 @@
 #include "Component/Win/NativeWindowWrapper.h"
 #include "Component/Win/UtilsWin.h"
 #include "Component/Win/WinWindow.h"
+#include "Component/Win/WinWindowModality.h"
 
 namespace NSMorvane {
 

@@ -36,6 +36,7 @@ namespace NSMorvane {
 class CHiderWindow;
 class CMessageWindow;
 class CWinWindow;
+class IWinAppModalInstance;
 
 // Errors that could not be thrown on because the system's stack was in between. DeliverError reports the
 // oldest and drops the others.
@@ -156,6 +157,9 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   // All that have not been released, in order of creation.
   static std::vector<boost::shared_ptr<CWinWindow>> GetWindows();
   static bool IsAnyWindowAlive();
+  // A dialog of the system's, of whatever thread, blocks the application until it is popped. Once for each.
+  void PushAppModalInstance(HWND dialog);
+  void PopAppModalInstance(HWND dialog);
 
   // --- Keyboard (MorvaneImplWinKeyboard.cpp)
 
@@ -329,6 +333,7 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   SRWLOCK fIdleThreadLock = SRWLOCK_INIT;
   boost::weak_ptr<CWinWindow> fQuitWindow;  // the one last asked to close
   bool fIsInQuitMode;
+  std::vector<std::pair<HWND, boost::shared_ptr<IWinAppModalInstance>>> fAppModalInstances;
   HICON fAppIcon;
   std::vector<TString> fCommandLineOptions;  // with their "/"
   std::vector<TString> fCommandLineFiles;    // still to be handed to the client

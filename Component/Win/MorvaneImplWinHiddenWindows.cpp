@@ -102,7 +102,12 @@ bool CMorvaneImpl::DispatchPrivateMessage(UINT message, WPARAM wParam, LPARAM lP
       MORVANE_ASSERT(0!=lParam);
       if (!isOwn || lParam == 0) return false;
       if (message >= kMsgListenerCall1 && message <= kMsgListenerCall3) return CallListener(message, lParam);
-      OnFileDialogMessage(message, lParam);
+      if (message == kMsgPushAppModal)
+        PushAppModalInstance(reinterpret_cast<HWND>(lParam));
+      else if (message == kMsgPopAppModal)
+        PopAppModalInstance(reinterpret_cast<HWND>(lParam));
+      else
+        OnFileDialogMessage(message, lParam);
       return true;
     }
     default:

@@ -1,5 +1,6 @@
 // Making windows and views, and the lists of windows.
 #include <algorithm>
+#include <boost/make_shared.hpp>
 
 #include "Component/Portable/MorvaneImplUtilsDrawing.h"
 #include "Component/Portable/ViewImpl.h"
@@ -10,6 +11,7 @@
 #include "Component/Win/WinModalDialog.h"
 #include "Component/Win/WinModelessDialog.h"
 #include "Component/Win/WinWindow.h"
+#include "Component/Win/WinWindowModality.h"
 
 namespace NSMorvane {
 
@@ -183,6 +185,25 @@ IFloatingWindow* CMorvaneImpl::CMorvaneGlue_CreateFloatingWindow(IFloatingWindow
   StartWindow(window, factory,
               &IFloatingWindowBehaviorFactory::IFloatingWindowBehaviorFactory_CreateBehavior);
   return window.get();
+}
+
+// --- Dialogs that are none of the library's windows
+
+void CMorvaneImpl::PushAppModalInstance(HWND dialog) {
+  for (const auto& instance : fAppModalInstances) {
+    if (instance.first != dialog) continue;
+    MORVANE_UNREACHED();
+    return;
+  }
+  fAppModalInstances.emplace_back(dialog, boost::make_shared<CAppModalInstance>(dialog));
+}
+
+void CMorvaneImpl::PopAppModalInstance(HWND dialog) {
+  const auto it = std::find_if(fAppModalInstances.begin(), fAppModalInstances.end(),
+                               [&](const auto& instance) { return instance.first == dialog; });
+  if (it == fAppModalInstances.end()) return;
+  const auto instance = std::move(*it);  // its end can call the client
+  fAppModalInstances.erase(it);
 }
 
 // --- Views

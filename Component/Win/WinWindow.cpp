@@ -377,6 +377,10 @@ void CWinWindow::DismantleNativeWindow() {
   if (fHwnd) {
     RemoveFromHiddenWindows();
     UnregisterHwnd(fHwnd);
+    // The system destroys the windows that this one owns with it. A dialog that is still open is left to its
+    // own end.
+    for (const boost::shared_ptr<CWinWindow>& child : fChildWindows)
+      SetWindowLongPtrW(child->fHwnd, GWLP_HWNDPARENT, 0);
     const BOOL dwResult = DestroyWindow(fHwnd);
     MORVANE_ASSERT(dwResult);
     fHwnd = nullptr;

@@ -7,6 +7,18 @@
 #include <utility>
 
 #include "Support/ClientFixture.h"
+#include "Support/PrintGeometry.h"
+
+namespace NSMorvane {
+
+inline bool operator==(const TSize& a, const TSize& b) {
+  return a.fWidth == b.fWidth && a.fHeight == b.fHeight;
+}
+inline bool operator==(const TRect& a, const TRect& b) {
+  return a.fLeft == b.fLeft && a.fTop == b.fTop && a.fRight == b.fRight && a.fBottom == b.fBottom;
+}
+
+}  // namespace NSMorvane
 
 namespace NSMorvaneTest {
 

@@ -4,7 +4,9 @@
 
 #include <limits>
 
+#include "Component/Win/WinWindowKind.h"
 #include "Tests/Support/PrintGeometry.h"
+#include "Tests/Support/RecordingMorvane.h"
 
 namespace NSMorvane {
 
@@ -189,5 +191,32 @@ TEST_F(FitPlacementTest, AnythingThatFitsIn32BitsIsTaken) {
 }
 
 }  // namespace
+
+// The task bar lies at the left and the top of the main monitor, which is not the first one.
+TEST(WinWindowPlacement, BetweenNativePlacementsAndTheClient) {
+  NSMorvaneTest::RecordingMorvane morvane;
+  morvane.fMonitors.fMonitorCount = 2;
+  morvane.fMonitors.fMainMonitorIndex = 1;
+  morvane.fMonitors.fMonitors[0] = TMonitor{{-800, 0, 0, 600}, {-800, 7, 0, 600}, 32};
+  morvane.fMonitors.fMonitors[1] = TMonitor{{0, 0, 1280, 960}, {60, 24, 1280, 960}, 32};
+  const TPoint offset = OffsetToNativePlacement(morvane);
+  const TWindowPlacement native = {true, true, kWindowStateIdeal, {40, 76, 240, 176}, {-60, -24, 40, 76}};
+  const TRect user = {100, 100, 300, 200}, ideal = {0, 0, 100, 100};
+
+  const auto check = [&](const auto& client, bool minimized, bool maximized) {
+    EXPECT_EQ(client.fZoomState, kWindowStateIdeal);
+    EXPECT_EQ(client.fUserRect, user);
+    EXPECT_EQ(client.fIdealRect, ideal);
+    EXPECT_EQ(PlacementFromClient(client, offset), (TWindowPlacement{minimized, maximized, kWindowStateIdeal,
+                                                                     native.fUserRect, native.fIdealRect}));
+  };
+  check(PlacementForClient<TDocumentWindowPlacement>(native, offset), true, true);
+  check(PlacementForClient<TModalDialogPlacement>(native, offset), true, false);
+  check(PlacementForClient<TFloatingWindowPlacement>(native, offset), false, true);
+  // The flag of a floating window comes unchecked.
+  TFloatingWindowPlacement odd = {};
+  odd.fMaximized = 7;
+  EXPECT_FALSE(PlacementFromClient(odd, offset).fMaximized);
+}
 
 }  // namespace NSMorvane

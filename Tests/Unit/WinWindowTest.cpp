@@ -356,11 +356,23 @@ TEST_F(WinWindowTest, AlwaysOnTopIsInherited) {
       Release(window);
       return result;
     };
-    top->fAlwaysOnTop = true;
+    top->SetAlwaysOnTop(true);
     EXPECT_FALSE(inherits(kWindowKindModalDialog, nullptr));  // nobody sees it yet
     EXPECT_TRUE(inherits(kWindowKindModalDialog, top.get()));
+    const auto isTopMost = [](const TTestWindowPtr& window) {
+      return (GetWindowLongW(window->GetHwnd(), GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
+    };
+    top->SetAlwaysOnTop(false);
+    EXPECT_FALSE(isTopMost(top));
+    top->SetAlwaysOnTop(true);
     top->Show();
-    EXPECT_TRUE(GetWindowLongW(top->GetHwnd(), GWL_EXSTYLE) & WS_EX_TOPMOST);
+    EXPECT_TRUE(isTopMost(top));
+    // A dialog that blocks it is never covered by it.
+    TTestWindowPtr dialog = Make(kWindowKindModalDialog);
+    dialog->Show();
+    EXPECT_TRUE(isTopMost(dialog));
+    EXPECT_EQ(GetShownWindowsZ(), (std::vector<HWND>{dialog->GetHwnd(), top->GetHwnd(), plain->GetHwnd()}));
+    Release(dialog);
     EXPECT_TRUE(AnyShownWindowIsAlwaysOnTop());
     EXPECT_TRUE(inherits(kWindowKindModelessDialog, nullptr));
     EXPECT_TRUE(inherits(kWindowKindAlertBox, nullptr));
@@ -401,6 +413,21 @@ TEST_F(WinWindowTest, ADialogBlocksItsOwner) {
       Release(owner);
     });
   }
+}
+
+// The owner is ended under its dialog: that is reported, and the dialog stays a sound window.
+TEST_F(WinWindowTest, AnOwnerThatEndsFirst) {
+  InRun([this] {
+    TTestWindowPtr owner = Make(kWindowKindModelessDialog);
+    owner->Show();
+    TTestWindowPtr dialog = Make(kWindowKindModalDialog, owner.get());
+    dialog->Show();
+    Release(owner);
+    EXPECT_EQ(TakeAssertions(), Texts{"fChildWindows.size()==0"});
+    EXPECT_TRUE(dialog->CheckInvariant());
+    EXPECT_TRUE(dialog->IsVisible());
+    Release(dialog);
+  });
 }
 
 // Its destructor gives the owner back, too, as a last resort.
@@ -537,6 +564,34 @@ TEST_F(WinWindowTest, NothingIsBlockedByAnEmptyStack) {
     EXPECT_FALSE(OnModalClickAttempt(window->GetHwnd()));
     PopAppModal(window->GetHwnd());
     EXPECT_TRUE(IsWindowEnabled(window->GetHwnd()));
+    Release(window);
+  });
+}
+
+// Dialogs that are not the library's own stand on the stack, too; one that is gone disturbs nothing.
+TEST_F(WinWindowTest, ForeignDialogsOnTheStack) {
+  NativeTestWindow foreign;
+  InRun([&] {
+    TTestWindowPtr window = Make(kWindowKindDocument, nullptr, WS_OVERLAPPEDWINDOW);
+    window->Show();
+    ShowWindow(foreign, SW_SHOW);
+    {
+      CMorvaneImpl& morvane = *CMorvaneImpl::gMorvaneImpl;
+      morvane.PushAppModalInstance(foreign);
+      morvane.PushAppModalInstance(foreign);
+      EXPECT_EQ(TakeAssertions(), Texts{"false"});
+      EXPECT_EQ(gAppModalDialogStack, std::vector<HWND>{foreign});
+      EXPECT_FALSE(IsWindowEnabled(window->GetHwnd()));
+      EXPECT_TRUE(OnModalActivationAttempt(window->GetHwnd()));
+      EXPECT_FALSE(OnModalActivationAttempt(foreign));
+      EXPECT_EQ(GetActiveWindow(), static_cast<HWND>(foreign));
+      ShowWindow(foreign, SW_HIDE);
+      morvane.PopAppModalInstance(foreign);
+      morvane.PopAppModalInstance(foreign);
+    }
+    EXPECT_TRUE(gAppModalDialogStack.empty());
+    EXPECT_TRUE(IsWindowEnabled(window->GetHwnd()));
+    EXPECT_EQ(GetActiveWindow(), window->GetHwnd());
     Release(window);
   });
 }
