@@ -121,15 +121,22 @@ class WindowKindsTest : public ClientTest {
     EXPECT_EQ(error, wantedError);
     return made;
   }
+  // Each step is posted when the one before is through, so that a step may yield.
   void RunSteps(const Steps& steps) {
     CreateMorvane();
     fHooks.fOnStartUp = [=, this] {
-      for (const auto& step : steps) Then(step);
-      Then([this] { Quit(); });
+      PostStep(steps, 0);
       return kOK;
     };
     EXPECT_EQ(Run(), kOK);
     EXPECT_EQ(ShownInOrder(), std::vector<HWND>());
+  }
+  void PostStep(const Steps& steps, std::size_t index) {
+    Then([=, this] {
+      if (index == steps.size()) return Quit();
+      steps[index]();
+      PostStep(steps, index + 1);
+    });
   }
   // Not every system raises a window that becomes active.
   static void BringToFront(KindRecord& record) {
