@@ -141,20 +141,6 @@ TEST_F(MessagesTest, DepartureOfTheMouseIsAskedForOnce) {
   });
 }
 
-TEST_F(MessagesTest, AutoPlayIsRefusedOnlyOnDemand) {
-  RunWithWindow(0, [this] {
-    IWinExtensions* extensions = nullptr;
-    ASSERT_EQ(fMorvane->IMorvane_GetWinExtensions(extensions), kOK);
-    const UINT query = RegisterWindowMessageW(L"QueryCancelAutoPlay");
-    EXPECT_EQ(Send(query), 0);
-    EXPECT_EQ(extensions->IWinExtensions_SuppressAutoPlay(kAutoPlaySuppress), kOK);
-    EXPECT_EQ(Send(query), 1);
-    EXPECT_TRUE(fOutput.HasLine("Stopped an autoplay from occuring!"));
-    EXPECT_EQ(extensions->IWinExtensions_SuppressAutoPlay(kAutoPlayRelease), kOK);
-    EXPECT_EQ(Send(query), 0);
-  });
-}
-
 // --- Windows that end in the middle
 
 namespace {
@@ -196,7 +182,6 @@ void PaintNow(HWND hwnd) {
 TEST_F(MessagesTest, AnyCallbackMayEndTheWindow) {
   const TEnding endings[] = {
       {"OnRequestClose 0", Sending(WM_CLOSE)},
-      {"OnRequestClose 0", Sending(WM_SYSCOMMAND, SC_CLOSE)},
       {"OnHelpRequested", Sending(WM_HELP)},
       {"OnClientSizeChanged", [](HWND hwnd) { MoveWindow(hwnd, 50, 50, 350, 350, TRUE); }},
       {"OnPlacementChanged", [](HWND hwnd) { MoveWindow(hwnd, 70, 70, 300, 300, TRUE); }},
@@ -420,49 +405,47 @@ TEST_F(MessagesTest, NonsenseIsSurvived) {
       UINT fMessage;
       WPARAM fWParam;
       LPARAM fLParam;
-    } rows[] = {
-        {WM_GETMINMAXINFO, 0, 0},
-        {WM_GETMINMAXINFO, 0, 16},
-        {WM_GETMINMAXINFO, 0, kBad},
-        {WM_NOTIFY, 0, 0},
-        {WM_NOTIFY, 5, 1},
-        {WM_NOTIFY, 5, kBad},
-        {WM_COMMAND, 0, kBad},
-        {WM_COMMAND, 0xFFFF, 0},
-        {WM_COMMAND, 0xA000, 0},
-        {WM_COMMAND, 0xE000, 0},
-        {WM_HSCROLL, SB_LINEDOWN, kBad},
-        {WM_VSCROLL, SB_LINEDOWN, kBad},
-        {WM_SETCURSOR, static_cast<WPARAM>(kBad), MAKELPARAM(HTCLIENT, WM_LBUTTONDOWN)},
-        {WM_SETCURSOR, reinterpret_cast<WPARAM>(fHwnd), MAKELPARAM(HTCLIENT, WM_LBUTTONDOWN)},
-        {WM_SIZE, 99, -1},
-        {WM_SYSCOMMAND, 0xFFF0, 0},
-        {WM_INITMENU, static_cast<WPARAM>(kBad), 0},
-        {WM_ACTIVATEAPP, 2, -1},
-        {WM_ACTIVATEAPP, 1, static_cast<LPARAM>(GetCurrentThreadId())},
-        {WM_TIMER, 0xFFFFFFFF, 0},
-        {WM_DISPLAYCHANGE, 0, 0},
-        {WM_CAPTURECHANGED, 0, kBad},
-        {WM_IME_NOTIFY, 8, 0},
-        {WM_MOUSEMOVE, 0xFFFF, MAKELPARAM(0x8000, 0x7FFF)},
-        {WM_LBUTTONDOWN, 0, -1},
-        {WM_LBUTTONUP, 0, -1},
-        {WM_LBUTTONDBLCLK, 0, -1},
-        {WM_RBUTTONDOWN, 0, -1},
-        {WM_RBUTTONDBLCLK, 0, -1},
-        {WM_MOUSEWHEEL, MAKEWPARAM(0, 0x8000), MAKELPARAM(0x8000, 0x8000)},
-        {WM_MOUSELEAVE, 1, 1},
-        {1225, 0, 0},
-        {1225, static_cast<WPARAM>(kBad), -1},
-        {WM_KEYDOWN, 255, 0},
-        {WM_KEYDOWN, 0x12345678, -1},
-        {WM_KEYUP, 0, 0},
-        {WM_SYSKEYDOWN, VK_F24, 0},
-        {WM_SYSKEYUP, VK_F24, 0},
-        {WM_CHAR, 0xFFFFFFFF, -1},
-        {WM_USER, 1, 1},
-        {0xFFFF, 1, 1},
-    };
+    } rows[] = {{WM_GETMINMAXINFO, 0, 0},
+                {WM_GETMINMAXINFO, 0, 16},
+                {WM_GETMINMAXINFO, 0, kBad},
+                {WM_NOTIFY, 0, 0},
+                {WM_NOTIFY, 5, 1},
+                {WM_NOTIFY, 5, kBad},
+                {WM_COMMAND, 0, kBad},
+                {WM_COMMAND, 0xFFFF, 0},
+                {WM_COMMAND, 0xA000, 0},
+                {WM_COMMAND, 0xE000, 0},
+                {WM_HSCROLL, SB_LINEDOWN, kBad},
+                {WM_VSCROLL, SB_LINEDOWN, kBad},
+                {WM_SETCURSOR, static_cast<WPARAM>(kBad), MAKELPARAM(HTCLIENT, WM_LBUTTONDOWN)},
+                {WM_SETCURSOR, reinterpret_cast<WPARAM>(fHwnd), MAKELPARAM(HTCLIENT, WM_LBUTTONDOWN)},
+                {WM_SIZE, 99, -1},
+                {WM_SYSCOMMAND, 0xFFF0, 0},
+                {WM_INITMENU, static_cast<WPARAM>(kBad), 0},
+                {WM_ACTIVATEAPP, 2, -1},
+                {WM_ACTIVATEAPP, 1, static_cast<LPARAM>(GetCurrentThreadId())},
+                {WM_TIMER, 0xFFFFFFFF, 0},
+                {WM_DISPLAYCHANGE, 0, 0},
+                {WM_CAPTURECHANGED, 0, kBad},
+                {WM_IME_NOTIFY, 8, 0},
+                {WM_MOUSEMOVE, 0xFFFF, MAKELPARAM(0x8000, 0x7FFF)},
+                {WM_LBUTTONDOWN, 0, -1},
+                {WM_LBUTTONUP, 0, -1},
+                {WM_LBUTTONDBLCLK, 0, -1},
+                {WM_RBUTTONDOWN, 0, -1},
+                {WM_RBUTTONDBLCLK, 0, -1},
+                {WM_MOUSEWHEEL, MAKEWPARAM(0, 0x8000), MAKELPARAM(0x8000, 0x8000)},
+                {WM_MOUSELEAVE, 1, 1},
+                {1225, 0, 0},
+                {1225, static_cast<WPARAM>(kBad), -1},
+                {WM_KEYDOWN, 255, 0},
+                {WM_KEYDOWN, 0x12345678, -1},
+                {WM_KEYUP, 0, 0},
+                {WM_SYSKEYDOWN, VK_F24, 0},
+                {WM_SYSKEYUP, VK_F24, 0},
+                {WM_CHAR, 0xFFFFFFFF, -1},
+                {WM_USER, 1, 1},
+                {0xFFFF, 1, 1}};
     for (const auto& row : rows) {
       SCOPED_TRACE(row.fMessage);
       Send(row.fMessage, row.fWParam, row.fLParam);

@@ -60,49 +60,26 @@ TEST_F(DocumentRunTest, ClosingTheLastOneAsksToQuit) {
 
 // --- Errors of windows
 
-TEST_F(DocumentRunTest, ErrorsInMessagesAreReportedAfterwards) {
-  CreateMorvane();
-  TError next = 100001;
-  fHooks.fOnThemeChanged = [&] { return next++; };
-  fHooks.fOnStartUp = [this] {
-    IDocumentWindow* const document = CreateDocument("document");
-    Then([=, this] {
-      SendMessageW(HwndOf(*document), WM_THEMECHANGED, 0, 0);
-      SendMessageW(HwndOf(*document), WM_THEMECHANGED, 0, 0);
-      fLog.push_back("sent");
-    });
-    Then([=, this] {
-      EXPECT_EQ(document->IDocumentWindow_Release(), kOK);
-      Quit();
-    });
-    return kOK;
-  };
-  EXPECT_EQ(Run(), kOK);
-  EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnThemeChanged", "OnThemeChanged", "sent", "OnUnhandledError 100001",
-                           "document deleted", "OnCleanUp", "deleted"}));
-}
-
 TEST_F(DocumentRunTest, FailingFactoryLeavesNoWindow) {
-  class FailingFactory : public IDocumentWindowBehaviorFactory {
-   public:
+  struct : IDocumentWindowBehaviorFactory {
     IDocumentWindowBehavior* IDocumentWindowBehaviorFactory_CreateBehavior(IDocumentWindow&,
                                                                            TError& outError) override {
       EXPECT_TRUE(AnyDocumentWindowLeft());
       outError = 100400;
       return nullptr;
     }
-  };
+  } factory;
   CreateMorvane();
-  FailingFactory factory;
-  TError error = kOK;
-  EXPECT_EQ(fMorvane->IMorvane_CreateDocumentWindow(factory, 0, 0, error), nullptr);
-  EXPECT_EQ(error, TError(kIllegalCallSequenceProgrammingError));  // there is no run
-  EXPECT_EQ(fOutput.TakeAssertions(), (std::vector<std::string>{"0!=fBehavior"}));
-  fHooks.fOnStartUp = [&] {
-    error = kOK;
+  const auto expectFailure = [&](TError expected) {
+    TError error = kOK;
     EXPECT_EQ(fMorvane->IMorvane_CreateDocumentWindow(factory, 0, 0, error), nullptr);
-    EXPECT_EQ(error, 100400u);
+    EXPECT_EQ(error, expected);
     EXPECT_FALSE(AnyDocumentWindowLeft());
+  };
+  expectFailure(kIllegalCallSequenceProgrammingError);  // there is no run
+  EXPECT_EQ(fOutput.TakeAssertions(), CallLog{"0!=fBehavior"});
+  fHooks.fOnStartUp = [&] {
+    expectFailure(100400);
     return fMorvane->IMorvane_StartQuitting();
   };
   EXPECT_EQ(Run(), kOK);
@@ -116,11 +93,9 @@ TEST_F(DocumentRunTest, FailedStartUpDestroysTheWindows) {
     CreateDocument("second");
     return TError(100124);
   };
-  auto* const behavior = new RecordingRunBehavior(fLog, fHooks, fSteps);
-  EXPECT_EQ(fMorvane->IMorvane_Run(behavior, fParams), 100124u);
+  ExpectRunFails(100124u);
   EXPECT_EQ(fLog, (CallLog{"OnStartUp", "first deleted", "second deleted"}));
   EXPECT_FALSE(AnyDocumentWindowLeft());
-  delete behavior;
 }
 
 // --- Menu bars and debug settings
@@ -145,9 +120,7 @@ TEST_F(DocumentRunTest, MenuBarOfEachVisibleWindowIsSetUpOnce) {
     EXPECT_EQ(fOutput.CountLines("Collapsed 5 rebuild menubar requests..."), 1u);
     return TError(100999);
   };
-  auto* const behavior = new RecordingRunBehavior(fLog, fHooks, fSteps);
-  EXPECT_EQ(fMorvane->IMorvane_Run(behavior, fParams), 100999u);
-  delete behavior;
+  ExpectRunFails(100999u);
 }
 
 // A window that the set-up of another one has ended is passed over.
@@ -217,29 +190,7 @@ TEST_F(DocumentRunTest, SettingsOfWhatIsOnTheScreenInvalidate) {
     }
     return TError(100999);
   };
-  auto* const behavior = new RecordingRunBehavior(fLog, fHooks, fSteps);
-  EXPECT_EQ(fMorvane->IMorvane_Run(behavior, fParams), 100999u);
-  delete behavior;
-}
-
-// --- Idle
-
-// The ticks of a window are enough to keep idle calls going, and a failure among them is reported.
-TEST_F(DocumentRunTest, IdleCallsWithAWindowAlone) {
-  CreateMorvane();
-  fHooks.fOnIdle = [this](std::int64_t& delay) -> TError {
-    delay = 1;
-    if (IdleCalls() == 3) return TError(100210);
-    if (IdleCalls() == 6) Quit();
-    return kOK;
-  };
-  fHooks.fOnStartUp = [this] {
-    CreateDocument("document");
-    return kOK;
-  };
-  EXPECT_EQ(Run(), kOK);
-  EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnUnhandledError 100210", "document OnRequestClose 1",
-                           "document deleted", "OnCleanUp", "deleted"}));
+  ExpectRunFails(100999u);
 }
 
 // --- Quitting
@@ -273,32 +224,6 @@ TEST_F(DocumentRunTest, WindowsAreAskedOneAtATime) {
   EXPECT_EQ(Run(), kOK);
   EXPECT_EQ(fLog,
             (CallLog{"middle deleted", "bottom OnRequestClose 1", "bottom deleted", "OnCleanUp", "deleted"}));
-}
-
-TEST_F(DocumentRunTest, RefusedCloseHoldsTheQuitting) {
-  CreateMorvane();
-  fOnRequestClose = [](const std::string&, IDocumentWindow&, TCloseReason) { return kOK; };
-  fHooks.fOnStartUp = [this] {
-    CreateDocument("bottom");
-    CreateDocument("top");
-    Then([=, this] {
-      TakeLog();
-      EXPECT_EQ(fMorvane->IMorvane_StartQuitting(), kOK);
-      LetMessagesPass();
-      EXPECT_TRUE(IsQuitting());
-      EXPECT_EQ(fMorvane->IMorvane_StopQuitting(), kOK);
-      LetMessagesPass();
-      EXPECT_FALSE(IsQuitting());
-      EXPECT_EQ(TakeLog(), (CallLog{"top OnRequestClose 1"}));
-      // Anew, and with both willing.
-      fOnRequestClose = nullptr;
-      EXPECT_EQ(fMorvane->IMorvane_StartQuitting(), kOK);
-    });
-    return kOK;
-  };
-  EXPECT_EQ(Run(), kOK);
-  EXPECT_EQ(fLog, (CallLog{"top OnRequestClose 1", "top deleted", "bottom OnRequestClose 1", "bottom deleted",
-                           "OnCleanUp", "deleted"}));
 }
 
 // A window that cannot be seen is not asked, but it keeps the run going.
@@ -452,52 +377,6 @@ TEST_F(DocumentRunTest, WindowMadeWhileLingering) {
   EXPECT_EQ(fOutput.CountLines("Entering lingering mode..."), 2u);
   EXPECT_EQ(fOutput.CountLines("Cancelling lingering mode..."), 1u);
   EXPECT_EQ(fOutput.CountLines("Lingering complete, exiting..."), 1u);
-}
-
-// --- Views
-
-namespace {
-
-class DrawnView : public CDefaultViewBehavior {
- public:
-  DrawnView(IView& view, int& draws) : fView(view), fDraws(draws) {}
-  TError IViewBehavior_Draw(IDrawTools&) override {
-    ++fDraws;
-    return kOK;
-  }
-  IView& fView;
-  int& fDraws;
-};
-
-}  // namespace
-
-TEST_F(DocumentRunTest, ViewsAreMadeAndDrawn) {
-  CreateMorvane();
-  int draws = 0;
-  fHooks.fOnStartUp = [&] {
-    IDocumentWindow* const document = CreateDocument("document");
-    IView* rootView = nullptr;
-    EXPECT_EQ(WindowOf(*document).IWindow_GetRootView(rootView), kOK);
-    CViewFactory<DrawnView, int&> factory(draws);
-    TError error = kOtherError;
-    IView* const view = fMorvane->IMorvane_CreateView(factory, *rootView, "drawn", error);
-    EXPECT_EQ(error, TError(kOK));
-    TViewParams params = {};
-    EXPECT_EQ(view->IView_GetParams(params), kOK);
-    params.fRect = {10, 10, 60, 60};
-    params.fAutoInvalidation = kAutoInvalidationFull;
-    EXPECT_EQ(view->IView_SetParams(params), kOK);
-    EXPECT_TRUE(YieldUntil([&] { return draws > 0; }));
-    LetMessagesPass();
-    const int before = draws;
-    EXPECT_EQ(fMorvane->IMorvane_InvalidateView(*view, {0, 0, 20, 20}), kOK);
-    EXPECT_TRUE(YieldUntil([&] { return draws > before; }));
-    EXPECT_EQ(view->IView_Release(), kOK);
-    return TError(100999);
-  };
-  auto* const behavior = new RecordingRunBehavior(fLog, fHooks, fSteps);
-  EXPECT_EQ(fMorvane->IMorvane_Run(behavior, fParams), 100999u);
-  delete behavior;
 }
 
 }  // namespace NSMorvaneTest

@@ -93,59 +93,46 @@ TEST_F(RunLoopTest, RunWithoutBehaviour) {
 
 // --- Failures outside the loop: the run ends with the code, and the behaviour is left to the client
 
-TEST_F(RunLoopTest, FailureInStartUp) {
-  CreateMorvane();
-  fHooks.fOnStartUp = [] { return TError(100123); };
-  auto* const behavior = new RecordingRunBehavior(fLog, fHooks, fSteps);
-  EXPECT_EQ(fMorvane->IMorvane_Run(behavior, fParams), 100123u);
-  EXPECT_EQ(fLog, (CallLog{"OnStartUp"}));
-  delete behavior;
-  EXPECT_EQ(FindMessageWindow(), nullptr);
-  EXPECT_FALSE(HoldsInstanceRecord());
-  IMorvaneRunBehavior* none = behavior;
-  EXPECT_EQ(fMorvane->IMorvane_GetBehavior(none), kOK);
-  EXPECT_EQ(none, nullptr);
-  EXPECT_EQ(fOutput.TakeAssertions(), (std::vector<std::string>{"0!=fBehavior", "outBehavior != NULL"}));
-}
-
-TEST_F(RunLoopTest, FailureInOpenURLBeforeTheLoop) {
-  CreateMorvane(L"one.txt two.txt");
-  fHooks.fOnOpenURL = [](const std::string&) { return kBadFormatError; };
-  auto* const behavior = new RecordingRunBehavior(fLog, fHooks, fSteps);
-  EXPECT_EQ(fMorvane->IMorvane_Run(behavior, fParams), TError(kBadFormatError));
-  EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnOpenURL file://one.txt"}));
-  delete behavior;
-}
-
-TEST_F(RunLoopTest, ExceptionInNoDocument) {
-  CreateMorvane();
-  fHooks.fOnNoDocument = [](TNoDocumentKind) -> TError { throw 5; };
-  auto* const behavior = new RecordingRunBehavior(fLog, fHooks, fSteps);
-  EXPECT_EQ(fMorvane->IMorvane_Run(behavior, fParams), TError(kOtherError));
-  EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnNoDocument 5003"}));
-  delete behavior;
-}
-
-TEST_F(RunLoopTest, FailureInCleanUp) {
-  CreateMorvane();
-  fHooks.fOnStartUp = [this] { return fMorvane->IMorvane_StartQuitting(); };
-  fHooks.fOnCleanUp = [] { return kOutOfMemoryError; };
-  auto* const behavior = new RecordingRunBehavior(fLog, fHooks, fSteps);
-  EXPECT_EQ(fMorvane->IMorvane_Run(behavior, fParams), TError(kOutOfMemoryError));
-  EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnCleanUp"}));
-  delete behavior;
-  EXPECT_FALSE(HoldsInstanceRecord());
-}
-
-TEST_F(RunLoopTest, BadStartupParameters) {
-  CreateMorvane();
-  fParams.fCompanyName[0] = 0;
-  RecordingRunBehavior behavior(fLog, fHooks, fSteps);
-  EXPECT_EQ(fMorvane->IMorvane_Run(&behavior, fParams), TError(kBadInputProgrammingError));
-  EXPECT_EQ(fLog, CallLog());
-  EXPECT_EQ(
-      fOutput.TakeAssertions(),
-      (std::vector<std::string>{"false", "Bad Input to IMorvane_Run(): ValidateStartupParams(params)"}));
+TEST_F(RunLoopTest, FailuresOutsideTheLoopEndTheRun) {
+  const struct {
+    const wchar_t* fArguments;
+    std::function<void()> fFail;
+    TError fError;
+    CallLog fLog;
+  } rows[] = {
+      {L"", [this] { fHooks.fOnStartUp = [] { return TError(100123); }; }, 100123, {"OnStartUp"}},
+      {L"one.txt two.txt",
+       [this] { fHooks.fOnOpenURL = [](const std::string&) { return kBadFormatError; }; },
+       kBadFormatError,
+       {"OnStartUp", "OnOpenURL file://one.txt"}},
+      {L"",
+       [this] { fHooks.fOnNoDocument = [](TNoDocumentKind) -> TError { throw 5; }; },
+       kOtherError,
+       {"OnStartUp", "OnNoDocument 5003"}},
+      {L"",
+       [this] {
+         fHooks.fOnStartUp = [this] { return fMorvane->IMorvane_StartQuitting(); };
+         fHooks.fOnCleanUp = [] { return kOutOfMemoryError; };
+       },
+       kOutOfMemoryError,
+       {"OnStartUp", "OnCleanUp"}},
+  };
+  for (const auto& row : rows) {
+    fLog.clear();
+    fHooks = {};
+    SetCommandLineOfThisProcess(L"\"app.exe\"");
+    CreateMorvane(row.fArguments);
+    row.fFail();
+    ExpectRunFails(row.fError);
+    EXPECT_EQ(fLog, row.fLog);
+    EXPECT_EQ(FindMessageWindow(), nullptr);
+    EXPECT_FALSE(HoldsInstanceRecord());
+    IMorvaneRunBehavior* none = nullptr;
+    EXPECT_EQ(fMorvane->IMorvane_GetBehavior(none), kOK);
+    EXPECT_EQ(none, nullptr);
+    EXPECT_EQ(fOutput.TakeAssertions(), (CallLog{"0!=fBehavior", "outBehavior != NULL"}));
+    DeleteMorvane();
+  }
 }
 
 TEST_F(RunLoopTest, RunInsideARunIsRefused) {
@@ -161,6 +148,7 @@ TEST_F(RunLoopTest, RunInsideARunIsRefused) {
 
 // --- Messages
 
+// Nor does a quit event that nobody answers: it comes again after each message.
 TEST_F(RunLoopTest, QuitMessageDoesNotEndTheRun) {
   CreateMorvane();
   fHooks.fOnStartUp = [] {
@@ -169,26 +157,12 @@ TEST_F(RunLoopTest, QuitMessageDoesNotEndTheRun) {
   };
   int quitEvents = 0;
   fHooks.fOnQuitEvent = [&] {
-    if (++quitEvents == 1) return fMorvane->IMorvane_PostAppMessage(1, 2);
+    if (++quitEvents <= 2) return fMorvane->IMorvane_PostAppMessage(quitEvents, 2);
     return fMorvane->IMorvane_StartQuitting();
   };
   EXPECT_EQ(Run(), kOK);
   EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnNoDocument 5003", "OnQuitEvent", "OnAppMessage 1 2", "OnQuitEvent",
-                           "OnCleanUp", "deleted"}));
-}
-
-TEST_F(RunLoopTest, IgnoredQuitEventComesAfterEachMessage) {
-  CreateMorvane();
-  fHooks.fOnStartUp = [this] {
-    for (std::uint32_t i = 1; i <= 3; ++i) EXPECT_EQ(fMorvane->IMorvane_PostAppMessage(i, 0), kOK);
-    return kOK;
-  };
-  fHooks.fOnAppMessage = [this](std::uint32_t a, std::uint32_t) {
-    return a == 3 ? fMorvane->IMorvane_StartQuitting() : kOK;
-  };
-  EXPECT_EQ(Run(), kOK);
-  EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnNoDocument 5003", "OnAppMessage 1 0", "OnQuitEvent",
-                           "OnAppMessage 2 0", "OnQuitEvent", "OnAppMessage 3 0", "OnCleanUp", "deleted"}));
+                           "OnAppMessage 2 2", "OnQuitEvent", "OnCleanUp", "deleted"}));
 }
 
 // A message that comes inside another one, both failing: one report, with the code of what failed first.
@@ -210,28 +184,19 @@ TEST_F(RunLoopTest, ErrorsOfOneMessageGiveOneReport) {
                            "OnUnhandledError 100001", "OnCleanUp", "deleted"}));
 }
 
-TEST_F(RunLoopTest, ExceptionInTheErrorReportIsSwallowed) {
-  CreateMorvane();
-  fHooks.fOnAppMessage = [this](std::uint32_t, std::uint32_t) {
-    Quit();
-    return kBadFormatError;
-  };
-  fHooks.fOnUnhandledError = [](TError) -> TError { throw std::runtime_error("in the report"); };
-  fHooks.fOnStartUp = [this] { return fMorvane->IMorvane_PostAppMessage(1, 0); };
-  EXPECT_EQ(Run(), kOK);
-  EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnNoDocument 5003", "OnAppMessage 1 0", "OnUnhandledError 12005",
-                           "OnCleanUp", "deleted"}));
-  EXPECT_EQ(fOutput.TakeAssertions(), (std::vector<std::string>{"false"}));
-}
-
-TEST_F(RunLoopTest, FailingQuitEventIsReported) {
+// A failing quit event is reported; an exception in the report is not.
+TEST_F(RunLoopTest, FailuresOfQuitEventAndReport) {
   CreateMorvane();
   fHooks.fOnQuitEvent = [] { return TError(100555); };
-  fHooks.fOnUnhandledError = [this](TError) { return fMorvane->IMorvane_StartQuitting(); };
+  fHooks.fOnUnhandledError = [this](TError) -> TError {
+    Quit();
+    throw std::runtime_error("in the report");
+  };
   fHooks.fOnStartUp = [this] { return fMorvane->IMorvane_PostAppMessage(1, 0); };
   EXPECT_EQ(Run(), kOK);
   EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnNoDocument 5003", "OnAppMessage 1 0", "OnQuitEvent",
                            "OnUnhandledError 100555", "OnCleanUp", "deleted"}));
+  EXPECT_EQ(fOutput.TakeAssertions(), CallLog{"false"});
 }
 
 // Any process can send any numbers to the message window.
@@ -292,12 +257,6 @@ TEST_F(RunLoopTest, AppMessagesFromAnotherThread) {
   CloseHandle(thread);
 }
 
-TEST_F(RunLoopTest, PostingNeedsARun) {
-  CreateMorvane();
-  EXPECT_EQ(fMorvane->IMorvane_PostAppMessage(1, 2), TError(kOtherError));
-  EXPECT_EQ(fOutput.TakeAssertions(), (std::vector<std::string>{"NULL != fMessageWindow"}));
-}
-
 // The application's activation as it arrives from the threads of file dialogs.
 TEST_F(RunLoopTest, ActivationIsToldOnChangesOnly) {
   CreateMorvane();
@@ -321,31 +280,6 @@ TEST_F(RunLoopTest, ActivationIsToldOnChangesOnly) {
   ResumeThread(stranger);
   WaitForSingleObject(stranger, INFINITE);
   CloseHandle(stranger);
-}
-
-// --- Menu bars
-
-TEST_F(RunLoopTest, MenuBarRequestsCollapse) {
-  CreateMorvane();
-  fHooks.fOnStartUp = [this] {
-    Then([this] {
-      for (int i = 0; i < 5; ++i) EXPECT_EQ(fMorvane->IMorvane_RequestMenuBarsSetup(), kOK);
-      EXPECT_FALSE(fOutput.HasLine("Rebuilding Menu Bar..."));
-    });
-    Then([this] {
-      EXPECT_EQ(fOutput.CountLines("CMorvaneImpl::CMorvaneGlue_RequestMenuBarsSetup requested"), 1u);
-      EXPECT_EQ(fOutput.CountLines("Collapsed 5 rebuild menubar requests..."), 1u);
-      EXPECT_EQ(fOutput.CountLines("Rebuilding Menu Bar..."), 1u);
-      EXPECT_EQ(fMorvane->IMorvane_RequestMenuBarsSetup(), kOK);
-    });
-    Then([this] {
-      EXPECT_EQ(fOutput.CountLines("Rebuilding Menu Bar..."), 2u);
-      EXPECT_FALSE(fOutput.HasLine("Collapsed 1 rebuild menubar requests..."));
-      Quit();
-    });
-    return kOK;
-  };
-  EXPECT_EQ(Run(), kOK);
 }
 
 // --- Idle
@@ -429,7 +363,7 @@ TEST_F(RunLoopTest, WakingUpAroundTheRun) {
 
 // --- Time
 
-TEST_F(RunLoopTest, Clocks) {
+TEST_F(RunLoopTest, WhatNeedsNoRun) {
   CreateMorvane();
   std::uint64_t now = ~std::uint64_t(0);
   const DWORD before = GetTickCount();
@@ -438,7 +372,8 @@ TEST_F(RunLoopTest, Clocks) {
   std::uint64_t ticks = 77;
   EXPECT_EQ(fMorvane->IMorvane_ConvertMSToPrecisionTicks(12, ticks), kOK);
   EXPECT_EQ(ticks, 0u);
-  EXPECT_EQ(fOutput.TakeAssertions(), (std::vector<std::string>{"false"}));
+  EXPECT_EQ(fMorvane->IMorvane_PostAppMessage(1, 2), TError(kOtherError));
+  EXPECT_EQ(fOutput.TakeAssertions(), (CallLog{"false", "NULL != fMessageWindow"}));
 }
 
 }  // namespace NSMorvaneTest

@@ -10,18 +10,6 @@ namespace NSMorvaneTest {
 
 class LingerTest : public ClientTest {};
 
-TEST_F(LingerTest, WithoutLingering) {
-  CreateMorvane();
-  fHooks.fOnStartUp = [this] {
-    Then([this] { Quit(); });
-    Then([] { ADD_FAILURE() << "the loop went on"; });
-    return kOK;
-  };
-  EXPECT_EQ(Run(), kOK);
-  EXPECT_EQ(fOutput.CountLines("]Morvane] Entering quit mode..."), 1u);
-  EXPECT_FALSE(fOutput.HasLine("Entering lingering mode..."));
-}
-
 TEST_F(LingerTest, LingersForItsTime) {
   CreateMorvane();
   fParams.fLingerMS = 400;
@@ -161,24 +149,6 @@ TEST_F(SecondLaunchTest, HandsItsFilesOver) {
   ExpectSecondsEndWell();
 }
 
-TEST_F(SecondLaunchTest, WithoutFilesReopens) {
-  if (fIsSecondProcess) return RunAsSecondProcess();
-  CreateMorvane();
-  fHooks.fOnStartUp = [this] {
-    StartSecondProcess();
-    LetSecondProcessesRun();
-    return kOK;
-  };
-  fHooks.fOnNoDocument = [this](TNoDocumentKind kind) {
-    if (kind == kNoDocumentAtReopen) Quit();
-    return kOK;
-  };
-  EXPECT_EQ(Run(), kOK);
-  EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnNoDocument 5003", "OnQuitEvent", "OnNoDocument 5004", "OnCleanUp",
-                           "deleted"}));
-  ExpectSecondsEndWell();
-}
-
 // The lingering is aborted. The quit event that follows at once is answered by quitting again, so that the
 // application lingers anew while it is told that there is nothing to show, as at a start.
 TEST_F(SecondLaunchTest, AbortsTheLingering) {
@@ -280,7 +250,26 @@ TEST_F(SecondLaunchTest, LongCommandLineIsCut) {
   ExpectSecondsEndWell();
 }
 
-// The message alone, without a command line behind it, is no launch; but it stops the quitting all the same.
+// A launch without files opens the application anew. So does the message alone, without a command line behind
+// it, which is reported.
+TEST_F(SecondLaunchTest, WithoutFilesReopens) {
+  if (fIsSecondProcess) return RunAsSecondProcess();
+  CreateMorvane();
+  fHooks.fOnStartUp = [this] {
+    StartSecondProcess();
+    LetSecondProcessesRun();
+    return kOK;
+  };
+  fHooks.fOnNoDocument = [this](TNoDocumentKind kind) {
+    if (kind == kNoDocumentAtReopen) Quit();
+    return kOK;
+  };
+  EXPECT_EQ(Run(), kOK);
+  EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnNoDocument 5003", "OnQuitEvent", "OnNoDocument 5004", "OnCleanUp",
+                           "deleted"}));
+  ExpectSecondsEndWell();
+}
+
 TEST_F(SecondLaunchTest, MessageWithoutACommandLine) {
   CreateMorvane();
   fHooks.fOnStartUp = [] {

@@ -6,7 +6,7 @@ namespace NSMorvaneTest {
 using WindowFocusTest = FocusTreeTest;
 
 TEST_F(WindowFocusTest, SuperViewsAreToldToo) {
-  RunWithViews({[this] {
+  RunWithViews([this] {
     EXPECT_EQ(FocusView(), nullptr);
     SetFocusView(fLeaf);
     EXPECT_EQ(FocusView(), fLeaf);
@@ -24,31 +24,31 @@ TEST_F(WindowFocusTest, SuperViewsAreToldToo) {
     SetFocusView(fOuter, kBadInputProgrammingError);  // it is not focusable
     EXPECT_EQ(fOutput.TakeAssertions().size(), 1u);
     EXPECT_EQ(TakeViewLog(), CallLog());
-  }});
+  });
 }
 
 // A code is no reason to stop: everybody has to know.
 TEST_F(WindowFocusTest, FailuresOfNotificationsAreLogged) {
   fOuterRecord.fHooks["gained"] = fLeafRecord.fHooks["lost"] = [] { return TError(100321); };
-  RunWithViews({[this] {
+  RunWithViews([this] {
     SetFocusView(fLeaf);
     SetFocusView(fOther);
     EXPECT_EQ(TakeViewLog(), (CallLog{"outer gained", "inner gained", "leaf gained", "leaf lost",
                                       "inner lost", "outer lost", "other gained"}));
     EXPECT_EQ(fOutput.CountLines("Ignored error (100321) returned from IViewBehavior_OnOnDutyFocusChanged"),
               2u);
-  }});
+  });
 }
 
 TEST_F(WindowFocusTest, AFailingFocusTargetChangesNothingElse) {
   fOtherRecord.fHooks["GetNativeFocusTarget"] = [] { return TError(100322); };
-  RunWithViews({[this] {
+  RunWithViews([this] {
     SetFocusView(fLeaf);
     TakeViewLog();
     SetFocusView(fOther, 100322);
     EXPECT_EQ(TakeViewLog(), (CallLog{"leaf lost", "inner lost", "outer lost"}));
     EXPECT_EQ(FocusView(), fLeaf);
-  }});
+  });
 }
 
 // The focus of a window that is not active waits until it is, and does not bring the window to the front.
@@ -85,24 +85,10 @@ TEST_F(WindowFocusTest, AnInactiveWindow) {
                 }});
 }
 
-// Minimized windows are activated without anybody being told.
-TEST_F(WindowFocusTest, AMinimizedWindow) {
-  RunWithViews({[this] {
-    SetFocusView(fOther);
-    ShowWindow(Hwnd(), SW_MINIMIZE);
-    TakeViewLog();
-    fRecord.fLog.clear();
-    SendMessageW(Hwnd(), WM_ACTIVATE, MAKEWPARAM(WA_ACTIVE, 1), 0);
-    EXPECT_EQ(TakeViewLog(), CallLog());
-    EXPECT_EQ(fRecord.Count("OnActivationChanged 1"), 0u);
-    EXPECT_TRUE(fOutput.HasLine("WM_ACTIVATE minimized"));
-  }});
-}
-
 // A view whose keyboard is a native control's.
 TEST_F(WindowFocusTest, ANativeControlGetsTheKeyboard) {
   HWND control = nullptr;
-  RunWithViews({[&] {
+  RunWithViews([&] {
     control = MakeControl();
     fOtherRecord.fNativeFocusTarget = control;
     SetFocusView(fOther);
@@ -115,7 +101,7 @@ TEST_F(WindowFocusTest, ANativeControlGetsTheKeyboard) {
     EXPECT_EQ(GetFocus(), control);
     SetFocusView(nullptr);
     EXPECT_EQ(GetFocus(), Hwnd());
-  }});
+  });
 }
 
 // Its super views are told all the same, and the focus goes on to the next view that Tab would visit.
@@ -125,7 +111,7 @@ TEST_F(WindowFocusTest, AViewThatEndsItselfWhenItGoesOffDuty) {
     Release(fLeaf);
     return kOK;
   };
-  RunWithViews({[this] {
+  RunWithViews([this] {
     IView* const tabViews[] = {fLeaf, fInner, fOther};
     EXPECT_EQ(WindowOf(Window()).IWindow_SetTabViews(tabViews, 3), kOK);
     SetFocusView(fLeaf);
@@ -144,7 +130,7 @@ TEST_F(WindowFocusTest, AViewThatEndsItselfWhenItGoesOffDuty) {
     CVectorViewReceiver tab;
     EXPECT_EQ(WindowOf(Window()).IWindow_GetTabViews(tab), kOK);
     EXPECT_EQ(tab.fViews, (std::vector<IView*>{fInner, fOther}));
-  }});
+  });
 }
 
 TEST_F(WindowFocusTest, AViewThatIsReleasedWhileItGetsTheFocus) {
@@ -152,13 +138,13 @@ TEST_F(WindowFocusTest, AViewThatIsReleasedWhileItGetsTheFocus) {
     Release(fOther);
     return kOK;
   };
-  RunWithViews({[this] {
+  RunWithViews([this] {
     SetFocusView(fLeaf);
     SetFocusView(fOther);
     EXPECT_EQ(FocusView(), nullptr);
     EXPECT_EQ(fViewLog.back(), "other deleted");
     fLeafRecord.fHooks.clear();
-  }});
+  });
 }
 
 // The run behaviour first, then the window, then the views of the focus chain, the focus view last.
@@ -205,39 +191,39 @@ TEST_F(WindowFocusTest, AWindowReleasedInsideItsViewsCallbacks) {
                                  {"gained", false, true}};
   TViewParams disabled = ViewParams();
   disabled.fFlags = kViewFocusable;
-  RunWithWindow(kPlain, {[&] {
-                  for (const Scenario& scenario : kScenarios) {
-                    SCOPED_TRACE(scenario.fHook);
-                    WindowRecord record;
-                    Create(kPlain, record);
-                    IView* oldView = Make(RootViewOf(*record.fWindow), fInnerRecord, kViewFocusable);
-                    IView* newView = Make(RootViewOf(*record.fWindow), fOtherRecord, kViewFocusable);
-                    IWindow& window = WindowOf(*record.fWindow);
-                    EXPECT_EQ(window.IWindow_SetConceptualFocusView(oldView), kOK);
-                    IView* const tabViews[] = {oldView, newView};
-                    EXPECT_EQ(window.IWindow_SetTabViews(tabViews, 2), kOK);
-                    SendMessageW(Hwnd(), WM_NULL, 0, 0);  // fills the menu bars
-                    bool isReleased = false;
-                    ViewRecord& view = scenario.fOfTheOldView ? fInnerRecord : fOtherRecord;
-                    view.fHooks[scenario.fHook] = [&] {
-                      fInnerRecord.fHooks.clear();
-                      fOtherRecord.fHooks.clear();
-                      isReleased = true;
-                      Release(oldView);
-                      Release(newView);
-                      return record.fWindow->IDocumentWindow_Release();
-                    };
-                    EXPECT_EQ(scenario.fByDisabling ? oldView->IView_SetParams(disabled)
-                                                    : window.IWindow_SetConceptualFocusView(newView),
-                              kOK);
-                    SendMessageW(Hwnd(), WM_NULL, 0, 0);
-                    EXPECT_TRUE(isReleased);
-                    EXPECT_FALSE(IsWindow(record.fHwnd));
-                    EXPECT_EQ(record.Count("deleted"), 1u);
-                    // The old view is still busy with its parameters when the window ends.
-                    EXPECT_EQ(fOutput.TakeAssertions().size(), scenario.fByDisabling ? 1u : 0u);
-                  }
-                }});
+  RunWithWindow(kPlain, [&] {
+    for (const Scenario& scenario : kScenarios) {
+      SCOPED_TRACE(scenario.fHook);
+      WindowRecord record;
+      Create(kPlain, record);
+      IView* oldView = Make(RootViewOf(*record.fWindow), fInnerRecord, kViewFocusable);
+      IView* newView = Make(RootViewOf(*record.fWindow), fOtherRecord, kViewFocusable);
+      IWindow& window = WindowOf(*record.fWindow);
+      EXPECT_EQ(window.IWindow_SetConceptualFocusView(oldView), kOK);
+      IView* const tabViews[] = {oldView, newView};
+      EXPECT_EQ(window.IWindow_SetTabViews(tabViews, 2), kOK);
+      SendMessageW(Hwnd(), WM_NULL, 0, 0);  // fills the menu bars
+      bool isReleased = false;
+      ViewRecord& view = scenario.fOfTheOldView ? fInnerRecord : fOtherRecord;
+      view.fHooks[scenario.fHook] = [&] {
+        fInnerRecord.fHooks.clear();
+        fOtherRecord.fHooks.clear();
+        isReleased = true;
+        Release(oldView);
+        Release(newView);
+        return record.fWindow->IDocumentWindow_Release();
+      };
+      EXPECT_EQ(scenario.fByDisabling ? oldView->IView_SetParams(disabled)
+                                      : window.IWindow_SetConceptualFocusView(newView),
+                kOK);
+      SendMessageW(Hwnd(), WM_NULL, 0, 0);
+      EXPECT_TRUE(isReleased);
+      EXPECT_FALSE(IsWindow(record.fHwnd));
+      EXPECT_EQ(record.Count("deleted"), 1u);
+      // The old view is still busy with its parameters when the window ends.
+      EXPECT_EQ(fOutput.TakeAssertions().size(), scenario.fByDisabling ? 1u : 0u);
+    }
+  });
 }
 
 TEST_F(WindowFocusTest, AWindowReleasedByAReceiverOfItsTabViews) {
@@ -249,12 +235,12 @@ TEST_F(WindowFocusTest, AWindowReleasedByAReceiverOfItsTabViews) {
     IDocumentWindow& fWindow;
   };
   WindowRecord record;
-  RunWithWindow(kPlain, {[&] {
-                  Create(kPlain, record);
-                  Releaser releaser(*record.fWindow);
-                  EXPECT_EQ(WindowOf(*record.fWindow).IWindow_GetTabViews(releaser), kOK);
-                  EXPECT_FALSE(IsWindow(record.fHwnd));
-                }});
+  RunWithWindow(kPlain, [&] {
+    Create(kPlain, record);
+    Releaser releaser(*record.fWindow);
+    EXPECT_EQ(WindowOf(*record.fWindow).IWindow_GetTabViews(releaser), kOK);
+    EXPECT_FALSE(IsWindow(record.fHwnd));
+  });
 }
 
 }  // namespace NSMorvaneTest

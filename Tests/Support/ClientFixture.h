@@ -362,6 +362,15 @@ class ClientTest : public ::testing::Test {
   // The whole run.
   TError Run() { return fMorvane->IMorvane_Run(new RecordingRunBehavior(fLog, fHooks, fSteps), fParams); }
 
+  // A run that ends with a code leaves the behaviour to the client.
+  void ExpectRunFails(TError error) {
+    RecordingRunBehavior* const behavior = new RecordingRunBehavior(fLog, fHooks, fSteps);
+    EXPECT_EQ(fMorvane->IMorvane_Run(behavior, fParams), error);
+    const CallLog log = fLog;
+    delete behavior;
+    fLog = log;
+  }
+
   // In the run: does this in a turn of the loop of its own, after all that has been asked for before.
   void Then(std::function<void()> step) {
     fSteps.push_back(std::move(step));

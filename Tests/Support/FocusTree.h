@@ -36,6 +36,10 @@ class FocusTreeTest : public ClientWindowTest {
     });
     RunWithWindow(kPlain, steps);
   }
+  template <std::invocable TStep>
+  void RunWithViews(TStep step) {
+    RunWithViews(Steps{step});
+  }
   IView* Make(IView& superView, ViewRecord& record, std::uint32_t flags) {
     CViewFactory<RecordingFocusViewBehavior, ViewRecord&> factory(record);
     TError error = kOtherError;

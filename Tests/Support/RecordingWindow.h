@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <concepts>
 #include <map>
 #include <utility>
 
@@ -215,6 +216,10 @@ class ClientWindowTest : public ClientTest {
       steps[index]();
       RunStep(steps, index + 1);
     });
+  }
+  template <std::invocable TStep>
+  void RunWithWindow(TStyleFlags style, TStep step) {
+    RunWithWindow(style, Steps{step});
   }
 
   IDocumentWindow& Window() { return *fRecord.fWindow; }

@@ -268,16 +268,6 @@ TEST_F(DrawingFailures, AClipOfTheViewHoldsForItsSubViews) {
 
 // --- The tree changes under the walk
 
-TEST_F(DrawingFailures, AReleasedViewIsPassedOverWithItsSubViews) {
-  const int draws = fMiddle.fBehavior->fDraws;
-  fMiddle.fView->IView_Release();
-  Draw();
-  EXPECT_EQ(draws, fMiddle.fBehavior->fDraws);
-  EXPECT_EQ(0, fBelowMiddle.fBehavior->fDraws);
-  EXPECT_EQ(1, fRight.fBehavior->fDraws);
-  EXPECT_EQ(TTexts(), fOutput.fAssertions);
-}
-
 TEST_F(DrawingFailures, ViewsMayEndWhileTheyAreDrawn) {
   DrawingTree otherWindow({0, 0, 100, 100});
   std::vector<TDrawnView> others;

@@ -88,24 +88,6 @@ TEST(DrawingTools, BracketsTellBeginAndEnd) {
   EXPECT_TRUE(output.fAssertions.empty());
 }
 
-TEST(DrawingTools, TileBitmapsAreUsedAgain) {
-  for (std::int32_t depth : {16, 32}) {
-    CTileBitmapPool& pool = CTileBitmapPool::ForDepth(depth);
-    const boost::shared_ptr<CBufferBitmap> first = pool.Take();
-    const boost::shared_ptr<CBufferBitmap> second = pool.Take();
-    EXPECT_NE(first, second);
-    EXPECT_EQ(800, first->GetInfo().fWidth);
-    EXPECT_EQ(400, first->GetInfo().fHeight);
-    EXPECT_EQ(depth, second->GetInfo().fBitDepth);
-    pool.PutBack(first);
-    pool.PutBack(second);
-    EXPECT_EQ(second, pool.Take());
-    EXPECT_EQ(first, pool.Take());
-    pool.PutBack(first);
-    pool.PutBack(second);
-  }
-}
-
 TEST(DrawingTools, ABitmapIsDrawnToInWindowCoordinates) {
   RecordingDebugOutput output;
   for (std::int32_t depth : {16, 32}) {

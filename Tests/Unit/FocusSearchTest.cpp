@@ -167,23 +167,5 @@ TEST_F(FocusSearch, WindowEndsWhileTheFocusMoves) {
   }
 }
 
-TEST_F(FocusSearch, ClientsCanFocusOnlyWhatCanHaveIt) {
-  FakeViewWindow other;
-  CViewImpl& stranger = other.MakeView(other.Root(), {0, 0, 10, 10}, "stranger", kFocusable);
-  EXPECT_EQ(kBadInputProgrammingError, fWindow.IWindow_SetConceptualFocusView(&stranger));
-  EXPECT_EQ(kBadInputProgrammingError, fWindow.IWindow_SetConceptualFocusView(&group));
-  EXPECT_EQ(kOK, fWindow.IWindow_SetConceptualFocusView(&a));
-  EXPECT_EQ(&a, fWindow.fFocusView);
-  EXPECT_EQ(kOK, fWindow.IWindow_SetConceptualFocusView(nullptr));
-  EXPECT_EQ(nullptr, fWindow.fFocusView);
-  IView* const rows[][2] = {{&a, &a}, {&a, nullptr}, {&a, &stranger}};
-  for (const auto& row : rows) EXPECT_EQ(kBadInputProgrammingError, fWindow.IWindow_SetTabViews(row, 2));
-  EXPECT_EQ((std::vector<CViewImpl*>{&c, &a, &b}), fWindow.fTabViews);
-  IView* const good[] = {&b, &group};
-  EXPECT_EQ(kOK, fWindow.IWindow_SetTabViews(good, 2));
-  EXPECT_EQ((std::vector<CViewImpl*>{&b, &group}), fWindow.fTabViews);
-  stranger.IView_Release();
-}
-
 }  // namespace
 }  // namespace NSMorvane

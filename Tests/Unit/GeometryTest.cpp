@@ -75,22 +75,6 @@ TEST(Geometry, IntersectionHoldsThePointsOfBoth) {
   EXPECT_GT(overlaps, 200);
 }
 
-TEST(Geometry, IntersectionAtTheEdges) {
-  const TRect rect = {10, 20, 30, 40};
-  const TRect neighbours[] = {
-      {30, 20, 50, 40}, {10, 40, 30, 60}, {-10, 20, 10, 40}, {10, 0, 30, 20}, {30, 40, 50, 60}};
-  for (const TRect& neighbour : neighbours) {
-    TRect cut = rect;
-    EXPECT_FALSE(IntersectRect(cut, neighbour)) << testing::PrintToString(neighbour);
-  }
-  TRect same = rect;
-  EXPECT_TRUE(IntersectRect(same, rect));
-  EXPECT_EQ(rect, same);
-  TRect huge = {kMin, kMin, kMax, kMax};
-  EXPECT_TRUE(IntersectRect(huge, rect));
-  EXPECT_EQ(rect, huge);
-}
-
 TEST(Geometry, EmptyRects) {
   const struct {
     TRect rect;

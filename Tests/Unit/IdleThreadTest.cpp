@@ -86,24 +86,6 @@ TEST(IdleSchedule, EmptyListGetsTheHeartbeat) {
   EXPECT_EQ((Times{9000}), schedule.Times());
 }
 
-TEST(IdleSchedule, DueTimesAreRemoved) {
-  const struct {
-    Times before;
-    std::int64_t now;
-    bool isDue;
-    Times after;
-  } rows[] = {{{}, 10, true, {}},
-              {{11}, 10, false, {11}},
-              {{10}, 10, true, {}},
-              {{1, 2, 10, 11, 12}, 10, true, {11, 12}},
-              {{1, 2}, 10, true, {}}};
-  for (const auto& row : rows) {
-    CIdleSchedule schedule = Scheduled(row.before);
-    EXPECT_EQ(row.isDue, schedule.RemoveDueTimes(row.now));
-    EXPECT_EQ(row.after, schedule.Times());
-  }
-}
-
 TEST(IdleSchedule, AgreesWithASet) {
   std::mt19937 random(4711);
   CIdleSchedule schedule;

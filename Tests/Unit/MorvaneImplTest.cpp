@@ -94,20 +94,6 @@ TEST_F(MorvaneImplTest, OutsideARun) {
   EXPECT_EQ(CountLines("No application icon found, going with OS default..."), 2);
 }
 
-TEST_F(MorvaneImplTest, OtherThreadsSeeTheObjectAsSound) {
-  const HANDLE thread = ::CreateThread(
-      nullptr, 0,
-      [](void* morvane) -> DWORD {
-        return static_cast<IMorvane*>(morvane)->IMorvane_CheckInvariant() ? 7 : 8;
-      },
-      fMorvane.get(), 0, nullptr);
-  ::WaitForSingleObject(thread, INFINITE);
-  DWORD result = 0;
-  ::GetExitCodeThread(thread, &result);
-  EXPECT_EQ(result, 7u);
-  ::CloseHandle(thread);
-}
-
 // --- Small hooks
 
 TEST_F(MorvaneImplTest, DebugSettings) {
@@ -130,15 +116,6 @@ TEST_F(MorvaneImplTest, DebugSettings) {
   settings.fFlushViews = 2;
   EXPECT_EQ(fMorvane->IMorvane_SetDebugSettings(settings), TError(kBadInputProgrammingError));
   EXPECT_EQ(std::memcmp(&kept, &Impl().GetDebugSettings(), sizeof(kept)), 0);
-}
-
-TEST_F(MorvaneImplTest, Monitors) {
-  TMonitorList monitors = {};
-  EXPECT_EQ(fMorvane->IMorvane_GetMonitors(monitors), kOK);
-  ASSERT_GE(monitors.fMonitorCount, 1u);
-  const TRect& bounds = monitors.fMonitors[monitors.fMainMonitorIndex].fBounds;
-  EXPECT_EQ(bounds.fRight - bounds.fLeft, ::GetSystemMetrics(SM_CXSCREEN));
-  EXPECT_EQ(bounds.fBottom - bounds.fTop, ::GetSystemMetrics(SM_CYSCREEN));
 }
 
 TEST_F(MorvaneImplTest, ShortcutModifiers) {

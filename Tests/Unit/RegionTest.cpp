@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <bitset>
+#include <functional>
 #include <random>
 #include <vector>
 
@@ -164,80 +165,41 @@ TEST(Region, RectsOfKnownShapes) {
 }
 
 TEST(Region, ACopyIsMadeByTheFirstWriteOnly) {
-  const TRect some = {2, 2, 4, 4};
+  const TRect some = {2, 2, 4, 4}, distant = {0, 0, 1, 1}, empty = {5, 5, 5, 6}, insideOut = {6, 6, 5, 5};
   const struct {
     const char* name;
-    void (*write)(CRegion& region);
+    std::function<void(CRegion&)> write;
     bool copies;
   } rows[] = {
-      {"union",
-       [](CRegion& r) {
-         r.UnionRect({5, 5, 6, 6});
-       },
-       true},
-      {"union with nothing new",
-       [](CRegion& r) {
-         r.UnionRect({0, 0, 1, 1});
-       },
-       true},
-      {"union with an empty rectangle",
-       [](CRegion& r) {
-         r.UnionRect({5, 5, 5, 6});
-       },
-       false},
-      {"subtraction",
-       [](CRegion& r) {
-         r.SubtractRect({1, 1, 2, 2});
-       },
-       true},
-      {"subtraction of an empty rectangle",
-       [](CRegion& r) {
-         r.SubtractRect({6, 6, 5, 5});
-       },
-       false},
-      {"intersection",
-       [](CRegion& r) {
-         r.IntersectRect({0, 0, 5, 5});
-       },
-       true},
-      {"intersection with an empty rectangle",
-       [](CRegion& r) {
-         r.IntersectRect({1, 1, 1, 1});
-       },
-       true},
+      {"union", [&](CRegion& r) { r.UnionRect(distant); }, true},
+      {"union with nothing new", [&](CRegion& r) { r.UnionRect(some); }, true},
+      {"union with an empty rectangle", [&](CRegion& r) { r.UnionRect(empty); }, false},
+      {"subtraction", [&](CRegion& r) { r.SubtractRect(distant); }, true},
+      {"subtraction of an empty rectangle", [&](CRegion& r) { r.SubtractRect(insideOut); }, false},
+      {"intersection", [&](CRegion& r) { r.IntersectRect(some); }, true},
+      {"intersection with an empty rectangle", [&](CRegion& r) { r.IntersectRect(empty); }, true},
       {"offset", [](CRegion& r) { r.Offset(1, 1); }, true},
       {"reading", [](CRegion& r) { r.GetBounds(), r.GetRects(), r.IsEmpty(); }, false},
-      {"assignment to itself",
-       [](CRegion& r) {
-         CRegion& same = r;
-         r = same;
-       },
-       false},
+      {"assignment to itself", [](CRegion& r) { r = *&r; }, false},
   };
   for (const auto& row : rows) {
-    CRegion original(some);
+    SCOPED_TRACE(row.name);
+    const CRegion original(some);
     const TNativeRegion handle = original.GetNativeRegion();
-    CRegion copy(original);
-    CRegion assigned;
+    CRegion copy(original), assigned;
     assigned = copy;
     EXPECT_EQ(handle, copy.GetNativeRegion());
-    EXPECT_EQ(handle, assigned.GetNativeRegion());
     row.write(copy);
-    EXPECT_EQ(row.copies, copy.GetNativeRegion() != handle) << row.name;
-    EXPECT_EQ(handle, original.GetNativeRegion()) << row.name;
-    EXPECT_EQ(handle, assigned.GetNativeRegion()) << row.name;
-    EXPECT_EQ((TRectList{some}), original.GetRects()) << row.name;
-    EXPECT_EQ((TRectList{some}), assigned.GetRects()) << row.name;
+    EXPECT_EQ(row.copies, copy.GetNativeRegion() != handle);
+    for (const CRegion* other : {&original, static_cast<const CRegion*>(&assigned)}) {
+      EXPECT_EQ(handle, other->GetNativeRegion());
+      EXPECT_EQ((TRectList{some}), other->GetRects());
+    }
     // Alone again, it is changed in place.
     const TNativeRegion own = copy.GetNativeRegion();
-    if (row.copies) {
-      copy.UnionRect({10, 10, 12, 12});
-      EXPECT_EQ(own, copy.GetNativeRegion()) << row.name;
-    }
+    copy.UnionRect({10, 10, 12, 12});
+    EXPECT_EQ(row.copies, own == copy.GetNativeRegion());
   }
-  CRegion emptied(some);
-  emptied.IntersectRect({7, 7, 6, 6});
-  EXPECT_TRUE(emptied.IsEmpty());
 }
 
 TEST(Region, AnExternalHandleIsReadAndNeverWritten) {

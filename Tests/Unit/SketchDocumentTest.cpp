@@ -1,6 +1,7 @@
 // Documents of the sample application Sketch and their files.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -70,50 +71,34 @@ TEST(SketchDocument, WritesWhatItReadToTheByte) {
   for (const std::string& bytes : cases) EXPECT_EQ(WriteSketchDocument(Read(bytes)), bytes);
 }
 
-TEST(SketchDocument, EmptyFileIsAnEmptyCanvas) {
-  const CSketchDocument document = Read("");
-  EXPECT_EQ(document.CanvasSize(), (TSketchSize{800, 600}));
-  EXPECT_EQ(document.Background(), 0xFFFFFFu);
-  EXPECT_TRUE(document.Shapes().empty());
-}
-
 TEST(SketchDocument, SaysWhatIsWrongWithAFile) {
   const struct {
     const char* fBytes;
     const char* fMessage;
   } cases[] = {
       {"\n# x\nrectangle 1 2 3\n", "line 3: rectangle needs four numbers"},
-      {"line 1 2 3 4 5", "line 1: line needs four numbers"},
       {"circle 1 2 3", "line 1: there is no shape \"circle\""},
       {"line 1 2 3 4.5", "line 1: \"4.5\" is not a whole number"},
       {"line 1 2 3 100001", "line 1: \"100001\" is out of range: -100000 to 100000"},
-      {"line 1 2 3 99999999999999999999",
-       "line 1: \"99999999999999999999\" is out of range: -100000 to 100000"},
       {"ellipse 5 1 4 2", "line 1: ellipse needs left, top, right, bottom, in this order"},
       {"polyline 1 2", "line 1: polyline needs two points or more"},
       {"polyline 1 2 3 4 5", "line 1: polyline needs an even count of numbers"},
       {"text 1 2", "line 1: text needs two numbers and a text in quotes"},
-      {"text 1 \"a\"", "line 1: text needs two numbers and a text in quotes"},
       {"text 1 2 \"a", "line 1: the text has no closing quote"},
       {"text 1 2 \"a\\", "line 1: in a text, a backslash needs a quote or a backslash behind it"},
       {"text 1 2 \"a\"size=4", "line 1: a blank is missing behind the text"},
       {"line 1 2 3 4 width=1001", "line 1: \"1001\" is out of range: 0 to 1000"},
       {"line 1 2 3 4 width=1 width=1", "line 1: \"width\" is given twice"},
       {"line 1 2 3 4 fill=#000000", "line 1: line has no fill"},
-      {"text 1 2 \"a\" width=2", "line 1: text has no width"},
       {"line 1 2 3 4 color=#12345G", "line 1: \"#12345G\" is not a color like #2F6FDE"},
-      {"line 1 2 3 4 color=#-12345", "line 1: \"#-12345\" is not a color like #2F6FDE"},
       {"line 1 2 3 4 colour=#123456", "line 1: there is no attribute \"colour\""},
       {"line 1 2 3 4 width=1 5", "line 1: \"5\" is neither a number nor an attribute"},
-      {"canvas 800 600 5", "line 1: canvas needs two numbers"},
       {"canvas 800 600 a=b", "line 1: there is more than canvas takes"},
       {"canvas 0 600", "line 1: \"0\" is out of range: 1 to 20000"},
       {"canvas 1 2\ncanvas 1 2", "line 2: canvas is given twice"},
       {"line 1 2 3 4\nbackground #000000", "line 2: background must stand in front of the first shape"},
       {"background", "line 1: background needs a color"},
       {"# \xC3", "line 1: this is not UTF-8 text"},
-      {"# \xED\xA0\x80", "line 1: this is not UTF-8 text"},
-      {"# \xC0\x80", "line 1: this is not UTF-8 text"},
       {"line 1 2 3 4\r\r\n", "line 1: there is a control character in it"},
       {"text 1 2 \"a\tb\"", "line 1: there is a control character in it"},
   };
@@ -127,34 +112,22 @@ TEST(SketchDocument, SaysWhatIsWrongWithAFile) {
 }
 
 TEST(SketchDocument, HoldsItsLimits) {
+  const auto repeated = [](const char* text, std::size_t count) {
+    std::string all;
+    for (std::size_t i = 0; i < count; ++i) all += text;
+    return all;
+  };
   const auto accepted = [](const std::string& bytes) {
     CSketchDocument document;
     std::string message;
     return ReadSketchDocument(bytes, document, message);
   };
-  std::string points = "polyline";
-  for (std::size_t i = 0; i < kMaxPoints; ++i) points += " 1 2";
-  EXPECT_TRUE(accepted(points));
-  EXPECT_FALSE(accepted(points + " 1 2"));
-
-  EXPECT_TRUE(accepted("text 1 2 \"" + std::string(kMaxTextBytes, 'a') + "\""));
-  EXPECT_FALSE(accepted("text 1 2 \"" + std::string(kMaxTextBytes + 1, 'a') + "\""));
-
-  std::string shapes;
-  for (std::size_t i = 0; i < kMaxShapes; ++i) shapes += "line 1 2 3 4\n";
-  EXPECT_TRUE(accepted(shapes));
-  EXPECT_FALSE(accepted(shapes + "line 1 2 3 4\n"));
+  for (const std::size_t more : {0, 1}) {
+    EXPECT_EQ(accepted("polyline" + repeated(" 1 2", kMaxPoints + more)), more == 0);
+    EXPECT_EQ(accepted("text 1 2 \"" + repeated("a", kMaxTextBytes + more) + "\""), more == 0);
+    EXPECT_EQ(accepted(repeated("line 1 2 3 4\n", kMaxShapes + more)), more == 0);
+  }
   EXPECT_FALSE(accepted(std::string("line 1 2 3 4\0", 13)));
-}
-
-// A long word is cut between two characters.
-TEST(SketchDocument, MessagesStayReadable) {
-  CSketchDocument document;
-  std::string message;
-  std::string word = "x";
-  for (int i = 0; i < 100; ++i) word += "\xC3\xA4";
-  EXPECT_FALSE(ReadSketchDocument(word, document, message));
-  EXPECT_EQ(message, "line 1: there is no shape \"" + word.substr(0, 41) + "...\"");
 }
 
 TEST(SketchDocument, ChangesOnlyTheLinesOfWhatHasChanged) {
@@ -203,45 +176,20 @@ TEST(SketchDocument, PutsNewShapesBehindTheLastLine) {
   EXPECT_EQ(WriteSketchDocument(document), kSample);
 }
 
-TEST(SketchDocument, WritesANewDocument) {
-  CSketchDocument document;
-  EXPECT_EQ(WriteSketchDocument(document), "");
-  document.SetCanvasSize({10, 20});
-  document.SetBackground(0xABCDEF);
-  TShape ellipse;
-  ellipse.fKind = TShapeKind::kEllipse;
-  ellipse.fPoints = {{1, 2}, {3, 4}};
-  ellipse.fFill = 0x010203;
-  ellipse.fWidth = 0;
-  document.AppendShape(ellipse);
-  EXPECT_EQ(WriteSketchDocument(document),
-            "canvas 10 20\nbackground #ABCDEF\nellipse 1 2 3 4 width=0 fill=#010203\n");
-}
-
-TEST(SketchDocument, BoundsHoldTheOutline) {
-  TShape line;
-  line.fPoints = {{10, 50}, {30, 20}};
-  line.fWidth = 5;
-  const TSketchRect bounds = BoundsOf(line);
-  EXPECT_LE(bounds.fLeft, 7);
-  EXPECT_LE(bounds.fTop, 17);
-  EXPECT_GE(bounds.fRight, 33);
-  EXPECT_GE(bounds.fBottom, 53);
-}
-
 TEST(SketchDocument, RevisionMovesWithEveryChange) {
   CSketchDocument document = Read(kSample);
   std::uint64_t last = document.Revision();
-  const auto moved = [&] { return std::exchange(last, document.Revision()) != document.Revision(); };
-  EXPECT_FALSE(moved());
-  document.AppendShape(document.Shapes()[0].fShape);
-  EXPECT_TRUE(moved());
-  document.ReplaceShape(0, document.Shapes()[1].fShape);
-  EXPECT_TRUE(moved());
-  document.InsertShape(1, document.RemoveShape(0));
-  EXPECT_TRUE(moved());
-  document.SetBackground(1);
-  EXPECT_TRUE(moved());
-  document.SetCanvasSize({1, 1});
-  EXPECT_TRUE(moved());
+  const std::function<void()> changes[] = {
+      [&] { document.AppendShape(document.Shapes()[0].fShape); },
+      [&] { document.ReplaceShape(0, document.Shapes()[1].fShape); },
+      [&] { document.InsertShape(1, document.RemoveShape(0)); },
+      [&] { document.SetBackground(1); },
+      [&] {
+        document.SetCanvasSize({1, 1});
+      },
+  };
+  for (const auto& change : changes) {
+    change();
+    EXPECT_NE(std::exchange(last, document.Revision()), document.Revision());
+  }
 }

@@ -61,50 +61,23 @@ TState GoodState() {
   return state;
 }
 
+// Minimum, maximum and ideal size, in states of every kind.
 template <class TState>
 std::vector<Row<TState>> StateRows() {
-  return {
-      {false, [](TState& s) { s.fMinimumClientSize.fWidth = -1; }},
-      {false, [](TState& s) { s.fMinimumClientSize.fHeight = -1; }},
-      {false, [](TState& s) { s.fMaximumClientSize.fWidth = -1; }},
-      {false, [](TState& s) { s.fMaximumClientSize.fHeight = -1; }},
-      {false,
-       [](TState& s) {
-         s.fIdealClientSize = {-1, -1};
-       }},
-      {false,
-       [](TState& s) {
-         s.fIdealClientSize = {100, 0};
-       }},
-      {false,
-       [](TState& s) {
-         s.fIdealClientSize = {0, 100};
-       }},
-      {true,
-       [](TState& s) {
-         s.fIdealClientSize = {100, 100};
-       }},
-      {true, [](TState& s) { s.fMinimumClientSize.fWidth = 300; }},
-      {true, [](TState& s) { s.fMaximumClientSize.fHeight = 300; }},
-      {false, [](TState& s) { s.fMinimumClientSize.fWidth = 300, s.fMaximumClientSize.fWidth = 299; }},
-      {false, [](TState& s) { s.fMinimumClientSize.fHeight = 300, s.fMaximumClientSize.fHeight = 299; }},
-      {true, [](TState& s) { s.fMinimumClientSize.fHeight = 300, s.fMaximumClientSize.fHeight = 300; }},
-      {false,
-       [](TState& s) {
-         s.fIdealClientSize = {99, 200}, s.fMinimumClientSize = {100, 100};
-       }},
-      {false,
-       [](TState& s) {
-         s.fIdealClientSize = {200, 99}, s.fMinimumClientSize = {100, 100};
-       }},
-      {false,
-       [](TState& s) {
-         s.fIdealClientSize = {101, 50}, s.fMaximumClientSize = {100, 100};
-       }},
-      {false,
-       [](TState& s) {
-         s.fIdealClientSize = {50, 101}, s.fMaximumClientSize = {100, 100};
-       }},
+  const struct {
+    bool fValid;
+    TSize fMinimum, fMaximum, fIdeal;
+  } sizes[] = {
+      {false, {-1, 0}, {}, {}},           {false, {0, -1}, {}, {}},
+      {false, {}, {-1, 0}, {}},           {false, {}, {0, -1}, {}},
+      {false, {}, {}, {-1, -1}},          {false, {}, {}, {100, 0}},
+      {false, {}, {}, {0, 100}},          {true, {}, {}, {100, 100}},
+      {true, {300, 0}, {0, 300}, {}},     {false, {300, 0}, {299, 0}, {}},
+      {false, {0, 300}, {0, 299}, {}},    {true, {0, 300}, {0, 300}, {}},
+      {false, {100, 100}, {}, {99, 200}}, {false, {100, 100}, {}, {200, 99}},
+      {false, {}, {100, 100}, {101, 50}}, {false, {}, {100, 100}, {50, 101}},
+  };
+  std::vector<Row<TState>> rows = {
       {false, [](TState& s) { s.fModified = 2; }},
       {true, [](TState& s) { s.fModified = 1; }},
       {true, [](TState& s) { Fill(s.fTitle, 1023); }},
@@ -113,6 +86,13 @@ std::vector<Row<TState>> StateRows() {
       {false, [](TState& s) { s.fPlacement.fZoomState = static_cast<TZoomState>(2202); }},
       {true, [](TState& s) { s.fPlacement.fZoomState = kWindowStateIdeal; }},
   };
+  for (const auto& row : sizes)
+    rows.push_back({row.fValid, [row](TState& s) {
+                      s.fMinimumClientSize = row.fMinimum;
+                      s.fMaximumClientSize = row.fMaximum;
+                      s.fIdealClientSize = row.fIdeal;
+                    }});
+  return rows;
 }
 
 }  // namespace

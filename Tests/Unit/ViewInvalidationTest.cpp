@@ -29,53 +29,6 @@ class ViewInvalidationTest : public testing::Test {
   RecordingDebugOutput fOutput;
 };
 
-TEST_F(ViewInvalidationTest, OnlyTheNearestBufferRecords) {
-  CViewImpl& outer = fWindow.MakeView(fRoot, {0, 0, 200, 200}, "outer");
-  CViewImpl& inner = fWindow.MakeView(outer, {50, 50, 150, 150}, "inner");
-  CViewImpl& view = fWindow.MakeView(inner, {0, 0, 300, 300}, "view");
-  SetModes(outer, kViewDrawPermanent32, kAutoInvalidationNone);
-  SetModes(inner, kViewDrawPermanent16, kAutoInvalidationNone);
-  outer.TakeDirtyRegion();
-  inner.TakeDirtyRegion();
-  fWindow.Reset();
-  view.InvalidateRect({0, 0, 60, 60}, view.GetClipBounds());
-  EXPECT_EQ((Rects{{50, 50, 60, 60}}), fWindow.fInvalidRects);
-  EXPECT_EQ((Rects{{50, 50, 60, 60}}), inner.TakeDirtyRegion().GetRects());
-  EXPECT_TRUE(outer.TakeDirtyRegion().IsEmpty());
-  // The walk ends at the nearest buffer even if that has no part of it.
-  fWindow.Reset();
-  view.InvalidateRect({0, 0, 30, 30}, {0, 0, 400, 300});
-  EXPECT_EQ((Rects{{0, 0, 30, 30}}), fWindow.fInvalidRects);
-  EXPECT_TRUE(inner.TakeDirtyRegion().IsEmpty());
-  EXPECT_TRUE(outer.TakeDirtyRegion().IsEmpty());
-  fWindow.Reset();
-  view.InvalidateRect({0, 0, 60, 50}, view.GetClipBounds());
-  view.InvalidateRegion(CRegion({150, 50, 400, 300}), view.GetClipBounds());
-  EXPECT_TRUE(fWindow.fInvalidRects.empty());
-  EXPECT_TRUE(inner.TakeDirtyRegion().IsEmpty());
-  for (CViewImpl* v : {&view, &inner, &outer}) v->IView_Release();
-}
-
-TEST_F(ViewInvalidationTest, WhatNeverReachedTheScreenStaysDirty) {
-  CViewImpl& clip = fWindow.MakeView(fRoot, {0, 0, 100, 100}, "clip");
-  CViewImpl& page = fWindow.MakeView(clip, {0, -50, 100, 150}, "page");
-  SetModes(page, kViewDrawPermanent32, kAutoInvalidationFull);
-  EXPECT_EQ((Rects{{0, -50, 100, 150}}), page.TakeDirtyRegion().GetRects());
-  EXPECT_EQ((Rects{{0, -50, 100, 0}, {0, 100, 100, 150}}), page.TakeDirtyRegion().GetRects());
-  // It moves along, with the view itself as with a super view, and by new bounds of the same size.
-  page.IView_Offset(5, 20);
-  EXPECT_EQ((Rects{{5, -30, 105, 20}, {5, 120, 105, 170}}), page.TakeDirtyRegion().GetRects());
-  SetModes(page, kViewDrawPermanent32, kAutoInvalidationNone);
-  clip.IView_Offset(-5, 0);
-  EXPECT_EQ((Rects{{0, -30, 100, 0}, {95, 0, 100, 100}, {0, 100, 100, 170}}),
-            page.TakeDirtyRegion().GetRects());
-  SetRect(page, {1, -30, 101, 170});
-  EXPECT_EQ((Rects{{1, -30, 101, 0}, {96, 0, 101, 100}, {1, 100, 101, 170}}),
-            page.TakeDirtyRegion().GetRects());
-  page.IView_Release();
-  clip.IView_Release();
-}
-
 // Bits move inside the bitmap; only what comes into sight is dirty.
 TEST_F(ViewInvalidationTest, OnlySubViewOfABufferScrolls) {
   const struct {
@@ -120,23 +73,6 @@ TEST_F(ViewInvalidationTest, OnlySubViewOfABufferScrolls) {
     bitmap->ClosePixels(pixels);
     for (CViewImpl* view : {&item, &page, &frame}) view->IView_Release();
   }
-}
-
-TEST_F(ViewInvalidationTest, NoScrollingBesideOthers) {
-  CViewImpl& frame = fWindow.MakeView(fRoot, {0, 0, 100, 100}, "frame");
-  CViewImpl& page = fWindow.MakeView(frame, {0, 0, 50, 50}, "page");
-  CViewImpl& gone = fWindow.MakeView(frame, {0, 0, 50, 50}, "gone");
-  CViewImpl& leaf = fWindow.MakeView(gone, {0, 0, 50, 50}, "leaf");
-  SetModes(page, kViewDrawDirect, kAutoInvalidationFull);
-  SetModes(frame, kViewDrawPermanent32, kAutoInvalidationNone);
-  frame.TakeDirtyRegion();
-  page.IView_Offset(10, 0);
-  EXPECT_EQ((Rects{{0, 0, 60, 50}}), frame.TakeDirtyRegion().GetRects());
-  // One that is gone is not shown, and counts for nothing.
-  gone.IView_Release();
-  page.IView_Offset(10, 0);
-  EXPECT_EQ((Rects{{10, 0, 20, 50}}), frame.TakeDirtyRegion().GetRects());
-  for (CViewImpl* view : {&leaf, &page, &frame}) view->IView_Release();
 }
 
 TEST_F(ViewInvalidationTest, OffsetTellsTheWholeSubtree) {

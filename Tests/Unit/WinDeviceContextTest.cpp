@@ -140,13 +140,6 @@ TEST(DeviceContext, DrawingHelpersStayInTheirRectangles) {
   EXPECT_EQ(font, GetCurrentObject(canvas.fSurface.GetHDC(), OBJ_FONT));
 }
 
-TEST(DeviceContext, FramesAtTheEdgesOfCoordinates) {
-  Canvas canvas;
-  constexpr std::int32_t kLowest = std::numeric_limits<std::int32_t>::min();
-  canvas.fContext.FrameRect({kLowest, kLowest, kLowest, kLowest}, kRed, PS_SOLID);
-  EXPECT_TRUE(IsEmptyRect(canvas.BoundsOf(kRed)));
-}
-
 TEST(ClientContext, NeedsAWindow) {
   RecordingDebugOutput output;
   NativeTestWindow window;
@@ -472,16 +465,6 @@ struct ToolsOnCanvas {
 };
 
 }  // namespace
-
-TEST(WinDrawTools, PortIsTheBuffer) {
-  RecordingDebugOutput output;
-  ToolsOnCanvas on;
-  TNativePort port = {};
-  ASSERT_EQ(kOK, on.fTools.IDrawTools_OpenNativePort(port));
-  EXPECT_EQ(on.fBuffer.GetBuffer().GetHDC(), port.fHDC);
-  EXPECT_EQ(kOK, on.fTools.IDrawTools_CloseNativePort());
-  EXPECT_TRUE(output.fAssertions.empty());
-}
 
 TEST(WinDrawTools, RawPixelsAreThoseOfTheBuffer) {
   for (const int depth : {16, 32}) {

@@ -78,15 +78,6 @@ TEST(WinWindowClass, TellsTheSystemWhatAWindowNeeds) {
   EXPECT_EQ(info.lpszMenuName, nullptr);
 }
 
-// As for a window of no kind: nothing is registered, and nothing left in the list.
-TEST(WinWindowClass, AClassThatTheSystemRefusesLeavesNothingBehind) {
-  RecordingDebugOutput output;
-  const std::size_t others = gWindowClasses.size();
-  EXPECT_THROW(CWindowClassRef(u"", DefWindowProcW, nullptr), std::exception);
-  EXPECT_EQ(gWindowClasses.size(), others);
-  EXPECT_TRUE(output.fAssertions.empty());
-}
-
 // A window that is still there keeps the system from taking the class back; that is reported.
 TEST(WinWindowClass, ReportsAClassStillInUse) {
   RecordingDebugOutput output;

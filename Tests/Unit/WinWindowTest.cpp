@@ -631,35 +631,36 @@ TEST_F(WinWindowTest, RefreshingTheOrder) {
 // --- The root view's behaviour
 
 TEST(WinRootViewBehavior, TakesNothing) {
-  struct CHitRects : IRectsGetter {
+  struct : IRectsGetter {
     TError IRectsGetter_AddRects(const TRect*, std::uint32_t count) override {
       fCalls.push_back(count);
       return kOK;
     }
     std::vector<std::uint32_t> fCalls;
-  };
+  } hitRects;
   CWinRootViewBehavior behavior;
-  CHitRects hitRects;
   EXPECT_EQ(behavior.IViewBehavior_GetHitRects(hitRects), kOK);
   EXPECT_EQ(hitRects.fCalls, std::vector<std::uint32_t>{0});
   EXPECT_EQ(behavior.IViewBehavior_OnOffset(1, 2), TError(kOtherError));
-
-  TFlag handled = 7;
-  EXPECT_EQ(behavior.IViewBehavior_HandleClick(TMouseEvent{}, handled), kOK);
-  EXPECT_EQ(std::exchange(handled, 7), 0u);
-  EXPECT_EQ(behavior.IViewBehavior_OnMouseWheel(TMouseWheelEvent{}, handled), kOK);
-  EXPECT_EQ(std::exchange(handled, 7), 0u);
-  EXPECT_EQ(behavior.IViewBehavior_OnMouseTracking(TMouseTracking{}, kMousePhasePre, handled), kOK);
-  EXPECT_EQ(std::exchange(handled, 7), 0u);
   TError error = kOtherError;
-  EXPECT_EQ(behavior.IViewBehavior_GetMouseShape(TMouseShapeRequest{}, kMousePhaseNormal, handled, error),
-            nullptr);
+  TFlag handled = 7;
+  EXPECT_EQ(behavior.IViewBehavior_GetMouseShape({}, kMousePhaseNormal, handled, error), nullptr);
   EXPECT_EQ(std::exchange(handled, 7), 0u);
-  EXPECT_EQ(error, kOK);
-  EXPECT_EQ(behavior.IViewBehavior_HandleKeyDown(TKeyEvent{}, handled), kOK);
-  EXPECT_EQ(std::exchange(handled, 7), 0u);
-  EXPECT_EQ(behavior.IViewBehavior_OnMenuCommand(TMenuCommandEvent{}, handled), kOK);
-  EXPECT_EQ(handled, 0u);
+  const TError results[] = {error, behavior.IViewBehavior_OnMouseEnterExit(1),
+                            behavior.IViewBehavior_OnEffectivelyEnabledChanged(1),
+                            behavior.IViewBehavior_OnOnDutyFocusChanged(1)};
+  for (const TError result : results) EXPECT_EQ(result, kOK);
+  const std::function<TError()> questions[] = {
+      [&] { return behavior.IViewBehavior_HandleClick({}, handled); },
+      [&] { return behavior.IViewBehavior_OnMouseWheel({}, handled); },
+      [&] { return behavior.IViewBehavior_OnMouseTracking({}, kMousePhasePre, handled); },
+      [&] { return behavior.IViewBehavior_HandleKeyDown({}, handled); },
+      [&] { return behavior.IViewBehavior_OnMenuCommand({}, handled); },
+  };
+  for (const auto& ask : questions) {
+    EXPECT_EQ(ask(), kOK);
+    EXPECT_EQ(std::exchange(handled, 7), 0u);
+  }
   TNativeWindow native = {reinterpret_cast<HWND>(1)};
   EXPECT_EQ(behavior.IViewBehavior_GetNativeFocusTarget(native), kOK);
   EXPECT_EQ(native.fHwnd, nullptr);
