@@ -53,6 +53,7 @@ CMorvaneImpl::CMorvaneImpl()
       fStartupFlag(false),
       fIdleDue(false),
       fMenuBarRebuildRequests(0),
+      fIsRebuildingMenuBars(false),
       fMonitors(),
       fRegisteredAutoPlayMessage(0),
       fAutoPlaySuppressCount(0),

@@ -6,6 +6,7 @@
 //   MorvaneImplWinHiddenWindows.cpp   the two windows that nobody sees, and the private messages
 //   MorvaneImplWinQuit.cpp            quitting and lingering
 //   MorvaneImplWinIdle.cpp            idle calls, yielding, time
+//   MorvaneImplWinMenus.cpp           popup menus
 //   MorvaneImplWinWindows.cpp         making windows and views, lists of windows
 //   MorvaneImplWinKeyboard.cpp        what keys mean, listeners of modifier keys, key releases
 //   MorvaneImplWinMouse.cpp           the mouse: state, shape, capture
@@ -309,6 +310,11 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   using TKeyReleaseEntry = std::pair<std::uint32_t, IKeyReleaseCallback*>;  // with its virtual key
   bool ForgetKeyReleaseCallback(const TKeyReleaseEntry& entry);
 
+  // --- Menus
+  // False if nothing was chosen.
+  bool TrackPopupItems(const std::vector<TMenuItem>& items, IWindow& window, const TPoint& point,
+                       std::uint32_t flags, std::int32_t& outIndex);
+
   // --- Quitting
   void LeaveQuitMode();
   void CloseNextWindow();
@@ -345,6 +351,7 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   bool fStartupFlag;
   bool fIdleDue;
   std::uint32_t fMenuBarRebuildRequests;  // since the last flush
+  bool fIsRebuildingMenuBars;
   TMonitorList fMonitors;                 // the last one that could be read
   UINT fRegisteredAutoPlayMessage;        // 0 until it is first suppressed
   std::uint32_t fAutoPlaySuppressCount;

@@ -54,18 +54,6 @@ IIcon* CMorvaneImpl::IWinExtensions_CreateIconFromHandles(HICON__*, HICON__*, HI
   return nullptr;
 }
 
-// --- Popup menus
-
-bool CMorvaneImpl::CMorvaneGlue_DisplayPopupMenu(const std::vector<TMenuItem>&, IWindow&, const TPoint&,
-                                                 std::uint32_t, std::int16_t&) {
-  ThrowUnsupported();
-}
-
-bool CMorvaneImpl::CMorvaneGlue_DisplayContextualMenu(const std::vector<TMenuItem>&, IWindow&, const TPoint&,
-                                                      std::uint32_t, std::uint16_t&) {
-  ThrowUnsupported();
-}
-
 // --- Alert boxes and file dialogs
 
 void CMorvaneImpl::CMorvaneGlue_CreateAlertBox(IModalOwner*, bool, const TAlertSpec&, IAlertBoxListener*) {

@@ -261,9 +261,14 @@ void CMorvaneImpl::CMorvaneGlue_RequestMenuBarsSetup() {
 
 void CMorvaneImpl::FlushMenuBarRequests() {
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
+  // What is asked for during a rebuild waits for its end: a rebuild sends messages by itself, and with each of
+  // them would come here again.
+  if (fIsRebuildingMenuBars) return;
+  fIsRebuildingMenuBars = true;
   const TError error = ErrorOf([this] {
     if (fMenuBarRebuildRequests != 0) RebuildRequestedMenuBars();
   });
+  fIsRebuildingMenuBars = false;
   if (error != kOK) KeepPendingError(error);
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
 }

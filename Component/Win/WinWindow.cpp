@@ -74,6 +74,7 @@ CWinWindow::CWinWindow(CMorvaneImpl* morvane, TWindowKind windowKind, IModalOwne
       fSizeGripHwnd(nullptr),
       fTooltipHwnd(nullptr),
       fTooltipRectsDirty(true),
+      fMenuBarRebuilds(0),
       fGlobalAlpha(255) {
   try {
     MakeNativeWindow(style, exStyle, makeSizeGrip);

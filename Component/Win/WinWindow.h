@@ -42,6 +42,7 @@
 
 namespace NSMorvane {
 
+class CMenuBuilder;
 class CMorvaneImpl;
 class COffscreenContext;
 class CPaintContext;
@@ -51,6 +52,15 @@ class CWinWindow;
 
 // Every window that the root object has wired up, in order of creation.
 extern std::vector<boost::weak_ptr<CWinWindow>> gWinWindows;
+
+// An item of the library's own in the window menu.
+struct TWindowMenuItem {
+  TString fText;
+  UINT fCommand;
+  UINT fNativeFlags;
+
+  friend bool operator==(const TWindowMenuItem&, const TWindowMenuItem&) = default;
+};
 
 class CWinWindow : public CWindowGlue,
                    public IModalOwner,
@@ -340,14 +350,25 @@ class CWinWindow : public CWindowGlue,
   bool OfferKeyToApplication(const TKeyEvent& event);
   bool OpenWindowListByKey(const TKeyEvent& event);
 
-  // --- Tooltips and commands
+  // --- Tooltips
 
   void CreateTooltipWindow();
   void DestroyTooltipWindow();
   // Brings the rectangles of the tools up to date.
   void UpdateToolRects();
-  // A command of the menu bar.
+
+  // --- Menu bar
+
+  // Empty unless the state asks for the window menu.
+  std::vector<TWindowMenuItem> MakeWindowMenuItems(const CMenuBarState& state) const;
+  void ComposeMenuBar(CMenuBuilder& bar, const CMenuBarState& state,
+                      const std::vector<TWindowMenuItem>& windowMenuItems);
+  void SetAcceleratorTable(HACCEL table);
+  void SetNativeMenuBar(HMENU bar);
+  void MoveFirstMenu(HMENU bar);
+  // A command of the menu bar, of a menu or a shortcut.
   void OnCommand(UINT commandId);
+  void DispatchMenuCommand(std::uint32_t command);
 
   // --- Fields
 
@@ -356,7 +377,7 @@ class CWinWindow : public CWindowGlue,
   CMorvaneImpl* fMorvane;
   boost::shared_ptr<CWinWindow> fClientsWindowReference;  // empty before wiring up and after ReleaseWindow
   IMorvaneRunBehavior* fRunBehavior;
-  std::vector<TMenuItem> fMenuItems;  // the position plus 0xA000 is the native command
+  std::vector<CMenuItem> fMenuItems;  // the position plus 0xA000 is the native command
   CViewImpl* fRootView;
   // Keeps the root view alive for a client that releases it, though it is not the client's.
   boost::shared_ptr<CViewImpl> fRootViewReference;
@@ -393,6 +414,8 @@ class CWinWindow : public CWindowGlue,
   HWND fTooltipHwnd;
   bool fTooltipRectsDirty;
   CMenuBarState fMenuBarState;
+  std::vector<TWindowMenuItem> fWindowMenuItems;  // as of the last build of the menu bar
+  std::uint32_t fMenuBarRebuilds;
   std::vector<boost::weak_ptr<CViewImpl>> fInspectedViews;
   boost::weak_ptr<CViewImpl> fInspectedView;
   TString fInspectedViewTooltip;

@@ -1,8 +1,38 @@
-// The menu bar of a window.
+// The menu bar of a window: what it is composed of, its exchange on the native window, and its commands.
+#include <utility>
+
 #include "Component/Portable/ViewImpl.h"
+#include "Component/Win/MorvaneImplWin.h"
+#include "Component/Win/UtilsWin.h"
+#include "Component/Win/WinKeyboard.h"
+#include "Component/Win/WinMenu.h"
 #include "Component/Win/WinWindow.h"
 
 namespace NSMorvane {
+
+namespace {
+
+constexpr std::size_t kMaxListedWindows = 256;
+
+// An item of the library's own in the place of a client's.
+CMenuItem MakeMenuItem(const TString& text, bool enabled, std::uint32_t command) {
+  TMenuItem item = {};
+  NSTextPackage::CopyChars(item.fText, text.c_str(), kMenuTextChars);
+  item.fStateFlags = enabled ? kMenuItemEnabled : 0;
+  item.fCommand = command;
+  return CMenuItem(item);
+}
+
+// A text in which `_` is nothing but an underscore.
+TString EscapeText(const TString& text) {
+  TMenuItem item = {};
+  NSTextPackage::CopyChars(item.fText, text.c_str(), kMenuTextChars);
+  return CMenuItem::WithEscapedText(item).fText;
+}
+
+}  // namespace
+
+// --- Set-up
 
 std::vector<boost::shared_ptr<CViewImpl>> CWinWindow::ViewChain(CViewImpl* view) {
   std::vector<TViewImplPtr> chain;
@@ -24,17 +54,179 @@ void CWinWindow::RunMenuBarSetup(CMenuBarState& state) {
   ApplyMenuBarState(state);
 }
 
+// The window menu tells of more than the state does: of the titles of all windows, for one.
 void CWinWindow::ApplyMenuBarState(const CMenuBarState& state) {
-  if (!(state == fMenuBarState)) RebuildCompleteMenuBar(state);
+  if (!(state == fMenuBarState) || MakeWindowMenuItems(state) != fWindowMenuItems)
+    RebuildCompleteMenuBar(state);
 }
 
-// Native menus are not built yet: the state is kept, the window shows no menu bar and has no commands.
+// --- Composition
+
+std::vector<TWindowMenuItem> CWinWindow::MakeWindowMenuItems(const CMenuBarState& state) const {
+  std::vector<TWindowMenuItem> items;
+  if (!state.ShowWindowMenu()) return items;
+  const auto checked = [](bool flag) -> UINT { return flag ? MF_CHECKED : MF_UNCHECKED; };
+  items.push_back({fMorvane->GetStartupStrings().fAlwaysOnTopItem, kStayOnTopCommand, checked(fAlwaysOnTop)});
+  UINT command = kFirstWindowListCommand;
+  for (const boost::shared_ptr<CWinWindow>& window : CMorvaneImpl::GetWindows()) {
+    if (window->fListedInWindowMenu && items.size() <= kMaxListedWindows)
+      items.push_back({EscapeText(window->GetTitle()), command, checked(window.get() == this)});
+    ++command;
+  }
+  return items;
+}
+
+void CWinWindow::ComposeMenuBar(CMenuBuilder& bar, const CMenuBarState& state,
+                                const std::vector<TWindowMenuItem>& windowMenuItems) {
+  const TStartupStrings& strings = fMorvane->GetStartupStrings();
+
+  CMenuBuilder& firstMenu = bar.AddSubmenu(strings.fFirstMenuTitle);
+  firstMenu.AddMenuItems(*fMorvane, state.GetList(kMenuApplication));
+  firstMenu.MarkSeparator();
+  firstMenu.AddNativeItem(strings.fQuitItem, kQuitCommand, state.QuitEnabled() ? MF_ENABLED : MF_GRAYED);
+
+  CMenuBuilder& secondMenu = bar.AddSubmenu(strings.fSecondMenuTitle);
+  secondMenu.AddMenuItems(*fMorvane, state.GetList(kMenuDocument));
+  secondMenu.MarkSeparator();
+  secondMenu.AddMenuItem(
+      *fMorvane, MakeMenuItem(strings.fCloseItem, state.SecondMenuItemEnabled(), kSecondMenuItemCommand));
+
+  for (const TMenu menu : {kMenu1, kMenu2, kMenu3, kMenu4, kMenu5, kMenu6}) {
+    const std::vector<CMenuItem>& items = state.GetList(menu);
+    if (!items.empty()) bar.AddSubmenu(state.GetTitle(menu)).AddMenuItems(*fMorvane, items);
+  }
+
+  if (state.ShowWindowMenu()) {
+    CMenuBuilder& windowMenu = bar.AddSubmenu(strings.fWindowMenuTitle);
+    for (const TWindowMenuItem& item : windowMenuItems) {
+      windowMenu.AddNativeItem(item.fText, item.fCommand, item.fNativeFlags);
+      if (item.fCommand != kStayOnTopCommand) continue;
+      windowMenu.MarkSeparator();
+      windowMenu.AddMenuItems(*fMorvane, state.GetList(kMenuWindow));
+      windowMenu.MarkSeparator();
+    }
+  }
+
+  if (state.ShowHelpItem() || !state.GetList(kMenuHelp).empty()) {
+    CMenuBuilder& lastMenu = bar.AddSubmenu(strings.fLastMenuTitle);
+    lastMenu.AddMenuItems(*fMorvane, state.GetList(kMenuHelp));
+    if (state.ShowHelpItem()) {
+      lastMenu.MarkSeparator();
+      lastMenu.AddMenuItem(*fMorvane,
+                           MakeMenuItem(strings.fDisplayName, state.HelpItemEnabled(), kHelpItemCommand));
+    }
+  }
+}
 
 void CWinWindow::RebuildCompleteMenuBar(const CMenuBarState& state) {
   DebugPrint("CWinWindow::RebuildCompleteMenuBar");
-  fMenuBarState = state;
+  const std::uint32_t rebuild = ++fMenuBarRebuilds;
+  CMenuBarState ownState = state;
+  std::vector<TWindowMenuItem> windowMenuItems = MakeWindowMenuItems(ownState);
+  std::vector<CMenuItem> items;
+  CMenuBuilder bar(items, kFirstClientCommand);
+  ComposeMenuBar(bar, ownState, windowMenuItems);
+
+  SetNativeMenuBar(bar.Detach());
+  // A new bar can change the size of the client area, and whoever is told of that can have the bar rebuilt.
+  if (rebuild != fMenuBarRebuilds) return;
+  fMenuItems.swap(items);
+  SetAcceleratorTable(MakeAcceleratorTable(fMenuItems, kFirstClientCommand));
+  fMenuBarState = std::move(ownState);
+  fWindowMenuItems.swap(windowMenuItems);
 }
 
-void CWinWindow::OnCommand(UINT) {}
+void CWinWindow::SetAcceleratorTable(HACCEL table) {
+  const HACCEL old = std::exchange(fAcceleratorTable, table);
+  if (old && !DestroyAcceleratorTable(old)) MORVANE_THROW_LAST_ERROR();
+}
+
+// --- Exchange
+
+// Takes over `bar`. The first one becomes the window's; from then on that stays the same object, and only its
+// content changes.
+void CWinWindow::SetNativeMenuBar(HMENU bar) {
+  CMenu newBar(bar, true);
+  if (!fMenuHandle) {
+    fMenuHandle = newBar.Detach();  // the call below can lead here again
+    if (SetMenu(fHwnd, fMenuHandle)) return;
+    const DWORD error = GetLastError();
+    DestroyMenu(std::exchange(fMenuHandle, nullptr));
+    SetLastError(error);
+    MORVANE_THROW_LAST_ERROR();
+    return;
+  }
+
+  for (int count = GetMenuItemCount(fMenuHandle); count > 0; --count) {
+    const BOOL okFlag = DeleteMenu(fMenuHandle, 0, MF_BYPOSITION);
+    MORVANE_ASSERT(okFlag);
+  }
+  const int itemCount = GetMenuItemCount(bar);
+  for (int position = 0; position < itemCount; ++position) MoveFirstMenu(bar);
+  BOOL okFlag = DestroyMenu(newBar.Detach());
+  MORVANE_ASSERT(okFlag);
+  okFlag = DrawMenuBar(fHwnd);
+  MORVANE_ASSERT(okFlag);
+}
+
+// Moves the first menu of another bar to the end of the window's.
+void CWinWindow::MoveFirstMenu(HMENU bar) {
+  TString title;
+  const int stringLength = GetMenuStringW(bar, 0, nullptr, 0, MF_BYPOSITION);
+  MORVANE_ASSERT(stringLength>=0);
+  if (stringLength > 0) {
+    title.resize(stringLength);
+    const int getStringResult =
+        GetMenuStringW(bar, 0, WinBuffer(title.data()), stringLength + 1, MF_BYPOSITION);
+    MORVANE_ASSERT(getStringResult>0);
+  }
+  MENUITEMINFOW info = {};
+  info.cbSize = sizeof(info);
+  info.fMask = MIIM_STATE;
+  BOOL okFlag = GetMenuItemInfoW(bar, 0, TRUE, &info);
+  MORVANE_ASSERT(okFlag);
+  const HMENU submenu = GetSubMenu(bar, 0);
+  okFlag = RemoveMenu(bar, 0, MF_BYPOSITION);
+  MORVANE_ASSERT(okFlag);
+
+  if (!AppendMenuW(fMenuHandle, MF_POPUP, reinterpret_cast<UINT_PTR>(submenu), WinText(title))) {
+    const DWORD error = GetLastError();
+    DestroyMenu(submenu);
+    SetLastError(error);
+    MORVANE_THROW_LAST_ERROR();
+  }
+  okFlag = SetMenuItemInfoW(fMenuHandle, GetMenuItemCount(fMenuHandle) - 1, TRUE, &info);
+  MORVANE_ASSERT(okFlag);
+}
+
+// --- Commands
+
+void CWinWindow::OnCommand(UINT commandId) {
+  if (commandId >= kFirstClientCommand && commandId <= kLastClientCommand) {
+    const std::size_t position = commandId - kFirstClientCommand;
+    if (position < fMenuItems.size()) DispatchMenuCommand(fMenuItems[position].fCommand);
+    return;
+  }
+  if (commandId == kStayOnTopCommand) SetAlwaysOnTop(!fAlwaysOnTop);
+  if (commandId == kQuitCommand) {
+    fMorvane->DispatchQuitEvent();
+    return;
+  }
+  if (commandId >= kFirstWindowListCommand && commandId <= kLastWindowListCommand) {
+    const std::size_t windowIndex = commandId - kFirstWindowListCommand;
+    const std::vector<boost::shared_ptr<CWinWindow>> windows = CMorvaneImpl::GetWindows();
+    MORVANE_ASSERT(windowIndex < windows.size());
+    if (windowIndex < windows.size()) windows[windowIndex]->FocusNow();
+    return;
+  }
+  // The debug menu is not built yet: its commands have no effect.
+}
+
+void CWinWindow::DispatchMenuCommand(std::uint32_t command) {
+  const TMenuCommandEvent event = {command, GetCurrentModifiers()};
+  if (OnMenuCommand(event)) return;
+  TFlag handled = 0;
+  MORVANE_CHECK(fRunBehavior->IMorvaneRunBehavior_OnMenuCommand(event, handled));
+}
 
 }  // namespace NSMorvane

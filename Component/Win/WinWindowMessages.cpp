@@ -258,10 +258,6 @@ class CWinWindow::CMessageTable {
       window.CallControlListener(reinterpret_cast<HWND>(message.fLParam), message);
     return kForward;
   }
-  static TResult OnScroll(CWinWindow& window, TWinMessage& message) {
-    window.CallControlListener(reinterpret_cast<HWND>(message.fLParam), message);
-    return kForward;
-  }
   static TResult OnNotify(CWinWindow& window, TWinMessage& message) {
     const auto header = reinterpret_cast<const NMHDR*>(message.fLParam);
     if (IsAccessible(header, sizeof(*header), kReadable))
@@ -329,8 +325,8 @@ CWinWindow::CMessageTable::THandler CWinWindow::CMessageTable::Find(UINT message
       {WM_SYSKEYUP, OnKey},
       {WM_COMMAND, OnCommand},
       {WM_SYSCOMMAND, OnSysCommand},
-      {WM_HSCROLL, OnScroll},
-      {WM_VSCROLL, OnScroll},
+      {WM_HSCROLL, OnCommand},
+      {WM_VSCROLL, OnCommand},
       {WM_INITMENU, OnInitMenu},
       {WM_MOUSEMOVE, OnMouseMove},
       {WM_LBUTTONDOWN, OnButtonDown<1, kLeftButton>},

@@ -1,0 +1,188 @@
+// Native menus and accelerator tables as the builder makes them, read back.
+#include "Component/Win/WinMenu.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "Component/Win/MorvaneImplWin.h"
+#include "Tests/Support/NativeMenus.h"
+#include "Tests/Support/RecordingDebugOutput.h"
+
+using namespace NSMorvane;
+using NSMorvaneTest::LinesOfMenu;
+using NSMorvaneTest::MenuLines;
+using NSMorvaneTest::RecordingDebugOutput;
+
+namespace {
+
+constexpr std::uint32_t kGrey = 0;
+constexpr std::uint32_t kEnabled = kMenuItemEnabled;
+
+CMenuItem Item(const char16_t* text, std::uint32_t flags, const char16_t* submenu = u"",
+               const char16_t* keyText = u"", std::uint32_t modifiers = 0) {
+  TMenuItem item = {};
+  CopyText(item.fText, text);
+  CopyText(item.fSubmenuName, submenu);
+  CopyText(item.fShortcut.fKeyText, keyText);
+  item.fShortcut.fModifiers.fKeys = modifiers;
+  item.fStateFlags = flags;
+  return CMenuItem(item);
+}
+
+class WinMenuTest : public ::testing::Test {
+ protected:
+  WinMenuTest() {
+    TError error = kOtherError;
+    fMorvane.reset(Morvane_Create("IMorvane", &error));
+    EXPECT_EQ(error, kOK);
+    fOutput.Reset();
+  }
+  ~WinMenuTest() override { EXPECT_EQ(fOutput.fAssertions, std::vector<std::string>()); }
+
+  RecordingDebugOutput fOutput;
+  std::unique_ptr<IMorvane> fMorvane;
+  std::vector<CMenuItem> fItems;
+};
+
+}  // namespace
+
+TEST_F(WinMenuTest, Mnemonics) {
+  constexpr struct {
+    const char16_t* fText;
+    const char16_t* fWanted;
+    std::size_t fLines;
+  } kCases[] = {
+      {u"", u"", 0},
+      {u"_Open", u"&Open", 0},
+      {u"Save__As", u"Save_As", 0},
+      {u"R&D_x", u"R&&D&x", 0},
+      {u"end_", u"end_", 0},
+      {u"_", u"_", 0},
+      {u"__", u"_", 0},
+      {u"___x", u"_&x", 0},
+      {u"_&x", u"&&&x", 0},
+      {u"_a_b", u"&a&b", 2},
+      {u"__a_b___c", u"_a&b_&c", 2},
+      {u"_x_", u"&x_", 0},
+  };
+  for (const auto& c : kCases) {
+    fOutput.Reset();
+    EXPECT_EQ(WinPrepareMnemonic(c.fText), c.fWanted);
+    EXPECT_EQ(fOutput.fLines.size(), c.fLines) << NSTextPackage::StringToUTF8(c.fText, false);
+  }
+  fOutput.Reset();
+  WinPrepareMnemonic(u"_a_b_c");
+  EXPECT_EQ(fOutput.fLines, (std::vector<std::string>{"[Morvane] In WinPrepareMnemonic, result is: &a&b&c",
+                                                      "[Morvane] singleUnderscoreCount is: 3"}));
+}
+
+TEST_F(WinMenuTest, ItemsOfALevel) {
+  CMenuBuilder bar(fItems, kFirstClientCommand);
+  CMenuBuilder& menu = bar.AddSubmenu(u"_First");
+  menu.AddMenuItems(
+      *fMorvane,
+      {
+          Item(u"", kEnabled),  // no separator at the beginning
+          Item(u"_Open", kEnabled, u"", u"o", kModifierControl), Item(u"", 0), Item(u"", 0),
+          Item(u"Bold", kEnabled | kMenuItemChecked, u"", u"\xE005", kModifierShift | kModifierControl),
+          Item(u"Alone", kGrey, u"One"), Item(u"Deep", kGrey, u"_Two"), Item(u"", kEnabled, u"_Two"),
+          Item(u"Other", kEnabled | kMenuItemChecked, u"_Two", u"x", kModifierOther), Item(u"", 0),
+          Item(u"Again", kEnabled, u"_Two"), Item(u"", 0, u"Only a separator"),
+          Item(u"", 0),  // no separator at the end
+      });
+  menu.MarkSeparator();
+  bar.MarkSeparator();
+  CMenuBuilder& last = bar.AddSubmenu(u"Empty");
+  last.MarkSeparator();
+  last.AddNativeItem(u"R&D _quit", kQuitCommand, MF_GRAYED);
+  last.AddMenuItem(*fMorvane, Item(u"Number", kEnabled));
+  EXPECT_EQ(LinesOfMenu(bar.GetHandle()), (MenuLines{
+                                              "&First:",
+                                              "  &Open\tCtrl+O A001",
+                                              "  --",
+                                              "  Bold\tCtrl+Shift+F5 A004 checked",
+                                              "  One: grey",
+                                              "    Alone A005 grey",
+                                              "  &Two:",
+                                              "    Deep A006 grey",
+                                              "    --",
+                                              "    Other\t A008 checked",
+                                              "  --",
+                                              "  &Two:",
+                                              "    Again A00A",
+                                              "  Only a separator: grey",
+                                              "--",
+                                              "Empty:",
+                                              "  R&&D &quit C351 grey",
+                                              "  Number A00D",
+                                          }));
+  ASSERT_EQ(fItems.size(), 14u);
+  EXPECT_EQ(fItems[8].fText, u"Other");
+  EXPECT_EQ(fItems[7].fText, u"");
+}
+
+TEST_F(WinMenuTest, NumbersBeyondTheRangeAreNobodyElses) {
+  fItems.assign(0xFFF, Item(u"", 0));
+  CMenuBuilder bar(fItems, kFirstClientCommand);
+  bar.AddMenuItems(*fMorvane, {Item(u"last", kEnabled, u"", u"a"), Item(u"beyond", kEnabled, u"", u"b")});
+  EXPECT_EQ(LinesOfMenu(bar.GetHandle()), (MenuLines{"last\tA AFFF", "beyond\tB 0"}));
+  const HACCEL table = MakeAcceleratorTable(fItems, kFirstClientCommand);
+  EXPECT_EQ(CopyAcceleratorTableW(table, nullptr, 0), 1);
+  DestroyAcceleratorTable(table);
+}
+
+TEST_F(WinMenuTest, MenusEndWithTheirOwners) {
+  HMENU first = nullptr;
+  HMENU second = nullptr;
+  {
+    CMenuBuilder bar(fItems, kFirstClientCommand);
+    first = bar.AddSubmenu(u"first").GetHandle();
+    CMenuBuilder detached(fItems, kFirstClientCommand);
+    second = detached.AddSubmenu(u"second").GetHandle();
+    const CMenu owner(detached.Detach(), true);
+    EXPECT_TRUE(IsMenu(first) && IsMenu(second));
+  }
+  EXPECT_FALSE(IsMenu(first) || IsMenu(second));
+  { const CMenu none(nullptr, false); }
+  EXPECT_EQ(std::exchange(fOutput.fAssertions, {}), (std::vector<std::string>{"fMenuHandle != NULL"}));
+}
+
+TEST_F(WinMenuTest, Accelerators) {
+  constexpr BYTE kPlain = FVIRTKEY;
+  const struct {
+    CMenuItem fItem;
+    int fFlags;  // 0: none is made
+    int fKey;
+  } kCases[] = {
+      {Item(u"letter", kEnabled, u"", u"a", kModifierControl), kPlain | FCONTROL, 'A'},
+      {Item(u"grey", kGrey, u"", u"b", kModifierControl), 0, 0},
+      {Item(u"capital", kEnabled, u"", u"C", kModifierControl), kPlain | FCONTROL, 'C'},
+      {Item(u"with Shift", kEnabled, u"", u"D", kModifierControl | kModifierShift),
+       kPlain | FCONTROL | FSHIFT, 'D'},
+      {Item(u"character on Shift", kEnabled, u"", u"!"), kPlain | FSHIFT, '1'},
+      {Item(u"", kEnabled), 0, 0},
+      {Item(u"none", kEnabled), 0, 0},
+      {Item(u"other platform", kEnabled, u"", u"e", kModifierOther), 0, 0},
+      {Item(u"F2", kEnabled, u"", u"\xE002", kModifierAlt), kPlain | FALT, VK_F2},
+      {Item(u"delete", kEnabled, u"", u"\x7F"), kPlain, VK_DELETE},
+      {Item(u"no such key", kEnabled, u"", u"\x4E2D"), 0, 0},
+  };
+  std::string wanted;
+  for (const auto& c : kCases) {
+    if (c.fFlags)
+      wanted += std::to_string(c.fFlags) + " " + std::to_string(c.fKey) + " " +
+                std::to_string(kFirstClientCommand + fItems.size()) + "\n";
+    fItems.push_back(c.fItem);
+  }
+  const HACCEL table = MakeAcceleratorTable(fItems, kFirstClientCommand);
+  ACCEL entries[32];
+  const int count = CopyAcceleratorTableW(table, entries, 32);
+  std::string got;
+  for (int i = 0; i < count; ++i)
+    got += std::to_string(entries[i].fVirt & 0x1F) + " " + std::to_string(entries[i].key) + " " +
+           std::to_string(entries[i].cmd) + "\n";
+  EXPECT_EQ(got, wanted);
+  EXPECT_TRUE(DestroyAcceleratorTable(table));
+  EXPECT_EQ(MakeAcceleratorTable({}, kFirstClientCommand), nullptr);
+}
