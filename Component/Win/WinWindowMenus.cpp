@@ -18,7 +18,7 @@ constexpr std::size_t kMaxListedWindows = 256;
 CMenuItem MakeMenuItem(const TString& text, bool enabled, std::uint32_t command) {
   TMenuItem item = {};
   NSTextPackage::CopyChars(item.fText, text.c_str(), kMenuTextChars);
-  item.fStateFlags = enabled ? kMenuItemEnabled : 0;
+  if (enabled) item.fStateFlags = kMenuItemEnabled;
   item.fCommand = command;
   return CMenuItem(item);
 }

@@ -108,6 +108,7 @@ struct RunHooks {
   std::function<TError(const std::string&)> fOnOpenURL;
   std::function<TError(IMenuBarState&)> fOnSetupMenuBar;
   std::function<TError(const TKeyEvent&, TFlag&)> fHandleKeyDown;
+  std::function<TError(const TMenuCommandEvent&, TFlag&)> fOnMenuCommand;
   std::function<TError(std::int64_t&)> fOnIdle;
   std::function<TError(TFlag)> fOnAppActivation;
   std::function<TError()> fOnThemeChanged;
@@ -145,6 +146,11 @@ class RecordingRunBehavior : public CDefaultRunBehavior {
   TError IMorvaneRunBehavior_OnSetupMenuBar(IMenuBarState& state) override {
     if (fHooks.fOnSetupMenuBar) return fHooks.fOnSetupMenuBar(state);
     return kOK;
+  }
+  TError IMorvaneRunBehavior_OnMenuCommand(const TMenuCommandEvent& event, TFlag& outHandled) override {
+    outHandled = 0;
+    fLog.push_back("OnMenuCommand " + std::to_string(event.fCommand));
+    return fHooks.fOnMenuCommand ? fHooks.fOnMenuCommand(event, outHandled) : kOK;
   }
   TError IMorvaneRunBehavior_OnAppActivation(TFlag active) override {
     if (fHooks.fOnAppActivation) return fHooks.fOnAppActivation(active);

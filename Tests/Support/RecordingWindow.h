@@ -44,6 +44,8 @@ struct WindowRecord {
   HWND fHwnd = nullptr;
   int fMenuBarSetups = 0;
   TFlag fTakesKeys = 0;
+  IMenuBarState* fMenuBar = nullptr;  // while it is being set up
+  TMenuCommandEvent fCommand = {};    // the last one
   bool fIsDeleted = false;
 
   std::size_t Count(const std::string& entry) const {
@@ -88,11 +90,13 @@ class RecordingWindowBehavior : public IDocumentWindowBehavior {
   TError IDocumentWindowBehavior_OnKeyboardFocusChanged(TFlag focused) override {
     return Call("OnKeyboardFocusChanged " + std::to_string(focused));
   }
-  TError IDocumentWindowBehavior_OnSetupMenuBar(IMenuBarState&) override {
+  TError IDocumentWindowBehavior_OnSetupMenuBar(IMenuBarState& state) override {
     ++fRecord.fMenuBarSetups;
+    fRecord.fMenuBar = &state;
     return RunHook(fRecord.fHooks, "OnSetupMenuBar");
   }
-  TError IDocumentWindowBehavior_OnMenuCommand(const TMenuCommandEvent&, TFlag& outHandled) override {
+  TError IDocumentWindowBehavior_OnMenuCommand(const TMenuCommandEvent& event, TFlag& outHandled) override {
+    fRecord.fCommand = event;
     outHandled = 0;
     return Call("OnMenuCommand");
   }
@@ -143,6 +147,7 @@ struct ViewRecord {
   HWND fNativeFocusTarget = nullptr;
   TFlag fTakesKeys = 0;
   TKeyEvent fLastKey = {};
+  IMenuBarState* fMenuBar = nullptr;  // while it is being set up
 };
 
 class RecordingFocusViewBehavior : public CDefaultViewBehavior {
@@ -162,7 +167,8 @@ class RecordingFocusViewBehavior : public CDefaultViewBehavior {
     out.fHwnd = fRecord.fNativeFocusTarget;
     return RunHook(fRecord.fHooks, "GetNativeFocusTarget");
   }
-  TError IViewBehavior_OnSetupMenuBar(IMenuBarState&) override {
+  TError IViewBehavior_OnSetupMenuBar(IMenuBarState& state) override {
+    fRecord.fMenuBar = &state;
     return RunHook(fRecord.fHooks, "OnSetupMenuBar");
   }
 

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "Component/Win/MorvaneImplWin.h"
+#include "Interface/MorvaneDefaults.h"
 #include "Tests/Support/NativeMenus.h"
 #include "Tests/Support/RecordingDebugOutput.h"
 
