@@ -39,10 +39,6 @@ bool IsAnyWindowOfKind(TWindowKind kind) {
   });
 }
 
-bool IsWindowHidden(HWND hwnd) {
-  return std::find(sHidddenWindows.begin(), sHidddenWindows.end(), hwnd) != sHidddenWindows.end();
-}
-
 }  // namespace
 
 // --- Construction
@@ -249,6 +245,7 @@ void CWinWindow::Show() {
     MORVANE_UNREACHED();
   }
   if (fAlwaysOnTop) SetWindowTopMost(fHwnd, true);
+  if (isReleased()) return;
   MORVANE_ASSERT(IsVisible());
   if (IsModalKind(fWindowKind)) {
     if (fOwnerHwnd)
@@ -257,7 +254,7 @@ void CWinWindow::Show() {
       PushAppModal(fHwnd);
   }
   EnforceAppModality();
-  SetActiveWindow(fHwnd);
+  if (!isReleased()) SetActiveWindow(fHwnd);
 }
 
 void CWinWindow::Hide() {

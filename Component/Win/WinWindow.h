@@ -14,7 +14,9 @@
 //   WinWindowKeyboard.cpp    keyboard dispatch
 //
 // Beside it stand WinWindowClass (native window classes), WinWindowPlacement (arithmetic on placements) and
-// WinWindowModality (dialogs that block the whole application).
+// WinWindowModality (dialogs that block the whole application). The kinds of windows that clients make are
+// WinDocumentWindow, WinModelessDialog, WinModalDialog and WinFloatingWindow, with WinWindowKind for what
+// they have in common.
 //
 // Any callback may end the window: whoever calls out and goes on afterwards holds a copy of the client's
 // reference. Everything belongs to the main thread.

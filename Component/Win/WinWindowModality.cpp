@@ -19,8 +19,6 @@ bool Contains(const std::vector<HWND>& windows, HWND hWnd) {
   return std::find(windows.begin(), windows.end(), hWnd) != windows.end();
 }
 
-bool IsWindowHidden(HWND hWnd) { return Contains(sHidddenWindows, hWnd); }
-
 // Front to back: the stack, the newest dialog first, then the other windows in the order they have.
 std::vector<HWND> MergeModalOrder(const std::vector<HWND>& windows, const std::vector<HWND>& modalStack) {
   std::vector<HWND> result = modalStack;
@@ -90,6 +88,8 @@ void BringAppToFrontAndRestoreZOrder(const std::vector<HWND>& nativeWindows, boo
 }
 
 }  // namespace
+
+bool IsWindowHidden(HWND hWnd) { return Contains(sHidddenWindows, hWnd); }
 
 // --- The stack
 

@@ -43,6 +43,9 @@ class CAppModalInstance : public IWinAppModalInstance {
   HWND fHwnd;
 };
 
+// One that the library has hidden, natively or by moving it above the screen.
+bool IsWindowHidden(HWND hWnd);
+
 // Whether any shown window of the library is always on top.
 bool AnyShownWindowIsAlwaysOnTop();
 

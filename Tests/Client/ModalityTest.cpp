@@ -63,13 +63,18 @@ class ModalityTest : public WindowKindsTest {
     return text;
   }
   void MakeNamed(const std::string& name, Kind kind, KindRecord& record, IModalOwner* owner = nullptr,
-                 TStyleFlags style = kWindowStyleBit23) {
+                 const CallHooks& hooks = {}) {
     record = {};
+    record.fHooks = hooks;
     record.fHooks["factory"] = [this, name, &record] {
       fNames[record.fHwnd] = name;
       return kOK;
     };
-    Make(kind, record, style, owner);
+    record.fHooks["deleted"] = [this, name] {
+      fEnded.push_back(name);
+      return kOK;
+    };
+    Make(kind, record, kWindowStyleBit23, owner);
   }
   // These are in front in this order, and of all windows only the first, which is active, can be used.
   void ExpectBlockedBy(const std::string& front) {
@@ -83,6 +88,7 @@ class ModalityTest : public WindowKindsTest {
   }
 
   std::map<HWND, std::string> fNames;
+  CallLog fEnded;
   KindRecord fDoc1, fDoc2, fModeless, fFloating, fA, fB;
 };
 
@@ -182,10 +188,39 @@ TEST_F(ModalityTest, DialogOfAModelessDialog) {
     EXPECT_EQ(Picture(), "B+* doc1 owned modeless doc2");
     Release(fB);
     EXPECT_EQ(Picture(), "doc1+* owned+ modeless doc2+");
+    BringToFront(fA);
     Release(fA);
-    EXPECT_EQ(Picture(), "doc1+* modeless+ doc2+");
+    EXPECT_EQ(Picture(), "modeless+* doc1+ doc2+");
     Release(fModeless);
   }});
+}
+
+// A client ends the dialog from whatever it is told while the dialog appears.
+TEST_F(ModalityTest, DialogsEndedWhileTheyAppear) {
+  RunSteps({[this] {
+    MakeDocuments();
+    const auto end = [this] { return fA.fRelease ? std::exchange(fA.fRelease, nullptr)() : kOK; };
+    for (IModalOwner* const owner : {static_cast<IModalOwner*>(nullptr), fDoc1.fOwner}) {
+      MakeNamed("A", Kind::kModal, fA, owner, {{"OnActivationChanged 1", end}});
+      EXPECT_EQ(Picture(), "doc2+* doc1+");
+      fDoc2.fHooks["OnActivationChanged 0"] = end;
+      MakeNamed("A", Kind::kModal, fA, owner);
+      fDoc2.fHooks.erase("OnActivationChanged 0");
+      EXPECT_EQ(Picture(), "doc2+* doc1+");
+      EXPECT_EQ(fEnded, (CallLog{"A", "A"}));
+      fEnded.clear();
+    }
+  }});
+}
+
+TEST_F(ModalityTest, QuittingClosesTheNewestDialogFirst) {
+  RunSteps({[this] {
+    MakeDocuments();
+    MakeNamed("A", Kind::kModal, fA);
+    MakeNamed("B", Kind::kModal, fB);
+  }});
+  EXPECT_EQ(fEnded, (CallLog{"B", "A", "doc2", "doc1"}));
+  EXPECT_EQ(fB.Count("OnRequestClose 1"), 1u);
 }
 
 // All windows come back from the task bar only if all are there.
