@@ -151,22 +151,6 @@ TEST_F(DocumentRunTest, MenuBarSetUpMayEndTheNextWindow) {
                            "OnCleanUp", "deleted"}));
 }
 
-TEST_F(DocumentRunTest, FailingMenuBarSetUpIsReported) {
-  CreateMorvane();
-  fHooks.fOnSetupMenuBar = [](IMenuBarState&) { return TError(100600); };
-  fHooks.fOnUnhandledError = [this](TError) {
-    Quit();
-    return kOK;
-  };
-  fHooks.fOnStartUp = [this] {
-    CreateDocument("document");
-    return kOK;
-  };
-  EXPECT_EQ(Run(), kOK);
-  EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnUnhandledError 100600", "document OnRequestClose 1",
-                           "document deleted", "OnCleanUp", "deleted"}));
-}
-
 TEST_F(DocumentRunTest, SettingsOfWhatIsOnTheScreenInvalidate) {
   CreateMorvane();
   fHooks.fOnStartUp = [this] {

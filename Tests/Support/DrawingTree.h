@@ -8,42 +8,9 @@
 #include "Component/Portable/MorvaneImplUtilsDrawing.h"
 #include "Component/Portable/ViewImpl.h"
 #include "Tests/Support/Drawing.h"
+#include "Tests/Support/FakeViewWindow.h"
 
 namespace NSMorvaneTest {
-
-// The window of such a tree: it takes note of nothing but what is invalidated.
-class TreeWindow : public IWindow, public IImplFocusTools, public IViewWindow {
- public:
-  virtual ~TreeWindow() = default;
-
-  TError IWindow_GetNativeWindow(TNativeWindow&) override { return kUnsupported; }
-  TError IWindow_GetOnDutyFocusView(IView*&) override { return kUnsupported; }
-  TError IWindow_GetConceptualFocusView(IView*&) override { return kUnsupported; }
-  TError IWindow_SetConceptualFocusView(IView*) override { return kUnsupported; }
-  TError IWindow_GetTabViews(IViewListReceiver&) override { return kUnsupported; }
-  TError IWindow_SetTabViews(IView* const*, std::uint32_t) override { return kUnsupported; }
-  TError IWindow_GetRootView(IView*&) override { return kUnsupported; }
-  TError IWindow_IsActive(TFlag&) override { return kUnsupported; }
-  TError IWindow_GetFrameRect(TRect&) override { return kUnsupported; }
-  TError IWindow_FrameRectToClientRect(const TRect&, TRect&) override { return kUnsupported; }
-  TError IWindow_ClientRectToFrameRect(const TRect&, TRect&) override { return kUnsupported; }
-  TError IWindow_GetGlobalAlpha(std::uint8_t&) override { return kUnsupported; }
-  TError IWindow_SetGlobalAlpha(std::uint8_t) override { return kUnsupported; }
-
-  CViewImpl* IImplFocusTools_GetOnDutyFocusView() override { return nullptr; }
-  CViewImpl* IImplFocusTools_GetConceptualFocusView() override { return nullptr; }
-  void IImplFocusTools_SetConceptualFocusView(CViewImpl*) override {}
-  void IImplFocusTools_GetTabViews(std::vector<CViewImpl*>& out) override { out.clear(); }
-  void IImplFocusTools_SetTabViews(std::vector<CViewImpl*>) override {}
-  boost::shared_ptr<void> IImplFocusTools_KeepAlive() override { return {}; }
-
-  void InvalidateRect(const TRect&) override {}
-  void InvalidateRegion(const CRegion&) override {}
-  void MarkToolRectsDirty() override {}
-  std::uint32_t AddTool(CViewImpl&, const TString&) override { return 1; }
-  void UpdateToolText(std::uint32_t, CViewImpl&, const TString&) override {}
-  void RemoveTool(std::uint32_t, CViewImpl&) override {}
-};
 
 // Counts, and does what a test wants of it.
 class DrawingBehavior : public CDefaultViewBehavior {
@@ -89,14 +56,10 @@ struct TDrawnView {
 // Whatever views are left at the end are released, the last made first.
 class DrawingTree {
  public:
-  explicit DrawingTree(const TRect& bounds) {
-    TViewImplPtr view(new CViewImpl(nullptr, &fWindow));
+  explicit DrawingTree(const TRect& bounds) : fWindow(bounds) {
     boost::shared_ptr<DrawingBehavior> behavior(new DrawingBehavior);
-    fRoot = {view.get(), behavior.get()};
-    view->SetClientsViewReference(view);
-    view->SetBehavior(behavior);
-    view->SetBounds(bounds);
-    fViews.push_back(view);
+    fRoot = {&fWindow.Root(), behavior.get()};
+    fRoot.fView->SetBehavior(behavior);
   }
   ~DrawingTree() {
     while (!fViews.empty()) {
@@ -136,7 +99,7 @@ class DrawingTree {
     DrawView(&fRunBehavior, bracket, *fRoot.fView, fRoot.fView->GetBounds(), tools, settings);
   }
 
-  TreeWindow fWindow;
+  FakeViewWindow fWindow;
   DrawingRunBehavior fRunBehavior;
   TDrawnView fRoot;
 

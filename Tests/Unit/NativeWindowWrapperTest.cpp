@@ -203,14 +203,6 @@ TEST_F(NativeWindowWrapperTest, SecondWrapperIsReportedAndTheWindowSurvivesBoth)
   EXPECT_EQ(77, SendMessageW(fWindow, kMessage, 0, 0));
 }
 
-TEST_F(NativeWindowWrapperTest, MessageOfAnUnknownWindowIsReportedAndServed) {
-  EXPECT_EQ(4, WindowProcCallback(fWindow, WM_GETTEXTLENGTH, 0, 0));
-  EXPECT_EQ((std::vector<std::string>{"it!=gNativeWindowWrapperMap.end()", "0!=wrapper", "false",
-                                      "wrapper->CheckInvariant()"}),
-            fOutput.fAssertions);
-  EXPECT_EQ(1, sHookCalls);
-}
-
 TEST_F(NativeWindowWrapperTest, WrapperOutlivingItsWindowOrItsListenersIsReported) {
   {
     CNativeWindowWrapper wrapper(fWindow);

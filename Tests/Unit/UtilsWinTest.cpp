@@ -277,17 +277,6 @@ TEST(UtilsWin, WaitingPaintsAreHandledAndNothingElse) {
   EXPECT_TRUE(PumpUntil([] { return others == 1; }));
 }
 
-TEST(UtilsWin, DefaultFontIsMadeOnce) {
-  const HFONT font = GetDefaultFont();
-  EXPECT_EQ(font, GetDefaultFont());
-  LOGFONTW stock = {}, ours = {};
-  ASSERT_NE(0, GetObjectW(GetStockObject(DEFAULT_GUI_FONT), sizeof(stock), &stock));
-  ASSERT_NE(0, GetObjectW(font, sizeof(ours), &ours));
-  const CWindowDC screen(nullptr);
-  EXPECT_EQ(MulDiv(stock.lfHeight, 96, GetDeviceCaps(screen.Get(), LOGPIXELSY)), ours.lfHeight);
-  EXPECT_STREQ(stock.lfFaceName, ours.lfFaceName);
-}
-
 TEST(UtilsWin, MonitorsAreListed) {
   RecordingDebugOutput output;
   TMonitorList monitors;

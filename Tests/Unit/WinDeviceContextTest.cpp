@@ -187,25 +187,6 @@ TEST(PaintContext, RegionIsWhatIsDirtyAndSeen) {
   EXPECT_EQ((TRectList{{30, 20, 50, 60}}), paint({{10, 20, 50, 60}}));
 }
 
-TEST(PaintContext, EndsThePaintingWhateverHappens) {
-  int paints = 0;
-  PaintedWindow window([&](HWND hwnd) {
-    ++paints;
-    try {
-      const CPaintContext context(hwnd, kNothing);
-      throw 1;
-    } catch (int) {
-    }
-  });
-  InvalidateRect(window, nullptr, FALSE);
-  UpdateWindow(window);
-  const int paintsBefore = paints;
-  RECT rect;
-  EXPECT_FALSE(GetUpdateRect(window, &rect, FALSE));
-  UpdateWindow(window);
-  EXPECT_EQ(paintsBefore, paints);
-}
-
 // --- Surfaces
 
 TEST(OffscreenSurfacePool, GivesEachUserItsOwnOfTheRightSize) {
