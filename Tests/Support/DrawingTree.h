@@ -56,11 +56,7 @@ struct TDrawnView {
 // Whatever views are left at the end are released, the last made first.
 class DrawingTree {
  public:
-  explicit DrawingTree(const TRect& bounds) : fWindow(bounds) {
-    boost::shared_ptr<DrawingBehavior> behavior(new DrawingBehavior);
-    fRoot = {&fWindow.Root(), behavior.get()};
-    fRoot.fView->SetBehavior(behavior);
-  }
+  explicit DrawingTree(const TRect& bounds) : DrawingTree(bounds, new DrawingBehavior) {}
   ~DrawingTree() {
     while (!fViews.empty()) {
       if (const TViewImplPtr view = fViews.back().lock()) {
@@ -104,6 +100,9 @@ class DrawingTree {
   TDrawnView fRoot;
 
  private:
+  DrawingTree(const TRect& bounds, DrawingBehavior* rootBehavior)
+      : fWindow(bounds, rootBehavior), fRoot{&fWindow.Root(), rootBehavior} {}
+
   std::vector<boost::weak_ptr<CViewImpl>> fViews;
 };
 

@@ -38,10 +38,12 @@ inline TError SetModes(CViewImpl& view, TViewDrawMode drawMode, TAutoInvalidatio
 
 class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewWindow {
  public:
-  explicit FakeViewWindow(const TRect& rootRect = {0, 0, 400, 300}) {
+  // Takes over the behaviour of the root view; without one, it has a recording one.
+  explicit FakeViewWindow(const TRect& rootRect = {0, 0, 400, 300}, IViewBehavior* rootBehavior = nullptr) {
     const TViewImplPtr root(new CViewImpl(nullptr, this));
     root->SetClientsViewReference(root);
-    root->SetBehavior(boost::shared_ptr<IViewBehavior>(new RecordingViewBehavior("root", fSharedLog)));
+    if (!rootBehavior) rootBehavior = new RecordingViewBehavior("root", fSharedLog);
+    root->SetBehavior(boost::shared_ptr<IViewBehavior>(rootBehavior));
     root->SetBounds(rootRect);
     fRootView = root.get();
     Reset();
