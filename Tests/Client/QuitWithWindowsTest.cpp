@@ -100,29 +100,6 @@ TEST_F(DocumentRunTest, FailedStartUpDestroysTheWindows) {
 
 // --- Menu bars and debug settings
 
-TEST_F(DocumentRunTest, MenuBarOfEachVisibleWindowIsSetUpOnce) {
-  CreateMorvane();
-  int setUps = 0;
-  fHooks.fOnSetupMenuBar = [&](IMenuBarState&) {
-    ++setUps;
-    return kOK;
-  };
-  fHooks.fOnStartUp = [&] {
-    CreateDocument("first");
-    CreateDocument("second");
-    ShowWindow(HwndOf(*CreateDocument("hidden")), SW_HIDE);
-    LetMessagesPass();
-    setUps = 0;
-    for (int i = 0; i < 5; ++i) EXPECT_EQ(fMorvane->IMorvane_RequestMenuBarsSetup(), kOK);
-    EXPECT_EQ(setUps, 0);
-    EXPECT_EQ(fMorvane->IMorvane_Yield(), kOK);
-    EXPECT_EQ(setUps, 2);
-    EXPECT_EQ(fOutput.CountLines("Collapsed 5 rebuild menubar requests..."), 1u);
-    return TError(100999);
-  };
-  ExpectRunFails(100999u);
-}
-
 // A window that the set-up of another one has ended is passed over.
 TEST_F(DocumentRunTest, MenuBarSetUpMayEndTheNextWindow) {
   CreateMorvane();

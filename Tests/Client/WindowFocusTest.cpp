@@ -147,35 +147,6 @@ TEST_F(WindowFocusTest, AViewThatIsReleasedWhileItGetsTheFocus) {
   });
 }
 
-// The run behaviour first, then the window, then the views of the focus chain, the focus view last.
-TEST_F(WindowFocusTest, TheMenuBarIsFilledFromTheOutsideIn) {
-  CallLog log;
-  const auto logs = [&](const std::string& name) {
-    return [&log, name] {
-      log.push_back(name);
-      return kOK;
-    };
-  };
-  fHooks.fOnSetupMenuBar = [&](IMenuBarState&) { return logs("application")(); };
-  fRecord.fHooks["OnSetupMenuBar"] = logs("window");
-  for (ViewRecord* record : {&fOuterRecord, &fInnerRecord, &fLeafRecord, &fOtherRecord})
-    record->fHooks["OnSetupMenuBar"] = logs(record->fName);
-  RunWithViews({[&] {
-                  SetFocusView(fLeaf);
-                  log.clear();
-                  EXPECT_EQ(fMorvane->IMorvane_RequestMenuBarsSetup(), kOK);
-                },
-                [&] {
-                  EXPECT_EQ(log, (CallLog{"application", "window", "outer", "inner", "leaf"}));
-                  log.clear();
-                  SetFocusView(fOther);
-                },
-                // It follows the focus.
-                [&] {
-                  EXPECT_EQ(log, (CallLog{"application", "window", "other"}));
-                }});
-}
-
 // The window ends while its views are being told, and while it is working for the client.
 TEST_F(WindowFocusTest, AWindowReleasedInsideItsViewsCallbacks) {
   struct Scenario {

@@ -1,4 +1,4 @@
-// The kinds of windows beside document windows, as a client sees them: what they are natively, their states,
+// The kinds of windows, as a client sees them: what they are natively, their states,
 // how they begin and end, blocking dialogs, window lists.
 #include "Support/WindowKinds.h"
 
@@ -15,6 +15,10 @@ TEST_F(WindowKindsTest, StyleBitsBecomeNativeStyles) {
     bool fCanClose;
     bool fHasGrip;
   } kCases[] = {
+      {Kind::kDocument, 0, L"SkerryDocumentWindow", 0x02CA0000, 0x10, true, false},
+      {Kind::kDocument, kSizing, L"SkerryDocumentWindow", 0x02CE0000, 0x10, true, false},
+      {Kind::kDocument, kZoom | kWindowStyleBit22, L"SkerryDocumentWindow", 0x02CB0000, 0x10, true, false},
+      {Kind::kDocument, kSizing | kWindowStyleBit23, L"SkerryDocumentWindow", 0x02CE0000, 0x10, true, true},
       {Kind::kModeless, 0, L"SkerryModelessDialog", 0x82C80000, 0, false, false},
       {Kind::kModeless, kSizing, L"SkerryModelessDialog", 0x82CC0000, 0, false, false},
       {Kind::kModeless, kZoom | kWindowStyleBit23, L"SkerryModelessDialog", 0x82C90000, 0, true, false},

@@ -102,34 +102,6 @@ TEST_F(WindowTest, ANewWindow) {
   EXPECT_EQ(fRecord.fLog.back(), "deleted");
 }
 
-TEST_F(WindowTest, StyleBitsBecomeNativeStyles) {
-  const struct {
-    TStyleFlags fFlags;
-    DWORD fStyle;  // of what a document window always has and what the bits add
-    bool fHasGrip;
-  } kCases[] = {
-      {0, WS_BORDER | WS_MINIMIZEBOX, false},
-      {kWindowResizableBit, WS_THICKFRAME | WS_MINIMIZEBOX, false},
-      {kWindowZoomableBit, WS_BORDER | WS_MINIMIZEBOX | WS_MAXIMIZEBOX, false},
-      {kWindowResizableBit | kWindowZoomableBit, WS_THICKFRAME | WS_MINIMIZEBOX | WS_MAXIMIZEBOX, false},
-      {kWindowStyleBit22, WS_BORDER | WS_MINIMIZEBOX, false},
-      {kWindowResizableBit | kWindowStyleBit23, WS_THICKFRAME | WS_MINIMIZEBOX, true},
-  };
-  RunWithWindow(kPlain, [&] {
-    for (const auto& c : kCases) {
-      WindowRecord record;
-      Create(c.fFlags, record);
-      const DWORD style = static_cast<DWORD>(GetWindowLongW(record.fHwnd, GWL_STYLE));
-      EXPECT_EQ(style & ~(WS_VISIBLE | WS_CLIPSIBLINGS), WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN | c.fStyle)
-          << std::hex << c.fFlags;
-      EXPECT_EQ(FindWindowExW(record.fHwnd, nullptr, L"SCROLLBAR", nullptr) != nullptr, c.fHasGrip);
-      EXPECT_EQ(record.fWindow->IDocumentWindow_Release(), kOK);
-      EXPECT_FALSE(IsWindow(record.fHwnd));
-      EXPECT_TRUE(record.fIsDeleted);
-    }
-  });
-}
-
 TEST_F(WindowTest, WhatItIsToldBeforeItIsShownIsHowItAppears) {
   fRecord.fHooks["factory"] = [this] {
     EXPECT_FALSE(IsWindowVisible(Hwnd()));

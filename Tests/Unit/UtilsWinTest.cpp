@@ -112,21 +112,17 @@ TEST(UtilsWin, ShownMeansVisibleAndNotHiddenByTheLibrary) {
 TEST(UtilsWin, PlacementIsReadAndWritten) {
   RecordingDebugOutput output;
   NativeTestWindow window(kShown);
-  ShowWindow(window, SW_MINIMIZE);
-  EXPECT_TRUE(IsWindowMinimized(window));
-  EXPECT_FALSE(IsWindowMaximized(window));
-  ShowWindow(window, SW_MAXIMIZE);
-  EXPECT_TRUE(IsWindowMaximized(window));
-  EXPECT_FALSE(IsWindowMinimized(window));
-
+  for (const int command : {SW_MINIMIZE, SW_MAXIMIZE}) {
+    ShowWindow(window, command);
+    EXPECT_EQ(command == SW_MINIMIZE, IsWindowMinimized(window));
+    EXPECT_EQ(command == SW_MAXIMIZE, IsWindowMaximized(window));
+  }
   WINDOWPLACEMENT placement = GetPlacement(window);
-  EXPECT_EQ(sizeof(WINDOWPLACEMENT), placement.length);
   placement.showCmd = SW_SHOWNORMAL;
   placement.rcNormalPosition = RECT{200, 150, 650, 500};
   SetPlacement(window, placement);
   EXPECT_EQ((TRect{200, 150, 650, 500}), FromNative(GetPlacement(window).rcNormalPosition));
   EXPECT_TRUE(output.fAssertions.empty());
-
   placement.length = 0;
   placement.rcNormalPosition = RECT{200, 150, 200, 150};
   try {
@@ -137,7 +133,6 @@ TEST(UtilsWin, PlacementIsReadAndWritten) {
                                       "wp.rcNormalPosition.left < wp.rcNormalPosition.right",
                                       "wp.rcNormalPosition.top < wp.rcNormalPosition.bottom"}),
             output.fAssertions);
-
   const HWND gone = window;
   window.Destroy();
   EXPECT_THROW(GetPlacement(gone), std::exception);

@@ -181,38 +181,3 @@ TEST(WinWindowMessages, ControlsHaveListenersOfTheirOwn) {
     window.RemoveControlListener(control);
   });
 }
-
-TEST(WinWindowMessages, KeyMessages) {
-  const auto make = [](UINT message, WPARAM wParam, LPARAM lParam) {
-    return MakeKeyMessage(reinterpret_cast<HWND>(7), message, wParam, lParam);
-  };
-  for (const UINT message : {UINT{WM_CHAR}, UINT{WM_DEADCHAR}, UINT{WM_MOUSEMOVE}, UINT{WM_UNICHAR}})
-    EXPECT_FALSE(make(message, 'A', 0)) << message;
-  EXPECT_FALSE(make(WM_KEYDOWN, 255, 0));
-  const struct {
-    UINT fMessage;
-    WPARAM fWParam;
-    LPARAM fLParam;
-    int fKey;
-    int fScanCode;
-    bool fIsRepeat;
-    bool fIsExtended;
-  } rows[] = {
-      {WM_KEYDOWN, 'A', 0x001E0001, 'A', 0x1E, false, false},
-      {WM_KEYDOWN, 'A', 0x401E0001, 'A', 0x1E, true, false},
-      {WM_KEYDOWN, 0x1241, 0x011E0001, 'A', 0x1E, false, true},
-      {WM_SYSKEYDOWN, VK_F10, 0x40440001, VK_F10, 0x44, true, false},
-      {WM_KEYUP, VK_RIGHT, static_cast<LPARAM>(0xC14D0001), VK_RIGHT, 0x4D, false, true},
-      {WM_SYSKEYUP, VK_MENU, static_cast<LPARAM>(0xC0380001), VK_MENU, 0x38, false, false},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.fMessage);
-    const auto key = make(row.fMessage, row.fWParam, row.fLParam);
-    ASSERT_TRUE(key);
-    EXPECT_EQ(key->fHwnd, reinterpret_cast<HWND>(7));
-    EXPECT_EQ(key->fVirtualKey, row.fKey);
-    EXPECT_EQ(key->fScanCode, row.fScanCode);
-    EXPECT_EQ(key->fIsRepeat, row.fIsRepeat);
-    EXPECT_EQ(key->fIsExtended, row.fIsExtended);
-  }
-}

@@ -290,17 +290,6 @@ TEST_F(WinWindowTest, TheClassIsForTheLibraryAlone) {
   });
 }
 
-TEST_F(WinWindowTest, SizeGrip) {
-  InRun([this] {
-    TTestWindowPtr window = Make(kWindowKindModelessDialog, nullptr, kPopupStyle | WS_THICKFRAME, true);
-    ASSERT_NE(window->fSizeGripHwnd, nullptr);
-    EXPECT_EQ(GetParent(window->fSizeGripHwnd), window->GetHwnd());
-    EXPECT_EQ(static_cast<DWORD>(GetWindowLongW(window->fSizeGripHwnd, GWL_STYLE)), 0x56000014u);
-    EXPECT_EQ(static_cast<DWORD>(GetWindowLongW(window->fSizeGripHwnd, GWL_EXSTYLE)), WS_EX_NOPARENTNOTIFY);
-    Release(window);
-  });
-}
-
 // --- Owners
 
 TEST_F(WinWindowTest, NativeOwners) {
@@ -502,18 +491,6 @@ TEST_F(WinWindowTest, ContradictingStatesAreReported) {
                      "(0==state.fMaximumClientSize.fWidth)",
                      "!(state.fPlacement.fMinimized && state.fPlacement.fMaximized)",
                      "newWindowPlacement.fZoomState==kWindowStateUser"}));
-    Release(window);
-  });
-}
-
-TEST_F(WinWindowTest, LongTitlesAreReadBackCut) {
-  InRun([this] {
-    TTestWindowPtr window = Make(kWindowKindModelessDialog);
-    TWindowStateRecord state = window->GetWindowState();
-    state.fTitle = TString(kTitleChars + 10, u'x');
-    window->SetWindowState(state);
-    EXPECT_EQ(window->GetWindowState().fTitle, TString(kTitleChars, u'x'));
-    EXPECT_EQ(window->GetNativeTitle().size(), kTitleChars + 10);
     Release(window);
   });
 }
