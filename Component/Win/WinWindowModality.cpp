@@ -65,6 +65,7 @@ void BringAppToFrontAndRestoreZOrder(const std::vector<HWND>& nativeWindows, boo
   // From the bottom to the top, each to the top.
   for (auto it = nativeWindows.rbegin(); it != nativeWindows.rend(); ++it) {
     const HWND hWnd = *it;
+    if (!IsWindow(hWnd)) continue;  // a client has ended it, in a restore or before
     MORVANE_ASSERT(!IsWindowHidden(hWnd));
     if (Contains(restoreList, hWnd)) {
       ShowWindow(hWnd, SW_RESTORE);
@@ -75,7 +76,7 @@ void BringAppToFrontAndRestoreZOrder(const std::vector<HWND>& nativeWindows, boo
   }
   if (activateFrontModal) {
     const auto front = std::find_if(nativeWindows.begin(), nativeWindows.end(), [](HWND hWnd) {
-      return !IsWindowHidden(hWnd) && !IsWindowMinimized(hWnd);
+      return IsWindow(hWnd) && !IsWindowHidden(hWnd) && !IsWindowMinimized(hWnd);
     });
     if (front != nativeWindows.end()) {
       EnableWindow(*front, TRUE);

@@ -241,6 +241,19 @@ TEST_F(ModalityTest, AMinimizedApplication) {
     EXPECT_STREQ(openAndEnd(), "one");
     ShowWindow(fDoc2.fHwnd, SW_MINIMIZE);
     EXPECT_STREQ(openAndEnd(), "none");
+    // One that is ended because another one comes back is passed over.
+    ShowWindow(fDoc1.fHwnd, SW_MINIMIZE);
+    ShowWindow(fDoc2.fHwnd, SW_MINIMIZE);
+    for (KindRecord* const doc : {&fDoc1, &fDoc2}) {
+      KindRecord* const other = doc == &fDoc1 ? &fDoc2 : &fDoc1;
+      doc->fHooks["OnPlacementChanged"] = [=] {
+        return IsIconic(doc->fHwnd) || !IsWindow(other->fHwnd) ? kOK : other->fRelease();
+      };
+    }
+    MakeNamed("A", Kind::kModal, fA);
+    EXPECT_EQ(fEnded.size(), 3u);
+    EXPECT_EQ(GetActiveWindow(), fA.fHwnd);
+    Release(fA);
   }});
 }
 

@@ -44,6 +44,10 @@ struct KindRecord {
       ThrowIfFailed(RunHook(fRecord.fHooks, "factory"));                                        \
     }                                                                                           \
     ~Kind##Recorder() override { fRecord.Call("deleted"); }                                     \
+    TError I##Kind##Behavior_OnPlacementChanged(const T##Kind##Placement&,                      \
+                                                const T##Kind##Placement&) override {           \
+      return fRecord.Call("OnPlacementChanged");                                                \
+    }                                                                                           \
     TError I##Kind##Behavior_OnActivationChanged(TFlag active) override {                       \
       return fRecord.Call("OnActivationChanged " + std::to_string(active));                     \
     }                                                                                           \
