@@ -1,10 +1,16 @@
 #include "SketchApplication.h"
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
+#include "SketchCommands.h"
+#include "SketchDialogs.h"
 #include "SketchFiles.h"
 #include "SketchMessageWindow.h"
+#include "SketchPalette.h"
+#include "SketchPropertiesDialog.h"
+#include "SketchTheme.h"
 #include "SketchWindow.h"
 
 namespace NSSketch {
@@ -13,36 +19,169 @@ using namespace NSMorvane;
 
 namespace {
 
-constexpr TStyleFlags kWindowStyle = kWindowResizableBit | kWindowZoomableBit;
+constexpr TStyleFlags kDocumentStyle = kWindowResizableBit | kWindowZoomableBit;
+constexpr std::uint32_t kMessagePaletteAbove = 1;
 
 }  // namespace
 
+CSketchApplication::CSketchApplication(IMorvane& morvane) : CDefaultApplication(morvane) {
+  fStyle.fKind = TShapeKind::kRectangle;
+  fStyle.fWidth = 3;
+  fStyle.fFill = 0x7FB2F0;
+  fStyle.fSize = 24;
+}
+
 TError CSketchApplication::IMorvaneRunBehavior_OnNoDocument(TNoDocumentKind) {
-  return Guarded([&] { return OpenUntitled(); });
+  return Guarded([&] {
+    OpenUntitled();
+    return TError{kOK};
+  });
 }
 
 TError CSketchApplication::IMorvaneRunBehavior_OnOpenURL(const char* url) {
-  return Guarded([&] { return OpenFile(PathFromURL(url)); });
+  return Guarded([&] {
+    OpenFile(PathFromURL(url));
+    return TError{kOK};
+  });
 }
 
-TError CSketchApplication::OpenUntitled() {
+TError CSketchApplication::IMorvaneRunBehavior_OnAppMessage(std::uint32_t message, std::uint32_t) {
+  if (message == kMessagePaletteAbove && fPalette) fPalette->StayAbove();
+  return kOK;
+}
+
+// --- Documents
+
+void CSketchApplication::OpenUntitled() {
   ++fUntitledCount;
   std::u16string name = u"Untitled";
   if (fUntitledCount > 1) name += u" " + AsciiText(std::to_string(fUntitledCount));
-  return CreateDocumentWindow<CSketchWindow>(fMorvane, kWindowStyle, fMorvane, *this,
-                                             std::make_unique<CSketchDocument>(), std::u16string(), name);
+  ThrowIfFailed(CreateDocumentWindow<CSketchWindow>(fMorvane, kDocumentStyle, fMorvane, *this,
+                                                    std::make_unique<CSketchDocument>(), std::u16string(),
+                                                    name));
+  if (std::exchange(fWantsPalette, false)) ShowPalette(true);
 }
 
-TError CSketchApplication::OpenFile(const std::u16string& path) {
-  for (CSketchWindow* const window : fWindows)
-    if (IsSamePath(window->Path(), path)) return window->Focus();
-
+void CSketchApplication::OpenFile(const std::u16string& path) {
+  for (CSketchWindow* const window : fWindows) {
+    if (!IsSamePath(window->Path(), path)) continue;
+    window->Focus();
+    return;
+  }
   auto document = std::make_unique<CSketchDocument>();
   std::u16string message;
-  if (!LoadSketch(path, *document, message))
-    return CreateDocumentWindow<CSketchMessageWindow>(fMorvane, kWindowStyle, fMorvane, path, message);
-  return CreateDocumentWindow<CSketchWindow>(fMorvane, kWindowStyle, fMorvane, *this, std::move(document),
-                                             path, NameOfPath(path));
+  if (!LoadSketch(path, *document, message)) {
+    ThrowIfFailed(
+        CreateDocumentWindow<CSketchMessageWindow>(fMorvane, kDocumentStyle, fMorvane, path, message));
+    return;
+  }
+  ThrowIfFailed(CreateDocumentWindow<CSketchWindow>(fMorvane, kDocumentStyle, fMorvane, *this,
+                                                    std::move(document), path, NameOfPath(path)));
+  if (std::exchange(fWantsPalette, false)) ShowPalette(true);
+}
+
+void CSketchApplication::AddWindow(CSketchWindow& window) {
+  fWindows.push_back(&window);
+  fFront = &window;
+}
+
+// The next document in front says so itself when it becomes active.
+void CSketchApplication::RemoveWindow(CSketchWindow& window) {
+  std::erase(fWindows, &window);
+  if (fFront != &window) return;
+  fFront = fWindows.empty() ? nullptr : fWindows.back();
+  if (fProperties) fProperties->Refresh();
+}
+
+void CSketchApplication::SetFront(CSketchWindow& window) {
+  // When the activation is through.
+  if (fPalette) ThrowIfFailed(fMorvane.IMorvane_PostAppMessage(kMessagePaletteAbove, 0));
+  if (fFront == &window) return;
+  fFront = &window;
+  if (fProperties) fProperties->Refresh();
+}
+
+void CSketchApplication::FocusFront() {
+  if (fFront) fFront->Focus();
+}
+
+void CSketchApplication::OnDocumentChanged(const CSketchWindow& window) {
+  if (fProperties && &window == fFront) fProperties->Refresh();
+}
+
+bool CSketchApplication::PerformShortcut(const TKeyEvent& event) {
+  const auto command = CommandOfKey(fMorvane, event);
+  if (!command || !fFront || !fFront->IsCommandEnabled(*command)) return false;
+  fFront->Perform(*command);
+  return true;
+}
+
+// --- What all documents share
+
+void CSketchApplication::ChooseTool(TSketchTool tool) {
+  fTool = tool;
+  for (CSketchWindow* const window : fWindows) window->OnToolChanged();
+  if (fPalette) fPalette->OnToolChanged();
+}
+
+// --- Other windows
+
+// The document stays the active one.
+void CSketchApplication::ShowPalette(bool shown) {
+  if (shown == IsPaletteShown()) return;
+  if (shown) {
+    CFloatingWindowFactory<CSketchPalette, IMorvane&, CSketchApplication&> factory(fMorvane, *this);
+    TError error = kOK;
+    fMorvane.IMorvane_CreateFloatingWindow(factory, kWindowStyleBit23, error);
+    ThrowIfFailed(error);
+    fPalette = factory.Made();
+    FocusFront();
+  } else {
+    fPalette->Close();
+  }
+  if (fFront) fFront->UpdateMenus();
+}
+
+void CSketchApplication::OnPaletteClosed() {
+  fPalette = nullptr;
+  if (fFront) fFront->UpdateMenus();
+}
+
+void CSketchApplication::ShowProperties() {
+  if (fProperties) {
+    fProperties->Focus();
+    return;
+  }
+  CModelessDialogFactory<CSketchPropertiesDialog, IMorvane&, CSketchApplication&> factory(fMorvane, *this);
+  TError error = kOK;
+  fMorvane.IMorvane_CreateModelessDialog(factory, kWindowStyleBit23, 0, error);
+  ThrowIfFailed(error);
+  fProperties = factory.Made();
+}
+
+void CSketchApplication::ShowAbout() {
+  ShowMessage({fMorvane, nullptr, MiddleOfScreen(fMorvane)},
+              {u"About Sketch",
+               u"Sketch 0.1",
+               {u"A vector drawing program.", u"The sample of a whole application of Morvane."},
+               {u"OK"}},
+              [](std::size_t) {});
+}
+
+TRect CSketchApplication::FrontFrame() const {
+  TRect frame = {0, 0, 800, 600};
+  if (fFront) ThrowIfFailed(fFront->Window().IWindow_GetFrameRect(frame));
+  return frame;
+}
+
+TPoint CSketchApplication::PlaceOfPalette(const TSize& size) const {
+  const TRect frame = FrontFrame();
+  return {frame.fLeft + 12 + size.fWidth / 2 + 4, frame.fTop + 76 + size.fHeight / 2};
+}
+
+TPoint CSketchApplication::PlaceOfProperties(const TSize& size) const {
+  const TRect frame = FrontFrame();
+  return {frame.fRight - kSidePanelWidth - size.fWidth / 2 - 24, frame.fTop + 90 + size.fHeight / 2};
 }
 
 }  // namespace NSSketch

@@ -1,4 +1,5 @@
-// The application: opens documents, knows their windows, quits with the last one.
+// The application: opens documents and knows their windows, and has what all of them share: the current tool,
+// how new shapes look, what was copied, the palette, and the dialog of properties.
 #pragma once
 
 #include <Morvane.h>
@@ -7,27 +8,66 @@
 #include <string>
 #include <vector>
 
+#include "SketchTools.h"
+
 namespace NSSketch {
 
+class CSketchPalette;
+class CSketchPropertiesDialog;
 class CSketchWindow;
 
 class CSketchApplication : public NSMorvane::CDefaultApplication {
  public:
-  using CDefaultApplication::CDefaultApplication;
+  explicit CSketchApplication(NSMorvane::IMorvane& morvane);
 
   NSMorvane::TError IMorvaneRunBehavior_OnNoDocument(NSMorvane::TNoDocumentKind kind) override;
   NSMorvane::TError IMorvaneRunBehavior_OnOpenURL(const char* url) override;
+  NSMorvane::TError IMorvaneRunBehavior_OnAppMessage(std::uint32_t message, std::uint32_t) override;
 
-  // Called by each window with a document, when it comes and when it goes.
-  void AddWindow(CSketchWindow& window) { fWindows.push_back(&window); }
-  void RemoveWindow(CSketchWindow& window) { std::erase(fWindows, &window); }
+  // --- Documents. Everything that does something throws XFailed.
+  void OpenUntitled();
+  void OpenFile(const std::u16string& path);
+  // Called by each window with a document, when it comes and when it goes, and when it becomes active.
+  void AddWindow(CSketchWindow& window);
+  void RemoveWindow(CSketchWindow& window);
+  void SetFront(CSketchWindow& window);
+  // The document that palette and properties are about; null if there is none.
+  CSketchWindow* Front() const { return fFront; }
+  void FocusFront();
+  // A document, a selection or the style of new shapes has changed.
+  void OnDocumentChanged(const CSketchWindow& window);
+  // Carries out the command of the front document whose shortcut a key is. False if it is none.
+  bool PerformShortcut(const NSMorvane::TKeyEvent& event);
+
+  // --- What all documents share
+  TSketchTool Tool() const { return fTool; }
+  void ChooseTool(TSketchTool tool);
+  TShape& Style() { return fStyle; }
+  std::vector<TShape>& Copied() { return fCopied; }
+
+  // --- Other windows
+  bool IsPaletteShown() const { return fPalette != nullptr; }
+  void ShowPalette(bool shown);
+  void OnPaletteClosed();
+  void ShowProperties();
+  void OnPropertiesClosed() { fProperties = nullptr; }
+  void ShowAbout();
+  // The middle of where they are to appear: inside the document in front, at its left and right.
+  NSMorvane::TPoint PlaceOfPalette(const NSMorvane::TSize& size) const;
+  NSMorvane::TPoint PlaceOfProperties(const NSMorvane::TSize& size) const;
 
  private:
-  NSMorvane::TError OpenUntitled();
-  NSMorvane::TError OpenFile(const std::u16string& path);
+  NSMorvane::TRect FrontFrame() const;
 
   std::vector<CSketchWindow*> fWindows;
+  CSketchWindow* fFront = nullptr;
   std::uint32_t fUntitledCount = 0;  // so far
+  TSketchTool fTool = TSketchTool::kSelect;
+  TShape fStyle;
+  std::vector<TShape> fCopied;
+  CSketchPalette* fPalette = nullptr;              // its window's
+  CSketchPropertiesDialog* fProperties = nullptr;  // its window's
+  bool fWantsPalette = true;                       // it comes with the first document
 };
 
 }  // namespace NSSketch

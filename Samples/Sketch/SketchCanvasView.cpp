@@ -1,10 +1,10 @@
 #include "SketchCanvasView.h"
 
-#include <algorithm>
+#include <windows.h>
 
-#include "SketchPainter.h"
-#include "SketchSmoothing.h"
-#include "SketchTheme.h"
+#include "SketchCanvas.h"
+#include "SketchCursors.h"
+#include "SketchDrag.h"
 
 namespace NSSketch {
 
@@ -12,60 +12,262 @@ using namespace NSMorvane;
 
 namespace {
 
-// The sheet is in the middle of its desk.
-TRect SheetRect(const TRect& desk, const CSketchDocument& document) {
-  const TSketchSize size = document.CanvasSize();
-  const std::int32_t left = desk.fLeft + (WidthOf(desk) - size.fWidth) / 2;
-  const std::int32_t top = desk.fTop + (HeightOf(desk) - size.fHeight) / 2;
-  return {left, top, left + size.fWidth, top + size.fHeight};
-}
+constexpr std::int32_t kPixelsPerNotch = 60;
+constexpr std::int32_t kScrollByKey = 40;
+
+bool Has(const TModifierKeys& modifiers, std::uint32_t bit) { return (modifiers.fKeys & bit) != 0; }
 
 }  // namespace
 
-TError CSketchDeskView::IViewBehavior_Draw(IDrawTools& tools) {
-  const TRect desk = RectOf(fView);
-  const RECT sheet = NativeRect(SheetRect(desk, fDocument));
-  const COpenPort port(tools);
-  FillArea(port, NativeRect(desk), kDeskColor);
-  FillArea(port, {sheet.left + 2, sheet.top + 2, sheet.right + 3, sheet.bottom + 3}, kSheetShadowColor);
-  FrameArea(port, {sheet.left - 1, sheet.top - 1, sheet.right + 1, sheet.bottom + 1}, kSheetEdgeColor);
-  return kOK;
+CSketchCanvasView::~CSketchCanvasView() {
+  if (!fDrag) return;
+  fDrag->Forget();
+  fCanvas.Morvane().IMorvane_ReleaseMouseCapture();
 }
 
-TError CSketchShapesView::IViewBehavior_Draw(IDrawTools& tools) {
+// --- Mouse
+
+TError CSketchCanvasView::IViewBehavior_HandleClick(const TMouseEvent& event, TFlag& outHandled) {
+  outHandled = 0;
+  const bool isContext = event.fType == kMouseEventContextClick;
+  const bool isPress = event.fType == kMouseEventClick || event.fType == kMouseEventDoubleClick;
+  if (!isContext && !isPress) return kOK;
+  outHandled = 1;
   return Guarded([&] {
-    const TRect sheet = RectOf(fView);
-    const COpenPort port(tools);
-    RECT dirty;
-    if (::GetClipBox(port, &dirty) == NULLREGION) return TError{kOK};
-    DrawSmoothly(port, dirty, [&](HDC hdc, const RECT& band) {
-      const TSketchPlacement placement = {kSmoothFactor,
-                                          static_cast<double>(kSmoothFactor * (sheet.fLeft - band.left)),
-                                          static_cast<double>(kSmoothFactor * (sheet.fTop - band.top))};
-      CSketchPainter(hdc, placement).PaintShapes(fDocument);
-    });
+    if (isContext) {
+      fCanvas.Owner().ShowContextMenu(event.fPosition, !fCanvas.Editor().Selection().empty());
+    } else if (event.fButtons == 2) {
+      PressRight(event);
+    } else if (!PressOnText(event)) {
+      fCanvas.FinishText(true);
+      Press(event);
+    }
     return TError{kOK};
   });
 }
 
-void CSketchCanvas::Create(IMorvane& morvane, IView& superView) {
-  ThrowIfFailed(fCanvasView.Create(morvane, superView, "Canvas",
-                                   ViewParams(kViewDrawPermanent32, kAutoInvalidationDifferenceTopLeft)));
-  ThrowIfFailed(fDeskView.Create(morvane, *fCanvasView.View(), "Desk", ViewParams(), fDocument));
-  ThrowIfFailed(fGridView.Create(morvane, *fDeskView.View(), "Grid", ViewParams(), fDocument));
-  ThrowIfFailed(fShapesView.Create(morvane, *fDeskView.View(), "Shapes", ViewParams(), fDocument));
+void CSketchCanvasView::Press(const TMouseEvent& event) {
+  if (fDrag) return;
+  const TSketchPointer pointer = fCanvas.Pointer(event.fPosition, event.fModifiers);
+  if (!fCanvas.Tool().Press(pointer, event.fType == kMouseEventDoubleClick)) return;
+  if (fCanvas.Tool().HasGrabbed() && IsClick(event)) {
+    fCanvas.Tool().Release(pointer);
+    return;
+  }
+  auto drag = std::make_unique<CSketchDrag>(*this, event.fPosition);
+  fDrag = drag.get();
+  const TError error = fCanvas.Morvane().IMorvane_AllocateMouseCapture(&fCanvas.Window(), drag.get());
+  if (error == kOK) static_cast<void>(drag.release());
+  ThrowIfFailed(error);
 }
 
-void CSketchCanvas::SetArea(const TRect& area) {
-  const TSketchSize size = fDocument.CanvasSize();
-  const std::int32_t deskWidth = std::max(WidthOf(area), size.fWidth + 2 * kDeskMargin);
-  const std::int32_t deskHeight = std::max(HeightOf(area), size.fHeight + 2 * kDeskMargin);
-  const TRect desk = {area.fLeft, area.fTop, area.fLeft + deskWidth, area.fTop + deskHeight};
-  const TRect sheet = SheetRect(desk, fDocument);
-  ThrowIfFailed(SetRect(*fCanvasView.View(), area));
-  ThrowIfFailed(SetRect(*fDeskView.View(), desk));
-  ThrowIfFailed(SetRect(*fGridView.View(), sheet));
-  ThrowIfFailed(SetRect(*fShapesView.View(), sheet));
+// Whether the button went up again without a move. What the press has selected is shown before the wait.
+bool CSketchCanvasView::IsClick(const TMouseEvent& event) {
+  TNativeWindow window = {nullptr};
+  ThrowIfFailed(fCanvas.Window().IWindow_GetNativeWindow(window));
+  ::UpdateWindow(window.fHwnd);
+  TClickDragResult result = kClickDragNotApplicable;
+  ThrowIfFailed(fCanvas.Morvane().IMorvane_CheckForClickDragOperation(fCanvas.Window(), event, result));
+  return result == kClickDragReleased;
+}
+
+// A click into the text that is being edited places the caret.
+bool CSketchCanvasView::PressOnText(const TMouseEvent& event) {
+  CSketchTextEditing& editing = fCanvas.TextEditing();
+  if (!editing.IsActive()) return false;
+  const TShape& shape = fCanvas.Editor().Shape(editing.Index());
+  const TSketchPointer pointer = fCanvas.Pointer(event.fPosition, event.fModifiers);
+  if (!HitsShape(shape, pointer.fPosition, pointer.fSlack, fCanvas.Editor().Measure())) return false;
+  editing.Click(pointer.fPosition.fX - shape.fPoints[0].fX, pointer.fShift);
+  fCanvas.InvalidateArea(BoundsOf(shape));
+  return true;
+}
+
+// The right button selects what the menu, which comes when it goes up, is about.
+void CSketchCanvasView::PressRight(const TMouseEvent& event) {
+  if (fDrag) return;
+  fCanvas.FinishText(true);
+  fCanvas.Tool().Cancel();
+  CSketchEditor& editor = fCanvas.Editor();
+  const TSketchPointer pointer = fCanvas.Pointer(event.fPosition, event.fModifiers);
+  const auto shape = ShapeAt(editor.Document(), pointer.fPosition, pointer.fSlack, editor.Measure());
+  if (!shape)
+    editor.Select({});
+  else if (!editor.IsSelected(*shape))
+    editor.Select({*shape});
+}
+
+TError CSketchCanvasView::IViewBehavior_OnMouseTracking(const TMouseTracking& event, TMousePhase phase,
+                                                        TFlag& outHandled) {
+  outHandled = phase == kMousePhaseNormal ? 1 : 0;
+  if (outHandled == 0) return kOK;
+  return Guarded([&] {
+    const TSketchPointer pointer = fCanvas.Pointer(event.fState.fPosition, event.fState.fModifiers);
+    fCanvas.Tool().Hover(pointer);
+    fCanvas.Owner().OnPointerMoved(pointer.fPosition);
+    return TError{kOK};
+  });
+}
+
+TError CSketchCanvasView::IViewBehavior_OnMouseEnterExit(TFlag entered) {
+  if (entered == 0) fCanvas.Owner().OnPointerMoved(std::nullopt);
+  return kOK;
+}
+
+TSketchCursor CSketchCanvasView::CursorAt(const TMouseShapeRequest& request) const {
+  const TSketchPointer pointer = fCanvas.Pointer(request.fPosition, request.fModifiers);
+  const CSketchTextEditing& editing = fCanvas.TextEditing();
+  if (editing.IsActive() && HitsShape(fCanvas.Editor().Shape(editing.Index()), pointer.fPosition,
+                                      pointer.fSlack, fCanvas.Editor().Measure()))
+    return TSketchCursor::kText;
+  return fCanvas.Tool().CursorAt(pointer);
+}
+
+IMouseShape* CSketchCanvasView::IViewBehavior_GetMouseShape(const TMouseShapeRequest& request,
+                                                            TMousePhase phase, TFlag& outHandled,
+                                                            TError& outError) {
+  outError = kOK;
+  outHandled = phase == kMousePhaseNormal ? 1 : 0;
+  if (outHandled == 0) return nullptr;
+  return MakeMouseShape(fCanvas.Morvane(), CursorAt(request), outError);
+}
+
+// The wheel scrolls, with Shift sideways; with Control it zooms around the mouse.
+TError CSketchCanvasView::IViewBehavior_OnMouseWheel(const TMouseWheelEvent& event, TFlag& outHandled) {
+  outHandled = 1;
+  return Guarded([&] {
+    const std::int32_t distance = event.fDeltaNotches * kPixelsPerNotch;
+    if (Has(event.fModifiers, kModifierControl)) {
+      for (std::int32_t i = 0; i < std::abs(event.fDeltaNotches); ++i)
+        fCanvas.ZoomTo(fCanvas.Viewport().NextZoom(event.fDeltaNotches > 0), event.fPosition);
+    } else if (Has(event.fModifiers, kModifierShift)) {
+      fCanvas.Scroll({distance, 0});
+    } else {
+      fCanvas.Scroll({0, distance});
+    }
+    return TError{kOK};
+  });
+}
+
+// --- Keys
+
+TError CSketchCanvasView::IViewBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) {
+  outHandled = 0;
+  return Guarded([&] {
+    outHandled = Key(MeaningOf(fCanvas.Morvane(), event), event) ? 1 : 0;
+    return TError{kOK};
+  });
+}
+
+bool CSketchCanvasView::Key(const TSketchKey& key, const TKeyEvent& event) {
+  if (key.fCharacter == kKeyEscape) return Escape();
+  if (key.fCharacter == kKeyReturn && key.IsPlain()) return Return();
+  if (fCanvas.TextEditing().IsActive() && fCanvas.TextEditing().Key(key)) {
+    fCanvas.InvalidateArea(BoundsOf(fCanvas.Editor().Shape(fCanvas.TextEditing().Index())));
+    return true;
+  }
+  const TRect& area = fCanvas.Viewport().Area();
+  switch (key.fCharacter) {
+    case kKeyTab:
+      if (!key.IsPlain()) return false;
+      fCanvas.FinishText(true);
+      fCanvas.Editor().SelectNext(key.fShift);
+      fCanvas.Reveal(fCanvas.Editor().SelectionFrame());
+      return true;
+    case kKeyCharUp:
+    case kKeyCharDown:
+    case kKeyCharLeft:
+    case kKeyCharRight:
+      return !fCanvas.TextEditing().IsActive() && !key.fAlt && ArrowKey(key);
+    case kKeyCharPageUp:
+    case kKeyCharPageDown:
+      fCanvas.Scroll({0, key.fCharacter == kKeyCharPageUp ? HeightOf(area) : -HeightOf(area)});
+      return true;
+    case kKeyCharF1 + 9:
+      if (key.fShift) ShowMenuByKey();
+      return key.fShift;
+    default:
+      if (event.fPhysicalKey.fVirtualKey != VK_APPS) return false;
+      ShowMenuByKey();
+      return true;
+  }
+}
+
+// Moves the selection, with Shift by ten; with Control its lower right corner. Without a selection, scrolls.
+bool CSketchCanvasView::ArrowKey(const TSketchKey& key) {
+  CSketchEditor& editor = fCanvas.Editor();
+  const std::int32_t step = key.fShift ? 10 : 1;
+  TSketchPoint move;
+  if (key.fCharacter == kKeyCharUp || key.fCharacter == kKeyCharDown)
+    move.fY = key.fCharacter == kKeyCharUp ? -step : step;
+  else
+    move.fX = key.fCharacter == kKeyCharLeft ? -step : step;
+  if (editor.Selection().empty())
+    return fCanvas.Scroll({-move.fX * kScrollByKey, -move.fY * kScrollByKey}) || true;
+  if (key.fControl) {
+    editor.ChangeSelected("Resize", true, [&](TShape& shape) {
+      TSketchRect frame = FrameOf(shape, editor.Measure());
+      frame.fRight = std::max(frame.fRight + move.fX, frame.fLeft);
+      frame.fBottom = std::max(frame.fBottom + move.fY, frame.fTop);
+      shape = WithFrame(shape, frame, editor.Measure());
+    });
+  } else {
+    editor.MoveSelected(move);
+  }
+  fCanvas.Reveal(editor.SelectionFrame());
+  fCanvas.Morvane().IMorvane_RequestMouseShapeArbitration();
+  return true;
+}
+
+// One thing after the other: what is being done, the tool, the selection.
+bool CSketchCanvasView::Escape() {
+  if (fCanvas.TextEditing().IsActive())
+    fCanvas.FinishText(false);
+  else if (fCanvas.Tool().Cancel())
+    ;
+  else if (fCanvas.ToolKind() != TSketchTool::kSelect)
+    fCanvas.Owner().ChooseTool(TSketchTool::kSelect);
+  else if (!fCanvas.Editor().Selection().empty())
+    fCanvas.Editor().Select({});
+  else
+    return false;
+  return true;
+}
+
+// Finishes what is being done. Otherwise: a tool makes its shape, a text is edited, another shape shows its
+// properties.
+bool CSketchCanvasView::Return() {
+  const CSketchEditor& editor = fCanvas.Editor();
+  if (fCanvas.TextEditing().IsActive())
+    fCanvas.FinishText(true);
+  else if (fCanvas.Tool().Finish())
+    ;
+  else if (fCanvas.ToolKind() != TSketchTool::kSelect)
+    fCanvas.MakeShape();
+  else if (editor.Selection().size() == 1 && editor.Shape(editor.Selection()[0]).fKind == TShapeKind::kText)
+    fCanvas.EditText(editor.Selection()[0]);
+  else if (!editor.Selection().empty())
+    fCanvas.Owner().ShowProperties();
+  else
+    return false;
+  return true;
+}
+
+void CSketchCanvasView::ShowMenuByKey() {
+  fCanvas.FinishText(true);
+  const bool onShape = !fCanvas.Editor().Selection().empty();
+  const TSketchRect frame = fCanvas.Editor().SelectionFrame();
+  fCanvas.Owner().ShowContextMenu(onShape
+                                      ? fCanvas.Viewport().ToWindow(TSketchPoint{frame.fRight, frame.fBottom})
+                                      : fCanvas.Viewport().Middle(),
+                                  onShape);
+}
+
+TError CSketchCanvasView::IViewBehavior_OnOnDutyFocusChanged(TFlag gained) {
+  return Guarded([&] {
+    fCanvas.SetOnDuty(gained == 1);
+    return TError{kOK};
+  });
 }
 
 }  // namespace NSSketch

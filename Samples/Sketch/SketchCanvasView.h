@@ -1,63 +1,55 @@
-// The canvas: the sheet with the document on a desk, in a buffer of its own, so that covering and uncovering
-// the window, or scrolling, draws nothing twice.
-//
-//   canvas    buffered; what can be seen
-//     desk      as large as what there is to see: desk, edge and shadow of the sheet. The canvas's only
-//     subview
-//       grid      the sheet and its grid
-//       shapes    the shapes
-//
-// Scrolling is an IView_Offset of the desk: it moves the pixels inside the canvas's buffer.
+// The input of the canvas: mouse, wheel, keys. What they mean to the document is the matter of the tool.
 #pragma once
 
 #include <Morvane.h>
 #include <MorvaneDefaults.h>
 
-#include "SketchDocument.h"
-#include "SketchGridView.h"
+#include "SketchKeys.h"
+#include "SketchTools.h"
 
 namespace NSSketch {
 
-class CSketchDeskView : public NSMorvane::CDefaultViewBehavior {
- public:
-  CSketchDeskView(NSMorvane::IView& view, const CSketchDocument& document)
-      : fView(view), fDocument(document) {}
+class CSketchCanvas;
+class CSketchDrag;
 
-  NSMorvane::TError IViewBehavior_Draw(NSMorvane::IDrawTools& tools) override;
+class CSketchCanvasView : public NSMorvane::CDefaultHitViewBehavior {
+ public:
+  CSketchCanvasView(NSMorvane::IView& view, CSketchCanvas& canvas)
+      : CDefaultHitViewBehavior(view), fCanvas(canvas) {}
+  ~CSketchCanvasView() override;
+
+  NSMorvane::TError IViewBehavior_HandleClick(const NSMorvane::TMouseEvent& event,
+                                              NSMorvane::TFlag& outHandled) override;
+  NSMorvane::TError IViewBehavior_OnMouseTracking(const NSMorvane::TMouseTracking& event,
+                                                  NSMorvane::TMousePhase phase,
+                                                  NSMorvane::TFlag& outHandled) override;
+  NSMorvane::TError IViewBehavior_OnMouseEnterExit(NSMorvane::TFlag entered) override;
+  NSMorvane::IMouseShape* IViewBehavior_GetMouseShape(const NSMorvane::TMouseShapeRequest& request,
+                                                      NSMorvane::TMousePhase phase,
+                                                      NSMorvane::TFlag& outHandled,
+                                                      NSMorvane::TError& outError) override;
+  NSMorvane::TError IViewBehavior_OnMouseWheel(const NSMorvane::TMouseWheelEvent& event,
+                                               NSMorvane::TFlag& outHandled) override;
+  NSMorvane::TError IViewBehavior_HandleKeyDown(const NSMorvane::TKeyEvent& event,
+                                                NSMorvane::TFlag& outHandled) override;
+  NSMorvane::TError IViewBehavior_OnOnDutyFocusChanged(NSMorvane::TFlag gained) override;
 
  private:
-  NSMorvane::IView& fView;
-  const CSketchDocument& fDocument;
-};
+  friend class CSketchDrag;
 
-class CSketchShapesView : public NSMorvane::CDefaultViewBehavior {
- public:
-  CSketchShapesView(NSMorvane::IView& view, const CSketchDocument& document)
-      : fView(view), fDocument(document) {}
+  void Press(const NSMorvane::TMouseEvent& event);
+  bool PressOnText(const NSMorvane::TMouseEvent& event);
+  void PressRight(const NSMorvane::TMouseEvent& event);
+  bool IsClick(const NSMorvane::TMouseEvent& event);
+  TSketchCursor CursorAt(const NSMorvane::TMouseShapeRequest& request) const;
+  bool Key(const TSketchKey& key, const NSMorvane::TKeyEvent& event);
+  bool ArrowKey(const TSketchKey& key);
+  bool Escape();
+  bool Return();
+  void ShowMenuByKey();
 
-  NSMorvane::TError IViewBehavior_Draw(NSMorvane::IDrawTools& tools) override;
-
- private:
-  NSMorvane::IView& fView;
-  const CSketchDocument& fDocument;
-};
-
-// The four views together. It belongs to the window's behaviour.
-class CSketchCanvas {
- public:
-  explicit CSketchCanvas(const CSketchDocument& document) : fDocument(document) {}
-
-  // Throws XFailed.
-  void Create(NSMorvane::IMorvane& morvane, NSMorvane::IView& superView);
-  // Where the canvas stands in the window. The sheet is in the middle if there is room for it.
-  void SetArea(const NSMorvane::TRect& area);
-
- private:
-  const CSketchDocument& fDocument;
-  NSMorvane::CViewOf<NSMorvane::CDefaultViewBehavior> fCanvasView;
-  NSMorvane::CViewOf<CSketchDeskView> fDeskView;
-  NSMorvane::CViewOf<CSketchGridView> fGridView;
-  NSMorvane::CViewOf<CSketchShapesView> fShapesView;
+  CSketchCanvas& fCanvas;
+  CSketchDrag* fDrag = nullptr;  // the library's; null when no drag is going on
 };
 
 }  // namespace NSSketch

@@ -18,8 +18,8 @@ constexpr LONGLONG kMaxFileBytes = 64 * 1024 * 1024;
 // Owns the handle of a file.
 class CFile {
  public:
-  explicit CFile(const std::u16string& path)
-      : fHandle(::CreateFileW(WideText(path), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+  CFile(const std::u16string& path, DWORD access, DWORD disposition)
+      : fHandle(::CreateFileW(WideText(path), access, FILE_SHARE_READ, nullptr, disposition,
                               FILE_FLAG_SEQUENTIAL_SCAN, nullptr)) {}
   ~CFile() {
     if (IsOpen()) ::CloseHandle(fHandle);
@@ -53,7 +53,7 @@ bool ReadBytes(const std::u16string& path, std::string& outBytes, std::u16string
     outMessage = u"This is a folder.";
     return false;
   }
-  const CFile file(path);
+  const CFile file(path, GENERIC_READ, OPEN_EXISTING);
   LARGE_INTEGER size = {};
   if (!file.IsOpen() || !::GetFileSizeEx(file.Handle(), &size)) {
     outMessage = SystemMessage(::GetLastError());
@@ -73,6 +73,15 @@ bool ReadBytes(const std::u16string& path, std::string& outBytes, std::u16string
   return true;
 }
 
+// A new file that is complete on the disk when this returns true.
+bool WriteBytes(const std::u16string& path, const std::string& bytes) {
+  const CFile file(path, GENERIC_WRITE, CREATE_ALWAYS);
+  DWORD written = 0;
+  return file.IsOpen() &&
+         ::WriteFile(file.Handle(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
+         written == bytes.size() && ::FlushFileBuffers(file.Handle());
+}
+
 }  // namespace
 
 std::u16string PathFromURL(const char* url) {
@@ -88,6 +97,13 @@ std::u16string NameOfPath(const std::u16string& path) {
   return trimmed.substr(trimmed.find_last_of(u"\\/") + 1);
 }
 
+std::u16string FullPath(const std::u16string& path) {
+  wchar_t full[MAX_PATH] = {};
+  const DWORD length = ::GetFullPathNameW(WideText(path), MAX_PATH, full, nullptr);
+  if (length == 0 || length >= MAX_PATH) return path;
+  return std::u16string(reinterpret_cast<const char16_t*>(full), length);
+}
+
 bool IsSamePath(const std::u16string& a, const std::u16string& b) {
   return ::CompareStringOrdinal(WideText(a), static_cast<int>(a.size()), WideText(b),
                                 static_cast<int>(b.size()), TRUE) == CSTR_EQUAL;
@@ -99,6 +115,16 @@ bool LoadSketch(const std::u16string& path, CSketchDocument& outDocument, std::u
   std::string message;
   if (ReadSketchDocument(bytes, outDocument, message)) return true;
   outMessage = TextFromUTF8(message);
+  return false;
+}
+
+bool SaveSketch(const std::u16string& path, const CSketchDocument& document, std::u16string& outMessage) {
+  const std::u16string temporary = path + u".new";
+  if (WriteBytes(temporary, WriteSketchDocument(document)) &&
+      ::MoveFileExW(WideText(temporary), WideText(path), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+    return true;
+  outMessage = SystemMessage(::GetLastError());
+  ::DeleteFileW(WideText(temporary));
   return false;
 }
 

@@ -13,10 +13,17 @@ std::u16string PathFromURL(const char* url);
 // The last part of a path.
 std::u16string NameOfPath(const std::u16string& path);
 
+// A path that starts in the current folder, from its drive on.
+std::u16string FullPath(const std::u16string& path);
+
 // Whether two paths name the same file.
 bool IsSamePath(const std::u16string& a, const std::u16string& b);
 
 // On failure false, with a message for the user, and nothing in `outDocument`.
 bool LoadSketch(const std::u16string& path, CSketchDocument& outDocument, std::u16string& outMessage);
+
+// Writes a document to a file beside the one at `path`, and moves it over that one when it is complete: a
+// failure leaves the old file as it was. On failure false, with a message for the user.
+bool SaveSketch(const std::u16string& path, const CSketchDocument& document, std::u16string& outMessage);
 
 }  // namespace NSSketch

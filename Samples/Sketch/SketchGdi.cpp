@@ -13,6 +13,16 @@ std::u16string TextFromUTF8(std::string_view utf8) {
   return text;
 }
 
+std::string UTF8FromText(std::u16string_view text) {
+  if (text.empty()) return {};
+  const auto* const wide = reinterpret_cast<const wchar_t*>(text.data());
+  const int units = static_cast<int>(text.size());
+  const int bytes = ::WideCharToMultiByte(CP_UTF8, 0, wide, units, nullptr, 0, nullptr, nullptr);
+  std::string utf8(static_cast<std::size_t>(bytes), ' ');
+  ::WideCharToMultiByte(CP_UTF8, 0, wide, units, utf8.data(), bytes, nullptr, nullptr);
+  return utf8;
+}
+
 TSketchColor MixColors(TSketchColor a, TSketchColor b, std::uint32_t share) {
   const std::uint32_t redBlue = (a & 0xFF00FF) * (256 - share) + (b & 0xFF00FF) * share;
   const std::uint32_t green = (a & 0x00FF00) * (256 - share) + (b & 0x00FF00) * share;

@@ -75,6 +75,7 @@ inline const wchar_t* WideText(const std::u16string& text) {
 }
 
 std::u16string TextFromUTF8(std::string_view utf8);
+std::string UTF8FromText(std::u16string_view text);
 
 // `share` of 256 parts of `b`, the rest of `a`.
 TSketchColor MixColors(TSketchColor a, TSketchColor b, std::uint32_t share);

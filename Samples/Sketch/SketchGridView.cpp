@@ -1,7 +1,9 @@
 #include "SketchGridView.h"
 
 #include <algorithm>
+#include <cmath>
 
+#include "SketchCanvas.h"
 #include "SketchGdi.h"
 
 namespace NSSketch {
@@ -12,6 +14,7 @@ namespace {
 
 constexpr int kSpacing = 20;
 constexpr int kStrongEvery = 5;
+constexpr double kLeastDistance = 8;  // in the window; lines that come closer are left out
 
 // Lines that can be seen, but only just, on a light sheet as well as on a dark one.
 TSketchColor LineColor(TSketchColor background, bool strong) {
@@ -21,28 +24,33 @@ TSketchColor LineColor(TSketchColor background, bool strong) {
   return MixColors(background, ink, strong ? 32 : 14);
 }
 
-// The lines of one strength that meet the clip: all those at `from`, `from` + `step` and so on.
-void DrawLines(HDC hdc, const RECT& sheet, const RECT& clip, int step, TSketchColor color) {
+// The lines of one strength that meet the clip: those at every `spacing` document pixels.
+void DrawLines(HDC hdc, const RECT& sheet, const RECT& clip, double scale, int spacing, TSketchColor color) {
+  const double step = spacing * scale;
   const auto first = [step](LONG start, LONG clipStart) {
-    return start + std::max<LONG>(1, (clipStart - start + step - 1) / step) * step;
+    return std::max(1, static_cast<int>((clipStart - start) / step));
   };
-  for (LONG x = first(sheet.left, clip.left); x < std::min(sheet.right, clip.right); x += step)
-    FillArea(hdc, {x, clip.top, x + 1, clip.bottom}, color);
-  for (LONG y = first(sheet.top, clip.top); y < std::min(sheet.bottom, clip.bottom); y += step)
-    FillArea(hdc, {clip.left, y, clip.right, y + 1}, color);
+  const auto place = [step](LONG start, int i) { return start + static_cast<LONG>(std::floor(i * step)); };
+  for (int i = first(sheet.left, clip.left); place(sheet.left, i) < std::min(sheet.right, clip.right); ++i)
+    FillArea(hdc, {place(sheet.left, i), clip.top, place(sheet.left, i) + 1, clip.bottom}, color);
+  for (int i = first(sheet.top, clip.top); place(sheet.top, i) < std::min(sheet.bottom, clip.bottom); ++i)
+    FillArea(hdc, {clip.left, place(sheet.top, i), clip.right, place(sheet.top, i) + 1}, color);
 }
 
 }  // namespace
 
 TError CSketchGridView::IViewBehavior_Draw(IDrawTools& tools) {
-  const RECT sheet = NativeRect(RectOf(fView));
+  const RECT sheet = NativeRect(fCanvas.Viewport().Sheet());
+  const double scale = fCanvas.Viewport().Scale();
   const COpenPort port(tools);
   RECT clip;
   if (::GetClipBox(port, &clip) == NULLREGION) return kOK;
-  const TSketchColor background = fDocument.Background();
+  const TSketchColor background = fCanvas.Editor().Document().Background();
   FillArea(port, sheet, background);
-  DrawLines(port, sheet, clip, kSpacing, LineColor(background, false));
-  DrawLines(port, sheet, clip, kSpacing * kStrongEvery, LineColor(background, true));
+  if (!fCanvas.IsGridShown()) return kOK;
+  if (kSpacing * scale >= kLeastDistance)
+    DrawLines(port, sheet, clip, scale, kSpacing, LineColor(background, false));
+  DrawLines(port, sheet, clip, scale, kSpacing * kStrongEvery, LineColor(background, true));
   return kOK;
 }
 

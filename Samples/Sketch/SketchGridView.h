@@ -1,23 +1,21 @@
-// The grid on the sheet, under the shapes.
+// The sheet and the grid on it, under the shapes.
 #pragma once
 
 #include <Morvane.h>
 #include <MorvaneDefaults.h>
 
-#include "SketchDocument.h"
-
 namespace NSSketch {
+
+class CSketchCanvas;
 
 class CSketchGridView : public NSMorvane::CDefaultViewBehavior {
  public:
-  CSketchGridView(NSMorvane::IView& view, const CSketchDocument& document)
-      : fView(view), fDocument(document) {}
+  CSketchGridView(NSMorvane::IView&, const CSketchCanvas& canvas) : fCanvas(canvas) {}
 
   NSMorvane::TError IViewBehavior_Draw(NSMorvane::IDrawTools& tools) override;
 
  private:
-  NSMorvane::IView& fView;
-  const CSketchDocument& fDocument;
+  const CSketchCanvas& fCanvas;
 };
 
 }  // namespace NSSketch

@@ -65,6 +65,12 @@ void AddInnerCurve(const TEllipse& ellipse, double distance, std::vector<POINT>&
 
 }  // namespace
 
+CGdiObject<HFONT> MakeLetterFont(int deviceSize) {
+  return CGdiObject<HFONT>(::CreateFontW(-deviceSize, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE,
+                                         DEFAULT_CHARSET, OUT_TT_PRECIS, CLIP_DEFAULT_PRECIS,
+                                         ANTIALIASED_QUALITY, DEFAULT_PITCH | FF_SWISS, L"Arial"));
+}
+
 CSketchPainter::CSketchPainter(HDC hdc, const TSketchPlacement& placement)
     : fHDC(hdc), fSaved(hdc), fPlacement(placement) {
   ::SetBkMode(fHDC, TRANSPARENT);
@@ -181,11 +187,7 @@ void CSketchPainter::UseBrush(const TShape& shape) {
 
 HFONT CSketchPainter::FontOfSize(int deviceSize) {
   CGdiObject<HFONT>& font = fFonts[deviceSize];
-  if (!font.Get()) {
-    font = CGdiObject<HFONT>(::CreateFontW(-deviceSize, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE,
-                                           DEFAULT_CHARSET, OUT_TT_PRECIS, CLIP_DEFAULT_PRECIS,
-                                           ANTIALIASED_QUALITY, DEFAULT_PITCH | FF_SWISS, L"Arial"));
-  }
+  if (!font.Get()) font = MakeLetterFont(deviceSize);
   return font.Get();
 }
 

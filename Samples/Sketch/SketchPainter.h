@@ -14,6 +14,9 @@ struct TSketchPlacement {
   double fTop = 0;
 };
 
+// The font of texts, for letters of this size on the device.
+CGdiObject<HFONT> MakeLetterFont(int deviceSize);
+
 // Paints shapes on a context. The context's colours, modes and objects are as before when the painter goes.
 //
 // An outline of an odd width runs through the middle of the pixels that its points name, one of an even width

@@ -24,15 +24,23 @@ TError CSketchStatusView::IViewBehavior_Draw(IDrawTools& tools) {
     FillArea(port, bar, kBarColor);
     FillArea(port, {bar.left, bar.top, bar.right, bar.top + 1}, kBarEdgeColor);
 
-    const TSketchSize size = fDocument.CanvasSize();
-    const std::size_t count = fDocument.Shapes().size();
-    const std::u16string details[] = {Number(static_cast<std::size_t>(size.fWidth)) + u" \u00D7 " +
-                                          Number(static_cast<std::size_t>(size.fHeight)) + u" pixels",
-                                      count == 1 ? u"1 shape" : Number(count) + u" shapes"};
+    const TSketchSize size = fEditor.Document().CanvasSize();
+    const std::size_t count = fEditor.Document().Shapes().size();
+    const std::size_t selected = fEditor.Selection().size();
+    const std::u16string details[] = {
+        Number(static_cast<std::size_t>(size.fWidth)) + u" \u00D7 " +
+            Number(static_cast<std::size_t>(size.fHeight)) + u" pixels",
+        selected > 0 ? Number(selected) + u" of " + Number(count) + u" selected"
+        : count == 1 ? u"1 shape"
+                     : Number(count) + u" shapes",
+        Number(static_cast<std::size_t>(fZoom)) + u" %",
+        fPosition ? AsciiText(std::to_string(fPosition->fX) + ", " + std::to_string(fPosition->fY))
+                  : std::u16string()};
 
     // From the right: the details, a divider in front of each; the name gets the rest.
     LONG right = bar.right - kSideMargin;
     for (const std::u16string& detail : details) {
+      if (detail.empty()) continue;
       const LONG left = right - WidthOfText(port, detail, TextFont());
       DrawTextLine(port, detail, {left, bar.top + 1, right + 1, bar.bottom}, TextFont(), kQuietTextColor,
                    DT_LEFT | DT_VCENTER);

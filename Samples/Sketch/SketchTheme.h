@@ -6,7 +6,7 @@
 namespace NSSketch {
 
 // --- Colours
-constexpr TSketchColor kBarColor = 0xF4F5F7;      // tool strip, side panel, status bar
+constexpr TSketchColor kBarColor = 0xF4F5F7;      // dialogs, palette, side panel, status bar
 constexpr TSketchColor kBarEdgeColor = 0xD4D7DC;  // the line between them and the canvas
 constexpr TSketchColor kDeskColor = 0xE3E6EA;     // around the sheet
 constexpr TSketchColor kSheetEdgeColor = 0xC2C7CE;
@@ -19,10 +19,8 @@ constexpr TSketchColor kToolColor = 0x4A515C;        // pictures of tools
 constexpr TSketchColor kWarningColor = 0xD9822B;
 
 // --- Sizes, in pixels
-constexpr int kToolStripWidth = 48;
 constexpr int kSidePanelWidth = 208;
 constexpr int kStatusHeight = 26;
-constexpr int kDeskMargin = 32;  // around the sheet
 
 // --- Fonts, in the face that the system uses for its own texts
 HFONT TextFont();

@@ -209,7 +209,7 @@ class CBoxTool : public CSketchTool {
     if (!fIsDragging) return;
     if (!fEditor.IsInGesture()) {
       if (std::hypot(point.fX - fStart.fX, point.fY - fStart.fY) < 3) return;
-      fEditor.BeginGesture(kNames[static_cast<std::size_t>(fTool)]);
+      fEditor.BeginGesture(NameOfNewShape(fTool));
       fEditor.InsertInGesture(ShapeTo(pointer));
     } else {
       fEditor.ReplaceInGesture(fEditor.Document().Shapes().size() - 1, ShapeTo(pointer));
@@ -339,6 +339,8 @@ std::unique_ptr<CSketchTool> MakeSketchTool(TSketchTool tool, CSketchEditor& edi
       return std::make_unique<CBoxTool>(tool, editor, host);
   }
 }
+
+const char* NameOfNewShape(TSketchTool tool) { return kNames[static_cast<std::size_t>(tool)]; }
 
 TShape ShapeAround(TSketchTool tool, const TShape& style, TSketchPoint center) {
   constexpr std::int32_t kWidth = 60;  // to each side

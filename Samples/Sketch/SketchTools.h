@@ -73,6 +73,9 @@ class CSketchTool {
 
 std::unique_ptr<CSketchTool> MakeSketchTool(TSketchTool tool, CSketchEditor& editor, ISketchToolHost& host);
 
+// What a change by this tool is called in "Undo Rectangle"; empty for the one that selects.
+const char* NameOfNewShape(TSketchTool tool);
+
 // A shape of this kind and style, with the usual size, around a point: what a tool makes without a mouse.
 TShape ShapeAround(TSketchTool tool, const TShape& style, TSketchPoint center);
 

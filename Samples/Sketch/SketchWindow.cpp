@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "SketchApplication.h"
+#include "SketchTextMeasure.h"
 #include "SketchTheme.h"
 
 namespace NSSketch {
@@ -14,6 +15,8 @@ namespace {
 
 constexpr TSize kMinimumSize = {480, 400};
 constexpr std::int32_t kLeastWidthWithSidePanel = 680;
+constexpr std::int32_t kDeskMargin = 32;     // above and below the sheet
+constexpr std::int32_t kDeskSide = 72;       // beside it; the palette has room there
 constexpr std::int32_t kScreenMargin = 24;   // left free around a new window
 constexpr std::int32_t kCascadeStep = 28;    // from one new window to the next
 constexpr std::int32_t kCascadeWindows = 8;  // before it starts again
@@ -21,8 +24,7 @@ constexpr std::int32_t kCascadeWindows = 8;  // before it starts again
 // As large as the sheet with some desk around it needs it.
 TSize IdealSize(const CSketchDocument& document) {
   const TSketchSize sheet = document.CanvasSize();
-  return {sheet.fWidth + 2 * kDeskMargin + kToolStripWidth + kSidePanelWidth,
-          sheet.fHeight + 2 * kDeskMargin + kStatusHeight};
+  return {sheet.fWidth + 2 * kDeskSide + kSidePanelWidth, sheet.fHeight + 2 * kDeskMargin + kStatusHeight};
 }
 
 }  // namespace
@@ -59,20 +61,28 @@ CSketchWindow::CSketchWindow(IDocumentWindow& window, IMorvane& morvane, CSketch
                              const std::u16string& name)
     : CDefaultDocumentWindowBehavior(window),
       fApplication(application),
+      fMorvane(morvane),
       fPath(path),
-      fDocument(std::move(document)),
-      fCanvas(*fDocument) {
+      fName(name),
+      fEditor(std::move(document), TextMeasure()),
+      fCanvas(morvane, fEditor, *this) {
   IView& root = RootViewOf(window);
-  ThrowIfFailed(fToolStrip.Create(morvane, root, "Tool strip", ViewParams()));
-  fCanvas.Create(morvane, root);
-  ThrowIfFailed(fSidePanel.Create(morvane, root, "Side panel", ViewParams(), *fDocument));
-  ThrowIfFailed(fPreview.Create(morvane, *fSidePanel.View(), "Preview", ViewParams(), *fDocument));
-  ThrowIfFailed(fStatus.Create(morvane, root, "Status", ViewParams(kViewDrawTemporary32), *fDocument, name));
-  SetUpWindow(morvane, window, name, kMinimumSize, IdealSize(*fDocument));
+  fCanvas.Create(Window(), root);
+  ThrowIfFailed(fSidePanel.Create(morvane, root, "Side panel", ViewParams(), fEditor.Document()));
+  ThrowIfFailed(fPreview.Create(morvane, *fSidePanel.View(), "Preview", ViewParams(), fEditor.Document()));
+  ThrowIfFailed(fStatus.Create(morvane, root, "Status", ViewParams(kViewDrawTemporary32), fEditor, fName));
+  fCanvas.SetTool(application.Tool());
+  SetUpWindow(morvane, window, name, kMinimumSize, IdealSize(fEditor.Document()));
+  fEditor.SetListener(this);
   fApplication.AddWindow(*this);
 }
 
-CSketchWindow::~CSketchWindow() { fApplication.RemoveWindow(*this); }
+CSketchWindow::~CSketchWindow() {
+  fEditor.SetListener(nullptr);
+  fApplication.RemoveWindow(*this);
+}
+
+// --- The window
 
 TError CSketchWindow::IDocumentWindowBehavior_OnClientSizeChanged(const TSize&, const TSize& newSize) {
   return Guarded([&] {
@@ -81,19 +91,87 @@ TError CSketchWindow::IDocumentWindowBehavior_OnClientSizeChanged(const TSize&, 
   });
 }
 
-// Tool strip at the left, status line at the bottom, side panel at the right if the window is wide enough;
-// the canvas gets the rest.
+// Status line at the bottom, side panel at the right if the window is wide enough; the canvas gets the rest.
 void CSketchWindow::LayOut(const TSize& clientSize) {
   const std::int32_t barTop = std::max(clientSize.fHeight - kStatusHeight, 0);
-  const std::int32_t canvasLeft = std::min<std::int32_t>(kToolStripWidth, clientSize.fWidth);
   const std::int32_t panelLeft =
       clientSize.fWidth >= kLeastWidthWithSidePanel ? clientSize.fWidth - kSidePanelWidth : clientSize.fWidth;
   const TRect panel = {panelLeft, 0, clientSize.fWidth, barTop};
-  ThrowIfFailed(SetRect(*fToolStrip.View(), {0, 0, canvasLeft, barTop}));
-  fCanvas.SetArea({canvasLeft, 0, panelLeft, barTop});
+  fCanvas.SetArea({0, 0, panelLeft, barTop});
   ThrowIfFailed(SetRect(*fSidePanel.View(), panel));
-  ThrowIfFailed(SetRect(*fPreview.View(), CSketchSidePanelView::PreviewRect(panel, *fDocument)));
+  ThrowIfFailed(SetRect(*fPreview.View(), CSketchSidePanelView::PreviewRect(panel, fEditor.Document())));
   ThrowIfFailed(SetRect(*fStatus.View(), {0, barTop, clientSize.fWidth, clientSize.fHeight}));
 }
+
+void CSketchWindow::Invalidate(IView& view) { fMorvane.IMorvane_InvalidateView(view, RectOf(view)); }
+
+TError CSketchWindow::IDocumentWindowBehavior_OnActivationChanged(TFlag active) {
+  return Guarded([&] {
+    if (active == 1) fApplication.SetFront(*this);
+    return TError{kOK};
+  });
+}
+
+// What has no place in the menus.
+TError CSketchWindow::IDocumentWindowBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) {
+  outHandled = 0;
+  return Guarded([&] {
+    const TSketchKey key = MeaningOf(fMorvane, event);
+    if (key.fControl && !key.fAlt && key.fCharacter == u'w') {
+      outHandled = 1;
+      Perform(kCommandClose);
+    } else if (key.fControl && key.fShift && key.fCharacter == u'Z') {
+      outHandled = 1;
+      Perform(kCommandRedo);
+    }
+    return TError{kOK};
+  });
+}
+
+// --- What has changed
+
+void CSketchWindow::OnAreaChanged(const TSketchRect& area) { fCanvas.InvalidateArea(area); }
+
+void CSketchWindow::OnCanvasChanged() {
+  fCanvas.OnCanvasChanged();
+  const TRect panel = RectOf(*fSidePanel.View());
+  ThrowIfFailed(SetRect(*fPreview.View(), CSketchSidePanelView::PreviewRect(panel, fEditor.Document())));
+}
+
+// The overview waits for the end of a drag.
+void CSketchWindow::OnStateChanged() {
+  if (!fEditor.IsInGesture()) Invalidate(*fSidePanel.View());
+  Invalidate(*fStatus.View());
+  if (fEditor.IsModified() != fIsModified) {
+    fIsModified = fEditor.IsModified();
+    ThrowIfFailed(
+        ChangeState(fWindow, [&](TDocumentWindowState& state) { state.fModified = fIsModified ? 1 : 0; }));
+  }
+  UpdateMenus();
+  fApplication.OnDocumentChanged(*this);
+}
+
+void CSketchWindow::OnPointerMoved(std::optional<TSketchPoint> position) {
+  if (!fStatus || !fStatus->SetPosition(position)) return;
+  Invalidate(*fStatus.View());
+}
+
+void CSketchWindow::OnCanvasStateChanged() {
+  if (fStatus->SetZoom(fCanvas.Viewport().Percent())) Invalidate(*fStatus.View());
+  UpdateMenus();
+}
+
+void CSketchWindow::OnToolChanged() {
+  fCanvas.SetTool(fApplication.Tool());
+  UpdateMenus();
+}
+
+void CSketchWindow::ChooseTool(TSketchTool tool) {
+  if (tool != fApplication.Tool()) fApplication.ChooseTool(tool);
+}
+
+const TShape& CSketchWindow::StyleOfNewShapes() { return fApplication.Style(); }
+
+void CSketchWindow::ShowProperties() { fApplication.ShowProperties(); }
 
 }  // namespace NSSketch

@@ -1,4 +1,5 @@
-// The window of one document: its views, and where they stand.
+// The window of one document: its views and where they stand, what is done with the document's file, and the
+// commands of the menus.
 #pragma once
 
 #include <Morvane.h>
@@ -7,18 +8,22 @@
 #include <memory>
 #include <string>
 
-#include "SketchCanvasView.h"
-#include "SketchDocument.h"
+#include "SketchCanvas.h"
+#include "SketchCommands.h"
+#include "SketchEditor.h"
 #include "SketchPreviewView.h"
 #include "SketchSidePanelView.h"
 #include "SketchStatusView.h"
-#include "SketchToolStripView.h"
 
 namespace NSSketch {
 
 class CSketchApplication;
+struct TDialogPlace;
 
-class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior {
+class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
+                      public ISketchCommandTarget,
+                      private ISketchEditorListener,
+                      private ISketchCanvasOwner {
  public:
   // `path` is empty for a document without a file.
   CSketchWindow(NSMorvane::IDocumentWindow& window, NSMorvane::IMorvane& morvane,
@@ -27,23 +32,74 @@ class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior {
   ~CSketchWindow() override;
 
   const std::u16string& Path() const { return fPath; }
+  CSketchEditor& Editor() { return fEditor; }
+  NSMorvane::IWindow& Window() const { return NSMorvane::WindowOf(fWindow); }
   // Brings the window to the front.
-  NSMorvane::TError Focus() { return fWindow.IDocumentWindow_FocusNow(); }
+  void Focus() { NSMorvane::ThrowIfFailed(fWindow.IDocumentWindow_FocusNow()); }
+  // Ends the editing of a text, which stays as it is.
+  void FinishText() { fCanvas.FinishText(true); }
+  // The application has another tool.
+  void OnToolChanged();
+  // Has the menu bar filled anew, if anything in it is different now.
+  void UpdateMenus();
+
+  // --- SketchWindowCommands.cpp
+  bool IsCommandEnabled(TSketchCommand command) const override;
+  bool IsCommandChecked(TSketchCommand command) const override;
+  std::u16string TextOfCommand(TSketchCommand command, const std::u16string& text) const override;
+  void Perform(TSketchCommand command) override;
 
   NSMorvane::TError IDocumentWindowBehavior_OnClientSizeChanged(const NSMorvane::TSize& oldSize,
                                                                 const NSMorvane::TSize& newSize) override;
+  NSMorvane::TError IDocumentWindowBehavior_OnActivationChanged(NSMorvane::TFlag active) override;
+  NSMorvane::TError IDocumentWindowBehavior_HandleKeyDown(const NSMorvane::TKeyEvent& event,
+                                                          NSMorvane::TFlag& outHandled) override;
+  NSMorvane::TError IDocumentWindowBehavior_OnSetupMenuBar(NSMorvane::IMenuBarState& state) override;
+  NSMorvane::TError IDocumentWindowBehavior_OnMenuCommand(const NSMorvane::TMenuCommandEvent& event,
+                                                          NSMorvane::TFlag& outHandled) override;
+  NSMorvane::TError IDocumentWindowBehavior_OnRequestClose(NSMorvane::TCloseReason reason) override;
 
  private:
   void LayOut(const NSMorvane::TSize& clientSize);
+  void Invalidate(NSMorvane::IView& view);
+
+  void OnAreaChanged(const TSketchRect& area) override;
+  void OnCanvasChanged() override;
+  void OnStateChanged() override;
+  void OnPointerMoved(std::optional<TSketchPoint> position) override;
+  void OnCanvasStateChanged() override;
+  void ShowContextMenu(const NSMorvane::TPoint& point, bool onShape) override;
+  void ShowProperties() override;
+  void ChooseTool(TSketchTool tool) override;
+  const TShape& StyleOfNewShapes() override;
+
+  // --- SketchWindowCommands.cpp
+  void Copy();
+  void Paste(const char* name, const std::vector<TShape>& shapes);
+  void ShowSettingsDialog();
+
+  // --- SketchWindowFile.cpp
+  NSMorvane::IModalOwner* ModalOwner() const;
+  TDialogPlace DialogPlace() const;
+  // False if it was not saved; the user has been told why. A document without a file is not saved.
+  bool Save();
+  bool SaveTo(const std::u16string& path);
+  void AskWhereToSave(bool thenClose);
+  void AskWhetherToSave(NSMorvane::TCloseReason reason);
+  void Close();
 
   CSketchApplication& fApplication;
-  const std::u16string fPath;
-  const std::unique_ptr<CSketchDocument> fDocument;
-  NSMorvane::CViewOf<CSketchToolStripView> fToolStrip;
+  NSMorvane::IMorvane& fMorvane;
+  std::u16string fPath;
+  std::u16string fName;
+  CSketchEditor fEditor;
   CSketchCanvas fCanvas;
   NSMorvane::CViewOf<CSketchSidePanelView> fSidePanel;
   NSMorvane::CViewOf<CSketchPreviewView> fPreview;
   NSMorvane::CViewOf<CSketchStatusView> fStatus;
+  std::u16string fMenuState;  // what the menu bar was made of
+  bool fIsModified = false;   // as the title has it
+  bool fIsAsking = false;     // whether to save
 };
 
 // Gives a new window its title, its least size, its first size (`ideal`, as far as the main monitor has room

@@ -1,0 +1,175 @@
+#include "SketchCanvas.h"
+
+#include <algorithm>
+
+namespace NSSketch {
+
+using namespace NSMorvane;
+
+namespace {
+
+constexpr std::int32_t kRevealMargin = 16;
+
+}  // namespace
+
+CSketchCanvas::CSketchCanvas(IMorvane& morvane, CSketchEditor& editor, ISketchCanvasOwner& owner)
+    : fMorvane(morvane),
+      fEditor(editor),
+      fOwner(owner),
+      fViewport(editor.Document().CanvasSize()),
+      fTool(MakeSketchTool(fToolKind, editor, *this)),
+      fTextEditing(editor) {}
+
+void CSketchCanvas::Create(IWindow& window, IView& superView) {
+  fWindow = &window;
+  TViewParams params = ViewParams(kViewDrawPermanent32, kAutoInvalidationDifferenceTopLeft);
+  params.fFlags |= kViewFocusable | kViewMouseTrackable;
+  ThrowIfFailed(fCanvasView.Create(fMorvane, superView, "Canvas", params, *this));
+  ThrowIfFailed(fDeskView.Create(fMorvane, View(), "Desk", ViewParams(), fViewport));
+  IView& desk = *fDeskView.View();
+  ThrowIfFailed(fGridView.Create(fMorvane, desk, "Grid", ViewParams(), *this));
+  ThrowIfFailed(fShapesView.Create(fMorvane, desk, "Shapes", ViewParams(), fEditor.Document(), fViewport));
+  ThrowIfFailed(fOverlayView.Create(fMorvane, desk, "Overlay", ViewParams(), *this));
+  ThrowIfFailed(window.IWindow_SetConceptualFocusView(&View()));
+  IView* const tabViews[] = {&View()};
+  ThrowIfFailed(window.IWindow_SetTabViews(tabViews, 1));
+}
+
+// --- What can be seen
+
+void CSketchCanvas::PlaceViews() {
+  ThrowIfFailed(SetRect(View(), fViewport.Area()));
+  ThrowIfFailed(SetRect(*fDeskView.View(), fViewport.Desk()));
+  ThrowIfFailed(SetRect(*fGridView.View(), fViewport.Sheet()));
+  ThrowIfFailed(SetRect(*fShapesView.View(), fViewport.Sheet()));
+  // Handles and frames may lie beside the sheet.
+  ThrowIfFailed(SetRect(*fOverlayView.View(), fViewport.Desk()));
+}
+
+void CSketchCanvas::SetArea(const TRect& area) {
+  fViewport.SetArea(area);
+  PlaceViews();
+}
+
+bool CSketchCanvas::Scroll(TPoint scroll) {
+  scroll = fViewport.PossibleScroll(scroll);
+  if (scroll.fX == 0 && scroll.fY == 0) return false;
+  fViewport.Scroll(scroll);
+  ThrowIfFailed(fDeskView.View()->IView_Offset(scroll.fX, scroll.fY));
+  fMorvane.IMorvane_RequestMouseShapeArbitration();
+  fOwner.OnCanvasStateChanged();
+  return true;
+}
+
+void CSketchCanvas::ZoomTo(int percent, const TPoint& fixed) {
+  const int before = fViewport.Percent();
+  fViewport.ZoomTo(percent, fixed);
+  if (fViewport.Percent() == before) return;
+  PlaceViews();
+  InvalidateAll();
+  fMorvane.IMorvane_RequestMouseShapeArbitration();
+  fOwner.OnCanvasStateChanged();
+}
+
+void CSketchCanvas::Reveal(const TSketchRect& area) {
+  const TRect part = fViewport.ToWindow(area);
+  const TRect& seen = fViewport.Area();
+  // As much as needed, and so that the top left corner is seen if not all can be.
+  const auto distance = [](std::int32_t from, std::int32_t to, std::int32_t first, std::int32_t last) {
+    if (from < first + kRevealMargin) return first + kRevealMargin - from;
+    if (to > last - kRevealMargin) return std::max(last - kRevealMargin - to, first + kRevealMargin - from);
+    return 0;
+  };
+  Scroll({distance(part.fLeft, part.fRight, seen.fLeft, seen.fRight),
+          distance(part.fTop, part.fBottom, seen.fTop, seen.fBottom)});
+}
+
+void CSketchCanvas::ShowGrid(bool shown) {
+  fIsGridShown = shown;
+  InvalidateAll();
+  fOwner.OnCanvasStateChanged();
+}
+
+void CSketchCanvas::InvalidateArea(const TSketchRect& area) {
+  if (!fCanvasView) return;
+  TRect rect = fViewport.ToWindow(area);
+  rect = {rect.fLeft - kOverlayReach, rect.fTop - kOverlayReach, rect.fRight + kOverlayReach,
+          rect.fBottom + kOverlayReach};
+  ThrowIfFailed(fMorvane.IMorvane_InvalidateView(View(), rect));
+}
+
+void CSketchCanvas::InvalidateAll() {
+  ThrowIfFailed(fMorvane.IMorvane_InvalidateView(View(), fViewport.Area()));
+}
+
+void CSketchCanvas::OnCanvasChanged() {
+  fViewport.SetSheetSize(fEditor.Document().CanvasSize());
+  PlaceViews();
+  InvalidateAll();
+}
+
+void CSketchCanvas::SetOnDuty(bool onDuty) {
+  fIsOnDuty = onDuty;
+  for (const std::size_t index : fEditor.Selection()) InvalidateArea(BoundsOf(fEditor.Shape(index)));
+}
+
+// --- Tools
+
+void CSketchCanvas::SetTool(TSketchTool tool) {
+  if (tool == fToolKind) return;
+  FinishText(true);
+  // A tool may choose another one from inside itself: let it return before it goes.
+  if (!fTool->Finish()) fTool->Cancel();
+  fToolKind = tool;
+  fOldTool = std::move(fTool);
+  fTool = MakeSketchTool(tool, fEditor, *this);
+  fMorvane.IMorvane_RequestMouseShapeArbitration();
+}
+
+TSketchPointer CSketchCanvas::Pointer(const TPoint& point, const TModifierKeys& modifiers) const {
+  constexpr double kSlack = 4;
+  return {fViewport.ToDocument(point), (modifiers.fKeys & kModifierShift) != 0,
+          (modifiers.fKeys & kModifierControl) != 0, kSlack / fViewport.Scale()};
+}
+
+void CSketchCanvas::MakeShape() {
+  const TSketchPoint middle = fViewport.ToDocument(fViewport.Middle());
+  const TShape shape = ShapeAround(fToolKind, StyleOfNewShapes(), middle);
+  if (fToolKind == TSketchTool::kText) {
+    EditNewText(shape.fPoints[0]);
+  } else {
+    fEditor.Add(NameOfNewShape(fToolKind), {shape});
+    OnToolDone();
+  }
+}
+
+// --- Texts
+
+void CSketchCanvas::FinishText(bool keep) {
+  if (!fTextEditing.IsActive()) return;
+  const TSketchRect area = BoundsOf(fEditor.Shape(fTextEditing.Index()));
+  fTextEditing.Finish(keep);
+  InvalidateArea(area);
+  fOwner.OnCanvasStateChanged();
+}
+
+void CSketchCanvas::EditText(std::size_t index) {
+  FinishText(true);
+  if (index >= fEditor.Document().Shapes().size()) return;
+  fOwner.ChooseTool(TSketchTool::kSelect);
+  fTextEditing.Start(index);
+  InvalidateArea(BoundsOf(fEditor.Shape(index)));
+  fOwner.OnCanvasStateChanged();
+}
+
+void CSketchCanvas::EditNewText(TSketchPoint position) {
+  FinishText(true);
+  TShape shape = ShapeAround(TSketchTool::kText, StyleOfNewShapes(), position);
+  shape.fPoints = {position};
+  fOwner.ChooseTool(TSketchTool::kSelect);
+  fTextEditing.StartNew(shape);
+  InvalidateArea(BoundsOf(shape));
+  fOwner.OnCanvasStateChanged();
+}
+
+}  // namespace NSSketch

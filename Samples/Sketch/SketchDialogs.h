@@ -1,0 +1,81 @@
+// The modal dialogs: a message with buttons, the settings of a document, and the path of a file.
+//
+// Each is made by a function, which shows it and returns; what the user decides comes through a callback,
+// after the dialog has gone.
+#pragma once
+
+#include <Morvane.h>
+#include <MorvaneDefaults.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "SketchControls.h"
+#include "SketchForm.h"
+#include "SketchTextField.h"
+
+namespace NSSketch {
+
+// Gives a dialog its title and size, in the middle of a rectangle of the screen.
+template <class TKind>
+void PlaceDialog(TKind& window, const std::u16string& title, const NSMorvane::TSize& size,
+                 const NSMorvane::TPoint& middle) {
+  NSMorvane::TRect frame = {0, 0, 0, 0};
+  NSMorvane::ThrowIfFailed(
+      NSMorvane::WindowOf(window).IWindow_ClientRectToFrameRect({0, 0, size.fWidth, size.fHeight}, frame));
+  const std::int32_t width = NSMorvane::WidthOf(frame);
+  const std::int32_t height = NSMorvane::HeightOf(frame);
+  const std::int32_t left = std::max(middle.fX - width / 2, 0);
+  const std::int32_t top = std::max(middle.fY - height / 2, 0);
+  NSMorvane::ThrowIfFailed(NSMorvane::ChangeState(window, [&](auto& state) {
+    NSMorvane::CopyText(state.fTitle, title);
+    state.fPlacement.fUserRect = {left, top, left + width, top + height};
+    state.fPlacement.fZoomState = NSMorvane::kWindowStateUser;
+  }));
+}
+
+// The middle of a window's frame, and of the main monitor.
+NSMorvane::TPoint MiddleOf(NSMorvane::IWindow& window);
+NSMorvane::TPoint MiddleOfScreen(NSMorvane::IMorvane& morvane);
+
+// What a dialog is to be shown over: its owner, or null for one that blocks the whole application.
+struct TDialogPlace {
+  NSMorvane::IMorvane& fMorvane;
+  NSMorvane::IModalOwner* fOwner;
+  NSMorvane::TPoint fMiddle;
+};
+
+// --- A message with one to three buttons
+
+struct TMessage {
+  std::u16string fTitle;
+  std::u16string fHeading;
+  std::vector<std::u16string> fLines;
+  std::vector<std::u16string> fButtons;  // the first one is pressed by Return, the last one by Escape
+};
+
+// `onAnswer` gets the index of the button.
+void ShowMessage(const TDialogPlace& place, const TMessage& message,
+                 std::function<void(std::size_t)> onAnswer);
+
+// --- Settings of a document
+
+struct TDocumentSettings {
+  TSketchSize fCanvasSize;
+  TSketchColor fBackground = 0;
+  bool fShowGrid = true;
+};
+
+// `onDone` is called only if the user accepts.
+void ShowSettings(const TDialogPlace& place, const TDocumentSettings& settings,
+                  std::function<void(const TDocumentSettings&)> onDone);
+
+// --- A path of a file
+
+// `button` is the text of the button that accepts it.
+void AskForPath(const TDialogPlace& place, const std::u16string& title, const std::u16string& button,
+                const std::u16string& path, std::function<void(const std::u16string&)> onDone);
+
+}  // namespace NSSketch

@@ -1,0 +1,84 @@
+#include "SketchDrag.h"
+
+#include <algorithm>
+
+#include "SketchCanvas.h"
+#include "SketchCursors.h"
+
+namespace NSSketch {
+
+using namespace NSMorvane;
+
+namespace {
+
+constexpr std::int32_t kScrollAtOnce = 24;
+
+// How far to scroll when the mouse is beyond an edge.
+std::int32_t Beyond(std::int32_t position, std::int32_t first, std::int32_t last) {
+  return std::clamp(std::max(first - position, 0) - std::max(position - last + 1, 0), -kScrollAtOnce,
+                    kScrollAtOnce);
+}
+
+}  // namespace
+
+CSketchDrag::~CSketchDrag() {
+  if (!fView) return;
+  fView->fDrag = nullptr;
+  Guarded([&] {  // does nothing after a release
+    fView->fCanvas.Tool().Cancel();
+    return TError{kOK};
+  });
+}
+
+void CSketchDrag::DragTo(const TPoint& point, const TModifierKeys& modifiers) {
+  fPoint = point;
+  CSketchCanvas& canvas = fView->fCanvas;
+  const TRect area = canvas.Viewport().Area();
+  canvas.Scroll({Beyond(point.fX, area.fLeft, area.fRight), Beyond(point.fY, area.fTop, area.fBottom)});
+  const TSketchPointer pointer = canvas.Pointer(point, modifiers);
+  canvas.Owner().OnPointerMoved(pointer.fPosition);
+  canvas.Tool().Drag(pointer);
+}
+
+TError CSketchDrag::IMouseCapture_OnMouseMove(const TMouseTracking& event) {
+  return Guarded([&] {
+    if (fView) DragTo(event.fState.fPosition, event.fState.fModifiers);
+    return TError{kOK};
+  });
+}
+
+// Shift constrains, at once and not with the next move.
+TError CSketchDrag::IMouseCapture_OnModifiersChanged(const TModifierKeysEvent&,
+                                                     const TModifierKeysEvent& now) {
+  return Guarded([&] {
+    if (fView) DragTo(fPoint, now.fModifiers);
+    return TError{kOK};
+  });
+}
+
+TError CSketchDrag::IMouseCapture_OnMouseUp(const TMouseEvent& event) {
+  return Guarded([&] {
+    if (!fView || event.fButtons != 1) return TError{kOK};
+    CSketchCanvas& canvas = fView->fCanvas;
+    canvas.Tool().Release(canvas.Pointer(event.fPosition, event.fModifiers));
+    return canvas.Morvane().IMorvane_ReleaseMouseCapture();
+  });
+}
+
+// Escape gives up; no other key does anything meanwhile.
+TError CSketchDrag::IMouseCapture_OnKeyDown(const TKeyEvent& event, TFlag& outHandled) {
+  outHandled = 1;
+  return Guarded([&] {
+    if (!fView || MeaningOf(fView->fCanvas.Morvane(), event).fCharacter != kKeyEscape) return TError{kOK};
+    fView->fCanvas.Tool().Cancel();
+    return fView->fCanvas.Morvane().IMorvane_ReleaseMouseCapture();
+  });
+}
+
+IMouseShape* CSketchDrag::IMouseCapture_GetMouseShape(const TMouseShapeRequest& request, TError& outError) {
+  outError = kOK;
+  if (!fView) return nullptr;
+  return MakeMouseShape(fView->fCanvas.Morvane(), fView->CursorAt(request), outError);
+}
+
+}  // namespace NSSketch

@@ -1,0 +1,28 @@
+// Keys, as views want them: what a press means, and what it does to a line that is being edited.
+#pragma once
+
+#include <Morvane.h>
+
+#include "SketchLineEdit.h"
+
+namespace NSSketch {
+
+// What a key press means.
+struct TSketchKey {
+  char16_t fCharacter = 0;  // as in TKeyInterpretation::fKeyText; 0 for none
+  bool fShift = false;      // what is held beyond what the character accounts for
+  bool fControl = false;
+  bool fAlt = false;
+  bool IsPlain() const { return !fControl && !fAlt; }
+  // A character that can be typed into a text.
+  bool IsLetter() const;
+};
+
+enum : char16_t { kKeyBackspace = 8, kKeyTab = 9, kKeyReturn = 13, kKeyEscape = 27 };
+
+TSketchKey MeaningOf(NSMorvane::IMorvane& morvane, const NSMorvane::TKeyEvent& event);
+
+// False if the key means nothing to a line of text.
+bool EditWithKey(CSketchLineEdit& line, const TSketchKey& key);
+
+}  // namespace NSSketch

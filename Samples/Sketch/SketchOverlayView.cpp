@@ -1,0 +1,78 @@
+#include "SketchOverlayView.h"
+
+#include <cmath>
+
+#include "SketchCanvas.h"
+#include "SketchTextMeasure.h"
+#include "SketchTheme.h"
+
+namespace NSSketch {
+
+using namespace NSMorvane;
+
+namespace {
+
+constexpr LONG kHandleRadius = 4;
+
+void DrawHandle(HDC port, const TPoint& point, TSketchColor color) {
+  const RECT box = {point.fX - kHandleRadius, point.fY - kHandleRadius, point.fX + kHandleRadius + 1,
+                    point.fY + kHandleRadius + 1};
+  FillArea(port, box, 0xFFFFFF);
+  FrameArea(port, box, color);
+}
+
+RECT Grown(const TRect& rect, LONG by) {
+  return {rect.fLeft - by, rect.fTop - by, rect.fRight + by, rect.fBottom + by};
+}
+
+}  // namespace
+
+TError CSketchOverlayView::IViewBehavior_Draw(IDrawTools& tools) {
+  return Guarded([&] {
+    const COpenPort port(tools);
+    if (fCanvas.TextEditing().IsActive())
+      DrawCaret(port);
+    else
+      DrawSelection(port);
+    if (const auto band = fCanvas.Band())
+      FrameArea(port, Grown(fCanvas.Viewport().ToWindow(*band), 0), kAccentColor);
+    return TError{kOK};
+  });
+}
+
+// One shape has handles, or else a frame; several have frames.
+void CSketchOverlayView::DrawSelection(HDC port) const {
+  const CSketchEditor& editor = fCanvas.Editor();
+  const CSketchViewport& viewport = fCanvas.Viewport();
+  const TSketchColor color = fCanvas.IsOnDuty() ? kAccentColor : kQuietTextColor;
+  for (const std::size_t index : editor.Selection()) {
+    const TShape& shape = editor.Shape(index);
+    const std::vector<THandle> handles = HandlesOf(shape);
+    const bool isBox = shape.fKind != TShapeKind::kLine && shape.fKind != TShapeKind::kPolyline;
+    if (isBox || editor.Selection().size() > 1)
+      FrameArea(port, Grown(viewport.ToWindow(FrameOf(shape, editor.Measure())), handles.empty() ? 2 : 0),
+                color);
+    if (editor.Selection().size() > 1) continue;
+    for (const THandle& handle : handles) DrawHandle(port, viewport.ToWindow(handle.fPosition), color);
+  }
+}
+
+void CSketchOverlayView::DrawCaret(HDC port) const {
+  const CSketchTextEditing& editing = fCanvas.TextEditing();
+  const CSketchViewport& viewport = fCanvas.Viewport();
+  const TShape& shape = fCanvas.Editor().Shape(editing.Index());
+  const std::u16string& text = editing.Line().Text();
+  const TRect box = viewport.ToWindow(FrameOf(shape, TextMeasure()));
+  const auto positionOf = [&](std::size_t index) {
+    const double width = TextMeasure().WidthOfText(text.substr(0, index), shape.fSize);
+    return box.fLeft + static_cast<LONG>(std::lround(width * viewport.Scale()));
+  };
+  FrameArea(port, Grown(box, 3), kAccentColor);
+  const RECT selected = {positionOf(editing.Line().SelectionStart()), box.fTop,
+                         positionOf(editing.Line().SelectionEnd()), box.fBottom};
+  if (selected.left < selected.right) ::InvertRect(port, &selected);
+  const LONG caret = positionOf(editing.Line().Caret());
+  FillArea(port, {caret, box.fTop, caret + 2, box.fBottom}, kAccentColor);
+}
+
+}  // namespace NSSketch

@@ -1,0 +1,223 @@
+// The commands of a document's window: which can be used, and what they do.
+#include "SketchApplication.h"
+#include "SketchDialogs.h"
+#include "SketchWindow.h"
+
+namespace NSSketch {
+
+using namespace NSMorvane;
+
+namespace {
+
+constexpr std::int32_t kShiftOfCopies = 10;
+
+bool IsToolCommand(TSketchCommand command) {
+  return command >= kCommandFirstTool && command < kCommandFirstTool + kSketchToolCount;
+}
+
+TSketchTool ToolOf(TSketchCommand command) { return static_cast<TSketchTool>(command - kCommandFirstTool); }
+
+}  // namespace
+
+// While a text is being typed its letters are no shortcuts, and the keys of the clipboard belong to the text.
+bool CSketchWindow::IsCommandEnabled(TSketchCommand command) const {
+  const bool isTyping = fCanvas.TextEditing().IsActive();
+  const bool hasSelection = !fEditor.Selection().empty();
+  if (IsToolCommand(command)) return !isTyping;
+  switch (command) {
+    case kCommandSave:
+      return fEditor.IsModified() || isTyping || fPath.empty();
+    case kCommandUndo:
+      return fEditor.CanUndo();
+    case kCommandRedo:
+      return fEditor.CanRedo();
+    case kCommandCut:
+    case kCommandCopy:
+    case kCommandDelete:
+    case kCommandDuplicate:
+    case kCommandToFront:
+    case kCommandToBack:
+    case kCommandSelectNone:
+      return hasSelection && !isTyping;
+    case kCommandPaste:
+      return !fApplication.Copied().empty() && !isTyping;
+    case kCommandSelectAll:
+      return !fEditor.Document().Shapes().empty() && !isTyping;
+    case kCommandZoomIn:
+    case kCommandZoomOut:
+      return fCanvas.Viewport().NextZoom(command == kCommandZoomIn) != fCanvas.Viewport().Percent();
+    default:
+      return true;
+  }
+}
+
+bool CSketchWindow::IsCommandChecked(TSketchCommand command) const {
+  if (IsToolCommand(command)) return ToolOf(command) == fApplication.Tool();
+  if (command == kCommandGrid) return fCanvas.IsGridShown();
+  return command == kCommandPalette && fApplication.IsPaletteShown();
+}
+
+std::u16string CSketchWindow::TextOfCommand(TSketchCommand command, const std::u16string& text) const {
+  if (command == kCommandUndo && fEditor.CanUndo()) return text + u" " + AsciiText(fEditor.UndoName());
+  if (command == kCommandRedo && fEditor.CanRedo()) return text + u" " + AsciiText(fEditor.RedoName());
+  return text;
+}
+
+void CSketchWindow::Perform(TSketchCommand command) {
+  fCanvas.FinishText(true);
+  const CSketchViewport& viewport = fCanvas.Viewport();
+  if (IsToolCommand(command)) {
+    fApplication.ChooseTool(ToolOf(command));
+    return;
+  }
+  switch (command) {
+    case kCommandAbout:
+      fApplication.ShowAbout();
+      break;
+    case kCommandNew:
+      fApplication.OpenUntitled();
+      break;
+    case kCommandOpen:
+      AskForPath(DialogPlace(), u"Open", u"Open", fPath,
+                 [this](const std::u16string& path) { fApplication.OpenFile(path); });
+      break;
+    case kCommandSave:
+      if (fPath.empty())
+        AskWhereToSave(false);
+      else
+        Save();
+      break;
+    case kCommandSaveAs:
+      AskWhereToSave(false);
+      break;
+    case kCommandClose:
+      ThrowIfFailed(IDocumentWindowBehavior_OnRequestClose(kCloseByUser));
+      break;
+    case kCommandUndo:
+      fEditor.Undo();
+      break;
+    case kCommandRedo:
+      fEditor.Redo();
+      break;
+    case kCommandCut:
+      Copy();
+      fEditor.RemoveSelected("Cut");
+      break;
+    case kCommandCopy:
+      Copy();
+      break;
+    case kCommandPaste:
+      Paste("Paste", fApplication.Copied());
+      break;
+    case kCommandDelete:
+      fEditor.RemoveSelected("Delete");
+      break;
+    case kCommandDuplicate: {
+      std::vector<TShape> shapes;
+      for (const std::size_t index : fEditor.Selection()) shapes.push_back(fEditor.Shape(index));
+      Paste("Duplicate", shapes);
+      break;
+    }
+    case kCommandSelectAll:
+      fEditor.SelectAll();
+      break;
+    case kCommandSelectNone:
+      fEditor.Select({});
+      break;
+    case kCommandToFront:
+    case kCommandToBack:
+      fEditor.ReorderSelected(command == kCommandToFront);
+      break;
+    case kCommandProperties:
+      fApplication.ShowProperties();
+      break;
+    case kCommandSettings:
+      ShowSettingsDialog();
+      break;
+    case kCommandZoomIn:
+    case kCommandZoomOut:
+      fCanvas.ZoomTo(viewport.NextZoom(command == kCommandZoomIn), viewport.Middle());
+      break;
+    case kCommandActualSize:
+      fCanvas.ZoomTo(100, viewport.Middle());
+      break;
+    case kCommandFit:
+      fCanvas.ZoomTo(viewport.FittingZoom(), viewport.Middle());
+      break;
+    case kCommandGrid:
+      fCanvas.ShowGrid(!fCanvas.IsGridShown());
+      break;
+    case kCommandPalette:
+      fApplication.ShowPalette(!fApplication.IsPaletteShown());
+      break;
+    default:
+      break;
+  }
+  fMorvane.IMorvane_RequestMouseShapeArbitration();
+}
+
+// What was copied is the application's own; other programs do not see it.
+void CSketchWindow::Copy() {
+  fApplication.Copied().clear();
+  for (const std::size_t index : fEditor.Selection()) fApplication.Copied().push_back(fEditor.Shape(index));
+  UpdateMenus();
+}
+
+// A little beside what they are copies of, and the next time beside these.
+void CSketchWindow::Paste(const char* name, const std::vector<TShape>& shapes) {
+  std::vector<TShape> copies;
+  for (const TShape& shape : shapes) copies.push_back(MovedBy(shape, kShiftOfCopies, kShiftOfCopies));
+  fEditor.Add(name, copies);
+  if (&shapes == &fApplication.Copied()) fApplication.Copied() = copies;
+  fCanvas.Reveal(fEditor.SelectionFrame());
+}
+
+void CSketchWindow::ShowSettingsDialog() {
+  const CSketchDocument& document = fEditor.Document();
+  ShowSettings(DialogPlace(), {document.CanvasSize(), document.Background(), fCanvas.IsGridShown()},
+               [this](const TDocumentSettings& settings) {
+                 fEditor.SetCanvas(settings.fCanvasSize, settings.fBackground);
+                 if (settings.fShowGrid != fCanvas.IsGridShown()) fCanvas.ShowGrid(settings.fShowGrid);
+               });
+}
+
+// --- Menus
+
+// The bars of all windows are filled when one asks, so this asks only for something new.
+void CSketchWindow::UpdateMenus() {
+  std::u16string state = TextOfCommand(kCommandUndo, {}) + u"|" + TextOfCommand(kCommandRedo, {});
+  for (std::uint32_t command = kCommandNone; command < kCommandFirstTool + kSketchToolCount; ++command) {
+    const auto one = static_cast<TSketchCommand>(command);
+    state += static_cast<char16_t>(u'0' + (IsCommandEnabled(one) ? 1 : 0) + (IsCommandChecked(one) ? 2 : 0));
+  }
+  if (state == fMenuState) return;
+  fMenuState = state;
+  fMorvane.IMorvane_RequestMenuBarsSetup();
+}
+
+TError CSketchWindow::IDocumentWindowBehavior_OnSetupMenuBar(IMenuBarState& state) {
+  return Guarded([&] {
+    FillMenuBar(state, *this);
+    return TError{kOK};
+  });
+}
+
+TError CSketchWindow::IDocumentWindowBehavior_OnMenuCommand(const TMenuCommandEvent& event,
+                                                            TFlag& outHandled) {
+  outHandled = 1;
+  return Guarded([&] {
+    Perform(static_cast<TSketchCommand>(event.fCommand));
+    return TError{kOK};
+  });
+}
+
+void CSketchWindow::ShowContextMenu(const TPoint& point, bool onShape) {
+  const std::vector<TMenuItem> items = ContextItems(*this, onShape);
+  std::uint16_t selected = 0;
+  TFlag isSelected = 0;
+  ThrowIfFailed(fMorvane.IMorvane_DisplayContextualMenu(
+      items.data(), static_cast<std::uint32_t>(items.size()), Window(), point, 0, selected, isSelected));
+  if (isSelected == 1) Perform(static_cast<TSketchCommand>(items.at(selected).fCommand));
+}
+
+}  // namespace NSSketch
