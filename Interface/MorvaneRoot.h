@@ -170,11 +170,12 @@ class IMorvane {
                                                      TClickDragResult& outResult) = 0;
 
   // --- Keyboard. Listeners and callbacks stay the client's, and must stay alive until they are detached.
-  // A listener that is attached twice is told twice.
+  // A listener that is attached twice is told twice. While the mouse capture is in force it is told instead.
   virtual TError IMorvane_AttachModifierKeyListener(IModifierKeyListener* listener) = 0;
   // kBadInputProgrammingError for a listener that is not attached.
   virtual TError IMorvane_DetachModifierKeyListener(IModifierKeyListener* listener) = 0;
-  // Calls back once, when the key with this virtual key code goes up or the window is deactivated.
+  // Calls back once, when the key with this virtual key code of the platform goes up, or when a window with a
+  // focus view is deactivated. What the callback answers is reported to IMorvaneRunBehavior_OnUnhandledError.
   virtual TError IMorvane_InstallKeyReleaseCallback(std::uint32_t virtualKey,
                                                     IKeyReleaseCallback* callback) = 0;
   // kOtherError for a pair that is not installed.
@@ -193,8 +194,11 @@ class IMorvane {
   virtual TError IMorvane_WakeUpIdle() = 0;
 
   // --- Meaning of keys
+  // The modifier keys of a portable shortcut on this platform.
   virtual TError IMorvane_ShortcutModsToModifiers(TShortcutModifiers shortcutMods,
                                                   TModifierKeys& outMods) = 0;
+  // Whether one reading of the key is the wanted text, with just the wanted modifiers left over. With the
+  // wanted fPhysicalTest, the key must be on the numeric keypad too.
   virtual TError IMorvane_CanKeyBeInterpretedAs(const TPhysicalKeySpec& physicalKey,
                                                 const TModifierKeys& physicalMods,
                                                 const TKeyInterpretation& wantedInterpretation,

@@ -309,6 +309,8 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   // --- Keyboard
   using TKeyReleaseEntry = std::pair<std::uint32_t, IKeyReleaseCallback*>;  // with its virtual key
   bool ForgetKeyReleaseCallback(const TKeyReleaseEntry& entry);
+  static TError CallKeyReleaseCallback(const TKeyReleaseEntry& entry, const TPhysicalKeySpec& key,
+                                       TKeyReleaseReason reason);
 
   // --- Menus
   // False if nothing was chosen.

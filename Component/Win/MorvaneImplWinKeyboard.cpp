@@ -71,13 +71,18 @@ bool CMorvaneImpl::ForgetKeyReleaseCallback(const TKeyReleaseEntry& entry) {
   return true;
 }
 
+TError CMorvaneImpl::CallKeyReleaseCallback(const TKeyReleaseEntry& entry, const TPhysicalKeySpec& key,
+                                            TKeyReleaseReason reason) {
+  return entry.second ? entry.second->IKeyReleaseCallback_OnKeyReleased(key, reason) : TError{kOK};
+}
+
 void CMorvaneImpl::OnKeyReleased(const TPhysicalKeySpec& key) {
   while (true) {
     const auto found = std::find_if(fKeyReleaseCallbacks.begin(), fKeyReleaseCallbacks.end(),
                                     [&](const auto& entry) { return entry.first == key.fVirtualKey; });
     if (found == fKeyReleaseCallbacks.end()) return;
     const TKeyReleaseEntry entry = *found;
-    const TError error = entry.second->IKeyReleaseCallback_OnKeyReleased(key, kKeyReleaseKeyUp);
+    const TError error = CallKeyReleaseCallback(entry, key, kKeyReleaseKeyUp);
     ForgetKeyReleaseCallback(entry);
     MORVANE_CHECK(error);
   }
@@ -92,7 +97,7 @@ void CMorvaneImpl::AbandonKeyReleases() {
         fKeyReleaseCallbacks.end())
       continue;
     const TPhysicalKeySpec key = {static_cast<std::uint8_t>(entry.first), 0, 0};
-    const TError error = entry.second->IKeyReleaseCallback_OnKeyReleased(key, kKeyReleaseDeactivated);
+    const TError error = CallKeyReleaseCallback(entry, key, kKeyReleaseDeactivated);
     if (firstError == kOK) firstError = error;
   }
   fKeyReleaseCallbacks.clear();

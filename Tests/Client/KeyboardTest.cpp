@@ -266,7 +266,56 @@ class ReleaseCallback : public IKeyReleaseCallback {
   std::function<TError()> fHook;
 };
 
+// Takes the keys that it is told to, before everybody else.
+class KeyCapture : public CDefaultMouseCapture {
+ public:
+  KeyCapture(CallLog& log, const TFlag& takesKeys) : fLog(log), fTakesKeys(takesKeys) {}
+  TError IMouseCapture_OnModifiersChanged(const TModifierKeysEvent& previous,
+                                          const TModifierKeysEvent& now) override {
+    fLog.push_back("capture " + std::to_string(previous.fModifiers.fKeys) + " " +
+                   std::to_string(now.fModifiers.fKeys));
+    return now.fModifiers.fKeys == 0 ? TError(100323) : kOK;
+  }
+  TError IMouseCapture_OnKeyDown(const TKeyEvent&, TFlag& outHandled) override {
+    fLog.push_back("capture key");
+    outHandled = fTakesKeys;
+    return kOK;
+  }
+
+ private:
+  CallLog& fLog;
+  const TFlag& fTakesKeys;
+};
+
 }  // namespace
+
+TEST_F(KeyboardTest, TheMouseCaptureComesFirst) {
+  ModifierListener listener(fViewLog, "listener");
+  TFlag captureTakesKeys = 0;
+  fRecord.fTakesKeys = 1;
+  RunWithViews({[&, this] {
+    SetFocusView(fOther);
+    EXPECT_EQ(fMorvane->IMorvane_AttachModifierKeyListener(&listener), kOK);
+    EXPECT_EQ(fMorvane->IMorvane_AllocateMouseCapture(&WindowOf(Window()),
+                                                      new KeyCapture(fViewLog, captureTakesKeys)),
+              kOK);
+    EXPECT_EQ(CallsOf('A'), (CallLog{"capture key", "other key", "window key"}));
+    captureTakesKeys = 1;
+    EXPECT_EQ(CallsOf('A'), CallLog{"capture key"});
+    Hold({VK_CONTROL});
+    EXPECT_EQ(CallsOf(VK_CONTROL), (CallLog{"capture 0 8", "capture key"}));
+    // A failure uses the message up, and the event does not count as told.
+    Hold({});
+    fViewLog.clear();
+    LetGo(VK_CONTROL);
+    EXPECT_EQ(TakeViewLog(), CallLog{"capture 8 0"});
+    EXPECT_EQ(std::exchange(fLog, {}).back(), "OnUnhandledError 100323");
+    EXPECT_EQ(fMorvane->IMorvane_ReleaseMouseCapture(), kOK);
+    Hold({VK_SHIFT});
+    EXPECT_EQ(CallsOf(VK_SHIFT), (CallLog{"listener 8 2", "other key", "window key"}));
+    EXPECT_EQ(fMorvane->IMorvane_DetachModifierKeyListener(&listener), kOK);
+  }});
+}
 
 TEST_F(KeyboardTest, ListenersHearOfModifierKeys) {
   ModifierListener a(fViewLog, "a"), b(fViewLog, "b");
