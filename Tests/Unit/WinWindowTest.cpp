@@ -49,6 +49,7 @@ class CTestWindow : public CWinWindow {
     fRecord.fLog.push_back("gone");
   }
 
+  using CWinWindow::fAcceleratorTable;
   using CWinWindow::fAlwaysOnTop;
   using CWinWindow::fChildWindows;
   using CWinWindow::fIsHidden;
@@ -67,7 +68,10 @@ class CTestWindow : public CWinWindow {
     return fRecord.fTakesChanges;
   }
   void OnActivationChanged(bool) override {}
-  bool OnKeyDown(const TKeyEvent&) override { return false; }
+  bool OnKeyDown(const TKeyEvent& event) override {
+    fRecord.fLog.push_back("key " + std::to_string(event.fPhysicalKey.fVirtualKey));
+    return false;
+  }
   void OnKeyboardFocusChanged(bool) override {}
   bool OnHelpRequested() override { return false; }
   void RequestClose(TCloseReason reason) override {
@@ -526,6 +530,24 @@ TEST_F(WinWindowTest, TheSameMenuBarIsNotBuiltTwice) {
     window->RunMenuBarSetup(state);
     EXPECT_EQ(CountLines("CWinWindow::RebuildCompleteMenuBar"), 1);
     EXPECT_TRUE(window->GetMenuBarState() == state);
+    Release(window);
+  });
+}
+
+// --- Keys
+
+TEST_F(WinWindowTest, AcceleratorsComeBeforeAllElse) {
+  InRun([this] {
+    TTestWindowPtr window = Make(kWindowKindModelessDialog);
+    ACCEL accelerator = {FVIRTKEY, VK_F5, 0xDFFF};  // a command that nobody knows
+    window->fAcceleratorTable = CreateAcceleratorTableW(&accelerator, 1);
+    const HWND control = CreateWindowExW(0, L"STATIC", L"", WS_CHILD, 0, 0, 10, 10, window->GetHwnd(),
+                                         nullptr, nullptr, nullptr);
+    for (const HWND target : {window->GetHwnd(), control}) {
+      for (const WPARAM key : {VK_F5, VK_F6}) PostMessageW(target, WM_KEYDOWN, key, 1);
+      EXPECT_EQ(CMorvaneImpl::gMorvaneImpl->IMorvane_Yield(), kOK);
+    }
+    EXPECT_EQ(fRecord.fLog, Texts{"key " + std::to_string(VK_F6)});
     Release(window);
   });
 }
