@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "BenchStart.h"
+#include "EventRows.h"
 #include "LibraryWindow.h"
 #include "Measure.h"
 #include "PlainWindow.h"
@@ -178,9 +179,12 @@ class CBenchRun : public CDefaultApplication {
   TError IMorvaneRunBehavior_OnAppMessage(std::uint32_t, std::uint32_t) override {
     return Guarded([&] {
       CFrameRows(fMorvane, fOptions).MeasureAll();
+      MeasureEvents(fMorvane, fOptions);
+      MeasureWindows(fMorvane, fOptions);
       return TError{kOK};
     });
   }
+  TError IMorvaneRunBehavior_OnSetupMenuBar(IMenuBarState& state) override { return FillMenuBar(state); }
   TError IMorvaneRunBehavior_OnQuitEvent() override { return fMorvane.IMorvane_StartQuitting(); }
   TError IMorvaneRunBehavior_OnUnhandledError(TError error) override {
     Require(false, "the library reports the error " + std::to_string(error));

@@ -1,0 +1,212 @@
+#include "EventRows.h"
+
+#include <utility>
+#include <vector>
+
+#include "Cells.h"
+#include "LibraryWindow.h"
+#include "PlainEventWindow.h"
+
+namespace NSBench {
+
+namespace {
+
+constexpr int kNestedViews = 20;
+
+// Counts what it is told.
+class CCountingView : public CEmptyView {
+ public:
+  CCountingView(IView& view, const TRect& rect, std::uint64_t& count)
+      : CEmptyView(view), fRect(rect), fCount(count) {}
+  TError IViewBehavior_GetHitRects(IRectsGetter& getter) override {
+    return getter.IRectsGetter_AddRects(&fRect, 1);
+  }
+  TError IViewBehavior_HandleClick(const TMouseEvent& event, TFlag& outHandled) override {
+    ++fCount;
+    return CEmptyView::IViewBehavior_HandleClick(event, outHandled);
+  }
+  TError IViewBehavior_OnMouseTracking(const TMouseTracking& event, TMousePhase phase,
+                                       TFlag& outHandled) override {
+    ++fCount;
+    return CEmptyView::IViewBehavior_OnMouseTracking(event, phase, outHandled);
+  }
+  TError IViewBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) override {
+    ++fCount;
+    return CEmptyView::IViewBehavior_HandleKeyDown(event, outHandled);
+  }
+
+ private:
+  TRect fRect;
+  std::uint64_t& fCount;
+};
+
+TViewParams TrackableParams(const TRect& rect) {
+  TViewParams params = ViewParams(kViewDrawDirect, kAutoInvalidationNone);
+  params.fFlags |= kViewMouseTrackable | kViewFocusable;
+  params.fRect = rect;
+  return params;
+}
+
+// A window with views beside each other, or each in the one before; in front, with the cursor on it.
+class CEventScene {
+ public:
+  CEventScene(IMorvane& morvane, int viewCount, bool nested)
+      : fWindow(&CreateLibraryWindow(morvane)), fViews(static_cast<std::size_t>(viewCount)) {
+    IView* superView = &RootViewOf(*fWindow);
+    int index = 0;
+    for (auto& view : fViews) {
+      const RECT cell = CellRect(index++);
+      const TRect rect = nested ? TRect{0, 0, kClientWidth, kClientHeight}
+                                : TRect{cell.left, cell.top, cell.right, cell.bottom};
+      ThrowIfFailed(view.Create(morvane, *superView, "Event", TrackableParams(rect), rect, fCount));
+      if (nested) superView = view.View();
+    }
+    if (nested) ThrowIfFailed(WindowOf(*fWindow).IWindow_SetConceptualFocusView(superView));
+    UpdateWindow(Hwnd());
+    POINT middle = {kClientWidth / 2, kClientHeight / 2};
+    ClientToScreen(Hwnd(), &middle);
+    SetCursorPos(middle.x, middle.y);
+  }
+  HWND Hwnd() const { return HwndOf(*fWindow); }
+  std::uint64_t TakeCount() { return std::exchange(fCount, 0); }
+
+ private:
+  std::uint64_t fCount = 0;
+  CReleasePtr<IDocumentWindow> fWindow;
+  std::vector<CViewOf<CCountingView>> fViews;
+};
+
+// The plain program with the same rectangles: it asks for the place of the cursor and for the window under
+// the mouse, and looks through its list.
+class CPlainRects {
+ public:
+  explicit CPlainRects(int count) {
+    for (int i = 0; i < count; ++i) fRects.push_back(CellRect(i));
+  }
+  void OnMove(HWND hwnd, LPARAM lParam) {
+    POINT cursor;
+    GetCursorPos(&cursor);
+    ScreenToClient(hwnd, &cursor);
+    POINT point = {LOWORD(lParam), HIWORD(lParam)};
+    POINT onScreen = point;
+    ClientToScreen(hwnd, &onScreen);
+    if (WindowFromPoint(onScreen) != hwnd) return;
+    for (auto rect = fRects.rbegin(); rect != fRects.rend(); ++rect) {
+      if (!PtInRect(&*rect, point)) continue;
+      ++fHits;
+      return;
+    }
+  }
+  std::uint64_t TakeHits() { return std::exchange(fHits, 0); }
+
+ private:
+  std::vector<RECT> fRects;
+  std::uint64_t fHits = 0;
+};
+
+// Messages a second. The count that `takeCount` gives must not stay 0.
+double MessagesPerSecond(const TOptions& options, HWND hwnd, const std::function<void(HWND)>& send,
+                         const std::function<std::uint64_t()>& takeCount) {
+  takeCount();
+  const double rate = FramesPerSecond(options.fSampleSeconds, [&] { send(hwnd); });
+  Require(takeCount() > 0, "nobody was told of the messages");
+  return rate;
+}
+
+class CEventRows {
+ public:
+  CEventRows(IMorvane& morvane, const TOptions& options) : fMorvane(morvane), fOptions(options) {}
+
+  void MeasureMoves(const TRowTexts& texts, int viewCount) {
+    if (!fOptions.Wants(texts.fName)) return;
+    Progress(texts.fName);
+    CEventScene scene(fMorvane, viewCount, false);
+    CPlainRects rects(viewCount);
+    CPlainEventWindow plain(
+        [&](UINT message, LPARAM lParam) {
+          if (message == WM_MOUSEMOVE) rects.OnMove(plain.Hwnd(), lParam);
+        },
+        false);
+    int step = 0;
+    const auto send = [&](HWND hwnd) {
+      // From cell to cell over the cells that all counts have.
+      step = (step + 1) % 97;
+      SendMessageW(hwnd, WM_MOUSEMOVE, 0, MAKELPARAM(3 + step * 8, 30));
+    };
+    PrintRow(texts, Compare(fOptions, Sample(scene, send),
+                            PlainSample(plain, send, [&] { return rects.TakeHits(); })));
+  }
+
+  // `send` sends to a window with nested views, and to one whose procedure does nothing.
+  void MeasureNested(const TRowTexts& texts, const std::function<void(HWND)>& send) {
+    if (!fOptions.Wants(texts.fName)) return;
+    Progress(texts.fName);
+    CEventScene scene(fMorvane, kNestedViews, true);
+    MeasureAgainstEmpty(texts, send, Sample(scene, send));
+  }
+
+  void MeasureTicks(const TRowTexts& texts, int viewCount) {
+    if (!fOptions.Wants(texts.fName)) return;
+    Progress(texts.fName);
+    CEventScene scene(fMorvane, viewCount, false);
+    const auto send = [](HWND hwnd) { SendMessageW(hwnd, WM_TIMER, 0, 0); };
+    const TSample sample = [&] {
+      return MessagesPerSecond(fOptions, scene.Hwnd(), send,
+                               [] { return 1; });  // ticks tell the views nothing
+    };
+    MeasureAgainstEmpty(texts, send, sample);
+  }
+
+ private:
+  TSample Sample(CEventScene& scene, const std::function<void(HWND)>& send) {
+    return [&scene, send, this] {
+      return MessagesPerSecond(fOptions, scene.Hwnd(), send, [&] { return scene.TakeCount(); });
+    };
+  }
+  // The plain window is there only while it is measured, and then in front.
+  TSample PlainSample(CPlainEventWindow& plain, const std::function<void(HWND)>& send,
+                      const std::function<std::uint64_t()>& takeCount) {
+    return [&plain, send, takeCount, this] {
+      plain.Show(true);
+      const double rate = MessagesPerSecond(fOptions, plain.Hwnd(), send, takeCount);
+      plain.Show(false);
+      return rate;
+    };
+  }
+  void MeasureAgainstEmpty(const TRowTexts& texts, const std::function<void(HWND)>& send,
+                           const TSample& sample) {
+    std::uint64_t count = 0;
+    CPlainEventWindow plain([&](UINT, LPARAM) { ++count; }, false);
+    PrintRow(texts,
+             Compare(fOptions, sample, PlainSample(plain, send, [&] { return std::exchange(count, 0); })));
+  }
+
+  IMorvane& fMorvane;
+  const TOptions& fOptions;
+};
+
+}  // namespace
+
+void MeasureEvents(IMorvane& morvane, const TOptions& options) {
+  constexpr char kRate[] = "messages/s";
+  CEventRows rows(morvane, options);
+  rows.MeasureMoves(
+      {"move-100", "Mouse moves over 100 trackable views; plain with a list of rectangles", "", kRate}, 100);
+  rows.MeasureMoves({"move", "The same with 1,000 views", "", kRate}, 1000);
+  rows.MeasureMoves({"move-10000", "The same with 10,000 views", "", kRate}, 10000);
+  rows.MeasureNested(
+      {"click", "A press and a release over 20 nested views; an empty procedure", "", "clicks/s"},
+      [](HWND hwnd) {
+        SendMessageW(hwnd, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(400, 300));
+        SendMessageW(hwnd, WM_LBUTTONUP, 0, MAKELPARAM(400, 300));
+      });
+  rows.MeasureNested(
+      {"key", "A key that none of 20 views with the focus takes; an empty procedure", "", kRate},
+      [](HWND hwnd) { SendMessageW(hwnd, WM_KEYDOWN, 'A', 0x001E0001); });
+  rows.MeasureTicks({"tick-0", "Ticks of the timer of 25 ms without views; an empty procedure", "", kRate},
+                    0);
+  rows.MeasureTicks({"tick", "The same with 1,000 trackable views", "", kRate}, 1000);
+  rows.MeasureTicks({"tick-10000", "The same with 10,000 trackable views", "", kRate}, 10000);
+}
+
+}  // namespace NSBench
