@@ -368,6 +368,7 @@ class CWinWindow : public CWindowGlue,
   void SetAcceleratorTable(HACCEL table);
   void SetNativeMenuBar(HMENU bar);
   void MoveFirstMenu(HMENU bar);
+  void ReplaceMenu(int position, HMENU bar);
   // A command of the menu bar, of a menu or a shortcut.
   void OnCommand(UINT commandId);
   void DispatchMenuCommand(std::uint32_t command);

@@ -30,6 +30,53 @@ TString EscapeText(const TString& text) {
   return CMenuItem::WithEscapedText(item).fText;
 }
 
+// --- Menus in a bar
+
+MENUITEMINFOW ItemInfo(UINT mask) {
+  MENUITEMINFOW info = {};
+  info.cbSize = sizeof(info);
+  info.fMask = mask;
+  return info;
+}
+
+TString TitleOfMenu(HMENU bar, int position) {
+  TString title;
+  const int stringLength = GetMenuStringW(bar, position, nullptr, 0, MF_BYPOSITION);
+  MORVANE_ASSERT(stringLength>=0);
+  if (stringLength > 0) {
+    title.resize(stringLength);
+    const int getStringResult =
+        GetMenuStringW(bar, position, WinBuffer(title.data()), stringLength + 1, MF_BYPOSITION);
+    MORVANE_ASSERT(getStringResult>0);
+  }
+  return title;
+}
+
+// Menus of a bar are never grey, so that their titles are all that shows.
+bool HaveSameTitles(HMENU bar, HMENU other) {
+  const int count = GetMenuItemCount(bar);
+  if (count != GetMenuItemCount(other)) return false;
+  for (int i = 0; i < count; ++i)
+    if (TitleOfMenu(bar, i) != TitleOfMenu(other, i)) return false;
+  return true;
+}
+
+// The caller owns the menu from here on.
+HMENU TakeFirstMenu(HMENU bar) {
+  const HMENU submenu = GetSubMenu(bar, 0);
+  const BOOL okFlag = RemoveMenu(bar, 0, MF_BYPOSITION);
+  MORVANE_ASSERT(okFlag);
+  return submenu;
+}
+
+// After a failed call of the system.
+void DestroyAndThrow(HMENU menu) {
+  const DWORD error = GetLastError();
+  DestroyMenu(menu);
+  SetLastError(error);
+  MORVANE_THROW_LAST_ERROR();
+}
+
 }  // namespace
 
 // --- Set-up
@@ -150,53 +197,53 @@ void CWinWindow::SetNativeMenuBar(HMENU bar) {
   if (!fMenuHandle) {
     fMenuHandle = newBar.Detach();  // the call below can lead here again
     if (SetMenu(fHwnd, fMenuHandle)) return;
-    const DWORD error = GetLastError();
-    DestroyMenu(std::exchange(fMenuHandle, nullptr));
-    SetLastError(error);
-    MORVANE_THROW_LAST_ERROR();
+    DestroyAndThrow(std::exchange(fMenuHandle, nullptr));
     return;
   }
 
-  for (int count = GetMenuItemCount(fMenuHandle); count > 0; --count) {
-    const BOOL okFlag = DeleteMenu(fMenuHandle, 0, MF_BYPOSITION);
-    MORVANE_ASSERT(okFlag);
+  // Drawing the bar anew takes more than all the rest, and most builds leave it as it looks.
+  const bool looksTheSame = HaveSameTitles(fMenuHandle, bar);
+  if (!looksTheSame) {
+    for (int count = GetMenuItemCount(fMenuHandle); count > 0; --count) {
+      const BOOL okFlag = DeleteMenu(fMenuHandle, 0, MF_BYPOSITION);
+      MORVANE_ASSERT(okFlag);
+    }
   }
   const int itemCount = GetMenuItemCount(bar);
-  for (int position = 0; position < itemCount; ++position) MoveFirstMenu(bar);
+  for (int position = 0; position < itemCount; ++position) {
+    if (looksTheSame)
+      ReplaceMenu(position, bar);
+    else
+      MoveFirstMenu(bar);
+  }
   BOOL okFlag = DestroyMenu(newBar.Detach());
   MORVANE_ASSERT(okFlag);
+  if (looksTheSame) return;
   okFlag = DrawMenuBar(fHwnd);
   MORVANE_ASSERT(okFlag);
 }
 
 // Moves the first menu of another bar to the end of the window's.
 void CWinWindow::MoveFirstMenu(HMENU bar) {
-  TString title;
-  const int stringLength = GetMenuStringW(bar, 0, nullptr, 0, MF_BYPOSITION);
-  MORVANE_ASSERT(stringLength>=0);
-  if (stringLength > 0) {
-    title.resize(stringLength);
-    const int getStringResult =
-        GetMenuStringW(bar, 0, WinBuffer(title.data()), stringLength + 1, MF_BYPOSITION);
-    MORVANE_ASSERT(getStringResult>0);
-  }
-  MENUITEMINFOW info = {};
-  info.cbSize = sizeof(info);
-  info.fMask = MIIM_STATE;
+  const TString title = TitleOfMenu(bar, 0);
+  MENUITEMINFOW info = ItemInfo(MIIM_STATE);
   BOOL okFlag = GetMenuItemInfoW(bar, 0, TRUE, &info);
   MORVANE_ASSERT(okFlag);
-  const HMENU submenu = GetSubMenu(bar, 0);
-  okFlag = RemoveMenu(bar, 0, MF_BYPOSITION);
-  MORVANE_ASSERT(okFlag);
-
-  if (!AppendMenuW(fMenuHandle, MF_POPUP, reinterpret_cast<UINT_PTR>(submenu), WinText(title))) {
-    const DWORD error = GetLastError();
-    DestroyMenu(submenu);
-    SetLastError(error);
-    MORVANE_THROW_LAST_ERROR();
-  }
+  const HMENU submenu = TakeFirstMenu(bar);
+  if (!AppendMenuW(fMenuHandle, MF_POPUP, reinterpret_cast<UINT_PTR>(submenu), WinText(title)))
+    DestroyAndThrow(submenu);
   okFlag = SetMenuItemInfoW(fMenuHandle, GetMenuItemCount(fMenuHandle) - 1, TRUE, &info);
   MORVANE_ASSERT(okFlag);
+}
+
+// Puts the first menu of another bar in the place of one of the window's.
+void CWinWindow::ReplaceMenu(int position, HMENU bar) {
+  const HMENU old = GetSubMenu(fMenuHandle, position);
+  MENUITEMINFOW info = ItemInfo(MIIM_SUBMENU);
+  info.hSubMenu = TakeFirstMenu(bar);
+  if (!SetMenuItemInfoW(fMenuHandle, position, TRUE, &info)) DestroyAndThrow(info.hSubMenu);
+  // Some systems have destroyed it by now.
+  if (IsMenu(old)) DestroyMenu(old);
 }
 
 // --- Commands

@@ -143,8 +143,15 @@ TEST_F(MenusTest, WholeBar) {
     lines.insert(lines.begin() + 20, "   E002");
     EXPECT_EQ(Bar(), lines);
 
+    // Menus under the same titles take the place of those before.
     flags = {0, 0, 1, 0, 1};
+    const HMENU oldMenu = GetSubMenu(handle, 0);
+    RECT place = {};
+    RECT newPlace = {};
+    GetMenuItemRect(fHwnd, handle, 4, &place);
     Request();
+    EXPECT_FALSE(IsMenu(oldMenu));
+    EXPECT_TRUE(GetMenuItemRect(fHwnd, handle, 4, &newPlace) && EqualRect(&place, &newPlace));
     lines[5] = "  E&xit C351";
     lines[9] = "  &Close A004 grey";
     lines.resize(lines.size() - 2);
@@ -403,6 +410,39 @@ TEST_F(PopupMenusTest, ChoiceByKeyAndButton) {
         EXPECT_TRUE(YieldUntil([&] { return (GetKeyState(use.fKeys.back()) & 1) != toggled; }));
       }
     }
+  });
+}
+
+// What the user opens in a bar whose menus have been exchanged under him.
+TEST_F(PopupMenusTest, OpensInTheBar) {
+  const char16_t* text = u"old";
+  fHooks.fOnSetupMenuBar = [&](IMenuBarState& state) {
+    SetMenu(state, kMenu1, u"Menu", 1);
+    SetItems(state, kMenu1, {Item(text, 7)});
+    return TError{kOK};
+  };
+  const TUse use = {kKeys, {VK_DOWN, VK_RETURN}, 0, 0};
+  fUse = &use;
+  RunWithWindow(0, [&] {
+    for (const char16_t* const next : {u"old", u"new", u"newer"}) {
+      text = next;
+      EXPECT_EQ(fMorvane->IMorvane_RequestMenuBarsSetup(), kOK);
+      SendMessageW(fHwnd, WM_NULL, 0, 0);
+    }
+    fLog.clear();
+    fTimer = SetTimer(nullptr, 0, 5, OnTimer);
+    RECT place = {};
+    EXPECT_TRUE(GetMenuItemRect(fHwnd, GetMenu(fHwnd), 2, &place));
+    SetCursorPos((place.left + place.right) / 2, (place.top + place.bottom) / 2);
+    for (const DWORD flags : {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP}) {
+      INPUT input = {};
+      input.type = INPUT_MOUSE;
+      input.mi.dwFlags = flags;
+      SendInput(1, &input, sizeof(input));
+    }
+    EXPECT_TRUE(YieldUntil([&] { return fRecord.fCommand.fCommand == 7; }));
+    EXPECT_EQ(fLines, MenuLines{"newer A001"});
+    fHooks.fOnSetupMenuBar = nullptr;
   });
 }
 
