@@ -40,6 +40,15 @@ void Key(WORD key, DWORD flags = 0) {
   SendInput(1, &input, sizeof(input));
 }
 
+void Click(DWORD down, DWORD up) {
+  for (const DWORD flags : {down, up}) {
+    INPUT input = {};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = flags;
+    SendInput(1, &input, sizeof(input));
+  }
+}
+
 }  // namespace
 
 class MenusTest : public WindowClientTest {
@@ -96,33 +105,11 @@ TEST_F(MenusTest, WholeBar) {
     EXPECT_EQ(ChangeState(document, [](TDocumentWindowState& state) { CopyText(state.fTitle, u"a_b & c"); }),
               kOK);
     Request();
-    MenuLines lines = {
-        "&Application:",
-        "  &About A000",
-        "  --",
-        "  Grey A002 grey",
-        "  --",
-        "  E&xit C351 grey",
-        "&File:",
-        "  &Save\tCtrl+S A003",
-        "  --",
-        "  &Close A004",
-        "&Edit:",
-        "  item A005",
-        "Last &own:",
-        "  item A006",
-        "&Window:",
-        "  Always on &Top EA61",
-        "  --",
-        "  Tile A007 checked",
-        "  --",
-        "  a_b && c E001 checked",
-        "&Help:",
-        "  &Search: grey",
-        "    Topics A008 grey",
-        "  --",
-        "  A scenario of the client tests A009",
-    };
+    MenuLines lines = SplitLines(
+        "&Application:|  &About A000|  --|  Grey A002 grey|  --|  E&xit C351 grey|&File:|"
+        "  &Save\tCtrl+S A003|  --|  &Close A004|&Edit:|  item A005|Last &own:|  item A006|&Window:|"
+        "  Always on &Top EA61|  --|  Tile A007 checked|  --|  a_b && c E001 checked|&Help:|"
+        "  &Search: grey|    Topics A008 grey|  --|  A scenario of the client tests A009");
     EXPECT_EQ(Bar(second), lines);
     lines[19] = "  a_b && c E001";
     EXPECT_EQ(Bar(), lines);
@@ -346,12 +333,7 @@ class PopupMenusTest : public WindowClientTest {
     GetWindowRect(popup, &fPopupRect);
     if (fUse->fInput == kRightClick) {
       SetCursorPos(fPopupRect.left + 12, fPopupRect.top + 12);
-      for (const DWORD flags : {MOUSEEVENTF_RIGHTDOWN, MOUSEEVENTF_RIGHTUP}) {
-        INPUT input = {};
-        input.type = INPUT_MOUSE;
-        input.mi.dwFlags = flags;
-        SendInput(1, &input, sizeof(input));
-      }
+      Click(MOUSEEVENTF_RIGHTDOWN, MOUSEEVENTF_RIGHTUP);
     }
     for (const WORD key : fUse->fKeys) {
       Key(key);
@@ -434,12 +416,7 @@ TEST_F(PopupMenusTest, OpensInTheBar) {
     RECT place = {};
     EXPECT_TRUE(GetMenuItemRect(fHwnd, GetMenu(fHwnd), 2, &place));
     SetCursorPos((place.left + place.right) / 2, (place.top + place.bottom) / 2);
-    for (const DWORD flags : {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP}) {
-      INPUT input = {};
-      input.type = INPUT_MOUSE;
-      input.mi.dwFlags = flags;
-      SendInput(1, &input, sizeof(input));
-    }
+    Click(MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP);
     EXPECT_TRUE(YieldUntil([&] { return fRecord.fCommand.fCommand == 7; }));
     EXPECT_EQ(fLines, MenuLines{"newer A001"});
     fHooks.fOnSetupMenuBar = nullptr;

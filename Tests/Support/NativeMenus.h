@@ -37,6 +37,18 @@ inline void DescribeMenu(HMENU menu, MenuLines& lines, const std::string& indent
   }
 }
 
+// Lines that stand in one text, with a bar between them.
+inline MenuLines SplitLines(const std::string& text) {
+  MenuLines lines(1);
+  for (const char c : text) {
+    if (c == '|')
+      lines.emplace_back();
+    else
+      lines.back() += c;
+  }
+  return lines;
+}
+
 inline MenuLines LinesOfMenu(HMENU menu) {
   MenuLines lines;
   DescribeMenu(menu, lines);

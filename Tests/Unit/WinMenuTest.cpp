@@ -14,6 +14,7 @@ using namespace NSMorvane;
 using NSMorvaneTest::LinesOfMenu;
 using NSMorvaneTest::MenuLines;
 using NSMorvaneTest::RecordingDebugOutput;
+using NSMorvaneTest::SplitLines;
 
 namespace {
 
@@ -83,41 +84,25 @@ TEST_F(WinMenuTest, ItemsOfALevel) {
   CMenuBuilder& menu = bar.AddSubmenu(u"_First");
   menu.AddMenuItems(
       *fMorvane,
-      {
-          Item(u"", kEnabled),  // no separator at the beginning
-          Item(u"_Open", kEnabled, u"", u"o", kModifierControl), Item(u"", 0), Item(u"", 0),
-          Item(u"Bold", kEnabled | kMenuItemChecked, u"", u"\xE005", kModifierShift | kModifierControl),
-          Item(u"Alone", kGrey, u"One"), Item(u"Deep", kGrey, u"_Two"), Item(u"", kEnabled, u"_Two"),
-          Item(u"Other", kEnabled | kMenuItemChecked, u"_Two", u"x", kModifierOther), Item(u"", 0),
-          Item(u"Again", kEnabled, u"_Two"), Item(u"", 0, u"Only a separator"),
-          Item(u"", 0),  // no separator at the end
-      });
+      {Item(u"", kEnabled),  // no separator at the beginning
+       Item(u"_Open", kEnabled, u"", u"o", kModifierControl), Item(u"", 0), Item(u"", 0),
+       Item(u"Bold", kEnabled | kMenuItemChecked, u"", u"\xE005", kModifierShift | kModifierControl),
+       Item(u"Alone", kGrey, u"One"), Item(u"Deep", kGrey, u"_Two"), Item(u"", kEnabled, u"_Two"),
+       Item(u"Other", kEnabled | kMenuItemChecked, u"_Two", u"x", kModifierOther), Item(u"", 0),
+       Item(u"Again", kEnabled, u"_Two"), Item(u"", 0, u"Only a separator"),
+       Item(u"", 0)});  // no separator at the end
+
   menu.MarkSeparator();
   bar.MarkSeparator();
   CMenuBuilder& last = bar.AddSubmenu(u"Empty");
   last.MarkSeparator();
   last.AddNativeItem(u"R&D _quit", kQuitCommand, MF_GRAYED);
   last.AddMenuItem(*fMorvane, Item(u"Number", kEnabled));
-  EXPECT_EQ(LinesOfMenu(bar.GetHandle()), (MenuLines{
-                                              "&First:",
-                                              "  &Open\tCtrl+O A001",
-                                              "  --",
-                                              "  Bold\tCtrl+Shift+F5 A004 checked",
-                                              "  One: grey",
-                                              "    Alone A005 grey",
-                                              "  &Two:",
-                                              "    Deep A006 grey",
-                                              "    --",
-                                              "    Other\t A008 checked",
-                                              "  --",
-                                              "  &Two:",
-                                              "    Again A00A",
-                                              "  Only a separator: grey",
-                                              "--",
-                                              "Empty:",
-                                              "  R&&D &quit C351 grey",
-                                              "  Number A00D",
-                                          }));
+  const MenuLines wanted = SplitLines(
+      "&First:|  &Open\tCtrl+O A001|  --|  Bold\tCtrl+Shift+F5 A004 checked|  One: grey|"
+      "    Alone A005 grey|  &Two:|    Deep A006 grey|    --|    Other\t A008 checked|  --|  &Two:|"
+      "    Again A00A|  Only a separator: grey|--|Empty:|  R&&D &quit C351 grey|  Number A00D");
+  EXPECT_EQ(LinesOfMenu(bar.GetHandle()), wanted);
   ASSERT_EQ(fItems.size(), 14u);
   EXPECT_EQ(fItems[8].fText, u"Other");
   EXPECT_EQ(fItems[7].fText, u"");
