@@ -9,38 +9,39 @@ namespace NSMorvane {
 
 class IView;
 
-// The numbers of the built-in mouse shapes.
+// The numbers of the built-in mouse shapes. docs/images/cursors.png shows those that the library draws
+// itself; the others are the system's.
 enum TBuiltInMouseShape : std::uint32_t {
-  kMouseShapeArrow = 1300,
-  kMouseShape1301 = 1301,
-  kMouseShape1302 = 1302,
-  kMouseShape1303 = 1303,
-  kMouseShapeWait = 1400,
-  kMouseShapeText = 1401,
-  kMouseShapeHand = 1402,
-  kMouseShapeDefault = 1403,
-  kMouseShape1404 = 1404,
-  kMouseShape1405 = 1405,
-  kMouseShape1500 = 1500,
-  kMouseShape1501 = 1501,
-  kMouseShape1502 = 1502,
-  kMouseShape1503 = 1503,
-  kMouseShape1504 = 1504,
-  kMouseShape1505 = 1505,
-  kMouseShape1606 = 1606,
-  kMouseShape1607 = 1607,
-  kMouseShape1608 = 1608,
-  kMouseShape1700 = 1700,
-  kMouseShape1701 = 1701,
-  kMouseShape1702 = 1702,
-  kMouseShape1703 = 1703,
-  kMouseShape1704 = 1704,
-  kMouseShape1705 = 1705,
-  kMouseShape1706 = 1706,
-  kMouseShape1707 = 1707,
-  kMouseShape1708 = 1708,
-  kMouseShape1709 = 1709,
-  kMouseShape1710 = 1710
+  kMouseShapeArrow = 1300,         // the usual pointer
+  kMouseShapeArrowCopy = 1301,     // what is dragged gets copied
+  kMouseShapeArrowLink = 1302,     // what is dragged gets linked
+  kMouseShapeArrowHelp = 1303,     // a click explains
+  kMouseShapeWait = 1400,          // the application is busy
+  kMouseShapeText = 1401,          // text can be selected
+  kMouseShapeHand = 1402,          // a link
+  kMouseShapeDefault = 1403,       // the same as kMouseShapeArrow
+  kMouseShapeMarker = 1404,        // marks a place
+  kMouseShapeForbidden = 1405,     // nothing can be dropped here
+  kMouseShapeSplitColumns = 1500,  // the line between two columns
+  kMouseShapeSplitRows = 1501,     // the line between two rows
+  kMouseShapeHandOpen = 1502,      // a page that can be taken and moved
+  kMouseShapeMove = 1503,          // moves in all directions
+  kMouseShapeCrosshair = 1504,     // a precise point
+  kMouseShapeAim = 1505,           // a precise point and the area around it
+  kMouseShapeResizeWidth = 1606,
+  kMouseShapeResizeHeight = 1607,
+  kMouseShapeResizeCorner = 1608,
+  kMouseShapePencil = 1700,      // draws lines
+  kMouseShapeFill = 1701,        // fills an area
+  kMouseShapeBrush = 1702,       // paints
+  kMouseShapeHandClosed = 1703,  // a page that is being moved
+  kMouseShapeSelect = 1704,      // selects in a rectangle
+  kMouseShapePen = 1705,         // draws curves
+  kMouseShapePenAdd = 1706,      // adds a point to a curve
+  kMouseShapeRotate = 1707,      // turns what is selected
+  kMouseShapeCell = 1708,        // selects cells of a table
+  kMouseShapeZoom = 1709,        // enlarges
+  kMouseShapeEyedropper = 1710   // takes a colour
 };
 
 // A mouse shape. Whoever got it deletes it.
