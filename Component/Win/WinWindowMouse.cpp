@@ -156,6 +156,62 @@ TViews CWinWindow::FindTrackableViews(const TPoint& point) {
 
 // --- Tracking
 
+namespace {
+
+// From the root to the front. The view at the result claims the event from those in front of it; it is the
+// front-most one if none does.
+std::ptrdiff_t RunPreTrackingPass(const TViews& hitViews, TMouseTracking record) {
+  const std::vector<IView*> clientViews = ClientViews(hitViews);
+  std::ptrdiff_t nodeViewIndex = static_cast<std::ptrdiff_t>(hitViews.size()) - 1;
+  MORVANE_ASSERT((nodeViewIndex >= 0) && (static_cast<std::vector<TViewImplPtr>::size_type>(nodeViewIndex) < hitViews.size()));
+  for (std::size_t i = 0; i < hitViews.size(); ++i) {
+    SetViewsInFront(record.fState, clientViews, i);
+    const bool isHandled = TakeTurn(kPreTrackingPass, [&] {
+      IViewBehavior* const behavior = hitViews[i]->GetBehavior();
+      if (!behavior) return false;
+      TFlag handled = 0;
+      MORVANE_CHECK(behavior->IViewBehavior_OnMouseTracking(record, kMousePhasePre, handled));
+      MORVANE_ASSERT((handled == 0) || (handled == 1));
+      return handled != 0;
+    });
+    if (!isHandled) continue;
+    nodeViewIndex = static_cast<std::ptrdiff_t>(i);
+    MORVANE_ASSERT((nodeViewIndex >= 0) && (static_cast<std::vector<TViewImplPtr>::size_type>(nodeViewIndex) < hitViews.size()));
+    break;
+  }
+  return nodeViewIndex;
+}
+
+// From there back to the root. The view at the result keeps the event from those behind it. `insideViews`
+// have the mouse inside already.
+std::ptrdiff_t RunNormalTrackingPass(const TViews& hitViews, std::ptrdiff_t nodeViewIndex,
+                                     const std::list<boost::weak_ptr<CViewImpl>>& insideViews,
+                                     TMouseTracking record) {
+  SetNoViewsInFront(record.fState);
+  std::ptrdiff_t rootViewIndex = 0;
+  for (std::ptrdiff_t i = nodeViewIndex; i >= 0; --i) {
+    const bool isHandled = TakeTurn(kNormalTrackingPass, [&] {
+      const TViewImplPtr& view = hitViews[static_cast<std::size_t>(i)];
+      IViewBehavior* const behavior = view->GetBehavior();
+      if (!behavior) return false;
+      const bool isInside = std::any_of(insideViews.begin(), insideViews.end(),
+                                        [&](const auto& inside) { return IsSameView(inside, view); });
+      if (!isInside) MORVANE_CHECK(behavior->IViewBehavior_OnMouseEnterExit(1));
+      TFlag handled = 0;
+      MORVANE_CHECK(behavior->IViewBehavior_OnMouseTracking(record, kMousePhaseNormal, handled));
+      MORVANE_ASSERT((handled == 0) || (handled == 1));
+      return handled != 0;
+    });
+    if (!isHandled) continue;
+    rootViewIndex = i;
+    MORVANE_ASSERT((rootViewIndex >= 0) && (static_cast<std::vector<TViewImplPtr>::size_type>(rootViewIndex) < hitViews.size()));
+    break;
+  }
+  return rootViewIndex;
+}
+
+}  // namespace
+
 void CWinWindow::DispatchMouseMove(const TMouseMessage& message) {
   // Listeners of messages have been called since the last look.
   if (!fMsgEventListeners.empty()) fMouseGlance.Forget();
@@ -201,45 +257,8 @@ void CWinWindow::DispatchMouseTracking(const TMouseTracking& event) {
   std::ptrdiff_t nodeViewIndex = -1;
   std::ptrdiff_t rootViewIndex = -1;
   if (!hitViews.empty()) {
-    TMouseTracking record = event;
-    const std::vector<IView*> clientViews = ClientViews(hitViews);
-    nodeViewIndex = static_cast<std::ptrdiff_t>(hitViews.size()) - 1;
-    MORVANE_ASSERT((nodeViewIndex >= 0) && (static_cast<std::vector<TViewImplPtr>::size_type>(nodeViewIndex) < hitViews.size()));
-    for (std::size_t i = 0; i < hitViews.size(); ++i) {
-      SetViewsInFront(record.fState, clientViews, i);
-      const bool isHandled = TakeTurn(kPreTrackingPass, [&] {
-        IViewBehavior* const behavior = hitViews[i]->GetBehavior();
-        if (!behavior) return false;
-        TFlag handled = 0;
-        MORVANE_CHECK(behavior->IViewBehavior_OnMouseTracking(record, kMousePhasePre, handled));
-        MORVANE_ASSERT((handled == 0) || (handled == 1));
-        return handled != 0;
-      });
-      if (!isHandled) continue;
-      nodeViewIndex = static_cast<std::ptrdiff_t>(i);
-      MORVANE_ASSERT((nodeViewIndex >= 0) && (static_cast<std::vector<TViewImplPtr>::size_type>(nodeViewIndex) < hitViews.size()));
-      break;
-    }
-    SetNoViewsInFront(record.fState);
-    rootViewIndex = 0;
-    for (std::ptrdiff_t i = nodeViewIndex; i >= 0; --i) {
-      const bool isHandled = TakeTurn(kNormalTrackingPass, [&] {
-        const TViewImplPtr& view = hitViews[static_cast<std::size_t>(i)];
-        IViewBehavior* const behavior = view->GetBehavior();
-        if (!behavior) return false;
-        const bool isInside = std::any_of(fMouseTrackingViews.begin(), fMouseTrackingViews.end(),
-                                          [&](const auto& inside) { return IsSameView(inside, view); });
-        if (!isInside) MORVANE_CHECK(behavior->IViewBehavior_OnMouseEnterExit(1));
-        TFlag handled = 0;
-        MORVANE_CHECK(behavior->IViewBehavior_OnMouseTracking(record, kMousePhaseNormal, handled));
-        MORVANE_ASSERT((handled == 0) || (handled == 1));
-        return handled != 0;
-      });
-      if (!isHandled) continue;
-      rootViewIndex = i;
-      MORVANE_ASSERT((rootViewIndex >= 0) && (static_cast<std::vector<TViewImplPtr>::size_type>(rootViewIndex) < hitViews.size()));
-      break;
-    }
+    nodeViewIndex = RunPreTrackingPass(hitViews, event);
+    rootViewIndex = RunNormalTrackingPass(hitViews, nodeViewIndex, fMouseTrackingViews, event);
   }
   // Those that took part in the normal pass.
   TViews newMouseTrackingViews;
