@@ -1,192 +1,25 @@
 # morvane_embed_cursors(<target> <folder>): puts the cursors that the text files of a folder draw into the resources
-# of a target. Each file GROUP-NAME.txt holds one group of cursors, which may have the same picture in several
-# sizes. A picture begins with a line like
-#
-#   cursor 16 size 32 bits 1 hot 15 15
-#
-# (the number of its resource, width and height, bits of each pixel, the point that points) and has a line for each
-# of its rows from the top, with a character for each pixel:
-#
-#   .  transparent    #  black    o  white
-#
-# and, with 4 bits, the other colours of the standard palette: r red, g green, y yellow, b blue, m magenta, t cyan, in
-# capitals for the bright ones, d dark grey, s light grey. Lines that begin with "# " are comments.
+# of a target of the calling folder. draw-cursors.py tells what is in those files.
+find_package(Python3 REQUIRED COMPONENTS Interpreter)
+set(MORVANE_DRAW_CURSORS "${CMAKE_CURRENT_LIST_DIR}/draw-cursors.py")
+
 function(morvane_embed_cursors target folder)
   get_filename_component(folder "${folder}" ABSOLUTE)
   file(GLOB files CONFIGURE_DEPENDS "${folder}/*.txt")
-  set(script "${CMAKE_CURRENT_BINARY_DIR}/${target}-Cursors.rc")
-  add_custom_command(OUTPUT "${script}"
-    COMMAND ${CMAKE_COMMAND} "-DFOLDER=${folder}" "-DOUTPUT=${script}" -P "${CMAKE_CURRENT_FUNCTION_LIST_FILE}"
-    DEPENDS ${files} "${CMAKE_CURRENT_FUNCTION_LIST_FILE}"
-    COMMENT "Drawing the cursors" VERBATIM)
-  target_sources(${target} PRIVATE "${script}")
-endfunction()
-
-if(NOT CMAKE_SCRIPT_MODE_FILE STREQUAL CMAKE_CURRENT_LIST_FILE)
-  return()
-endif()
-
-# From here on: the script that the build runs, cmake -DFOLDER=... -DOUTPUT=... -P.
-
-# Bytes are kept as pairs of hexadecimal digits, and written as words, which are what a resource script takes.
-function(hex_to_words hex_bytes out)
-  string(REGEX REPLACE "(..)(..)" "0x\\2\\1, " result "${hex_bytes}")
-  string(REPEAT "." 88 line)
-  string(REGEX REPLACE "(${line})" "\\1\n" result "${result}")
-  set(${out} "${result}\n" PARENT_SCOPE)
-endfunction()
-
-# Rows of the digits 0 and 1, of eight digits or more, become bytes.
-function(bits_to_hex bits out)
-  string(REGEX REPLACE "(....)" "<\\1>" nibbles "${bits}")
-  set(digits 0 1 2 3 4 5 6 7 8 9 A B C D E F)
-  foreach(digit IN LISTS digits)
-    set(pattern "")
-    math(EXPR value "0x${digit}")
-    foreach(weight 8 4 2 1)
-      math(EXPR bit "(${value} / ${weight}) % 2")
-      string(APPEND pattern ${bit})
-    endforeach()
-    string(REPLACE "<${pattern}>" "${digit}" nibbles "${nibbles}")
-  endforeach()
-  set(${out} "${nibbles}" PARENT_SCOPE)
-endfunction()
-
-function(little_endian value byte_count out)
-  set(result "")
-  foreach(i RANGE 1 ${byte_count})
-    math(EXPR byte "(${value}) & 255")
-    math(EXPR value "(${value}) >> 8")
-    math(EXPR byte "${byte} + 256" OUTPUT_FORMAT HEXADECIMAL)
-    string(SUBSTRING "${byte}" 3 2 byte)
-    string(APPEND result ${byte})
-  endforeach()
-  set(${out} "${result}" PARENT_SCOPE)
-endfunction()
-
-# The colours in the order of the palette, with the bytes blue, green, red, and one that is not used.
-set(palette_characters "#" r g y b m t d s R G Y B M T o)
-set(palette_1 00000000 FFFFFF00)
-set(palette_4 00000000 00008000 00800000 00808000 80000000 80008000 80800000 80808000
-  C0C0C000 0000FF00 00FF0000 00FFFF00 FF000000 FF00FF00 FFFF0000 FFFFFF00)
-
-# The rows of a picture as the data of a cursor resource.
-function(make_cursor size bits hot_x hot_y rows place out out_byte_count)
-  list(LENGTH rows row_count)
-  if(NOT row_count EQUAL size)
-    message(FATAL_ERROR "${place}: ${row_count} rows instead of ${size}")
+  set(resources "${CMAKE_CURRENT_BINARY_DIR}/${target}-Cursors.res")
+  add_custom_command(OUTPUT "${resources}"
+    COMMAND Python3::Interpreter "${MORVANE_DRAW_CURSORS}" "${folder}" "${resources}"
+    DEPENDS ${files} "${MORVANE_DRAW_CURSORS}"
+    COMMENT "Drawing the cursors of ${target}" VERBATIM)
+  if(NOT MSVC)
+    # Microsoft's linker takes the file as it is, others an object file.
+    set(object "${CMAKE_CURRENT_BINARY_DIR}/${target}-Cursors.obj")
+    add_custom_command(OUTPUT "${object}"
+      COMMAND "${CMAKE_RC_COMPILER}" -J res -O coff "${resources}" "${object}"
+      DEPENDS "${resources}"
+      COMMENT "Compiling the cursors of ${target}" VERBATIM)
+    set(resources "${object}")
   endif()
-  set(pixels "")
-  set(mask "")
-  math(EXPR mask_padding "(32 - ${size} % 32) % 32")
-  string(REPEAT 1 ${mask_padding} mask_padding)
-  string(REPLACE 1 0 pixel_padding "${mask_padding}")
-  list(REVERSE rows)  # the bottom row comes first
-  foreach(row IN LISTS rows)
-    string(LENGTH "${row}" length)
-    if(NOT length EQUAL size)
-      message(FATAL_ERROR "${place}: a row of ${length} pixels instead of ${size}: ${row}")
-    endif()
-    string(REGEX REPLACE "[^.]" "0" mask_row "${row}")
-    string(REPLACE "." "1" mask_row "${mask_row}")
-    string(APPEND mask "${mask_row}${mask_padding}")
-    if(bits EQUAL 1)
-      string(REPLACE "." "0" row "${row}")
-      string(REPLACE "#" "0" row "${row}")
-      string(REPLACE "o" "1" row "${row}")
-      set(valid "[01]*")
-      string(APPEND pixels "${row}${pixel_padding}")
-    else()
-      string(REPLACE "." "#" row "${row}")
-      set(encoded "")
-      string(REGEX MATCHALL "." characters "${row}")
-      foreach(character IN LISTS characters)
-        list(FIND palette_characters "${character}" index)
-        math(EXPR digit "${index} + 16" OUTPUT_FORMAT HEXADECIMAL)
-        string(SUBSTRING "${digit}" 3 -1 digit)
-        if(index LESS 0)
-          set(digit "?")
-        endif()
-        string(APPEND encoded "${digit}")
-      endforeach()
-      set(row "${encoded}")
-      set(valid "[0-9a-f]*")
-      string(APPEND pixels "${row}")
-    endif()
-    if(NOT row MATCHES "^${valid}$")
-      message(FATAL_ERROR "${place}: a character that stands for no colour: ${row}")
-    endif()
-  endforeach()
-  if(bits EQUAL 1)
-    bits_to_hex("${pixels}" pixels)
-  endif()
-  bits_to_hex("${mask}" mask)
-  list(JOIN palette_${bits} "" palette)
-
-  set(header "")
-  math(EXPR double_height "2 * ${size}")
-  foreach(field "${hot_x};2" "${hot_y};2" "40;4" "${size};4" "${double_height};4" "1;2" "${bits};2"
-          "0;4" "0;4" "0;4" "0;4" "0;4" "0;4")
-    list(GET field 0 value)
-    list(GET field 1 byte_count)
-    little_endian(${value} ${byte_count} bytes)
-    string(APPEND header "${bytes}")
-  endforeach()
-  set(hex_bytes "${header}${palette}${pixels}${mask}")
-  string(LENGTH "${hex_bytes}" digit_count)
-  math(EXPR byte_count "${digit_count} / 2")
-  hex_to_words("${hex_bytes}" words)
-  set(${out} "${words}" PARENT_SCOPE)
-  set(${out_byte_count} ${byte_count} PARENT_SCOPE)
+  set_source_files_properties("${resources}" PROPERTIES EXTERNAL_OBJECT TRUE GENERATED TRUE)
+  target_sources(${target} PRIVATE "${resources}")
 endfunction()
-
-set(script "// Made by the build from the pictures of cursors.\nLANGUAGE 0, 0\n")
-file(GLOB files "${FOLDER}/*.txt")
-list(SORT files)
-foreach(file IN LISTS files)
-  get_filename_component(file_name "${file}" NAME)
-  if(NOT file_name MATCHES "^([0-9]+)-")
-    message(FATAL_ERROR "${file}: the name does not begin with the number of a group")
-  endif()
-  set(group ${CMAKE_MATCH_1})
-  file(STRINGS "${file}" lines)
-  list(FILTER lines EXCLUDE REGEX "^# ")
-  list(APPEND lines "cursor end")
-  set(cursor "")
-  set(entries "")
-  set(entry_count 0)
-  foreach(line IN LISTS lines)
-    if(NOT line MATCHES "^cursor ")
-      list(APPEND rows "${line}")
-      continue()
-    endif()
-    if(cursor)
-      make_cursor(${size} ${bits} ${hot_x} ${hot_y} "${rows}" "${file}" data byte_count)
-      string(APPEND script "\n${cursor} 1\nBEGIN\n${data}END\n")
-      math(EXPR double_height "2 * ${size}")
-      math(EXPR entry_count "${entry_count} + 1")
-      foreach(field "${size};2" "${double_height};2" "1;2" "${bits};2" "${byte_count};4" "${cursor};2")
-        list(GET field 0 value)
-        list(GET field 1 field_size)
-        little_endian(${value} ${field_size} bytes)
-        string(APPEND entries "${bytes}")
-      endforeach()
-    endif()
-    set(rows "")
-    if(line STREQUAL "cursor end")
-      break()
-    endif()
-    if(NOT line MATCHES "^cursor ([0-9]+) size ([0-9]+) bits ([14]) hot ([0-9]+) ([0-9]+)$")
-      message(FATAL_ERROR "${file}: not the first line of a picture: ${line}")
-    endif()
-    set(cursor ${CMAKE_MATCH_1})
-    set(size ${CMAKE_MATCH_2})
-    set(bits ${CMAKE_MATCH_3})
-    set(hot_x ${CMAKE_MATCH_4})
-    set(hot_y ${CMAKE_MATCH_5})
-  endforeach()
-  little_endian(${entry_count} 2 count)
-  hex_to_words("00000200${count}${entries}" words)
-  string(APPEND script "\n${group} 12\nBEGIN\n${words}END\n")
-endforeach()
-file(WRITE "${OUTPUT}" "${script}")

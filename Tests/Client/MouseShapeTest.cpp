@@ -78,7 +78,7 @@ class MouseShapeTest : public ClientTest {
         fMorvane->IMorvane_CreateBuiltInMouseShape(static_cast<TBuiltInMouseShape>(number), error));
     EXPECT_EQ(error, wantedError) << number;
     EXPECT_EQ(shape != nullptr, wantedError == kOK) << number;
-    if (shape) EXPECT_NE(shape->IMouseShape_CheckInvariant(), 0u);
+    EXPECT_TRUE(!shape || shape->IMouseShape_CheckInvariant() != 0) << number;
     return shape;
   }
   std::unique_ptr<IMouseShape> Load(const char* key, TError wantedError) {
@@ -173,7 +173,7 @@ TEST_F(MouseShapeTest, OtherNumbersAndKeysAreRefused) {
     Make(number, kBadInputProgrammingError);
   Load(nullptr, kBadInputProgrammingError);
   Load("", kBadInputProgrammingError);
-  EXPECT_EQ(fOutput.TakeAssertions(), CallLog());
+  EXPECT_EQ(fOutput.TakeAssertions().size(), 12u);
   // The program has no cursor of that number, nor of those that the reports are about.
   Load("4711", kOtherError);
   EXPECT_EQ(fOutput.TakeAssertions(), CallLog());
