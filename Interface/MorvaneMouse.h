@@ -79,7 +79,7 @@ enum TMouseEventType : std::uint32_t {
   kMouseEventWheel = 778
 };
 
-// A press of a button.
+// A button of the mouse.
 struct TMouseEvent {
   std::uint32_t fType;  // TMouseEventType
   std::uint64_t fTimeMS;
@@ -122,6 +122,7 @@ struct TMouseWheelEvent {
 class IMouseCapture {
  public:
   virtual TError IMouseCapture_OnMouseDown(const TMouseEvent& event) = 0;
+  // The type is kMouseEventClick here too.
   virtual TError IMouseCapture_OnMouseUp(const TMouseEvent& event) = 0;
   virtual TError IMouseCapture_OnMouseMove(const TMouseTracking& event) = 0;
   virtual TError IMouseCapture_OnModifiersChanged(const TModifierKeysEvent& previous,

@@ -211,11 +211,14 @@ class IMorvane {
   // --- Menus
   // Has the menu bars of all visible document windows filled anew, once, at the end of the current message.
   virtual TError IMorvane_RequestMenuBarsSetup() = 0;
-  // A menu at a point of the window's client area. `inOutSelectedIndex` is the item under the mouse, or -1;
-  // and the chosen one if `outSelectionMadeFlag` is 1. Bit 0 of `flags`: the right button does not choose.
+  // A menu with its corner at a point of the window's client area; returns when it has gone.
+  // `inOutSelectedIndex` comes in as -1 or the number of an item, which has no effect here, and is the chosen
+  // item if `outSelectionMadeFlag` is 1. Bit 0 of `flags`: the right button does not choose.
   virtual TError IMorvane_DisplayPopupMenu(const TMenuItem* items, std::uint32_t itemCount, IWindow& window,
                                            const TPoint& point, std::uint32_t flags,
                                            std::int16_t& inOutSelectedIndex, TFlag& outSelectionMadeFlag) = 0;
+  // The same for a right click. `outSelectedIndex` must be below `itemCount` on the way in, and stays if
+  // nothing is chosen.
   virtual TError IMorvane_DisplayContextualMenu(const TMenuItem* items, std::uint32_t itemCount,
                                                 IWindow& window, const TPoint& point, std::uint32_t flags,
                                                 std::uint16_t& outSelectedIndex,
@@ -224,7 +227,8 @@ class IMorvane {
   // --- Windows. They are shown when the call returns. The lists hold visible windows, front window first.
   //
   // `windowsMenuFlag` 1 lists the window by its title in the window menu. The interface that is returned
-  // stays the library's: end the window with its _Release.
+  // stays the library's: end the window with its _Release. A window that is ended while it is being made is
+  // gone when the call returns; the interface must not be used then.
   virtual IDocumentWindow* IMorvane_CreateDocumentWindow(IDocumentWindowBehaviorFactory& factory,
                                                          TStyleFlags styleFlags, TFlag windowsMenuFlag,
                                                          TError& outError) = 0;

@@ -18,8 +18,8 @@ struct TNativeWindow {
   HWND__* fHwnd;
 };
 
-// What a dialog needs of its owner. Every window of the library offers one; a client may implement its own
-// for a window that the library does not know.
+// What a dialog needs of its owner. Every window of the library but a floating one offers one; a client may
+// implement its own for a window that the library does not know.
 class IModalOwner {
  public:
   virtual TError IModalOwner_GetNativeWindow(TNativeWindow& out) = 0;
@@ -79,7 +79,8 @@ enum : TStyleFlags {
   kWindowResizableBit = 0x00100000,          // the window has a sizing frame
   kWindowZoomableBit = 0x00200000,           // the frame has a maximize box
   kWindowStyleBit22 = 0x00400000,            // modal dialogs: a size grip
-  kWindowStyleBit23 = 0x00800000,            // document windows: a size grip; the others: a close command
+  kWindowStyleBit23 = 0x00800000,            // document windows: a size grip; the others: a close command,
+                                             // and modal dialogs are listed in the window menu
   kWindowStyleBit24 = 0x01000000,            // modeless dialogs and floating windows: a size grip
   kModelessDialogBorderlessBit = 0x02000000  // modeless dialogs: a bare window without a frame; alone only
 };

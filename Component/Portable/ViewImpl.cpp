@@ -353,6 +353,7 @@ void CViewImpl::CViewGlue_SetTooltipText(const TString& text) {
     } else {
       const std::uint32_t handle = fViewWindow->AddTool(*this, newText);
       if (handle == 0) MORVANE_THROW(XOutOfMemory());
+      RemoveTooltip();  // the behaviour may have set a text while it was asked for its control
       fTooltipHandle = handle;
     }
   }

@@ -168,23 +168,6 @@ TString CMorvaneImpl::CMorvaneGlue_GetResourceString(const std::string& key) {
   return GetResourceStringCache(GetResourceLoader()).GetString(key);
 }
 
-TModifierKeys CMorvaneImpl::CMorvaneGlue_ShortcutModsToModifiers(TShortcutModifiers shortcutMods) {
-  switch (shortcutMods) {
-    case kShortcutNone:
-      return {0, 0};
-    case kShortcutCommand:
-      return {kModifierControl, 0};
-    case kShortcutCommandShift:
-      return {kModifierControl | kModifierShift, 0};
-    case kShortcutCommandAlt:
-      return {kModifierControl | kModifierAlt, 0};
-    case kShortcutCommandAltShift:
-      return {kModifierControl | kModifierAlt | kModifierShift, 0};
-  }
-  MORVANE_UNREACHED();
-  MORVANE_THROW(std::exception());
-}
-
 void* CMorvaneImpl::CMorvaneGlue_GetMacExtensions() { return nullptr; }
 
 IWinExtensions* CMorvaneImpl::CMorvaneGlue_GetWinExtensions() { return this; }

@@ -307,10 +307,14 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   void RequireRun() const;
 
   // --- Keyboard
-  using TKeyReleaseEntry = std::pair<std::uint32_t, IKeyReleaseCallback*>;  // with its virtual key
-  bool ForgetKeyReleaseCallback(const TKeyReleaseEntry& entry);
-  static TError CallKeyReleaseCallback(const TKeyReleaseEntry& entry, const TPhysicalKeySpec& key,
-                                       TKeyReleaseReason reason);
+  struct TKeyReleaseEntry {
+    std::uint32_t fVirtualKey;
+    IKeyReleaseCallback* fCallback;
+    bool fIsCalled;  // once; it is in the list until the call returns
+  };
+  using TKeyReleaseList = std::list<boost::shared_ptr<TKeyReleaseEntry>>;
+  TError CallKeyRelease(const boost::shared_ptr<TKeyReleaseEntry>& entry, const TPhysicalKeySpec& key,
+                        TKeyReleaseReason reason);
 
   // --- Menus
   // False if nothing was chosen.
@@ -332,7 +336,7 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   TDebugSettings fDebugSettings;
   boost::weak_ptr<CWinWindow> fMouseCaptureWindow;
   std::list<IModifierKeyListener*> fModifierKeyListeners;  // the client's, as are the next
-  std::list<TKeyReleaseEntry> fKeyReleaseCallbacks;
+  TKeyReleaseList fKeyReleaseCallbacks;
   std::unique_ptr<CMessageWindow> fMessageWindow;  // these three exist during IMorvane_Run only
   std::unique_ptr<CHiderWindow> fHiderWindow;
   std::unique_ptr<CIdleThread> fIdleThread;
@@ -354,8 +358,8 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   bool fIdleDue;
   std::uint32_t fMenuBarRebuildRequests;  // since the last flush
   bool fIsRebuildingMenuBars;
-  TMonitorList fMonitors;                 // the last one that could be read
-  UINT fRegisteredAutoPlayMessage;        // 0 until it is first suppressed
+  TMonitorList fMonitors;           // the last one that could be read
+  UINT fRegisteredAutoPlayMessage;  // 0 until it is first suppressed
   std::uint32_t fAutoPlaySuppressCount;
   std::vector<IMessageCallListener*> fMessageCallListeners;
   DWORD fMainThreadId;

@@ -1,5 +1,6 @@
 // The keyboard services of the root object: what keys mean, listeners of modifier keys, key releases.
 #include <algorithm>
+#include <boost/make_shared.hpp>
 
 #include "Component/Win/MorvaneImplWin.h"
 #include "Component/Win/WinKeyboard.h"
@@ -7,6 +8,23 @@
 namespace NSMorvane {
 
 // --- What keys mean
+
+TModifierKeys CMorvaneImpl::CMorvaneGlue_ShortcutModsToModifiers(TShortcutModifiers shortcutMods) {
+  switch (shortcutMods) {
+    case kShortcutNone:
+      return {0, 0};
+    case kShortcutCommand:
+      return {kModifierControl, 0};
+    case kShortcutCommandShift:
+      return {kModifierControl | kModifierShift, 0};
+    case kShortcutCommandAlt:
+      return {kModifierControl | kModifierAlt, 0};
+    case kShortcutCommandAltShift:
+      return {kModifierControl | kModifierAlt | kModifierShift, 0};
+  }
+  MORVANE_UNREACHED();
+  MORVANE_THROW(std::exception());
+}
 
 bool CMorvaneImpl::CMorvaneGlue_CanKeyBeInterpretedAs(const TPhysicalKeySpec& physicalKey,
                                                       const TModifierKeys& physicalMods,
@@ -56,51 +74,51 @@ void CMorvaneImpl::NotifyModifierKeyListeners(const TModifierKeysEvent& previous
 
 void CMorvaneImpl::CMorvaneGlue_InstallKeyReleaseCallback(std::uint32_t virtualKey,
                                                           IKeyReleaseCallback* callback) {
-  fKeyReleaseCallbacks.emplace_back(virtualKey, callback);
+  fKeyReleaseCallbacks.push_back(
+      boost::make_shared<TKeyReleaseEntry>(TKeyReleaseEntry{virtualKey, callback, false}));
 }
 
 void CMorvaneImpl::CMorvaneGlue_RemoveKeyReleaseCallback(std::uint32_t virtualKey,
                                                          IKeyReleaseCallback* callback) {
-  if (!ForgetKeyReleaseCallback({virtualKey, callback})) MORVANE_THROW(std::range_error("bad callback"));
-}
-
-bool CMorvaneImpl::ForgetKeyReleaseCallback(const TKeyReleaseEntry& entry) {
-  const auto found = std::find(fKeyReleaseCallbacks.begin(), fKeyReleaseCallbacks.end(), entry);
-  if (found == fKeyReleaseCallbacks.end()) return false;
+  const auto found = std::find_if(
+      fKeyReleaseCallbacks.begin(), fKeyReleaseCallbacks.end(),
+      [&](const auto& entry) { return entry->fVirtualKey == virtualKey && entry->fCallback == callback; });
+  if (found == fKeyReleaseCallbacks.end()) MORVANE_THROW(std::range_error("bad callback"));
   fKeyReleaseCallbacks.erase(found);
-  return true;
 }
 
-TError CMorvaneImpl::CallKeyReleaseCallback(const TKeyReleaseEntry& entry, const TPhysicalKeySpec& key,
-                                            TKeyReleaseReason reason) {
-  return entry.second ? entry.second->IKeyReleaseCallback_OnKeyReleased(key, reason) : TError{kOK};
+TError CMorvaneImpl::CallKeyRelease(const boost::shared_ptr<TKeyReleaseEntry>& entry,
+                                    const TPhysicalKeySpec& key, TKeyReleaseReason reason) {
+  // A copy: the callback may remove itself.
+  const boost::shared_ptr<TKeyReleaseEntry> called = entry;
+  called->fIsCalled = true;
+  const TError error =
+      called->fCallback ? called->fCallback->IKeyReleaseCallback_OnKeyReleased(key, reason) : kOK;
+  fKeyReleaseCallbacks.remove(called);
+  return error;
 }
 
 void CMorvaneImpl::OnKeyReleased(const TPhysicalKeySpec& key) {
   while (true) {
-    const auto found = std::find_if(fKeyReleaseCallbacks.begin(), fKeyReleaseCallbacks.end(),
-                                    [&](const auto& entry) { return entry.first == key.fVirtualKey; });
+    const auto found = std::find_if(
+        fKeyReleaseCallbacks.begin(), fKeyReleaseCallbacks.end(),
+        [&](const auto& entry) { return entry->fVirtualKey == key.fVirtualKey && !entry->fIsCalled; });
     if (found == fKeyReleaseCallbacks.end()) return;
-    const TKeyReleaseEntry entry = *found;
-    const TError error = CallKeyReleaseCallback(entry, key, kKeyReleaseKeyUp);
-    ForgetKeyReleaseCallback(entry);
-    MORVANE_CHECK(error);
+    MORVANE_CHECK(CallKeyRelease(*found, key, kKeyReleaseKeyUp));
   }
 }
 
 void CMorvaneImpl::AbandonKeyReleases() {
   TError firstError = kOK;
-  const std::list<TKeyReleaseEntry> entries = fKeyReleaseCallbacks;
-  for (const TKeyReleaseEntry& entry : entries) {
+  for (const auto& entry : TKeyReleaseList(fKeyReleaseCallbacks)) {
     // Another one may have removed it.
-    if (std::find(fKeyReleaseCallbacks.begin(), fKeyReleaseCallbacks.end(), entry) ==
-        fKeyReleaseCallbacks.end())
-      continue;
-    const TPhysicalKeySpec key = {static_cast<std::uint8_t>(entry.first), 0, 0};
-    const TError error = CallKeyReleaseCallback(entry, key, kKeyReleaseDeactivated);
+    const bool isThere = std::find(fKeyReleaseCallbacks.begin(), fKeyReleaseCallbacks.end(), entry) !=
+                         fKeyReleaseCallbacks.end();
+    if (!isThere || entry->fIsCalled) continue;
+    const TPhysicalKeySpec key = {static_cast<std::uint8_t>(entry->fVirtualKey), 0, 0};
+    const TError error = CallKeyRelease(entry, key, kKeyReleaseDeactivated);
     if (firstError == kOK) firstError = error;
   }
-  fKeyReleaseCallbacks.clear();
   MORVANE_CHECK(firstError);
 }
 

@@ -17,7 +17,13 @@ enum : std::int32_t { kUnknownPosition = -15000 };
 
 // A press becomes a drag when the mouse leaves the box around it, and none when it stays too long.
 enum : std::int32_t { kDragBoxHalfWidth = 3 };
-enum : DWORD { kDragLimitMS = 500 };
+constexpr std::int32_t kDragLimitMS = 500;
+
+// Whether the limit lies between the two times. The clock of 32 bits begins anew every 49 days.
+bool HasPassedDragLimit(std::uint64_t now, std::uint64_t then) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(now) - static_cast<std::uint32_t>(then)) >
+         kDragLimitMS;
+}
 // Turns of the wheel to the side come behind them and are left alone.
 enum : UINT { kFirstMouseMessage = WM_MOUSEFIRST, kLastMouseMessage = WM_XBUTTONDBLCLK };
 
@@ -90,7 +96,7 @@ void CMorvaneImpl::CMorvaneGlue_RequestMouseShapeArbitration() {
   POINT cursor;
   if (!GetCursorPos(&cursor)) return;
   for (const boost::shared_ptr<CWinWindow>& window : GetVisibleWindowsZ()) {
-    RECT rect;
+    RECT rect = {};
     if (!GetWindowRect(window->GetHwnd(), &rect)) MORVANE_THROW_LAST_ERROR();
     if (!PtInRect(&rect, cursor)) continue;
     refresh(*window);
@@ -142,7 +148,8 @@ TClickDragResult CMorvaneImpl::CMorvaneGlue_CheckForClickDragOperation(IWindow& 
   if (!leftActive && !rightActive) return kClickDragNotApplicable;
   // What is waiting may end the window or change the client's record.
   const TPoint press = event.fPosition;
-  const std::uint64_t deadline = event.fTimeMS + kDragLimitMS;
+  const std::uint64_t pressTime = event.fTimeMS;
+  const std::uint64_t start = CMorvaneGlue_GetCurrentMS();
   while (true) {
     MSG msg;
     if (PeekMessageW(&msg, hwnd, kFirstMouseMessage, kLastMouseMessage, PM_NOREMOVE)) {
@@ -156,7 +163,9 @@ TClickDragResult CMorvaneImpl::CMorvaneGlue_CheckForClickDragOperation(IWindow& 
         PeekMessageW(&msg, hwnd, msg.message, msg.message, PM_REMOVE);
       }
     }
-    if (CMorvaneGlue_GetCurrentMS() > deadline) return kClickDragHeld;
+    // By the loop's own start too: a client may hand over a time that is still to come.
+    const std::uint64_t now = CMorvaneGlue_GetCurrentMS();
+    if (HasPassedDragLimit(now, pressTime) || HasPassedDragLimit(now, start)) return kClickDragHeld;
   }
 }
 

@@ -174,11 +174,14 @@ bool CMorvaneImpl::PumpOneMessage() {
 }
 
 void CMorvaneImpl::RunModalLoop(HWND hwnd) {
-  MORVANE_CHECK(IMorvane_WakeUpIdle());
+  DeliverError(IMorvane_WakeUpIdle());
   while (GetWindowForHwnd(hwnd)) {
+    // An idle call that fails is reported as in the main loop, and must not end this one before the dialog.
+    bool hadMessage = false;
+    DeliverError(ErrorOf([&] { hadMessage = PumpOneMessage(); }));
     // The idle call of the pass before the wait can have ended the last window there is: waiting for a
     // message comes only after another look.
-    if (!PumpOneMessage() && GetWindowForHwnd(hwnd))
+    if (!hadMessage && GetWindowForHwnd(hwnd))
       ::MsgWaitForMultipleObjectsEx(0, nullptr, INFINITE, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
   }
 }
@@ -261,8 +264,8 @@ void CMorvaneImpl::CMorvaneGlue_RequestMenuBarsSetup() {
 
 void CMorvaneImpl::FlushMenuBarRequests() {
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
-  // What is asked for during a rebuild waits for its end: a rebuild sends messages by itself, and with each of
-  // them would come here again.
+  // What is asked for during a rebuild waits for its end: a rebuild sends messages by itself, and with each
+  // of them would come here again.
   if (fIsRebuildingMenuBars) return;
   fIsRebuildingMenuBars = true;
   const TError error = ErrorOf([this] {
@@ -323,7 +326,7 @@ void CMorvaneImpl::ShowFloatingWindows(bool show) {
   // The lowest first, so that their order stays.
   for (auto it = handles.rbegin(); it != handles.rend(); ++it) {
     const CWinWindow* const window = GetWindowForHwnd(*it);
-    if (!window || window->GetWindowKind() != kWindowKindFloating) continue;
+    if (!window || window->GetWindowKind() != kWindowKindFloating || !window->HasBeenShown()) continue;
     const bool isVisible = (::GetWindowLongW(*it, GWL_STYLE) & WS_VISIBLE) != 0;
     if (isVisible != show) ::ShowWindow(*it, show ? SW_SHOWNA : SW_HIDE);
   }

@@ -162,7 +162,8 @@ HACCEL MakeAcceleratorTable(const std::vector<CMenuItem>& items, UINT firstComma
   std::vector<ACCEL> accelerators;
   for (std::size_t i = 0; i < items.size() && firstCommand + i <= kLastClientCommand; ++i) {
     const CMenuItem& item = items[i];
-    if (!(item.fStateFlags & kMenuItemEnabled) || !IsShortcutUsable(item.fShortcut)) continue;
+    const bool isEnabled = !item.fText.empty() && (item.fStateFlags & kMenuItemEnabled);
+    if (!isEnabled || !IsShortcutUsable(item.fShortcut)) continue;
     const TChar character = item.fShortcut.fKeyText[0];
     UINT scan = GetKeyCharacterVirtualKey(character);
     if (scan == kNoVirtualKey) continue;

@@ -65,6 +65,8 @@ std::optional<POINT> GetCursorForMessage(const TWinMessage& message) {
     gCursorMemory.fIsValid = false;
     return std::nullopt;
   }
+  // What the next tick would be answered with is the position of the last tick, and of no other message.
+  if (!tick && !IsSamePoint(cursor, gCursorMemory.fCursor)) gCursorMemory.fIsValid = false;
   gCursorMemory.fCursor = cursor;
   if (tick) {
     gCursorMemory.fTickCursor = tick->pt;

@@ -32,7 +32,7 @@ class CDispatchScope : CNotCopied {
 std::optional<POINT> GetCursorForMessage(const TWinMessage& message);
 
 // What a window has learned in the course of one message. It holds until a client is called, who may change
-// all of it.
+// all of it; what is changed while a view tells its hit rectangles is noticed with the next message.
 class CMouseGlance {
  public:
   void Forget();

@@ -82,8 +82,8 @@ std::unique_ptr<IMouseShape> LoadShape(HMODULE module, WORD id) {
 }  // namespace
 
 CMouseShapeImpl::~CMouseShapeImpl() {
-  // Later use fails the invariant; the compiler would leave out a plain store.
-  *const_cast<volatile HCURSOR*>(&fCursor) = nullptr;
+  // Later use fails the invariant.
+  PoisonField(fCursor, nullptr);
 }
 
 IMouseShape* CMouseShapeImpl::IMouseShape_Clone(TError& outError) const {

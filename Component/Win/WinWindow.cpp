@@ -71,6 +71,8 @@ CWinWindow::CWinWindow(CMorvaneImpl* morvane, TWindowKind windowKind, IModalOwne
       fTooltipHwnd(nullptr),
       fTooltipRectsDirty(true),
       fMenuBarRebuilds(0),
+      fMenuBarIsWhole(true),
+      fIsEnding(false),
       fGlobalAlpha(255) {
   try {
     MakeNativeWindow(style, exStyle, makeSizeGrip);
@@ -341,6 +343,7 @@ void CWinWindow::KillWindowTimer() {
 
 CWinWindow::~CWinWindow() {
   MORVANE_ASSERT(CheckInvariant());
+  fIsEnding = true;  // the kind is gone
   if (fRootView && !fRootView->GetRawSubViews().empty()) {
     DebugPrint("Not all subview were removed!");
     for (const CViewImpl* const view : fRootView->GetRawSubViews())
@@ -350,7 +353,7 @@ CWinWindow::~CWinWindow() {
   }
   MORVANE_ASSERT(fChildWindows.size()==0);
   DestroyTooltipWindow();
-  if (fHwnd) PopAppModal(fHwnd);
+  if (fHwnd) PopAppModalQuietly(fHwnd);
   if (IsModalKind(fWindowKind) && fOwnerHwnd) EnableWindow(fOwnerHwnd, TRUE);
   DismantleNativeWindow();
 }

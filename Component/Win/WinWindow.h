@@ -26,6 +26,7 @@
 
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
+#include <functional>
 #include <list>
 #include <map>
 #include <memory>
@@ -96,6 +97,8 @@ class CWinWindow : public CWindowGlue,
   bool IsVisible() const;
   bool IsIconic() const;
   bool IsZoomed() const;
+  // False while it is being made, and after Hide.
+  bool HasBeenShown() const { return !fIsHidden; }
   void Restore();
   void Activate();
   // To the front and active, restored if it is minimized.
@@ -348,6 +351,8 @@ class CWinWindow : public CWindowGlue,
   void DispatchKeyUp(const TWinKeyMessage& message, bool& outHandled);
   bool OfferKeyToMouseCapture(const TKeyEvent& event);
   bool OfferKeyToFocusChain(const TKeyEvent& event);
+  // From the focus view up, until somebody takes it; released views are passed over.
+  bool OfferAlongFocusChain(const std::function<void(IViewBehavior&, TFlag&)>& offer);
   bool MoveFocusByTab(const TKeyEvent& event);
   bool OfferKeyToApplication(const TKeyEvent& event);
   bool OpenWindowListByKey(const TKeyEvent& event);
@@ -379,8 +384,8 @@ class CWinWindow : public CWindowGlue,
   boost::shared_ptr<CNativeWindowWrapper> fNativeWindowWrapper;  // empty until WM_NCCREATE
   CMorvaneImpl* fMorvane;
   boost::shared_ptr<CWinWindow> fClientsWindowReference;  // empty before wiring up and after ReleaseWindow
-  IMorvaneRunBehavior* fRunBehavior;
-  std::vector<CMenuItem> fMenuItems;  // the position plus 0xA000 is the native command
+  IMorvaneRunBehavior* fRunBehavior;                      // never called: the run can end before the window
+  std::vector<CMenuItem> fMenuItems;                      // the position plus 0xA000 is the native command
   CViewImpl* fRootView;
   // Keeps the root view alive for a client that releases it, though it is not the client's.
   boost::shared_ptr<CViewImpl> fRootViewReference;
@@ -419,6 +424,8 @@ class CWinWindow : public CWindowGlue,
   CMenuBarState fMenuBarState;
   std::vector<TWindowMenuItem> fWindowMenuItems;  // as of the last build of the menu bar
   std::uint32_t fMenuBarRebuilds;
+  bool fMenuBarIsWhole;  // false if an exchange has begun and not come to its end
+  bool fIsEnding;        // no message reaches this object any more
   std::vector<boost::weak_ptr<CViewImpl>> fInspectedViews;
   boost::weak_ptr<CViewImpl> fInspectedView;
   TString fInspectedViewTooltip;

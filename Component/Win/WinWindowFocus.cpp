@@ -122,10 +122,15 @@ void CWinWindow::CWindowGlue_SetConceptualFocusView(CViewImpl* view) {
     if (CWindowGlue_IsActive()) {
       // The keyboard stays on the window itself, so that it gets the key messages. In a window that is not
       // active it stays where it is: taking it would activate the window.
+      CViewImpl* const viewBefore = fFocusView;
       if (!native && GetFocus() != fHwnd && IsVisible()) WinSetFocus(fHwnd);
       if (native) WinSetFocus(native);
-      fFocusView = view;
-      SendOnDutyFocusGained(view);
+      // Whoever was told of the keyboard may have moved the focus already.
+      if (fFocusView != view) {
+        if (fFocusView && fFocusView != viewBefore && CWindowGlue_IsActive()) SendOnDutyFocusLost(fFocusView);
+        fFocusView = view;
+        SendOnDutyFocusGained(view);
+      }
     } else {
       fFocusView = view;
     }

@@ -35,4 +35,7 @@ struct TWinKeyMessage {
 // Nothing for messages that are no presses or releases of keys, and for the keys that drivers make up.
 std::optional<TWinKeyMessage> MakeKeyMessage(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 
+// When the message that is being handled was sent, in milliseconds since the system started.
+inline std::uint64_t GetMessageTimeMS() { return static_cast<std::uint32_t>(GetMessageTime()); }
+
 }  // namespace NSMorvane

@@ -1,6 +1,6 @@
 // Keyboard dispatch of windows. Menu shortcuts go first: what is one never reaches a view. A key press then
-// goes from the mouse capture along the focus chain to the window, the Tab key, and the application, until
-// somebody takes it.
+// goes from the mouse capture along the focus chain to the window, the Tab key, the application and the
+// shortcut of the window list, until somebody takes it.
 #include "Component/Portable/MorvaneImplUtilsFocus.h"
 #include "Component/Portable/ViewImpl.h"
 #include "Component/Win/MorvaneImplWin.h"
@@ -14,8 +14,6 @@ namespace {
 
 // The last event that the listeners of modifier keys got.
 TModifierKeysEvent gLastModifierEvent = {};
-
-std::uint64_t GetMessageTimeMS() { return static_cast<DWORD>(GetMessageTime()); }
 
 TPhysicalKeySpec PhysicalKeyOf(const TWinKeyMessage& message) {
   return {message.fVirtualKey, message.fScanCode, static_cast<std::uint16_t>(message.fIsExtended ? 1 : 0)};
@@ -60,10 +58,11 @@ void CWinWindow::NotifyModifierListeners(const TWinKeyMessage& message) {
   TModifierKeysEvent event = {};
   event.fModifiers = GetCurrentModifiers();
   event.fTimeMS = GetMessageTimeMS();
+  const TModifierKeysEvent previous = gLastModifierEvent;
   if (const boost::shared_ptr<IMouseCapture> capture = fMouseCapture)
-    MORVANE_CHECK(capture->IMouseCapture_OnModifiersChanged(gLastModifierEvent, event));
+    MORVANE_CHECK(capture->IMouseCapture_OnModifiersChanged(previous, event));
   else
-    fMorvane->NotifyModifierKeyListeners(gLastModifierEvent, event);
+    fMorvane->NotifyModifierKeyListeners(previous, event);
   gLastModifierEvent = event;
 }
 
@@ -86,17 +85,23 @@ bool CWinWindow::OfferKeyToMouseCapture(const TKeyEvent& event) {
 }
 
 bool CWinWindow::OfferKeyToFocusChain(const TKeyEvent& event) {
-  // Held, so that a view can end itself in its handler; then the walk stops there.
-  TViewImplPtr view = fFocusView && fFocusView->IsLive() ? fFocusView->GetClientsViewReference() : nullptr;
-  while (view) {
-    const bool wasLive = view->IsLive();
-    if (IViewBehavior* const behavior = wasLive ? view->GetBehavior() : nullptr) {
-      TFlag handled = 0;
-      MORVANE_CHECK(behavior->IViewBehavior_HandleKeyDown(event, handled));
-      if (handled != 0) return true;
-    }
-    if (wasLive && !view->IsLive()) return false;
-    view = TViewImplPtr(view->GetSuperView());
+  return OfferAlongFocusChain([&](IViewBehavior& behavior, TFlag& outHandled) {
+    MORVANE_CHECK(behavior.IViewBehavior_HandleKeyDown(event, outHandled));
+  });
+}
+
+bool CWinWindow::OfferAlongFocusChain(const std::function<void(IViewBehavior&, TFlag&)>& offer) {
+  if (!fFocusView || !fFocusView->IsLive()) return false;
+  // Held for the walk, and its super views with it: views can end themselves and each other.
+  const TViewImplPtr focusView = fFocusView->GetClientsViewReference();
+  for (CViewImpl* view = focusView.get(); view; view = view->GetSuperView().get()) {
+    IViewBehavior* const behavior = view->IsLive() ? view->GetBehavior() : nullptr;
+    if (!behavior) continue;
+    TFlag handled = 0;
+    offer(*behavior, handled);
+    if (handled != 0) return true;
+    // One that has ended itself ends the walk.
+    if (!view->IsLive()) return false;
   }
   return false;
 }

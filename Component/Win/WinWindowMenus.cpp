@@ -103,7 +103,7 @@ void CWinWindow::RunMenuBarSetup(CMenuBarState& state) {
 
 // The window menu tells of more than the state does: of the titles of all windows, for one.
 void CWinWindow::ApplyMenuBarState(const CMenuBarState& state) {
-  if (!(state == fMenuBarState) || MakeWindowMenuItems(state) != fWindowMenuItems)
+  if (!fMenuBarIsWhole || !(state == fMenuBarState) || MakeWindowMenuItems(state) != fWindowMenuItems)
     RebuildCompleteMenuBar(state);
 }
 
@@ -174,11 +174,20 @@ void CWinWindow::RebuildCompleteMenuBar(const CMenuBarState& state) {
   CMenuBuilder bar(items, kFirstClientCommand);
   ComposeMenuBar(bar, ownState, windowMenuItems);
 
-  SetNativeMenuBar(bar.Detach());
-  // A new bar can change the size of the client area, and whoever is told of that can have the bar rebuilt.
-  if (rebuild != fMenuBarRebuilds) return;
+  // The exchange can lead to clients and, through them, to commands: these go by the new list already. The
+  // state comes last, so that a bar that could not be exchanged is built again at the next request.
+  const HACCEL table = MakeAcceleratorTable(items, kFirstClientCommand);
   fMenuItems.swap(items);
-  SetAcceleratorTable(MakeAcceleratorTable(fMenuItems, kFirstClientCommand));
+  SetAcceleratorTable(table);
+  fMenuBarIsWhole = false;
+  SetNativeMenuBar(bar.Detach());
+  // A new bar can change the size of the client area, and whoever is told of that can have the bar rebuilt;
+  // with an older state, perhaps.
+  if (rebuild != fMenuBarRebuilds) {
+    fMorvane->RebuildAllMenuBars();
+    return;
+  }
+  fMenuBarIsWhole = true;
   fMenuBarState = std::move(ownState);
   fWindowMenuItems.swap(windowMenuItems);
 }
@@ -272,8 +281,11 @@ void CWinWindow::OnCommand(UINT commandId) {
 void CWinWindow::DispatchMenuCommand(std::uint32_t command) {
   const TMenuCommandEvent event = {command, GetCurrentModifiers()};
   if (OnMenuCommand(event)) return;
+  // Asked for anew: the run, and its behaviour, can have ended before the window.
+  IMorvaneRunBehavior* const runBehavior = fMorvane->GetBehavior();
+  if (!runBehavior) return;
   TFlag handled = 0;
-  MORVANE_CHECK(fRunBehavior->IMorvaneRunBehavior_OnMenuCommand(event, handled));
+  MORVANE_CHECK(runBehavior->IMorvaneRunBehavior_OnMenuCommand(event, handled));
 }
 
 }  // namespace NSMorvane

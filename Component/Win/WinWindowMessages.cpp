@@ -352,7 +352,9 @@ CWinWindow::CMessageTable::THandler CWinWindow::CMessageTable::Find(UINT message
 
 // --- The stages
 
-LRESULT CWinWindow::WindowProc(CNativeWindowWrapper&, HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT CWinWindow::WindowProc(CNativeWindowWrapper& nativeWindow, HWND hwnd, UINT message, WPARAM wParam,
+                               LPARAM lParam) {
+  if (fIsEnding) return nativeWindow.CallNextProc(this, hwnd, message, wParam, lParam);
   MORVANE_ASSERT(CheckInvariant());
   MORVANE_ASSERT(0!=fHwnd);
   if (fMorvane->IsAutoPlayQuery(message)) {
@@ -452,6 +454,7 @@ void CWinWindow::CallMsgEventListeners(TWinMessage& message, LRESULT& inOutResul
     if (std::find(fMsgEventListeners.begin(), fMsgEventListeners.end(), listener) == fMsgEventListeners.end())
       continue;
     inOutResult = listener->IWinMsgEventListener_OnMessage(message);
+    fMouseGlance.Forget();
   }
 }
 

@@ -23,8 +23,8 @@ bool Contains(const std::vector<HWND>& windows, HWND hWnd) {
 std::vector<HWND> MergeModalOrder(const std::vector<HWND>& windows, const std::vector<HWND>& modalStack) {
   std::vector<HWND> result = modalStack;
   for (const HWND hWnd : windows)
-    if (!Contains(modalStack, hWnd) && IsWindow(hWnd)) result.push_back(hWnd);
-  std::erase_if(result, IsWindowHidden);
+    if (!Contains(modalStack, hWnd)) result.push_back(hWnd);
+  std::erase_if(result, [](HWND hWnd) { return !IsWindow(hWnd) || IsWindowHidden(hWnd); });
   return result;
 }
 
@@ -43,6 +43,7 @@ std::vector<HWND> FindWindowsToRestore(const std::vector<HWND>& nativeWindows) {
   bool allAreMinimized = true;
   for (; it != nativeWindows.end(); ++it) {
     const HWND hWnd = *it;
+    if (!IsWindow(hWnd)) continue;  // one of another thread
     MORVANE_ASSERT(IsWindowShown(hWnd));
     if (IsWindowMinimized(hWnd))
       restoreList.push_back(hWnd);
@@ -52,8 +53,7 @@ std::vector<HWND> FindWindowsToRestore(const std::vector<HWND>& nativeWindows) {
   return allAreMinimized ? restoreList : std::vector<HWND>();
 }
 
-void BringAppToFrontAndRestoreZOrder(const std::vector<HWND>& nativeWindows, bool activateFrontModal) {
-  if (nativeWindows.empty()) return;
+void OrderWindows(const std::vector<HWND>& nativeWindows, bool activateFrontModal) {
   // It moves the windows when it goes, which is after the activations below.
   CDeferredWindowMover mover(static_cast<int>(nativeWindows.size()));
   std::string logLine = "CWinWindow::BringAppToFrontAndRestoreZOrder";
@@ -70,6 +70,7 @@ void BringAppToFrontAndRestoreZOrder(const std::vector<HWND>& nativeWindows, boo
     if (Contains(restoreList, hWnd)) {
       ShowWindow(hWnd, SW_RESTORE);
       logLine += " restore:";
+      if (!IsWindow(hWnd)) continue;
     }
     mover.Move(hWnd, HWND_TOP, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
     logLine.append(" ").append(HandleText(hWnd));
@@ -86,6 +87,16 @@ void BringAppToFrontAndRestoreZOrder(const std::vector<HWND>& nativeWindows, boo
   }
   DebugPrint(logLine);
   if (activateFrontModal && !gAppModalDialogStack.empty()) SetActiveWindow(gAppModalDialogStack.front());
+}
+
+void BringAppToFrontAndRestoreZOrder(const std::vector<HWND>& nativeWindows, bool activateFrontModal) {
+  if (nativeWindows.empty()) return;
+  const std::vector<HWND> stackBefore = gAppModalDialogStack;
+  OrderWindows(nativeWindows, activateFrontModal);
+  // A dialog that a callback has opened meanwhile was in no list yet, and must not stay under the others.
+  if (gAppModalDialogStack.empty() || Contains(stackBefore, gAppModalDialogStack.front())) return;
+  EnforceAppModality();
+  RefreshAppModality();
 }
 
 }  // namespace
@@ -109,6 +120,7 @@ void PopAppModal(HWND hWnd) {
   std::erase(windows, hWnd);
   if (gAppModalDialogStack.empty()) {
     for (const HWND w : windows) {
+      if (!gAppModalDialogStack.empty()) break;  // a callback has opened the next one
       // The dialog that is going stays as it is; what it covered can be used again.
       const HWND popup = GetLastActivePopup(w);
       const HWND usable = popup == hWnd ? w : popup;
@@ -120,19 +132,35 @@ void PopAppModal(HWND hWnd) {
   BringAppToFrontAndRestoreZOrder(MergeModalOrder(windows, gAppModalDialogStack), true);
 }
 
+void PopAppModalQuietly(HWND hWnd) noexcept {
+  const TError error = ErrorOf([hWnd] { PopAppModal(hWnd); });
+  if (error != kOK) KeepPendingError(error);
+}
+
+CAppModalInstance::CAppModalInstance(HWND hWnd) : fHwnd(hWnd) {
+  try {
+    PushAppModal(fHwnd);
+  } catch (...) {
+    PopAppModalQuietly(fHwnd);
+    throw;
+  }
+}
+
 // Windows that are not the library's are left alone.
 void EnforceAppModality() {
   if (gAppModalDialogStack.empty()) return;
   const HWND top = gAppModalDialogStack.front();
   std::vector<HWND> windows = GetShownWindowsZ();
   std::erase(windows, top);
+  const auto isTop = [top] { return !gAppModalDialogStack.empty() && gAppModalDialogStack.front() == top; };
   for (const HWND w : windows) {
+    if (!isTop()) return;  // a callback has ended the dialog or opened another, and that has been seen to
     // An owner of the top dialog cannot be used, and of any other group the window that could be.
     const HWND popup = GetLastActivePopup(w);
     const HWND blocked = popup == top ? w : popup;
     if (IsRegisteredHwnd(blocked)) EnableWindow(blocked, FALSE);
   }
-  EnableWindow(top, TRUE);
+  if (isTop()) EnableWindow(top, TRUE);
 }
 
 void RefreshAppModality() {

@@ -17,6 +17,9 @@ void PushAppModal(HWND hWnd);
 // a window that is not on the stack.
 void PopAppModal(HWND hWnd);
 
+// The same for destructors: what goes wrong is delivered later.
+void PopAppModalQuietly(HWND hWnd) noexcept;
+
 // Disables the library's windows under the front of the stack.
 void EnforceAppModality();
 // Puts the windows in modal order and activates the front one.
@@ -34,8 +37,8 @@ class IWinAppModalInstance {
 
 class CAppModalInstance : public IWinAppModalInstance {
  public:
-  explicit CAppModalInstance(HWND hWnd) : fHwnd(hWnd) { PushAppModal(fHwnd); }
-  ~CAppModalInstance() override { PopAppModal(fHwnd); }
+  explicit CAppModalInstance(HWND hWnd);
+  ~CAppModalInstance() override { PopAppModalQuietly(fHwnd); }
   CAppModalInstance(const CAppModalInstance&) = delete;
   CAppModalInstance& operator=(const CAppModalInstance&) = delete;
 

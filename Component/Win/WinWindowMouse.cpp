@@ -95,8 +95,6 @@ void SetNoViewsInFront(TRecord& record) {
 
 // --- Records
 
-std::uint64_t MessageTimeMS() { return static_cast<std::uint32_t>(GetMessageTime()); }
-
 TMouseTracking MakeTracking(std::uint64_t timeMS, const TPoint& position) {
   TMouseTracking event = {};
   event.fTimeMS = timeMS;
@@ -109,7 +107,7 @@ TMouseTracking MakeTracking(std::uint64_t timeMS, const TPoint& position) {
 TMouseEvent MakeClick(TMouseEventType type, std::int32_t button, const TPoint& position) {
   TMouseEvent event = {};
   event.fType = type;
-  event.fTimeMS = MessageTimeMS();
+  event.fTimeMS = GetMessageTimeMS();
   event.fButtons = button == kNoButton ? 0 : 1u << (button - 1);
   event.fPosition = position;
   event.fModifiers = GetAsyncModifiers();
@@ -123,7 +121,7 @@ TMouseWheelEvent MakeWheel(std::int32_t delta, const TPoint& position) {
   event.fButtons = GetAsyncMouseButtons();
   event.fPosition = position;
   event.fModifiers = GetAsyncModifiers();
-  event.fTimeMS = MessageTimeMS();
+  event.fTimeMS = GetMessageTimeMS();
   return event;
 }
 
@@ -213,9 +211,7 @@ std::ptrdiff_t RunNormalTrackingPass(const TViews& hitViews, std::ptrdiff_t node
 }  // namespace
 
 void CWinWindow::DispatchMouseMove(const TMouseMessage& message) {
-  // Listeners of messages have been called since the last look.
-  if (!fMsgEventListeners.empty()) fMouseGlance.Forget();
-  const TMouseTracking event = MakeTracking(MessageTimeMS(), message.fPosition);
+  const TMouseTracking event = MakeTracking(GetMessageTimeMS(), message.fPosition);
   DispatchMouseTracking(event);
   RefreshMouseShapeInMessage(event.fState);
 }
@@ -224,7 +220,7 @@ void CWinWindow::CheckMouseTracking(const TPoint& point) {
   if (fInMouseTrackingCheck || fMouseCapture) return;
   const CFlagScope scope(fInMouseTrackingCheck);
   try {
-    // The view inspector is not built yet: here it follows the mouse.
+    // The view inspector is not built yet: here it will follow the mouse.
     const TViews hitViews = FindTrackableViews(point);
     std::erase_if(fLastHitViews, [](const auto& view) { return view.expired(); });
     if (std::equal(fLastHitViews.begin(), fLastHitViews.end(), hitViews.begin(), hitViews.end(), IsSameView))
@@ -284,7 +280,8 @@ void CWinWindow::SendMouseExits(const TViews& newMouseTrackingViews) {
     if (!behavior || std::find(views.begin(), views.end(), *view) != views.end()) continue;
     const TError error = behavior->IViewBehavior_OnMouseEnterExit(0);
     if (error != kOK)
-      DebugPrint("The view behavior " + HandleText(behavior) + "returned the error " + NumberText(error) +
+      DebugPrint("The view behavior " + HandleText(behavior) + "returned the error " +
+                 NumberText(static_cast<std::int32_t>(error)) +
                  " when IViewBehavior_OnMouseEnterExit was called. The error will be ignored in order to not "
                  "disrupt the mouse tracking.");
   }
@@ -463,13 +460,9 @@ bool CWinWindow::DispatchMouseWheel(const TMouseMessage& message) {
   }
   // A capture keeps it from the views, but not from the system.
   if (handled) return false;
-  for (const TViewImplPtr& view : ViewChain(fFocusView)) {
-    IViewBehavior* const behavior = view->GetBehavior();
-    if (!behavior) continue;
-    MORVANE_CHECK(behavior->IViewBehavior_OnMouseWheel(event, handled));
-    if (handled) return true;
-  }
-  return false;
+  return OfferAlongFocusChain([&](IViewBehavior& behavior, TFlag& outHandled) {
+    MORVANE_CHECK(behavior.IViewBehavior_OnMouseWheel(event, outHandled));
+  });
 }
 
 // --- The capture
@@ -497,7 +490,8 @@ void CWinWindow::OnMouseCaptureLost() {
   fMorvane->ForgetMouseCaptureWindow();
   boost::shared_ptr<IMouseCapture> capture;
   capture.swap(fMouseCapture);
-  ActivateTooltips(true);
+  // In a window that is not active they stay off; mostly the capture goes because another one is.
+  if (CWindowGlue_IsActive()) ActivateTooltips(true);
 }
 
 void CWinWindow::ActivateTooltips(bool active) {

@@ -100,18 +100,19 @@ void CWinWindow::CreateTooltipWindow() {
   controls.dwSize = sizeof(controls);
   controls.dwICC = ICC_WIN95_CLASSES;
   if (!InitCommonControlsEx(&controls)) MORVANE_THROW(std::exception());
-  std::vector<HWND> tooltipWindows = gTooltipWindows;
-  tooltipWindows.push_back(nullptr);  // so that nothing can fail behind the creation
+  gTooltipWindows.reserve(gTooltipWindows.size() + 1);  // so that nothing can fail behind the creation
   const HWND tooltip = CreateWindowExW(
       WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, CW_USEDEFAULT,
       CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, fHwnd, nullptr, GetModuleHandleW(nullptr), nullptr);
-  if (!tooltip) MORVANE_THROW_LAST_ERROR();
+  if (!tooltip) {
+    MORVANE_THROW_LAST_ERROR();
+    MORVANE_THROW(std::exception());
+  }
   fTooltipHwnd = tooltip;
+  gTooltipWindows.push_back(tooltip);
   SetWindowPos(tooltip, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
   SendMessageW(tooltip, TTM_ACTIVATE, TRUE, 0);
   SendMessageW(tooltip, TTM_SETMAXTIPWIDTH, 0, kMaxTipWidth);
-  tooltipWindows.back() = tooltip;
-  gTooltipWindows.swap(tooltipWindows);
 }
 
 void CWinWindow::DestroyTooltipWindow() {
@@ -124,10 +125,11 @@ void CWinWindow::DestroyTooltipWindow() {
 
 // --- Tools
 
+// Adding and removing ask the view's behaviour, which may end the window or change the list of views.
+
 std::uint32_t CWinWindow::AddTool(CViewImpl& view, const TString& text) {
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
   CreateTooltipWindow();
-  std::vector<CViewImpl*> tooltipViews = fTooltipViews;
-  tooltipViews.push_back(&view);
   const HWND control = GetNativeFocusTarget(&view);
   TTTOOLINFOW controlInfo = MakeControlToolInfo(fHwnd, control);
   if (control) AddNativeTool(fTooltipHwnd, controlInfo, text);
@@ -136,11 +138,12 @@ std::uint32_t CWinWindow::AddTool(CViewImpl& view, const TString& text) {
   info.rect = ToolRect(view);
   try {
     AddNativeTool(fTooltipHwnd, info, text);
+    fTooltipViews.push_back(&view);
   } catch (...) {
+    SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, info);
     if (control) SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, controlInfo);
     MORVANE_RETHROW();
   }
-  fTooltipViews.swap(tooltipViews);
   return toolNumber;
 }
 
@@ -154,8 +157,7 @@ void CWinWindow::UpdateToolText(std::uint32_t toolTipHandle, CViewImpl&, const T
 
 void CWinWindow::RemoveTool(std::uint32_t toolNumber, CViewImpl& view) {
   if (toolNumber == 0) return;
-  std::vector<CViewImpl*> tooltipViews = fTooltipViews;
-  std::erase(tooltipViews, &view);
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
   if (fTooltipHwnd) {
     TTTOOLINFOW info = MakeToolInfo(fHwnd, toolNumber);
     SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, info);
@@ -164,16 +166,20 @@ void CWinWindow::RemoveTool(std::uint32_t toolNumber, CViewImpl& view) {
       SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, controlInfo);
     }
   }
-  fTooltipViews.swap(tooltipViews);
+  const auto entry = std::find(fTooltipViews.begin(), fTooltipViews.end(), &view);
+  if (entry != fTooltipViews.end()) fTooltipViews.erase(entry);
 }
 
 void CWinWindow::UpdateToolRects() {
   fTooltipRectsDirty = false;
-  const std::vector<CViewImpl*> tooltipViews = fTooltipViews;
-  for (const CViewImpl* const view : tooltipViews) {
+  const std::size_t count = fTooltipViews.size();
+  // By index: a tip that goes is told to the window, and so to clients.
+  for (std::size_t i = 0; i < fTooltipViews.size(); ++i) {
+    const CViewImpl* const view = fTooltipViews[i];
     MORVANE_ASSERT(view->CheckInvariant());
     UpdateToolRect(fHwnd, fTooltipHwnd, view->GetTooltipHandle(), *view);
   }
+  if (fTooltipViews.size() != count) fTooltipRectsDirty = true;
 }
 
 }  // namespace NSMorvane

@@ -215,6 +215,23 @@ TEST_F(ModalityTest, DialogsEndedWhileTheyAppear) {
   }});
 }
 
+// One that is opened while another one ends is in front of all, and usable alone.
+TEST_F(ModalityTest, ADialogOpenedWhileAnotherEnds) {
+  RunSteps({[this] {
+    MakeDocuments();
+    MakeNamed("A", Kind::kModal, fA);
+    fDoc2.fHooks["OnActivationChanged 1"] = [this] {
+      fDoc2.fHooks.clear();
+      MakeNamed("B", Kind::kModal, fB);
+      return kOK;
+    };
+    Release(fA);
+    EXPECT_EQ(Picture(), "B+* doc2 doc1");
+    Release(fB);
+    EXPECT_EQ(Picture(), "doc2+* doc1+");
+  }});
+}
+
 TEST_F(ModalityTest, QuittingClosesTheNewestDialogFirst) {
   RunSteps({[this] {
     MakeDocuments();

@@ -157,8 +157,16 @@ TEST_F(WindowKindsTest, ABlockingDialogRunsToItsEnd) {
         log.push_back("inner shown");
         EXPECT_FALSE(IsWindowEnabled(outer.fHwnd));
         EXPECT_TRUE(IsWindowEnabled(inner.fHwnd));
-        PostMessageW(inner.fHwnd, WM_CLOSE, 0, 0);
+        // An idle call that fails is reported, and the dialog goes on.
+        fHooks.fOnIdle = [calls = 0](std::int64_t&) mutable { return TError(++calls == 1 ? 100777 : kOK); };
+        EXPECT_EQ(fMorvane->IMorvane_WakeUpIdle(), kOK);
       });
+      fHooks.fOnUnhandledError = [&](TError error) {
+        log.push_back("error " + std::to_string(error));
+        EXPECT_TRUE(IsWindow(inner.fHwnd));
+        PostMessageW(inner.fHwnd, WM_CLOSE, 0, 0);
+        return kOK;
+      };
       EXPECT_EQ(Make(Kind::kModal, inner, kWindowStyleBit23, nullptr, 1), nullptr);
       log.push_back("inner through");
       EXPECT_FALSE(IsWindow(inner.fHwnd));
@@ -173,7 +181,7 @@ TEST_F(WindowKindsTest, ABlockingDialogRunsToItsEnd) {
     return kOK;
   };
   EXPECT_EQ(Run(), kOK);
-  EXPECT_EQ(log, (CallLog{"outer shown", "inner shown", "inner through", "outer through"}));
+  EXPECT_EQ(log, (CallLog{"outer shown", "inner shown", "error 100777", "inner through", "outer through"}));
   EXPECT_EQ(inner.Count("OnRequestClose 0"), 1u);
 }
 
