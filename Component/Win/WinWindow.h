@@ -351,8 +351,9 @@ class CWinWindow : public CWindowGlue,
   void DispatchKeyUp(const TWinKeyMessage& message, bool& outHandled);
   bool OfferKeyToMouseCapture(const TKeyEvent& event);
   bool OfferKeyToFocusChain(const TKeyEvent& event);
-  // From the focus view up, until somebody takes it; released views are passed over.
-  bool OfferAlongFocusChain(const std::function<void(IViewBehavior&, TFlag&)>& offer);
+  // From the focus view up, until somebody takes it; released views are passed over. With `endsWithView` the
+  // walk stops at a view that is released while it is its turn.
+  bool OfferAlongFocusChain(bool endsWithView, const std::function<void(IViewBehavior&, TFlag&)>& offer);
   bool MoveFocusByTab(const TKeyEvent& event);
   bool OfferKeyToApplication(const TKeyEvent& event);
   bool OpenWindowListByKey(const TKeyEvent& event);

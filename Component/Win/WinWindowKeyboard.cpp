@@ -85,12 +85,14 @@ bool CWinWindow::OfferKeyToMouseCapture(const TKeyEvent& event) {
 }
 
 bool CWinWindow::OfferKeyToFocusChain(const TKeyEvent& event) {
-  return OfferAlongFocusChain([&](IViewBehavior& behavior, TFlag& outHandled) {
+  // A view that ends itself ends the walk.
+  return OfferAlongFocusChain(true, [&](IViewBehavior& behavior, TFlag& outHandled) {
     MORVANE_CHECK(behavior.IViewBehavior_HandleKeyDown(event, outHandled));
   });
 }
 
-bool CWinWindow::OfferAlongFocusChain(const std::function<void(IViewBehavior&, TFlag&)>& offer) {
+bool CWinWindow::OfferAlongFocusChain(bool endsWithView,
+                                      const std::function<void(IViewBehavior&, TFlag&)>& offer) {
   if (!fFocusView || !fFocusView->IsLive()) return false;
   // Held for the walk, and its super views with it: views can end themselves and each other.
   const TViewImplPtr focusView = fFocusView->GetClientsViewReference();
@@ -100,8 +102,7 @@ bool CWinWindow::OfferAlongFocusChain(const std::function<void(IViewBehavior&, T
     TFlag handled = 0;
     offer(*behavior, handled);
     if (handled != 0) return true;
-    // One that has ended itself ends the walk.
-    if (!view->IsLive()) return false;
+    if (endsWithView && !view->IsLive()) return false;
   }
   return false;
 }

@@ -460,7 +460,7 @@ bool CWinWindow::DispatchMouseWheel(const TMouseMessage& message) {
   }
   // A capture keeps it from the views, but not from the system.
   if (handled) return false;
-  return OfferAlongFocusChain([&](IViewBehavior& behavior, TFlag& outHandled) {
+  return OfferAlongFocusChain(false, [&](IViewBehavior& behavior, TFlag& outHandled) {
     MORVANE_CHECK(behavior.IViewBehavior_OnMouseWheel(event, outHandled));
   });
 }

@@ -158,7 +158,9 @@ TEST_F(WindowKindsTest, ABlockingDialogRunsToItsEnd) {
         EXPECT_FALSE(IsWindowEnabled(outer.fHwnd));
         EXPECT_TRUE(IsWindowEnabled(inner.fHwnd));
         // An idle call that fails is reported, and the dialog goes on.
-        fHooks.fOnIdle = [calls = 0](std::int64_t&) mutable { return TError(++calls == 1 ? 100777 : kOK); };
+        fHooks.fOnIdle = [calls = 0](std::int64_t&) mutable {
+          return ++calls == 1 ? TError{100777} : TError{kOK};
+        };
         EXPECT_EQ(fMorvane->IMorvane_WakeUpIdle(), kOK);
       });
       fHooks.fOnUnhandledError = [&](TError error) {
