@@ -45,9 +45,10 @@ TError CSketchApplication::IMorvaneRunBehavior_OnOpenURL(const char* url) {
   });
 }
 
-TError CSketchApplication::IMorvaneRunBehavior_OnAppMessage(std::uint32_t message, std::uint32_t) {
-  if (message == kMessagePaletteAbove && fPalette) fPalette->StayAbove();
-  return kOK;
+TError CSketchApplication::IMorvaneRunBehavior_OnAppMessage(std::uint32_t message, std::uint32_t rounds) {
+  if (message != kMessagePaletteAbove || !fPalette) return kOK;
+  fPalette->StayAbove();
+  return rounds > 0 ? fMorvane.IMorvane_PostAppMessage(kMessagePaletteAbove, rounds - 1) : kOK;
 }
 
 // --- Documents
@@ -94,8 +95,6 @@ void CSketchApplication::RemoveWindow(CSketchWindow& window) {
 }
 
 void CSketchApplication::SetFront(CSketchWindow& window) {
-  // When the activation is through.
-  if (fPalette) ThrowIfFailed(fMorvane.IMorvane_PostAppMessage(kMessagePaletteAbove, 0));
   if (fFront == &window) return;
   fFront = &window;
   if (fProperties) fProperties->Refresh();
@@ -145,6 +144,11 @@ void CSketchApplication::ShowPalette(bool shown) {
 void CSketchApplication::OnPaletteClosed() {
   fPalette = nullptr;
   if (fFront) fFront->UpdateMenus();
+}
+
+// When the activation is through, and what it has brought about.
+void CSketchApplication::KeepPaletteAbove() {
+  if (fPalette) ThrowIfFailed(fMorvane.IMorvane_PostAppMessage(kMessagePaletteAbove, 2));
 }
 
 void CSketchApplication::ShowProperties() {

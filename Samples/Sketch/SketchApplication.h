@@ -22,7 +22,7 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
 
   NSMorvane::TError IMorvaneRunBehavior_OnNoDocument(NSMorvane::TNoDocumentKind kind) override;
   NSMorvane::TError IMorvaneRunBehavior_OnOpenURL(const char* url) override;
-  NSMorvane::TError IMorvaneRunBehavior_OnAppMessage(std::uint32_t message, std::uint32_t) override;
+  NSMorvane::TError IMorvaneRunBehavior_OnAppMessage(std::uint32_t message, std::uint32_t rounds) override;
 
   // --- Documents. Everything that does something throws XFailed.
   void OpenUntitled();
@@ -49,6 +49,8 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
   bool IsPaletteShown() const { return fPalette != nullptr; }
   void ShowPalette(bool shown);
   void OnPaletteClosed();
+  // To be called whenever a document becomes active, or no longer is.
+  void KeepPaletteAbove();
   void ShowProperties();
   void OnPropertiesClosed() { fProperties = nullptr; }
   void ShowAbout();

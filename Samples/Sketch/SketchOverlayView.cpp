@@ -48,8 +48,7 @@ void CSketchOverlayView::DrawSelection(HDC port) const {
   for (const std::size_t index : editor.Selection()) {
     const TShape& shape = editor.Shape(index);
     const std::vector<THandle> handles = HandlesOf(shape);
-    const bool isBox = shape.fKind != TShapeKind::kLine && shape.fKind != TShapeKind::kPolyline;
-    if (isBox || editor.Selection().size() > 1)
+    if (handles.empty() || editor.Selection().size() > 1)
       FrameArea(port, Grown(viewport.ToWindow(FrameOf(shape, editor.Measure())), handles.empty() ? 2 : 0),
                 color);
     if (editor.Selection().size() > 1) continue;

@@ -19,7 +19,8 @@ constexpr int kButtonSize = 36;
 constexpr int kMargin = 3;
 constexpr int kPictureSize = 24;
 constexpr int kCornerDiameter = 10;
-constexpr TSize kClientSize = {kButtonSize + 2 * kMargin,
+constexpr int kSide = 8;  // beside the buttons; the caption needs the width
+constexpr TSize kClientSize = {kButtonSize + 2 * kSide,
                                (kButtonSize + kMargin) * static_cast<int>(kSketchToolCount) + kMargin};
 
 TShape Part(TShapeKind kind, std::vector<TSketchPoint> points, int width) {
@@ -140,7 +141,7 @@ CSketchPalette::CSketchPalette(IFloatingWindow& window, IMorvane& morvane, CSket
     const auto tool = static_cast<TSketchTool>(i);
     TViewParams params = ViewParams();
     params.fFlags |= kViewMouseTrackable;
-    params.fRect = {kMargin, top, kMargin + kButtonSize, top + kButtonSize};
+    params.fRect = {kSide, top, kSide + kButtonSize, top + kButtonSize};
     ThrowIfFailed(
         fButtons[i].Create(morvane, *fBackground.View(), "Tool", params, morvane, application, tool));
     const auto letter = static_cast<char16_t>(LetterOfTool(tool) - u'a' + u'A');

@@ -108,6 +108,7 @@ void CSketchWindow::Invalidate(IView& view) { fMorvane.IMorvane_InvalidateView(v
 TError CSketchWindow::IDocumentWindowBehavior_OnActivationChanged(TFlag active) {
   return Guarded([&] {
     if (active == 1) fApplication.SetFront(*this);
+    fApplication.KeepPaletteAbove();
     return TError{kOK};
   });
 }
