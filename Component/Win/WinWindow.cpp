@@ -378,10 +378,14 @@ void CWinWindow::DismantleNativeWindow() {
   if (fHwnd) {
     RemoveFromHiddenWindows();
     UnregisterHwnd(fHwnd);
-    // The system destroys the windows that this one owns with it. A dialog that is still open is left to its
-    // own end.
-    for (const boost::shared_ptr<CWinWindow>& child : fChildWindows)
-      SetWindowLongPtrW(child->fHwnd, GWLP_HWNDPARENT, 0);
+    // The system destroys the windows that this one owns with it. A dialog that is still open, or that ends
+    // when its message is through, is left to its own end.
+    const auto leaveToItself = [](HWND hwnd, LPARAM owner) -> BOOL {
+      if (GetWindow(hwnd, GW_OWNER) == reinterpret_cast<HWND>(owner) && IsRegisteredHwnd(hwnd))
+        SetWindowLongPtrW(hwnd, GWLP_HWNDPARENT, 0);
+      return TRUE;
+    };
+    EnumThreadWindows(GetCurrentThreadId(), leaveToItself, reinterpret_cast<LPARAM>(fHwnd));
     const BOOL dwResult = DestroyWindow(fHwnd);
     MORVANE_ASSERT(dwResult);
     fHwnd = nullptr;

@@ -110,7 +110,7 @@ void CSketchApplication::OnDocumentChanged(const CSketchWindow& window) {
 
 bool CSketchApplication::PerformShortcut(const TKeyEvent& event) {
   const auto command = CommandOfKey(fMorvane, event);
-  if (!command || !fFront || !fFront->IsCommandEnabled(*command)) return false;
+  if (!command || !fFront || fFront->IsBlocked() || !fFront->IsCommandEnabled(*command)) return false;
   fFront->Perform(*command);
   return true;
 }

@@ -47,7 +47,8 @@ TError CSketchCanvasView::IViewBehavior_HandleClick(const TMouseEvent& event, TF
 }
 
 void CSketchCanvasView::Press(const TMouseEvent& event) {
-  if (fDrag) return;
+  // The system has the mouse while it moves the window.
+  if (fDrag || ::GetCapture()) return;
   const TSketchPointer pointer = fCanvas.Pointer(event.fPosition, event.fModifiers);
   if (!fCanvas.Tool().Press(pointer, event.fType == kMouseEventDoubleClick)) return;
   if (fCanvas.Tool().HasGrabbed() && IsClick(event)) {

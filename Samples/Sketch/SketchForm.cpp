@@ -30,6 +30,8 @@ void CSketchForm::Finish(IView& first) {
   std::vector<IView*> views;
   for (const TEntry& entry : fControls)
     if (entry.fIsFocusable) views.push_back(entry.fView);
+  // Where there is one only, the Tab key has nowhere to go.
+  if (views.size() < 2) views.clear();
   ThrowIfFailed(fWindow.IWindow_SetTabViews(views.data(), static_cast<std::uint32_t>(views.size())));
   ThrowIfFailed(fWindow.IWindow_SetConceptualFocusView(&first));
 }

@@ -1,5 +1,7 @@
 #include "SketchWindow.h"
 
+#include <windows.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -127,6 +129,12 @@ TError CSketchWindow::IDocumentWindowBehavior_HandleKeyDown(const TKeyEvent& eve
     }
     return TError{kOK};
   });
+}
+
+bool CSketchWindow::IsBlocked() const {
+  TNativeWindow native = {nullptr};
+  ThrowIfFailed(Window().IWindow_GetNativeWindow(native));
+  return !::IsWindowEnabled(native.fHwnd);
 }
 
 // --- What has changed

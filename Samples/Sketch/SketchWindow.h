@@ -36,6 +36,8 @@ class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
   NSMorvane::IWindow& Window() const { return NSMorvane::WindowOf(fWindow); }
   // Brings the window to the front.
   void Focus() { NSMorvane::ThrowIfFailed(fWindow.IDocumentWindow_FocusNow()); }
+  // Whether a dialog of this window's, or of the application's, is to be answered first.
+  bool IsBlocked() const;
   // Ends the editing of a text, which stays as it is.
   void FinishText() { fCanvas.FinishText(true); }
   // The application has another tool.

@@ -44,6 +44,7 @@ void CSketchWindow::Close() { ThrowIfFailed(fWindow.IDocumentWindow_Release()); 
 
 TError CSketchWindow::IDocumentWindowBehavior_OnRequestClose(TCloseReason reason) {
   return Guarded([&] {
+    if (IsBlocked()) return TError{kOK};
     fCanvas.FinishText(true);
     if (!fEditor.IsModified())
       Close();

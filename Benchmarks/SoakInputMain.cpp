@@ -1,0 +1,265 @@
+// Runs Sketch with ten documents and sends it random input from a fixed seed. Fails on an assertion, on an
+// error that the application is told of, if the process hangs or crashes, or if it has grown between its
+// first tenth and its end. The run is cut into rounds; at the end of each everything is closed, so that what
+// is left then can be compared.
+#include <windows.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <set>
+#include <string>
+
+#include "../Samples/Sketch/SketchApplication.h"
+#include "SoakFolder.h"
+#include "SoakInputEvents.h"
+#include "SoakUse.h"
+
+namespace NSSoak {
+
+using namespace NSMorvane;
+
+namespace {
+
+constexpr std::size_t kDocuments = 10;
+constexpr std::size_t kRounds = 50;  // the first tenth is a whole number of them
+constexpr int kTurnsToClose = 5000;
+constexpr DWORD kWaitMS = 300;
+constexpr DWORD kHangMS = 60000;
+constexpr std::uint32_t kMessageOpen = 0x50A4;
+
+struct TOptions {
+  const char* fDocuments = nullptr;
+  long long fEvents = 1000000;
+  unsigned fSeed = 1;
+};
+
+bool ParseOptions(int argumentCount, char** arguments, TOptions& out) {
+  bool good = argumentCount % 2 == 1;
+  for (int i = 1; good && i < argumentCount; i += 2) {
+    if (std::strcmp(arguments[i], "--documents") == 0) {
+      out.fDocuments = arguments[i + 1];
+    } else if (std::strcmp(arguments[i], "--input") == 0) {
+      out.fEvents = std::atoll(arguments[i + 1]);
+    } else if (std::strcmp(arguments[i], "--seed") == 0) {
+      out.fSeed = static_cast<unsigned>(std::strtoul(arguments[i + 1], nullptr, 10));
+    } else {
+      good = false;
+    }
+  }
+  if (good && out.fDocuments && out.fEvents >= 1000) return true;
+  std::fprintf(stderr,
+               "usage: %s --documents FOLDER [--input N] [--seed N]\n"
+               "  --documents  the documents of Sketch, of which copies are opened\n"
+               "  --input      events, at least 1000 (1000000)\n"
+               "  --seed       of the random numbers (1)\n",
+               arguments[0]);
+  return false;
+}
+
+// --- What goes wrong
+
+CInputEvents* theEvents = nullptr;  // while there are any
+int theFailures = 0;
+volatile LONG theTurns = 0;
+
+// Each text once.
+void Fail(const std::string& what) {
+  static std::set<std::string> told;
+  ++theFailures;
+  if (!told.insert(what).second) return;
+  std::printf("FAILED: %s, after event %lld\n", what.c_str(), theEvents ? theEvents->Count() : 0);
+  if (theEvents) theEvents->PrintLast();
+  std::fflush(stdout);
+}
+
+class CSoakOutput : public CDefaultDebugOutput {
+ public:
+  void IDebugOutput_Assert(const char* file, std::int32_t line, const char* expression) override {
+    Fail(std::string(file) + "(" + std::to_string(line) + "): " + expression);
+  }
+};
+
+LONG WINAPI OnCrash(EXCEPTION_POINTERS* pointers) {
+  std::printf("FAILED: crashed with %08lX\n", pointers->ExceptionRecord->ExceptionCode);
+  if (theEvents) theEvents->PrintLast();
+  std::fflush(stdout);
+  return EXCEPTION_CONTINUE_SEARCH;
+}
+
+// --- The other thread: has a window that is not the application's, and sees to it that the run goes on
+
+constexpr wchar_t kElsewhereClass[] = L"MorvaneSoakElsewhere";
+HWND theElsewhere = nullptr;
+
+void CheckThatItGoesOn() {
+  static LONG turns = -1;
+  static DWORD since = 0;
+  if (theTurns == turns && GetTickCount() - since > kWaitMS) CInputEvents::EndWait();
+  if (theTurns != turns) {
+    turns = theTurns;
+    since = GetTickCount();
+  } else if (GetTickCount() - since > kHangMS) {
+    std::printf("FAILED: hangs\n");
+    if (theEvents) theEvents->PrintLast();
+    std::fflush(stdout);
+    TerminateProcess(GetCurrentProcess(), 1);
+  }
+}
+
+DWORD WINAPI RunElsewhere(void* ready) {
+  WNDCLASSW windowClass = {};
+  windowClass.lpfnWndProc = DefWindowProcW;
+  windowClass.hInstance = GetModuleHandleW(nullptr);
+  windowClass.lpszClassName = kElsewhereClass;
+  windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(GRAY_BRUSH));
+  RegisterClassW(&windowClass);
+  theElsewhere = CreateWindowW(kElsewhereClass, L"Elsewhere", WS_POPUP | WS_CAPTION | WS_VISIBLE, 1000, 820,
+                               260, 120, nullptr, nullptr, windowClass.hInstance, nullptr);
+  SetEvent(ready);
+  SetTimer(theElsewhere, 1, 100, nullptr);
+  for (MSG message; GetMessageW(&message, nullptr, 0, 0) > 0; DispatchMessageW(&message))
+    if (message.message == WM_TIMER) CheckThatItGoesOn();
+  return 0;
+}
+
+// --- The run
+
+class CSoakSketch : public NSSketch::CSketchApplication {
+ public:
+  CSoakSketch(IMorvane& morvane, const TOptions& options, CSoakFolder& folder, bool& outDone)
+      : CSketchApplication(morvane), fOptions(options), fFolder(folder), fDone(outDone) {
+    static CSoakOutput output;
+    ThrowIfFailed(morvane.IMorvane_SetDebugOutput(&output));
+  }
+  ~CSoakSketch() override { theEvents = nullptr; }
+
+  // Turns come from a timer: after all input, and also in the loops of menus and of window frames.
+  TError IMorvaneRunBehavior_OnStartUp() override {
+    fEvents = std::make_unique<CInputEvents>(fOptions.fSeed, theElsewhere);
+    theEvents = fEvents.get();
+    theApplication = this;
+    fFolder.Refresh();
+    return SetTimer(nullptr, 0, 10, OnTimer) != 0 ? kOK : kOtherError;
+  }
+  TError IMorvaneRunBehavior_OnNoDocument(TNoDocumentKind) override { return kOK; }
+  TError IMorvaneRunBehavior_OnQuitEvent() override {
+    return fDone ? CSketchApplication::IMorvaneRunBehavior_OnQuitEvent() : kOK;
+  }
+  TError IMorvaneRunBehavior_OnAppMessage(std::uint32_t message, std::uint32_t number) override {
+    if (message != kMessageOpen) return CSketchApplication::IMorvaneRunBehavior_OnAppMessage(message, number);
+    return Guarded([&] {
+      if (fIsClosing) return TError{kOK};
+      if (number == kDocuments)
+        OpenUntitled();
+      else
+        OpenFile(fFolder.PathOf(number));
+      if (!IsPaletteShown()) ShowPalette(true);
+      return TError{kOK};
+    });
+  }
+  TError IMorvaneRunBehavior_OnUnhandledError(TError error) override {
+    Fail("the error " + std::to_string(error));
+    return kOK;
+  }
+
+ private:
+  static void CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD) {
+    if (!theApplication->fDone) theApplication->Turn();
+  }
+
+  void Turn() {
+    theTurns = theTurns + 1;
+    if (fIsClosing) return CloseMore();
+    if (CountDocuments() < kDocuments && fEvents->Random(4) == 0)
+      fMorvane.IMorvane_PostAppMessage(kMessageOpen,
+                                       static_cast<std::uint32_t>(fEvents->Random(kDocuments + 1)));
+    fEvents->SendSome();
+    fIsClosing = fEvents->Count() >=
+                 static_cast<long long>(fRound + 1) * fOptions.fEvents / static_cast<long long>(kRounds);
+  }
+
+  std::size_t CountDocuments() {
+    CVectorWindowReceiver documents;
+    fMorvane.IMorvane_GetDocumentWindowsZ(documents);
+    return documents.fWindows.size();
+  }
+
+  // One window in a turn, that in front of the others first. Who is asked does not save, or cancels.
+  void CloseMore() {
+    const std::vector<HWND> windows = VisibleWindows();
+    fEvents->LetGo();
+    if (windows.empty()) return EndRound();
+    if (++fTurnsToClose == kTurnsToClose) {
+      Fail(std::to_string(windows.size()) + " windows do not close");
+      std::exit(1);
+    }
+    const HWND window = windows[fEvents->Random(windows.size())];
+    if (!IsWindowEnabled(window)) return;
+    if (GetForegroundWindow() != window) SetForegroundWindow(window);
+    if (fEvents->Random(2) == 0)
+      fEvents->SendKey('D', {VK_MENU});
+    else
+      PostMessageW(window, WM_CLOSE, 0, 0);
+  }
+
+  void EndRound() {
+    fTurnsToClose = 0;
+    ++fRound;
+    const bool isLast = fRound == kRounds;
+    const bool isFirst = fRound == kRounds / 10;
+    if (isLast || isFirst || fRound % (kRounds / 10) == 0) {
+      const TUse use = MeasureUse(isFirst || isLast);
+      Print(std::to_string(fEvents->Count()), use);
+      if (isFirst) fUseAtFirstTenth = use;
+      if (isLast && HasGrown(fUseAtFirstTenth, use)) Fail("the process has grown");
+    }
+    fIsClosing = false;
+    fFolder.Refresh();
+    if (!isLast) return;
+    fDone = true;
+    fMorvane.IMorvane_StartQuitting();
+  }
+
+  static inline CSoakSketch* theApplication = nullptr;
+  const TOptions& fOptions;
+  CSoakFolder& fFolder;
+  bool& fDone;
+  std::unique_ptr<CInputEvents> fEvents;
+  std::size_t fRound = 0;
+  int fTurnsToClose = 0;
+  bool fIsClosing = false;
+  TUse fUseAtFirstTenth = {};
+};
+
+}  // namespace
+
+}  // namespace NSSoak
+
+int main(int argumentCount, char** arguments) {
+  using namespace NSSoak;
+  TOptions options;
+  if (!ParseOptions(argumentCount, arguments, options)) return 2;
+  std::printf("input: %lld events, seed %u\n", options.fEvents, options.fSeed);
+  std::fflush(stdout);
+  SetUnhandledExceptionFilter(OnCrash);
+  const HANDLE ready = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  CreateThread(nullptr, 0, RunElsewhere, ready, 0, nullptr);
+  WaitForSingleObject(ready, INFINITE);
+  bool done = false;
+  int code = 0;
+  try {
+    CSoakFolder folder(options.fDocuments, kDocuments);
+    const DWORD start = GetTickCount();
+    code = RunApplication<CSoakSketch>(StartupParams(u"Morvane", u"Soak input"), options, folder, done);
+    std::printf("%.1f s\n", (GetTickCount() - start) / 1000.0);
+  } catch (const std::exception& exception) {
+    std::fprintf(stderr, "%s\n", exception.what());
+    return 2;
+  }
+  const bool passed = done && code == 0 && theFailures == 0;
+  std::printf("%s: %lld events, seed %u, %d failures\n", passed ? "passed" : "FAILED", options.fEvents,
+              options.fSeed, theFailures);
+  return passed ? 0 : 1;
+}
