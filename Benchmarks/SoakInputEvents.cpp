@@ -17,6 +17,8 @@ constexpr WORD kShortcuts[] = {'N', 'O', 'S', 'Z', 'Z', 'Y', 'X', 'C', 'V',     
                                'F', 'B', 'G', 'T', 'W', 'P', '0', '9', VK_OEM_PLUS, VK_OEM_MINUS};
 constexpr WORD kMnemonics[] = {'D', 'E', 'S', 'V', 'T', 'W', 'H', 'B', 'G', 'P', 'F', VK_SPACE, VK_OEM_MINUS};
 
+constexpr UINT kFirstOfWindowList = 0xE000;
+
 template <std::size_t kSize>
 WORD OneOf(const WORD (&keys)[kSize], std::size_t random) {
   return keys[random % kSize];
@@ -160,7 +162,9 @@ void CInputEvents::SendMenuCommand() {
   if (items <= 0) return;
   const UINT item = static_cast<UINT>(Random(static_cast<std::size_t>(items)));
   const UINT id = GetMenuItemID(menu, static_cast<int>(item));
-  if (id == 0 || id == UINT(-1) || (GetMenuState(menu, item, MF_BYPOSITION) & MF_GRAYED) != 0) return;
+  // What stands in a list of windows is no more when one has closed.
+  if (id == 0 || id >= kFirstOfWindowList || (GetMenuState(menu, item, MF_BYPOSITION) & MF_GRAYED) != 0)
+    return;
   Post("menu command", fTarget, WM_COMMAND, id, 0);
 }
 

@@ -4,10 +4,13 @@
 // is left then can be compared.
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <deque>
 #include <memory>
+#include <mutex>
 #include <set>
 #include <string>
 
@@ -62,6 +65,7 @@ bool ParseOptions(int argumentCount, char** arguments, TOptions& out) {
 
 CInputEvents* theEvents = nullptr;  // while there are any
 int theFailures = 0;
+std::deque<std::string> theLines;  // what the library has said, the last of it
 volatile LONG theTurns = 0;
 
 // Each text once.
@@ -71,14 +75,24 @@ void Fail(const std::string& what) {
   if (!told.insert(what).second) return;
   std::printf("FAILED: %s, after event %lld\n", what.c_str(), theEvents ? theEvents->Count() : 0);
   if (theEvents) theEvents->PrintLast();
+  for (const std::string& line : theLines) std::printf("    %s\n", line.c_str());
   std::fflush(stdout);
 }
 
 class CSoakOutput : public CDefaultDebugOutput {
  public:
   void IDebugOutput_Assert(const char* file, std::int32_t line, const char* expression) override {
+    const std::lock_guard<std::recursive_mutex> guard(fLock);
     Fail(std::string(file) + "(" + std::to_string(line) + "): " + expression);
   }
+  void IDebugOutput_Print(const char* text) override {
+    const std::lock_guard<std::recursive_mutex> guard(fLock);
+    theLines.emplace_back(text);
+    if (theLines.size() > 30) theLines.pop_front();
+  }
+
+ private:
+  std::recursive_mutex fLock;  // any thread may print
 };
 
 LONG WINAPI OnCrash(EXCEPTION_POINTERS* pointers) {
@@ -209,12 +223,18 @@ class CSoakSketch : public NSSketch::CSketchApplication {
     ++fRound;
     const bool isLast = fRound == kRounds;
     const bool isFirst = fRound == kRounds / 10;
-    if (isLast || isFirst || fRound % (kRounds / 10) == 0) {
-      const TUse use = MeasureUse(isFirst || isLast);
-      Print(std::to_string(fEvents->Count()), use);
-      if (isFirst) fUseAtFirstTenth = use;
-      if (isLast && HasGrown(fUseAtFirstTenth, use)) Fail("the process has grown");
+    const TUse use = MeasureUse(isFirst || isLast);
+    if (fRound % (kRounds / 10) == 0) Print(std::to_string(fEvents->Count()), use);
+    // What is kept for later varies: the most of the first tenth counts, and the least of the last.
+    if (fRound <= kRounds / 10) {
+      fFirst = {std::max(fFirst.fBytes, use.fBytes), std::max(fFirst.fGdiObjects, use.fGdiObjects),
+                use.fUserObjects};
+    } else if (fRound > kRounds - kRounds / 10) {
+      fLast = fLast.fBytes == 0 ? use
+                                : TUse{std::min(fLast.fBytes, use.fBytes),
+                                       std::min(fLast.fGdiObjects, use.fGdiObjects), use.fUserObjects};
     }
+    if (isLast && HasGrown(fFirst, fLast)) Fail("the process has grown");
     fIsClosing = false;
     fFolder.Refresh();
     if (!isLast) return;
@@ -230,7 +250,8 @@ class CSoakSketch : public NSSketch::CSketchApplication {
   std::size_t fRound = 0;
   int fTurnsToClose = 0;
   bool fIsClosing = false;
-  TUse fUseAtFirstTenth = {};
+  TUse fFirst = {};  // in the first tenth, and in the last
+  TUse fLast = {};
 };
 
 }  // namespace

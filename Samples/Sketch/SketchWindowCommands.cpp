@@ -206,7 +206,8 @@ TError CSketchWindow::IDocumentWindowBehavior_OnMenuCommand(const TMenuCommandEv
                                                             TFlag& outHandled) {
   outHandled = 1;
   return Guarded([&] {
-    Perform(static_cast<TSketchCommand>(event.fCommand));
+    // It may have been chosen before a dialog came.
+    if (!IsBlocked()) Perform(static_cast<TSketchCommand>(event.fCommand));
     return TError{kOK};
   });
 }

@@ -232,6 +232,18 @@ TEST_F(ModalityTest, ADialogOpenedWhileAnotherEnds) {
   }});
 }
 
+// As after the question whether to save: the dialog ends in a message of its own, and its owner at once.
+TEST_F(ModalityTest, AnOwnerEndsWithItsDialog) {
+  RunSteps({[this] {
+    MakeDocuments();
+    const auto endBoth = [this] { return fA.fRelease() == kOK ? fDoc1.fRelease() : kOtherError; };
+    MakeNamed("A", Kind::kModal, fA, fDoc1.fOwner, {{"OnRequestClose", endBoth}});
+    SendMessageW(fA.fHwnd, WM_CLOSE, 0, 0);
+    EXPECT_EQ(fEnded, (CallLog{"doc1", "A"}));
+    EXPECT_EQ(Picture(), "doc2+*");
+  }});
+}
+
 TEST_F(ModalityTest, QuittingClosesTheNewestDialogFirst) {
   RunSteps({[this] {
     MakeDocuments();
