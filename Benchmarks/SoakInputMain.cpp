@@ -15,6 +15,7 @@
 #include <string>
 
 #include "../Samples/Sketch/SketchApplication.h"
+#include "../Samples/Sketch/SketchWindow.h"
 #include "SoakFolder.h"
 #include "SoakInputEvents.h"
 #include "SoakUse.h"
@@ -169,7 +170,8 @@ class CSoakSketch : public NSSketch::CSketchApplication {
         OpenUntitled();
       else
         OpenFile(fFolder.PathOf(number));
-      if (!IsPaletteShown()) ShowPalette(true);
+      // While a dialog blocks the application, floating windows stay out of sight.
+      if (!IsPaletteShown() && Front() && !Front()->IsBlocked()) ShowPalette(true);
       return TError{kOK};
     });
   }
