@@ -11,6 +11,9 @@ CSketchTextMeasure::~CSketchTextMeasure() { ::DeleteDC(fHDC); }
 
 // As large as the painter draws a text at a zoom of 100.
 SIZE CSketchTextMeasure::Extent(const std::u16string& text, std::int32_t letterSize) {
+  // Fonts are scarce, and a drawing may use any number of sizes.
+  static constexpr std::size_t kMaxFonts = 16;
+  if (fFonts.size() >= kMaxFonts && fFonts.count(letterSize) == 0) fFonts.clear();
   CGdiObject<HFONT>& font = fFonts[letterSize];
   if (!font.Get()) font = MakeLetterFont(letterSize * kSmoothFactor);
   const CSelected selected(fHDC, font.Get());
