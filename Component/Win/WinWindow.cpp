@@ -39,6 +39,13 @@ bool IsAnyWindowOfKind(TWindowKind kind) {
   });
 }
 
+// For the enumeration of windows: one of the library's that `owner` owns is owned by nobody from here on.
+BOOL CALLBACK LeaveToItself(HWND hwnd, LPARAM owner) {
+  if (GetWindow(hwnd, GW_OWNER) == reinterpret_cast<HWND>(owner) && IsRegisteredHwnd(hwnd))
+    SetWindowLongPtrW(hwnd, GWLP_HWNDPARENT, 0);
+  return TRUE;
+}
+
 }  // namespace
 
 // --- Construction
@@ -380,12 +387,7 @@ void CWinWindow::DismantleNativeWindow() {
     UnregisterHwnd(fHwnd);
     // The system destroys the windows that this one owns with it. A dialog that is still open, or that ends
     // when its message is through, is left to its own end.
-    const auto leaveToItself = [](HWND hwnd, LPARAM owner) -> BOOL {
-      if (GetWindow(hwnd, GW_OWNER) == reinterpret_cast<HWND>(owner) && IsRegisteredHwnd(hwnd))
-        SetWindowLongPtrW(hwnd, GWLP_HWNDPARENT, 0);
-      return TRUE;
-    };
-    EnumThreadWindows(GetCurrentThreadId(), leaveToItself, reinterpret_cast<LPARAM>(fHwnd));
+    EnumThreadWindows(GetCurrentThreadId(), LeaveToItself, reinterpret_cast<LPARAM>(fHwnd));
     const BOOL dwResult = DestroyWindow(fHwnd);
     MORVANE_ASSERT(dwResult);
     fHwnd = nullptr;
