@@ -163,6 +163,7 @@ void CWinWindow::ComposeMenuBar(CMenuBuilder& bar, const CMenuBarState& state,
                            MakeMenuItem(strings.fDisplayName, state.HelpItemEnabled(), kHelpItemCommand));
     }
   }
+  // The debug menu is not built yet: its place is here, behind all others.
 }
 
 void CWinWindow::RebuildCompleteMenuBar(const CMenuBarState& state) {
