@@ -2,6 +2,7 @@
 //
 // The order of the steps is part of the behaviour. Nothing here holds an iterator across a callback: a
 // callback may run a loop of its own and come back here.
+#include <algorithm>
 #include <utility>
 
 #include "Component/Portable/MorvaneImplUtilsMenuBarState.h"
@@ -322,6 +323,12 @@ void CMorvaneImpl::ApplyAppActivation(bool flag, DWORD threadId) {
 }
 
 void CMorvaneImpl::ShowFloatingWindows(bool show) {
+  // Most applications have none, and listing the windows of the desktop is costly.
+  const bool isAny = std::any_of(gWinWindows.begin(), gWinWindows.end(), [](const auto& weakWindow) {
+    const boost::shared_ptr<CWinWindow> window = weakWindow.lock();
+    return window && window->GetWindowKind() == kWindowKindFloating;
+  });
+  if (!isAny) return;
   const std::vector<HWND> handles = GetTopLevelWindowsZ();
   // The lowest first, so that their order stays.
   for (auto it = handles.rbegin(); it != handles.rend(); ++it) {

@@ -262,6 +262,7 @@ class CWinWindow : public CWindowGlue,
 
   void TakeInitialState();
   TRect GetNormalRect(bool minimized, bool maximized) const;
+  TRect GetNormalRect(const WINDOWPLACEMENT& wp, bool minimized, bool maximized) const;
   TSize GetClientSize() const;
   bool IsIdeal(const TRect& frameRect) const;
   TWindowPlacement BuildPlacement(const TRect& normalRect) const;

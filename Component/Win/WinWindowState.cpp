@@ -56,7 +56,10 @@ TRect CWinWindow::CWindowGlue_ClientRectToFrameRect(const TRect& rect) {
 }
 
 TRect CWinWindow::GetNormalRect(bool minimized, bool maximized) const {
-  const WINDOWPLACEMENT wp = GetPlacement(fHwnd);
+  return GetNormalRect(GetPlacement(fHwnd), minimized, maximized);
+}
+
+TRect CWinWindow::GetNormalRect(const WINDOWPLACEMENT& wp, bool minimized, bool maximized) const {
   if (IsWindowShown(fHwnd)) {
     // An iconic window reports SW_SHOWMINIMIZED and never this; it is known by its empty client area.
     minimized = wp.showCmd == SW_MINIMIZE;
@@ -144,14 +147,15 @@ void CWinWindow::SetPlacement(const TWindowPlacement& placement) {
 
 // --- Following the native window
 
-// Takes over what the native window shows, and returns its normal rectangle.
+// Takes over what the native window shows, and returns its normal rectangle. One look at the placement, which
+// is costly on some systems, serves both.
 TRect CWinWindow::AdoptNativePlacement() {
+  const WINDOWPLACEMENT wp = GetPlacement(fHwnd);
   if (IsVisible()) {
-    const WINDOWPLACEMENT wp = GetPlacement(fHwnd);
     fWindowState.fMinimized = wp.showCmd == SW_SHOWMINIMIZED;
     fWindowState.fMaximized = wp.showCmd == SW_SHOWMAXIMIZED;
   }
-  return GetNormalRect(fWindowState.fMinimized, fWindowState.fMaximized);
+  return GetNormalRect(wp, fWindowState.fMinimized, fWindowState.fMaximized);
 }
 
 void CWinWindow::SyncWindowState() {
