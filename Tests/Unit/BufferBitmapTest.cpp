@@ -173,18 +173,5 @@ TEST(BufferBitmap, SizesThatCannotBe) {
   }
 }
 
-TEST(BufferBitmap, FailedCopiesAndForeignPixelsAreReported) {
-  RecordingDebugOutput output;
-  CBufferBitmap bitmap({2, 2}, 16);
-  bitmap.ClosePixels(bitmap.OpenPixels());
-  bitmap.ClosePixels(nullptr);
-  EXPECT_TRUE(output.fAssertions.empty());
-  int other = 0;
-  bitmap.ClosePixels(&other);
-  bitmap.CopyToPort({nullptr}, {0, 0}, {0, 0, 2, 2});
-  EXPECT_EQ((std::vector<std::string>{"(NULL==pixelPtr) || (pixelPtr==fPixelPtr)", "okFlag"}),
-            output.fAssertions);
-}
-
 }  // namespace
 }  // namespace NSMorvane

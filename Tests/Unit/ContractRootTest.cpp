@@ -388,13 +388,4 @@ TEST(ContractRoot, OutsArePoisonedBeforeTheHook) {
   EXPECT_EQ(kOK, error);
 }
 
-TEST(ContractRoot, LifeIsTraced) {
-  RecordingDebugOutput output;
-  { RecordingMorvane morvane; }
-  EXPECT_EQ((Texts{"[Morvane] CMorvaneGlue::CMorvaneGlue()", "[Morvane] CMorvaneGlue::~CMorvaneGlue()"}),
-            output.fLines);
-  EXPECT_EQ(2, output.fIndents);
-  EXPECT_EQ(0, output.fDepth);
-}
-
 }  // namespace NSMorvaneTest

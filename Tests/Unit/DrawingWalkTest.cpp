@@ -232,34 +232,6 @@ TEST(DrawingWalk, BracketsNestWithTheBuffers) {
   EXPECT_EQ(TTexts(), output.fAssertions);
 }
 
-TEST(DrawingWalk, FlushesForTheEye) {
-  const struct {
-    TFlag flushViews, drawPaintsRed, delay;
-    std::vector<bool> flushes;
-  } rows[] = {{0, 0, 0, {}},
-              {0, 0, 1, {}},
-              {1, 0, 0, {false, false, false, false}},
-              {1, 0, 1, {true, true, true, true}},
-              {0, 1, 0, {false, false}},
-              {0, 1, 1, {true, true}}};
-  for (const auto& row : rows) {
-    DrawingTree tree({0, 0, 100, 100});
-    tree.Add({0, 0, 50, 50}, kViewDrawTemporary32);
-    tree.Add({0, 0, 50, 50}, kViewDrawPermanent16);
-    tree.fRoot.fView->SetBehavior(nullptr);  // the flush does not need one
-    tree.Add({0, 0, 10, 10});
-    CBufferBitmap surface({100, 100}, 32);
-    const CRegion all(TRect{0, 0, 100, 100});
-    PlainTools tools(surface.GetNativePort().fHDC, all.GetNativeRegion());
-    TDebugSettings settings = {};
-    settings.fFlushViews = row.flushViews;
-    settings.fDrawPaintsRed = row.drawPaintsRed;
-    settings.fDelayAfterFlushing = row.delay;
-    tree.DrawWith(tools, settings);
-    EXPECT_EQ(row.flushes, tools.fFlushes);
-  }
-}
-
 // --- Who is called
 
 TEST(DrawingWalk, OnlyWhatIsDirtyAndInSightIsCalled) {

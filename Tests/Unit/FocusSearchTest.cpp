@@ -65,12 +65,6 @@ TEST_F(FocusSearch, ViewsThatCannotHaveTheFocusAreSkipped) {
   EXPECT_EQ(nullptr, FindPreviousFocusView(&a, fWindow));
 }
 
-TEST_F(FocusSearch, OnlyCandidateFollowsItself) {
-  EXPECT_EQ(&a, FindFocusView({&a}, &a, kFindNext));
-  EXPECT_EQ(&a, FindFocusView({&a}, &a, kFindPrevious));
-  EXPECT_EQ((std::vector<std::string>{"view != anchorView", "view != anchorView"}), fOutput.fAssertions);
-}
-
 TEST_F(FocusSearch, FocusInSubtree) {
   fWindow.fFocusView = &a;
   for (CViewImpl* view : {&a, &group, &fWindow.Root()}) EXPECT_TRUE(IsFocusInSubtree(*view));

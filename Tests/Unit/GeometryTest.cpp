@@ -75,24 +75,6 @@ TEST(Geometry, IntersectionHoldsThePointsOfBoth) {
   EXPECT_GT(overlaps, 200);
 }
 
-TEST(Geometry, EmptyRects) {
-  const struct {
-    TRect rect;
-    bool empty;
-  } rows[] = {{{0, 0, 0, 0}, true},
-              {{0, 0, 1, 1}, false},
-              {{0, 0, 1, 0}, true},
-              {{0, 0, 0, 1}, true},
-              {{5, 5, 4, 6}, true},
-              {{5, 5, 6, 4}, true},
-              {{6, 6, 5, 5}, true},
-              {{-2, -2, -1, -1}, false},
-              {{kMin, kMin, kMax, kMax}, false},
-              {{kMax, kMax, kMin, kMin}, true}};
-  for (const auto& row : rows)
-    EXPECT_EQ(row.empty, IsEmptyRect(row.rect)) << testing::PrintToString(row.rect);
-}
-
 TEST(Geometry, MovingInsideTakesTheShortestWay) {
   RecordingDebugOutput output;
   CRandomRects random(77);

@@ -47,21 +47,6 @@ TMenuItem Item(std::u16string_view text, std::uint32_t command, IIcon* icon = nu
 
 }  // namespace
 
-TEST(MenuBarState, ItemsGoInAndOut) {
-  CMenuBarState state;
-  const TMenuItem items[2] = {Item(u"_Open", 1), Item(u"", 2)};
-  EXPECT_EQ(kOK, state.IMenuBarState_SetMenuItems(kMenuDocument, items, sizeof(items)));
-  std::uint32_t count = 0;
-  EXPECT_EQ(kOK, state.IMenuBarState_CountMenuItems(kMenuDocument, count));
-  ASSERT_EQ(2u, count);
-  TMenuItem read[2];
-  EXPECT_EQ(kOK, state.IMenuBarState_GetMenuItems(kMenuDocument, read, sizeof(read)));
-  EXPECT_EQ(u"_Open", TextOf(read[0].fText));
-  EXPECT_EQ(2u, read[1].fCommand);
-  EXPECT_EQ(kOK, state.IMenuBarState_SetMenuItems(kMenuDocument, nullptr, 0));
-  EXPECT_EQ(kOK, state.IMenuBarState_GetMenuItems(kMenuDocument, nullptr, 0));
-}
-
 TEST(MenuBarState, BadInputChangesNothing) {
   RecordingDebugOutput output;
   CMenuBarState state;
@@ -172,35 +157,6 @@ TEST(MenuBarState, ComparesByValue) {
       [](CMenuBarState&, TMenuItem& item) { item.fShortcut.fPhysicalTest = 1; },
   };
   for (const auto& change : changes) EXPECT_FALSE(plain == with(change));
-}
-
-TEST(MenuBarState, EachFlagAndTitleIsItsOwn) {
-  TFlag TMenuBarFlags::*const fields[] = {
-      &TMenuBarFlags::fShowHelpItem, &TMenuBarFlags::fHelpItemEnabled, &TMenuBarFlags::fQuitEnabled,
-      &TMenuBarFlags::fSecondMenuItemEnabled, &TMenuBarFlags::fShowWindowMenu};
-  for (std::size_t i = 0; i < std::size(fields); ++i) {
-    TMenuBarFlags flags{};
-    flags.*fields[i] = 1;
-    CMenuBarState state;
-    EXPECT_EQ(kOK, state.IMenuBarState_SetFlags(flags));
-    TMenuBarFlags read{};
-    EXPECT_EQ(kOK, state.IMenuBarState_GetFlags(read));
-    const bool getters[] = {state.ShowHelpItem(), state.HelpItemEnabled(), state.QuitEnabled(),
-                            state.SecondMenuItemEnabled(), state.ShowWindowMenu()};
-    for (std::size_t j = 0; j < std::size(fields); ++j) {
-      EXPECT_EQ(i == j ? 1u : 0u, read.*fields[j]);
-      EXPECT_EQ(i == j, getters[j]);
-    }
-  }
-  CMenuBarState state;
-  for (std::uint32_t menu = kMenu1; menu <= kMenu6; ++menu) {
-    const CMenuBarState before = state;
-    const TChar title[] = {static_cast<TChar>(u'a' + menu), 0};
-    EXPECT_EQ(kOK, state.IMenuBarState_SetMenuTitle(static_cast<TMenu>(menu), title));
-    EXPECT_FALSE(state == before);
-  }
-  for (std::uint32_t menu = kMenu1; menu <= kMenu6; ++menu)
-    EXPECT_EQ(TString(1, static_cast<TChar>(u'a' + menu)), state.GetTitle(static_cast<TMenu>(menu)));
 }
 
 TEST(MenuBarState, IconsAreClonedAndAFailureLeavesTheOldList) {

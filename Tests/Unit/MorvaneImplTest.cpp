@@ -6,7 +6,6 @@
 
 #include <cstring>
 #include <memory>
-#include <set>
 
 #include "Component/Win/MorvaneImplWinMessages.h"
 #include "Component/Win/UtilsWin.h"
@@ -118,20 +117,6 @@ TEST_F(MorvaneImplTest, DebugSettings) {
   EXPECT_EQ(std::memcmp(&kept, &Impl().GetDebugSettings(), sizeof(kept)), 0);
 }
 
-TEST_F(MorvaneImplTest, ShortcutModifiers) {
-  const std::pair<TShortcutModifiers, std::uint32_t> cases[] = {{kShortcutNone, 0},
-                                                                {kShortcutCommand, 8},
-                                                                {kShortcutCommandShift, 10},
-                                                                {kShortcutCommandAlt, 12},
-                                                                {kShortcutCommandAltShift, 14}};
-  for (const auto& [shortcut, keys] : cases) {
-    TModifierKeys modifiers = {99, 99};
-    EXPECT_EQ(fMorvane->IMorvane_ShortcutModsToModifiers(shortcut, modifiers), kOK);
-    EXPECT_EQ(modifiers.fKeys, keys);
-    EXPECT_EQ(modifiers.fReserved, 0u);
-  }
-}
-
 TEST_F(MorvaneImplTest, AutoPlaySuppressionNests) {
   IWinExtensions* extensions = nullptr;
   ASSERT_EQ(fMorvane->IMorvane_GetWinExtensions(extensions), kOK);
@@ -157,26 +142,6 @@ TEST_F(MorvaneImplTest, AutoPlaySuppressionNests) {
     EXPECT_FALSE(Impl().IsAutoPlayQuery(query + 1));
   }
   EXPECT_EQ(TakeAssertions(), Texts());
-}
-
-// Each label has its own place, and its own number.
-TEST_F(MorvaneImplTest, StartupLabels) {
-  TStartupStrings strings;
-  const auto labels = StartupLabels(strings);
-  ASSERT_EQ(labels.size(), 50u);
-  std::set<TString*> places;
-  for (const auto& [id, label] : labels) {
-    *label = TextFromWin(std::to_wstring(id).c_str());
-    places.insert(label);
-  }
-  EXPECT_EQ(places.size(), 50u);
-  EXPECT_EQ((std::vector<TString>{strings.fQuitItem, strings.fCancelButton, strings.fAlwaysOnTopItem,
-                                  strings.fEscapeKeyName, strings.fFunctionKeyNames[0],
-                                  strings.fFunctionKeyNames[14], strings.fKeypadEnterKeyName,
-                                  strings.fReturnKeyName, strings.fHomeKeyName, strings.fDeleteKeyName,
-                                  strings.fRightKeyName, strings.fControlKeyName, strings.fAltKeyName}),
-            (std::vector<TString>{u"1", u"15", u"23", u"100", u"101", u"115", u"118", u"119", u"121", u"123",
-                                  u"129", u"131", u"133"}));
 }
 
 // --- Failures and requests without a behaviour
@@ -262,11 +227,4 @@ TEST_F(MorvaneImplTest, ListenerCallsReachKnownListenersOnly) {
   EXPECT_EQ(TakeAssertions(), (Texts{"false"}));
   EXPECT_EQ(known.fCalls, "12");
   EXPECT_EQ(stranger.fCalls, "");
-}
-
-// An application message before or after the run finds nobody.
-TEST_F(MorvaneImplTest, AppMessageWithoutBehaviour) {
-  Impl().HandlePrivateMessage(nullptr, kMsgAppMessage, 1, 2);
-  EXPECT_EQ(TakeAssertions(), (Texts{"0!=fBehavior", "outBehavior != NULL"}));
-  EXPECT_TRUE(gPendingErrors.empty());
 }

@@ -175,21 +175,3 @@ TEST(SketchDocument, PutsNewShapesBehindTheLastLine) {
   document.RemoveShape(document.Shapes().size() - 1);
   EXPECT_EQ(WriteSketchDocument(document), kSample);
 }
-
-TEST(SketchDocument, RevisionMovesWithEveryChange) {
-  CSketchDocument document = Read(kSample);
-  std::uint64_t last = document.Revision();
-  const std::function<void()> changes[] = {
-      [&] { document.AppendShape(document.Shapes()[0].fShape); },
-      [&] { document.ReplaceShape(0, document.Shapes()[1].fShape); },
-      [&] { document.InsertShape(1, document.RemoveShape(0)); },
-      [&] { document.SetBackground(1); },
-      [&] {
-        document.SetCanvasSize({1, 1});
-      },
-  };
-  for (const auto& change : changes) {
-    change();
-    EXPECT_NE(std::exchange(last, document.Revision()), document.Revision());
-  }
-}

@@ -79,14 +79,6 @@ TEST(UtilsWin, FailedCallsBecomeLinesAndExceptions) {
   EXPECT_TRUE(output.fLines.empty());
 }
 
-TEST(UtilsWin, TextCrossesTheBorderUnchanged) {
-  const wchar_t text[] = {L'a', 0xD834, 0xDD1E, 0x2029, 0};
-  EXPECT_EQ(u"a\xD834\xDD1E\u2029", TextFromWin(text));
-  EXPECT_EQ(u"a", TextFromWin(text, 1));
-  EXPECT_TRUE(TextFromWin(nullptr).empty());
-  EXPECT_EQ(std::wstring(text), WinText(TextFromWin(text)));
-}
-
 TEST(UtilsWin, ShownMeansVisibleAndNotHiddenByTheLibrary) {
   RecordingDebugOutput output;
   NativeTestWindow window(kShown);
@@ -157,23 +149,6 @@ TEST(UtilsWin, FocusFailsOnlyWhenItIsNotThereAfterwards) {
   WinSetFocus(gone);
   EXPECT_EQ((std::vector<std::string>{asked, "[Morvane] WinSetFocus failed 1400"}), output.fLines);
   EXPECT_EQ(std::vector<std::string>{"::IsWindow(hWnd)"}, output.fAssertions);
-}
-
-TEST(UtilsWin, RegistryKnowsWhatWasRegistered) {
-  RecordingDebugOutput output;
-  const HWND a = reinterpret_cast<HWND>(0x1234), b = reinterpret_cast<HWND>(0x5678);
-  RegisterHwnd(a);
-  RegisterHwnd(b);
-  UnregisterHwnd(a);
-  UnregisterHwnd(a);
-  EXPECT_FALSE(IsRegisteredHwnd(a));
-  EXPECT_TRUE(IsRegisteredHwnd(b));
-  EXPECT_TRUE(output.fAssertions.empty());
-  RegisterHwnd(b);
-  EXPECT_TRUE(
-      output.HasAssertion("std::find(gHwndRegistry.begin(),gHwndRegistry.end(),hWnd)==gHwndRegistry.end()"));
-  UnregisterHwnd(b);
-  UnregisterHwnd(b);
 }
 
 TEST(UtilsWin, TopLevelWindowsComeFrontFirst) {

@@ -83,29 +83,6 @@ constexpr TRect kNothing = {-10000, -10000, -10000, -10000};
 
 // --- CDeviceContext
 
-TEST(DeviceContext, HoldsOneContext) {
-  RecordingDebugOutput output;
-  CDeviceContext context;
-  context.Detach();
-  EXPECT_EQ(std::vector<std::string>{"fHDC != NULL"}, output.fAssertions);
-  output.Reset();
-  const HDC first = CreateCompatibleDC(nullptr);
-  context.Attach(first);
-  EXPECT_EQ(first, context.GetHDC());
-  EXPECT_TRUE(output.fAssertions.empty());
-  context.Attach(first);
-  EXPECT_EQ(std::vector<std::string>{"fHDC == NULL"}, output.fAssertions);
-  output.Reset();
-  EXPECT_EQ(first, context.Detach());
-  EXPECT_EQ(nullptr, context.GetHDC());
-  {
-    CDeviceContext owner;
-    owner.Attach(first);
-  }
-  EXPECT_EQ(0u, GetObjectType(first));
-  EXPECT_TRUE(output.fAssertions.empty());
-}
-
 TEST(DeviceContext, DrawingHelpersStayInTheirRectangles) {
   Canvas canvas;
   SetBkColor(canvas.fSurface.GetHDC(), kGreen);
@@ -138,17 +115,6 @@ TEST(DeviceContext, DrawingHelpersStayInTheirRectangles) {
   EXPECT_EQ(kBlue, GetTextColor(canvas.fSurface.GetHDC()));
   EXPECT_EQ(OPAQUE, GetBkMode(canvas.fSurface.GetHDC()));
   EXPECT_EQ(font, GetCurrentObject(canvas.fSurface.GetHDC(), OBJ_FONT));
-}
-
-TEST(ClientContext, NeedsAWindow) {
-  RecordingDebugOutput output;
-  NativeTestWindow window;
-  { EXPECT_NE(nullptr, CClientContext(window).GetHDC()); }
-  EXPECT_TRUE(output.fAssertions.empty());
-  const HWND gone = window;
-  window.Destroy();
-  EXPECT_ANY_THROW(CClientContext{gone});
-  EXPECT_EQ(std::vector<std::string>{"::IsWindow(fHwnd)"}, output.fAssertions);
 }
 
 // --- CPaintContext

@@ -21,30 +21,6 @@ bool IsRegistered(const TString& name) {
   return GetClassInfoExW(GetModuleHandleW(nullptr), WinText(name), &info) != 0;
 }
 
-TEST(WinWindowClass, KindsHaveTheirNamesAndIcons) {
-  const struct {
-    TWindowKind fKind;
-    const TChar* fName;
-    bool fHasIcon;
-  } kCases[] = {
-      {kWindowKindDocument, u"SkerryDocumentWindow", true},
-      {kWindowKindModelessDialog, u"SkerryModelessDialog", true},
-      {kWindowKindModalDialog, u"SkerryModalDialog", true},
-      {kWindowKindAlertBox, u"SkerryAlertBox", false},
-      {kWindowKindFloating, u"SkerryFloatingWindow", true},
-  };
-  RecordingDebugOutput output;
-  for (const auto& c : kCases) {
-    EXPECT_EQ(WindowClassName(c.fKind), c.fName);
-    EXPECT_EQ(WindowClassHasIcon(c.fKind), c.fHasIcon);
-  }
-  EXPECT_TRUE(output.fAssertions.empty());
-
-  EXPECT_EQ(WindowClassName(static_cast<TWindowKind>(5)), u"");
-  EXPECT_FALSE(WindowClassHasIcon(static_cast<TWindowKind>(5)));
-  EXPECT_EQ(output.fAssertions, (std::vector<std::string>{"false", "false"}));
-}
-
 TEST(WinWindowClass, IsRegisteredAsLongAsSomebodyUsesIt) {
   RecordingDebugOutput output;
   const std::size_t others = gWindowClasses.size();
@@ -61,21 +37,6 @@ TEST(WinWindowClass, IsRegisteredAsLongAsSomebodyUsesIt) {
   const CWindowClassRef third(kName, DefWindowProcW, nullptr);
   EXPECT_TRUE(IsRegistered(kName));
   EXPECT_TRUE(output.fAssertions.empty());
-}
-
-TEST(WinWindowClass, TellsTheSystemWhatAWindowNeeds) {
-  const HICON icon = LoadIconW(nullptr, IDI_APPLICATION);
-  const CWindowClassRef windowClass(kName, DefWindowProcW, icon);
-  WNDCLASSEXW info = {};
-  info.cbSize = sizeof(info);
-  ASSERT_TRUE(GetClassInfoExW(GetModuleHandleW(nullptr), WinText(kName), &info));
-  EXPECT_EQ(info.style, 11u);
-  EXPECT_EQ(info.lpfnWndProc, DefWindowProcW);
-  EXPECT_EQ(info.hIcon, icon);
-  EXPECT_EQ(info.hIconSm, icon);
-  EXPECT_EQ(info.hCursor, LoadCursorW(nullptr, IDC_ARROW));
-  EXPECT_EQ(info.hbrBackground, nullptr);
-  EXPECT_EQ(info.lpszMenuName, nullptr);
 }
 
 // A window that is still there keeps the system from taking the class back; that is reported.
