@@ -264,35 +264,6 @@ TEST(DrawingWalk, OnlyWhatIsDirtyAndInSightIsCalled) {
   }
 }
 
-TEST(DrawingWalk, TheDirtyRegionIsCutToAllEnclosingViews) {
-  DrawingTree tree({0, 0, 100, 100});
-  const TDrawnView middle = tree.Add({10, 10, 60, 60});
-  const TDrawnView inner = tree.Add(*middle.fView, {40, 40, 90, 90});
-  std::vector<TRectList> regions;
-  std::vector<void*> handles;
-  const auto record = [&](IDrawTools& tools) {
-    void* region = nullptr;
-    EXPECT_EQ(kOK, tools.IDrawTools_GetDirtyRegion(region));
-    regions.push_back(CRegion(static_cast<TNativeRegion>(region), true).GetRects());
-    void* again = nullptr;
-    EXPECT_EQ(kOK, tools.IDrawTools_GetDirtyRegion(again));
-    EXPECT_EQ(region, again);
-    return kOK;
-  };
-  for (const TDrawnView& view : {tree.fRoot, middle, inner}) {
-    view.fBehavior->fOnDraw = record;
-    view.fBehavior->fOnPostProcess = record;
-  }
-  CRegion dirty(TRect{0, 0, 50, 100});
-  dirty.UnionRect({0, 0, 100, 45});
-  CBufferBitmap surface({100, 100}, 32);
-  tree.Draw(surface, dirty);
-  const TRectList ofRoot = dirty.GetRects();
-  const TRectList ofMiddle = {{10, 10, 60, 45}, {10, 45, 50, 60}};
-  const TRectList ofInner = {{40, 40, 60, 45}, {40, 45, 50, 60}};
-  EXPECT_EQ((std::vector<TRectList>{ofRoot, ofMiddle, ofInner, ofInner, ofMiddle, ofRoot}), regions);
-}
-
 // The tools of someone else: the walk asks them for the port, once for each view.
 TEST(DrawingWalk, ForeignToolsAreOpenedForEachView) {
   RecordingDebugOutput output;

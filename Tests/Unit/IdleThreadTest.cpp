@@ -19,14 +19,6 @@ using NSMorvaneTest::RecordingDebugOutput;
 
 namespace {
 
-using Times = std::list<std::int64_t>;
-
-CIdleSchedule Scheduled(const Times& times) {
-  CIdleSchedule schedule;
-  for (const std::int64_t time : times) schedule.Schedule(time);
-  return schedule;
-}
-
 constexpr UINT kNews = WM_APP + 1;
 constexpr std::int64_t kFarAway = 1000000;
 
@@ -68,23 +60,6 @@ class Owner : public IIdleThreadOwner {
 };
 
 }  // namespace
-
-TEST(IdleSchedule, TimesAscendWithoutDuplicates) {
-  EXPECT_EQ((Times{1, 3, 5, 9}), Scheduled({5, 3, 9, 5, 1, 9, 1, 3}).Times());
-  // In 64 bits, so that nothing wraps.
-  EXPECT_EQ((Times{-1, 0xFFFFFFFF, 0x17FFFFFFE}), Scheduled({0x17FFFFFFE, 0xFFFFFFFF, -1}).Times());
-}
-
-TEST(IdleSchedule, EmptyListGetsTheHeartbeat) {
-  CIdleSchedule schedule;
-  EXPECT_EQ(1500, schedule.NextDueTime(500));
-  EXPECT_EQ(1500, schedule.NextDueTime(700));
-  EXPECT_EQ((Times{1500}), schedule.Times());
-  schedule.Schedule(9000);
-  schedule.RemoveDueTimes(1500);
-  EXPECT_EQ(9000, schedule.NextDueTime(1600));  // no heartbeat beside a time of the client's
-  EXPECT_EQ((Times{9000}), schedule.Times());
-}
 
 TEST(IdleSchedule, AgreesWithASet) {
   std::mt19937 random(4711);

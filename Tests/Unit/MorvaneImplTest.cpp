@@ -95,28 +95,6 @@ TEST_F(MorvaneImplTest, OutsideARun) {
 
 // --- Small hooks
 
-TEST_F(MorvaneImplTest, DebugSettings) {
-  TDebugSettings settings;
-  EXPECT_EQ(fMorvane->IMorvane_GetDebugSettings(settings), kOK);
-  const TDebugSettings initial = {1, 1, 1, 1, 1, 0, 0};
-  EXPECT_EQ(std::memcmp(&settings, &initial, sizeof(settings)), 0);
-
-  // One after the other, since the fourth and fifth take a way of their own.
-  TFlag* const fields[] = {&settings.fDebugMenu,         &settings.fDrawInvalidationBlue,
-                           &settings.fDrawPaintsRed,     &settings.fDrawViewBounds,
-                           &settings.fDrawMouseViewInfo, &settings.fFlushViews,
-                           &settings.fDelayAfterFlushing};
-  for (TFlag* const field : fields) {
-    *field = 1 - *field;
-    EXPECT_EQ(fMorvane->IMorvane_SetDebugSettings(settings), kOK);
-    EXPECT_EQ(std::memcmp(&settings, &Impl().GetDebugSettings(), sizeof(settings)), 0);
-  }
-  const TDebugSettings kept = settings;
-  settings.fFlushViews = 2;
-  EXPECT_EQ(fMorvane->IMorvane_SetDebugSettings(settings), TError(kBadInputProgrammingError));
-  EXPECT_EQ(std::memcmp(&kept, &Impl().GetDebugSettings(), sizeof(kept)), 0);
-}
-
 TEST_F(MorvaneImplTest, AutoPlaySuppressionNests) {
   IWinExtensions* extensions = nullptr;
   ASSERT_EQ(fMorvane->IMorvane_GetWinExtensions(extensions), kOK);

@@ -149,21 +149,6 @@ TEST(Region, EveryOperationAgreesWithPixels) {
   EXPECT_TRUE(output.fLines.empty());
 }
 
-TEST(Region, RectsOfKnownShapes) {
-  EXPECT_TRUE(CRegion().GetRects().empty());
-  EXPECT_TRUE(CRegion().IsEmpty());
-  EXPECT_TRUE(CRegion(TRect{5, 5, 5, 9}).GetRects().empty());
-  EXPECT_TRUE(CRegion(TRect{9, 9, 5, 5}).GetRects().empty());  // inside out, not turned
-  EXPECT_EQ((TRectList{{1, 2, 3, 4}}), CRegion(TRect{1, 2, 3, 4}).GetRects());
-  CRegion shapeOfL(TRect{0, 0, 10, 30});
-  shapeOfL.UnionRect({0, 20, 30, 30});
-  EXPECT_EQ((TRectList{{0, 0, 10, 20}, {0, 20, 30, 30}}), shapeOfL.GetRects());
-  CRegion frame(TRect{0, 0, 9, 9});
-  frame.SubtractRect({3, 3, 6, 6});
-  EXPECT_EQ((TRectList{{0, 0, 9, 3}, {0, 3, 3, 6}, {6, 3, 9, 6}, {0, 6, 9, 9}}), frame.GetRects());
-  EXPECT_EQ((TRect{0, 0, 9, 9}), frame.GetBounds());
-}
-
 TEST(Region, ACopyIsMadeByTheFirstWriteOnly) {
   const TRect some = {2, 2, 4, 4}, distant = {0, 0, 1, 1}, empty = {5, 5, 5, 6}, insideOut = {6, 6, 5, 5};
   const struct {

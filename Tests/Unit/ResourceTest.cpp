@@ -105,23 +105,6 @@ TEST(Resource, Keys) {
   EXPECT_TRUE(output.fAssertions.empty());
 }
 
-TEST(Resource, NamesOfPredefinedTypes) {
-  const struct {
-    const TChar* name;
-    const wchar_t* native;
-  } rows[] = {{u"ACCL", RT_ACCELERATOR}, {u"ANIC", RT_ANICURSOR}, {u"ANII", RT_ANIICON},
-              {u"BITM", RT_BITMAP},      {u"CURS", RT_CURSOR},    {u"DLOG", RT_DLGINCLUDE},
-              {u"FONT", RT_FONT},        {u"FNTD", RT_FONTDIR},   {u"GCUR", RT_GROUP_CURSOR},
-              {u"GICN", RT_GROUP_ICON},  {u"HTML", RT_HTML},      {u"ICON", RT_ICON},
-              {u"MNFS", RT_MANIFEST},    {u"MENU", RT_MENU},      {u"MSGT", RT_MESSAGETABLE},
-              {u"PLGP", RT_PLUGPLAY},    {u"RCDA", RT_RCDATA},    {u"STRT", RT_STRING},
-              {u"VERS", RT_VERSION},     {u"VXD ", RT_VXD}};
-  for (const auto& row : rows)
-    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(row.native), PredefinedResourceType(row.name));
-  for (const TString name : {u"SSTR", u"menu", u"MEN", u"MENUS", u"DIAL", u""})
-    EXPECT_EQ(0, PredefinedResourceType(name));
-}
-
 TEST(Resource, LoaderReadsTheProgramsResources) {
   IResourceLoader& loader = GetResourceLoader();
   EXPECT_EQ(&loader, &GetResourceLoader());

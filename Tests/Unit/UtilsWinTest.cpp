@@ -329,27 +329,6 @@ TEST(UtilsWinHandles, ClipIsPutBackAndNothingElse) {
   EXPECT_THROW(CClipRegionSaver saver(nullptr), std::exception);
 }
 
-TEST(UtilsWinHandles, OwnersReleaseWhatTheyHold) {
-  const CCreatedDC hdc(CreateCompatibleDC(nullptr));
-  const HGDIOBJ original = GetCurrentObject(hdc.Get(), OBJ_BITMAP);
-  HBITMAP bitmap = nullptr;
-  HBRUSH kept = nullptr;
-  {
-    const CGdiObject<HBITMAP> object(CreateBitmap(2, 2, 1, 1, nullptr));
-    bitmap = object.Get();
-    const CObjectSelection selection(hdc.Get(), bitmap);
-    EXPECT_TRUE(selection.IsSelected());
-    EXPECT_EQ(bitmap, GetCurrentObject(hdc.Get(), OBJ_BITMAP));
-    EXPECT_FALSE(CObjectSelection(hdc.Get(), nullptr).IsSelected());
-    CGdiObject<HBRUSH> brush(CreateSolidBrush(0));
-    kept = brush.Detach();
-    EXPECT_EQ(nullptr, brush.Get());
-  }
-  EXPECT_EQ(original, GetCurrentObject(hdc.Get(), OBJ_BITMAP));
-  EXPECT_EQ(0u, GetObjectType(bitmap));
-  EXPECT_TRUE(DeleteObject(kept));
-}
-
 TEST(UtilsWinHandles, DeferredMovesHappenTogetherAndNoticeFailureLate) {
   RecordingDebugOutput output;
   NativeTestWindow a(kShown), b(kShown);
