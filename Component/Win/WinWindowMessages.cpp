@@ -406,8 +406,7 @@ LRESULT CWinWindow::AnswerQueryEndSession() {
 }
 
 void CWinWindow::PreDispatch(const TWinMessage& message) {
-  // The search for the window under the mouse asks each window on its way; that changes nothing.
-  if (message.fMessage != WM_NCHITTEST) fMouseGlance.Forget();
+  fMouseGlance.Forget();
   if (message.fMessage == WM_CAPTURECHANGED && fMouseCapture) OnMouseCaptureLost();
   if (message.fMessage == WM_THEMECHANGED) {
     IMorvaneRunBehavior* const behavior = fMorvane->GetBehavior();
