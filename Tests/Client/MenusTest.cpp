@@ -40,13 +40,16 @@ void Key(WORD key, DWORD flags = 0) {
   SendInput(1, &input, sizeof(input));
 }
 
-void Click(DWORD down, DWORD up) {
-  for (const DWORD flags : {down, up}) {
-    INPUT input = {};
-    input.type = INPUT_MOUSE;
-    input.mi.dwFlags = flags;
-    SendInput(1, &input, sizeof(input));
-  }
+// At once, and with the place: a display may tell of moves late, and so take the mouse elsewhere in between.
+void Click(LONG x, LONG y, DWORD down, DWORD up) {
+  INPUT inputs[3] = {};
+  for (INPUT& input : inputs) input.type = INPUT_MOUSE;
+  inputs[0].mi.dx = (x * 65536 + 32768) / GetSystemMetrics(SM_CXSCREEN);
+  inputs[0].mi.dy = (y * 65536 + 32768) / GetSystemMetrics(SM_CYSCREEN);
+  inputs[0].mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
+  inputs[1].mi.dwFlags = down;
+  inputs[2].mi.dwFlags = up;
+  SendInput(3, inputs, sizeof(INPUT));
 }
 
 }  // namespace
@@ -331,10 +334,8 @@ class PopupMenusTest : public WindowClientTest {
     KillTimer(nullptr, fTimer);
     fLines = LinesOfMenu(reinterpret_cast<HMENU>(SendMessageW(popup, MN_GETHMENU, 0, 0)));
     GetWindowRect(popup, &fPopupRect);
-    if (fUse->fInput == kRightClick) {
-      SetCursorPos(fPopupRect.left + 12, fPopupRect.top + 12);
-      Click(MOUSEEVENTF_RIGHTDOWN, MOUSEEVENTF_RIGHTUP);
-    }
+    if (fUse->fInput == kRightClick)
+      Click(fPopupRect.left + 12, fPopupRect.top + 12, MOUSEEVENTF_RIGHTDOWN, MOUSEEVENTF_RIGHTUP);
     for (const WORD key : fUse->fKeys) {
       Key(key);
       Key(key, KEYEVENTF_KEYUP);
@@ -415,8 +416,8 @@ TEST_F(PopupMenusTest, OpensInTheBar) {
     fTimer = SetTimer(nullptr, 0, 5, OnTimer);
     RECT place = {};
     EXPECT_TRUE(GetMenuItemRect(fHwnd, GetMenu(fHwnd), 2, &place));
-    SetCursorPos((place.left + place.right) / 2, (place.top + place.bottom) / 2);
-    Click(MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP);
+    Click((place.left + place.right) / 2, (place.top + place.bottom) / 2, MOUSEEVENTF_LEFTDOWN,
+          MOUSEEVENTF_LEFTUP);
     EXPECT_TRUE(YieldUntil([&] { return fRecord.fCommand.fCommand == 7; }));
     EXPECT_EQ(fLines, MenuLines{"newer A001"});
     fHooks.fOnSetupMenuBar = nullptr;

@@ -250,26 +250,8 @@ TEST_F(SecondLaunchTest, LongCommandLineIsCut) {
   ExpectSecondsEndWell();
 }
 
-// A launch without files opens the application anew. So does the message alone, without a command line behind
-// it, which is reported.
-TEST_F(SecondLaunchTest, WithoutFilesReopens) {
-  if (fIsSecondProcess) return RunAsSecondProcess();
-  CreateMorvane();
-  fHooks.fOnStartUp = [this] {
-    StartSecondProcess();
-    LetSecondProcessesRun();
-    return kOK;
-  };
-  fHooks.fOnNoDocument = [this](TNoDocumentKind kind) {
-    if (kind == kNoDocumentAtReopen) Quit();
-    return kOK;
-  };
-  EXPECT_EQ(Run(), kOK);
-  EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnNoDocument 5003", "OnQuitEvent", "OnNoDocument 5004", "OnCleanUp",
-                           "deleted"}));
-  ExpectSecondsEndWell();
-}
-
+// The message alone, without a command line behind it, is reported, and opens the application anew like a
+// launch without files.
 TEST_F(SecondLaunchTest, MessageWithoutACommandLine) {
   CreateMorvane();
   fHooks.fOnStartUp = [] {

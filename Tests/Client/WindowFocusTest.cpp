@@ -85,22 +85,15 @@ TEST_F(WindowFocusTest, AnInactiveWindow) {
                 }});
 }
 
-// A view whose keyboard is a native control's.
+// A view whose keyboard is a native control's; it goes back to the window for a view without one.
 TEST_F(WindowFocusTest, ANativeControlGetsTheKeyboard) {
-  HWND control = nullptr;
   RunWithViews([&] {
-    control = MakeControl();
-    fOtherRecord.fNativeFocusTarget = control;
-    SetFocusView(fOther);
-    EXPECT_EQ(GetFocus(), control);
-    EXPECT_EQ(OnDutyView(), fOther);
-    // The keyboard goes back to the window for a view without a control.
-    SetFocusView(fLeaf);
-    EXPECT_EQ(GetFocus(), Hwnd());
-    SetFocusView(fOther);
-    EXPECT_EQ(GetFocus(), control);
-    SetFocusView(nullptr);
-    EXPECT_EQ(GetFocus(), Hwnd());
+    const HWND control = fOtherRecord.fNativeFocusTarget = MakeControl();
+    for (IView* const view : {fOther, fLeaf, fOther, static_cast<IView*>(nullptr)}) {
+      SetFocusView(view);
+      EXPECT_EQ(GetFocus(), view == fOther ? control : Hwnd());
+      EXPECT_EQ(OnDutyView(), view);
+    }
   });
 }
 
