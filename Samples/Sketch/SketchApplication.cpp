@@ -63,9 +63,17 @@ void CSketchApplication::OpenUntitled() {
   if (std::exchange(fWantsPalette, false)) ShowPalette(true);
 }
 
-void CSketchApplication::OpenFile(const std::u16string& path) {
-  for (CSketchWindow* const window : fWindows) {
-    if (!IsSamePath(window->Path(), path)) continue;
+CSketchWindow* CSketchApplication::WindowOfFile(const std::u16string& path,
+                                                const CSketchWindow* except) const {
+  const auto found = std::find_if(fWindows.begin(), fWindows.end(), [&](const CSketchWindow* window) {
+    return window != except && IsSamePath(window->Path(), path);
+  });
+  return found == fWindows.end() ? nullptr : *found;
+}
+
+void CSketchApplication::OpenFile(const std::u16string& givenPath) {
+  const std::u16string path = FullPath(givenPath);
+  if (CSketchWindow* const window = WindowOfFile(path)) {
     window->Focus();
     return;
   }
@@ -91,7 +99,11 @@ void CSketchApplication::RemoveWindow(CSketchWindow& window) {
   std::erase(fWindows, &window);
   if (fFront != &window) return;
   fFront = fWindows.empty() ? nullptr : fWindows.back();
-  if (fProperties) fProperties->Refresh();
+  // The window is going, and nothing may keep it from that.
+  Guarded([&] {
+    if (fProperties) fProperties->Refresh();
+    return TError{kOK};
+  });
 }
 
 void CSketchApplication::SetFront(CSketchWindow& window) {

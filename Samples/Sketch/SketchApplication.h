@@ -27,6 +27,8 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
   // --- Documents. Everything that does something throws XFailed.
   void OpenUntitled();
   void OpenFile(const std::u16string& path);
+  // The window that shows the file at a full path, other than `except`; null if there is none.
+  CSketchWindow* WindowOfFile(const std::u16string& path, const CSketchWindow* except = nullptr) const;
   // Called by each window with a document, when it comes and when it goes, and when it becomes active.
   void AddWindow(CSketchWindow& window);
   void RemoveWindow(CSketchWindow& window);

@@ -31,8 +31,6 @@ void CSketchCanvas::Create(IWindow& window, IView& superView) {
   ThrowIfFailed(fShapesView.Create(fMorvane, desk, "Shapes", ViewParams(), fEditor.Document(), fViewport));
   ThrowIfFailed(fOverlayView.Create(fMorvane, desk, "Overlay", ViewParams(), *this));
   ThrowIfFailed(window.IWindow_SetConceptualFocusView(&View()));
-  IView* const tabViews[] = {&View()};
-  ThrowIfFailed(window.IWindow_SetTabViews(tabViews, 1));
 }
 
 // --- What can be seen
@@ -56,7 +54,6 @@ bool CSketchCanvas::Scroll(TPoint scroll) {
   if (scroll.fX == 0 && scroll.fY == 0) return false;
   fViewport.Scroll(scroll);
   ThrowIfFailed(fDeskView.View()->IView_Offset(scroll.fX, scroll.fY));
-  fMorvane.IMorvane_RequestMouseShapeArbitration();
   fOwner.OnCanvasStateChanged();
   return true;
 }
@@ -67,7 +64,6 @@ void CSketchCanvas::ZoomTo(int percent, const TPoint& fixed) {
   if (fViewport.Percent() == before) return;
   PlaceViews();
   InvalidateAll();
-  fMorvane.IMorvane_RequestMouseShapeArbitration();
   fOwner.OnCanvasStateChanged();
 }
 
@@ -117,9 +113,8 @@ void CSketchCanvas::SetOnDuty(bool onDuty) {
 
 void CSketchCanvas::SetTool(TSketchTool tool) {
   if (tool == fToolKind) return;
-  FinishText(true);
+  FinishAll();
   // A tool may choose another one from inside itself: let it return before it goes.
-  if (!fTool->Finish()) fTool->Cancel();
   fToolKind = tool;
   fOldTool = std::move(fTool);
   fTool = MakeSketchTool(tool, fEditor, *this);
@@ -151,6 +146,11 @@ void CSketchCanvas::FinishText(bool keep) {
   fTextEditing.Finish(keep);
   InvalidateArea(area);
   fOwner.OnCanvasStateChanged();
+}
+
+void CSketchCanvas::FinishAll() {
+  FinishText(true);
+  if (!fTool->Finish()) fTool->Cancel();
 }
 
 void CSketchCanvas::EditText(std::size_t index) {

@@ -83,6 +83,7 @@ class CSketchCanvas : public ISketchToolHost {
   // Where a position of the window is for a tool.
   TSketchPointer Pointer(const NSMorvane::TPoint& point, const NSMorvane::TModifierKeys& modifiers) const;
   std::optional<TSketchRect> Band() const { return fTool->Band(); }
+  bool IsDragging() const { return fCanvasView && fCanvasView->IsDragging(); }
   // What a tool makes without a mouse: a shape in the middle of what can be seen.
   void MakeShape();
 
@@ -91,6 +92,8 @@ class CSketchCanvas : public ISketchToolHost {
   CSketchTextEditing& TextEditing() { return fTextEditing; }
   // To be called before anything else is done to the document.
   void FinishText(bool keep);
+  // The same, and ends what the tool is doing: a polyline stays as far as it was clicked, a drag is given up.
+  void FinishAll();
 
   const TShape& StyleOfNewShapes() override { return fOwner.StyleOfNewShapes(); }
   void OnBandChanged(const TSketchRect& area) override { InvalidateArea(area); }

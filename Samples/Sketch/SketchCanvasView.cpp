@@ -130,7 +130,13 @@ IMouseShape* CSketchCanvasView::IViewBehavior_GetMouseShape(const TMouseShapeReq
   outError = kOK;
   outHandled = phase == kMousePhaseNormal ? 1 : 0;
   if (outHandled == 0) return nullptr;
-  return MakeMouseShape(fCanvas.Morvane(), CursorAt(request), outError);
+  IMouseShape* shape = nullptr;
+  outError = Guarded([&] {
+    TError error = kOK;
+    shape = MakeMouseShape(fCanvas.Morvane(), CursorAt(request), error);
+    return error;
+  });
+  return shape;
 }
 
 // The wheel scrolls, with Shift sideways; with Control it zooms around the mouse.
@@ -216,7 +222,6 @@ bool CSketchCanvasView::ArrowKey(const TSketchKey& key) {
     editor.MoveSelected(move);
   }
   fCanvas.Reveal(editor.SelectionFrame());
-  fCanvas.Morvane().IMorvane_RequestMouseShapeArbitration();
   return true;
 }
 

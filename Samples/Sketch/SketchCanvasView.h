@@ -17,6 +17,8 @@ class CSketchCanvasView : public NSMorvane::CDefaultHitViewBehavior {
   CSketchCanvasView(NSMorvane::IView& view, CSketchCanvas& canvas)
       : CDefaultHitViewBehavior(view), fCanvas(canvas) {}
   ~CSketchCanvasView() override;
+  // Whether a tool has the mouse.
+  bool IsDragging() const { return fDrag != nullptr; }
 
   NSMorvane::TError IViewBehavior_HandleClick(const NSMorvane::TMouseEvent& event,
                                               NSMorvane::TFlag& outHandled) override;

@@ -236,9 +236,9 @@ void CSketchCheckBox::Paint(HDC port, const RECT& box) {
   FrameArea(port, square, HasFocus() ? kAccentColor : kFieldEdgeColor);
   if (HasFocus()) FrameArea(port, Shrunk(square, 1), kAccentColor);
   if (fIsChecked) {
-    const CSavedContext saved(port);
     const CGdiObject<HPEN> pen(
         ::CreatePen(PS_SOLID, 2, NativeColor(IsEnabled() ? kAccentColor : kDisabledColor)));
+    const CSavedContext saved(port);
     ::SelectObject(port, pen.Get());
     const POINT tick[] = {
         {square.left + 3, top + 7}, {square.left + 6, top + 10}, {square.left + 11, top + 4}};

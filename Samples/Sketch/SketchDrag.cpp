@@ -57,12 +57,15 @@ TError CSketchDrag::IMouseCapture_OnModifiersChanged(const TModifierKeysEvent&,
 }
 
 TError CSketchDrag::IMouseCapture_OnMouseUp(const TMouseEvent& event) {
-  return Guarded([&] {
-    if (!fView || event.fButtons != 1) return TError{kOK};
-    CSketchCanvas& canvas = fView->fCanvas;
+  if (!fView || event.fButtons != 1) return kOK;
+  CSketchCanvas& canvas = fView->fCanvas;
+  const TError error = Guarded([&] {
     canvas.Tool().Release(canvas.Pointer(event.fPosition, event.fModifiers));
-    return canvas.Morvane().IMorvane_ReleaseMouseCapture();
+    return TError{kOK};
   });
+  // The mouse is free again, whatever came of it. This drag goes with it.
+  const TError released = canvas.Morvane().IMorvane_ReleaseMouseCapture();
+  return error == kOK ? released : error;
 }
 
 // Escape gives up; no other key does anything meanwhile.
@@ -78,7 +81,13 @@ TError CSketchDrag::IMouseCapture_OnKeyDown(const TKeyEvent& event, TFlag& outHa
 IMouseShape* CSketchDrag::IMouseCapture_GetMouseShape(const TMouseShapeRequest& request, TError& outError) {
   outError = kOK;
   if (!fView) return nullptr;
-  return MakeMouseShape(fView->fCanvas.Morvane(), fView->CursorAt(request), outError);
+  IMouseShape* shape = nullptr;
+  outError = Guarded([&] {
+    TError error = kOK;
+    shape = MakeMouseShape(fView->fCanvas.Morvane(), fView->CursorAt(request), error);
+    return error;
+  });
+  return shape;
 }
 
 }  // namespace NSSketch

@@ -201,9 +201,7 @@ void CSketchEditor::ChangeSelected(const char* name, bool merge, const std::func
     TEdit& edit = *fEdits.back();
     for (TStep& step : steps) {
       Apply(step);
-      const bool isKnown = std::any_of(edit.fSteps.begin(), edit.fSteps.end(),
-                                       [&](const TStep& old) { return old.fIndex == step.fIndex; });
-      if (!isKnown) edit.fSteps.push_back(std::move(step));
+      AddReplacement(edit, std::move(step));
     }
     TellState();
     return;
@@ -233,14 +231,23 @@ void CSketchEditor::InsertInGesture(const TShape& shape) {
   TellState();
 }
 
-void CSketchEditor::ReplaceInGesture(std::size_t index, const TShape& shape) {
-  if (!fGesture || Shape(index) == shape) return;
-  TStep step = {TStep::TKind::kReplace, index, {shape, {}, {}}, {}, 0};
-  Apply(step);
-  const bool isKnown = std::any_of(fGesture->fSteps.begin(), fGesture->fSteps.end(),
-                                   [&](const TStep& old) { return old.fIndex == index; });
-  if (!isKnown) fGesture->fSteps.push_back(std::move(step));
-  TellState();
+void CSketchEditor::ReplaceInGesture(const TPlacedShapes& shapes) {
+  if (!fGesture) return;
+  bool isChanged = false;
+  for (const auto& [index, shape] : shapes) {
+    if (index >= fDocument->Shapes().size() || Shape(index) == shape) continue;
+    TStep step = {TStep::TKind::kReplace, index, {shape, {}, {}}, {}, 0};
+    Apply(step);
+    AddReplacement(*fGesture, std::move(step));
+    isChanged = true;
+  }
+  if (isChanged) TellState();
+}
+
+void CSketchEditor::AddReplacement(TEdit& edit, TStep step) {
+  const auto place = std::lower_bound(edit.fSteps.begin(), edit.fSteps.end(), step.fIndex,
+                                      [](const TStep& old, std::size_t index) { return old.fIndex < index; });
+  if (place == edit.fSteps.end() || place->fIndex != step.fIndex) edit.fSteps.insert(place, std::move(step));
 }
 
 void CSketchEditor::EndGesture() {

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "SketchDocument.h"
@@ -27,6 +28,7 @@ class ISketchEditorListener {
 };
 
 using TShapeIndices = std::vector<std::size_t>;  // ascending, none twice
+using TPlacedShapes = std::vector<std::pair<std::size_t, TShape>>;
 
 class CSketchEditor {
  public:
@@ -67,7 +69,8 @@ class CSketchEditor {
   void BeginGesture(const char* name);
   // Puts a shape in front of all others and selects it.
   void InsertInGesture(const TShape& shape);
-  void ReplaceInGesture(std::size_t index, const TShape& shape);
+  void ReplaceInGesture(const TPlacedShapes& shapes);
+  void ReplaceInGesture(std::size_t index, const TShape& shape) { ReplaceInGesture({{index, shape}}); }
   void EndGesture();
   void CancelGesture();
   bool IsInGesture() const { return fGesture != nullptr; }
@@ -103,6 +106,8 @@ class CSketchEditor {
     TShapeIndices fSelectionAfter;
   };
 
+  // Adds a replacement to an edit, if that has not touched the shape yet. Its steps ascend by index.
+  static void AddReplacement(TEdit& edit, TStep step);
   static TStep Insertion(std::size_t index, const TShape& shape, std::string notes);
   void Apply(TStep& step);
   void Do(const char* name, std::vector<TStep> steps, TShapeIndices selectionAfter);

@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::string_view kScheme = "file://";
 constexpr LONGLONG kMaxFileBytes = 64 * 1024 * 1024;
+constexpr int kMaxTemporaries = 100;  // names tried for the file that is written first
 
 // Owns the handle of a file.
 class CFile {
@@ -69,17 +70,30 @@ bool ReadBytes(const std::u16string& path, std::string& outBytes, std::u16string
     outMessage = SystemMessage(::GetLastError());
     return false;
   }
-  outBytes.resize(bytesRead);
+  if (bytesRead != outBytes.size()) {
+    outMessage = SystemMessage(ERROR_HANDLE_EOF);
+    return false;
+  }
   return true;
 }
 
-// A new file that is complete on the disk when this returns true.
-bool WriteBytes(const std::u16string& path, const std::string& bytes) {
-  const CFile file(path, GENERIC_WRITE, CREATE_ALWAYS);
-  DWORD written = 0;
-  return file.IsOpen() &&
-         ::WriteFile(file.Handle(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
-         written == bytes.size() && ::FlushFileBuffers(file.Handle());
+// Makes a file that is not there yet, complete on the disk. Otherwise returns the system's error, and nothing
+// is left behind.
+DWORD WriteNewFile(const std::u16string& path, const std::string& bytes) {
+  DWORD error = ERROR_SUCCESS;
+  {
+    const CFile file(path, GENERIC_WRITE, CREATE_NEW);
+    if (!file.IsOpen()) return ::GetLastError();
+    DWORD written = 0;
+    if (!::WriteFile(file.Handle(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr))
+      error = ::GetLastError();
+    else if (written != bytes.size())
+      error = ERROR_DISK_FULL;
+    else if (!::FlushFileBuffers(file.Handle()))
+      error = ::GetLastError();
+  }
+  if (error != ERROR_SUCCESS) ::DeleteFileW(WideText(path));
+  return error;
 }
 
 }  // namespace
@@ -98,10 +112,17 @@ std::u16string NameOfPath(const std::u16string& path) {
 }
 
 std::u16string FullPath(const std::u16string& path) {
-  wchar_t full[MAX_PATH] = {};
-  const DWORD length = ::GetFullPathNameW(WideText(path), MAX_PATH, full, nullptr);
-  if (length == 0 || length >= MAX_PATH) return path;
-  return std::u16string(reinterpret_cast<const char16_t*>(full), length);
+  const DWORD room = ::GetFullPathNameW(WideText(path), 0, nullptr, nullptr);
+  std::u16string full(room, u'\0');
+  const DWORD length =
+      ::GetFullPathNameW(WideText(path), room, reinterpret_cast<wchar_t*>(full.data()), nullptr);
+  if (length == 0 || length >= room) return path;
+  full.resize(length);
+  return full;
+}
+
+bool IsFile(const std::u16string& path) {
+  return ::GetFileAttributesW(WideText(path)) != INVALID_FILE_ATTRIBUTES && !IsFolder(path);
 }
 
 bool IsSamePath(const std::u16string& a, const std::u16string& b) {
@@ -119,12 +140,20 @@ bool LoadSketch(const std::u16string& path, CSketchDocument& outDocument, std::u
 }
 
 bool SaveSketch(const std::u16string& path, const CSketchDocument& document, std::u16string& outMessage) {
-  const std::u16string temporary = path + u".new";
-  if (WriteBytes(temporary, WriteSketchDocument(document)) &&
-      ::MoveFileExW(WideText(temporary), WideText(path), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
-    return true;
-  outMessage = SystemMessage(::GetLastError());
-  ::DeleteFileW(WideText(temporary));
+  const std::string bytes = WriteSketchDocument(document);
+  std::u16string temporary;
+  DWORD error = ERROR_FILE_EXISTS;
+  for (int i = 1; error == ERROR_FILE_EXISTS && i <= kMaxTemporaries; ++i) {
+    temporary = path + u"." + TextFromUTF8(std::to_string(i)) + u".new";
+    error = WriteNewFile(temporary, bytes);
+  }
+  if (error == ERROR_SUCCESS && !::MoveFileExW(WideText(temporary), WideText(path),
+                                               MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+    error = ::GetLastError();
+    ::DeleteFileW(WideText(temporary));
+  }
+  if (error == ERROR_SUCCESS) return true;
+  outMessage = SystemMessage(error);
   return false;
 }
 

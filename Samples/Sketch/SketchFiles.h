@@ -13,8 +13,11 @@ std::u16string PathFromURL(const char* url);
 // The last part of a path.
 std::u16string NameOfPath(const std::u16string& path);
 
-// A path that starts in the current folder, from its drive on.
+// A path that starts in the current folder, from its drive on; separators are those of the system.
 std::u16string FullPath(const std::u16string& path);
+
+// Whether there is a file at a path. A folder is none.
+bool IsFile(const std::u16string& path);
 
 // Whether two paths name the same file.
 bool IsSamePath(const std::u16string& a, const std::u16string& b);

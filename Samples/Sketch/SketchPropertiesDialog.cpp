@@ -121,8 +121,12 @@ CSketchEditor* CSketchPropertiesDialog::Editor() const {
 void CSketchPropertiesDialog::Change(const char* name, const std::function<void(TShape&)>& change) {
   if (fIsRefreshing) return;
   CSketchEditor* const editor = Editor();
+  if (editor && fApplication.Front()->IsBlocked()) {
+    Refresh();  // a dialog of the document's is to be answered first
+    return;
+  }
   if (editor && !editor->Selection().empty()) {
-    fApplication.Front()->FinishText();
+    fApplication.Front()->FinishAll();
     editor->ChangeSelected(name, true, change);
     return;
   }

@@ -67,6 +67,7 @@ class CSelectTool : public CSketchTool {
   bool Press(const TSketchPointer& pointer, bool isDouble) override {
     fStart = pointer.fPosition;
     fOnlyThis.reset();
+    fBefore = fEditor.Selection();
     if (const auto handle = HandleAt(fEditor, pointer)) {
       fHandle = *handle;
       fMode = TMode::kPull;
@@ -127,6 +128,7 @@ class CSelectTool : public CSketchTool {
   bool Cancel() override {
     if (fMode == TMode::kNone) return false;
     fEditor.CancelGesture();
+    fEditor.Select(fBefore);
     Leave();
     return true;
   }
@@ -153,8 +155,9 @@ class CSelectTool : public CSketchTool {
     TSketchPoint move = {pointer.fPosition.fX - fStart.fX, pointer.fPosition.fY - fStart.fY};
     if (pointer.fShift) (std::abs(move.fX) < std::abs(move.fY) ? move.fX : move.fY) = 0;
     for (const auto& [index, shape] : fShapes) move = PossibleMove(shape, move);
-    for (const auto& [index, shape] : fShapes)
-      fEditor.ReplaceInGesture(index, MovedBy(shape, move.fX, move.fY));
+    TPlacedShapes moved = fShapes;
+    for (auto& [index, shape] : moved) shape = MovedBy(shape, move.fX, move.fY);
+    fEditor.ReplaceInGesture(moved);
   }
 
   void DragBand(const TSketchPointer& pointer) {
@@ -179,11 +182,12 @@ class CSelectTool : public CSketchTool {
   ISketchToolHost& fHost;
   TMode fMode = TMode::kNone;
   TSketchPoint fStart;
-  std::vector<std::pair<std::size_t, TShape>> fShapes;
+  TPlacedShapes fShapes;
   bool fHasDragged = false;
   std::optional<std::size_t> fOnlyThis;
   THandle fHandle;
-  TShapeIndices fBase;  // what was selected before the rubber band
+  TShapeIndices fBefore;  // what was selected before the press
+  TShapeIndices fBase;    // what stays selected with the rubber band
   TSketchRect fBand;
 };
 
@@ -199,6 +203,7 @@ class CBoxTool : public CSketchTool {
   bool Press(const TSketchPointer& pointer, bool) override {
     fStart = pointer.fPosition;
     fIsDragging = true;
+    fBefore = fEditor.Selection();
     fEditor.Select({});
     return true;
   }
@@ -227,6 +232,7 @@ class CBoxTool : public CSketchTool {
   bool Cancel() override {
     if (!std::exchange(fIsDragging, false)) return false;
     fEditor.CancelGesture();
+    fEditor.Select(fBefore);
     return true;
   }
 
@@ -242,6 +248,7 @@ class CBoxTool : public CSketchTool {
   CSketchEditor& fEditor;
   ISketchToolHost& fHost;
   TSketchPoint fStart;
+  TShapeIndices fBefore;  // what was selected before the press
   bool fIsDragging = false;
 };
 
@@ -256,6 +263,8 @@ class CPolylineTool : public CSketchTool {
   bool Press(const TSketchPointer& pointer, bool isDouble) override {
     if (!fEditor.IsInGesture()) {
       fPoints = {pointer.fPosition};
+      fBefore = fEditor.Selection();
+      fEditor.Select({});
       fEditor.BeginGesture("Polyline");
       fEditor.InsertInGesture(ShapeTo(pointer.fPosition));
     } else if (isDouble) {
@@ -274,7 +283,10 @@ class CPolylineTool : public CSketchTool {
 
   bool Finish() override {
     if (!fEditor.IsInGesture()) return false;
-    if (fPoints.size() < 2) return Cancel();
+    if (fPoints.size() < 2) {
+      fEditor.CancelGesture();  // with nothing selected: what comes next is not meant for other shapes
+      return true;
+    }
     TShape shape = NewShape(TSketchTool::kPolyline, fHost.StyleOfNewShapes(), fPoints);
     fEditor.ReplaceInGesture(fEditor.Document().Shapes().size() - 1, shape);
     fEditor.EndGesture();
@@ -285,6 +297,7 @@ class CPolylineTool : public CSketchTool {
   bool Cancel() override {
     if (!fEditor.IsInGesture()) return false;
     fEditor.CancelGesture();
+    fEditor.Select(fBefore);
     return true;
   }
 
@@ -301,6 +314,7 @@ class CPolylineTool : public CSketchTool {
   CSketchEditor& fEditor;
   ISketchToolHost& fHost;
   std::vector<TSketchPoint> fPoints;
+  TShapeIndices fBefore;  // what was selected before the first press
 };
 
 // --- Text: a new one, or the one that is there

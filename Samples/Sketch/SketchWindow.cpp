@@ -123,9 +123,9 @@ TError CSketchWindow::IDocumentWindowBehavior_HandleKeyDown(const TKeyEvent& eve
     if (key.fControl && !key.fAlt && key.fCharacter == u'w') {
       outHandled = 1;
       Perform(kCommandClose);
-    } else if (key.fControl && key.fShift && key.fCharacter == u'Z') {
+    } else if (key.fControl && !key.fAlt && key.fCharacter == u'Z') {
       outHandled = 1;
-      Perform(kCommandRedo);
+      if (IsCommandEnabled(kCommandRedo)) Perform(kCommandRedo);
     }
     return TError{kOK};
   });
@@ -157,6 +157,9 @@ void CSketchWindow::OnStateChanged() {
         ChangeState(fWindow, [&](TDocumentWindowState& state) { state.fModified = fIsModified ? 1 : 0; }));
   }
   UpdateMenus();
+  // While the mouse is dragging the library asks with each move.
+  if (!fEditor.IsInGesture() || fCanvas.TextEditing().IsActive())
+    fMorvane.IMorvane_RequestMouseShapeArbitration();
   fApplication.OnDocumentChanged(*this);
 }
 
@@ -168,6 +171,7 @@ void CSketchWindow::OnPointerMoved(std::optional<TSketchPoint> position) {
 void CSketchWindow::OnCanvasStateChanged() {
   if (fStatus->SetZoom(fCanvas.Viewport().Percent())) Invalidate(*fStatus.View());
   UpdateMenus();
+  fMorvane.IMorvane_RequestMouseShapeArbitration();
 }
 
 void CSketchWindow::OnToolChanged() {

@@ -38,8 +38,8 @@ class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
   void Focus() { NSMorvane::ThrowIfFailed(fWindow.IDocumentWindow_FocusNow()); }
   // Whether a dialog of this window's, or of the application's, is to be answered first.
   bool IsBlocked() const;
-  // Ends the editing of a text, which stays as it is.
-  void FinishText() { fCanvas.FinishText(true); }
+  // Ends what is being done on the canvas; see there.
+  void FinishAll() { fCanvas.FinishAll(); }
   // The application has another tool.
   void OnToolChanged();
   // Has the menu bar filled anew, if anything in it is different now.
@@ -87,6 +87,7 @@ class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
   bool Save();
   bool SaveTo(const std::u16string& path);
   void AskWhereToSave(bool thenClose);
+  void SaveAs(const std::u16string& path, bool thenClose);
   void AskWhetherToSave(NSMorvane::TCloseReason reason);
   void Close();
 

@@ -15,6 +15,22 @@ bool IsToolCommand(TSketchCommand command) {
   return command >= kCommandFirstTool && command < kCommandFirstTool + kSketchToolCount;
 }
 
+// Whether a shape that is made point by point can go on after the command. The tools see to it themselves.
+bool LeavesShapesAlone(TSketchCommand command) {
+  switch (command) {
+    case kCommandAbout:
+    case kCommandZoomIn:
+    case kCommandZoomOut:
+    case kCommandActualSize:
+    case kCommandFit:
+    case kCommandGrid:
+    case kCommandPalette:
+      return true;
+    default:
+      return IsToolCommand(command);
+  }
+}
+
 TSketchTool ToolOf(TSketchCommand command) { return static_cast<TSketchTool>(command - kCommandFirstTool); }
 
 }  // namespace
@@ -26,7 +42,7 @@ bool CSketchWindow::IsCommandEnabled(TSketchCommand command) const {
   if (IsToolCommand(command)) return !isTyping;
   switch (command) {
     case kCommandSave:
-      return fEditor.IsModified() || isTyping || fPath.empty();
+      return fEditor.IsModified() || fEditor.IsInGesture() || fPath.empty();
     case kCommandUndo:
       return fEditor.CanUndo();
     case kCommandRedo:
@@ -63,8 +79,13 @@ std::u16string CSketchWindow::TextOfCommand(TSketchCommand command, const std::u
   return text;
 }
 
+// Nothing else is done while the mouse is dragging.
 void CSketchWindow::Perform(TSketchCommand command) {
-  fCanvas.FinishText(true);
+  if (fCanvas.IsDragging()) return;
+  if (LeavesShapesAlone(command))
+    fCanvas.FinishText(true);
+  else
+    fCanvas.FinishAll();
   const CSketchViewport& viewport = fCanvas.Viewport();
   if (IsToolCommand(command)) {
     fApplication.ChooseTool(ToolOf(command));
@@ -153,7 +174,6 @@ void CSketchWindow::Perform(TSketchCommand command) {
     default:
       break;
   }
-  fMorvane.IMorvane_RequestMouseShapeArbitration();
 }
 
 // What was copied is the application's own; other programs do not see it.

@@ -35,9 +35,37 @@ bool CSketchWindow::SaveTo(const std::u16string& path) {
 void CSketchWindow::AskWhereToSave(bool thenClose) {
   const std::u16string path = fPath.empty() ? fName + u".sketch" : fPath;
   AskForPath(DialogPlace(), u"Save As", u"Save", FullPath(path),
-             [this, thenClose](const std::u16string& chosen) {
-               if (SaveTo(FullPath(chosen)) && thenClose) Close();
-             });
+             [this, thenClose](const std::u16string& chosen) { SaveAs(FullPath(chosen), thenClose); });
+}
+
+// A file that another window shows is not written over, and any other only if the user says so.
+void CSketchWindow::SaveAs(const std::u16string& path, bool thenClose) {
+  if (fApplication.WindowOfFile(path, this)) {
+    ShowMessage(DialogPlace(),
+                {u"Sketch",
+                 fName + u" was not saved",
+                 {NameOfPath(path) + u" is open in another window.", path},
+                 {u"OK"}},
+                [this, path](std::size_t) {
+                  if (CSketchWindow* const other = fApplication.WindowOfFile(path, this)) other->Focus();
+                });
+    return;
+  }
+  const auto save = [this, path, thenClose] {
+    if (SaveTo(path) && thenClose) Close();
+  };
+  if (IsSamePath(path, fPath) || !IsFile(path)) {
+    save();
+    return;
+  }
+  ShowMessage(DialogPlace(),
+              {u"Sketch",
+               u"Replace " + NameOfPath(path) + u"?",
+               {u"There is a file of this name already. Its contents would be lost.", path},
+               {u"_Replace", u"Cancel"}},
+              [save](std::size_t answer) {
+                if (answer == 0) save();
+              });
 }
 
 void CSketchWindow::Close() { ThrowIfFailed(fWindow.IDocumentWindow_Release()); }
@@ -45,7 +73,7 @@ void CSketchWindow::Close() { ThrowIfFailed(fWindow.IDocumentWindow_Release()); 
 TError CSketchWindow::IDocumentWindowBehavior_OnRequestClose(TCloseReason reason) {
   return Guarded([&] {
     if (IsBlocked()) return TError{kOK};
-    fCanvas.FinishText(true);
+    fCanvas.FinishAll();
     if (!fEditor.IsModified())
       Close();
     else if (!fIsAsking)
@@ -57,7 +85,6 @@ TError CSketchWindow::IDocumentWindowBehavior_OnRequestClose(TCloseReason reason
 // If the application is quitting, it goes on with the next window when this one has gone.
 void CSketchWindow::AskWhetherToSave(TCloseReason reason) {
   Focus();
-  fIsAsking = true;
   const TMessage message = {
       u"Sketch",
       u"Save the changes to " + fName + u"?",
@@ -76,6 +103,7 @@ void CSketchWindow::AskWhetherToSave(TCloseReason reason) {
     if (isQuitting == 1) ThrowIfFailed(fMorvane.IMorvane_StopQuitting());
     if (answer == 0 && fPath.empty()) AskWhereToSave(true);
   });
+  fIsAsking = true;
 }
 
 }  // namespace NSSketch
