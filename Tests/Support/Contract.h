@@ -9,6 +9,7 @@
 #include <cstring>
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -64,6 +65,7 @@ std::string Show(const T& value) {
     return "{" + std::to_string(reinterpret_cast<const unsigned char&>(value)) + "}";
   }
 }
+inline std::string Show(const TAlertSpec& spec) { return Show(TString(spec.fMessage)); }
 inline std::string Show(const TPoint& p) { return std::to_string(p.fX) + "," + std::to_string(p.fY); }
 inline std::string Show(const TRect& r) {
   return ConsistsOf(r, 0x5A) ? "-" : Show(TPoint{r.fLeft, r.fTop}) + "," + Show(TPoint{r.fRight, r.fBottom});
@@ -84,6 +86,8 @@ inline std::string Show(const CVectorViewReceiver& list) {
   return list.fViews.empty() ? "-" : Show(list.fViews);
 }
 
+inline std::string WithoutClass(const std::string& name) { return name.substr(name.find('_') + 1); }
+
 // The part of an object that tests steer.
 class Recorder {
  public:
@@ -100,10 +104,14 @@ class Recorder {
 
  protected:
   template <class... TArguments>
-  void Enter(std::string hook, const TArguments&... arguments) const {
+  void Enter(const char* name, const TArguments&... arguments) const {
+    std::string hook = WithoutClass(name);
     ((hook += " " + Show(arguments)), ...);
     fHooks.push_back(hook);
     if (fOnHook) fOnHook();
+  }
+  auto Hook(const char* name) const {
+    return [this, name](const auto&... arguments) { Enter(name, arguments...); };
   }
   template <class TInterface>
   TInterface* Give(const char* name) const {
@@ -111,26 +119,64 @@ class Recorder {
   }
 };
 
-// What a call gives: its code, and what its out-parameter or returned object has become.
+// A hook that only writes itself and its arguments down. What it gives stands last, if anything.
+#define HOOK(result, name, parameters, arguments, ...) \
+  result name parameters override {                    \
+    Hook(#name) arguments;                             \
+    return __VA_ARGS__;                                \
+  }
+
+// Stands for an out-parameter of any type, and shows those that have been written to.
+class COut {
+ public:
+  template <class T>
+  operator T&() {
+    if constexpr (std::is_same_v<T, ITextReceiver>)
+      return Hold<CTextReceiver>();
+    else if constexpr (std::is_same_v<T, IWindowListReceiver>)
+      return Hold<CVectorWindowReceiver>();
+    else if constexpr (std::is_same_v<T, IViewListReceiver>)
+      return Hold<CVectorViewReceiver>();
+    else
+      return Hold<T>();
+  }
+  std::string Text() const {
+    std::string all;
+    for (const auto& show : fShows)
+      if (const std::string text = show(); text != "-") all += (all.empty() ? "" : " ") + text;
+    return all.empty() ? "-" : all;
+  }
+
+ private:
+  template <class T>
+  T& Hold() {
+    const auto value = std::make_shared<T>(Untouched<T>());
+    fShows.push_back([value] { return Show(*value); });
+    return *value;
+  }
+  std::vector<std::function<std::string()>> fShows;
+};
+
+// What a call gives: its code, and what its out-parameters or its returned object have become.
 struct Outcome {
   TError fError;
   std::string fOut = "-";
 };
+template <class TResult>
+Outcome Ended(const COut& out, const TError& error, TResult result) {
+  if constexpr (std::is_pointer_v<TResult>)
+    return {error, result ? Show(result) : "-"};
+  else
+    return {result, out.Text()};
+}
 
-// Ways to write a call of the object `o`. In the second the out-parameter is called `out`, in the third,
-// which is for members that return an object, the code `error`.
-#define CALL(...) [&](auto& o) { return Outcome{o.__VA_ARGS__}; }
-#define GIVE(type, ...)                 \
-  [&](auto& o) {                        \
-    auto out = Untouched<type>();       \
-    const TError error = o.__VA_ARGS__; \
-    return Outcome{error, Show(out)};   \
-  }
-#define MADE(...)                                   \
-  [&](auto& o) {                                    \
-    TError error = 4711;                            \
-    const auto made = o.__VA_ARGS__;                \
-    return Outcome{error, made ? Show(made) : "-"}; \
+// A call of the object `o`. Out-parameters are written `out`, the code of members that return an object
+// `error`.
+#define CALL(...)                            \
+  [&](auto& o) {                             \
+    COut out;                                \
+    TError error = 4711;                     \
+    return Ended(out, error, o.__VA_ARGS__); \
   }
 
 // One operation, called well.
@@ -142,6 +188,13 @@ struct GoodRow {
   const char* fFailedOut;  // the same when the hook throws
   std::function<Outcome(TObject&)> fCall;
 };
+
+// Rows of operations that give their own names to their messages and hooks. The names are whole ones, with
+// that of the interface.
+#define GOOD_ROW(name, arguments, gives, failed, ...) \
+  { #name "()", WithoutClass(#name arguments), gives, failed, CALL(name(__VA_ARGS__)) }
+#define BAD_ROW(name, clause, ...) \
+  { #name "(): " clause, CALL(name(__VA_ARGS__)) }
 
 struct ThrowRow {
   TError fCode;
