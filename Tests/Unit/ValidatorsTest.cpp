@@ -15,33 +15,35 @@ using NSMorvaneTest::RecordingDebugOutput;
 
 namespace {
 
-// Expects `validate(record)` after each change, and the assertion that goes with a refusal.
-template <class TRecord>
-struct Row {
-  bool fValid;
-  std::function<void(TRecord&)> fChange;
-};
-
-template <class TRecord>
-void Check(const TRecord& good, bool (*validate)(const TRecord&), const std::vector<Row<TRecord>>& rows) {
-  RecordingDebugOutput output;
-  EXPECT_TRUE(validate(good));
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    SCOPED_TRACE(i);
-    TRecord record = good;
-    rows[i].fChange(record);
-    output.Reset();
-    EXPECT_EQ(rows[i].fValid, validate(record));
-    EXPECT_EQ(rows[i].fValid ? 0u : 1u, std::min<std::size_t>(1, output.fAssertions.size()));
-    for (const std::string& assertion : output.fAssertions) EXPECT_EQ("false", assertion);
-    EXPECT_EQ(0, output.fDepth);
-  }
-}
-
 template <std::size_t kSize>
 void Fill(TChar (&text)[kSize], std::size_t length) {
   std::fill(text, text + kSize, u'x');
   if (length < kSize) text[length] = 0;
+}
+
+template <class TRecord>
+using TChanges = std::vector<std::function<void(TRecord&)>>;
+
+#define SET(field, ...) [](auto& r) { r.field = __VA_ARGS__; }
+#define FILL(field, length) [](auto& r) { Fill(r.field, length); }
+
+// Expects a verdict after each of the changes, and a report of each refusal.
+template <class TRecord>
+void Check(const TRecord& good, bool (*validate)(const TRecord&), const TChanges<TRecord>& valid,
+           const TChanges<TRecord>& invalid) {
+  RecordingDebugOutput output;
+  EXPECT_TRUE(validate(good));
+  for (std::size_t i = 0; i < valid.size() + invalid.size(); ++i) {
+    const bool isValid = i < valid.size();
+    SCOPED_TRACE((isValid ? "valid " : "invalid ") + std::to_string(isValid ? i : i - valid.size()));
+    TRecord record = good;
+    (isValid ? valid[i] : invalid[i - valid.size()])(record);
+    output.Reset();
+    EXPECT_EQ(isValid, validate(record));
+    EXPECT_EQ(isValid, output.fAssertions.empty());
+    for (const std::string& assertion : output.fAssertions) EXPECT_EQ("false", assertion);
+    EXPECT_EQ(0, output.fDepth);
+  }
 }
 
 template <class TValue>
@@ -54,45 +56,35 @@ void CheckValues(bool (*validate)(TValue), std::initializer_list<std::uint32_t> 
   EXPECT_EQ(reports ? bad.size() : 0, output.fAssertions.size());
 }
 
+// Minimum, maximum and ideal size, and what else the states of all kinds have.
 template <class TState>
-TState GoodState() {
-  TState state{};
-  state.fPlacement.fZoomState = kWindowStateUser;
-  return state;
-}
-
-// Minimum, maximum and ideal size, in states of every kind.
-template <class TState>
-std::vector<Row<TState>> StateRows() {
-  const struct {
-    bool fValid;
+void CheckState(bool (*validate)(const TState&), const TChanges<TState>& valid,
+                const TChanges<TState>& invalid) {
+  struct TSizes {
     TSize fMinimum, fMaximum, fIdeal;
-  } sizes[] = {
-      {false, {-1, 0}, {}, {}},           {false, {0, -1}, {}, {}},
-      {false, {}, {-1, 0}, {}},           {false, {}, {0, -1}, {}},
-      {false, {}, {}, {-1, -1}},          {false, {}, {}, {100, 0}},
-      {false, {}, {}, {0, 100}},          {true, {}, {}, {100, 100}},
-      {true, {300, 0}, {0, 300}, {}},     {false, {300, 0}, {299, 0}, {}},
-      {false, {0, 300}, {0, 299}, {}},    {true, {0, 300}, {0, 300}, {}},
-      {false, {100, 100}, {}, {99, 200}}, {false, {100, 100}, {}, {200, 99}},
-      {false, {}, {100, 100}, {101, 50}}, {false, {}, {100, 100}, {50, 101}},
   };
-  std::vector<Row<TState>> rows = {
-      {false, [](TState& s) { s.fModified = 2; }},
-      {true, [](TState& s) { s.fModified = 1; }},
-      {true, [](TState& s) { Fill(s.fTitle, 1023); }},
-      {false, [](TState& s) { Fill(s.fTitle, 1024); }},
-      {false, [](TState& s) { s.fPlacement.fZoomState = static_cast<TZoomState>(2199); }},
-      {false, [](TState& s) { s.fPlacement.fZoomState = static_cast<TZoomState>(2202); }},
-      {true, [](TState& s) { s.fPlacement.fZoomState = kWindowStateIdeal; }},
+  TState good{};
+  good.fPlacement.fZoomState = kWindowStateUser;
+  TChanges<TState> allValid = valid, allInvalid = invalid;
+  const auto add = [](TChanges<TState>& changes, std::initializer_list<TSizes> rows) {
+    for (const TSizes& row : rows)
+      changes.push_back([row](TState& s) {
+        s.fMinimumClientSize = row.fMinimum;
+        s.fMaximumClientSize = row.fMaximum;
+        s.fIdealClientSize = row.fIdeal;
+      });
   };
-  for (const auto& row : sizes)
-    rows.push_back({row.fValid, [row](TState& s) {
-                      s.fMinimumClientSize = row.fMinimum;
-                      s.fMaximumClientSize = row.fMaximum;
-                      s.fIdealClientSize = row.fIdeal;
-                    }});
-  return rows;
+  add(allValid, {{{}, {}, {100, 100}}, {{300, 0}, {0, 300}, {}}, {{0, 300}, {0, 300}, {}}});
+  add(allInvalid, {{{-1, 0}, {}, {}}, {{0, -1}, {}, {}}, {{}, {-1, 0}, {}}, {{}, {0, -1}, {}}});
+  add(allInvalid, {{{}, {}, {-1, -1}}, {{}, {}, {100, 0}}, {{}, {}, {0, 100}}});
+  add(allInvalid, {{{300, 0}, {299, 0}, {}}, {{0, 300}, {0, 299}, {}}});
+  add(allInvalid, {{{100, 100}, {}, {99, 200}}, {{100, 100}, {}, {200, 99}}});
+  add(allInvalid, {{{}, {100, 100}, {101, 50}}, {{}, {100, 100}, {50, 101}}});
+  Check<TState>(good, validate, allValid, allInvalid);
+  Check<TState>(good, validate,
+                {SET(fModified, 1), FILL(fTitle, 1023), SET(fPlacement.fZoomState, kWindowStateIdeal)},
+                {SET(fModified, 2), FILL(fTitle, 1024), SET(fPlacement.fZoomState, TZoomState(2199)),
+                 SET(fPlacement.fZoomState, TZoomState(2202))});
 }
 
 }  // namespace
@@ -119,25 +111,18 @@ TEST(Validators, DebugSettings) {
   EXPECT_TRUE(ValidateDebugSettings({1, 1, 1, 1, 1, 1, 1}));
   EXPECT_EQ(std::vector<std::string>{"[Morvane] ValidateDebugSettings()"}, output.fLines);
   EXPECT_EQ(1, output.fIndents);
-  for (TFlag TDebugSettings::*field :
-       {&TDebugSettings::fDebugMenu, &TDebugSettings::fDrawInvalidationBlue, &TDebugSettings::fDrawPaintsRed,
-        &TDebugSettings::fDrawViewBounds, &TDebugSettings::fDrawMouseViewInfo, &TDebugSettings::fFlushViews,
-        &TDebugSettings::fDelayAfterFlushing})
-    Check<TDebugSettings>({}, ValidateDebugSettings, {{false, [&](TDebugSettings& s) { s.*field = 2; }}});
+  Check<TDebugSettings>(
+      {}, ValidateDebugSettings, {},
+      {SET(fDebugMenu, 2), SET(fDrawInvalidationBlue, 2), SET(fDrawPaintsRed, 2), SET(fDrawViewBounds, 2),
+       SET(fDrawMouseViewInfo, 2), SET(fFlushViews, 2), SET(fDelayAfterFlushing, 2)});
 }
 
 TEST(Validators, StartupParams) {
-  TStartupParams good{};
-  for (auto* name : {&good.fCompanyName, &good.fProductName, &good.fDisplayName}) Fill(*name, 1);
-  std::vector<Row<TStartupParams>> rows;
-  using TName = TChar[kStartupNameChars + 1];
-  for (TName TStartupParams::*name :
-       {&TStartupParams::fCompanyName, &TStartupParams::fProductName, &TStartupParams::fDisplayName}) {
-    rows.push_back({false, [=](TStartupParams& p) { Fill(p.*name, 0); }});
-    rows.push_back({true, [=](TStartupParams& p) { Fill(p.*name, 255); }});
-    rows.push_back({false, [=](TStartupParams& p) { Fill(p.*name, 256); }});
-  }
-  Check(good, ValidateStartupParams, rows);
+  const TStartupParams good = {u"A", u"B", u"C", 0, 0, 0};
+  Check<TStartupParams>(good, ValidateStartupParams,
+                        {FILL(fCompanyName, 255), FILL(fProductName, 255), FILL(fDisplayName, 255)},
+                        {FILL(fCompanyName, 0), FILL(fCompanyName, 256), FILL(fProductName, 0),
+                         FILL(fProductName, 256), FILL(fDisplayName, 0), FILL(fDisplayName, 256)});
 }
 
 TEST(Validators, Monitors) {
@@ -145,19 +130,11 @@ TEST(Validators, Monitors) {
   list.fMonitorCount = 32;
   list.fMainMonitorIndex = 31;
   for (TMonitor& monitor : list.fMonitors) monitor = {{0, 0, 100, 100}, {0, 0, 100, 100}, 32};
-  Check<TMonitorList>(list, ValidateMonitors,
-                      {{true, [](TMonitorList& l) { l.fMonitorCount = 0, l.fMainMonitorIndex = 99; }},
-                       {false, [](TMonitorList& l) { l.fMonitorCount = 33; }},
-                       {false, [](TMonitorList& l) { l.fMonitorCount = 31; }},
-                       {true,
-                        [](TMonitorList& l) {
-                          l.fMonitors[3].fWorkArea = {1, 1, 99, 99};
-                        }},
-                       {false, [](TMonitorList& l) { l.fMonitors[3].fWorkArea.fLeft = -1; }},
-                       {false, [](TMonitorList& l) { l.fMonitors[3].fWorkArea.fTop = -1; }},
-                       {false, [](TMonitorList& l) { l.fMonitors[3].fWorkArea.fRight = 101; }},
-                       {false, [](TMonitorList& l) { l.fMonitors[31].fWorkArea.fBottom = 101; }},
-                       {false, [](TMonitorList& l) { l.fMonitors[0].fBitDepth = 33; }}});
+  const auto none = [](TMonitorList& l) { l.fMonitorCount = 0, l.fMainMonitorIndex = 99; };
+  Check<TMonitorList>(list, ValidateMonitors, {none, SET(fMonitors[3].fWorkArea, {1, 1, 99, 99})},
+                      {SET(fMonitorCount, 33), SET(fMonitorCount, 31), SET(fMonitors[3].fWorkArea.fLeft, -1),
+                       SET(fMonitors[3].fWorkArea.fTop, -1), SET(fMonitors[3].fWorkArea.fRight, 101),
+                       SET(fMonitors[31].fWorkArea.fBottom, 101), SET(fMonitors[0].fBitDepth, 33)});
   RecordingDebugOutput output;
   list.fMonitors[7].fBitDepth = 48;
   ValidateMonitors(list);
@@ -169,72 +146,42 @@ TEST(Validators, Monitors) {
 }
 
 TEST(Validators, Keys) {
-  CheckValues<std::uint32_t>(
-      [](std::uint32_t keys) {
-        return ValidateModifierKeys({keys, 0});
-      },
-      {0, 2, 0x1E}, {1, 0x20, 0x80000000});
+  const auto modifiers = [](std::uint32_t keys) { return ValidateModifierKeys(TModifierKeys{keys, 0}); };
+  CheckValues<std::uint32_t>(modifiers, {0, 2, 0x1E}, {1, 0x20, 0x80000000});
   EXPECT_TRUE(ValidatePhysicalKeySpec({255, 255, 0xFFFF}));
-  TKeyInterpretation good{};
-  good.fKeyText[0] = u'a';
-  Check<TKeyInterpretation>(good, ValidateKeyInterpretation,
-                            {{false, [](TKeyInterpretation& i) { Fill(i.fKeyText, 0); }},
-                             {true, [](TKeyInterpretation& i) { Fill(i.fKeyText, 15); }},
-                             {false, [](TKeyInterpretation& i) { Fill(i.fKeyText, 16); }},
-                             {false, [](TKeyInterpretation& i) { i.fModifiers.fKeys = 1; }},
-                             {false, [](TKeyInterpretation& i) { i.fPhysicalTest = 2; }}});
+  Check<TKeyInterpretation>(
+      {u"a", {}, 0}, ValidateKeyInterpretation, {FILL(fKeyText, 15)},
+      {FILL(fKeyText, 0), FILL(fKeyText, 16), SET(fModifiers.fKeys, 1), SET(fPhysicalTest, 2)});
 }
 
 TEST(Validators, Alerts) {
   TAlertSpec good{};
   good.fKind = kAlertPlain;
   good.fButton1[0] = u'a';
-  Check<TAlertSpec>(good, ValidateAlertSpec,
-                    {{false, [](TAlertSpec& s) { s.fKind = static_cast<TAlertKind>(22); }},
-                     {false, [](TAlertSpec& s) { s.fKind = static_cast<TAlertKind>(27); }},
-                     {true, [](TAlertSpec& s) { s.fButtonLayout = static_cast<TAlertButtonLayout>(1); }},
-                     {true, [](TAlertSpec& s) { Fill(s.fMessage, 1023); }},
-                     {false, [](TAlertSpec& s) { Fill(s.fMessage, 1024); }},
-                     {false, [](TAlertSpec& s) { Fill(s.fDetails, 1024); }},
-                     {false, [](TAlertSpec& s) { Fill(s.fButton1, 0); }},
-                     {false, [](TAlertSpec& s) { Fill(s.fButton1, 1024); }},
-                     {false, [](TAlertSpec& s) { Fill(s.fButton2, 1024); }},
-                     {false, [](TAlertSpec& s) { Fill(s.fButton2, 1), Fill(s.fButton3, 1024); }},
-                     {false, [](TAlertSpec& s) { Fill(s.fButton3, 1); }},
-                     {true, [](TAlertSpec& s) { Fill(s.fButton2, 1), Fill(s.fButton3, 1); }}});
+  const auto buttons = [](std::size_t second, std::size_t third) {
+    return [=](TAlertSpec& s) { Fill(s.fButton2, second), Fill(s.fButton3, third); };
+  };
+  Check<TAlertSpec>(
+      good, ValidateAlertSpec,
+      {SET(fButtonLayout, TAlertButtonLayout(1)), FILL(fMessage, 1023), buttons(1, 1)},
+      {SET(fKind, TAlertKind(22)), SET(fKind, TAlertKind(27)), FILL(fMessage, 1024), FILL(fDetails, 1024),
+       FILL(fButton1, 0), FILL(fButton1, 1024), FILL(fButton2, 1024), buttons(1, 1024), FILL(fButton3, 1)});
 }
 
 TEST(Validators, ViewParams) {
-  const TViewParams good = {kViewEnabled, {0, 0, 10, 10}, kViewDrawDirect, kAutoInvalidationNone};
-  Check<TViewParams>(
-      good, ValidateViewParams,
-      {{true, [](TViewParams& p) { p.fFlags = 0xF; }},
-       {false, [](TViewParams& p) { p.fFlags = 0x10; }},
-       {true,
-        [](TViewParams& p) {
-          p.fRect = {5, 5, 5, 5};
-        }},
-       {false, [](TViewParams& p) { p.fRect.fRight = -1; }},
-       {false, [](TViewParams& p) { p.fRect.fBottom = -1; }},
-       {true, [](TViewParams& p) { p.fDrawMode = kViewDrawPermanent32; }},
-       {false, [](TViewParams& p) { p.fDrawMode = static_cast<TViewDrawMode>(6899); }},
-       {false, [](TViewParams& p) { p.fDrawMode = static_cast<TViewDrawMode>(6905); }},
-       {true, [](TViewParams& p) { p.fAutoInvalidation = static_cast<TAutoInvalidation>(9); }}});
+  Check<TViewParams>({kViewEnabled, {0, 0, 10, 10}, kViewDrawDirect, kAutoInvalidationNone},
+                     ValidateViewParams,
+                     {SET(fFlags, 0xF), SET(fRect, {5, 5, 5, 5}), SET(fDrawMode, kViewDrawPermanent32),
+                      SET(fAutoInvalidation, TAutoInvalidation(9))},
+                     {SET(fFlags, 0x10), SET(fRect.fRight, -1), SET(fRect.fBottom, -1),
+                      SET(fDrawMode, TViewDrawMode(6899)), SET(fDrawMode, TViewDrawMode(6905))});
 }
 
 TEST(Validators, WindowStates) {
-  Check(GoodState<TDocumentWindowState>(), ValidateDocumentWindowState, StateRows<TDocumentWindowState>());
-  Check(GoodState<TModelessDialogState>(), ValidateModelessDialogState, StateRows<TModelessDialogState>());
-  Check(GoodState<TModalDialogState>(), ValidateModalDialogState, StateRows<TModalDialogState>());
-  Check(GoodState<TFloatingWindowState>(), ValidateFloatingWindowState, StateRows<TFloatingWindowState>());
-  Check<TDocumentWindowState>(GoodState<TDocumentWindowState>(), ValidateDocumentWindowState,
-                              {{false, [](TDocumentWindowState& s) { s.fPlacement.fMinimized = 2; }},
-                               {false, [](TDocumentWindowState& s) { s.fPlacement.fMaximized = 2; }}});
-  Check<TModalDialogState>(GoodState<TModalDialogState>(), ValidateModalDialogState,
-                           {{false, [](TModalDialogState& s) { s.fPlacement.fMinimized = 2; }}});
-  // Not tested in this kind.
-  Check<TFloatingWindowState>(GoodState<TFloatingWindowState>(), ValidateFloatingWindowState,
-                              {{true, [](TFloatingWindowState& s) { s.fPlacement.fMaximized = 2; }}});
+  CheckState(ValidateDocumentWindowState, {}, {SET(fPlacement.fMinimized, 2), SET(fPlacement.fMaximized, 2)});
+  CheckState(ValidateModelessDialogState, {}, {});
+  CheckState(ValidateModalDialogState, {}, {SET(fPlacement.fMinimized, 2)});
+  CheckState(ValidateFloatingWindowState, {SET(fPlacement.fMaximized, 2)}, {});  // not tested in this kind
 }
 
 TEST(Validators, NativeWindows) {
