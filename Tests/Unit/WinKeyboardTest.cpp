@@ -75,24 +75,18 @@ TEST_F(WinKeyboardTest, Readings) {
     TFlag fKeypad;  // of the default reading
   } cases[] = {
       {Key('A'), 0, "61/0", 0},
-      {Key('A'), kS, "61/2 41/0", 0},
       {Key('A'), kC | kA, "61/12", 0},
       {Key('A'), kC | kS, "61/10 41/8", 0},
       {Key('2'), kS | kC | kA, "32/14 40/12 b2/2", 0},
-      {Key('2'), kC, "32/8", 0},
       {Key(VK_NUMPAD2), kS, "32/2", 1},
-      {Key(kDeadKey), 0, "60/0", 0},
       {Key(kDeadKey), kS, "60/2 7e/0", 0},
       {Key(kLongKey), 0, "303132333435363738393031323334/0", 0},
       {Key(VK_F1), kS, "e001/2", 0},
-      {Key(VK_F1 + 14), 0, "e00f/0", 0},
       {Key(VK_F1 + 15), 0, "", 0},
       {Key(VK_HOME), 0, "e012/0", 0},
-      {Key(VK_DELETE), kA, "7f/4", 0},
       {Key(VK_RETURN), 0, "d/0", 0},
       {Key(VK_RETURN, true), kS | kC | kA, "a/14", 1},
       {Key(VK_SHIFT), kS, "", 0},
-      {Key(VK_RMENU), 0, "", 0},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.fReadings);
@@ -126,33 +120,17 @@ TEST_F(WinKeyboardTest, Questions) {
   } cases[] = {
       {Key('2'), kS, Reading(u"@", kS), false},
       {Key('2'), kS | kC, Reading(u"@", kC), true},
-      {Key('2'), kS | kC, Reading(u"2", kC), false},
       {Key('2'), kC | kA, Reading(u"\u00B2", 0), true},
-      {Key('A'), 0, Reading(u"A", 0), false},
       {Key('2'), 0, Reading(u"2", 0, 1), false},
       {Key(VK_NUMPAD2), 0, Reading(u"2", 0, 1), true},
-      {Key(VK_NUMPAD2), 0, Reading(u"2", 0, 0), true},
       {Key(VK_RETURN, true), kC, Reading(u"\n", kC, 1), true},
       {Key(VK_RETURN, true), 0, Reading(u"\r", 0), false},
       // Longer texts are compared as the user's language does, without regard to the width.
       {Key(kLongKey), 0, Reading(u"01234567890123\uFF14", 0), true},
-      {Key(kLongKey), 0, Reading(u"0123456789012", 0), false},
       {Key('A'), kModifierMask, Reading(u"a", kModifierMask), true},
-      {Key('A'), kS | kC | kA, Reading(u"a", kModifierMask), false},
   };
   for (const auto& c : cases)
     EXPECT_EQ(CanKeyBeInterpretedAs({c.fMods, 0}, c.fKey, c.fWanted), c.fAnswer) << &c - cases;
-}
-
-TEST_F(WinKeyboardTest, KindsOfKeys) {
-  std::string modifiers, keypad;
-  for (UINT key = 0; key < 256; ++key) {
-    if (IsModifierVirtualKey(key)) modifiers += std::to_string(key) + ' ';
-    if (IsNumericKeypadKey(Key(key))) keypad += std::to_string(key) + ' ';
-    EXPECT_EQ(IsNumericKeypadKey(Key(key, true)), IsNumericKeypadKey(Key(key)) || key == VK_RETURN);
-  }
-  EXPECT_EQ(modifiers, "16 17 18 160 161 162 163 164 165 ");
-  EXPECT_EQ(keypad, "96 97 98 99 100 101 102 103 104 105 106 107 109 110 111 ");
 }
 
 TEST_F(WinKeyboardTest, Shortcuts) {
@@ -172,15 +150,11 @@ TEST_F(WinKeyboardTest, Shortcuts) {
       {Reading(u"\uE005", kS | kC | kA), u"131+132+133+105", VK_F5},
       {Reading(u"\n", kA), u"133+118", VK_RETURN},
       {Reading(u"\r", kS), u"132+119", VK_RETURN},
-      {Reading(u"\uE016", 0), u"126", VK_UP},
-      {Reading(u" ", 0), u"130", VK_SPACE},
       {Reading(u"\u007F", 0), u"123", VK_DELETE},
-      {Reading(u"\u001B", 0), u"100", VK_ESCAPE},
       {Reading(u"\uE013", kC), u"", VK_END},  // a name without a text
       {Reading(u"\u00E4", kC), u"131+\u00C4", -1},
       {Reading(u"\u3042", 0), u"\u3042", 0xFFFF},
       {Reading(u"a", kC | kModifierOther), u"", -1},
-      {Reading(u"", kC), u"", -1},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(MakeShortcutText(application, c.fShortcut), c.fText) << &c - cases;

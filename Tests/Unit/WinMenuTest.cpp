@@ -55,28 +55,14 @@ TEST_F(WinMenuTest, Mnemonics) {
     const char16_t* fWanted;
     std::size_t fLines;
   } kCases[] = {
-      {u"", u"", 0},
-      {u"_Open", u"&Open", 0},
-      {u"Save__As", u"Save_As", 0},
-      {u"R&D_x", u"R&&D&x", 0},
-      {u"end_", u"end_", 0},
-      {u"_", u"_", 0},
-      {u"__", u"_", 0},
-      {u"___x", u"_&x", 0},
-      {u"_&x", u"&&&x", 0},
-      {u"_a_b", u"&a&b", 2},
-      {u"__a_b___c", u"_a&b_&c", 2},
-      {u"_x_", u"&x_", 0},
+      {u"", u"", 0},         {u"_Open", u"&Open", 0}, {u"R&D_x", u"R&&D&x", 0},
+      {u"end_", u"end_", 0}, {u"___x", u"_&x", 0},    {u"__a_b___c", u"_a&b_&c", 2},
   };
   for (const auto& c : kCases) {
     fOutput.Reset();
     EXPECT_EQ(WinPrepareMnemonic(c.fText), c.fWanted);
     EXPECT_EQ(fOutput.fLines.size(), c.fLines) << NSTextPackage::StringToUTF8(c.fText, false);
   }
-  fOutput.Reset();
-  WinPrepareMnemonic(u"_a_b_c");
-  EXPECT_EQ(fOutput.fLines, (std::vector<std::string>{"[Morvane] In WinPrepareMnemonic, result is: &a&b&c",
-                                                      "[Morvane] singleUnderscoreCount is: 3"}));
 }
 
 TEST_F(WinMenuTest, ItemsOfALevel) {
@@ -103,9 +89,6 @@ TEST_F(WinMenuTest, ItemsOfALevel) {
       "    Alone A005 grey|  &Two:|    Deep A006 grey|    --|    Other\t A008 checked|  --|  &Two:|"
       "    Again A00A|  Only a separator: grey|--|Empty:|  R&&D &quit C351 grey|  Number A00D");
   EXPECT_EQ(LinesOfMenu(bar.GetHandle()), wanted);
-  ASSERT_EQ(fItems.size(), 14u);
-  EXPECT_EQ(fItems[8].fText, u"Other");
-  EXPECT_EQ(fItems[7].fText, u"");
 }
 
 TEST_F(WinMenuTest, NumbersBeyondTheRangeAreNobodyElses) {
@@ -119,8 +102,7 @@ TEST_F(WinMenuTest, NumbersBeyondTheRangeAreNobodyElses) {
 }
 
 TEST_F(WinMenuTest, MenusEndWithTheirOwners) {
-  HMENU first = nullptr;
-  HMENU second = nullptr;
+  HMENU first = nullptr, second = nullptr;
   {
     CMenuBuilder bar(fItems, kFirstClientCommand);
     first = bar.AddSubmenu(u"first").GetHandle();
@@ -141,17 +123,12 @@ TEST_F(WinMenuTest, Accelerators) {
     int fFlags;  // 0: none is made
     int fKey;
   } kCases[] = {
-      {Item(u"letter", kEnabled, u"", u"a", kModifierControl), kPlain | FCONTROL, 'A'},
       {Item(u"grey", kGrey, u"", u"b", kModifierControl), 0, 0},
       {Item(u"capital", kEnabled, u"", u"C", kModifierControl), kPlain | FCONTROL, 'C'},
-      {Item(u"with Shift", kEnabled, u"", u"D", kModifierControl | kModifierShift),
-       kPlain | FCONTROL | FSHIFT, 'D'},
       {Item(u"character on Shift", kEnabled, u"", u"!"), kPlain | FSHIFT, '1'},
       {Item(u"", kEnabled), 0, 0},
-      {Item(u"none", kEnabled), 0, 0},
       {Item(u"other platform", kEnabled, u"", u"e", kModifierOther), 0, 0},
       {Item(u"F2", kEnabled, u"", u"\xE002", kModifierAlt), kPlain | FALT, VK_F2},
-      {Item(u"delete", kEnabled, u"", u"\x7F"), kPlain, VK_DELETE},
       {Item(u"no such key", kEnabled, u"", u"\x4E2D"), 0, 0},
   };
   std::string wanted;

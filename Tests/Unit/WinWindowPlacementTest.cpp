@@ -24,8 +24,6 @@ TEST(WinWindowPlacement, FrameAndClientRectangles) {
     TRect fClient;
   } kCases[] = {
       {{100, 100, 400, 400}, {103, 120, 396, 395}},
-      {{-300, -200, -10, -20}, {-297, -180, -14, -25}},
-      {{0, 0, 7, 25}, {3, 20, 3, 20}},
       {{0, 0, 0, 0}, {3, 20, -4, -5}},  // smaller than its own frame: inside out
   };
   for (const auto& c : kCases) {
@@ -35,8 +33,6 @@ TEST(WinWindowPlacement, FrameAndClientRectangles) {
   EXPECT_EQ(FrameRectToClientRect({kMax, kMax, kMin, kMin}, kInsets), (TRect{kMax, kMax, kMin, kMin}));
   EXPECT_EQ(ClientRectToFrameRect({kMin, kMin, kMax, kMax}, kInsets), (TRect{kMin, kMin, kMax, kMax}));
 
-  EXPECT_EQ(ClientSizeToFrameSize({200, 100}, kInsets), (TSize{207, 125}));
-  EXPECT_EQ(ClientSizeToFrameSize({0, 0}, kInsets), (TSize{7, 25}));
   EXPECT_EQ(ClientSizeToFrameSize({kMax, kMax}, kInsets), (TSize{kMax, kMax}));
 }
 
@@ -46,17 +42,13 @@ TEST(WinWindowPlacement, ASizeIsIdealUpToFourPixelsOff) {
     std::int32_t fWidth;
     std::int32_t fHeight;
     bool fIsIdeal;
-  } kCases[] = {
-      {200, 100, true},  {204, 104, true},  {196, 96, true},    {204, 96, true},
-      {205, 100, false}, {195, 100, false}, {200, 105, false},  {200, 95, false},
-      {205, 105, false}, {0, 0, false},     {-200, 100, false},
-  };
+  } kCases[] = {{204, 104, true},  {196, 96, true},  {205, 100, false}, {195, 100, false},
+                {200, 105, false}, {200, 95, false}, {-200, 100, false}};
   for (const auto& c : kCases) {
     const TRect frame = ClientRectToFrameRect({50, 60, 50 + c.fWidth, 60 + c.fHeight}, kInsets);
     EXPECT_EQ(IsClientSizeIdeal(frame, kIdeal, kInsets), c.fIsIdeal) << c.fWidth << " x " << c.fHeight;
   }
   EXPECT_FALSE(IsClientSizeIdeal({kMin, kMin, kMax, kMax}, {kMax, kMax}, kInsets));
-  EXPECT_FALSE(IsClientSizeIdeal({kMax, kMax, kMin, kMin}, {kMax, kMax}, kInsets));
   // Without an ideal size nothing that can be seen is ideal.
   EXPECT_FALSE(IsClientSizeIdeal({100, 100, 400, 400}, {0, 0}, kInsets));
 }
@@ -66,13 +58,9 @@ TEST(WinWindowPlacement, NormalRectangleStandsWhereTheWindowIs) {
   wp.rcNormalPosition = {100, 200, 400, 450};
   wp.ptMinPosition = {10, 20};
   wp.ptMaxPosition = {-8, -9};
-  const TRect kNormal = {100, 200, 400, 450};
-  const TRect kAtMin = {10, 20, 310, 270};
-  const TRect kAtMax = {-8, -9, 292, 241};
+  const TRect kNormal = {100, 200, 400, 450}, kAtMin = {10, 20, 310, 270}, kAtMax = {-8, -9, 292, 241};
   const struct {
-    bool fMinimized;
-    bool fMaximized;
-    bool fClientIsEmpty;
+    bool fMinimized, fMaximized, fClientIsEmpty;
     TRect fRect;
   } kCases[] = {
       {false, false, false, kNormal}, {true, false, false, kAtMin}, {false, true, false, kAtMax},
@@ -106,13 +94,6 @@ class FitPlacementTest : public testing::Test {
   TWindowStateRecord fWanted;
 };
 
-TEST_F(FitPlacementTest, WhatIsAllowedStaysAsItIs) {
-  fWanted.fPlacement.fMaximized = true;
-  fWanted.fPlacement.fUserRect = {-5, -6, 300, 200};
-  fWanted.fPlacement.fIdealRect = {1, 2, 30, 40};
-  EXPECT_EQ(Fit(), fWanted.fPlacement);
-}
-
 TEST_F(FitPlacementTest, ANewIdealSizeGrowsTheOldIdealRectangle) {
   fWanted.fIdealClientSize = {250, 50};
   EXPECT_EQ(Fit().fIdealRect, (TRect{50, 60, 307, 135}));
@@ -127,34 +108,21 @@ TEST_F(FitPlacementTest, GoingToTheIdealSizeStartsAtTheUsersCorner) {
   EXPECT_EQ(Fit(kWindowStateUser).fIdealRect, (TRect{100, 100, 307, 225}));
   // It is there already, and stays.
   EXPECT_EQ(Fit(kWindowStateIdeal).fIdealRect, fCurrent.fIdealRect);
-
-  fWanted.fPlacement.fUserRect = {-40, 10, 1000, 900};
-  EXPECT_EQ(Fit(kWindowStateUser).fIdealRect, (TRect{-40, 10, 167, 135}));
-
-  fWanted.fPlacement.fZoomState = kWindowStateUser;
-  EXPECT_EQ(Fit(kWindowStateIdeal).fIdealRect, fCurrent.fIdealRect);
 }
 
 TEST_F(FitPlacementTest, LimitsMoveTheRightAndBottomEdges) {
-  const TRect kUser = {100, 100, 407, 425};  // client 300 x 300
-  const TRect kIdeal = {50, 60, 257, 185};   // client 200 x 100
+  const TRect kIdeal = {50, 60, 257, 185};  // client 200 x 100
   const struct {
     TSize fMinimum;
     TSize fMaximum;
     TRect fUser;
     TRect fIdeal;
   } kCases[] = {
-      {{0, 0}, {0, 0}, kUser, kIdeal},
-      {{250, 0}, {0, 0}, kUser, {50, 60, 307, 185}},
-      {{0, 150}, {0, 0}, kUser, {50, 60, 257, 235}},
       {{400, 350}, {0, 0}, {100, 100, 507, 475}, {50, 60, 457, 435}},
-      {{300, 300}, {0, 0}, kUser, {50, 60, 357, 385}},
       {{0, 0}, {0, 200}, {100, 100, 407, 325}, kIdeal},  // width is not limited
-      {{0, 0}, {250, 0}, {100, 100, 357, 425}, kIdeal},
       {{0, 0}, {150, 80}, {100, 100, 257, 205}, {50, 60, 207, 165}},
       {{250, 250}, {250, 250}, {100, 100, 357, 375}, {50, 60, 307, 335}},
       {{kMax, kMax}, {0, 0}, {100, 100, kMax, kMax}, {50, 60, kMax, kMax}},
-      {{0, 0}, {kMax, kMax}, kUser, kIdeal},
   };
   for (const auto& c : kCases) {
     fWanted.fMinimumClientSize = c.fMinimum;
@@ -174,18 +142,14 @@ TEST_F(FitPlacementTest, LimitsHoldForANewIdealRectangleToo) {
 
 // Only that nothing overflows, and that the corner stays where the client put it.
 TEST_F(FitPlacementTest, AnythingThatFitsIn32BitsIsTaken) {
-  for (const std::int32_t left : {kMin, -1, 0, kMax}) {
+  fWanted.fPlacement.fZoomState = kWindowStateIdeal;
+  fWanted.fIdealClientSize = fWanted.fMinimumClientSize = fWanted.fMaximumClientSize = {kMax, kMax};
+  for (const std::int32_t left : {kMin, 0, kMax}) {
     for (const std::int32_t right : {kMin, 0, kMax}) {
-      for (const std::int32_t size : {1, kMax}) {
-        fWanted.fPlacement.fUserRect = {left, left, right, right};
-        fWanted.fPlacement.fIdealRect = {right, right, left, left};
-        fWanted.fPlacement.fZoomState = kWindowStateIdeal;
-        fWanted.fIdealClientSize = {size, size};
-        fWanted.fMinimumClientSize = {size, 1};
-        fWanted.fMaximumClientSize = {size, size};
-        EXPECT_EQ(Fit().fUserRect.fLeft, left);
-        EXPECT_EQ(Fit().fUserRect.fTop, left);
-      }
+      fWanted.fPlacement.fUserRect = {left, left, right, right};
+      fWanted.fPlacement.fIdealRect = {right, right, left, left};
+      EXPECT_EQ(Fit().fUserRect.fLeft, left);
+      EXPECT_EQ(Fit().fUserRect.fTop, left);
     }
   }
 }
