@@ -23,29 +23,20 @@ TEST(StringScript, Scripts) {
   const struct {
     TString script;
     TEntries entries;
-  } rows[] = {{u"1{a}", {{1, u"a"}}},
-              {u"0{}", {{0, u""}}},
-              {u"65535{a}", {{65535, u"a"}}},
-              {u"00007{a}", {{7, u"a"}}},
-              {u" \t 1 \t {a} \t ", {{1, u"a"}}},
+  } rows[] = {{u"0{}", {{0, u""}}},
+              {u" \t 65535 \t {a} \t ", {{65535, u"a"}}},
+              {u"00007{a} //x", {{7, u"a"}}},
               {u"2{b}\n1{a}\r2{c}", {{2, u"b"}, {1, u"a"}, {2, u"c"}}},
-              {u"1{a} //x", {{1, u"a"}}},
               {u"1{a}//x\u20282{b}\u20293{c}\r\n4{d}\r\r\n\n5{e}\n",
                {{1, u"a"}, {2, u"b"}, {3, u"c"}, {4, u"d"}, {5, u"e"}}},
               // No entries at all.
               {u" ", {}},
-              {u"\r\n", {}},
               {u"//", {}},
-              {u"// 1{a}", {}},
-              {u"// a\n\n  // b\r\n \t\n//", {}},
+              {u"// 1{a}\n\n  // b\r\n \t\n//", {}},
               // The text between the braces.
-              {u"1{ a\nb // c\t}", {{1, u" a\nb // c\t"}}},
-              {u"1{\\r}", {{1, u"\u2029"}}},
-              {u"1{\\\\r}", {{1, u"\\\u2029"}}},
-              {u"1{\\n\\}", {{1, u"\\n\\"}}},
-              {u"1{\\R}", {{1, u"\\R"}}},
+              {u"1{ {a\nb // c\t}", {{1, u" {a\nb // c\t"}}},
+              {u"1{\\r\\\\r\\n\\R\\}", {{1, u"\u2029\\\u2029\\n\\R\\"}}},
               {u"1{\u201Ca\u201D\u2018\"}", {{1, u"\"a\"\u2018\""}}},
-              {u"1{{}", {{1, u"{"}}},
               {u"1{\xD83D\xDE00\xDE00}", {{1, u"\xD83D\xDE00\xDE00"}}},
               {TString(u"1{a\0b}", 6), {{1, TString(u"a\0b", 3)}}}};
   RecordingDebugOutput output;
@@ -57,42 +48,15 @@ TEST(StringScript, Scripts) {
 
 TEST(StringScript, OneBadLineLosesTheScript) {
   const TString zero(1, u'\0');
-  const std::initializer_list<const TChar*> texts = {u"1",
-                                                     u"1 ",
-                                                     u"1 x",
-                                                     u"1x",
-                                                     u"1{",
-                                                     u"1{a",
-                                                     u"1{a\\",
-                                                     u"1{a\\r",
-                                                     u"1{a} 2{b}",
-                                                     u"1{a}2{b}",
-                                                     u"1{a} /x",
-                                                     u"1{a}/",
-                                                     u"1{a}}",
-                                                     u"65536{a}",
-                                                     u"-1{a}",
-                                                     u"+1{a}",
-                                                     u"{a}",
-                                                     u"a",
-                                                     u"/",
-                                                     u"/ /",
-                                                     u"1\n{a}",
-                                                     u"1 //\n{a}",
-                                                     u"\u00A01{a}",
-                                                     u"\u0661{a}",
-                                                     u"\v1{a}",
-                                                     u"1\u00A0{a}",
-                                                     u"1{a}\n2",
-                                                     u"\\",
-                                                     u"}",
-                                                     u"4294967297{a}",
-                                                     u"2147483648{a}",
-                                                     u"99999999999999999999{a}",
-                                                     u"1{a}\n\uFEFF2{b}"};
-  std::vector<TString> scripts(texts.begin(), texts.end());
-  scripts.push_back(zero);
-  for (const TString& script : scripts) {
+  // clang-format off
+  for (const TString& script : std::initializer_list<TString>{
+           u"1", u"1 ", u"1x", u"1{", u"1{a", u"1{a\\", u"1{a\\r", u"1{a} 2{b}", u"1{a}2{b}", u"1{a} /x",
+           u"1{a}/", u"1{a}}", u"{a}", u"a", u"/", u"/ /", u"1\n{a}", u"1 //\n{a}", u"1{a}\n2", u"\\", u"}", zero,
+           // numbers
+           u"65536{a}", u"-1{a}", u"+1{a}", u"4294967297{a}", u"2147483648{a}", u"99999999999999999999{a}",
+           // what looks like a blank or a digit
+           u"\u00A01{a}", u"\u0661{a}", u"\v1{a}", u"1\u00A0{a}", u"1{a}\n\uFEFF2{b}"}) {
+    // clang-format on
     RecordingDebugOutput output;
     EXPECT_THROW(ParseStringScript(script), NSMorvane::XBadFormat) << testing::PrintToString(script);
     EXPECT_TRUE(output.fAssertions.empty());

@@ -1,6 +1,8 @@
 // Conversions, numbers, templates and comparison of texts.
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "Component/Portable/StringScript.h"
 #include "Component/Portable/TextPackage.h"
 #include "Tests/Support/RecordingDebugOutput.h"
@@ -59,21 +61,12 @@ TEST(TextPackage, DecoderFollowsTheLeadByteAlone) {
 }
 
 TEST(TextPackage, DecoderRefusesWhatCannotLeadAndWhatIsCutShort) {
-  const TBytes rows[] = {{0x80},
-                         {'a', 0xBF},
-                         {0xFF},
-                         {0xC3},
-                         {'a', 0xE2, 0x80},
-                         {0xF0, 0x9F, 0x98},
-                         {0xF8, 0x88, 0x80, 0x80},
-                         {0xFC, 0x80, 0x80, 0x80, 0x80},
-                         {0xFE, 0x80, 0x80, 0x80, 0x80, 0x80}};
-  for (const TBytes& bytes : rows) {
+  for (const char* text : {"\x80", "a\xBF", "\xFF", "\xC3", "a\xE2\x80", "\xF0\x9F\x98", "\xF8\x88\x80\x80",
+                           "\xFC\x80\x80\x80\x80", "\xFE\x80\x80\x80\x80\x80"}) {
     RecordingDebugOutput output;
-    EXPECT_THROW(Decode(bytes), XIllegalTextFormat) << testing::PrintToString(bytes);
+    EXPECT_THROW(Decode(TBytes(text, text + std::strlen(text))), XIllegalTextFormat) << text;
     EXPECT_TRUE(output.HasLine("Exception thrown at Component/Portable/TextPackage.cpp("));
   }
-  EXPECT_STREQ("", XIllegalTextFormat().what());
 }
 
 TEST(TextPackage, MarksInFrontOfAText) {
@@ -114,15 +107,14 @@ TEST(TextPackage, EncoderHasItsOwnFourByteForm) {
   const struct {
     std::uint32_t codePoint;
     std::string bytes;
-  } rows[] = {{0x41, "A"},
-              {0x7F, "\x7F"},
+  } rows[] = {{0x7F, "\x7F"},
               {0x80, "\xC2\x80"},
               {0x7FF, "\xDF\xBF"},
               {0x800, "\xE0\xA0\x80"},
               {0xD800, "\xED\xA0\x80"},
               {0xFFFF, "\xEF\xBF\xBF"},
-              {0x10000, "\xF0\x80\x80\x80"},  // bits 16 and 17 are not written
-              {0x1F600, "\xF0\x8F\x98\x80"},
+              // Bits 16 and 17 are not written.
+              {0x10000, "\xF0\x80\x80\x80"},
               {0x4ABCD, "\xF0\x9A\xAF\x8D"},
               {0x10FFFF, "\xF1\x8F\xBF\xBF"},
               {0x3FFFFF, "\xF3\xBF\xBF\xBF"}};
@@ -131,32 +123,24 @@ TEST(TextPackage, EncoderHasItsOwnFourByteForm) {
   EXPECT_THROW(Encode(0xFFFFFFFF), XIllegalTextFormat);
 }
 
-TEST(TextPackage, StringsAndUTF8) {
-  EXPECT_EQ("", StringToUTF8(u"", false));
-  EXPECT_EQ("\xEF\xBB\xBF", StringToUTF8(u"", true));
-  EXPECT_EQ(
-      "\xEF\xBB\xBF"
-      "a\xC3\xA4",
-      StringToUTF8(u"a\u00E4", true));
-  EXPECT_EQ("\xF0\x8F\x98\x80", StringToUTF8(u"\U0001F600", false));  // a pair is one code point
-  EXPECT_EQ(
-      "\xED\xA0\xBD"
-      "a",
-      StringToUTF8(u"\xD83D"
-                   u"a",
-                   false));  // and half a pair another
-  EXPECT_EQ("\xED\xA0\xBD", StringToUTF8(u"\xD83D", false));
-  EXPECT_EQ("\xED\xB8\x80\xED\xA0\xBD", StringToUTF8(u"\xDE00\xD83D", false));
-  EXPECT_EQ(u"\uFEFFa", UTF8ToString("\xEF\xBB\xBF"
-                                     "a"));
+TEST(TextPackage, Strings) {
+  const struct {
+    TString text;
+    std::string bytes;
+  } rows[] = {{u"", ""},
+              {u"\U0001F600", "\xF0\x8F\x98\x80"},  // a pair is one code point
+              {u"\xD83D/", "\xED\xA0\xBD/"},        // and half a pair another
+              {u"\xD83D", "\xED\xA0\xBD"},
+              {u"\xDE00\xD83D", "\xED\xB8\x80\xED\xA0\xBD"}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(row.bytes, StringToUTF8(row.text, false));
+    EXPECT_EQ("\xEF\xBB\xBF" + row.bytes, StringToUTF8(row.text, true));
+  }
+  EXPECT_EQ(u"\uFEFF/", UTF8ToString("\xEF\xBB\xBF/"));
   const TString text = u"C:\\\u00E4\u0416\u4E2D\u2029\x7F x";
   EXPECT_EQ(text, UTF8ToString(StringToUTF8(text, false)));
   EXPECT_THROW(UTF8ToString("ab\xE2"), XIllegalTextFormat);
-}
-
-TEST(TextPackage, StringsAndASCII) {
   EXPECT_EQ(u"a\x7F??", ASCIIToString("a\x7F\x80\xFF", u'?'));
-  EXPECT_EQ(u"\u2026", ASCIIToString("\x80", u'\u2026'));
   EXPECT_EQ(u"abc", ASCIIToString("abc", 0));
   EXPECT_THROW(ASCIIToString("ab\x80", 0), XIllegalTextFormat);
   EXPECT_EQ("a\x7F##", StringToASCII(u"a\x7F\x80\uFFFF", '#'));
@@ -165,9 +149,7 @@ TEST(TextPackage, StringsAndASCII) {
 TEST(TextPackage, NumbersAsText) {
   EXPECT_EQ(u"0", NumberToString(0));
   EXPECT_EQ(u"-2147483648", NumberToString(std::numeric_limits<std::int32_t>::min()));
-  EXPECT_EQ(u"2147483647", NumberToString(2147483647L));
   EXPECT_EQ(u"4294967295", NumberToString(std::numeric_limits<std::uint32_t>::max()));
-  EXPECT_EQ(u"4000000000", NumberToString(4000000000UL));
   const struct {
     double value;
     int places;
@@ -179,23 +161,23 @@ TEST(TextPackage, NumbersAsText) {
 }
 
 TEST(TextPackage, DecimalsAreReadAsAScanReadsThem) {
+  constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
+  constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
   const struct {
     TString text;
     std::int32_t value;
-  } good[] = {{u"0", 0},
-              {u"12", 12},
-              {u"0012", 12},
+  } good[] = {{u"0012", 12},
               {u"12x", 12},
               {u"1000/7", 1000},
               {u" \t\r\n\v\f12", 12},
               {u"+7", 7},
               {u"-7-", -7},
-              {u"2147483647", 2147483647},
-              {u"2147483648", 2147483647},
-              {u"-2147483648", std::numeric_limits<std::int32_t>::min()},
-              {u"-99999999999999999999999999", std::numeric_limits<std::int32_t>::min()},
-              {u"4294967297", 2147483647},
-              {u"18446744073709551617000", 2147483647}};
+              {u"2147483647", kMax},
+              {u"2147483648", kMax},
+              {u"-2147483648", kMin},
+              {u"-99999999999999999999999999", kMin},
+              {u"4294967297", kMax},
+              {u"18446744073709551617000", kMax}};
   for (const auto& row : good) {
     std::int32_t value = -5;
     EXPECT_TRUE(ReadDecimal(row.text, value)) << StringToASCII(row.text, '?');
@@ -243,17 +225,12 @@ TEST(TextPackage, Templates) {
     TString expanded;
   } rows[] = {{u"", 0, u""},
               {u"Save \u201C^0\u201D?", 0, u"Save \u201Czero\u201D?"},
-              {u"^0^2", 0, u"zerotwo"},
-              {u"^1", 0, u"^1"},  // what is put in is not expanded again
+              {u"^1^2", 0, u"^1two"},  // what is put in is not expanded again
               {u"a^b^ 0^", 0, u"a^b^ 0^"},
-              {u"^^0", 0, u"^zero"},
-              {u"^10", 0, u"ten"},
-              {u"^002", 0, u"two"},
+              {u"^^10^002", 0, u"^tentwo"},
               {u"<^11>", 0, u"<>"},
-              {u"<^18446744073709551616>", 0, u"<>"},
               {u"<^18446744073709551618x>", 0, u"<x>"},
-              {u"^0", 1, u"ten"},  // base 1 and one digit: 10
-              {u"<^1>", 1, u"<>"},
+              {u"^0<^1>", 1, u"ten<>"},  // base 1 and one digit: 10
               {u"<^0>", 429496729, u"<>"}};
   for (const auto& row : rows) {
     EXPECT_EQ(row.expanded, FormatText(row.text, row.base, arguments)) << StringToASCII(row.text, '?');
