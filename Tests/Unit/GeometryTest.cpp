@@ -17,23 +17,13 @@ using NSMorvaneTest::RecordingDebugOutput;
 constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
 constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
 
-class CRandomRects {
- public:
-  explicit CRandomRects(unsigned seed) : fGenerator(seed) {}
-  int Number(int low, int high) { return low + static_cast<int>(fGenerator() % (high - low + 1)); }
-  // Any of them empty or inside out now and then.
-  TRect Any(int limit) {
-    return {Number(-limit, limit), Number(-limit, limit), Number(-limit, limit), Number(-limit, limit)};
-  }
-  TRect Sized(int position, int size) {
-    const int left = Number(-position, position);
-    const int top = Number(-position, position);
-    return {left, top, left + Number(0, size), top + Number(0, size)};
-  }
-
- private:
-  std::mt19937 fGenerator;
-};
+// At a place within `position` of zero, and up to `size` wide and high.
+TRect RandomRect(std::mt19937& random, int position, int size) {
+  const auto number = [&](int low, int high) { return low + static_cast<int>(random() % (high - low + 1)); };
+  const int left = number(-position, position);
+  const int top = number(-position, position);
+  return {left, top, left + number(0, size), top + number(0, size)};
+}
 
 // The shift of least length that brings [low, high) into [outerLow, outerHigh).
 int ShortestShift(int low, int high, int outerLow, int outerHigh) {
@@ -49,40 +39,39 @@ TMonitorList MonitorsWithWorkAreas(std::initializer_list<TRect> workAreas) {
 }
 
 TEST(Geometry, IntersectionHoldsThePointsOfBoth) {
-  constexpr int kLimit = 6;
-  CRandomRects random(20240);
+  std::mt19937 random(20240);
   int overlaps = 0;
   for (int round = 0; round < 3000; ++round) {
-    const TRect a = round % 2 ? random.Any(kLimit) : random.Sized(2, 4);
-    const TRect b = round % 2 ? random.Any(kLimit) : random.Sized(2, 4);
+    const TRect a = RandomRect(random, 3, 5), b = RandomRect(random, 3, 5);
     TRect both = a;
     const bool overlap = IntersectRect(both, b);
     bool anyPoint = false;
-    for (int y = -kLimit; y < kLimit; ++y) {
-      for (int x = -kLimit; x < kLimit; ++x) {
-        const TPoint point = {x, y};
-        const bool expected = IsPointInRect(point, a) && IsPointInRect(point, b);
-        anyPoint |= expected;
-        if (overlap) {
-          ASSERT_EQ(expected, IsPointInRect(point, both))
-              << testing::PrintToString(a) << testing::PrintToString(b);
-        }
+    for (int i = 0; i < 18 * 18; ++i) {
+      const TPoint point = {i % 18 - 9, i / 18 - 9};
+      const bool expected = IsPointInRect(point, a) && IsPointInRect(point, b);
+      anyPoint |= expected;
+      if (overlap) {
+        ASSERT_EQ(expected, IsPointInRect(point, both));
       }
     }
     ASSERT_EQ(anyPoint, overlap) << testing::PrintToString(a) << testing::PrintToString(b);
     overlaps += overlap;
   }
   EXPECT_GT(overlaps, 200);
+  for (const TRect& insideOut : {TRect{5, 0, 0, 9}, TRect{0, 5, 9, 0}}) {
+    TRect both = {0, 0, 9, 9};
+    EXPECT_FALSE(IntersectRect(both, insideOut));
+  }
 }
 
 TEST(Geometry, MovingInsideTakesTheShortestWay) {
   RecordingDebugOutput output;
-  CRandomRects random(77);
+  std::mt19937 random(77);
   for (int round = 0; round < 2000; ++round) {
-    const TRect outer = random.Sized(20, 30);
-    TRect inner = random.Sized(60, 30);
-    inner.fRight = std::min<std::int32_t>(inner.fRight, inner.fLeft + (outer.fRight - outer.fLeft));
-    inner.fBottom = std::min<std::int32_t>(inner.fBottom, inner.fTop + (outer.fBottom - outer.fTop));
+    const TRect outer = RandomRect(random, 20, 30);
+    TRect inner = RandomRect(random, 60, 30);
+    inner.fRight = std::min(inner.fRight, inner.fLeft + (outer.fRight - outer.fLeft));
+    inner.fBottom = std::min(inner.fBottom, inner.fTop + (outer.fBottom - outer.fTop));
     const int dx = ShortestShift(inner.fLeft, inner.fRight, outer.fLeft, outer.fRight);
     const int dy = ShortestShift(inner.fTop, inner.fBottom, outer.fTop, outer.fBottom);
     const TRect expected = {inner.fLeft + dx, inner.fTop + dy, inner.fRight + dx, inner.fBottom + dy};

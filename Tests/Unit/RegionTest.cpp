@@ -2,9 +2,11 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <bitset>
+#include <algorithm>
+#include <climits>
 #include <functional>
 #include <random>
+#include <set>
 #include <vector>
 
 #include "Component/Portable/Region.h"
@@ -16,70 +18,35 @@ namespace {
 
 using NSMorvaneTest::RecordingDebugOutput;
 
-constexpr int kSide = 40;    // of the grid
-constexpr int kOffset = 10;  // the grid's first pixel is (-kOffset, -kOffset)
+// The slow answer: every pixel, by row and column.
+using TPixels = std::set<std::pair<int, int>>;
 
-// The slow answer: one bit for each pixel.
-class CPixelSet {
- public:
-  bool At(int x, int y) const { return fBits[Index(x, y)]; }
-  template <class Function>
-  void Change(Function function) {
-    for (int y = -kOffset; y < kSide - kOffset; ++y)
-      for (int x = -kOffset; x < kSide - kOffset; ++x) fBits[Index(x, y)] = function(x, y, At(x, y));
-  }
-  TRect Bounds() const {
-    TRect bounds = {};
-    for (int y = -kOffset; y < kSide - kOffset; ++y)
-      for (int x = -kOffset; x < kSide - kOffset; ++x) {
-        if (!At(x, y)) continue;
-        if (IsEmptyRect(bounds)) bounds = {x, y, x + 1, y + 1};
-        bounds = {std::min(bounds.fLeft, x), std::min(bounds.fTop, y), std::max(bounds.fRight, x + 1),
-                  std::max(bounds.fBottom, y + 1)};
-      }
-    return bounds;
-  }
-  // False if a rectangle leaves the grid or meets another one.
-  bool FillFrom(const TRectList& rects) {
-    fBits.reset();
-    for (const TRect& rect : rects)
-      for (int y = rect.fTop; y < rect.fBottom; ++y)
-        for (int x = rect.fLeft; x < rect.fRight; ++x) {
-          if (x < -kOffset || y < -kOffset || x >= kSide - kOffset || y >= kSide - kOffset || At(x, y))
-            return false;
-          fBits[Index(x, y)] = true;
-        }
-    return true;
-  }
-  bool operator==(const CPixelSet& other) const = default;
+TPixels PixelsOf(const TRectList& rects) {
+  TPixels pixels;
+  for (const TRect& rect : rects)
+    for (int y = rect.fTop; y < rect.fBottom; ++y)
+      for (int x = rect.fLeft; x < rect.fRight; ++x)
+        EXPECT_TRUE(pixels.emplace(y, x).second) << "in two rectangles";
+  return pixels;
+}
 
- private:
-  static std::size_t Index(int x, int y) {
-    return static_cast<std::size_t>((y + kOffset) * kSide + x + kOffset);
+TRect BoundsOf(const TPixels& pixels) {
+  if (pixels.empty()) return {};
+  TRect bounds = {INT_MAX, pixels.begin()->first, -INT_MAX, pixels.rbegin()->first + 1};
+  for (const auto& [y, x] : pixels) {
+    bounds.fLeft = std::min(bounds.fLeft, x);
+    bounds.fRight = std::max(bounds.fRight, x + 1);
   }
-  std::bitset<kSide * kSide> fBits;
-};
+  return bounds;
+}
 
 // From the top, and from the left within a band; the rectangles of a band have the same top and bottom.
 bool AreBandsInOrder(const TRectList& rects) {
-  for (std::size_t i = 1; i < rects.size(); ++i) {
-    const TRect& before = rects[i - 1];
-    const TRect& rect = rects[i];
-    const bool sameBand =
-        rect.fTop == before.fTop && rect.fBottom == before.fBottom && rect.fLeft > before.fRight;
-    if (!sameBand && rect.fTop < before.fBottom) return false;
-  }
-  return true;
-}
-
-void ExpectSame(const CPixelSet& expected, const CRegion& region) {
-  const TRectList rects = region.GetRects();
-  CPixelSet pixels;
-  ASSERT_TRUE(pixels.FillFrom(rects));
-  ASSERT_EQ(expected, pixels);
-  ASSERT_TRUE(AreBandsInOrder(rects));
-  ASSERT_EQ(expected.Bounds(), region.GetBounds());
-  ASSERT_EQ(IsEmptyRect(expected.Bounds()), region.IsEmpty());
+  return std::adjacent_find(rects.begin(), rects.end(), [](const TRect& before, const TRect& rect) {
+           const bool sameBand =
+               rect.fTop == before.fTop && rect.fBottom == before.fBottom && rect.fLeft > before.fRight;
+           return !sameBand && rect.fTop < before.fBottom;
+         }) == rects.end();
 }
 
 // Several regions that are assigned, copied and changed at random: whatever they share, each must stay what
@@ -88,62 +55,61 @@ TEST(Region, EveryOperationAgreesWithPixels) {
   RecordingDebugOutput output;
   std::mt19937 random(4711);
   const auto number = [&](int low, int high) { return low + static_cast<int>(random() % (high - low + 1)); };
-  const auto anyRect = [&] {
-    const TRect rect = {number(0, 20), number(0, 20), number(0, 20), number(0, 20)};
-    return rect;
-  };
   constexpr int kRegions = 5;
   std::vector<CRegion> regions(kRegions);
-  std::vector<CPixelSet> pixels(kRegions);
-  for (int round = 0; round < 1500; ++round) {
-    const int i = number(0, kRegions - 1);
-    const int j = number(0, kRegions - 1);
-    const TRect rect = anyRect();
-    const auto inRect = [&](int x, int y) { return IsPointInRect({x, y}, rect); };
+  std::vector<TPixels> expected(kRegions);
+  for (int round = 0; round < 1000; ++round) {
+    CRegion& region = regions[number(0, kRegions - 1)];
+    TPixels& pixels = expected[&region - regions.data()];
+    const int other = number(0, kRegions - 1);
+    const TPixels otherPixels = expected[other];
+    const int left = number(0, 20), top = number(0, 20);
+    const TRect rect = {left, top, number(0, 20), number(0, 20)};  // inside out now and then
+    TPixels rectPixels = PixelsOf({rect});
     switch (number(0, 7)) {
       case 0:
       case 1:
-        regions[i].UnionRect(rect);
-        pixels[i].Change([&](int x, int y, bool old) { return old || inRect(x, y); });
+        region.UnionRect(rect);
+        pixels.merge(rectPixels);
         break;
       case 2:
-        regions[i].SubtractRect(rect);
-        pixels[i].Change([&](int x, int y, bool old) { return old && !inRect(x, y); });
+        region.SubtractRect(rect);
+        std::erase_if(pixels, [&](const auto& pixel) { return rectPixels.contains(pixel); });
         break;
       case 3:
-        regions[i].IntersectRect(rect);
-        pixels[i].Change([&](int x, int y, bool old) { return old && inRect(x, y); });
+        region.IntersectRect(rect);
+        std::erase_if(pixels, [&](const auto& pixel) { return !rectPixels.contains(pixel); });
         break;
       case 4:
-        regions[i].UnionRegion(regions[j]);
-        pixels[i].Change([&](int x, int y, bool old) { return old || pixels[j].At(x, y); });
+        region.UnionRegion(regions[other]);
+        pixels.insert(otherPixels.begin(), otherPixels.end());
         break;
       case 5: {
-        // Never out of the grid, and back to the middle.
-        const TRect bounds = pixels[i].Bounds();
-        const int dx = number(-5, 5) - bounds.fLeft, dy = number(-5, 5) - bounds.fTop;
-        const CPixelSet old = pixels[i];
-        regions[i].Offset(dx, dy);
-        pixels[i].Change([&](int x, int y, bool) {
-          const int fromX = x - dx, fromY = y - dy;
-          return IsPointInRect({fromX, fromY}, bounds) && old.At(fromX, fromY);
-        });
+        const TPixels old = std::exchange(pixels, {});
+        region.Offset(left - 10, top - 10);
+        for (const auto& [y, x] : old) pixels.emplace(y + top - 10, x + left - 10);
         break;
       }
       case 6:
-        regions[i] = regions[j];
-        pixels[i] = pixels[j];
+        region = regions[other];
+        pixels = otherPixels;
         break;
       case 7: {
-        const CRegion copy(regions[j]);
-        regions[i] = CRegion(rect);
-        regions[i].UnionRegion(copy);
-        const CPixelSet other = pixels[j];
-        pixels[i].Change([&](int x, int y, bool) { return inRect(x, y) || other.At(x, y); });
+        const CRegion copy(regions[other]);
+        region = CRegion(rect);
+        region.UnionRegion(copy);
+        pixels = otherPixels;
+        pixels.merge(rectPixels);
         break;
       }
     }
-    for (int k = 0; k < kRegions; ++k) ASSERT_NO_FATAL_FAILURE(ExpectSame(pixels[k], regions[k])) << round;
+    for (int k = 0; k < kRegions; ++k) {
+      const TRectList rects = regions[k].GetRects();
+      ASSERT_EQ(expected[k], PixelsOf(rects)) << round;
+      ASSERT_TRUE(AreBandsInOrder(rects));
+      ASSERT_EQ(BoundsOf(expected[k]), regions[k].GetBounds());
+      ASSERT_EQ(expected[k].empty(), regions[k].IsEmpty());
+    }
   }
   EXPECT_TRUE(output.fAssertions.empty());
   EXPECT_TRUE(output.fLines.empty());
