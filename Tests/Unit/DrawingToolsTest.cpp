@@ -117,6 +117,17 @@ TEST(DrawingTools, ABitmapIsDrawnToInWindowCoordinates) {
   EXPECT_TRUE(output.fAssertions.empty());
 }
 
+TEST(DrawingTools, PixelsLeftOpenAreReportedAndClosed) {
+  RecordingDebugOutput output;
+  CBufferBitmap bitmap({20, 10}, 32);
+  {
+    CBufferBitmapDrawTools tools(&bitmap, CRegion(TRect{0, 0, 9, 9}).GetNativeRegion(), {1, 2}, nullptr);
+    TRawPixels pixels = {};
+    ASSERT_EQ(kOK, tools.IDrawTools_OpenRawPixels(pixels));
+  }
+  EXPECT_EQ((TTexts{"fPixelPtr == NULL", "!fRawPixelsAreOpen"}), output.fAssertions);
+}
+
 TEST(DrawingTools, AFlushGoesUpThroughAllParents) {
   CBufferBitmap surface({40, 40}, 32), outerBitmap({30, 30}, 16), innerBitmap({10, 10}, 32);
   const CRegion all(TRect{0, 0, 1000, 1000});

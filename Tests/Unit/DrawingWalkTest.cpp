@@ -197,6 +197,27 @@ TEST(DrawingWalk, APermanentBufferIsDrawnOnlyWhereItIsDirty) {
   }
 }
 
+TEST(DrawingWalk, FlushesForTheEye) {
+  const struct {
+    TFlag flushViews, drawPaintsRed;
+    std::vector<bool> flushes;
+  } rows[] = {{0, 0, {}}, {1, 0, {true, true, true}}, {0, 1, {true, true}}};
+  for (const auto& row : rows) {
+    DrawingTree tree({0, 0, 100, 100});
+    tree.Add({0, 0, 50, 50}, kViewDrawTemporary32);
+    tree.Add({0, 0, 50, 50}, kViewDrawPermanent16);
+    CBufferBitmap surface({100, 100}, 32);
+    const CRegion all(TRect{0, 0, 100, 100});
+    PlainTools tools(surface.GetNativePort().fHDC, all.GetNativeRegion());
+    TDebugSettings settings = {};
+    settings.fFlushViews = row.flushViews;
+    settings.fDrawPaintsRed = row.drawPaintsRed;
+    settings.fDelayAfterFlushing = 1;
+    tree.DrawWith(tools, settings);
+    EXPECT_EQ(row.flushes, tools.fFlushes);
+  }
+}
+
 // --- Who is called
 
 TEST(DrawingWalk, OnlyWhatIsDirtyAndInSightIsCalled) {

@@ -142,6 +142,20 @@ TEST_F(NativeWindowWrapperTest, NestedMessagesAndChangesDoNotDisturbTheOuterWalk
   wrapper.RemoveProcListener(&b);
 }
 
+TEST_F(NativeWindowWrapperTest, WrongListenersAreReported) {
+  CNativeWindowWrapper wrapper(fWindow);
+  wrapper.AddProcListener(nullptr);
+  wrapper.RemoveProcListener(nullptr);
+  EXPECT_EQ((std::vector<std::string>{"0!=listener", "0!=listener"}), fOutput.fAssertions);
+  Listener a("a", [](auto&&...) { return LRESULT{5}; });
+  wrapper.AddProcListener(&a);
+  wrapper.AddProcListener(&a);
+  wrapper.RemoveProcListener(&a);  // one of the two
+  EXPECT_EQ(5, SendMessageW(fWindow, kMessage, 0, 0));
+  wrapper.RemoveProcListener(&a);
+  EXPECT_EQ(77, SendMessageW(fWindow, kMessage, 0, 0));
+}
+
 TEST_F(NativeWindowWrapperTest, FailedSubclassingChangesNothing) {
   NativeTestWindow other;
   const HWND gone = other;

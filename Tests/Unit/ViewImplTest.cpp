@@ -292,6 +292,20 @@ TEST_F(ViewTest, HitsAreOutermostFirst) {
   b.IView_Release();
 }
 
+TEST_F(ViewTest, RectangleListThatIsNotThere) {
+  struct Behavior : CDefaultViewBehavior {
+    TError IViewBehavior_GetHitRects(IRectsGetter& out) override {
+      EXPECT_EQ(kOK, out.IRectsGetter_AddRects(nullptr, 0));
+      return out.IRectsGetter_AddRects(nullptr, 3);
+    }
+  };
+  CallbackFactory factory([](IView&, TError&) { return new Behavior; });
+  const TViewImplPtr view = CViewImpl::MakeSubView(nullptr, factory, fRoot, "view");
+  SetRect(*view, {0, 0, 10, 10});
+  EXPECT_THROW(view->HitTest({5, 5}), std::invalid_argument);
+  view->IView_Release();
+}
+
 TEST_F(ViewTest, HitTestSurvivesChangesOfTheTree) {
   CViewImpl& a = fWindow.MakeView(fRoot, {0, 0, 50, 50}, "a");
   CViewImpl& b = fWindow.MakeView(fRoot, {0, 0, 50, 50}, "b");
