@@ -342,30 +342,23 @@ TEST_F(ContractDrawTools, OneOfPortAndPixelsAtATime) {
     const auto closePort = [&] { return tools.IDrawTools_CloseNativePort(); };
     const auto openPixels = [&] { return tools.IDrawTools_OpenRawPixels(pixels); };
     const auto closePixels = [&] { return tools.IDrawTools_CloseRawPixels(); };
-    const struct {
-      std::function<TError()> fCall;
-      TError fResult;
-      std::string fAssertion;
-    } steps[] = {
-        {closePort, 12003, illegal + "CloseNativePort: fNativePortIsOpen"},
-        {closePixels, 12003, illegal + "CloseRawPixels: fRawPixelsAreOpen"},
-        {openPort, 12000, ""},
-        {openPort, 12003, illegal + "OpenNativePort: !fNativePortIsOpen"},
-        {openPixels, 12003, illegal + "OpenRawPixels: !fNativePortIsOpen"},
-        {closePixels, 12002, bad + "CloseRawPixels: !fNativePortIsOpen"},
-        {closePort, 12000, ""},
-        {openPixels, 12000, ""},
-        {openPixels, 12003, illegal + "OpenRawPixels: !fRawPixelsAreOpen"},
-        {openPort, 12003, illegal + "OpenNativePort: !fRawPixelsAreOpen"},
-        {closePort, 12002, bad + "OpenNativePort: !fRawPixelsAreOpen"},
-        {closePixels, 12000, ""},
-    };
-    for (std::size_t i = 0; i < std::size(steps); ++i) {
-      SCOPED_TRACE(i);
+    const auto expect = [&](TError error, const std::string& assertion, TError result) {
+      EXPECT_EQ(error, result) << assertion;
+      EXPECT_EQ(assertion.empty() ? Texts() : Texts{assertion}, fOutput.fAssertions);
       fOutput.Reset();
-      EXPECT_EQ(steps[i].fResult, steps[i].fCall());
-      EXPECT_EQ(steps[i].fAssertion.empty() ? Texts() : Texts{steps[i].fAssertion}, fOutput.fAssertions);
-    }
+    };
+    expect(12003, illegal + "CloseNativePort: fNativePortIsOpen", closePort());
+    expect(12003, illegal + "CloseRawPixels: fRawPixelsAreOpen", closePixels());
+    expect(12000, "", openPort());
+    expect(12003, illegal + "OpenNativePort: !fNativePortIsOpen", openPort());
+    expect(12003, illegal + "OpenRawPixels: !fNativePortIsOpen", openPixels());
+    expect(12002, bad + "CloseRawPixels: !fNativePortIsOpen", closePixels());
+    expect(12000, "", closePort());
+    expect(12000, "", openPixels());
+    expect(12003, illegal + "OpenRawPixels: !fRawPixelsAreOpen", openPixels());
+    expect(12003, illegal + "OpenNativePort: !fRawPixelsAreOpen", openPort());
+    expect(12002, bad + "OpenNativePort: !fRawPixelsAreOpen", closePort());
+    expect(12000, "", closePixels());
     EXPECT_EQ("GetNativePort; CloseNativePort; OpenRawPixels; CloseRawPixels", tools.JoinedHooks());
     // A hook that fails leaves the port closed.
     tools.fOnHook = [] { throw XBadFormat(); };

@@ -20,28 +20,26 @@ TEntries Parsed(const TString& script) {
 }  // namespace
 
 TEST(StringScript, Scripts) {
-  const struct {
-    TString script;
-    TEntries entries;
-  } rows[] = {{u"0{}", {{0, u""}}},
-              {u" \t 65535 \t {a} \t ", {{65535, u"a"}}},
-              {u"00007{a} //x", {{7, u"a"}}},
-              {u"2{b}\n1{a}\r2{c}", {{2, u"b"}, {1, u"a"}, {2, u"c"}}},
-              {u"1{a}//x\u20282{b}\u20293{c}\r\n4{d}\r\r\n\n5{e}\n",
-               {{1, u"a"}, {2, u"b"}, {3, u"c"}, {4, u"d"}, {5, u"e"}}},
-              // No entries at all.
-              {u" ", {}},
-              {u"//", {}},
-              {u"// 1{a}\n\n  // b\r\n \t\n//", {}},
-              // The text between the braces.
-              {u"1{ {a\nb // c\t}", {{1, u" {a\nb // c\t"}}},
-              {u"1{\\r\\\\r\\n\\R\\}", {{1, u"\u2029\\\u2029\\n\\R\\"}}},
-              {u"1{\u201Ca\u201D\u2018\"}", {{1, u"\"a\"\u2018\""}}},
-              {u"1{\xD83D\xDE00\xDE00}", {{1, u"\xD83D\xDE00\xDE00"}}},
-              {TString(u"1{a\0b}", 6), {{1, TString(u"a\0b", 3)}}}};
+  const std::vector<std::pair<TString, TEntries>> rows = {
+      {u"0{}", {{0, u""}}},
+      {u" \t 65535 \t {a} \t ", {{65535, u"a"}}},
+      {u"00007{a} //x", {{7, u"a"}}},
+      {u"2{b}\n1{a}\r2{c}", {{2, u"b"}, {1, u"a"}, {2, u"c"}}},
+      {u"1{a}//x\u20282{b}\u20293{c}\r\n4{d}\r\r\n\n5{e}\n",
+       {{1, u"a"}, {2, u"b"}, {3, u"c"}, {4, u"d"}, {5, u"e"}}},
+      // No entries at all.
+      {u" ", {}},
+      {u"//", {}},
+      {u"// 1{a}\n\n  // b\r\n \t\n//", {}},
+      // The text between the braces.
+      {u"1{ {a\nb // c\t}", {{1, u" {a\nb // c\t"}}},
+      {u"1{\\r\\\\r\\n\\R\\}", {{1, u"\u2029\\\u2029\\n\\R\\"}}},
+      {u"1{\u201Ca\u201D\u2018\"}", {{1, u"\"a\"\u2018\""}}},
+      {u"1{\xD83D\xDE00\xDE00}", {{1, u"\xD83D\xDE00\xDE00"}}},
+      {TString(u"1{a\0b}", 6), {{1, TString(u"a\0b", 3)}}}};
   RecordingDebugOutput output;
-  for (const auto& row : rows)
-    EXPECT_EQ(row.entries, Parsed(row.script)) << testing::PrintToString(row.script);
+  for (const auto& [script, entries] : rows)
+    EXPECT_EQ(entries, Parsed(script)) << testing::PrintToString(script);
   EXPECT_TRUE(output.fAssertions.empty());
   EXPECT_TRUE(output.fLines.empty());
 }
@@ -80,12 +78,9 @@ TEST(StringScript, ReaderStaysInItsBlock) {
   EXPECT_EQ(2, bytes[0]);
   EXPECT_EQ(4, bytes[2]);
   reader.ReadBytes(4, 0, bytes);
-  const struct {
-    std::int64_t start;
-    std::int64_t size;
-  } rows[] = {{0, 5},  {4, 1},         {5, 0},         {-1, 2},
-              {1, -1}, {1, INT64_MAX}, {INT64_MAX, 1}, {INT64_MIN, INT64_MIN}};
-  for (const auto& row : rows) {
-    EXPECT_THROW(reader.ReadBytes(row.start, row.size, bytes), std::out_of_range) << row.start;
+  const std::vector<std::pair<std::int64_t, std::int64_t>> rows = {
+      {0, 5}, {4, 1}, {5, 0}, {-1, 2}, {1, -1}, {1, INT64_MAX}, {INT64_MAX, 1}, {INT64_MIN, INT64_MIN}};
+  for (const auto& [start, size] : rows) {
+    EXPECT_THROW(reader.ReadBytes(start, size, bytes), std::out_of_range) << start;
   }
 }

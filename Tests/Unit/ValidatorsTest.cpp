@@ -100,10 +100,6 @@ TEST(Validators, Numbers) {
               {0x02100000, 0x03000000, 0x04000000, 1});
   CheckValues(ValidateModalDialogStyleFlags, {0, 0x00D00000}, {0x00200000, 0x01000000});
   CheckValues(ValidateFloatingWindowStyleFlags, {0, 0x01F00000}, {0x02000000});
-  int shapes = 0;
-  for (std::uint32_t shape = 0; shape < 3000; ++shape)
-    shapes += IsValidBuiltInMouseShape(static_cast<TBuiltInMouseShape>(shape));
-  EXPECT_EQ(30, shapes);
 }
 
 TEST(Validators, DebugSettings) {
