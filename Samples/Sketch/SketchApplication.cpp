@@ -120,8 +120,8 @@ void CSketchApplication::OnDocumentChanged(const CSketchWindow& window) {
   if (fProperties && &window == fFront) fProperties->Refresh();
 }
 
-bool CSketchApplication::PerformShortcut(const TKeyEvent& event) {
-  const auto command = CommandOfKey(fMorvane, event);
+bool CSketchApplication::PerformShortcut(const TKeyEvent& event, bool alsoPlain) {
+  const auto command = CommandOfKey(fMorvane, event, alsoPlain);
   if (!command || !fFront || fFront->IsBlocked() || !fFront->IsCommandEnabled(*command)) return false;
   fFront->Perform(*command);
   return true;

@@ -38,8 +38,9 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
   void FocusFront();
   // A document, a selection or the style of new shapes has changed.
   void OnDocumentChanged(const CSketchWindow& window);
-  // Carries out the command of the front document whose shortcut a key is. False if it is none.
-  bool PerformShortcut(const NSMorvane::TKeyEvent& event);
+  // Carries out the command of the front document whose shortcut a key is; see CommandOfKey. False if it is
+  // none.
+  bool PerformShortcut(const NSMorvane::TKeyEvent& event, bool alsoPlain = false);
 
   // --- What all documents share
   TSketchTool Tool() const { return fTool; }

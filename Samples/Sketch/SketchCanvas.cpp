@@ -123,8 +123,15 @@ void CSketchCanvas::SetTool(TSketchTool tool) {
 
 TSketchPointer CSketchCanvas::Pointer(const TPoint& point, const TModifierKeys& modifiers) const {
   constexpr double kSlack = 4;
-  return {fViewport.ToDocument(point), (modifiers.fKeys & kModifierShift) != 0,
-          (modifiers.fKeys & kModifierControl) != 0, kSlack / fViewport.Scale()};
+  const TSketchPoint position = fViewport.ToDocument(point);
+  const TPoint pixel = fViewport.ToWindow(position);  // its first one, where it is shown as several
+  const double scale = std::max(fViewport.Scale(), 1.0);
+  return {position,
+          (modifiers.fKeys & kModifierShift) != 0,
+          (modifiers.fKeys & kModifierControl) != 0,
+          kSlack / fViewport.Scale(),
+          std::max(point.fX - pixel.fX, 0) / scale,
+          std::max(point.fY - pixel.fY, 0) / scale};
 }
 
 void CSketchCanvas::MakeShape() {
@@ -164,6 +171,7 @@ void CSketchCanvas::EditText(std::size_t index) {
 
 void CSketchCanvas::EditNewText(TSketchPoint position) {
   FinishText(true);
+  if (!fEditor.HasRoomFor(1)) return;
   TShape shape = ShapeAround(TSketchTool::kText, StyleOfNewShapes(), position);
   shape.fPoints = {position};
   fOwner.ChooseTool(TSketchTool::kSelect);

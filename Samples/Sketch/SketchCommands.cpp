@@ -36,7 +36,7 @@ constexpr struct {
     {kMenuEdit, u"_Edit"}, {kMenuShape, u"_Shape"}, {kMenuView, u"_View"}, {kMenuTools, u"_Tools"}};
 
 constexpr TRow kRows[] = {
-    {kMenuApplication, u"_About Sketch", kCommandAbout},
+    {kMenuApplication, u"_About Sketch", kCommandAbout, kKeyCharF1, 0},
     {kMenuDocument, u"_New", kCommandNew, u'n', kCtrl},
     {kMenuDocument, u"_Open...", kCommandOpen, u'o', kCtrl},
     {kMenuDocument},
@@ -134,10 +134,10 @@ std::vector<TMenuItem> ContextItems(const ISketchCommandTarget& target, bool onS
   return items;
 }
 
-std::optional<TSketchCommand> CommandOfKey(IMorvane& morvane, const TKeyEvent& event) {
+std::optional<TSketchCommand> CommandOfKey(IMorvane& morvane, const TKeyEvent& event, bool alsoPlain) {
   for (const TRow& row : kRows) {
     TFlag isMeant = 0;
-    if (row.fKey != 0 && row.fModifiers != 0 &&
+    if (row.fKey != 0 && (row.fModifiers != 0 || alsoPlain) &&
         morvane.IMorvane_CanKeyBeInterpretedAs(event.fPhysicalKey, event.fModifiers, ShortcutOf(row),
                                                isMeant) == kOK &&
         isMeant == 1)

@@ -62,8 +62,10 @@ void FillMenuBar(NSMorvane::IMenuBarState& state, const ISketchCommandTarget& ta
 // The items of the menu that a right click on a shape or on the sheet opens.
 std::vector<NSMorvane::TMenuItem> ContextItems(const ISketchCommandTarget& target, bool onShape);
 
-// The command whose shortcut a key press is. Windows without a menu bar ask this.
-std::optional<TSketchCommand> CommandOfKey(NSMorvane::IMorvane& morvane, const NSMorvane::TKeyEvent& event);
+// The command whose shortcut a key press is. Windows without a menu bar ask this. Shortcuts without Control
+// are those of a window in which nothing is typed: `alsoPlain`.
+std::optional<TSketchCommand> CommandOfKey(NSMorvane::IMorvane& morvane, const NSMorvane::TKeyEvent& event,
+                                           bool alsoPlain = false);
 
 // What the user reads of a tool, and the letter that chooses it.
 std::u16string NameOfTool(TSketchTool tool);

@@ -28,6 +28,10 @@ class CSketchControl : public NSMorvane::CDefaultHitViewBehavior {
   char16_t Mnemonic() const;
   // What its letter does: takes the focus, unless said otherwise.
   virtual void Activate();
+  // Whether it is a text, and letters go there.
+  virtual bool IsTyping() const { return false; }
+  // Takes over what is typed.
+  virtual void Commit() {}
 
   NSMorvane::TError IViewBehavior_Draw(NSMorvane::IDrawTools& tools) override;
   NSMorvane::TError IViewBehavior_OnOnDutyFocusChanged(NSMorvane::TFlag gained) override;

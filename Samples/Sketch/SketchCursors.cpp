@@ -11,8 +11,12 @@ IMouseShape* MakeMouseShape(IMorvane& morvane, TSketchCursor cursor, TError& out
       return morvane.IMorvane_CreateBuiltInMouseShape(kMouseShapeArrow, outError);
     case TSketchCursor::kText:
       return morvane.IMorvane_CreateBuiltInMouseShape(kMouseShapeText, outError);
-    case TSketchCursor::kHand:
-      return morvane.IMorvane_CreateBuiltInMouseShape(kMouseShapeHand, outError);
+    case TSketchCursor::kPencil:
+      return morvane.IMorvane_CreateBuiltInMouseShape(kMouseShapePencil, outError);
+    case TSketchCursor::kPen:
+      return morvane.IMorvane_CreateBuiltInMouseShape(kMouseShapePen, outError);
+    case TSketchCursor::kCrosshair:
+      return morvane.IMorvane_CreateBuiltInMouseShape(kMouseShapeCrosshair, outError);
     case TSketchCursor::kMove:
       return morvane.IMorvane_LoadResourceMouseShape("101", outError);
     case TSketchCursor::kPoint:

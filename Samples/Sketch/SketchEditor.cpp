@@ -150,7 +150,7 @@ CSketchEditor::TStep CSketchEditor::Insertion(std::size_t index, const TShape& s
 }
 
 void CSketchEditor::Add(const char* name, const std::vector<TShape>& shapes) {
-  if (shapes.empty()) return;
+  if (shapes.empty() || !HasRoomFor(shapes.size())) return;
   std::vector<TStep> steps;
   std::size_t index = fDocument->Shapes().size();
   std::string notes = fDocument->FileParts().fEndNotes;

@@ -52,7 +52,9 @@ class CSketchEditor {
   TSketchRect SelectionFrame() const;
 
   // --- Changes. Each is one step of undo. Those that are about the selection do nothing without one.
-  // Puts shapes in front of all others and selects them.
+  // Whether the document can take so many shapes more: a file holds kMaxShapes.
+  bool HasRoomFor(std::size_t count) const { return count <= kMaxShapes - fDocument->Shapes().size(); }
+  // Puts shapes in front of all others and selects them. Nothing is done if there is no room for them.
   void Add(const char* name, const std::vector<TShape>& shapes);
   void RemoveSelected(const char* name);
   // Moves of the same selection, one directly after the other, are one step of undo.

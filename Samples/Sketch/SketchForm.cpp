@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <algorithm>
+
 #include "SketchControls.h"
 #include "SketchTheme.h"
 
@@ -37,6 +39,16 @@ void CSketchForm::Finish(IView& first) {
 }
 
 void CSketchForm::SetDefault(CSketchButton& button) { fDefault = &button; }
+
+bool CSketchForm::IsTyping() const {
+  return std::any_of(fControls.begin(), fControls.end(),
+                     [](const TEntry& entry) { return entry.fControl->IsTyping(); });
+}
+
+void CSketchForm::Commit() {
+  for (const TEntry& entry : fControls)
+    if (entry.fControl->IsTyping()) entry.fControl->Commit();
+}
 
 bool CSketchForm::Key(const TKeyEvent& event) {
   const TSketchKey key = MeaningOf(fMorvane, event);

@@ -49,6 +49,10 @@ class CSketchForm {
   void SetCancel(CSketchButton& button) { fCancel = &button; }
   bool IsDefault(const CSketchButton& button) const { return fDefault == &button; }
 
+  // Whether letters go into a text field.
+  bool IsTyping() const;
+  // Has the fields take over what is typed.
+  void Commit();
   // A key that the control with the focus did not want.
   bool Key(const NSMorvane::TKeyEvent& event);
 

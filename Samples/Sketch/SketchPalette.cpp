@@ -132,7 +132,7 @@ void CSketchToolButton::Invalidate() { fMorvane.IMorvane_InvalidateView(fView, R
 // --- The window
 
 CSketchPalette::CSketchPalette(IFloatingWindow& window, IMorvane& morvane, CSketchApplication& application)
-    : CDefaultFloatingWindowBehavior(window), fApplication(application) {
+    : CDefaultFloatingWindowBehavior(window), fMorvane(morvane), fApplication(application) {
   TViewParams background = ViewParams(kViewDrawTemporary32);
   background.fRect = {0, 0, kClientSize.fWidth, kClientSize.fHeight};
   ThrowIfFailed(fBackground.Create(morvane, RootViewOf(window), "Palette", background));
@@ -163,10 +163,17 @@ void CSketchPalette::StayAbove() {
     ::SetWindowPos(native.fHwnd, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
+// Nothing is typed here, so all shortcuts are those of the document in front, which gets the keys back with
+// Escape.
 TError CSketchPalette::IFloatingWindowBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) {
   outHandled = 0;
   return Guarded([&] {
-    outHandled = fApplication.PerformShortcut(event) ? 1 : 0;
+    if (MeaningOf(fMorvane, event).fCharacter == kKeyEscape) {
+      outHandled = 1;
+      fApplication.FocusFront();
+    } else if (fApplication.PerformShortcut(event, true)) {
+      outHandled = 1;
+    }
     return TError{kOK};
   });
 }

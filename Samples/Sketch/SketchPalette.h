@@ -51,6 +51,7 @@ class CSketchPalette : public NSMorvane::CDefaultFloatingWindowBehavior {
                                                           NSMorvane::TFlag& outHandled) override;
 
  private:
+  NSMorvane::IMorvane& fMorvane;
   CSketchApplication& fApplication;
   NSMorvane::CViewOf<CSketchFormView> fBackground;
   std::array<NSMorvane::CViewOf<CSketchToolButton>, kSketchToolCount> fButtons;

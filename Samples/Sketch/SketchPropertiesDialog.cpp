@@ -37,6 +37,34 @@ const char16_t* NameOf(TShapeKind kind) {
   return kNames[static_cast<std::size_t>(kind)];
 }
 
+// Has a flag set for the length of a block.
+class CRefreshScope {
+ public:
+  explicit CRefreshScope(bool& flag) : fFlag(flag) { fFlag = true; }
+  ~CRefreshScope() { fFlag = false; }
+  CRefreshScope(const CRefreshScope&) = delete;
+  CRefreshScope& operator=(const CRefreshScope&) = delete;
+
+ private:
+  bool& fFlag;
+};
+
+// While a text is typed these keys belong to it, not to the shapes.
+bool IsKeyOfText(TSketchCommand command) {
+  switch (command) {
+    case kCommandCut:
+    case kCommandCopy:
+    case kCommandPaste:
+    case kCommandDuplicate:
+    case kCommandDelete:
+    case kCommandSelectAll:
+    case kCommandSelectNone:
+      return true;
+    default:
+      return false;
+  }
+}
+
 }  // namespace
 
 CSketchPropertiesDialog::CSketchPropertiesDialog(IModelessDialog& window, IMorvane& morvane,
@@ -145,6 +173,12 @@ void CSketchPropertiesDialog::ChangeFrame(const std::function<void(TSketchRect&)
   const TSketchRect before = editor->SelectionFrame();
   TSketchRect after = before;
   change(after);
+  TSketchPoint move = {after.fLeft - before.fLeft, after.fTop - before.fTop};
+  if (after.fRight - before.fRight == move.fX && after.fBottom - before.fBottom == move.fY) {
+    for (const std::size_t index : editor->Selection()) move = PossibleMove(editor->Shape(index), move);
+    Change("Place", [move](TShape& shape) { shape = MovedBy(shape, move.fX, move.fY); });
+    return;
+  }
   Change("Place", [&](TShape& shape) {
     const auto scaled = [](std::int32_t value, std::int32_t a, std::int32_t b, std::int32_t newA,
                            std::int32_t newB) {
@@ -173,7 +207,7 @@ void CSketchPropertiesDialog::SetFrame(const TSketchRect& frame, bool hasFrame, 
 }
 
 void CSketchPropertiesDialog::Refresh() {
-  fIsRefreshing = true;
+  const CRefreshScope scope(fIsRefreshing);
   const CSketchEditor* const editor = Editor();
   const TShapeIndices none;
   const TShapeIndices& selection = editor ? editor->Selection() : none;
@@ -205,7 +239,6 @@ void CSketchPropertiesDialog::Refresh() {
   fText->SetEnabled(isOneText);
   fSize->SetNumber(shape.fSize);
   fSize->SetEnabled(hasText);
-  fIsRefreshing = false;
 }
 
 // Escape goes back to the document, and closes the dialog; shortcuts are those of the document in front.
@@ -218,7 +251,11 @@ TError CSketchPropertiesDialog::IModelessDialogBehavior_HandleKeyDown(const TKey
       Refresh();  // what was typed and not taken over
       return fWindow.IModelessDialog_Release();
     }
-    outHandled = fForm.Key(event) || fApplication.PerformShortcut(event) ? 1 : 0;
+    if (fForm.Key(event)) return TError{kOK};
+    const auto command = CommandOfKey(fForm.Morvane(), event);
+    if (command && fForm.IsTyping() && IsKeyOfText(*command)) return TError{kOK};
+    if (command) fForm.Commit();  // what is typed is part of what is saved, or undone
+    outHandled = fApplication.PerformShortcut(event) ? 1 : 0;
     return TError{kOK};
   });
 }

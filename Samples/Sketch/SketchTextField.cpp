@@ -101,6 +101,7 @@ void CSketchNumberField::Change(std::int32_t number) {
 }
 
 void CSketchNumberField::Commit() {
+  if (Value() == AsciiText(std::to_string(fNumber))) return;  // which may lie beyond the limits
   std::string digits;
   for (const char16_t c : Value()) digits += c < 128 ? static_cast<char>(c) : '?';
   char* end = nullptr;

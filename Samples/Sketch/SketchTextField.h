@@ -14,6 +14,7 @@ class CSketchTextField : public CSketchControl {
       : CSketchControl(view, form, {}), fOnChange(std::move(onChange)) {}
   const std::u16string& Value() const { return fLine.Text(); }
   void SetValue(const std::u16string& text);
+  bool IsTyping() const override { return HasFocus(); }
 
   NSMorvane::IMouseShape* IViewBehavior_GetMouseShape(const NSMorvane::TMouseShapeRequest& request,
                                                       NSMorvane::TMousePhase phase,
@@ -45,7 +46,7 @@ class CSketchNumberField : public CSketchTextField {
   std::int32_t Number() const { return fNumber; }
   void SetNumber(std::int32_t number);
   // Takes what is typed; what is no number goes back to the one before.
-  void Commit();
+  void Commit() override;
 
  protected:
   bool Key(const TSketchKey& key) override;

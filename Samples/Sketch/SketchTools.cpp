@@ -198,9 +198,13 @@ class CBoxTool : public CSketchTool {
   CBoxTool(TSketchTool tool, CSketchEditor& editor, ISketchToolHost& host)
       : fTool(tool), fEditor(editor), fHost(host) {}
 
-  TSketchCursor CursorAt(const TSketchPointer&) const override { return TSketchCursor::kCross; }
+  TSketchCursor CursorAt(const TSketchPointer&) const override {
+    if (fTool == TSketchTool::kLine) return TSketchCursor::kPencil;
+    return fTool == TSketchTool::kEllipse ? TSketchCursor::kCrosshair : TSketchCursor::kCross;
+  }
 
   bool Press(const TSketchPointer& pointer, bool) override {
+    if (!fEditor.HasRoomFor(1)) return false;
     fStart = pointer.fPosition;
     fIsDragging = true;
     fBefore = fEditor.Selection();
@@ -258,10 +262,11 @@ class CPolylineTool : public CSketchTool {
  public:
   CPolylineTool(CSketchEditor& editor, ISketchToolHost& host) : fEditor(editor), fHost(host) {}
 
-  TSketchCursor CursorAt(const TSketchPointer&) const override { return TSketchCursor::kCross; }
+  TSketchCursor CursorAt(const TSketchPointer&) const override { return TSketchCursor::kPen; }
 
   bool Press(const TSketchPointer& pointer, bool isDouble) override {
     if (!fEditor.IsInGesture()) {
+      if (!fEditor.HasRoomFor(1)) return false;
       fPoints = {pointer.fPosition};
       fBefore = fEditor.Selection();
       fEditor.Select({});
@@ -373,8 +378,8 @@ std::optional<THandle> HandleAt(const CSketchEditor& editor, const TSketchPointe
   const std::vector<THandle> handles = HandlesOf(editor.Shape(editor.Selection()[0]));
   // Of those that lie together the last one, which is drawn above the others.
   for (auto handle = handles.rbegin(); handle != handles.rend(); ++handle)
-    if (std::abs(handle->fPosition.fX - pointer.fPosition.fX) <= pointer.fSlack &&
-        std::abs(handle->fPosition.fY - pointer.fPosition.fY) <= pointer.fSlack)
+    if (std::abs(handle->fPosition.fX - pointer.fPosition.fX - pointer.fBeyondX) <= pointer.fSlack &&
+        std::abs(handle->fPosition.fY - pointer.fPosition.fY - pointer.fBeyondY) <= pointer.fSlack)
       return *handle;
   return std::nullopt;
 }

@@ -22,9 +22,10 @@ enum class TSketchCursor {
   kSizeNS,
   kSizeNWSE,
   kSizeNESW,
-  kHand
+  kPencil,
+  kPen,
+  kCrosshair
 };
-constexpr std::size_t kSketchCursorCount = 10;
 
 // Where the mouse is.
 struct TSketchPointer {
@@ -32,6 +33,8 @@ struct TSketchPointer {
   bool fShift = false;    // constrains, or adds to the selection
   bool fControl = false;  // adds to the selection
   double fSlack = 4;      // how far beside something still counts as on it
+  double fBeyondX = 0;    // the part of a pixel by which the mouse is beyond the position
+  double fBeyondY = 0;
 };
 
 // What a tool needs of the view it works in.

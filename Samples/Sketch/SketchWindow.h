@@ -59,6 +59,7 @@ class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
   NSMorvane::TError IDocumentWindowBehavior_OnSetupMenuBar(NSMorvane::IMenuBarState& state) override;
   NSMorvane::TError IDocumentWindowBehavior_OnMenuCommand(const NSMorvane::TMenuCommandEvent& event,
                                                           NSMorvane::TFlag& outHandled) override;
+  NSMorvane::TError IDocumentWindowBehavior_OnHelpRequested(NSMorvane::TFlag& outHandled) override;
   NSMorvane::TError IDocumentWindowBehavior_OnRequestClose(NSMorvane::TCloseReason reason) override;
 
  private:

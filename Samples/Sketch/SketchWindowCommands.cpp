@@ -185,8 +185,19 @@ void CSketchWindow::Copy() {
 
 // A little beside what they are copies of, and the next time beside these.
 void CSketchWindow::Paste(const char* name, const std::vector<TShape>& shapes) {
+  if (!fEditor.HasRoomFor(shapes.size())) {
+    ShowMessage(DialogPlace(),
+                {u"Sketch",
+                 u"There is no room for these shapes",
+                 {u"A document holds " + AsciiText(std::to_string(kMaxShapes)) + u" shapes at most."},
+                 {u"OK"}},
+                [](std::size_t) {});
+    return;
+  }
+  TSketchPoint move = {kShiftOfCopies, kShiftOfCopies};
+  for (const TShape& shape : shapes) move = PossibleMove(shape, move);
   std::vector<TShape> copies;
-  for (const TShape& shape : shapes) copies.push_back(MovedBy(shape, kShiftOfCopies, kShiftOfCopies));
+  for (const TShape& shape : shapes) copies.push_back(MovedBy(shape, move.fX, move.fY));
   fEditor.Add(name, copies);
   if (&shapes == &fApplication.Copied()) fApplication.Copied() = copies;
   fCanvas.Reveal(fEditor.SelectionFrame());
@@ -228,6 +239,14 @@ TError CSketchWindow::IDocumentWindowBehavior_OnMenuCommand(const TMenuCommandEv
   return Guarded([&] {
     // It may have been chosen before a dialog came.
     if (!IsBlocked()) Perform(static_cast<TSketchCommand>(event.fCommand));
+    return TError{kOK};
+  });
+}
+
+TError CSketchWindow::IDocumentWindowBehavior_OnHelpRequested(TFlag& outHandled) {
+  outHandled = 1;
+  return Guarded([&] {
+    if (!IsBlocked()) Perform(kCommandAbout);
     return TError{kOK};
   });
 }
