@@ -51,6 +51,25 @@ TError CSketchApplication::IMorvaneRunBehavior_OnAppMessage(std::uint32_t messag
   return rounds > 0 ? fMorvane.IMorvane_PostAppMessage(kMessagePaletteAbove, rounds - 1) : kOK;
 }
 
+// Says so once; what else fails until the user has answered has most likely the same cause.
+TError CSketchApplication::IMorvaneRunBehavior_OnUnhandledError(TError error) {
+  TFlag isQuitting = 0;
+  if (fIsReporting || fMorvane.IMorvane_IsQuitting(isQuitting) != kOK || isQuitting == 1) return kOK;
+  fIsReporting = true;
+  const TError told = Guarded([&] {
+    ShowMessage({fMorvane, nullptr, MiddleOfScreen(fMorvane)},
+                {u"Sketch",
+                 u"Something could not be done",
+                 {u"There may be too little memory. Save your documents.",
+                  u"Error " + AsciiText(std::to_string(error))},
+                 {u"OK"}},
+                [this](std::size_t) { fIsReporting = false; });
+    return TError{kOK};
+  });
+  if (told != kOK) fIsReporting = false;
+  return told;
+}
+
 // --- Documents
 
 void CSketchApplication::OpenUntitled() {
@@ -81,7 +100,7 @@ void CSketchApplication::OpenFile(const std::u16string& givenPath) {
   std::u16string message;
   if (!LoadSketch(path, *document, message)) {
     ThrowIfFailed(
-        CreateDocumentWindow<CSketchMessageWindow>(fMorvane, kDocumentStyle, fMorvane, path, message));
+        CreateDocumentWindow<CSketchMessageWindow>(fMorvane, kDocumentStyle, fMorvane, *this, path, message));
     return;
   }
   ThrowIfFailed(CreateDocumentWindow<CSketchWindow>(fMorvane, kDocumentStyle, fMorvane, *this,

@@ -23,6 +23,7 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
   NSMorvane::TError IMorvaneRunBehavior_OnNoDocument(NSMorvane::TNoDocumentKind kind) override;
   NSMorvane::TError IMorvaneRunBehavior_OnOpenURL(const char* url) override;
   NSMorvane::TError IMorvaneRunBehavior_OnAppMessage(std::uint32_t message, std::uint32_t rounds) override;
+  NSMorvane::TError IMorvaneRunBehavior_OnUnhandledError(NSMorvane::TError error) override;
 
   // --- Documents. Everything that does something throws XFailed.
   void OpenUntitled();
@@ -72,6 +73,7 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
   std::vector<TShape> fCopied;
   CSketchPalette* fPalette = nullptr;              // its window's
   CSketchPropertiesDialog* fProperties = nullptr;  // its window's
+  bool fIsReporting = false;                       // that something failed
   bool fWantsPalette = true;                       // it comes with the first document
 };
 

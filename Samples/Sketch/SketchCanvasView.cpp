@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <algorithm>
+
 #include "SketchCanvas.h"
 #include "SketchCursors.h"
 #include "SketchDrag.h"
@@ -188,7 +190,10 @@ bool CSketchCanvasView::Key(const TSketchKey& key, const TKeyEvent& event) {
       return !fCanvas.TextEditing().IsActive() && !key.fAlt && ArrowKey(key);
     case kKeyCharPageUp:
     case kKeyCharPageDown:
-      fCanvas.Scroll({0, key.fCharacter == kKeyCharPageUp ? HeightOf(area) : -HeightOf(area)});
+      if (key.fShift)
+        fCanvas.Scroll({key.fCharacter == kKeyCharPageUp ? WidthOf(area) : -WidthOf(area), 0});
+      else
+        fCanvas.Scroll({0, key.fCharacter == kKeyCharPageUp ? HeightOf(area) : -HeightOf(area)});
       return true;
     case kKeyCharF1 + 9:
       if (key.fShift) ShowMenuByKey();
@@ -263,10 +268,12 @@ void CSketchCanvasView::ShowMenuByKey() {
   fCanvas.FinishText(true);
   const bool onShape = !fCanvas.Editor().Selection().empty();
   const TSketchRect frame = fCanvas.Editor().SelectionFrame();
-  fCanvas.Owner().ShowContextMenu(onShape
-                                      ? fCanvas.Viewport().ToWindow(TSketchPoint{frame.fRight, frame.fBottom})
-                                      : fCanvas.Viewport().Middle(),
-                                  onShape);
+  const TRect& area = fCanvas.Viewport().Area();
+  TPoint point = onShape ? fCanvas.Viewport().ToWindow(TSketchPoint{frame.fRight, frame.fBottom})
+                         : fCanvas.Viewport().Middle();
+  point = {std::clamp(point.fX, area.fLeft, std::max(area.fLeft, area.fRight - 1)),
+           std::clamp(point.fY, area.fTop, std::max(area.fTop, area.fBottom - 1))};
+  fCanvas.Owner().ShowContextMenu(point, onShape);
 }
 
 TError CSketchCanvasView::IViewBehavior_OnOnDutyFocusChanged(TFlag gained) {

@@ -56,6 +56,17 @@ TError CSketchDrag::IMouseCapture_OnModifiersChanged(const TModifierKeysEvent&,
   });
 }
 
+// The wheel scrolls or zooms as ever, and what is dragged stays at the mouse.
+TError CSketchDrag::IMouseCapture_OnMouseWheel(const TMouseWheelEvent& event, TFlag& outHandled) {
+  outHandled = 1;
+  return Guarded([&] {
+    if (!fView) return TError{kOK};
+    ThrowIfFailed(fView->IViewBehavior_OnMouseWheel(event, outHandled));
+    DragTo(event.fPosition, event.fModifiers);
+    return TError{kOK};
+  });
+}
+
 TError CSketchDrag::IMouseCapture_OnMouseUp(const TMouseEvent& event) {
   if (!fView || event.fButtons != 1) return kOK;
   CSketchCanvas& canvas = fView->fCanvas;

@@ -20,6 +20,8 @@ class CSketchDrag : public NSMorvane::CDefaultMouseCapture {
   NSMorvane::TError IMouseCapture_OnMouseMove(const NSMorvane::TMouseTracking& event) override;
   NSMorvane::TError IMouseCapture_OnModifiersChanged(const NSMorvane::TModifierKeysEvent& previous,
                                                      const NSMorvane::TModifierKeysEvent& now) override;
+  NSMorvane::TError IMouseCapture_OnMouseWheel(const NSMorvane::TMouseWheelEvent& event,
+                                               NSMorvane::TFlag& outHandled) override;
   NSMorvane::TError IMouseCapture_OnKeyDown(const NSMorvane::TKeyEvent& event,
                                             NSMorvane::TFlag& outHandled) override;
   NSMorvane::IMouseShape* IMouseCapture_GetMouseShape(const NSMorvane::TMouseShapeRequest& request,

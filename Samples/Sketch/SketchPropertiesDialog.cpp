@@ -125,6 +125,7 @@ CSketchPropertiesDialog::CSketchPropertiesDialog(IModelessDialog& window, IMorva
             [this](const std::u16string& text) {
               const std::string utf8 = UTF8FromText(text);
               if (utf8.size() > kMaxTextBytes) return;
+              if (utf8.empty()) return;  // a text without letters could not be seen any more
               Change("Edit Text", [&](TShape& shape) {
                 if (shape.fKind == TShapeKind::kText) shape.fText = utf8;
               });
@@ -250,6 +251,11 @@ TError CSketchPropertiesDialog::IModelessDialogBehavior_HandleKeyDown(const TKey
     if (MeaningOf(fForm.Morvane(), event).fCharacter == kKeyEscape) {
       Refresh();  // what was typed and not taken over
       return fWindow.IModelessDialog_Release();
+    }
+    if (MeaningOf(fForm.Morvane(), event).fCharacter == kKeyCharF1 + 3) {  // there and back
+      fForm.Commit();
+      fApplication.FocusFront();
+      return TError{kOK};
     }
     if (fForm.Key(event)) return TError{kOK};
     const auto command = CommandOfKey(fForm.Morvane(), event);

@@ -44,8 +44,8 @@ void SetUpWindow(IMorvane& morvane, IDocumentWindow& window, const std::u16strin
   ideal.fWidth = std::max(std::min(ideal.fWidth, room.fWidth), minimum.fWidth);
   ideal.fHeight = std::max(std::min(ideal.fHeight, room.fHeight), minimum.fHeight);
   const std::int32_t shift = kCascadeStep * (windowsSoFar++ % kCascadeWindows);
-  const std::int32_t left = kScreenMargin + std::clamp(room.fWidth - ideal.fWidth, 0, shift);
-  const std::int32_t top = kScreenMargin + std::clamp(room.fHeight - ideal.fHeight, 0, shift);
+  const std::int32_t left = screen.fLeft + kScreenMargin + std::clamp(room.fWidth - ideal.fWidth, 0, shift);
+  const std::int32_t top = screen.fTop + kScreenMargin + std::clamp(room.fHeight - ideal.fHeight, 0, shift);
 
   ThrowIfFailed(ChangeState(window, [&](TDocumentWindowState& state) {
     CopyText(state.fTitle, title);
@@ -56,6 +56,12 @@ void SetUpWindow(IMorvane& morvane, IDocumentWindow& window, const std::u16strin
                                   top + HeightOf(state.fPlacement.fUserRect)};
     state.fPlacement.fZoomState = kWindowStateIdeal;
   }));
+}
+
+bool IsBlockedWindow(IWindow& window) {
+  TNativeWindow native = {nullptr};
+  ThrowIfFailed(window.IWindow_GetNativeWindow(native));
+  return !::IsWindowEnabled(native.fHwnd);
 }
 
 CSketchWindow::CSketchWindow(IDocumentWindow& window, IMorvane& morvane, CSketchApplication& application,
@@ -131,11 +137,7 @@ TError CSketchWindow::IDocumentWindowBehavior_HandleKeyDown(const TKeyEvent& eve
   });
 }
 
-bool CSketchWindow::IsBlocked() const {
-  TNativeWindow native = {nullptr};
-  ThrowIfFailed(Window().IWindow_GetNativeWindow(native));
-  return !::IsWindowEnabled(native.fHwnd);
-}
+bool CSketchWindow::IsBlocked() const { return IsBlockedWindow(Window()); }
 
 // --- What has changed
 

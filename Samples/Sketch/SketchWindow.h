@@ -106,6 +106,9 @@ class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
   bool fIsAsking = false;     // whether to save
 };
 
+// Whether a dialog is to be answered before anything is done in the window.
+bool IsBlockedWindow(NSMorvane::IWindow& window);
+
 // Gives a new window its title, its least size, its first size (`ideal`, as far as the main monitor has room
 // for it) and its place, a little below and to the right of the window before.
 void SetUpWindow(NSMorvane::IMorvane& morvane, NSMorvane::IDocumentWindow& window,
