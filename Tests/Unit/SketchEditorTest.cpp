@@ -185,6 +185,29 @@ TEST_F(SketchEditor, SelectToolChoosesMovesAndPulls) {
   EXPECT_EQ(Written(), kSample);
 }
 
+TEST_F(SketchEditor, GivingUpLeavesTheSelectionAlone) {
+  for (const TSketchTool tool : {TSketchTool::kSelect, TSketchTool::kRectangle, TSketchTool::kPolyline}) {
+    Choose(tool);
+    fEditor->Select({1});
+    fTool->Press({{0, 0}}, false);
+    fTool->Drag({{120, 210}});
+    EXPECT_TRUE(fTool->Cancel());
+    EXPECT_EQ(fEditor->Selection(), (TShapeIndices{1}));
+  }
+  fTool->Press({{1, 1}}, false);
+  EXPECT_TRUE(fTool->Finish());  // one point is no polyline
+  EXPECT_TRUE(fEditor->Selection().empty());
+  EXPECT_EQ(Written(), kSample);
+}
+
+TEST_F(SketchEditor, HandlesReachEquallyFarToEachSide) {
+  fEditor->Select({0});  // at eightfold size half a pixel reaches four pixels of the window
+  EXPECT_TRUE(HandleAt(*fEditor, {{9, 9}, false, false, 0.5, 0.5, 0.75}));
+  EXPECT_TRUE(HandleAt(*fEditor, {{10, 10}, false, false, 0.5, 0.5, 0.25}));
+  EXPECT_FALSE(HandleAt(*fEditor, {{9, 9}, false, false, 0.5, 0.25, 0.75}));
+  EXPECT_FALSE(HandleAt(*fEditor, {{10, 10}, false, false, 0.5, 0.5, 0.75}));
+}
+
 TEST_F(SketchEditor, ToolsMakeShapes) {
   Choose(TSketchTool::kRectangle);
   Drag({{500, 300}, {450, 320}, {440, 330}});
