@@ -93,7 +93,7 @@ class IModifierKeyListener {
 // Why a key release callback is called.
 enum TKeyReleaseReason : std::uint32_t {
   kKeyReleaseKeyUp = 713,       // the key went up
-  kKeyReleaseDeactivated = 714  // the window was deactivated while the key was down
+  kKeyReleaseDeactivated = 714  // a window with a focus view was deactivated; the key may be up already
 };
 
 // Implemented by the client, installed with IMorvane_InstallKeyReleaseCallback, never deleted by the library.

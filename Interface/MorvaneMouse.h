@@ -66,7 +66,7 @@ struct TMouseState {
 // The two passes over the views under the mouse.
 enum TMousePhase : std::uint32_t {
   kMousePhaseNormal = 8000,  // from the front to the root
-  kMousePhasePre = 8001      // from the root to the front: a view can claim the event from those before it
+  kMousePhasePre = 8001  // from the root to the front: a view can claim the event from those in front of it
 };
 
 enum TMouseEventType : std::uint32_t {
@@ -96,7 +96,7 @@ struct TMouseShapeRequest {
   std::uint32_t fButtons;  // as in TMouseState
   TPoint fPosition;
   TModifierKeys fModifiers;
-  std::uint32_t fViewCount;  // as in TMouseEvent
+  std::uint32_t fViewCount;  // as in TMouseEvent, in the pre pass of tracking; else 0
   IView* const* fViews;
 };
 
@@ -116,7 +116,9 @@ struct TMouseWheelEvent {
   std::uint64_t fTimeMS;
 };
 
-// Implemented by the client. While it is in force, it alone gets the mouse of its window, and no view does.
+// Implemented by the client. While it is in force, it alone gets the mouse of its window, and no view does; a
+// turn of the wheel and keys that it does not handle go on to the focus chain. When the right button goes up,
+// IMouseCapture_OnMouseUp is followed by IMouseCapture_OnMouseDown with kMouseEventContextClick.
 // The library owns it from a successful IMorvane_AllocateMouseCapture on, and deletes it when the capture
 // ends.
 class IMouseCapture {

@@ -131,7 +131,8 @@ class IViewBehavior {
   virtual TError IViewBehavior_OnMouseTracking(const TMouseTracking& event, TMousePhase phase,
                                                TFlag& outHandled) = 0;
   virtual TError IViewBehavior_OnMouseEnterExit(TFlag entered) = 0;
-  // The shape to show over this view, or null. The library deletes it.
+  // The shape to show over this view, or null. The library deletes it. Without outHandled the next view is
+  // asked, and what it answers stands instead, null included.
   virtual IMouseShape* IViewBehavior_GetMouseShape(const TMouseShapeRequest& request, TMousePhase phase,
                                                    TFlag& outHandled, TError& outError) = 0;
   // Along the focus chain.

@@ -47,8 +47,10 @@ def read_pictures(path):
             pictures[-1][4].append(line)
     for number, size, bits, hot_spot, rows in pictures:
         allowed = ".#o" if bits == 1 else "." + "".join(COLORS)
-        if len(rows) != size or any(len(row) != size for row in rows) or max(hot_spot) >= size:
+        if len(rows) != size or any(len(row) != size for row in rows):
             sys.exit(f"{path}: picture {number} is not {size} by {size}")
+        if max(hot_spot) >= size:
+            sys.exit(f"{path}: the hot spot of picture {number} is outside of it")
         if any(pixel not in allowed for row in rows for pixel in row):
             sys.exit(f"{path}: picture {number} has a pixel that is none of {allowed}")
     return pictures
@@ -96,7 +98,10 @@ def main(folder, output):
             if (CURSOR, number) in resources:
                 sys.exit(f"{path}: there is another picture with the number {number}")
             resources[CURSOR, number] = data
-        resources[GROUP_CURSOR, int(path.stem.split("-")[0])] = make_group(pictures, sizes)
+        group = int(path.stem.split("-")[0])
+        if (GROUP_CURSOR, group) in resources:
+            sys.exit(f"{path}: there is another cursor with the number {group}")
+        resources[GROUP_CURSOR, group] = make_group(pictures, sizes)
     head = make_resource(0, 0, b"")[:-16] + bytes(16)
     entries = [make_resource(kind, number, data) for (kind, number), data in sorted(resources.items())]
     pathlib.Path(output).write_bytes(head + b"".join(entries))

@@ -118,8 +118,7 @@ void CViewImpl::SetBehavior(boost::shared_ptr<IViewBehavior> behavior) {
     fImplFocusTools = document;
     fViewWindow = dynamic_cast<IViewWindow*>(fMotherWindow);
   }
-  if (fBehavior && fViewWindow && !fTooltipText.empty())
-    fTooltipHandle = fViewWindow->AddTool(*this, fTooltipText);
+  if (fBehavior && fViewWindow && !fTooltipText.empty()) AddTooltip(TString(fTooltipText));
 }
 
 CViewImpl::~CViewImpl() {
@@ -351,19 +350,30 @@ void CViewImpl::CViewGlue_SetTooltipText(const TString& text) {
     } else if (fTooltipHandle != 0) {
       fViewWindow->UpdateToolText(fTooltipHandle, *this, newText);
     } else {
-      const std::uint32_t handle = fViewWindow->AddTool(*this, newText);
-      if (handle == 0) MORVANE_THROW(XOutOfMemory());
-      RemoveTooltip();  // the behaviour may have set a text while it was asked for its control
-      fTooltipHandle = handle;
+      AddTooltip(newText);
+      if (fTooltipHandle == 0) MORVANE_THROW(XOutOfMemory());
     }
   }
   fTooltipText.swap(newText);
 }
 
+// Both ask the behaviour for its control, and it may set another text meanwhile.
+
+void CViewImpl::AddTooltip(const TString& text) {
+  const std::uint32_t added = fViewWindow->AddTool(*this, text);
+  const std::uint32_t handle = std::exchange(fTooltipHandle, added);
+  if (handle != 0) fViewWindow->RemoveTool(handle, *this);
+}
+
 void CViewImpl::RemoveTooltip() {
   if (fTooltipHandle == 0 || !fViewWindow) return;
-  fViewWindow->RemoveTool(fTooltipHandle, *this);
-  fTooltipHandle = 0;
+  const std::uint32_t handle = std::exchange(fTooltipHandle, 0);
+  try {
+    fViewWindow->RemoveTool(handle, *this);
+  } catch (...) {
+    if (fTooltipHandle == 0) fTooltipHandle = handle;
+    MORVANE_RETHROW();
+  }
 }
 
 // --- Plain hooks

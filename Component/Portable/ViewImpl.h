@@ -153,6 +153,7 @@ class CViewImpl : public CViewGlue {
   // Life
   void LeaveTabViews();
   void GiveUpFocus();
+  void AddTooltip(const TString& text);
   void RemoveTooltip();
   static void ReleaseSuperViews(TViewImplPtr view);
 

@@ -313,6 +313,8 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
     bool fIsCalled;  // once; it is in the list until the call returns
   };
   using TKeyReleaseList = std::list<boost::shared_ptr<TKeyReleaseEntry>>;
+  // Still in the list, whatever the others did, and not called yet.
+  bool IsWaiting(const boost::shared_ptr<TKeyReleaseEntry>& entry) const;
   TError CallKeyRelease(const boost::shared_ptr<TKeyReleaseEntry>& entry, const TPhysicalKeySpec& key,
                         TKeyReleaseReason reason);
 

@@ -80,9 +80,15 @@ void CMorvaneImpl::CMorvaneGlue_InstallKeyReleaseCallback(std::uint32_t virtualK
 
 void CMorvaneImpl::CMorvaneGlue_RemoveKeyReleaseCallback(std::uint32_t virtualKey,
                                                          IKeyReleaseCallback* callback) {
-  const auto found = std::find_if(
-      fKeyReleaseCallbacks.begin(), fKeyReleaseCallbacks.end(),
-      [&](const auto& entry) { return entry->fVirtualKey == virtualKey && entry->fCallback == callback; });
+  // One that is being called goes by itself: another one with the same pair is meant rather.
+  auto found = fKeyReleaseCallbacks.end();
+  for (auto entry = fKeyReleaseCallbacks.begin(); entry != fKeyReleaseCallbacks.end(); ++entry) {
+    if ((*entry)->fVirtualKey != virtualKey || (*entry)->fCallback != callback) continue;
+    if (found == fKeyReleaseCallbacks.end()) found = entry;
+    if ((*entry)->fIsCalled) continue;
+    found = entry;
+    break;
+  }
   if (found == fKeyReleaseCallbacks.end()) MORVANE_THROW(std::range_error("bad callback"));
   fKeyReleaseCallbacks.erase(found);
 }
@@ -92,33 +98,38 @@ TError CMorvaneImpl::CallKeyRelease(const boost::shared_ptr<TKeyReleaseEntry>& e
   // A copy: the callback may remove itself.
   const boost::shared_ptr<TKeyReleaseEntry> called = entry;
   called->fIsCalled = true;
-  const TError error =
-      called->fCallback ? called->fCallback->IKeyReleaseCallback_OnKeyReleased(key, reason) : kOK;
+  TError error = kOK;
+  try {
+    if (called->fCallback) error = called->fCallback->IKeyReleaseCallback_OnKeyReleased(key, reason);
+  } catch (...) {
+    fKeyReleaseCallbacks.remove(called);
+    MORVANE_RETHROW();
+  }
   fKeyReleaseCallbacks.remove(called);
   return error;
 }
 
 void CMorvaneImpl::OnKeyReleased(const TPhysicalKeySpec& key) {
-  while (true) {
-    const auto found = std::find_if(
-        fKeyReleaseCallbacks.begin(), fKeyReleaseCallbacks.end(),
-        [&](const auto& entry) { return entry->fVirtualKey == key.fVirtualKey && !entry->fIsCalled; });
-    if (found == fKeyReleaseCallbacks.end()) return;
-    MORVANE_CHECK(CallKeyRelease(*found, key, kKeyReleaseKeyUp));
-  }
+  // Those that are there now: one that installs itself again waits for the next release.
+  for (const auto& entry : TKeyReleaseList(fKeyReleaseCallbacks))
+    if (entry->fVirtualKey == key.fVirtualKey && IsWaiting(entry))
+      MORVANE_CHECK(CallKeyRelease(entry, key, kKeyReleaseKeyUp));
+}
+
+bool CMorvaneImpl::IsWaiting(const boost::shared_ptr<TKeyReleaseEntry>& entry) const {
+  return !entry->fIsCalled && std::find(fKeyReleaseCallbacks.begin(), fKeyReleaseCallbacks.end(), entry) !=
+                                  fKeyReleaseCallbacks.end();
 }
 
 void CMorvaneImpl::AbandonKeyReleases() {
   TError firstError = kOK;
   for (const auto& entry : TKeyReleaseList(fKeyReleaseCallbacks)) {
-    // Another one may have removed it.
-    const bool isThere = std::find(fKeyReleaseCallbacks.begin(), fKeyReleaseCallbacks.end(), entry) !=
-                         fKeyReleaseCallbacks.end();
-    if (!isThere || entry->fIsCalled) continue;
+    if (!IsWaiting(entry)) continue;
     const TPhysicalKeySpec key = {static_cast<std::uint8_t>(entry->fVirtualKey), 0, 0};
     const TError error = CallKeyRelease(entry, key, kKeyReleaseDeactivated);
     if (firstError == kOK) firstError = error;
   }
+  fKeyReleaseCallbacks.remove_if([](const auto& entry) { return !entry->fIsCalled; });
   MORVANE_CHECK(firstError);
 }
 

@@ -1,6 +1,5 @@
 // The root object's services around the mouse: its state, its shape, the capture, and whether a press becomes
 // a drag.
-#include <algorithm>
 #include <boost/make_shared.hpp>
 
 #include "Component/Win/MorvaneImplWin.h"
@@ -24,12 +23,15 @@ bool HasPassedDragLimit(std::uint64_t now, std::uint64_t then) {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(now) - static_cast<std::uint32_t>(then)) >
          kDragLimitMS;
 }
-// Turns of the wheel to the side come behind them and are left alone.
+
+// The messages looked at; turns of the wheel to the side come behind them and are left alone.
 enum : UINT { kFirstMouseMessage = WM_MOUSEFIRST, kLastMouseMessage = WM_XBUTTONDBLCLK };
 
 HWND HwndOf(IWindow& window) {
   TNativeWindow native = {};
   ThrowError(window.IWindow_GetNativeWindow(native));
+  // Null would stand for all windows of the thread.
+  if (!IsWindow(native.fHwnd)) MORVANE_THROW(std::invalid_argument(""));
   return native.fHwnd;
 }
 
@@ -51,9 +53,13 @@ TMouseShapeRequest ShapeRequest(const TMouseState& state) {
   return request;
 }
 
-bool IsNearPress(const TPoint& press, LPARAM position) {
-  const std::int64_t dx = std::int64_t{static_cast<std::int16_t>(LOWORD(position))} - press.fX;
-  const std::int64_t dy = std::int64_t{static_cast<std::int16_t>(HIWORD(position))} - press.fY;
+// A child window's messages come in its own coordinates.
+bool IsNearPress(const TPoint& press, HWND hwnd, const MSG& move) {
+  POINT position = {static_cast<std::int16_t>(LOWORD(move.lParam)),
+                    static_cast<std::int16_t>(HIWORD(move.lParam))};
+  if (move.hwnd != hwnd) MapWindowPoints(move.hwnd, hwnd, &position, 1);
+  const std::int64_t dx = std::int64_t{position.x} - press.fX;
+  const std::int64_t dy = std::int64_t{position.y} - press.fY;
   const auto isInside = [](std::int64_t d) { return d >= -kDragBoxHalfWidth && d < kDragBoxHalfWidth; };
   return isInside(dx) && isInside(dy);
 }
@@ -158,7 +164,7 @@ TClickDragResult CMorvaneImpl::CMorvaneGlue_CheckForClickDragOperation(IWindow& 
       if (msg.message == WM_MOUSEMOVE) {
         PeekMessageW(&msg, hwnd, WM_MOUSEMOVE, WM_MOUSEMOVE, PM_REMOVE);
         MORVANE_ASSERT(msg.message == WM_MOUSEMOVE);
-        if (!IsNearPress(press, msg.lParam)) return kClickDragDragged;
+        if (!IsNearPress(press, hwnd, msg)) return kClickDragDragged;
       } else if (!IsButtonUp(msg.message)) {
         PeekMessageW(&msg, hwnd, msg.message, msg.message, PM_REMOVE);
       }

@@ -126,7 +126,6 @@ class CWinWindow : public CWindowGlue,
 
   // A native control has got the keyboard, or, with null, lost it.
   void SetFocusFromNative(CViewImpl* view);
-  CViewImpl* GetFocusView() const { return fFocusView; }
 
   // Behaviours can end the window from within these three: they keep it to their end.
   TError IWindow_SetConceptualFocusView(IView* newConceptualFocusView) override;
@@ -144,7 +143,6 @@ class CWinWindow : public CWindowGlue,
 
   // --- Tooltips (WinWindowTooltips.cpp)
 
-  const std::vector<CViewImpl*>& GetTooltipViews() const { return fTooltipViews; }
   void MarkToolRectsDirty() override { fTooltipRectsDirty = true; }
   std::uint32_t AddTool(CViewImpl& view, const TString& text) override;
   void UpdateToolText(std::uint32_t tool, CViewImpl& view, const TString& text) override;

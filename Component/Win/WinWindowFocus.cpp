@@ -20,7 +20,8 @@ void NotifyOnDutyFocus(const CViewImpl& view, TFlag gained) {
   if (!behavior) return;
   const TError error = behavior->IViewBehavior_OnOnDutyFocusChanged(gained);
   if (error != kOK)
-    DebugPrint("Ignored error (" + NumberText(error) + ") returned from IViewBehavior_OnOnDutyFocusChanged");
+    DebugPrint("Ignored error (" + NumberText(static_cast<std::int32_t>(error)) +
+               ") returned from IViewBehavior_OnOnDutyFocusChanged");
 }
 
 // Nearest first. They live as long as this list, whatever the behaviours do.
@@ -118,21 +119,20 @@ void CWinWindow::CWindowGlue_SetConceptualFocusView(CViewImpl* view) {
     if (CWindowGlue_IsActive() && IsVisible()) WinSetFocus(fHwnd);
   } else {
     // In a window that is not active only the field changes.
+    CViewImpl* const viewBefore = fFocusView;
     const HWND native = CWindowGlue_IsActive() ? GetNativeFocusTarget(view) : nullptr;
     if (CWindowGlue_IsActive()) {
       // The keyboard stays on the window itself, so that it gets the key messages. In a window that is not
       // active it stays where it is: taking it would activate the window.
-      CViewImpl* const viewBefore = fFocusView;
       if (!native && GetFocus() != fHwnd && IsVisible()) WinSetFocus(fHwnd);
       if (native) WinSetFocus(native);
-      // Whoever was told of the keyboard may have moved the focus already.
-      if (fFocusView != view) {
-        if (fFocusView && fFocusView != viewBefore && CWindowGlue_IsActive()) SendOnDutyFocusLost(fFocusView);
-        fFocusView = view;
-        SendOnDutyFocusGained(view);
-      }
-    } else {
+    }
+    // Whoever was asked, or told of the keyboard, may have moved the focus already, or activated another
+    // window.
+    if (fFocusView != view) {
+      if (fFocusView && fFocusView != viewBefore && CWindowGlue_IsActive()) SendOnDutyFocusLost(fFocusView);
       fFocusView = view;
+      if (CWindowGlue_IsActive()) SendOnDutyFocusGained(view);
     }
   }
   RequestMenuBarsAfterFocusChange();
@@ -158,10 +158,12 @@ void CWinWindow::OnActivated(bool& outHandled) {
   // While a window that blocks the application is active, floating windows are out of the way.
   fMorvane->ShowFloatingWindows(fWindowKind != kWindowKindAlertBox &&
                                 !(fWindowKind == kWindowKindModalDialog && !fOwnerHwnd));
-  if (fFocusView) {
-    const HWND native = GetNativeFocusTarget(fFocusView);
-    WinSetFocus(native ? native : fHwnd);
-    if (fFocusView) SendOnDutyFocusGained(fFocusView);
+  if (CViewImpl* const view = fFocusView) {
+    const TViewImplPtr keepAlive = Hold(view);
+    const HWND native = GetNativeFocusTarget(view);
+    // A view that was given the focus meanwhile has been told, and has the keyboard.
+    if (fFocusView == view) WinSetFocus(native ? native : fHwnd);
+    if (fFocusView == view) SendOnDutyFocusGained(view);
   }
   if (fTooltipHwnd) SendMessageW(fTooltipHwnd, TTM_ACTIVATE, TRUE, 0);
   OnActivationChanged(true);

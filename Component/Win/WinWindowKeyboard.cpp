@@ -59,11 +59,14 @@ void CWinWindow::NotifyModifierListeners(const TWinKeyMessage& message) {
   event.fModifiers = GetCurrentModifiers();
   event.fTimeMS = GetMessageTimeMS();
   const TModifierKeysEvent previous = gLastModifierEvent;
+  static std::uint32_t gEventCount = 0;
+  const std::uint32_t number = ++gEventCount;
   if (const boost::shared_ptr<IMouseCapture> capture = fMouseCapture)
     MORVANE_CHECK(capture->IMouseCapture_OnModifiersChanged(previous, event));
   else
     fMorvane->NotifyModifierKeyListeners(previous, event);
-  gLastModifierEvent = event;
+  // Not if whoever was told has handled messages, and another event with them.
+  if (number == gEventCount) gLastModifierEvent = event;
 }
 
 // --- The chain of a key press

@@ -224,7 +224,12 @@ class CWinWindow::CMessageTable {
   }
   static TResult OnMouseLeave(CWinWindow& window, TWinMessage&) {
     const TPoint position = PointInMessage(static_cast<LPARAM>(GetMessagePos()));
-    window.DispatchMouseMove({ScreenToClientChecked(window.fHwnd, position), 0, kNoButton, 0});
+    try {
+      window.DispatchMouseMove({ScreenToClientChecked(window.fHwnd, position), 0, kNoButton, 0});
+    } catch (...) {
+      window.fMouseLeaveArmed = false;
+      MORVANE_RETHROW();
+    }
     window.fMouseLeaveArmed = false;
     return kForward;
   }

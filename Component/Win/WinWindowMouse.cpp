@@ -264,7 +264,6 @@ void CWinWindow::DispatchMouseTracking(const TMouseTracking& event) {
     MORVANE_ASSERT(newMouseTrackingViews.size() > 0);
   }
   SendMouseExits(newMouseTrackingViews);
-  fMouseTrackingViews.assign(newMouseTrackingViews.begin(), newMouseTrackingViews.end());
 }
 
 void CWinWindow::SendMouseExits(const TViews& newMouseTrackingViews) {
@@ -272,8 +271,11 @@ void CWinWindow::SendMouseExits(const TViews& newMouseTrackingViews) {
   // One that another one's exit releases still gets its own.
   TViews insideViews;
   for (const boost::weak_ptr<CViewImpl>& view : fMouseTrackingViews) insideViews.push_back(view.lock());
+  // The new ones hold at once: a behaviour may handle messages itself.
+  std::list<boost::weak_ptr<CViewImpl>> before(newMouseTrackingViews.begin(), newMouseTrackingViews.end());
+  before.swap(fMouseTrackingViews);
   auto view = insideViews.rbegin();
-  for (auto i = fMouseTrackingViews.rbegin(); i != fMouseTrackingViews.rend(); ++i, ++view) {
+  for (auto i = before.rbegin(); i != before.rend(); ++i, ++view) {
     MORVANE_ASSERT(!(i->expired()));
     const auto& views = newMouseTrackingViews;
     IViewBehavior* const behavior = (*view)->GetBehavior();

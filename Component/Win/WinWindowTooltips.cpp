@@ -138,7 +138,8 @@ std::uint32_t CWinWindow::AddTool(CViewImpl& view, const TString& text) {
   info.rect = ToolRect(view);
   try {
     AddNativeTool(fTooltipHwnd, info, text);
-    fTooltipViews.push_back(&view);
+    if (std::find(fTooltipViews.begin(), fTooltipViews.end(), &view) == fTooltipViews.end())
+      fTooltipViews.push_back(&view);
   } catch (...) {
     SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, info);
     if (control) SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, controlInfo);
@@ -158,16 +159,17 @@ void CWinWindow::UpdateToolText(std::uint32_t toolTipHandle, CViewImpl&, const T
 void CWinWindow::RemoveTool(std::uint32_t toolNumber, CViewImpl& view) {
   if (toolNumber == 0) return;
   const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
+  const HWND control = fTooltipHwnd ? GetNativeFocusTarget(&view) : nullptr;
   if (fTooltipHwnd) {
     TTTOOLINFOW info = MakeToolInfo(fHwnd, toolNumber);
     SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, info);
-    if (const HWND control = GetNativeFocusTarget(&view)) {
+    if (control) {
       TTTOOLINFOW controlInfo = MakeControlToolInfo(fHwnd, control);
       SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, controlInfo);
     }
   }
-  const auto entry = std::find(fTooltipViews.begin(), fTooltipViews.end(), &view);
-  if (entry != fTooltipViews.end()) fTooltipViews.erase(entry);
+  // The view stays listed while it has another tool.
+  if (view.GetTooltipHandle() == 0) std::erase(fTooltipViews, &view);
 }
 
 void CWinWindow::UpdateToolRects() {
