@@ -1,4 +1,4 @@
-// The clipboard.
+// The clipboard. Not built yet: its operations give kUnsupported.
 #pragma once
 
 #include "MorvaneTypes.h"

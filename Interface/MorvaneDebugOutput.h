@@ -26,11 +26,11 @@ class IDebugOutput {
 // The switches of the debug layers. Each is 0 or 1.
 // The first five are 1 at the start: an application sets what it wants to ship with.
 struct TDebugSettings {
-  TFlag fDebugMenu;             // the debug menu is shown in menu bars
+  TFlag fDebugMenu;             // kept; the debug menu is not built yet
   TFlag fDrawInvalidationBlue;  // invalidated areas are flashed
   TFlag fDrawPaintsRed;         // each buffered draw first flashes its area
   TFlag fDrawViewBounds;        // frames of views are drawn
-  TFlag fDrawMouseViewInfo;     // data of the view under the mouse are drawn
+  TFlag fDrawMouseViewInfo;     // kept, without effect so far
   TFlag fFlushViews;            // drawing goes to the screen after each view
   TFlag fDelayAfterFlushing;    // each such flush is followed by a pause
 };

@@ -1,4 +1,5 @@
-// Alert boxes, the save-changes dialog, and the file dialogs.
+// Alert boxes, the save-changes dialog, and the file dialogs. Not built yet: their operations give
+// kUnsupported.
 #pragma once
 
 #include "MorvaneTypes.h"

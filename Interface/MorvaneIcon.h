@@ -1,4 +1,4 @@
-// Icons.
+// Icons. Not built yet: the operations that make them give kUnsupported.
 #pragma once
 
 #include "MorvaneTypes.h"

@@ -40,9 +40,13 @@ struct TKeyInterpretation {
   TFlag fPhysicalTest;  // wanted: the key must be on the numeric keypad; default reading: it is
 };
 
-// Texts of keys that have no character of their own.
+// Texts of keys that write nothing. Other keys have the text that the layout gives them, Shift used up.
 enum : std::uint16_t {
+  kKeyCharBackspace = 8,
+  kKeyCharTab = 9,
   kKeyCharKeypadEnter = 10,
+  kKeyCharReturn = 13,
+  kKeyCharEscape = 27,
   kKeyCharDelete = 127,
   kKeyCharF1 = 0xE001,  // F1 to F15 are consecutive
   kKeyCharF15 = 0xE00F,

@@ -22,7 +22,7 @@ enum TMenu : std::uint32_t {
   kMenuReserved10 = 10,  // held, not shown on this platform
   kMenuWindow = 11,
   kMenuReserved12 = 12,  // held, not shown on this platform
-  kMenuDebug = 13
+  kMenuDebug = 13        // held; the debug menu is not built yet
 };
 
 constexpr std::uint32_t kMenuCount = 14;
@@ -48,11 +48,16 @@ struct TMenuCommandEvent {
   TModifierKeys fModifiers;
 };
 
+// Commands of the library's own items. They come to IMorvaneRunBehavior_OnMenuCommand and its like, as those
+// of the client do, and nothing is done about them but what the client does.
+enum : std::uint32_t { kMenuCommandHelp = 50002, kMenuCommandClose = 50016 };
+
+// All 0 at the start of a set-up, but fQuitEnabled.
 struct TMenuBarFlags {
-  TFlag fShowHelpItem;           // the last menu shows the library's item (command 50002)
+  TFlag fShowHelpItem;           // the last menu shows the library's item (kMenuCommandHelp)
   TFlag fHelpItemEnabled;        // that item is enabled
   TFlag fQuitEnabled;            // the quit item is enabled
-  TFlag fSecondMenuItemEnabled;  // the library's item of the second menu (command 50016) is enabled
+  TFlag fSecondMenuItemEnabled;  // the library's item of the second menu (kMenuCommandClose) is enabled
   TFlag fShowWindowMenu;         // the window menu is shown
 };
 

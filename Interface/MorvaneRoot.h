@@ -27,7 +27,7 @@ struct TStartupParams {
   // Together with the company, it tells a second launch from another program.
   TChar fProductName[kStartupNameChars + 1];
   TChar fDisplayName[kStartupNameChars + 1];  // what the user reads
-  TFlag fStartupFlag;
+  TFlag fStartupFlag;                         // kept, without effect
   std::uint32_t fReserved;
   // How long the application stays alive without windows after quitting, in milliseconds; 0 for not at all.
   std::uint32_t fLingerMS;
@@ -125,7 +125,7 @@ class IMorvane {
   // Sizes and work areas, in screen coordinates.
   virtual TError IMorvane_GetMonitors(TMonitorList& outMonitors) = 0;
 
-  // --- Clipboard
+  // --- Clipboard. Not built yet: kUnsupported.
   virtual TError IMorvane_IsFormatOnClipboard(const TClipboardFormat& format, TFlag& outExistsFlag) = 0;
   // The caller deletes the data, and reads it at once.
   virtual IData* IMorvane_GetClipboardData(const TClipboardFormat& format, TError& outError) = 0;
@@ -142,7 +142,7 @@ class IMorvane {
   // Has no meaning on this platform: gives 0, and an assertion.
   virtual TError IMorvane_ConvertMSToPrecisionTicks(std::uint64_t ms, std::uint64_t& out) = 0;
 
-  // --- Icons; the caller deletes them
+  // --- Icons; the caller deletes them. Not built yet: kUnsupported.
   virtual IIcon* IMorvane_CreateBuiltInIcon(TBuiltinIcon icon, TError& outError) = 0;
   // The system's icon of a file, folder or volume.
   virtual IIcon* IMorvane_CreateIconForURL(const char* fileOrFolderOrVolumeURL, TError& outError) = 0;
@@ -165,7 +165,9 @@ class IMorvane {
   virtual TError IMorvane_AllocateMouseCapture(IWindow* window, IMouseCapture* capture) = 0;
   // Without a capture, nothing happens.
   virtual TError IMorvane_ReleaseMouseCapture() = 0;
-  // Waits, for half a second at most, to see what becomes of a press.
+  // Waits, for half a second at most, to see what becomes of a press of the left button, or of a single press
+  // of the right one. Movements are taken out of the queue, the release stays in it. There is no capture
+  // meanwhile: a release outside of the window is not seen, and the press counts as held.
   virtual TError IMorvane_CheckForClickDragOperation(IWindow& window, const TMouseEvent& event,
                                                      TClickDragResult& outResult) = 0;
 
@@ -247,8 +249,9 @@ class IMorvane {
   virtual IFloatingWindow* IMorvane_CreateFloatingWindow(IFloatingWindowBehaviorFactory& factory,
                                                          TStyleFlags styleFlags, TError& outError) = 0;
   virtual TError IMorvane_GetFloatingWindowsZ(IWindowListReceiver& out) = 0;
-  // Shows an alert and returns; or returns when it has been answered, if `blockingAppModalDialogFlag` is 1.
-  // The listener is told the answer; it may be null, and stays the client's.
+  // Not built yet: kUnsupported. Shows an alert and returns; or returns when it has been answered, if
+  // `blockingAppModalDialogFlag` is 1. The listener is told the answer; it may be null, and stays the
+  // client's.
   virtual TError IMorvane_CreateAlertBox(IModalOwner* modalOwner, TFlag blockingAppModalDialogFlag,
                                          const TAlertSpec& alertSpec, IAlertBoxListener* listener) = 0;
 

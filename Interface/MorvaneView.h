@@ -20,9 +20,10 @@ struct TNativeWindow;
 
 // Bits of TViewParams::fFlags.
 enum : std::uint32_t {
-  kViewEnabled = 1,
-  kViewFocusable = 2,
-  kViewMouseTrackable = 4,
+  kViewEnabled = 1,    // takes part in mouse and keyboard, if all its super views are enabled too
+  kViewFocusable = 2,  // can get the focus by a click or the Tab key
+  kViewMouseTrackable =
+      4,             // hears of movements, enter and exit, and is asked for a shape; clicks need it not
   kViewReserved = 8  // accepted, without effect
 };
 
@@ -141,7 +142,8 @@ class IViewBehavior {
   virtual TError IViewBehavior_OnSetupMenuBar(IMenuBarState& state) = 0;
   // Along the focus chain of a document window.
   virtual TError IViewBehavior_OnMenuCommand(const TMenuCommandEvent& event, TFlag& outHandled) = 0;
-  // The native control that takes the keyboard when the view has the focus, or null.
+  // For hosted controls, which are not built yet. The native control that takes the keyboard when the view
+  // has the focus, or null.
   virtual TError IViewBehavior_GetNativeFocusTarget(TNativeWindow& out) = 0;
 
   virtual ~IViewBehavior() = default;

@@ -41,9 +41,11 @@ enum TAutoPlayCommand : std::uint32_t { kAutoPlaySuppress = 0, kAutoPlayRelease 
 
 class IWinExtensions {
  public:
-  // The native icon at 16, 32, 48 or 128 pixels. It stays the icon's.
+  // Not built yet, as icons are: kUnsupported. The native icon at 16, 32, 48 or 128 pixels. It stays the
+  // icon's.
   virtual HICON__* IWinExtensions_GetIconHandle(const IIcon& icon, std::uint32_t size, TError& outError) = 0;
-  // An icon of up to four native icons, for the four sizes; the others null. It owns them from then on.
+  // Not built yet: kUnsupported. An icon of up to four native icons, for the four sizes; the others null. It
+  // owns them from then on.
   virtual IIcon* IWinExtensions_CreateIconFromHandles(HICON__* icon16, HICON__* icon32, HICON__* icon48,
                                                       HICON__* icon128, TError& outError) = 0;
   // The options of the command line (arguments that begin with "/"), one call of the receiver each. The first
@@ -52,7 +54,8 @@ class IWinExtensions {
   // While suppressed, the system does not start programs of inserted media. Calls nest.
   // kIllegalCallSequenceProgrammingError for a release without a suppress.
   virtual TError IWinExtensions_SuppressAutoPlay(TAutoPlayCommand command) = 0;
-  // Puts a native child window under the rule of a view. The caller deletes the token.
+  // Not built yet: kUnsupported. Puts a native child window under the rule of a view. The caller deletes the
+  // token.
   virtual IWinNativeControlCallbackToken* IWinExtensions_HostNativeControl(
       HWND__* hwnd, IWinNativeControlCallback* callback, IView& view, TError& outError) = 0;
 

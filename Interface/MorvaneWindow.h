@@ -92,7 +92,8 @@ enum TZoomState : std::uint32_t { kWindowStateIdeal = 2200, kWindowStateUser = 2
 
 enum : std::size_t { kTitleChars = 1023 };
 
-// Frame rectangles, in screen coordinates.
+// Frame rectangles, in screen coordinates: the user's is where the window was put, the ideal one where the
+// content would have it. fZoomState tells which of them is shown.
 struct TDocumentWindowPlacement {
   TFlag fMinimized;
   TFlag fMaximized;
@@ -258,8 +259,8 @@ class IModelessDialogBehavior {
   virtual TError IModelessDialogBehavior_OnActivationChanged(TFlag active) = 0;
   virtual TError IModelessDialogBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) = 0;
   virtual TError IModelessDialogBehavior_OnKeyboardFocusChanged(TFlag focused) = 0;
+  // Neither is called in this kind of window, which has no menu bar: commands go to the run behaviour.
   virtual TError IModelessDialogBehavior_OnSetupMenuBar(IMenuBarState& state) = 0;
-  // Not called in this kind of window: commands go to the run behaviour.
   virtual TError IModelessDialogBehavior_OnMenuCommand(const TMenuCommandEvent& event, TFlag& outHandled) = 0;
   virtual TError IModelessDialogBehavior_OnHelpRequested(TFlag& outHandled) = 0;
   virtual TError IModelessDialogBehavior_OnRequestClose(TCloseReason reason) = 0;
@@ -275,8 +276,8 @@ class IModalDialogBehavior {
   virtual TError IModalDialogBehavior_OnActivationChanged(TFlag active) = 0;
   virtual TError IModalDialogBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) = 0;
   virtual TError IModalDialogBehavior_OnKeyboardFocusChanged(TFlag focused) = 0;
+  // Neither is called in this kind of window, which has no menu bar: commands go to the run behaviour.
   virtual TError IModalDialogBehavior_OnSetupMenuBar(IMenuBarState& state) = 0;
-  // Not called in this kind of window: commands go to the run behaviour.
   virtual TError IModalDialogBehavior_OnMenuCommand(const TMenuCommandEvent& event, TFlag& outHandled) = 0;
   virtual TError IModalDialogBehavior_OnHelpRequested(TFlag& outHandled) = 0;
   virtual TError IModalDialogBehavior_OnRequestClose(TCloseReason reason) = 0;
@@ -292,8 +293,8 @@ class IFloatingWindowBehavior {
   virtual TError IFloatingWindowBehavior_OnActivationChanged(TFlag active) = 0;
   virtual TError IFloatingWindowBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) = 0;
   virtual TError IFloatingWindowBehavior_OnKeyboardFocusChanged(TFlag focused) = 0;
+  // Neither is called in this kind of window, which has no menu bar: commands go to the run behaviour.
   virtual TError IFloatingWindowBehavior_OnSetupMenuBar(IMenuBarState& state) = 0;
-  // Not called in this kind of window: commands go to the run behaviour.
   virtual TError IFloatingWindowBehavior_OnMenuCommand(const TMenuCommandEvent& event, TFlag& outHandled) = 0;
   virtual TError IFloatingWindowBehavior_OnHelpRequested(TFlag& outHandled) = 0;
   virtual TError IFloatingWindowBehavior_OnRequestClose(TCloseReason reason) = 0;

@@ -40,6 +40,7 @@ TError CDocumentWindowImpl::IDocumentWindow_FocusNow() {
 bool CDocumentWindowImpl::OnMenuCommand(const TMenuCommandEvent& event) {
   TFlag handled = 0;
   for (const TViewImplPtr& view : ViewChain(fFocusView)) {
+    if (!view->IsLive()) continue;  // released by one before it
     IViewBehavior* const behavior = view->GetBehavior();
     if (!behavior) break;  // the walk ends here, this view is not passed over
     MORVANE_CHECK(behavior->IViewBehavior_OnMenuCommand(event, handled));

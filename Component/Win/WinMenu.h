@@ -23,8 +23,8 @@ enum : UINT {
   kFirstClientCommand = 0xA000,
   kLastClientCommand = 0xAFFF,
   kQuitCommand = 50001,
-  kHelpItemCommand = 50002,
-  kSecondMenuItemCommand = 50016,
+  kHelpItemCommand = kMenuCommandHelp,
+  kSecondMenuItemCommand = kMenuCommandClose,
   kStayOnTopCommand = 60001,
   // Items of the window list: the number minus the first is the position in the list of all windows.
   kFirstWindowListCommand = 0xE000,

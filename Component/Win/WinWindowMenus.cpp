@@ -95,8 +95,9 @@ void CWinWindow::RunMenuBarSetup(CMenuBarState& state) {
   // The focus view comes last and so has the last word.
   const std::vector<TViewImplPtr> focusChain = ViewChain(fFocusView);
   for (auto view = focusChain.rbegin(); view != focusChain.rend(); ++view) {
-    if (IViewBehavior* const behavior = (*view)->GetBehavior())
-      MORVANE_CHECK(behavior->IViewBehavior_OnSetupMenuBar(state));
+    // An earlier one may have released it.
+    IViewBehavior* const behavior = (*view)->IsLive() ? (*view)->GetBehavior() : nullptr;
+    if (behavior) MORVANE_CHECK(behavior->IViewBehavior_OnSetupMenuBar(state));
   }
   ApplyMenuBarState(state);
 }
@@ -116,7 +117,7 @@ std::vector<TWindowMenuItem> CWinWindow::MakeWindowMenuItems(const CMenuBarState
   items.push_back({fMorvane->GetStartupStrings().fAlwaysOnTopItem, kStayOnTopCommand, checked(fAlwaysOnTop)});
   UINT command = kFirstWindowListCommand;
   for (const boost::shared_ptr<CWinWindow>& window : CMorvaneImpl::GetWindows()) {
-    if (window->fListedInWindowMenu && items.size() <= kMaxListedWindows)
+    if (window->fListedInWindowMenu && items.size() <= kMaxListedWindows && command <= kLastWindowListCommand)
       items.push_back({EscapeText(window->GetTitle()), command, checked(window.get() == this)});
     ++command;
   }
@@ -178,9 +179,9 @@ void CWinWindow::RebuildCompleteMenuBar(const CMenuBarState& state) {
   // The exchange can lead to clients and, through them, to commands: these go by the new list already. The
   // state comes last, so that a bar that could not be exchanged is built again at the next request.
   const HACCEL table = MakeAcceleratorTable(items, kFirstClientCommand);
+  fMenuBarIsWhole = false;
   fMenuItems.swap(items);
   SetAcceleratorTable(table);
-  fMenuBarIsWhole = false;
   SetNativeMenuBar(bar.Detach());
   // A new bar can change the size of the client area, and whoever is told of that can have the bar rebuilt;
   // with an older state, perhaps.

@@ -158,7 +158,12 @@ void EnforceAppModality() {
     // An owner of the top dialog cannot be used, and of any other group the window that could be.
     const HWND popup = GetLastActivePopup(w);
     const HWND blocked = popup == top ? w : popup;
-    if (IsRegisteredHwnd(blocked)) EnableWindow(blocked, FALSE);
+    if (!IsRegisteredHwnd(blocked)) continue;
+    EnableWindow(blocked, FALSE);
+    if (isTop()) continue;
+    // That has been seen to, but for this window: it was told before it was disabled.
+    if (gAppModalDialogStack.empty() || gAppModalDialogStack.front() == blocked) EnableWindow(blocked, TRUE);
+    return;
   }
   if (isTop()) EnableWindow(top, TRUE);
 }

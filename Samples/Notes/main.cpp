@@ -5,6 +5,7 @@
 #include <Morvane.h>
 #include <MorvaneDefaults.h>
 
+#include <algorithm>
 #include <functional>
 #include <list>
 #include <memory>
@@ -312,7 +313,7 @@ class CNoteView : public CDefaultHitViewBehavior {
 
 class CPaperView : public CDefaultHitViewBehavior {
  public:
-  explicit CPaperView(IView& view) : CDefaultHitViewBehavior(view) {}
+  CPaperView(IView& view, IView& board) : CDefaultHitViewBehavior(view), fBoard(board) {}
   TError IViewBehavior_Draw(IDrawTools& tools) override {
     FillWith(COpenPort(tools), RectOf(fView), kBoardColours[0]);
     return kOK;
@@ -320,9 +321,15 @@ class CPaperView : public CDefaultHitViewBehavior {
   // [wheel]
   TError IViewBehavior_OnMouseWheel(const TMouseWheelEvent& event, TFlag& outHandled) override {
     outHandled = 1;
-    return fView.IView_Offset(0, event.fDeltaNotches * 32);
+    const TRect seen = RectOf(fBoard), now = RectOf(fView);
+    const std::int32_t wanted = now.fTop + event.fDeltaNotches * 32;
+    const std::int32_t top = std::clamp(wanted, std::min(seen.fBottom - (now.fBottom - now.fTop), 0), 0);
+    return fView.IView_Offset(0, top - now.fTop);
   }
   // [end]
+
+ private:
+  IView& fBoard;
 };
 
 // [document window]
@@ -332,10 +339,11 @@ class CBoardWindow : public CDefaultDocumentWindowBehavior, public IBoard {
       : CDefaultDocumentWindowBehavior(window), fMorvane(morvane) {
     ThrowIfFailed(ChangeState(window, [](auto& state) { CopyText(state.fTitle, u"Board"); }));
     ThrowIfFailed(fBoard.Create(morvane, RootViewOf(window), "Board", ViewParams(kViewDrawPermanent32)));
-    ThrowIfFailed(fPaper.Create(morvane, *fBoard.View(), "Paper", ViewParams()));
+    ThrowIfFailed(fPaper.Create(morvane, *fBoard.View(), "Paper", ViewParams(), *fBoard.View()));
     ThrowIfFailed(SetRect(*fPaper.View(), {0, 0, 2000, 2000}));
     ThrowIfFailed(AddNote(L"Drag me, or move me with the arrow keys."));
     ThrowIfFailed(AddNote(L"Tab goes from note to note; the wheel scrolls the board."));
+    ThrowIfFailed(GetWindow().IWindow_SetConceptualFocusView(fNotes.front().View()));
   }
 
   TError IDocumentWindowBehavior_OnClientSizeChanged(const TSize&, const TSize& size) override {
@@ -352,6 +360,7 @@ class CBoardWindow : public CDefaultDocumentWindowBehavior, public IBoard {
     outHandled = 1;
     if (event.fCommand == kNewNote) return AddNote(L"A new note");
     if (event.fCommand == kBoardSettings) return ShowSettings();
+    if (event.fCommand == kMenuCommandClose) return fWindow.IDocumentWindow_Release();
     outHandled = 0;
     return kOK;
   }
@@ -385,7 +394,7 @@ class CBoardWindow : public CDefaultDocumentWindowBehavior, public IBoard {
   TError MakeNote(const wchar_t* text) {
     const std::int32_t place = static_cast<std::int32_t>(fNotes.size());
     TViewParams params = ViewParams();
-    params.fFlags |= kViewFocusable;
+    params.fFlags |= kViewFocusable | kViewMouseTrackable;
     params.fRect = {30 + place * 40, 30 + place * 110, 210 + place * 40, 120 + place * 110};
     CViewOf<CNoteView> note;
     ThrowIfFailed(note.Create(fMorvane, *fPaper.View(), "Note", params, fMorvane, *this, text));
@@ -410,6 +419,12 @@ class CNotesApplication : public CDefaultApplication {
 
   TError IMorvaneRunBehavior_OnNoDocument(TNoDocumentKind) override { return OpenBoard(); }
   TError IMorvaneRunBehavior_OnSetupMenuBar(IMenuBarState& state) override {
+    TMenuBarFlags flags = {};
+    TError error = state.IMenuBarState_GetFlags(flags);
+    flags.fSecondMenuItemEnabled = 1;
+    flags.fShowWindowMenu = 1;
+    if (error == kOK) error = state.IMenuBarState_SetFlags(flags);
+    if (error != kOK) return error;
     return SetItems(state, kMenuApplication, {Item(u"New _board", kNewBoard, u"b"), Item(u"_About", kAbout)});
   }
   TError IMorvaneRunBehavior_OnMenuCommand(const TMenuCommandEvent& event, TFlag& outHandled) override {
