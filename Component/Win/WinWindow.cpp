@@ -165,7 +165,10 @@ void CWinWindow::SetClientsWindowReference(const boost::shared_ptr<CWinWindow>& 
   MORVANE_ASSERT(0==fClientsWindowReference.get());
   CWinWindow* const parent = fMorvane->GetWindowForHwnd(GetParent(fHwnd));
   gWinWindows.reserve(gWinWindows.size() + 1);
-  if (parent) parent->AddChildWindow(reference);
+  if (parent) {
+    parent->AddChildWindow(reference);
+    fParentWindow = parent->GetClientsWindowReference();
+  }
   gWinWindows.push_back(reference);
   fClientsWindowReference = reference;
 }
@@ -325,12 +328,13 @@ void CWinWindow::ReleaseWindow() {
     MORVANE_ASSERT(result);
   }
   if (!fClientsWindowReference) return;  // it is ending already
+  // A parent that is ending too does so after it has let go of this one.
+  const boost::shared_ptr<CWinWindow> parent = fParentWindow.lock();
   fClientsWindowReference.reset();
   std::erase_if(gWinWindows, [&](const auto& window) { return window.lock() == reference; });
   fMorvane->RebuildAllMenuBars();
   Hide();
-  if (CWinWindow* const parent = fMorvane->GetWindowForHwnd(GetParent(fHwnd)))
-    parent->RemoveChildWindow(this);
+  if (parent) parent->RemoveChildWindow(this);
 }
 
 void CWinWindow::PrepareDestruction() {

@@ -407,6 +407,7 @@ class CWinWindow : public CWindowGlue,
   TSize fClientSize;            // as last reported to the behaviour
   TWindowPlacement fPlacement;  // likewise
   HWND fHwnd;
+  boost::weak_ptr<CWinWindow> fParentWindow;                 // whose fChildWindows has this one
   std::vector<boost::shared_ptr<CWinWindow>> fChildWindows;  // those that this one owns natively
   HMENU fMenuHandle;
   HACCEL fAcceleratorTable;

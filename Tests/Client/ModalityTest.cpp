@@ -232,6 +232,20 @@ TEST_F(ModalityTest, ADialogOpenedWhileAnotherEnds) {
   }});
 }
 
+// The owner is told of the dialog's end while that is on its way, and ends too.
+TEST_F(ModalityTest, AnOwnerEndsWhileItsDialogDoes) {
+  RunSteps({[this] {
+    MakeDocuments();
+    MakeNamed("A", Kind::kModal, fA, fDoc1.fOwner);
+    fDoc1.fHooks["OnActivationChanged 1"] = [this] {
+      fDoc1.fHooks.clear();
+      return std::exchange(fDoc1.fRelease, nullptr)();
+    };
+    Release(fA);
+    EXPECT_EQ(Picture(), "doc2+*");
+  }});
+}
+
 // As after the question whether to save: the dialog ends in a message of its own, and its owner at once.
 TEST_F(ModalityTest, AnOwnerEndsWithItsDialog) {
   RunSteps({[this] {

@@ -89,6 +89,12 @@ TEST_F(MouseCaptureTest, CapturesEndInManyWays) {
     EXPECT_EQ(Sent(WM_MOUSEMOVE), "a< a. @?");
     EXPECT_EQ(After([&] { ReleaseMouse(); }), "@x");
     fRecorder.fAnswers.clear();
+    // The system has the mouse, to move this window: a press does not come to a view that would take it.
+    ReleaseCapture();
+    SetCapture(Hwnd());
+    EXPECT_EQ(Sent(WM_LBUTTONDOWN), "");
+    EXPECT_EQ(Sent(WM_LBUTTONUP), "");
+    ReleaseCapture();
     // The window ends.
     Capture();
     fRecorder.fAnswers["@x"].fDo = [&] { EXPECT_EQ(GetCapture(), nullptr); };
