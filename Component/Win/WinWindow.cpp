@@ -274,13 +274,22 @@ void CWinWindow::Hide() {
   MORVANE_ASSERT(0!=fHwnd);
   if (IsModalKind(fWindowKind)) {
     if (fOwnerHwnd)
-      EnableWindow(fOwnerHwnd, TRUE);
+      EnableOwner();
     else
       PopAppModal(fHwnd);
   }
   EnforceAppModality();
   AddToHiddenWindows();
   fIsHidden = true;
+}
+
+// Not while another dialog blocks it: the answer to this one may have opened it.
+void CWinWindow::EnableOwner() const {
+  for (const boost::shared_ptr<CWinWindow>& window : CMorvaneImpl::GetWindows())
+    if (window.get() != this && IsModalKind(window->fWindowKind) && window->fOwnerHwnd == fOwnerHwnd &&
+        window->HasBeenShown())
+      return;
+  EnableWindow(fOwnerHwnd, TRUE);
 }
 
 void CWinWindow::AddToHiddenWindows() {
@@ -365,7 +374,7 @@ CWinWindow::~CWinWindow() {
   MORVANE_ASSERT(fChildWindows.size()==0);
   DestroyTooltipWindow();
   if (fHwnd) PopAppModalQuietly(fHwnd);
-  if (IsModalKind(fWindowKind) && fOwnerHwnd) EnableWindow(fOwnerHwnd, TRUE);
+  if (IsModalKind(fWindowKind) && fOwnerHwnd) EnableOwner();
   DismantleNativeWindow();
 }
 

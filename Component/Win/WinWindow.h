@@ -253,6 +253,7 @@ class CWinWindow : public CWindowGlue,
   void RemoveChildWindow(const CWinWindow* childWindow);
   void KillWindowTimer();
   void DismantleNativeWindow();
+  void EnableOwner() const;
   void AddToHiddenWindows();
   void RemoveFromHiddenWindows();
 
