@@ -66,14 +66,8 @@ class ModalityTest : public WindowKindsTest {
                  const CallHooks& hooks = {}) {
     record = {};
     record.fHooks = hooks;
-    record.fHooks["factory"] = [this, name, &record] {
-      fNames[record.fHwnd] = name;
-      return kOK;
-    };
-    record.fHooks["deleted"] = [this, name] {
-      fEnded.push_back(name);
-      return kOK;
-    };
+    record.fHooks["factory"] = [this, name, &record] { fNames[record.fHwnd] = name; };
+    record.fHooks["deleted"] = [this, name] { fEnded.push_back(name); };
     Make(kind, record, kWindowStyleBit23, owner);
   }
   // These are in front in this order, and of all windows only the first, which is active, can be used.
@@ -93,70 +87,70 @@ class ModalityTest : public WindowKindsTest {
 };
 
 TEST_F(ModalityTest, TwoNestedDialogs) {
-  RunSteps({[this] {
-              MakeDocuments();
-              MakeNamed("modeless", Kind::kModeless, fModeless);
-              MakeNamed("floating", Kind::kFloating, fFloating);
-              BringToFront(fDoc1);
-              EXPECT_EQ(Picture(), "floating+ doc1+* modeless+ doc2+");
-              MakeNamed("A", Kind::kModal, fA);
-              EXPECT_EQ(Picture(), "A+* doc1 modeless doc2");
-              MakeNamed("B", Kind::kModal, fB);
-              EXPECT_EQ(Picture(), "B+* A doc1 modeless doc2");
-            },
-            [this] {
-              // However another window is to be activated, it ends with the newest dialog in front.
-              fDoc2.fLog.clear();
-              for (const HWND hwnd : {fDoc2.fHwnd, fA.fHwnd, fModeless.fHwnd}) {
-                SetForegroundWindow(hwnd);
-                ExpectBlockedBy("B+* A ");
-                SetWindowPos(hwnd, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
-                ExpectBlockedBy("B+* A ");
-              }
-              EXPECT_EQ(fDoc2.Count("OnActivationChanged 1"), 0u);
-            },
-            [this] {
-              // The newest dialog flashes when another window is clicked, the other dialog included.
-              FrameChanges frame(fB.fHwnd);
-              for (const HWND hwnd : {fA.fHwnd, fDoc1.fHwnd}) {
-                SetWindowPos(fB.fHwnd, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-                const int changes = frame.Get();
-                EXPECT_EQ(ClickOf(hwnd), 0);
-                EXPECT_GT(frame.Get(), changes) << fNames[hwnd];
-                ExpectBlockedBy("B+* A ");
-              }
-              // So it is with a real click.
-              int before = frame.Get();
-              SetWindowPos(fDoc1.fHwnd, nullptr, 600, 100, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-              SetCursorPos(750, 250);
-              INPUT click[2] = {};
-              click[0].mi.dwFlags = MOUSEEVENTF_LEFTDOWN;
-              click[1].mi.dwFlags = MOUSEEVENTF_LEFTUP;
-              EXPECT_EQ(SendInput(2, click, sizeof(INPUT)), 2u);
-              EXPECT_TRUE(YieldUntil([&] { return frame.Get() > before; }));
-              ExpectBlockedBy("B+* A ");
-              // It does not when it is clicked itself, which puts the windows in order and swallows nothing.
-              before = frame.Get();
-              SetWindowPos(fB.fHwnd, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-              ClickOf(fB.fHwnd);
-              ExpectBlockedBy("B+* A ");
-              EXPECT_EQ(frame.Get(), before);
-            },
-            [this] {
-              Release(fB);
-              EXPECT_EQ(Picture(), "A+* modeless doc2 doc1");
-              SendMessageW(fA.fHwnd, WM_SYSCOMMAND, SC_MINIMIZE, 0);
-              EXPECT_FALSE(IsIconic(fA.fHwnd));
-              Release(fA);
-              EXPECT_EQ(Picture(), "floating+ modeless+* doc2+ doc1+");
-              Release(fModeless);
-              Release(fFloating);
-            }});
+  RunWith({[this] {
+             MakeDocuments();
+             MakeNamed("modeless", Kind::kModeless, fModeless);
+             MakeNamed("floating", Kind::kFloating, fFloating);
+             BringToFront(fDoc1);
+             EXPECT_EQ(Picture(), "floating+ doc1+* modeless+ doc2+");
+             MakeNamed("A", Kind::kModal, fA);
+             EXPECT_EQ(Picture(), "A+* doc1 modeless doc2");
+             MakeNamed("B", Kind::kModal, fB);
+             EXPECT_EQ(Picture(), "B+* A doc1 modeless doc2");
+           },
+           [this] {
+             // However another window is to be activated, it ends with the newest dialog in front.
+             fDoc2.fLog.clear();
+             for (const HWND hwnd : {fDoc2.fHwnd, fA.fHwnd, fModeless.fHwnd}) {
+               SetForegroundWindow(hwnd);
+               ExpectBlockedBy("B+* A ");
+               SetWindowPos(hwnd, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+               ExpectBlockedBy("B+* A ");
+             }
+             EXPECT_EQ(fDoc2.Count("OnActivationChanged 1"), 0u);
+           },
+           [this] {
+             // The newest dialog flashes when another window is clicked, the other dialog included.
+             FrameChanges frame(fB.fHwnd);
+             for (const HWND hwnd : {fA.fHwnd, fDoc1.fHwnd}) {
+               SetWindowPos(fB.fHwnd, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+               const int changes = frame.Get();
+               EXPECT_EQ(ClickOf(hwnd), 0);
+               EXPECT_GT(frame.Get(), changes) << fNames[hwnd];
+               ExpectBlockedBy("B+* A ");
+             }
+             // So it is with a real click.
+             int before = frame.Get();
+             SetWindowPos(fDoc1.fHwnd, nullptr, 600, 100, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+             SetCursorPos(750, 250);
+             INPUT click[2] = {};
+             click[0].mi.dwFlags = MOUSEEVENTF_LEFTDOWN;
+             click[1].mi.dwFlags = MOUSEEVENTF_LEFTUP;
+             EXPECT_EQ(SendInput(2, click, sizeof(INPUT)), 2u);
+             EXPECT_TRUE(YieldUntil([&] { return frame.Get() > before; }));
+             ExpectBlockedBy("B+* A ");
+             // It does not when it is clicked itself, which puts the windows in order and swallows nothing.
+             before = frame.Get();
+             SetWindowPos(fB.fHwnd, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+             ClickOf(fB.fHwnd);
+             ExpectBlockedBy("B+* A ");
+             EXPECT_EQ(frame.Get(), before);
+           },
+           [this] {
+             Release(fB);
+             EXPECT_EQ(Picture(), "A+* modeless doc2 doc1");
+             SendMessageW(fA.fHwnd, WM_SYSCOMMAND, SC_MINIMIZE, 0);
+             EXPECT_FALSE(IsIconic(fA.fHwnd));
+             Release(fA);
+             EXPECT_EQ(Picture(), "floating+ modeless+* doc2+ doc1+");
+             Release(fModeless);
+             Release(fFloating);
+           }});
 }
 
 // The older dialog goes first: the newer one still blocks.
 TEST_F(ModalityTest, DialogsEndInAnyOrder) {
-  RunSteps({[this] {
+  RunWith({[this] {
     MakeDocuments();
     MakeNamed("A", Kind::kModal, fA);
     MakeNamed("B", Kind::kModal, fB);
@@ -176,7 +170,7 @@ TEST_F(ModalityTest, DialogsEndInAnyOrder) {
 
 // A dialog with an owner blocks that one only; one without an owner then blocks the dialog.
 TEST_F(ModalityTest, DialogOfAModelessDialog) {
-  RunSteps({[this] {
+  RunWith({[this] {
     MakeDocuments();
     MakeNamed("modeless", Kind::kModeless, fModeless);
     MakeNamed("owned", Kind::kModal, fA, fModeless.fOwner);
@@ -197,7 +191,7 @@ TEST_F(ModalityTest, DialogOfAModelessDialog) {
 
 // A client ends the dialog from whatever it is told while the dialog appears.
 TEST_F(ModalityTest, DialogsEndedWhileTheyAppear) {
-  RunSteps({[this] {
+  RunWith({[this] {
     MakeDocuments();
     const auto end = [this] { return fA.fRelease ? std::exchange(fA.fRelease, nullptr)() : kOK; };
     for (IModalOwner* const owner : {static_cast<IModalOwner*>(nullptr), fDoc1.fOwner}) {
@@ -217,13 +211,12 @@ TEST_F(ModalityTest, DialogsEndedWhileTheyAppear) {
 
 // One that is opened while another one ends is in front of all, and usable alone.
 TEST_F(ModalityTest, ADialogOpenedWhileAnotherEnds) {
-  RunSteps({[this] {
+  RunWith({[this] {
     MakeDocuments();
     MakeNamed("A", Kind::kModal, fA);
     fDoc2.fHooks["OnActivationChanged 1"] = [this] {
       fDoc2.fHooks.clear();
       MakeNamed("B", Kind::kModal, fB);
-      return kOK;
     };
     Release(fA);
     EXPECT_EQ(Picture(), "B+* doc2 doc1");
@@ -262,7 +255,7 @@ TEST_F(ModalityTest, AnOwnerEndsWhileItsDialogDoes) {
 
 // As after the question whether to save: the dialog ends in a message of its own, and its owner at once.
 TEST_F(ModalityTest, AnOwnerEndsWithItsDialog) {
-  RunSteps({[this] {
+  RunWith({[this] {
     MakeDocuments();
     const auto endBoth = [this] { return fA.fRelease() == kOK ? fDoc1.fRelease() : kOtherError; };
     MakeNamed("A", Kind::kModal, fA, fDoc1.fOwner, {{"OnRequestClose", endBoth}});
@@ -273,7 +266,7 @@ TEST_F(ModalityTest, AnOwnerEndsWithItsDialog) {
 }
 
 TEST_F(ModalityTest, QuittingClosesTheNewestDialogFirst) {
-  RunSteps({[this] {
+  RunWith({[this] {
     MakeDocuments();
     MakeNamed("A", Kind::kModal, fA);
     MakeNamed("B", Kind::kModal, fB);
@@ -284,7 +277,7 @@ TEST_F(ModalityTest, QuittingClosesTheNewestDialogFirst) {
 
 // All windows come back from the task bar only if all are there.
 TEST_F(ModalityTest, AMinimizedApplication) {
-  RunSteps({[this] {
+  RunWith({[this] {
     MakeDocuments();
     const auto openAndEnd = [this] {
       MakeNamed("A", Kind::kModal, fA);
@@ -317,7 +310,7 @@ TEST_F(ModalityTest, AMinimizedApplication) {
 TEST_F(ModalityTest, ForeignWindowsAreLeftAlone) {
   const ForeignWindow enabled, disabled;
   EnableWindow(disabled, FALSE);
-  RunSteps({[&] {
+  RunWith({[&] {
     MakeDocuments();
     MakeNamed("A", Kind::kModal, fA);
     EXPECT_TRUE(IsWindowEnabled(enabled));

@@ -105,12 +105,8 @@ TEST_F(MouseCaptureTest, CapturesEndInManyWays) {
 }
 
 TEST_F(MouseCaptureTest, AFailingCaptureIsReported) {
-  fHooks.fOnUnhandledError = [](TError error) {
-    EXPECT_EQ(error, 100001u);
-    return kOK;
-  };
-  CreateMorvane();
-  fHooks.fOnStartUp = [=, this] {
+  fHooks.fOnUnhandledError = [](TError error) { EXPECT_EQ(error, 100001u); };
+  RunFrom([=, this] {
     Create(kWindowResizableBit, fRecord);
     Then([=, this] {
       Capture();
@@ -123,9 +119,7 @@ TEST_F(MouseCaptureTest, AFailingCaptureIsReported) {
       EXPECT_EQ(ReleaseMouse(), kOK);
       Quit();
     });
-    return kOK;
-  };
-  EXPECT_EQ(Run(), kOK);
+  });
 }
 
 TEST_F(MouseCaptureTest, TheShapeFollowsItsArbitration) {
@@ -202,17 +196,6 @@ TEST_F(MouseCaptureTest, TheShapeFollowsItsArbitration) {
 }
 
 TEST_F(MouseCaptureTest, TheStateOfTheMouseIsSampled) {
-  const auto input = [](DWORD mouseFlags, WORD key, DWORD keyFlags) {
-    INPUT event = {};
-    event.type = key ? INPUT_KEYBOARD : INPUT_MOUSE;
-    if (key) {
-      event.ki.wVk = key;
-      event.ki.dwFlags = keyFlags;
-    } else {
-      event.mi.dwFlags = mouseFlags;
-    }
-    EXPECT_EQ(SendInput(1, &event, sizeof(event)), 1u);
-  };
   RunWithView({[&] {
     TMouseState state = {};
     const auto becomes = [&](std::uint32_t buttons, std::uint32_t keys) {
@@ -228,17 +211,14 @@ TEST_F(MouseCaptureTest, TheStateOfTheMouseIsSampled) {
     ClientToScreen(Hwnd(), &screen);
     EXPECT_EQ(fMorvane->IMorvane_SampleMouseState(state, nullptr), kOK);
     EXPECT_EQ(state.fPosition.fX, screen.x);
-    input(0, VK_SHIFT, 0);
-    input(MOUSEEVENTF_LEFTDOWN, 0, 0);
+    SendInputs({KeyInput(VK_SHIFT), ButtonInput(MOUSEEVENTF_LEFTDOWN)});
     EXPECT_TRUE(becomes(1, kModifierShift));
-    input(MOUSEEVENTF_MIDDLEDOWN, 0, 0);
+    SendInputs({ButtonInput(MOUSEEVENTF_MIDDLEDOWN)});
     EXPECT_TRUE(becomes(3, kModifierShift));
-    input(MOUSEEVENTF_LEFTUP, 0, 0);
-    input(MOUSEEVENTF_MIDDLEUP, 0, 0);
-    input(MOUSEEVENTF_RIGHTDOWN, 0, 0);
-    input(0, VK_SHIFT, KEYEVENTF_KEYUP);
+    SendInputs({ButtonInput(MOUSEEVENTF_LEFTUP), ButtonInput(MOUSEEVENTF_MIDDLEUP),
+                ButtonInput(MOUSEEVENTF_RIGHTDOWN), KeyInput(VK_SHIFT, KEYEVENTF_KEYUP)});
     EXPECT_TRUE(becomes(2, 0));
-    input(MOUSEEVENTF_RIGHTUP, 0, 0);
+    SendInputs({ButtonInput(MOUSEEVENTF_RIGHTUP)});
     EXPECT_TRUE(becomes(0, 0));
   }});
 }

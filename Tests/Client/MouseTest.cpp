@@ -349,23 +349,10 @@ TEST_F(MouseTest, TheWheelGoesAlongTheFocusChain) {
 
 // The whole road: from the input of the system to the views.
 TEST_F(MouseTest, RealInputArrives) {
-  // At once, and with the place, so that nothing comes in between and two presses make a double click on a
-  // slow machine, too.
-  const auto press = [&](std::vector<DWORD> flags) {
+  const auto press = [&](const std::vector<DWORD>& buttons) {
     POINT place = {kOverD.x + fMoved.x, kOverD.y + fMoved.y};
     ClientToScreen(Hwnd(), &place);
-    std::vector<INPUT> inputs;
-    flags.insert(flags.begin(), MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE);
-    for (const DWORD flag : flags) {
-      INPUT input = {};
-      input.type = INPUT_MOUSE;
-      input.mi.dwFlags = flag;
-      input.mi.dx = (place.x * 65536 + 32768) / GetSystemMetrics(SM_CXSCREEN);
-      input.mi.dy = (place.y * 65536 + 32768) / GetSystemMetrics(SM_CYSCREEN);
-      inputs.push_back(input);
-    }
-    const UINT count = static_cast<UINT>(inputs.size());
-    EXPECT_EQ(SendInput(count, inputs.data(), sizeof(INPUT)), count);
+    Click(place, buttons);
   };
   const auto heard = [&](const std::string& words) {
     return PumpUntil(

@@ -8,18 +8,8 @@ namespace NSMorvaneTest {
 
 class DocumentRunTest : public ClientTest {
  protected:
-  // The log from here on.
-  CallLog TakeLog() { return std::exchange(fLog, {}); }
-  bool IsQuitting() {
-    TFlag isQuitting = 7;
-    EXPECT_EQ(fMorvane->IMorvane_IsQuitting(isQuitting), kOK);
-    return isQuitting == 1;
-  }
   // Handles what waits, and a few ticks of the windows' timers.
-  void LetMessagesPass() {
-    const DWORD start = GetTickCount();
-    EXPECT_TRUE(YieldUntil([start] { return GetTickCount() - start > 100; }));
-  }
+  void LetMessagesPass() { YieldFor(100); }
   std::vector<IWindow*> DocumentWindowsZ() {
     CVectorWindowReceiver receiver;
     EXPECT_EQ(fMorvane->IMorvane_GetDocumentWindowsZ(receiver), kOK);
@@ -45,7 +35,6 @@ TEST_F(DocumentRunTest, ClosingTheLastOneAsksToQuit) {
     IDocumentWindow* const last = CreateDocument("last");
     Then([=] { EXPECT_EQ(first->IDocumentWindow_Release(), kOK); });
     Then([=] { PostMessageW(HwndOf(*last), WM_CLOSE, 0, 0); });
-    return kOK;
   };
   int quitEvents = 0;
   fHooks.fOnQuitEvent = [&] {
@@ -78,11 +67,10 @@ TEST_F(DocumentRunTest, FailingFactoryLeavesNoWindow) {
   };
   expectFailure(kIllegalCallSequenceProgrammingError);  // there is no run
   EXPECT_EQ(fOutput.TakeAssertions(), CallLog{"0!=fBehavior"});
-  fHooks.fOnStartUp = [&] {
+  RunFrom([&] {
     expectFailure(100400);
     return fMorvane->IMorvane_StartQuitting();
-  };
-  EXPECT_EQ(Run(), kOK);
+  });
 }
 
 // The windows go, oldest first, without being asked.
@@ -102,14 +90,13 @@ TEST_F(DocumentRunTest, FailedStartUpDestroysTheWindows) {
 
 // A window that the set-up of another one has ended is passed over.
 TEST_F(DocumentRunTest, MenuBarSetUpMayEndTheNextWindow) {
-  CreateMorvane();
   int setUps = 0;
   IDocumentWindow* next = nullptr;
   fHooks.fOnSetupMenuBar = [&](IMenuBarState&) {
     ++setUps;
     return next ? std::exchange(next, nullptr)->IDocumentWindow_Release() : kOK;
   };
-  fHooks.fOnStartUp = [&] {
+  RunFrom([&] {
     IDocumentWindow* const below = CreateDocument("below");
     CreateDocument("above");
     LetMessagesPass();
@@ -121,9 +108,7 @@ TEST_F(DocumentRunTest, MenuBarSetUpMayEndTheNextWindow) {
     EXPECT_EQ(setUps, 2);
     EXPECT_EQ(fOutput.CountLines("RequestMenuBarSetup for a behavior-less document window!!!"), 0u);
     fMorvane->IMorvane_StartQuitting();
-    return kOK;
-  };
-  EXPECT_EQ(Run(), kOK);
+  });
   EXPECT_EQ(fLog, (CallLog{"OnStartUp", "below deleted", "above OnRequestClose 1", "above deleted",
                            "OnCleanUp", "deleted"}));
 }
@@ -159,9 +144,8 @@ TEST_F(DocumentRunTest, SettingsOfWhatIsOnTheScreenInvalidate) {
 // One at a time, the front window first; the next one when the one before has gone and a message has been
 // handled.
 TEST_F(DocumentRunTest, WindowsAreAskedOneAtATime) {
-  CreateMorvane();
-  fOnRequestClose = [](const std::string&, IDocumentWindow&, TCloseReason) { return kOK; };
-  fHooks.fOnStartUp = [this] {
+  fOnRequestClose = [] {};
+  RunFrom([this] {
     CreateDocument("bottom");
     IDocumentWindow* const middle = CreateDocument("middle");
     IDocumentWindow* const top = CreateDocument("top");
@@ -180,17 +164,14 @@ TEST_F(DocumentRunTest, WindowsAreAskedOneAtATime) {
       fOnRequestClose = nullptr;  // the last one closes as soon as it is asked
       EXPECT_EQ(middle->IDocumentWindow_Release(), kOK);
     });
-    return kOK;
-  };
-  EXPECT_EQ(Run(), kOK);
+  });
   EXPECT_EQ(fLog,
             (CallLog{"middle deleted", "bottom OnRequestClose 1", "bottom deleted", "OnCleanUp", "deleted"}));
 }
 
 // A window that cannot be seen is not asked, but it keeps the run going.
 TEST_F(DocumentRunTest, HiddenWindowHoldsTheQuitting) {
-  CreateMorvane();
-  fHooks.fOnStartUp = [this] {
+  RunFrom([this] {
     const HWND hidden = HwndOf(*CreateDocument("hidden"));
     CreateDocument("shown");
     Then([=, this] {
@@ -202,9 +183,7 @@ TEST_F(DocumentRunTest, HiddenWindowHoldsTheQuitting) {
       fLog.push_back("shown again");
       ShowWindow(hidden, SW_SHOW);
     });
-    return kOK;
-  };
-  EXPECT_EQ(Run(), kOK);
+  });
   EXPECT_EQ(fLog, (CallLog{"OnStartUp", "shown OnRequestClose 1", "shown deleted", "shown again",
                            "hidden OnRequestClose 1", "hidden deleted", "OnCleanUp", "deleted"}));
 }
@@ -212,17 +191,13 @@ TEST_F(DocumentRunTest, HiddenWindowHoldsTheQuitting) {
 // A failure at the first window comes back to the caller, one at a later window to the error report. Both end
 // the quitting.
 TEST_F(DocumentRunTest, FailureToCloseEndsTheQuitting) {
-  CreateMorvane();
   bool failing = true;
-  fOnRequestClose = [&](const std::string& name, IDocumentWindow& document, TCloseReason) -> TError {
+  fOnRequestClose = [&](const std::string& name, IDocumentWindow& document) -> TError {
     if (failing && name == "bottom") return 100700;
     return document.IDocumentWindow_Release();
   };
-  fHooks.fOnUnhandledError = [this](TError) {
-    EXPECT_FALSE(IsQuitting());
-    return kOK;
-  };
-  fHooks.fOnStartUp = [&] {
+  fHooks.fOnUnhandledError = [this](TError) { EXPECT_FALSE(IsQuitting()); };
+  RunFrom([&] {
     CreateDocument("bottom");
     CreateDocument("top");
     Then([this] {
@@ -237,9 +212,7 @@ TEST_F(DocumentRunTest, FailureToCloseEndsTheQuitting) {
                failing = false;
                EXPECT_EQ(fMorvane->IMorvane_StartQuitting(), kOK);
              });
-    return kOK;
-  };
-  EXPECT_EQ(Run(), kOK);
+  });
   EXPECT_EQ(fLog, (CallLog{"top OnRequestClose 1", "top deleted", "bottom OnRequestClose 1",
                            "OnUnhandledError 100700", "bottom OnRequestClose 1", "bottom OnRequestClose 1",
                            "bottom deleted", "OnCleanUp", "deleted"}));
@@ -248,13 +221,12 @@ TEST_F(DocumentRunTest, FailureToCloseEndsTheQuitting) {
 // --- The end of the session
 
 TEST_F(DocumentRunTest, EndOfSession) {
-  CreateMorvane();
   bool refusing = true;
-  fOnRequestClose = [&](const std::string&, IDocumentWindow& document, TCloseReason) {
+  fOnRequestClose = [&](const std::string&, IDocumentWindow& document) {
     return refusing ? fMorvane->IMorvane_StopQuitting() : document.IDocumentWindow_Release();
   };
   fHooks.fOnQuitEvent = [this] { return fMorvane->IMorvane_StartQuitting(); };
-  fHooks.fOnStartUp = [&] {
+  RunFrom([&] {
     const HWND bottom = HwndOf(*CreateDocument("bottom"));
     const HWND top = HwndOf(*CreateDocument("top"));
     Then([=, this, &refusing] {
@@ -263,7 +235,7 @@ TEST_F(DocumentRunTest, EndOfSession) {
       EXPECT_FALSE(IsQuitting());
       EXPECT_EQ(TakeLog(), (CallLog{"OnQuitEvent", "top OnRequestClose 1"}));
       // Already quitting: yes at once, whatever is open.
-      fOnRequestClose = [](const std::string&, IDocumentWindow&, TCloseReason) { return kOK; };
+      fOnRequestClose = [] {};
       Quit();
       EXPECT_EQ(SendMessageW(top, WM_QUERYENDSESSION, 0, 0), 1);
       EXPECT_EQ(TakeLog(), (CallLog{"top OnRequestClose 1"}));
@@ -274,9 +246,7 @@ TEST_F(DocumentRunTest, EndOfSession) {
       EXPECT_EQ(TakeLog(), (CallLog{"OnQuitEvent", "top OnRequestClose 1", "top deleted",
                                     "bottom OnRequestClose 1", "bottom deleted"}));
     });
-    return kOK;
-  };
-  EXPECT_EQ(Run(), kOK);
+  });
   EXPECT_EQ(fLog, (CallLog{"OnCleanUp", "deleted"}));
 }
 
@@ -286,7 +256,7 @@ TEST_F(DocumentRunTest, EndOfSession) {
 // released after the run.
 // It ends when the client releases it, or at the latest with the root object.
 TEST_F(DocumentRunTest, WindowLeftBehind) {
-  fOnRequestClose = [](const std::string&, IDocumentWindow&, TCloseReason) { return kOK; };
+  fOnRequestClose = [] {};
   IDocumentWindow* document = nullptr;
   fHooks.fOnStartUp = [&] {
     document = CreateDocument("document");
@@ -313,26 +283,19 @@ TEST_F(DocumentRunTest, WindowLeftBehind) {
 
 // The window brings the application back from lingering, but not out of quit mode.
 TEST_F(DocumentRunTest, WindowMadeWhileLingering) {
-  CreateMorvane();
   fParams.fLingerMS = 1000;
   bool made = false;
   fHooks.fOnIdle = [&](std::int64_t& delay) {
     delay = 5;
-    if (made || !fOutput.HasLine("Entering lingering mode...")) return kOK;
+    if (made || !fOutput.HasLine("Entering lingering mode...")) return;
     made = true;
     CreateDocument("late");
-    return kOK;
   };
-  fOnRequestClose = [this](const std::string&, IDocumentWindow& document, TCloseReason) {
+  fOnRequestClose = [this](const std::string&, IDocumentWindow& document) {
     WhenThen([this] { return fOutput.HasLine("Cancelling lingering mode..."); },
              [&document] { EXPECT_EQ(document.IDocumentWindow_Release(), kOK); });
-    return kOK;
   };
-  fHooks.fOnStartUp = [this] {
-    Then([this] { Quit(); });
-    return kOK;
-  };
-  EXPECT_EQ(Run(), kOK);
+  RunFrom([this] { Then([this] { Quit(); }); });
   EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnNoDocument 5003", "late OnRequestClose 1", "late deleted",
                            "OnCleanUp", "deleted"}));
   EXPECT_EQ(fOutput.CountLines("Entering lingering mode..."), 2u);

@@ -19,12 +19,8 @@ TEST_F(LingerTest, LingersForItsTime) {
       start = GetTickCount();
       Quit();
     });
-    return kOK;
   };
-  fHooks.fOnCleanUp = [&] {
-    EXPECT_GE(GetTickCount() - start, 380u);
-    return kOK;
-  };
+  fHooks.fOnCleanUp = [&] { EXPECT_GE(GetTickCount() - start, 380u); };
   EXPECT_EQ(Run(), kOK);
   EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnNoDocument 5003", "OnCleanUp", "deleted"}));
   EXPECT_EQ(fOutput.CountLines("Entering lingering mode..."), 1u);
@@ -35,22 +31,16 @@ TEST_F(LingerTest, LingersForItsTime) {
 // Stopped while it lingers, the application stays up without windows and gets a quit event. The second time
 // it lingers to the end.
 TEST_F(LingerTest, StoppingEndsTheLingering) {
-  CreateMorvane();
   fParams.fLingerMS = 1500;
   bool stopped = false;
   fHooks.fOnIdle = [&](std::int64_t& delay) {
     delay = 5;
-    if (stopped || !fOutput.HasLine("Entering lingering mode...")) return kOK;
+    if (stopped || !fOutput.HasLine("Entering lingering mode...")) return;
     stopped = true;
     EXPECT_EQ(fMorvane->IMorvane_StopQuitting(), kOK);
     WhenThen([this] { return fOutput.HasLine("Cancelling lingering mode..."); }, [this] { Quit(); });
-    return kOK;
   };
-  fHooks.fOnStartUp = [this] {
-    Then([this] { Quit(); });
-    return kOK;
-  };
-  EXPECT_EQ(Run(), kOK);
+  RunFrom([this] { Then([this] { Quit(); }); });
   EXPECT_TRUE(stopped);
   EXPECT_GE(std::count(fLog.begin(), fLog.end(), "OnQuitEvent"), 1);
   EXPECT_EQ(fOutput.CountLines("]Morvane] Exited quit mode..."), 1u);
@@ -67,7 +57,6 @@ TEST_F(LingerTest, QuittingOutOfTurnIsReported) {
     EXPECT_EQ(fMorvane->IMorvane_StartQuitting(), kOK);
     EXPECT_EQ(fMorvane->IMorvane_StartQuitting(), kOK);
     EXPECT_EQ(fOutput.TakeAssertions(), (std::vector<std::string>{"!fIsInQuitMode"}));
-    return kOK;
   };
   EXPECT_EQ(Run(), kOK);
   EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnCleanUp", "deleted"}));
@@ -126,7 +115,6 @@ TEST_F(SecondLaunchTest, HandsItsFilesOver) {
   fHooks.fOnStartUp = [this] {
     StartSecondProcess(L"/second \"quoted file.txt\" /third plain.txt");
     LetSecondProcessesRun();
-    return kOK;
   };
   int opened = 0;
   fHooks.fOnOpenURL = [&](const std::string&) -> TError {
@@ -140,7 +128,6 @@ TEST_F(SecondLaunchTest, HandsItsFilesOver) {
     CTextReceiver options;
     EXPECT_EQ(extensions->IWinExtensions_GetCommandLineOptions(options), kOK);
     EXPECT_EQ(options.fTexts, (std::vector<std::u16string>{u"/second", u"/third"}));
-    return kOK;
   };
   EXPECT_EQ(Run(), kOK);
   EXPECT_EQ(LogWithoutQuitEvents(),
@@ -158,12 +145,10 @@ TEST_F(SecondLaunchTest, AbortsTheLingering) {
   fHooks.fOnIdle = [this](std::int64_t& delay) {
     delay = 5;
     if (fOutput.HasLine("Entering lingering mode...")) LetSecondProcessesRun();
-    return kOK;
   };
   fHooks.fOnStartUp = [this] {
     StartSecondProcess();
     Then([this] { Quit(); });
-    return kOK;
   };
   fHooks.fOnQuitEvent = [this] { return fMorvane->IMorvane_StartQuitting(); };
   EXPECT_EQ(Run(), kOK);
@@ -187,16 +172,14 @@ TEST_F(SecondLaunchTest, StopsTheClosingOfWindows) {
       Quit();
       LetSecondProcessesRun();
     });
-    return kOK;
   };
-  fOnRequestClose = [](const std::string&, IDocumentWindow&, TCloseReason) { return kOK; };
+  fOnRequestClose = [] {};
   fHooks.fOnOpenURL = [this](const std::string&) {
     TFlag isQuitting = 7;
     EXPECT_EQ(fMorvane->IMorvane_IsQuitting(isQuitting), kOK);
     EXPECT_EQ(isQuitting, 0u);
     fOnRequestClose = nullptr;
     Quit();
-    return kOK;
   };
   EXPECT_EQ(Run(), kOK);
   EXPECT_EQ(fLog,
@@ -217,11 +200,9 @@ TEST_F(SecondLaunchTest, WaitsForTheOneBefore) {
     fSeconds.front()->EndsWell();
     StartSecondProcess(L"b.txt");
     EXPECT_EQ(CountEnded(), 1);
-    return kOK;
   };
   fHooks.fOnOpenURL = [this](const std::string& url) {
     if (url == "file://b.txt") Quit();
-    return kOK;
   };
   EXPECT_EQ(Run(), kOK);
   EXPECT_EQ(LogWithoutQuitEvents(), (CallLog{"OnStartUp", "OnNoDocument 5003", "OnOpenURL file://a.txt",
@@ -238,12 +219,10 @@ TEST_F(SecondLaunchTest, LongCommandLineIsCut) {
   fHooks.fOnStartUp = [this] {
     StartSecondProcess(std::wstring(4000, L'x'));
     LetSecondProcessesRun();
-    return kOK;
   };
   fHooks.fOnOpenURL = [&](const std::string& url) {
     opened = url;
     Quit();
-    return kOK;
   };
   EXPECT_EQ(Run(), kOK);
   EXPECT_EQ(opened, "file://" + std::string(2600 - inFront, 'x'));
@@ -254,13 +233,9 @@ TEST_F(SecondLaunchTest, LongCommandLineIsCut) {
 // launch without files.
 TEST_F(SecondLaunchTest, MessageWithoutACommandLine) {
   CreateMorvane();
-  fHooks.fOnStartUp = [] {
-    PostThreadMessageW(GetCurrentThreadId(), 1135, 0, 0);
-    return kOK;
-  };
+  fHooks.fOnStartUp = [] { PostThreadMessageW(GetCurrentThreadId(), 1135, 0, 0); };
   fHooks.fOnNoDocument = [this](TNoDocumentKind kind) {
     if (kind == kNoDocumentAtReopen) Quit();
-    return kOK;
   };
   EXPECT_EQ(Run(), kOK);
   EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnNoDocument 5003", "OnQuitEvent", "OnNoDocument 5004", "OnCleanUp",

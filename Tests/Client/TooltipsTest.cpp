@@ -93,7 +93,7 @@ TEST_F(TooltipsTest, AControlHasAToolOfItsOwn) {
     EXPECT_EQ(Tools(), (CallLog{"tip control", "tip 10 10 90 90"}));
     SetText(*fOther, u"");
     EXPECT_EQ(Tools(), CallLog());
-    fOtherRecord.fHooks["GetNativeFocusTarget"] = [] { return TError(100322); };
+    fOtherRecord.fHooks["GetNativeFocusTarget"] = TError(100322);
     EXPECT_EQ(fOther->IView_SetTooltipText(u"tip"), TError(100322));
     EXPECT_EQ(Tools(), CallLog());
     TChar text[kTooltipTextChars + 1] = {};

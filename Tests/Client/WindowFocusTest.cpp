@@ -29,7 +29,7 @@ TEST_F(WindowFocusTest, SuperViewsAreToldToo) {
 
 // A code is no reason to stop: everybody has to know.
 TEST_F(WindowFocusTest, FailuresOfNotificationsAreLogged) {
-  fOuterRecord.fHooks["gained"] = fLeafRecord.fHooks["lost"] = [] { return TError(100321); };
+  fOuterRecord.fHooks["gained"] = fLeafRecord.fHooks["lost"] = TError(100321);
   RunWithViews([this] {
     SetFocusView(fLeaf);
     SetFocusView(fOther);
@@ -41,7 +41,7 @@ TEST_F(WindowFocusTest, FailuresOfNotificationsAreLogged) {
 }
 
 TEST_F(WindowFocusTest, AFailingFocusTargetChangesNothingElse) {
-  fOtherRecord.fHooks["GetNativeFocusTarget"] = [] { return TError(100322); };
+  fOtherRecord.fHooks["GetNativeFocusTarget"] = TError(100322);
   RunWithViews([this] {
     SetFocusView(fLeaf);
     TakeViewLog();
@@ -102,7 +102,6 @@ TEST_F(WindowFocusTest, AViewThatEndsItselfWhenItGoesOffDuty) {
   fLeafRecord.fHooks["lost"] = [this] {
     fLeafRecord.fHooks.clear();
     Release(fLeaf);
-    return kOK;
   };
   RunWithViews([this] {
     IView* const tabViews[] = {fLeaf, fInner, fOther};
@@ -127,10 +126,7 @@ TEST_F(WindowFocusTest, AViewThatEndsItselfWhenItGoesOffDuty) {
 }
 
 TEST_F(WindowFocusTest, AViewThatIsReleasedWhileItGetsTheFocus) {
-  fLeafRecord.fHooks["lost"] = [this] {
-    Release(fOther);
-    return kOK;
-  };
+  fLeafRecord.fHooks["lost"] = [this] { Release(fOther); };
   RunWithViews([this] {
     SetFocusView(fLeaf);
     SetFocusView(fOther);
@@ -146,13 +142,15 @@ TEST_F(WindowFocusTest, AWindowReleasedInsideItsViewsCallbacks) {
     const char* fHook;
     bool fOfTheOldView;  // of the view that loses the focus, else of the one that gets it
     bool fByDisabling;   // the old view, which passes the focus on
+    bool fByKey = false;
   };
   const Scenario kScenarios[] = {{"lost", true, false},
                                  {"gained", false, false},
                                  {"OnSetupMenuBar", false, false},
                                  {"GetNativeFocusTarget", false, false},
                                  {"lost", true, true},
-                                 {"gained", false, true}};
+                                 {"gained", false, true},
+                                 {"key", true, false, true}};
   TViewParams disabled = ViewParams();
   disabled.fFlags = kViewFocusable;
   RunWithWindow(kPlain, [&] {
@@ -177,9 +175,14 @@ TEST_F(WindowFocusTest, AWindowReleasedInsideItsViewsCallbacks) {
         Release(newView);
         return record.fWindow->IDocumentWindow_Release();
       };
-      EXPECT_EQ(scenario.fByDisabling ? oldView->IView_SetParams(disabled)
-                                      : window.IWindow_SetConceptualFocusView(newView),
-                kOK);
+      if (scenario.fByKey) {
+        PostMessageW(record.fHwnd, WM_KEYDOWN, 'A', 1);
+        EXPECT_TRUE(YieldUntil([&] { return isReleased; }));
+      } else {
+        EXPECT_EQ(scenario.fByDisabling ? oldView->IView_SetParams(disabled)
+                                        : window.IWindow_SetConceptualFocusView(newView),
+                  kOK);
+      }
       SendMessageW(Hwnd(), WM_NULL, 0, 0);
       EXPECT_TRUE(isReleased);
       EXPECT_FALSE(IsWindow(record.fHwnd));

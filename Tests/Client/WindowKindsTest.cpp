@@ -33,7 +33,7 @@ TEST_F(WindowKindsTest, StyleBitsBecomeNativeStyles) {
       {Kind::kFloating, kWindowStyleBit23 | kWindowStyleBit24, L"SkerryFloatingWindow", 0x82C80000, 0x88,
        true, true},
   };
-  RunSteps({[&] {
+  RunWith({[&] {
     for (const auto& c : kCases) {
       KindRecord window;
       ASSERT_NE(Make(c.fKind, window, c.fFlags), nullptr);
@@ -62,7 +62,7 @@ TEST_F(WindowKindsTest, StyleBitsBecomeNativeStyles) {
 
 // Each kind has those flags of the placement that it needs, and is where it is told to be.
 TEST_F(WindowKindsTest, States) {
-  RunSteps({[this] {
+  RunWith({[this] {
     KindRecord record[3];
     auto* const modeless =
         static_cast<IModelessDialog*>(Make(Kind::kModeless, record[0], kWindowZoomableBit));
@@ -118,10 +118,9 @@ TEST_F(WindowKindsTest, WithoutABehaviour) {
       SendMessageW(window.fHwnd, WM_SIZE, 0, 0);
       SendMessageW(window.fHwnd, WM_HELP, 0, 0);
       SendMessageW(window.fHwnd, WM_CLOSE, 0, 0);
-      return kOK;
     };
     fOutput.Reset();
-    RunSteps({[&] {
+    RunWith({[&] {
       Make(c.fKind, window);
       EXPECT_EQ(fOutput.CountLines(std::string("RequestClose for a behavior-less ") + c.fName + "!!!"), 1u);
       EXPECT_FALSE(IsWindow(window.fHwnd));
@@ -132,10 +131,10 @@ TEST_F(WindowKindsTest, WithoutABehaviour) {
 }
 
 TEST_F(WindowKindsTest, AFactoryThatFails) {
-  RunSteps({[this] {
+  RunWith({[this] {
     for (const Kind kind : {Kind::kDocument, Kind::kModeless, Kind::kModal, Kind::kFloating}) {
       KindRecord window;
-      window.fHooks["factory"] = [] { return TError(100777); };
+      window.fHooks["factory"] = TError(100777);
       EXPECT_EQ(Make(kind, window, 0, nullptr, kind == Kind::kModal, 100777), nullptr);
       EXPECT_FALSE(IsWindow(window.fHwnd));
     }
@@ -148,8 +147,7 @@ TEST_F(WindowKindsTest, AFactoryThatFails) {
 TEST_F(WindowKindsTest, ABlockingDialogRunsToItsEnd) {
   KindRecord document, outer, inner;
   CallLog log;
-  CreateMorvane();
-  fHooks.fOnStartUp = [&] {
+  RunFrom([&] {
     Make(Kind::kDocument, document);
     Then([&] {
       log.push_back("outer shown");
@@ -167,7 +165,6 @@ TEST_F(WindowKindsTest, ABlockingDialogRunsToItsEnd) {
         log.push_back("error " + std::to_string(error));
         EXPECT_TRUE(IsWindow(inner.fHwnd));
         PostMessageW(inner.fHwnd, WM_CLOSE, 0, 0);
-        return kOK;
       };
       EXPECT_EQ(Make(Kind::kModal, inner, kWindowStyleBit23, nullptr, 1), nullptr);
       log.push_back("inner through");
@@ -180,9 +177,7 @@ TEST_F(WindowKindsTest, ABlockingDialogRunsToItsEnd) {
     EXPECT_FALSE(IsWindow(outer.fHwnd));
     EXPECT_TRUE(IsWindowEnabled(document.fHwnd));
     Quit();
-    return kOK;
-  };
-  EXPECT_EQ(Run(), kOK);
+  });
   EXPECT_EQ(log, (CallLog{"outer shown", "inner shown", "error 100777", "inner through", "outer through"}));
   EXPECT_EQ(inner.Count("OnRequestClose 0"), 1u);
 }
@@ -197,17 +192,14 @@ TEST_F(WindowKindsTest, ABlockingDialogThatEndsEarly) {
     delay = 1;
     return std::exchange(isOpen, false) ? second.fRelease() : kOK;
   };
-  CreateMorvane();
-  fHooks.fOnStartUp = [&] {
+  RunFrom([&] {
     EXPECT_EQ(Make(Kind::kModal, first, 0, nullptr, 1), nullptr);
     EXPECT_EQ(first.fLog, CallLog{"deleted"});
     Then([&] { isOpen = true; });
     EXPECT_EQ(Make(Kind::kModal, second, 0, nullptr, 1), nullptr);
     EXPECT_FALSE(IsWindow(second.fHwnd));
     Quit();
-    return kOK;
-  };
-  EXPECT_EQ(Run(), kOK);
+  });
 }
 
 // --- Window lists
@@ -227,7 +219,7 @@ TEST_F(WindowKindsTest, ListsByKindFrontWindowFirst) {
     EXPECT_EQ(listed(&IMorvane::IMorvane_GetModalDialogsZ), modals);
     EXPECT_EQ(listed(&IMorvane::IMorvane_GetFloatingWindowsZ), floatings);
   };
-  RunSteps({[&] {
+  RunWith({[&] {
     for (int i : {0, 1}) {
       Make(Kind::kDocument, document[i]);
       Make(Kind::kModeless, modeless[i]);
@@ -248,7 +240,6 @@ TEST_F(WindowKindsTest, ListsByKindFrontWindowFirst) {
     modal.fHooks["OnActivationChanged 0"] = [&] {
       expectLists({document[0].fWindow, document[1].fWindow}, {modeless[0].fWindow, modeless[1].fWindow}, {},
                   {});
-      return kOK;
     };
     PostMessageW(modal.fHwnd, WM_NULL, 0, 0);
     Release(modal);

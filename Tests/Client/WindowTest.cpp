@@ -15,12 +15,6 @@ constexpr TStyleFlags kSizeable = kWindowResizableBit | kWindowZoomableBit;
 constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
 constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
 
-TSize NativeClientSize(HWND hwnd) {
-  RECT client = {};
-  GetClientRect(hwnd, &client);
-  return {client.right, client.bottom};
-}
-
 TRect NativeNormalRect(HWND hwnd) {
   WINDOWPLACEMENT wp = {};
   wp.length = sizeof(wp);
@@ -111,7 +105,6 @@ TEST_F(WindowTest, WhatItIsToldBeforeItIsShownIsHowItAppears) {
       state.fPlacement.fUserRect = {200, 150, 700, 550};
     });
     EXPECT_FALSE(IsWindowVisible(Hwnd()));
-    return kOK;
   };
   RunWithWindow(kSizeable, [this] {
     EXPECT_EQ(NativeTitleOf(Hwnd()), L"Early*");
@@ -129,7 +122,6 @@ TEST_F(WindowTest, AppearsMinimizedOrMaximizedWhenToldSo) {
   };
   fRecord.fHooks["factory"] = [this] {
     Change([](TDocumentWindowState& state) { state.fPlacement.fMinimized = 1; });
-    return kOK;
   };
   RunWithWindow(kSizeable, {[&] {
                               EXPECT_TRUE(IsIconic(Hwnd()));
@@ -244,7 +236,6 @@ TEST_F(WindowTest, MovingAndResizing) {
 TEST_F(WindowTest, ResizedInsideTheCallback) {
   fRecord.fHooks["OnClientSizeChanged"] = [this] {
     Change([](TDocumentWindowState& state) { state.fPlacement.fUserRect = {60, 70, 460, 370}; });
-    return kOK;
   };
   RunWithWindow(kSizeable, {[this] {
                   EXPECT_EQ(NativeNormalRect(Hwnd()), (TRect{60, 70, 460, 370}));
@@ -389,7 +380,6 @@ TEST_F(WindowTest, AWindowWithoutBehaviour) {
     ShowWindow(hwnd, SW_HIDE);
     SendMessageW(hwnd, WM_CLOSE, 0, 0);
     EXPECT_TRUE(fOutput.HasLine("RequestClose for a behavior-less document window!!!"));
-    return kOK;
   };
   RunWithWindow(kPlain, [&] {
     Create(kPlain, early);
@@ -398,21 +388,37 @@ TEST_F(WindowTest, AWindowWithoutBehaviour) {
   });
 }
 
-// Whatever it is being told when the client ends it, the window goes with the end of that. What messages of
-// other kinds lead to is among their tests.
+// Whatever it or the application is being told when the client ends it, the window goes with the end of that.
+// What its views are told is among the tests of the focus and of painting.
 TEST_F(WindowTest, ReleasedInsideEachCallback) {
-  const auto nothing = [](WindowRecord&) {};
+  using Cause = std::function<void(WindowRecord&)>;
+  const Cause nothing = [](WindowRecord&) {};
+  const auto sending = [](UINT message, WPARAM wParam = 0) -> Cause {
+    return [=](WindowRecord& record) { SendMessageW(record.fHwnd, message, wParam, 0); };
+  };
+  const Cause elsewhere = [this](WindowRecord&) { SetActiveWindow(Hwnd()); };
+  const Cause painting = [](WindowRecord& record) {
+    InvalidateRect(record.fHwnd, nullptr, FALSE);
+    UpdateWindow(record.fHwnd);
+  };
+  const Cause key = [this](WindowRecord& record) {
+    PostMessageW(record.fHwnd, WM_KEYDOWN, 'A', 1);
+    EXPECT_TRUE(YieldUntil([&] { return !IsWindow(record.fHwnd); }));
+  };
   const struct {
     const char* fCallback;
     bool fWhileBeingShown;
-    std::function<void(WindowRecord&)> fCause;
+    Cause fCause;
   } rows[] = {
       {"factory", true, nothing},
       {"OnClientSizeChanged", true, nothing},
       {"OnPlacementChanged", true, nothing},
       {"OnActivationChanged 1", true, nothing},
       {"OnKeyboardFocusChanged 1", true, nothing},
+      {"OnClientSizeChanged", false,
+       [](WindowRecord& record) { MoveWindow(record.fHwnd, 50, 50, 350, 350, TRUE); }},
       {"OnPlacementChanged", false, [](WindowRecord& record) { ShowWindow(record.fHwnd, SW_MAXIMIZE); }},
+      {"OnPlacementChanged", false, sending(WM_SYSCOMMAND, SC_MINIMIZE)},
       // The state has a title too, which comes after the window has gone.
       {"OnPlacementChanged", false,
        [](WindowRecord& record) {
@@ -423,13 +429,22 @@ TEST_F(WindowTest, ReleasedInsideEachCallback) {
                                }),
                    kOK);
        }},
-      {"OnActivationChanged 0", false, [this](WindowRecord&) { SetActiveWindow(Hwnd()); }},
-      {"OnKeyboardFocusChanged 0", false, [this](WindowRecord&) { SetActiveWindow(Hwnd()); }},
+      {"OnActivationChanged 0", false, elsewhere},
+      {"OnKeyboardFocusChanged 0", false, elsewhere},
       {"OnSetupMenuBar", false,
        [this](WindowRecord&) {
          EXPECT_EQ(fMorvane->IMorvane_RequestMenuBarsSetup(), kOK);
          SendMessageW(Hwnd(), WM_NULL, 0, 0);  // they are filled at the end of any message
        }},
+      {"OnRequestClose 0", false, sending(WM_CLOSE)},
+      {"OnHelpRequested", false, sending(WM_HELP)},
+      {"HandleKeyDown", false, key},
+      {"key of the application", false, key},
+      {"theme", false, sending(WM_THEMECHANGED)},
+      {"menu entered", false, sending(WM_ENTERMENULOOP)},
+      {"menu left", false, sending(WM_EXITMENULOOP)},
+      {"drawing begins", false, painting},
+      {"drawing ends", false, painting},
   };
   RunWithWindow(kPlain, [&] {
     for (const auto& row : rows) {
@@ -442,11 +457,22 @@ TEST_F(WindowTest, ReleasedInsideEachCallback) {
         isReleased = true;
         return record.fWindow->IDocumentWindow_Release();
       };
+      const auto run = [&](const char* name) {
+        return [&record, name] { return RunHook(record.fHooks, name); };
+      };
+      fHooks.fHandleKeyDown = run("key of the application");
+      fHooks.fOnThemeChanged = run("theme");
+      fHooks.fOnEnterMenuLoop = run("menu entered");
+      fHooks.fOnExitMenuLoop = run("menu left");
+      fHooks.fOnBeginDraw = run("drawing begins");
+      fHooks.fOnEndDraw = run("drawing ends");
       if (row.fWhileBeingShown) Create(kSizeable, record);
       row.fCause(record);
       EXPECT_TRUE(isReleased);
       EXPECT_FALSE(IsWindow(record.fHwnd));
       EXPECT_EQ(record.Count("deleted"), 1u);
+      EXPECT_EQ(fOutput.DescribeAssertions(), "");
+      fHooks = {};
     }
     EXPECT_TRUE(Window().IDocumentWindow_CheckInvariant()) << "the first window is as it was";
   });
@@ -464,7 +490,6 @@ TEST_F(WindowTest, ReleasedTwice) {
       CVectorWindowReceiver windows;
       EXPECT_EQ(fMorvane->IMorvane_GetDocumentWindowsZ(windows), kOK);
       EXPECT_EQ(windows.fWindows, std::vector<IWindow*>{&WindowOf(Window())});
-      return kOK;
     };
     EXPECT_EQ(record.fWindow->IDocumentWindow_Release(), kOK);
     EXPECT_FALSE(IsWindow(record.fHwnd));
@@ -543,25 +568,24 @@ TEST_F(WindowTest, RootViewReleasedByTheClient) {
 
 // What a failing callback was told counts as not told.
 TEST_F(WindowTest, FailingCallbacksAreToldAgain) {
-  RunWithWindow(kSizeable,
-                {[this] {
-                   fRecord.fHooks["OnPlacementChanged"] = [] { return TError(100001); };
-                   SetWindowPos(Hwnd(), nullptr, 7, 8, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
-                 },
-                 [this] {
-                   EXPECT_EQ(std::exchange(fLog.back(), ""), "OnUnhandledError 100001");
-                   fRecord.fHooks.clear();
-                   SetWindowPos(Hwnd(), nullptr, 9, 9, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
-                   const auto& [before, after] = fRecord.fPlacements.back();
-                   EXPECT_EQ(before.fUserRect, (TRect{100, 100, 400, 400}));
-                   EXPECT_EQ(after.fUserRect, (TRect{9, 9, 309, 309}));
-                   // The native procedure does not get at a window whose closing fails.
-                   fRecord.fHooks["OnRequestClose 0"] = [] { return TError(100002); };
-                   EXPECT_EQ(SendMessageW(Hwnd(), WM_CLOSE, 0, 0), 0);
-                   EXPECT_TRUE(IsWindowVisible(Hwnd()));
-                   EXPECT_TRUE(Window().IDocumentWindow_CheckInvariant());
-                 },
-                 [this] { EXPECT_EQ(std::exchange(fLog.back(), ""), "OnUnhandledError 100002"); }});
+  RunWithWindow(kSizeable, {[this] {
+                              fRecord.fHooks["OnPlacementChanged"] = TError(100001);
+                              SetWindowPos(Hwnd(), nullptr, 7, 8, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+                            },
+                            [this] {
+                              ExpectReported(100001);
+                              fRecord.fHooks.clear();
+                              SetWindowPos(Hwnd(), nullptr, 9, 9, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+                              const auto& [before, after] = fRecord.fPlacements.back();
+                              EXPECT_EQ(before.fUserRect, (TRect{100, 100, 400, 400}));
+                              EXPECT_EQ(after.fUserRect, (TRect{9, 9, 309, 309}));
+                              // The native procedure does not get at a window whose closing fails.
+                              fRecord.fHooks["OnRequestClose 0"] = TError(100002);
+                              EXPECT_EQ(SendMessageW(Hwnd(), WM_CLOSE, 0, 0), 0);
+                              EXPECT_TRUE(IsWindowVisible(Hwnd()));
+                              EXPECT_TRUE(Window().IDocumentWindow_CheckInvariant());
+                            },
+                            [this] { ExpectReported(100002); }});
 }
 
 }  // namespace NSMorvaneTest

@@ -10,9 +10,11 @@
 
 #include <gtest/gtest.h>
 
+#include <concepts>
 #include <cwchar>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -99,21 +101,51 @@ class ClientDebugOutput : public IDebugOutput {
 
 // --- The run behaviour
 
-// What a scenario does in the callbacks. An empty hook answers kOK and does nothing else.
+// What a scenario does in a callback: a function of the callback's arguments, or of none, which answers a
+// code or nothing; or the code alone. Empty it answers kOK.
+template <class... TArguments>
+class Hook {
+  using Body = std::function<TError(TArguments...)>;
+
+ public:
+  Hook(std::nullptr_t = nullptr) {}
+  Hook(TError error) : fBody(std::make_shared<Body>([error](TArguments...) { return error; })) {}
+  template <class TBody>
+  requires std::invocable<TBody&> || std::invocable<TBody&, TArguments...> Hook(TBody body)
+      : fBody(std::make_shared<Body>([body](TArguments... arguments) mutable {
+          const auto call = [&]() -> decltype(auto) {
+            if constexpr (std::invocable<TBody&, TArguments...>)
+              return body(arguments...);
+            else
+              return body();
+          };
+          if constexpr (!std::is_void_v<decltype(call())>) return TError(call());
+          call();
+          return TError(kOK);
+        })) {}
+  explicit operator bool() const { return fBody != nullptr; }
+  // It may be replaced in the middle of the call.
+  TError operator()(TArguments... arguments) const {
+    const auto body = fBody;
+    return body ? (*body)(arguments...) : kOK;
+  }
+
+ private:
+  std::shared_ptr<Body> fBody;
+};
+
 struct RunHooks {
-  std::function<TError()> fOnStartUp;
-  std::function<TError()> fOnCleanUp;
-  std::function<TError()> fOnQuitEvent;
-  std::function<TError(TNoDocumentKind)> fOnNoDocument;
-  std::function<TError(const std::string&)> fOnOpenURL;
-  std::function<TError(IMenuBarState&)> fOnSetupMenuBar;
-  std::function<TError(const TKeyEvent&, TFlag&)> fHandleKeyDown;
-  std::function<TError(const TMenuCommandEvent&, TFlag&)> fOnMenuCommand;
-  std::function<TError(std::int64_t&)> fOnIdle;
-  std::function<TError(TFlag)> fOnAppActivation;
-  std::function<TError()> fOnThemeChanged;
-  std::function<TError(std::uint32_t, std::uint32_t)> fOnAppMessage;
-  std::function<TError(TError)> fOnUnhandledError;
+  Hook<> fOnStartUp, fOnCleanUp, fOnQuitEvent, fOnThemeChanged;
+  Hook<> fOnEnterMenuLoop, fOnExitMenuLoop, fOnBeginDraw, fOnEndDraw;
+  Hook<TNoDocumentKind> fOnNoDocument;
+  Hook<const std::string&> fOnOpenURL;
+  Hook<IMenuBarState&> fOnSetupMenuBar;
+  Hook<const TKeyEvent&, TFlag&> fHandleKeyDown;
+  Hook<const TMenuCommandEvent&, TFlag&> fOnMenuCommand;
+  Hook<std::int64_t&> fOnIdle;
+  Hook<TFlag> fOnAppActivation;
+  Hook<std::uint32_t, std::uint32_t> fOnAppMessage;
+  Hook<TError> fOnUnhandledError;
 };
 
 // The steps of a scenario come as application messages with this number, which are not logged.
@@ -134,35 +166,22 @@ class RecordingRunBehavior : public CDefaultRunBehavior {
   TError IMorvaneRunBehavior_OnOpenURL(const char* url) override {
     return Call(std::string("OnOpenURL ") + url, fHooks.fOnOpenURL, std::string(url));
   }
-  TError IMorvaneRunBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) override {
-    return fHooks.fHandleKeyDown ? fHooks.fHandleKeyDown(event, outHandled) : kOK;
-  }
-  // Not logged: how often it comes is a matter of time.
-  TError IMorvaneRunBehavior_OnIdle(std::int64_t& inOutDelayMS) override {
-    ++fIdleCalls;
-    if (fHooks.fOnIdle) return fHooks.fOnIdle(inOutDelayMS);
-    return CDefaultRunBehavior::IMorvaneRunBehavior_OnIdle(inOutDelayMS);
-  }
-  TError IMorvaneRunBehavior_OnSetupMenuBar(IMenuBarState& state) override {
-    if (fHooks.fOnSetupMenuBar) return fHooks.fOnSetupMenuBar(state);
-    return kOK;
-  }
   TError IMorvaneRunBehavior_OnMenuCommand(const TMenuCommandEvent& event, TFlag& outHandled) override {
     outHandled = 0;
-    fLog.push_back("OnMenuCommand " + std::to_string(event.fCommand));
-    return fHooks.fOnMenuCommand ? fHooks.fOnMenuCommand(event, outHandled) : kOK;
-  }
-  TError IMorvaneRunBehavior_OnAppActivation(TFlag active) override {
-    if (fHooks.fOnAppActivation) return fHooks.fOnAppActivation(active);
-    return kOK;
+    return Call("OnMenuCommand " + std::to_string(event.fCommand), fHooks.fOnMenuCommand, event, outHandled);
   }
   TError IMorvaneRunBehavior_OnThemeChanged() override {
     return Call("OnThemeChanged", fHooks.fOnThemeChanged);
   }
+  TError IMorvaneRunBehavior_OnEnterMenuLoop() override {
+    return Call("OnEnterMenuLoop", fHooks.fOnEnterMenuLoop);
+  }
+  TError IMorvaneRunBehavior_OnExitMenuLoop() override {
+    return Call("OnExitMenuLoop", fHooks.fOnExitMenuLoop);
+  }
   TError IMorvaneRunBehavior_OnAppMessage(std::uint32_t a, std::uint32_t b) override {
-    if (a != kStepMessage) {
+    if (a != kStepMessage)
       return Call("OnAppMessage " + std::to_string(a) + " " + std::to_string(b), fHooks.fOnAppMessage, a, b);
-    }
     if (fSteps.empty()) return kOK;
     const std::function<void()> step = std::move(fSteps.front());
     fSteps.pop_front();
@@ -173,13 +192,32 @@ class RecordingRunBehavior : public CDefaultRunBehavior {
     return Call("OnUnhandledError " + std::to_string(error), fHooks.fOnUnhandledError, error);
   }
 
+  // Not logged: how often they come is a matter of time.
+  TError IMorvaneRunBehavior_OnIdle(std::int64_t& inOutDelayMS) override {
+    ++fIdleCalls;
+    return fHooks.fOnIdle ? fHooks.fOnIdle(inOutDelayMS)
+                          : CDefaultRunBehavior::IMorvaneRunBehavior_OnIdle(inOutDelayMS);
+  }
+  TError IMorvaneRunBehavior_OnBeginDraw(IDrawTools&) override { return fHooks.fOnBeginDraw(); }
+  TError IMorvaneRunBehavior_OnEndDraw(IDrawTools&) override { return fHooks.fOnEndDraw(); }
+  TError IMorvaneRunBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) override {
+    outHandled = 0;
+    return fHooks.fHandleKeyDown(event, outHandled);
+  }
+  TError IMorvaneRunBehavior_OnSetupMenuBar(IMenuBarState& state) override {
+    return fHooks.fOnSetupMenuBar(state);
+  }
+  TError IMorvaneRunBehavior_OnAppActivation(TFlag active) override {
+    return fHooks.fOnAppActivation(active);
+  }
+
   static inline int fIdleCalls = 0;
 
  private:
   template <class THook, class... TArguments>
-  TError Call(const std::string& entry, THook& hook, TArguments... arguments) {
+  TError Call(const std::string& entry, THook& hook, TArguments&&... arguments) {
     fLog.push_back(entry);
-    return hook ? hook(arguments...) : kOK;
+    return hook(arguments...);
   }
 
   CallLog& fLog;
@@ -189,7 +227,7 @@ class RecordingRunBehavior : public CDefaultRunBehavior {
 
 // --- Document windows
 
-using CloseHook = std::function<TError(const std::string& name, IDocumentWindow&, TCloseReason)>;
+using CloseHook = Hook<const std::string&, IDocumentWindow&>;  // with the name
 
 // Closes when it is asked to, unless there is a hook for that.
 class RecordingDocument : public CDefaultDocumentWindowBehavior {
@@ -200,8 +238,7 @@ class RecordingDocument : public CDefaultDocumentWindowBehavior {
 
   TError IDocumentWindowBehavior_OnRequestClose(TCloseReason reason) override {
     fLog.push_back(fName + " OnRequestClose " + std::to_string(reason));
-    if (fOnRequestClose) return fOnRequestClose(fName, fWindow, reason);
-    return CDefaultDocumentWindowBehavior::IDocumentWindowBehavior_OnRequestClose(reason);
+    return fOnRequestClose ? fOnRequestClose(fName, fWindow) : fWindow.IDocumentWindow_Release();
   }
 
  private:
@@ -244,33 +281,23 @@ inline void SetCommandLineOfThisProcess(const std::wstring& commandLine) {
 // Ends the process, with a message, when a scenario hangs.
 class Watchdog {
  public:
-  explicit Watchdog(const CallLog& log) : fLog(log) {
-    fDone = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    fThread = CreateThread(nullptr, 0, Watch, this, 0, nullptr);
+  explicit Watchdog(CallLog& log) {
+    CreateTimerQueueTimer(&fTimer, nullptr, End, &log, kScenarioLimitMS, 0, WT_EXECUTEONLYONCE);
   }
-  ~Watchdog() {
-    SetEvent(fDone);
-    WaitForSingleObject(fThread, INFINITE);
-    CloseHandle(fThread);
-    CloseHandle(fDone);
-  }
+  ~Watchdog() { DeleteTimerQueueTimer(nullptr, fTimer, INVALID_HANDLE_VALUE); }
   Watchdog(const Watchdog&) = delete;
   Watchdog& operator=(const Watchdog&) = delete;
 
  private:
-  static DWORD WINAPI Watch(void* argument) {
-    const Watchdog& self = *static_cast<Watchdog*>(argument);
-    if (WaitForSingleObject(self.fDone, kScenarioLimitMS) != WAIT_TIMEOUT) return 0;
+  static void CALLBACK End(void* argument, BOOLEAN) {
+    const CallLog& log = *static_cast<const CallLog*>(argument);
     std::fprintf(stderr, "The scenario hangs. So far there were %u calls, the last of them: %s\n",
-                 static_cast<unsigned>(self.fLog.size()), self.fLog.empty() ? "-" : self.fLog.back().c_str());
+                 static_cast<unsigned>(log.size()), log.empty() ? "-" : log.back().c_str());
     std::fflush(stderr);
     TerminateProcess(GetCurrentProcess(), 99);
-    return 0;
   }
 
-  const CallLog& fLog;
-  HANDLE fDone;
-  HANDLE fThread;
+  HANDLE fTimer = nullptr;
 };
 
 // A second process of the application, which runs this same test.
@@ -325,10 +352,14 @@ class ClientTest : public ::testing::Test {
   ClientTest() : fWatchdog(fLog), fCompany(RoleOfThisProcess()), fIsSecondProcess(!fCompany.empty()) {
     fOutput.Reset();
     RecordingRunBehavior::fIdleCalls = 0;
-    if (fIsSecondProcess) return;
-    fCompany =
-        L"Client Test " + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(GetTickCount());
-    SetCommandLineOfThisProcess(L"\"app.exe\"");
+    if (!fIsSecondProcess) {
+      fCompany =
+          L"Client Test " + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(GetTickCount());
+      SetCommandLineOfThisProcess(L"\"app.exe\"");
+    }
+    CopyText(fParams.fCompanyName, TextOfWide(fCompany));
+    CopyText(fParams.fProductName, u"Scenario");
+    CopyText(fParams.fDisplayName, u"A scenario of the client tests");
   }
   ~ClientTest() override {
     DeleteMorvane();
@@ -344,15 +375,8 @@ class ClientTest : public ::testing::Test {
     ASSERT_EQ(error, kOK);
     ASSERT_NE(fMorvane, nullptr);
     fMorvane->IMorvane_SetDebugOutput(&fOutput);
-    fParams = {};
-    CopyText(fParams.fCompanyName, TextOfWide(fCompany));
-    CopyText(fParams.fProductName, u"Scenario");
-    CopyText(fParams.fDisplayName, u"A scenario of the client tests");
   }
-  void DeleteMorvane() {
-    delete fMorvane;
-    fMorvane = nullptr;
-  }
+  void DeleteMorvane() { delete std::exchange(fMorvane, nullptr); }
 
   // A document window with a RecordingDocument of that name.
   IDocumentWindow* CreateDocument(const std::string& name) {
@@ -367,6 +391,12 @@ class ClientTest : public ::testing::Test {
 
   // The whole run.
   TError Run() { return fMorvane->IMorvane_Run(new RecordingRunBehavior(fLog, fHooks, fSteps), fParams); }
+
+  void RunFrom(Hook<> onStartUp, const std::wstring& arguments = L"") {
+    if (!fMorvane) CreateMorvane(arguments);
+    fHooks.fOnStartUp = std::move(onStartUp);
+    EXPECT_EQ(Run(), kOK);
+  }
 
   // A run that ends with a code leaves the behaviour to the client.
   void ExpectRunFails(TError error) {
@@ -384,22 +414,27 @@ class ClientTest : public ::testing::Test {
   }
   // The same, in the first turn in which the condition holds. The loop keeps turning until then.
   void WhenThen(std::function<bool()> condition, std::function<void()> step) {
-    const ULONGLONG deadline = GetTickCount64() + kWaitLimitMS;
+    ThenUntil(GetTickCount64() + kWaitLimitMS, std::move(condition), std::move(step));
+  }
+  using Steps = std::vector<std::function<void()>>;
+  // Quits after these steps. Asks for the next one only behind the one before, so that a step can turn the
+  // loop itself.
+  void RunSteps(const Steps& steps, std::size_t index = 0) {
     Then([=, this] {
-      if (condition()) return step();
-      if (GetTickCount64() > deadline) {
-        ADD_FAILURE() << "waited in vain; the last call was " << (fLog.empty() ? "none" : fLog.back());
-        return Quit();
-      }
-      Sleep(1);
-      WhenThen(condition, step);
+      if (index == steps.size()) return Quit();
+      steps[index]();
+      RunSteps(steps, index + 1);
     });
   }
+  bool IsQuitting() {
+    TFlag isQuitting = 7;
+    EXPECT_EQ(fMorvane->IMorvane_IsQuitting(isQuitting), kOK);
+    return isQuitting == 1;
+  }
   void Quit() {
-    TFlag isQuitting = 0;
-    fMorvane->IMorvane_IsQuitting(isQuitting);
-    if (isQuitting) return;
-    EXPECT_EQ(fMorvane->IMorvane_StartQuitting(), kOK);
+    if (!IsQuitting()) {
+      EXPECT_EQ(fMorvane->IMorvane_StartQuitting(), kOK);
+    }
   }
   // Inside a callback: yields until the condition holds. False if that takes too long.
   bool YieldUntil(const std::function<bool()>& condition) {
@@ -410,6 +445,43 @@ class ClientTest : public ::testing::Test {
       MsgWaitForMultipleObjects(0, nullptr, FALSE, 2, QS_ALLINPUT);
     }
     return true;
+  }
+  void YieldFor(DWORD ms) {
+    EXPECT_TRUE(YieldUntil([ms, start = GetTickCount()] { return GetTickCount() - start > ms; }));
+  }
+  CallLog TakeLog() { return std::exchange(fLog, {}); }
+  // The failure has been reported once; it is no longer in the log after that.
+  void ExpectReported(TError error) {
+    EXPECT_EQ(std::erase(fLog, "OnUnhandledError " + std::to_string(error)), 1u);
+  }
+
+  // One input after the other, all at once.
+  static void SendInputs(std::vector<INPUT> inputs) {
+    const UINT count = static_cast<UINT>(inputs.size());
+    EXPECT_EQ(SendInput(count, inputs.data(), sizeof(INPUT)), count);
+  }
+  static INPUT KeyInput(WORD key, DWORD flags = 0) {
+    INPUT input = {};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = key;
+    input.ki.wScan = static_cast<WORD>(MapVirtualKeyW(key, MAPVK_VK_TO_VSC));
+    input.ki.dwFlags = flags;
+    return input;
+  }
+  static INPUT ButtonInput(DWORD flags) {
+    INPUT input = {};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = flags;
+    return input;
+  }
+  // Buttons at a place of the screen. They carry it along, all at once: a display may tell of moves late, and
+  // two presses are a double click on a slow machine, too.
+  static void Click(const POINT& place, const std::vector<DWORD>& buttons) {
+    std::vector<INPUT> inputs = {ButtonInput(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE)};
+    inputs[0].mi.dx = (place.x * 65536 + 32768) / GetSystemMetrics(SM_CXSCREEN);
+    inputs[0].mi.dy = (place.y * 65536 + 32768) / GetSystemMetrics(SM_CYSCREEN);
+    for (const DWORD button : buttons) inputs.push_back(ButtonInput(button));
+    SendInputs(inputs);
   }
 
   // The hidden window of this class in this process.
@@ -442,6 +514,19 @@ class ClientTest : public ::testing::Test {
   std::deque<std::function<void()>> fSteps;
   TStartupParams fParams = {};
   IMorvane* fMorvane = nullptr;
+
+ private:
+  void ThenUntil(ULONGLONG deadline, std::function<bool()> condition, std::function<void()> step) {
+    Then([=, this] {
+      if (condition()) return step();
+      if (GetTickCount64() > deadline) {
+        ADD_FAILURE() << "waited in vain; the last call was " << (fLog.empty() ? "none" : fLog.back());
+        return Quit();
+      }
+      Sleep(1);
+      ThenUntil(deadline, condition, step);
+    });
+  }
 };
 
 }  // namespace NSMorvaneTest

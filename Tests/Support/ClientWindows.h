@@ -14,7 +14,7 @@ namespace NSMorvaneTest {
 // Draws a rectangle in one colour, unless a hook does something else.
 class TestView : public CDefaultViewBehavior {
  public:
-  using DrawHook = std::function<TError(IDrawTools&)>;
+  using DrawHook = Hook<IDrawTools&>;
 
   TestView(IView& view, const TRect& rect, COLORREF color) : fView(view), fRect(rect), fColor(color) {}
   ~TestView() override {
@@ -23,11 +23,7 @@ class TestView : public CDefaultViewBehavior {
 
   TError IViewBehavior_Draw(IDrawTools& tools) override {
     ++fDrawCalls;
-    if (fDraw) return fDraw(tools);
-    return Fill(tools, fRect, fColor);
-  }
-  TError IViewBehavior_PostProcessDraw(IDrawTools& tools) override {
-    return fPostProcess ? fPostProcess(tools) : kOK;
+    return fDraw ? fDraw(tools) : Fill(tools, fRect, fColor);
   }
 
   static TError Fill(IDrawTools& tools, const TRect& rect, COLORREF color) {
@@ -46,75 +42,26 @@ class TestView : public CDefaultViewBehavior {
   COLORREF fColor;
   int fDrawCalls = 0;
   DrawHook fDraw;
-  DrawHook fPostProcess;
   std::function<void()> fOnDeleted;
 };
 
 // --- The fixture
 
-// A run behaviour that also logs what windows cause.
-class WindowRunBehavior : public RecordingRunBehavior {
- public:
-  WindowRunBehavior(CallLog& log, RunHooks& hooks, std::deque<std::function<void()>>& steps,
-                    const CallHooks& more)
-      : RecordingRunBehavior(log, hooks, steps), fLog(log), fMore(more) {}
-
-  TError IMorvaneRunBehavior_OnBeginDraw(IDrawTools&) override {
-    ++fBeginDrawCalls;
-    return RunHook(fMore, "OnBeginDraw");
-  }
-  TError IMorvaneRunBehavior_OnEndDraw(IDrawTools&) override {
-    ++fEndDrawCalls;
-    return RunHook(fMore, "OnEndDraw");
-  }
-  TError IMorvaneRunBehavior_OnThemeChanged() override { return Call("OnThemeChanged"); }
-  TError IMorvaneRunBehavior_OnEnterMenuLoop() override { return Call("OnEnterMenuLoop"); }
-  TError IMorvaneRunBehavior_OnExitMenuLoop() override { return Call("OnExitMenuLoop"); }
-
-  static inline int fBeginDrawCalls = 0;
-  static inline int fEndDrawCalls = 0;
-
- private:
-  TError Call(const std::string& name) {
-    fLog.push_back(name);
-    return RunHook(fMore, name);
-  }
-
-  CallLog& fLog;
-  const CallHooks& fMore;
-};
-
-// One document window, as the only content of the run. A scenario is what happens while it is open.
-class WindowClientTest : public ClientTest {
+// A document window with views that draw.
+class PaintedWindowTest : public ClientWindowTest {
  protected:
-  // Runs an application with one document window, calls the scenario when it is shown and painted, and quits.
-  void RunWithWindow(TStyleFlags styleFlags, std::function<void()> scenario) {
-    CreateMorvane();
-    EXPECT_EQ(fMorvane->IMorvane_SetDebugSettings(fDebugSettings), kOK);
-    WindowRunBehavior::fBeginDrawCalls = 0;
-    WindowRunBehavior::fEndDrawCalls = 0;
-    fHooks.fOnNoDocument = [=, this](TNoDocumentKind) {
-      OpenWindow(styleFlags);
-      Then([=, this] {
-        scenario();
-        Then([this] { CloseAll(); });
-      });
-      return kOK;
-    };
-    const TError error =
-        fMorvane->IMorvane_Run(new WindowRunBehavior(fLog, fHooks, fSteps, fRunHooks), fParams);
-    EXPECT_EQ(error, kOK);
+  // The steps begin with the window shown and painted, and the debug settings made.
+  void RunPainted(TStyleFlags style, Steps steps) {
+    steps.insert(steps.begin(), [this] {
+      EXPECT_EQ(fMorvane->IMorvane_SetDebugSettings(fDebugSettings), kOK);
+      Update();
+    });
+    steps.push_back([this] { ReleaseViews(); });
+    RunWithWindow(style, steps);
   }
-
-  void OpenWindow(TStyleFlags styleFlags) {
-    fRecord = {};
-    RecordingWindowFactory factory(fRecord);
-    TError error = kOtherError;
-    fDocument = fMorvane->IMorvane_CreateDocumentWindow(factory, styleFlags, 0, error);
-    ASSERT_EQ(error, kOK);
-    ASSERT_EQ(fDocument->IDocumentWindow_GetWindow(fWindow), kOK);
-    fHwnd = fRecord.fHwnd;
-    ASSERT_EQ(fWindow->IWindow_GetRootView(fRootView), kOK);
+  template <std::invocable TStep>
+  void RunPainted(TStyleFlags style, TStep step) {
+    RunPainted(style, Steps{step});
   }
 
   // A view with a behaviour that paints it in one colour; null for the super view stands for the root view.
@@ -122,47 +69,27 @@ class WindowClientTest : public ClientTest {
                     TViewDrawMode mode = kViewDrawDirect) {
     CViewFactory<TestView, const TRect&, const COLORREF&> factory(rect, color);
     TError error = kOtherError;
-    fMorvane->IMorvane_CreateView(factory, superView ? *superView : *fRootView, "test view", error);
+    fMorvane->IMorvane_CreateView(factory, superView ? *superView : Root(), "test view", error);
     EXPECT_EQ(error, kOK);
     TestView& view = *factory.Made();
     fViews.insert(&view);
     view.fOnDeleted = [this, &view] { fViews.erase(&view); };
-    TViewParams params = {kViewEnabled, rect, mode, kAutoInvalidationFull};
-    EXPECT_EQ(view.fView.IView_SetParams(params), kOK);
+    EXPECT_EQ(view.fView.IView_SetParams({kViewEnabled, rect, mode, kAutoInvalidationFull}), kOK);
     return view;
   }
-
-  void Invalidate(const TRect& rect) { EXPECT_EQ(fMorvane->IMorvane_InvalidateView(*fRootView, rect), kOK); }
-  void Update() { EXPECT_TRUE(UpdateWindow(fHwnd)); }
+  IView& Root() { return RootViewOf(Window()); }
+  void Invalidate(const TRect& rect) { EXPECT_EQ(fMorvane->IMorvane_InvalidateView(Root(), rect), kOK); }
+  void Update() { EXPECT_TRUE(UpdateWindow(Hwnd())); }
   TRect ClientRect() const {
-    RECT rect = {};
-    GetClientRect(fHwnd, &rect);
-    return {rect.left, rect.top, rect.right, rect.bottom};
+    const TSize size = NativeClientSize(Hwnd());
+    return {0, 0, size.fWidth, size.fHeight};
   }
-
   void ReleaseViews() {
     // A super view dies with its last subview only.
     for (TestView* const view : std::set<TestView*>(fViews)) EXPECT_EQ(view->fView.IView_Release(), kOK);
   }
-  void CloseWindow() {
-    ReleaseViews();
-    EXPECT_TRUE(fViews.empty());
-    if (!fHwnd || !IsWindow(fHwnd)) return;
-    EXPECT_EQ(fDocument->IDocumentWindow_Release(), kOK);
-  }
-  void CloseAll() {
-    fRecord.fHooks.clear();
-    CloseWindow();
-    Quit();
-  }
 
   TDebugSettings fDebugSettings = {};  // all off
-  WindowRecord fRecord;
-  CallHooks fRunHooks;  // of the callbacks that WindowRunBehavior adds
-  IDocumentWindow* fDocument = nullptr;
-  IWindow* fWindow = nullptr;
-  IView* fRootView = nullptr;
-  HWND fHwnd = nullptr;
   std::set<TestView*> fViews;
 };
 
@@ -172,24 +99,12 @@ class WindowClientTest : public ClientTest {
 class Picture {
  public:
   // The client area of a window, as the window holds it.
-  static Picture OfWindow(HWND hwnd) {
-    RECT rect;
-    GetClientRect(hwnd, &rect);
-    const HDC hdc = GetDC(hwnd);
-    Picture picture(hdc, 0, 0, rect.right, rect.bottom);
-    ReleaseDC(hwnd, hdc);
-    return picture;
-  }
+  static Picture OfWindow(HWND hwnd) { return Picture(hwnd, {0, 0}, NativeClientSize(hwnd)); }
   // The same part of the screen.
   static Picture OfScreen(HWND hwnd) {
-    RECT rect;
-    GetClientRect(hwnd, &rect);
     POINT origin = {0, 0};
     ClientToScreen(hwnd, &origin);
-    const HDC hdc = GetDC(nullptr);
-    Picture picture(hdc, origin.x, origin.y, rect.right, rect.bottom);
-    ReleaseDC(nullptr, hdc);
-    return picture;
+    return Picture(nullptr, origin, NativeClientSize(hwnd));
   }
   // In one colour.
   Picture(int width, int height, COLORREF color) : fWidth(width), fHeight(height) {
@@ -207,8 +122,6 @@ class Picture {
     const std::uint32_t pixel = At(x, y);
     return RGB(GetBValue(pixel), GetGValue(pixel), GetRValue(pixel));
   }
-  int Width() const { return fWidth; }
-  int Height() const { return fHeight; }
 
   // Empty if they are equal; otherwise where they begin to differ, and how.
   std::string DifferenceTo(const Picture& expected) const {
@@ -228,25 +141,27 @@ class Picture {
   }
 
  private:
-  Picture(HDC hdc, int x, int y, int width, int height) : fWidth(width), fHeight(height) {
-    fPixels.resize(static_cast<std::size_t>(width) * height);
+  Picture(HWND hwnd, const POINT& origin, const TSize& size) : fWidth(size.fWidth), fHeight(size.fHeight) {
+    fPixels.resize(static_cast<std::size_t>(fWidth) * fHeight);
+    const HDC hdc = GetDC(hwnd);
     BITMAPINFO info = {};
     info.bmiHeader.biSize = sizeof(info.bmiHeader);
-    info.bmiHeader.biWidth = width;
-    info.bmiHeader.biHeight = -height;
+    info.bmiHeader.biWidth = fWidth;
+    info.bmiHeader.biHeight = -fHeight;
     info.bmiHeader.biPlanes = 1;
     info.bmiHeader.biBitCount = 32;
     void* bits = nullptr;
     const HBITMAP bitmap = CreateDIBSection(hdc, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
     const HDC memory = CreateCompatibleDC(hdc);
     const HGDIOBJ old = SelectObject(memory, bitmap);
-    BitBlt(memory, 0, 0, width, height, hdc, x, y, SRCCOPY);
+    BitBlt(memory, 0, 0, fWidth, fHeight, hdc, origin.x, origin.y, SRCCOPY);
     GdiFlush();
     for (std::size_t i = 0; i < fPixels.size(); ++i)
       fPixels[i] = static_cast<const std::uint32_t*>(bits)[i] & 0xFFFFFF;
     SelectObject(memory, old);
     DeleteDC(memory);
     DeleteObject(bitmap);
+    ReleaseDC(hwnd, hdc);
   }
 
   int fWidth;

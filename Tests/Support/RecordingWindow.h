@@ -3,7 +3,6 @@
 #pragma once
 
 #include <algorithm>
-#include <concepts>
 #include <map>
 #include <utility>
 
@@ -24,13 +23,11 @@ inline bool operator==(const TRect& a, const TRect& b) {
 namespace NSMorvaneTest {
 
 // By the name of the callback, without its class, what to do in it. What is not there answers kOK.
-using CallHooks = std::map<std::string, std::function<TError()>>;
+using CallHooks = std::map<std::string, Hook<>>;
 
 inline TError RunHook(const CallHooks& hooks, const std::string& name) {
   const auto it = hooks.find(name);
-  if (it == hooks.end()) return kOK;
-  const std::function<TError()> hook = it->second;  // it may change the hooks
-  return hook();
+  return it == hooks.end() ? kOK : it->second();
 }
 
 // What a behaviour works on. The test owns it, so that it outlives the window.
@@ -57,6 +54,12 @@ inline std::wstring NativeTitleOf(HWND hwnd) {
   std::wstring title(static_cast<std::size_t>(GetWindowTextLengthW(hwnd)) + 1, L'\0');
   title.resize(static_cast<std::size_t>(GetWindowTextW(hwnd, title.data(), static_cast<int>(title.size()))));
   return title;
+}
+
+inline TSize NativeClientSize(HWND hwnd) {
+  RECT client = {};
+  GetClientRect(hwnd, &client);
+  return {client.right, client.bottom};
 }
 
 class RecordingWindowBehavior : public IDocumentWindowBehavior {
@@ -184,12 +187,10 @@ class RecordingFocusViewBehavior : public CDefaultViewBehavior {
 // An application with one document window, whose steps have a turn of the loop each.
 class ClientWindowTest : public ClientTest {
  protected:
-  using Steps = std::vector<std::function<void()>>;
-
   IDocumentWindow* Create(TStyleFlags style, WindowRecord& record, TError wantedError = kOK) {
     RecordingWindowFactory factory(record);
     TError error = kProgrammingError;
-    IDocumentWindow* const window = fMorvane->IMorvane_CreateDocumentWindow(factory, style, 1, error);
+    IDocumentWindow* const window = fMorvane->IMorvane_CreateDocumentWindow(factory, style, fIsListed, error);
     EXPECT_EQ(error, wantedError);
     EXPECT_EQ(window != nullptr, wantedError == kOK);
     return window;
@@ -197,17 +198,11 @@ class ClientWindowTest : public ClientTest {
   // Runs the application with one document window. Each step has a turn of the loop of its own; then the
   // application quits.
   void RunWithWindow(TStyleFlags style, const Steps& steps) {
-    CreateMorvane();
-    fHooks.fOnStartUp = [=, this] {
+    fHooks.fOnQuitEvent = [this] { Quit(); };
+    RunFrom([&] {
       Create(style, fRecord);
-      RunStep(steps, 0);
-      return kOK;
-    };
-    fHooks.fOnQuitEvent = [this] {
-      Quit();
-      return kOK;
-    };
-    EXPECT_EQ(Run(), kOK);
+      RunSteps(steps);
+    });
     EXPECT_TRUE(fRecord.fIsDeleted);
     EXPECT_FALSE(IsWindow(fRecord.fHwnd));
     EXPECT_EQ(std::count_if(fLog.begin(), fLog.end(),
@@ -215,14 +210,6 @@ class ClientWindowTest : public ClientTest {
               0);
   }
 
-  // Asks for the next step only behind this one, so that a step can turn the loop itself.
-  void RunStep(const Steps& steps, std::size_t index) {
-    Then([=, this] {
-      if (index == steps.size()) return Quit();
-      steps[index]();
-      RunStep(steps, index + 1);
-    });
-  }
   template <std::invocable TStep>
   void RunWithWindow(TStyleFlags style, TStep step) {
     RunWithWindow(style, Steps{step});
@@ -240,6 +227,7 @@ class ClientWindowTest : public ClientTest {
     EXPECT_EQ(ChangeState(Window(), change), wantedError);
   }
 
+  TFlag fIsListed = 1;  // whether window menus list the windows that are made
   WindowRecord fRecord;
 };
 

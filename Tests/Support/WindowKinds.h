@@ -93,8 +93,6 @@ inline std::vector<HWND> ShownInOrder() {
 // An application whose steps have a turn of the loop each, and which releases what is left at the end.
 class WindowKindsTest : public ClientTest {
  protected:
-  using Steps = std::vector<std::function<void()>>;
-
   // Null for a window that could not be made, and for a blocking dialog, which is through then.
   void* Make(Kind kind, KindRecord& record, TStyleFlags style = 0, IModalOwner* owner = nullptr,
              TFlag blocking = 0, TError wantedError = kOK) {
@@ -125,22 +123,9 @@ class WindowKindsTest : public ClientTest {
     EXPECT_EQ(error, wantedError);
     return made;
   }
-  // Each step is posted when the one before is through, so that a step may yield.
-  void RunSteps(const Steps& steps) {
-    CreateMorvane();
-    fHooks.fOnStartUp = [=, this] {
-      PostStep(steps, 0);
-      return kOK;
-    };
-    EXPECT_EQ(Run(), kOK);
+  void RunWith(const Steps& steps) {
+    RunFrom([&] { RunSteps(steps); });
     EXPECT_EQ(ShownInOrder(), std::vector<HWND>());
-  }
-  void PostStep(const Steps& steps, std::size_t index) {
-    Then([=, this] {
-      if (index == steps.size()) return Quit();
-      steps[index]();
-      PostStep(steps, index + 1);
-    });
   }
   // Not every system raises a window that becomes active.
   static void BringToFront(KindRecord& record) {
