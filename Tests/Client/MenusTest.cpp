@@ -284,7 +284,6 @@ TEST_F(MenusTest, FailingSetUp) {
     Request();
     EXPECT_EQ(Bar().at(4), "&Two:");
     fHooks.fOnSetupMenuBar = nullptr;
-    YieldFor(0);
     ExpectReported(100001);
   });
 }

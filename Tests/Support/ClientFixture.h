@@ -450,9 +450,10 @@ class ClientTest : public ::testing::Test {
     EXPECT_TRUE(YieldUntil([ms, start = GetTickCount()] { return GetTickCount() - start > ms; }));
   }
   CallLog TakeLog() { return std::exchange(fLog, {}); }
-  // The failure has been reported once; it is no longer in the log after that.
+  // Yields until the failure is reported, which it is once. It is no longer in the log after that.
   void ExpectReported(TError error) {
-    EXPECT_EQ(std::erase(fLog, "OnUnhandledError " + std::to_string(error)), 1u);
+    const std::string report = "OnUnhandledError " + std::to_string(error);
+    EXPECT_TRUE(YieldUntil([&] { return std::erase(fLog, report) == 1; })) << report;
   }
 
   // One input after the other, all at once.
