@@ -226,22 +226,22 @@ TEST_F(ModalityTest, ADialogOpenedWhileAnotherEnds) {
 }
 
 TEST_F(ModalityTest, TheLastDialogFreesItsOwner) {
-  RunSteps({[this] {
-              MakeDocuments();
-              MakeNamed("A", Kind::kModal, fA, fDoc1.fOwner);
-              MakeNamed("B", Kind::kModal, fB, fDoc1.fOwner);
-              Release(fA);
-            },
-            [this] {
-              EXPECT_FALSE(IsWindowEnabled(fDoc1.fHwnd));
-              Release(fB);
-            },
-            [this] { EXPECT_TRUE(IsWindowEnabled(fDoc1.fHwnd)); }});
+  RunWith({[this] {
+             MakeDocuments();
+             MakeNamed("A", Kind::kModal, fA, fDoc1.fOwner);
+             MakeNamed("B", Kind::kModal, fB, fDoc1.fOwner);
+             Release(fA);
+           },
+           [this] {
+             EXPECT_FALSE(IsWindowEnabled(fDoc1.fHwnd));
+             Release(fB);
+           },
+           [this] { EXPECT_TRUE(IsWindowEnabled(fDoc1.fHwnd)); }});
 }
 
 // The owner is told of the dialog's end while that is on its way, and ends too.
 TEST_F(ModalityTest, AnOwnerEndsWhileItsDialogDoes) {
-  RunSteps({[this] {
+  RunWith({[this] {
     MakeDocuments();
     MakeNamed("A", Kind::kModal, fA, fDoc1.fOwner);
     fDoc1.fHooks["OnActivationChanged 1"] = [this] {

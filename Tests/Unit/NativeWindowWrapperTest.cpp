@@ -4,8 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <latch>
 #include <new>
 #include <string>
+#include <thread>
 
 #include "Tests/Support/NativeTestWindow.h"
 #include "Tests/Support/RecordingDebugOutput.h"
@@ -249,5 +251,27 @@ TEST_F(NativeWindowWrapperTest, OverriderGoesWithItsWindow) {
   fWindow.Destroy();
   EXPECT_EQ(0, living);
   EXPECT_EQ(before, atLastMessage);
+  EXPECT_TRUE(fOutput.fAssertions.empty());
+}
+
+TEST_F(NativeWindowWrapperTest, ThreadsHaveTheirWindowsSideBySide) {
+  // One subclasses again and again while the other's messages look their wrapper up.
+  std::latch ready(3);
+  const auto change = [&] {
+    const NativeTestWindow window(WS_POPUP);
+    ready.arrive_and_wait();
+    for (int i = 0; i < 1000; ++i) CNativeWindowWrapper wrapper(window);
+  };
+  const auto use = [&] {
+    const NativeTestWindow window(WS_POPUP);
+    CNativeWindowWrapper wrapper(window);
+    ready.arrive_and_wait();
+    for (int i = 0; i < 20000; ++i) SendMessageW(window, WM_NULL, 0, 0);
+  };
+  gAfterNativeMessage = [] {};
+  std::thread first(change), second(use), third(change);
+  first.join();
+  second.join();
+  third.join();
   EXPECT_TRUE(fOutput.fAssertions.empty());
 }
