@@ -23,8 +23,6 @@ namespace {
 // Drives mouse tracking, tooltip rectangles and idle calls.
 enum : UINT { kTimerMS = 25 };
 
-bool IsModalKind(TWindowKind kind) { return kind == kWindowKindModalDialog || kind == kWindowKindAlertBox; }
-
 HWND NativeOwner(IModalOwner* owner) {
   if (!owner) return nullptr;
   TNativeWindow native = {};
@@ -249,6 +247,8 @@ void CWinWindow::Show() {
   if (isReleased()) return;
   if (!UpdateWindow(fHwnd)) MORVANE_THROW_LAST_ERROR();
   if (isReleased()) return;
+  // A dialog that blocks the application has taken it out of the way: it comes back with the others.
+  if (fWindowKind == kWindowKindFloating && !gAppModalDialogStack.empty()) return;
   if (!IsVisible()) {
     if (IsWindowHidden(fHwnd))
       DebugPrint("CWinWindow is STILL in the hidden list, after being RemoveFromHiddenWindows()'d!");
@@ -259,7 +259,7 @@ void CWinWindow::Show() {
   if (fAlwaysOnTop) SetWindowTopMost(fHwnd, true);
   if (isReleased()) return;
   MORVANE_ASSERT(IsVisible());
-  if (IsModalKind(fWindowKind)) {
+  if (IsModal()) {
     if (fOwnerHwnd)
       EnableWindow(fOwnerHwnd, FALSE);
     else
@@ -272,24 +272,15 @@ void CWinWindow::Show() {
 void CWinWindow::Hide() {
   MORVANE_ASSERT(CheckInvariant());
   MORVANE_ASSERT(0!=fHwnd);
-  if (IsModalKind(fWindowKind)) {
+  if (IsModal()) {
     if (fOwnerHwnd)
-      EnableOwner();
+      EnableUnlessBlocked(fOwnerHwnd);
     else
       PopAppModal(fHwnd);
   }
   EnforceAppModality();
   AddToHiddenWindows();
   fIsHidden = true;
-}
-
-// Not while another dialog blocks it: the answer to this one may have opened it.
-void CWinWindow::EnableOwner() const {
-  for (const boost::shared_ptr<CWinWindow>& window : CMorvaneImpl::GetWindows())
-    if (window.get() != this && IsModalKind(window->fWindowKind) && window->fOwnerHwnd == fOwnerHwnd &&
-        window->HasBeenShown())
-      return;
-  EnableWindow(fOwnerHwnd, TRUE);
 }
 
 void CWinWindow::AddToHiddenWindows() {
@@ -374,7 +365,7 @@ CWinWindow::~CWinWindow() {
   MORVANE_ASSERT(fChildWindows.size()==0);
   DestroyTooltipWindow();
   if (fHwnd) PopAppModalQuietly(fHwnd);
-  if (IsModalKind(fWindowKind) && fOwnerHwnd) EnableOwner();
+  if (IsModal() && fOwnerHwnd) EnableUnlessBlocked(fOwnerHwnd);
   DismantleNativeWindow();
 }
 

@@ -80,6 +80,8 @@ class CWinWindow : public CWindowGlue,
   bool CheckInvariant() const { return CWindowGlue_CheckInvariant(); }
   HWND GetHwnd() const { return fHwnd; }
   TWindowKind GetWindowKind() const { return fWindowKind; }
+  // Blocks its owner, or without one the application.
+  bool IsModal() const { return fWindowKind == kWindowKindModalDialog || fWindowKind == kWindowKindAlertBox; }
   HWND GetOwnerHwnd() const { return fOwnerHwnd; }
   CViewImpl* GetRootView() const { return fRootView; }
   bool IsListedInWindowMenu() const { return fListedInWindowMenu; }
@@ -253,7 +255,6 @@ class CWinWindow : public CWindowGlue,
   void RemoveChildWindow(const CWinWindow* childWindow);
   void KillWindowTimer();
   void DismantleNativeWindow();
-  void EnableOwner() const;
   void AddToHiddenWindows();
   void RemoveFromHiddenWindows();
 

@@ -52,6 +52,13 @@ bool CanMoveViewsUnderMouse(UINT message) {
   }
 }
 
+// What the user does with a window.
+bool IsUserInput(UINT message) {
+  return message == WM_CLOSE || message == WM_HELP || message == WM_COMMAND || message == WM_DROPFILES ||
+         (message >= WM_KEYFIRST && message <= WM_KEYLAST) ||
+         (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST);
+}
+
 // Whether the memory that a message points to can be there. Messages come from anywhere.
 constexpr DWORD kWritable = PAGE_READWRITE | PAGE_WRITECOPY | PAGE_EXECUTE_READWRITE | PAGE_EXECUTE_WRITECOPY;
 constexpr DWORD kReadable = kWritable | PAGE_READONLY | PAGE_EXECUTE_READ;
@@ -379,7 +386,10 @@ LRESULT CWinWindow::WindowProc(CNativeWindowWrapper& nativeWindow, HWND hwnd, UI
     if (IsBlockedByModality(winMessage)) return 0;
     PreDispatch(winMessage);
     CallMsgEventListeners(winMessage, result);
-    if (const auto handler = CMessageTable::Find(message))
+    // A window that has been released, and lives on for the message that it is in the middle of, may be in a
+    // loop of the system's, which hands out more. The user has left it.
+    const auto handler = self || !IsUserInput(message) ? CMessageTable::Find(message) : nullptr;
+    if (handler)
       if (const auto ended = handler(*this, winMessage)) return *ended;
   } catch (const std::exception& e) {
     error = ErrorFromException(&e);

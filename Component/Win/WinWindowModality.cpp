@@ -80,7 +80,7 @@ void OrderWindows(const std::vector<HWND>& nativeWindows, bool activateFrontModa
       return IsWindow(hWnd) && !IsWindowHidden(hWnd) && !IsWindowMinimized(hWnd);
     });
     if (front != nativeWindows.end()) {
-      EnableWindow(*front, TRUE);
+      EnableUnlessBlocked(*front);
       SetForegroundWindow(*front);
       logLine += " activate: " + HandleText(*front);
     }
@@ -105,6 +105,20 @@ bool IsWindowHidden(HWND hWnd) { return Contains(sHidddenWindows, hWnd); }
 
 // --- The stack
 
+void EnableUnlessBlocked(HWND hWnd) {
+  const auto findDialog = [&hWnd] {
+    for (const boost::weak_ptr<CWinWindow>& weakWindow : gWinWindows) {
+      const boost::shared_ptr<CWinWindow> window = weakWindow.lock();
+      if (window && window->IsModal() && window->GetOwnerHwnd() == hWnd && window->HasBeenShown())
+        return window->GetHwnd();
+    }
+    return HWND{nullptr};
+  };
+  while (const HWND dialog = findDialog()) hWnd = dialog;
+  const bool isAppBlocked = !gAppModalDialogStack.empty() && gAppModalDialogStack.front() != hWnd;
+  if (!isAppBlocked || !IsRegisteredHwnd(hWnd)) EnableWindow(hWnd, TRUE);
+}
+
 void PushAppModal(HWND hWnd) {
   MORVANE_ASSERT(gAppModalDialogStack.end()==std::find(gAppModalDialogStack.begin(),gAppModalDialogStack.end(),hWnd));
   gAppModalDialogStack.insert(gAppModalDialogStack.begin(), hWnd);
@@ -124,7 +138,7 @@ void PopAppModal(HWND hWnd) {
       // The dialog that is going stays as it is; what it covered can be used again.
       const HWND popup = GetLastActivePopup(w);
       const HWND usable = popup == hWnd ? w : popup;
-      if (IsRegisteredHwnd(usable)) EnableWindow(usable, TRUE);
+      if (IsRegisteredHwnd(usable)) EnableUnlessBlocked(usable);
     }
   } else {
     EnforceAppModality();

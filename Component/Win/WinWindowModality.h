@@ -17,6 +17,10 @@ void PushAppModal(HWND hWnd);
 // a window that is not on the stack.
 void PopAppModal(HWND hWnd);
 
+// Enables a window that a dialog has left, or, if another dialog blocks it, that one. Not while one blocks the
+// whole application: its end will.
+void EnableUnlessBlocked(HWND hWnd);
+
 // The same for destructors: what goes wrong is delivered later.
 void PopAppModalQuietly(HWND hWnd) noexcept;
 

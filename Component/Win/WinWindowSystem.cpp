@@ -115,8 +115,7 @@ LRESULT CWinWindow::OnSysCommand(TWinMessage message) {
   switch (message.fWParam & ~WPARAM{0xF}) {
     case SC_MINIMIZE: {
       // A window that blocks the application stays where it is.
-      const bool isModalKind = fWindowKind == kWindowKindModalDialog || fWindowKind == kWindowKindAlertBox;
-      if (isModalKind && (!fOwnerHwnd || GetParent(fHwnd) == fMorvane->GetHiderWindow())) return 0;
+      if (IsModal() && (!fOwnerHwnd || GetParent(fHwnd) == fMorvane->GetHiderWindow())) return 0;
       break;
     }
     case SC_MAXIMIZE:

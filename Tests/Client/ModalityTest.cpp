@@ -160,11 +160,14 @@ TEST_F(ModalityTest, DialogsEndInAnyOrder) {
     EXPECT_EQ(Picture(), "A+* B doc2 doc1");
     MakeNamed("late", Kind::kModeless, fModeless);  // a window that comes later is blocked, too
     EXPECT_EQ(Picture(), "A+* B late doc2 doc1");
+    MakeNamed("floating", Kind::kFloating, fFloating);  // and one that floats waits
+    EXPECT_EQ(Picture(), "A+* B late doc2 doc1");
     Release(fA);
     EXPECT_EQ(Picture(), "B+* late doc2 doc1");
     Release(fB);
-    EXPECT_EQ(Picture(), "late+* doc2+ doc1+");
+    EXPECT_EQ(Picture(), "floating+ late+* doc2+ doc1+");
     Release(fModeless);
+    Release(fFloating);
   }});
 }
 
@@ -237,6 +240,31 @@ TEST_F(ModalityTest, TheLastDialogFreesItsOwner) {
              Release(fB);
            },
            [this] { EXPECT_TRUE(IsWindowEnabled(fDoc1.fHwnd)); }});
+}
+
+// The user can get at an owner that its dialog blocks, and the end of another dialog must not free it.
+TEST_F(ModalityTest, ABlockedOwnerIsNotFreedByOthers) {
+  RunWith({[this] {
+    MakeDocuments();
+    MakeNamed("A", Kind::kModal, fA, fDoc1.fOwner);
+    for (const bool isMinimized : {false, true}) {
+      if (isMinimized) ShowWindow(fDoc1.fHwnd, SW_MINIMIZE);
+      SetForegroundWindow(fDoc1.fHwnd);
+      SetActiveWindow(fDoc1.fHwnd);
+      MakeNamed("B", Kind::kModal, fB);
+      ExpectBlockedBy("B+* ");
+      Release(fB);
+      EXPECT_FALSE(IsWindowEnabled(fDoc1.fHwnd));
+      EXPECT_TRUE(IsWindowEnabled(fA.fHwnd));
+      EXPECT_TRUE(IsWindowEnabled(fDoc2.fHwnd));
+    }
+    // Nor does the end of its own dialog free it while another one blocks the application.
+    MakeNamed("B", Kind::kModal, fB);
+    Release(fA);
+    ExpectBlockedBy("B+* ");
+    Release(fB);
+    EXPECT_TRUE(IsWindowEnabled(fDoc1.fHwnd));
+  }});
 }
 
 // The owner is told of the dialog's end while that is on its way, and ends too.

@@ -498,6 +498,22 @@ TEST_F(WindowTest, ReleasedTwice) {
   });
 }
 
+// A window lives on to the end of the message in which it is released. The user has left it by then.
+TEST_F(WindowTest, NoInputAfterTheRelease) {
+  WindowRecord record;
+  RunWithWindow(kPlain, [&] {
+    Create(kPlain, record);
+    record.fHooks["OnRequestClose 0"] = [&] {
+      EXPECT_EQ(record.fWindow->IDocumentWindow_Release(), kOK);
+      record.fLog.clear();
+      for (const UINT message : {WM_CLOSE, WM_KEYDOWN, WM_COMMAND, WM_HELP})
+        SendMessageW(record.fHwnd, message, message == WM_COMMAND ? 0xA000 : 'A', 0);
+    };
+    SendMessageW(record.fHwnd, WM_CLOSE, 0, 0);
+    EXPECT_EQ(record.fLog, CallLog{"deleted"});
+  });
+}
+
 // A client that forgets its views is told, and its pointers stay good.
 TEST_F(WindowTest, ViewsLeftOver) {
   WindowRecord record;
