@@ -345,10 +345,7 @@ int wmain(int argumentCount, wchar_t** arguments) {
     std::printf("The program ended with %lu\n", code);
   } catch (const XLost& lost) {
     std::printf("Waited in vain for %s\n", lost.fText.c_str());
-    try {
-      tourist.TakePicture("lost");
-    } catch (const XLost&) {
-    }
+    tourist.TakePictureAtOnce("lost");
     ::TerminateProcess(process.hProcess, 1);
   }
   return static_cast<int>(code);

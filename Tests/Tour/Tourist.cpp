@@ -1,5 +1,6 @@
 #include "Tourist.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <vector>
@@ -95,6 +96,22 @@ class CScreenPart {
   HBITMAP fBitmap = nullptr;
   void* fPixels = nullptr;
 };
+
+// The smallest rectangle of the screen outside which two pictures of it are equal.
+std::string WhereTheyDiffer(const std::string& before, const std::string& now) {
+  const RECT screen = WholeScreen();
+  RECT part = {screen.right, screen.bottom, 0, 0};
+  for (std::size_t i = 0; i < now.size() && i < before.size(); ++i) {
+    if (now[i] == before[i]) continue;
+    const auto x = static_cast<LONG>(i / 4 % screen.right);
+    const auto y = static_cast<LONG>(i / 4 / screen.right);
+    part = {std::min(part.left, x), std::min(part.top, y), std::max(part.right, x + 1),
+            std::max(part.bottom, y + 1)};
+  }
+  char text[80];
+  std::snprintf(text, sizeof(text), "(%ld, %ld) to (%ld, %ld)", part.left, part.top, part.right, part.bottom);
+  return text;
+}
 
 std::wstring TitleOf(HWND window) {
   wchar_t title[256] = {};
@@ -249,13 +266,22 @@ unsigned CTourist::ColorAt(POINT point) {
 
 void CTourist::TakePicture(const char* name) {
   std::string before;
+  std::string now;
   int equal = 0;
-  WaitFor("the screen to come to rest", [&] {
-    std::string now = Look(WholeScreen());
-    equal = now == before ? equal + 1 : 0;
-    before = std::move(now);
-    return equal == 5;
-  });
+  try {
+    WaitFor("the screen to come to rest", [&] {
+      before = std::move(now);
+      now = Look(WholeScreen());
+      equal = now == before ? equal + 1 : 0;
+      return equal == 5;
+    });
+  } catch (const XLost& lost) {
+    throw XLost{lost.fText + " within " + WhereTheyDiffer(before, now)};
+  }
+  TakePictureAtOnce(name);
+}
+
+void CTourist::TakePictureAtOnce(const char* name) {
   char number[8];
   std::snprintf(number, sizeof(number), "%02d-", ++fPictures);
   const std::string file = number + std::string(name) + ".bmp";

@@ -53,6 +53,8 @@ class CTourist {
   // --- Looking
   // Saves what the screen shows, when it has come to rest, as "NN-name.bmp".
   void TakePicture(const char* name);
+  // The same without waiting.
+  void TakePictureAtOnce(const char* name);
   // All pixels of a part of the screen.
   static std::string Look(const RECT& part);
   static unsigned ColorAt(POINT point);
