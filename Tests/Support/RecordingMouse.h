@@ -11,6 +11,7 @@
 
 #include <map>
 
+#include "Support/Pointer.h"
 #include "Support/RecordingWindow.h"
 
 namespace NSMorvaneTest {
@@ -205,14 +206,9 @@ class MouseClientTest : public ClientWindowTest {
   // In client coordinates; waits until the pointer is there for good.
   void PutMouse(POINT point) {
     ClientToScreen(Hwnd(), &point);
-    ASSERT_TRUE(SetCursorPos(point.x, point.y));
-    int seen = 0;
-    EXPECT_TRUE(PumpUntil([&] {
-      POINT now = {};
-      GetCursorPos(&now);
-      seen = now.x == point.x && now.y == point.y ? seen + 1 : 0;
-      return seen >= 20;
-    }));
+    EXPECT_TRUE(PutPointer(
+        point, [](const POINT& place) { SetCursorPos(place.x, place.y); },
+        [&](const std::function<bool()>& hasArrived) { return PumpUntil(hasArrived); }));
   }
   // Dispatches what is waiting for the window until the condition holds; false if that takes too long.
   bool PumpUntil(const std::function<bool()>& condition) {

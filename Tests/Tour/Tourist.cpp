@@ -5,6 +5,8 @@
 #include <cstring>
 #include <vector>
 
+#include "../Support/Pointer.h"
+
 namespace {
 
 constexpr DWORD kPatience = 15000;  // milliseconds
@@ -175,23 +177,18 @@ void CTourist::WaitForTitle(HWND window, const std::wstring& title) const {
 
 // --- Input
 
-// A display may tell of moves late, one by one, and so take the mouse back to where it has been: then it is
-// moved again. It has arrived when it stays there while the window under it handles its messages.
+// It has arrived when the window under it has handled its messages, too.
 void CTourist::MoveTo(POINT point) const {
   fPoint = point;
-  SendPlace(point, 0);
-  int stays = 0;
-  int strays = 0;
-  WaitFor("the mouse to move", [&] {
-    DWORD_PTR result = 0;
-    ::SendMessageTimeoutW(::WindowFromPoint(point), WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 1000, &result);
-    POINT now = {};
-    ::GetCursorPos(&now);
-    const bool isThere = now.x == point.x && now.y == point.y;
-    stays = isThere ? stays + 1 : 0;
-    if (!isThere && ++strays % 10 == 0) SendPlace(point, 0);
-    return stays == 20;
-  });
+  NSMorvaneTest::PutPointer(
+      point, [](POINT place) { SendPlace(place, 0); },
+      [&](const std::function<bool()>& hasArrived) {
+        WaitFor("the mouse to move", [&] {
+          DWORD_PTR result = 0;
+          ::SendMessageTimeoutW(::WindowFromPoint(point), WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 1000, &result);
+          return hasArrived();
+        });
+      });
 }
 
 void CTourist::HoverUntil(POINT point, const std::string& what, const std::function<bool()>& isSo) const {
@@ -232,9 +229,10 @@ void CTourist::Wheel(int notches) const {
   SendMouse(MOUSEEVENTF_WHEEL, 0, 0, static_cast<DWORD>(notches * WHEEL_DELTA));
 }
 
+// A display whose keyboard knows nothing of it lets go of a key when another window gets the focus.
 void CTourist::Hold(int key) const {
-  SendKey(key, false);
-  WaitFor("a key to be down", [&] { return ::GetAsyncKeyState(key) < 0; });
+  Insist(
+      "a key to be down", [&] { return ::GetAsyncKeyState(key) < 0; }, [&] { SendKey(key, false); });
 }
 void CTourist::LetGo(int key) const { SendKey(key, true); }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "Tests/Support/NativeTestWindow.h"
+#include "Tests/Support/Pointer.h"
 
 using namespace NSMorvane;
 
@@ -21,16 +22,9 @@ class Window : CNotCopied {
   HWND fHwnd;
 };
 
-// Waits until the pointer is there for good: it takes its time, and does not always go straight.
 void PutMouse(const POINT& point) {
-  SetCursorPos(point.x, point.y);
-  int seen = 0;
-  EXPECT_TRUE(NSMorvaneTest::PumpUntil([&] {
-    POINT now = {};
-    GetCursorPos(&now);
-    seen = now.x == point.x && now.y == point.y ? seen + 1 : 0;
-    return seen >= 20;
-  }));
+  EXPECT_TRUE(NSMorvaneTest::PutPointer(
+      point, [](const POINT& place) { SetCursorPos(place.x, place.y); }, NSMorvaneTest::PumpUntil));
 }
 
 }  // namespace
