@@ -16,7 +16,7 @@
 
 wine_home="$root/build/wine"
 wine_template="$wine_home/template"
-wine_format=5  # of the template; a template of another format is made anew
+wine_format=6  # of the template; a template of another format is made anew
 wine_screen=1280x960
 wine_alive=    # file descriptor of the lock on SESSION/alive, if this script owns the session
 wine_lock=     # file descriptor of the lock on a slot, if this script holds one
@@ -99,9 +99,9 @@ wine_make_template() {
   find "$slot/prefix/drive_c/users" -type l -exec sh -c 'rm "$1" && mkdir "$1"' - {} \;
   # Wine's own fonts (caption glyphs, Tahoma), which the distribution's build does not find by itself.
   cp /usr/share/wine/fonts/*.ttf /usr/share/wine/fonts/*.fon "$slot/prefix/drive_c/windows/Fonts/"
-  # A crash opens no dialog: it leaves a mark, since the exit code would be 0, and prints a backtrace.
+  # A crash opens no dialog: it leaves a mark, since the exit code would be 0, and a backtrace.
   printf '\n[Software\\\\Wine\\\\WineDbg]\n"ShowCrashDialog"=dword:00000000\n' >>"$slot/prefix/user.reg"
-  printf '@echo crashed>C:\\crashed\r\n@C:\\windows\\system32\\winedbg.exe --command quit %%1 %%2\r\n' \
+  printf '@echo crashed>C:\\crashed\r\n@C:\\windows\\system32\\winedbg.exe --command quit %%1 %%2 >C:\\backtrace 2>&1\r\n@echo told>>C:\\crashed\r\n' \
     >"$slot/prefix/drive_c/crash.bat"
   sed -i 's/^"Debugger"=.*/"Debugger"="cmd \/c C:\\\\crash.bat %ld %ld"/' "$slot/prefix/system.reg"
   grep -q 'crash.bat' "$slot/prefix/system.reg" || fail "no debugger entry in $slot/prefix/system.reg"
@@ -264,7 +264,7 @@ wine_release_slot() {
 # ends every process that it leaves. Sets wine_code, the exit code (124: the time was up, 139: it crashed), and
 # wine_clean. The shell command in MORVANE_RUN_BESIDE, if any, runs beside it on the same display.
 wine_run_program() {
-  local limit=$1 run="$$-$EPOCHREALTIME" program sleeper beside= shot
+  local limit=$1 run="$$-$EPOCHREALTIME" program sleeper beside= shot i
   shift
   wine_env "$wine_slot"
   # The pointer starts in the bottom right corner, wherever the last program left it.
@@ -306,7 +306,13 @@ wine_run_program() {
     { wait $program; } 2>/dev/null
     wine_code=$? wine_clean=true
     if [ -e "$wine_slot/prefix/drive_c/crashed" ]; then
+      # Whichever process it was, perhaps one that the program started; the debugger may still be at work.
+      for ((i = 0; i < 200; ++i)); do
+        grep -q told "$wine_slot/prefix/drive_c/crashed" && break
+        sleep 0.05
+      done
       printf '%s: %s crashed\n' "${0##*/}" "$1" >&2
+      cat "$wine_slot/prefix/drive_c/backtrace" >&2
       wine_code=139
     fi
     [ $wine_code -eq 0 ] || wine_clean=false
