@@ -8,7 +8,7 @@ function(morvane_test_names variable source)
   string(REGEX REPLACE "//[^\n]*" "" text "${text}")
   set(blank "[ \t\r\n]*")
   set(word "([A-Za-z0-9_]+)")
-  string(REGEX MATCHALL "[ \t\r\n](TEST|TEST_F|TEST_P|TYPED_TEST)${blank}\\(${blank}${word}${blank},${blank}${word}"
+  string(REGEX MATCHALL "[ \t\r\n](TEST|TEST_F|TEST_P|TYPED_TEST|TEST_IN_RUN)${blank}\\(${blank}${word}${blank},${blank}${word}"
     found "\n${text}")
   set(names)
   foreach(item IN LISTS found)

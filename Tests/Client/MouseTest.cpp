@@ -7,7 +7,7 @@
 //       b     10..110
 //         c   20..100
 //     d       80..200
-#include "Support/RecordingMouse.h"
+#include "Support/MouseFixture.h"
 
 #include <stdexcept>
 
@@ -19,357 +19,303 @@ constexpr POINT kOverABC = {40, 40};
 constexpr POINT kOverAll = {90, 90};
 constexpr POINT kOverD = {150, 150};
 
-// What a fresh look at a, b and c gives, and a look at them with the mouse inside.
-constexpr char kEnterABC[] = "a<bc b<c c< c+ c. b+ b. a+ a. a?< b?< c?< c? b? a?";
-constexpr char kStayABC[] = "a<bc b<c c< c. b. a. a?< b?< c?< c? b? a?";
+// What a fresh look at a, b and c gives.
+const std::string kShapes = " a?< b?< c?< c? b? a?";
+const std::string kEnterABC = "a<bc b<c c< c+ c. b+ b. a+ a." + kShapes;
+const std::string kTrackedABC = "a<bc b<c c< c. b. a.";
 
 constexpr TError kClientError = 100001;
 
-MouseAnswer Handles() { return {1, kOK, nullptr, false}; }
-MouseAnswer Fails() { return {1, kClientError, nullptr, false}; }
-MouseAnswer Does(std::function<void()> action) { return {0, kOK, std::move(action), false}; }
+Hook Fails() { return Handles(1, kClientError); }
 
 }  // namespace
 
-class MouseTest : public MouseClientTest {
+class MouseTest : public MouseFixture {
  protected:
-  void RunWithABCD(Steps steps) {
-    RunWithMouse([this] { MakeABCD(); }, std::move(steps));
+  void OpenABCD() {
+    OpenUnderMouse();
+    MakeABCD();
+    StartOver();
   }
   void MakeABCD() {
-    IView& root = RootViewOf(Window());
-    Make("a", root, {0, 0, 120, 120});
-    Make("b", View("a"), {10, 10, 110, 110});
-    Make("c", View("b"), {20, 20, 100, 100});
-    Make("d", root, {80, 80, 200, 200});
+    MakeTracked("a", {0, 0, 120, 120});
+    MakeTracked("b", {10, 10, 110, 110}, "a");
+    MakeTracked("c", {20, 20, 100, 100}, "b");
+    MakeTracked("d", {80, 80, 200, 200});
   }
   // Each case begins with the mouse inside a, b and c, who then answer differently.
-  struct AnswerCase {
-    MouseAnswers fAnswers;
-    std::string fWords;
-  };
-  void ExpectAnswers(const std::vector<AnswerCase>& cases, UINT message, const POINT& point) {
-    for (const AnswerCase& testCase : cases) {
-      fRecorder.fAnswers.clear();
-      Tracked(kNowhere);
-      Tracked(point);
-      fRecorder.fAnswers = testCase.fAnswers;
-      std::string who;
-      for (const auto& answer : testCase.fAnswers) who += answer.first + " ";
-      EXPECT_EQ(Sent(message), testCase.fWords) << who;
+  using AnswerCase = std::pair<std::map<std::string, Hook>, std::string>;
+  void ExpectAnswers(const std::vector<AnswerCase>& cases, UINT message) {
+    for (const auto& [hooks, words] : cases) {
+      StartOver();
+      Tracked(kOverABC);
+      fHooks = hooks;
+      EXPECT_EQ(Sent(message), words) << (hooks.empty() ? "" : hooks.begin()->first);
     }
+    StartOver();
   }
+  Hook Releases(const std::string& view) {
+    return [=, this] { ReleaseView(view); };
+  }
+
+  std::map<std::string, Hook>& fHooks = fViewRecord.fHooks;
 };
 
-TEST_F(MouseTest, ViewsAreWalkedToTheFrontAndBack) {
-  RunWithABCD({[&] {
-    EXPECT_EQ(Tracked(kOverABC), kEnterABC);
-    // A still mouse over still views is nobody's business; a movement is.
-    EXPECT_EQ(Tracked(kOverABC), "");
-    EXPECT_EQ(Sent(WM_MOUSEMOVE), kStayABC);
-    EXPECT_EQ(fRecorder.fLastTracking.fTimeMS, static_cast<DWORD>(GetMessageTime()));
-    EXPECT_EQ(fRecorder.fLastTracking.fState.fPosition.fX, fMouse.x);
-    EXPECT_EQ(fRecorder.fLastTracking.fState.fPosition.fY, fMouse.y);
-    EXPECT_EQ(fRecorder.fLastRequest.fPosition.fX, fMouse.x);
-    EXPECT_EQ(fRecorder.fLastRequest.fViewCount, 0u);
+TEST_IN_RUN(MouseTest, ViewsAreWalkedToTheFrontAndBack) {
+  OpenABCD();
+  EXPECT_EQ(Tracked(kOverABC), kEnterABC);
+  // A still mouse over still views is nobody's business; a movement is.
+  EXPECT_EQ(Tracked(kOverABC), "");
+  EXPECT_EQ(Sent(WM_MOUSEMOVE), kTrackedABC + kShapes);
+  const TMouseTracking& told = fViewRecord.fTracking;
+  EXPECT_EQ(told.fTimeMS, static_cast<DWORD>(GetMessageTime()));
+  EXPECT_TRUE(told.fState.fPosition.fX == fMouse.x && told.fState.fPosition.fY == fMouse.y);
+  EXPECT_EQ(fViewRecord.fShapeRequest.fPosition.fX, fMouse.x);
+  EXPECT_EQ(fViewRecord.fShapeRequest.fViewCount, 0u);
+  EXPECT_EQ(Tracked(kOverAll), "a<bcd b<cd c<d d< d+ d. c. b. a. a?< b?< c?< d?< d? c? b? a?");
+  EXPECT_EQ(Tracked(kOverD), "d< d. c- b- a- d?< d?");
+  EXPECT_EQ(Tracked(kNowhere), "d-");
+  EXPECT_TRUE(PointerIsArrow());
+  EXPECT_EQ(Sent(WM_MOUSEMOVE), "");
 
-    EXPECT_EQ(Tracked(kOverAll), "a<bcd b<cd c<d d< d+ d. c. b. a. a?< b?< c?< d?< d? c? b? a?");
-    EXPECT_EQ(Tracked(kOverD), "d< d. c- b- a- d?< d?");
-    EXPECT_EQ(Tracked(kNowhere), "d-");
-    EXPECT_TRUE(PointerIsArrow());
-    EXPECT_EQ(Sent(WM_MOUSEMOVE), "");
-  }});
+  // Neither a view without hit rectangles nor one that cannot be tracked; what is behind is found.
+  MakeTracked("e", {20, 20, 100, 100}, "c").fIsTransparent = true;
+  MakeTracked("f", {20, 20, 60, 60}, "e", kViewEnabled);
+  EXPECT_EQ(Tracked(kOverABC), kEnterABC);
+  SetFlags("f", kTrackable);
+  EXPECT_EQ(Ticked(), "a<bcf b<cf c<f f< f+ f. c. b. a. a?< b?< c?< f?< f? c? b? a?");
+  // Disabling takes the whole subtree along.
+  SetFlags("b", kViewMouseTrackable);
+  EXPECT_EQ(Ticked(), "a< a. f- c- b- a?< a?");
+  SetFlags("b", kTrackable);
+  SetFlags("f", kViewEnabled);
+  SetFlags("b", kViewEnabled);
+  EXPECT_EQ(Ticked(), "a<c c< c+ c. a. a?< c?< c? a?");
+  // A click asks who is enabled, and nothing else.
+  EXPECT_EQ(Sent(WM_LBUTTONDOWN), "a47/1<bcf b47/1<cf c47/1<f f47/1< f44/1 c44/1 b44/1 a44/1");
+  SetFlags("c", kViewMouseTrackable);
+  EXPECT_EQ(Sent(WM_RBUTTONDOWN), "a47/2<bcf b47/2<cf b44/2 a44/2");
 }
 
-TEST_F(MouseTest, ViewsClaimEventsAndFail) {
-  const std::string kShapes = " a?< b?< c?< c? b? a?";
-  const std::string kTracked = "a<bc b<c c< c. b. a.";
-  RunWithABCD({[&] {
-    ExpectAnswers(
-        {
-            {{}, kTracked + kShapes},
-            {{{"b<", Handles()}}, "a<bc b<c b. a. c-" + kShapes},
-            {{{"a<", Handles()}}, "a<bc a. c- b-" + kShapes},
-            {{{"b.", Handles()}}, "a<bc b<c c< c. b. a-" + kShapes},
-            {{{"b<", Handles()}, {"b.", Handles()}}, "a<bc b<c b. c- a-" + kShapes},
-            {{{"b?<", Handles()}}, kTracked + " a?< b?<"},
-            {{{"b?", Handles()}}, kTracked + " a?< b?< c?< c? b?"},
-            // A failure costs a view its turn, and what it has claimed, but not the rest.
-            {{{"b<", Fails()}}, kTracked + kShapes},
-            {{{"c.", Fails()}}, kTracked + kShapes},
-            {{{"b?<", Fails()}, {"c?", Fails()}}, kTracked + kShapes},
-            {{{"b.", Handles()}, {"a-", Fails()}}, "a<bc b<c c< c. b. a-" + kShapes},
-        },
-        WM_MOUSEMOVE, kOverABC);
-    const std::string kText = "Ignored an exception (std::exception) in ";
-    EXPECT_EQ(fOutput.CountLines(kText + "pre pass of CWinWindow::DispatchMouseTracking."), 1u);
-    EXPECT_EQ(fOutput.CountLines(kText + "normal pass of CWinWindow::DispatchMouseTracking."), 1u);
-    EXPECT_EQ(fOutput.CountLines(kText + "pre phase of CWinWindow::RefreshMouseShape."), 1u);
-    EXPECT_EQ(fOutput.CountLines(kText + "normal phase of CWinWindow::RefreshMouseShape."), 1u);
-    IViewBehavior* behavior = nullptr;
-    EXPECT_EQ(View("a").IView_GetBehavior(behavior), kOK);
-    const std::string address = std::to_string(reinterpret_cast<std::uintptr_t>(behavior));
-    EXPECT_EQ(fOutput.CountLines("The view behavior " + address +
-                                 "returned the error 100001 when IViewBehavior_OnMouseEnterExit was called. "
-                                 "The error will be ignored in order to not disrupt the mouse tracking."),
-              1u);
-
-    // Who fails to enter has no turn, but counts as entered.
-    Tracked(kNowhere);
-    fRecorder.fAnswers = {{"b+", Fails()}};
-    EXPECT_EQ(Tracked(kOverABC), "a<bc b<c c< c+ c. b+ a+ a. a?< b?< c?< c? b? a?");
-    EXPECT_EQ(Tracked(kNowhere), "c- b- a-");
-
-    // Any other value counts as handled, and is reported.
-    EXPECT_EQ(fOutput.TakeAssertions(), CallLog());
-    fRecorder.fAnswers = {{"b<", {2, kOK, nullptr, false}}, {"b.", {3, kOK, nullptr, false}}};
-    EXPECT_EQ(Tracked(kOverABC), "a<bc b<c b+ b. a?< b?< c?< c? b? a?");
-    EXPECT_EQ(fOutput.TakeAssertions(), CallLog(2, "(handled == 0) || (handled == 1)"));
-
-    // Even what no client should do.
-    fRecorder.fAnswers = {{"b.", Does([] { throw std::runtime_error("text"); })},
-                          {"c?", Does([] { throw 5; })}};
-    EXPECT_EQ(Sent(WM_MOUSEMOVE), "a<bc b<c c< c+ c. b. a+ a." + kShapes);
-    EXPECT_EQ(fOutput.CountLines(
-                  "Ignored an exception (text) in normal pass of CWinWindow::DispatchMouseTracking."),
-              1u);
-    EXPECT_EQ(
-        fOutput.CountLines("Ignored an unknown exception in normal phase of CWinWindow::RefreshMouseShape."),
-        1u);
-  }});
-}
-
-TEST_F(MouseTest, OnlyTrackableViewsAreCalled) {
-  constexpr std::uint32_t kTrackable = kViewEnabled | kViewMouseTrackable;
-  MouseView* transparent = nullptr;
-  RunWithMouse(
-      [&] {
-        MakeABCD();
-        transparent = &Make("e", View("c"), {20, 20, 100, 100});
-        transparent->fIsTransparent = true;
-        Make("f", *fViews["e"], {20, 20, 60, 60}, kViewEnabled);
+TEST_IN_RUN(MouseTest, ViewsClaimEventsAndFail) {
+  OpenABCD();
+  ExpectAnswers(
+      {
+          {{{"b<", Handles()}}, "a<bc b<c b. a. c-" + kShapes},
+          {{{"a<", Handles()}}, "a<bc a. c- b-" + kShapes},
+          {{{"b.", Handles()}}, "a<bc b<c c< c. b. a-" + kShapes},
+          {{{"b<", Handles()}, {"b.", Handles()}}, "a<bc b<c b. c- a-" + kShapes},
+          {{{"b?<", Handles()}}, kTrackedABC + " a?< b?<"},
+          {{{"b?", Handles()}}, kTrackedABC + " a?< b?< c?< c? b?"},
+          // A failure costs a view its turn, and what it has claimed, but not the rest.
+          {{{"b<", Fails()}}, kTrackedABC + kShapes},
+          {{{"c.", Fails()}}, kTrackedABC + kShapes},
+          {{{"b?<", Fails()}, {"c?", Fails()}}, kTrackedABC + kShapes},
+          {{{"b.", Handles()}, {"a-", Fails()}}, "a<bc b<c c< c. b. a-" + kShapes},
       },
-      {[&] {
-        // Neither a view without hit rectangles nor one that cannot be tracked; what is behind is found.
-        EXPECT_EQ(Tracked(kOverABC), kEnterABC);
-        SetFlags("f", kTrackable);
-        EXPECT_EQ(Ticked(), "a<bcf b<cf c<f f< f+ f. c. b. a. a?< b?< c?< f?< f? c? b? a?");
-        // Disabling takes the whole subtree along.
-        SetFlags("b", kViewMouseTrackable);
-        EXPECT_EQ(Ticked(), "a< a. f- c- b- a?< a?");
-        SetFlags("b", kTrackable);
-        SetFlags("f", kViewEnabled);
-        SetFlags("b", kViewEnabled);
-        EXPECT_EQ(Ticked(), "a<c c< c+ c. a. a?< c?< c? a?");
-        // A click asks who is enabled, and nothing else.
-        EXPECT_EQ(Sent(WM_LBUTTONDOWN), "a47/1<bcf b47/1<cf c47/1<f f47/1< f44/1 c44/1 b44/1 a44/1");
-        SetFlags("c", kViewMouseTrackable);
-        EXPECT_EQ(Sent(WM_RBUTTONDOWN), "a47/2<bcf b47/2<cf b44/2 a44/2");
-      }});
+      WM_MOUSEMOVE);
+  const auto countIgnored = [this](const std::string& what, const std::string& where) {
+    return fOutput.CountLines("Ignored an " + what + " in " + where + ".");
+  };
+  const std::string failure = "exception (std::exception)";
+  EXPECT_EQ(countIgnored(failure, "pre pass of CWinWindow::DispatchMouseTracking"), 1);
+  EXPECT_EQ(countIgnored(failure, "normal pass of CWinWindow::DispatchMouseTracking"), 1);
+  EXPECT_EQ(countIgnored(failure, "pre phase of CWinWindow::RefreshMouseShape"), 1);
+  EXPECT_EQ(countIgnored(failure, "normal phase of CWinWindow::RefreshMouseShape"), 1);
+  IViewBehavior* behavior = nullptr;
+  EXPECT_EQ(View("a")->IView_GetBehavior(behavior), kOK);
+  EXPECT_EQ(
+      fOutput.CountLines("The view behavior " + std::to_string(reinterpret_cast<std::uintptr_t>(behavior)) +
+                         "returned the error 100001 when IViewBehavior_OnMouseEnterExit was called. "
+                         "The error will be ignored in order to not disrupt the mouse tracking."),
+      1);
+
+  // Who fails to enter has no turn, but counts as entered.
+  fHooks = {{"b+", Fails()}};
+  EXPECT_EQ(Tracked(kOverABC), "a<bc b<c c< c+ c. b+ a+ a." + kShapes);
+  EXPECT_EQ(Tracked(kNowhere), "c- b- a-");
+  // Any other value counts as handled, and is reported.
+  fHooks = {{"b<", Handles(2)}, {"b.", Handles(3)}};
+  EXPECT_EQ(Tracked(kOverABC), "a<bc b<c b+ b." + kShapes);
+  EXPECT_EQ(fOutput.TakeAssertions(), "(handled == 0) || (handled == 1); (handled == 0) || (handled == 1)");
+  // Even what no client should do.
+  fHooks = {{"b.", [] { throw std::runtime_error("text"); }}, {"c?", [] { throw 5; }}};
+  EXPECT_EQ(Sent(WM_MOUSEMOVE), "a<bc b<c c< c+ c. b. a+ a." + kShapes);
+  EXPECT_EQ(countIgnored("exception (text)", "normal pass of CWinWindow::DispatchMouseTracking"), 1);
+  EXPECT_EQ(countIgnored("unknown exception", "normal phase of CWinWindow::RefreshMouseShape"), 1);
 }
 
-TEST_F(MouseTest, ViewsGoAndComeDuringAPass) {
-  RunWithABCD(
-      {[&] {
-         // One that has been released has its turn all the same, and is told no more afterwards.
-         fRecorder.fAnswers = {{"b<", Does([&] { Release("c"); })}};
-         EXPECT_EQ(Tracked(kOverABC), "a<bc b<c c< c+ c. b+ b. a+ a. a?< b?< b? a? cx");
-         fRecorder.fAnswers = {{"b.", Does([&] { Release("b"); })}};
-         EXPECT_EQ(Sent(WM_MOUSEMOVE), "a<b b< b. a. bx a?< a?");
-         fRecorder.fAnswers = {{"a-", Does([&] { Release("a"); })}};
-         EXPECT_EQ(Tracked(kOverD), "d< d+ d. a- ax d?< d?");
-         fRecorder.fAnswers = {{"d47", {}}, {"dpre", Does([&] { Release("d"); })}};
-         EXPECT_EQ(Sent(WM_LBUTTONDOWN), "d47/1< d44/1 dx");
-         EXPECT_EQ(Sent(WM_MOUSEMOVE), "");
-         MakeABCD();
-       },
-       [&] {
-         // Exits of views that release each other.
-         Tracked(kOverABC);
-         fRecorder.fAnswers = {{"c-", Does([&] {
-                                  Release("c");
-                                  Release("b");
-                                })}};
-         EXPECT_EQ(Tracked(kNowhere), "c- b- a- cx bx");
-       },
-       [&] {
-         // Messages in the middle of a pass find it under way.
-         Tracked(kOverD);
-         fRecorder.fAnswers = {{"d<", Does([&] {
-                                  Send(WM_MOUSEMOVE);
-                                  Tick();
-                                })},
-                               {"d?", Does([&] { Tick(); })}};
-         EXPECT_EQ(Sent(WM_MOUSEMOVE), "d< d?< d? d. d?< d?");
-         fRecorder.fAnswers = {{"d-", Does([&] { PumpUntil([n = 0]() mutable { return ++n > 3; }); })}};
-         EXPECT_EQ(Tracked(kNowhere).substr(0, 2), "d-");
-       }});
+TEST_IN_RUN(MouseTest, ViewsGoAndComeDuringAPass) {
+  OpenABCD();
+  // One that has been released has its turn all the same, and is told no more afterwards.
+  fHooks = {{"b<", Releases("c")}};
+  EXPECT_EQ(Tracked(kOverABC), "a<bc b<c c< c+ c. b+ b. a+ a. a?< b?< b? a? c:x");
+  fHooks = {{"b.", Releases("b")}};
+  EXPECT_EQ(Sent(WM_MOUSEMOVE), "a<b b< b. a. b:x a?< a?");
+  fHooks = {{"a-", Releases("a")}};
+  EXPECT_EQ(Tracked(kOverD), "d< d+ d. a- a:x d?< d?");
+  fHooks = {{"d47/1<", Releases("d")}};
+  EXPECT_EQ(Sent(WM_LBUTTONDOWN), "d47/1< d44/1 d:x");
+  EXPECT_EQ(Sent(WM_MOUSEMOVE), "");
+  // Exits of views that release each other.
+  MakeABCD();
+  Tracked(kOverABC);
+  fHooks = {{"c-", [this] {
+               ReleaseView("c");
+               ReleaseView("b");
+             }}};
+  EXPECT_EQ(Tracked(kNowhere), "c- b- a- c:x b:x");
+  // Messages in the middle of a pass find it under way.
+  Tracked(kOverD);
+  fHooks = {{"d<",
+             [this] {
+               SendMouse(WM_MOUSEMOVE);
+               Tick();
+             }},
+            {"d?", [this] { Tick(); }}};
+  EXPECT_EQ(Sent(WM_MOUSEMOVE), "d< d?< d? d. d?< d?");
+  fHooks = {{"d-", [this] { Turn(); }}};
+  EXPECT_EQ(Tracked(kNowhere).substr(0, 2), "d-");
 }
 
-TEST_F(MouseTest, AWindowOnTopTakesTheMouse) {
+TEST_IN_RUN(MouseTest, AWindowOnTopTakesTheMouse) {
   HWND other = nullptr;
   const auto cover = [&] {
-    RECT rect;
-    GetWindowRect(Hwnd(), &rect);
-    other = CreateWindowExW(WS_EX_NOACTIVATE | WS_EX_TOPMOST, L"EDIT", L"", WS_POPUP | WS_VISIBLE, rect.left,
-                            rect.top, 400, 400, nullptr, nullptr, nullptr, nullptr);
+    const TRect frame = NativeFrame(Hwnd());
+    other = CreateWindowExW(WS_EX_NOACTIVATE | WS_EX_TOPMOST, L"EDIT", L"", WS_POPUP | WS_VISIBLE,
+                            frame.fLeft, frame.fTop, 400, 400, nullptr, nullptr, nullptr, nullptr);
   };
-  const auto uncover = [&] { DestroyWindow(std::exchange(other, nullptr)); };
   // At the latest by the next tick.
-  const auto after = [&](const std::function<void()>& action) {
-    fRecorder.Take();
-    action();
-    Tick();
-    return fRecorder.Take();
+  const auto after = [this](const std::function<void()>& action) {
+    return ViewCallsOf([&] {
+      action();
+      Tick();
+    });
   };
-  RunWithABCD({[&] {
-    EXPECT_EQ(Tracked(kOverABC), kEnterABC);
-    EXPECT_EQ(after(cover), "c- b- a-");
-    EXPECT_EQ(Sent(WM_MOUSEMOVE), "");
-    // Clicks do not ask.
-    EXPECT_EQ(Sent(WM_LBUTTONDOWN).substr(0, 9), "a47/1<bc ");
-    EXPECT_EQ(after(uncover), kEnterABC);
-    // It comes up in the middle of a pass.
-    fRecorder.fAnswers = {{"a.", Does(cover)}};
-    EXPECT_EQ(Sent(WM_MOUSEMOVE), "a<bc b<c c< c. b. a.");
-    fRecorder.fAnswers.clear();
-    EXPECT_EQ(Ticked(), "c- b- a-");
-    // A control of the window is part of it; a captured mouse is the other's alone.
-    HWND control = nullptr;
-    EXPECT_EQ(after([&] {
-                uncover();
-                control = CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE, 0, 0, 200, 200, Hwnd(),
-                                          nullptr, nullptr, nullptr);
-              }),
-              kEnterABC);
-    SetCapture(control);
-    EXPECT_EQ(Sent(WM_MOUSEMOVE), "");
-    EXPECT_EQ(Tracked(kNowhere), "");
-    ReleaseCapture();
-    EXPECT_EQ(Ticked(), "c- b- a-");
-    DestroyWindow(control);
-  }});
+  OpenABCD();
+  EXPECT_EQ(Tracked(kOverABC), kEnterABC);
+  EXPECT_EQ(after(cover), "c- b- a-");
+  EXPECT_EQ(Sent(WM_MOUSEMOVE), "");
+  EXPECT_EQ(Sent(WM_LBUTTONDOWN).substr(0, 9), "a47/1<bc ");  // clicks do not ask
+  EXPECT_EQ(after([&] { DestroyWindow(other); }), kEnterABC);
+  // It comes up in the middle of a pass.
+  fHooks = {{"a.", cover}};
+  EXPECT_EQ(Sent(WM_MOUSEMOVE), kTrackedABC);
+  fHooks.clear();
+  EXPECT_EQ(Ticked(), "c- b- a-");
+  // A control of the window is part of it; a captured mouse is the other's alone.
+  HWND control = nullptr;
+  EXPECT_EQ(after([&] {
+              DestroyWindow(other);
+              control = MakeControl();
+              MoveWindow(control, 0, 0, 200, 200, FALSE);
+            }),
+            kEnterABC);
+  SetCapture(control);
+  EXPECT_EQ(Sent(WM_MOUSEMOVE), "");
+  EXPECT_EQ(Tracked(kNowhere), "");
+  ReleaseCapture();
+  EXPECT_EQ(Ticked(), "c- b- a-");
 }
 
-TEST_F(MouseTest, ClicksGoToTheFrontAndBack) {
-  const std::string kPre = "a47/1<bc b47/1<c c47/1< ";
-  RunWithABCD({[&] {
-    ExpectAnswers(
-        {
-            {{}, kPre + "c44/1 b44/1 a44/1"},
-            {{{"bpre", Handles()}}, "a47/1<bc b47/1<c"},
-            {{{"cpre", Handles()}}, "a47/1<bc b47/1<c c47/1<"},
-            {{{"bclick", Handles()}}, kPre + "c44/1 b44/1"},
-            {{{"apre", Fails()}, {"cclick", Fails()}}, kPre + "c44/1 b44/1 a44/1"},
-            {{{"bclick", {7, kOK, nullptr, false}}}, kPre + "c44/1 b44/1"},
-            {{{"apre", Does([] { throw 5; })}}, kPre + "c44/1 b44/1 a44/1"},
-        },
-        WM_LBUTTONDOWN, kOverABC);
-    const std::string kWhere = " in pre-click phase of CMacRootViewBehavior::HandleClick.";
-    EXPECT_EQ(fOutput.CountLines("Ignored an exception (std::exception)" + kWhere), 2u);
-    EXPECT_EQ(fOutput.CountLines("Ignored an unknown exception" + kWhere), 1u);
-
-    fRecorder.fAnswers.clear();
-    Tracked(kOverD);
-    EXPECT_EQ(fRecorder.fLastClick.fPosition.fX, fMouse.x);
-    EXPECT_EQ(Sent(WM_LBUTTONDBLCLK), "d48/1< d45/1");
-    EXPECT_EQ(Sent(WM_RBUTTONDOWN), "d47/2< d44/2");
-    EXPECT_EQ(Sent(WM_RBUTTONDBLCLK), "d48/2< d45/2");
-    EXPECT_EQ(Sent(WM_LBUTTONUP), "");
-    EXPECT_EQ(Sent(WM_RBUTTONUP), "d49/0< d46/0");
-    EXPECT_EQ(fRecorder.fLastClick.fTimeMS, static_cast<DWORD>(GetMessageTime()));
-  }});
+TEST_IN_RUN(MouseTest, ClicksGoToTheFrontAndBack) {
+  const std::string pre = "a47/1<bc b47/1<c c47/1< ";
+  OpenABCD();
+  ExpectAnswers(
+      {
+          {{}, pre + "c44/1 b44/1 a44/1"},
+          {{{"b47/1<", Handles()}}, "a47/1<bc b47/1<c"},
+          {{{"c47/1<", Handles()}}, "a47/1<bc b47/1<c c47/1<"},
+          {{{"b44/1", Handles(7)}}, pre + "c44/1 b44/1"},
+          {{{"a47/1<", Fails()}, {"c44/1", Fails()}}, pre + "c44/1 b44/1 a44/1"},
+          {{{"a47/1<", [] { throw 5; }}}, pre + "c44/1 b44/1 a44/1"},
+      },
+      WM_LBUTTONDOWN);
+  const std::string where = " in pre-click phase of CMacRootViewBehavior::HandleClick.";
+  EXPECT_EQ(fOutput.CountLines("Ignored an exception (std::exception)" + where), 2);
+  EXPECT_EQ(fOutput.CountLines("Ignored an unknown exception" + where), 1);
+  Tracked(kOverD);
+  EXPECT_EQ(fViewRecord.fClick.fPosition.fX, fMouse.x);
+  const std::pair<UINT, const char*> rows[] = {{WM_LBUTTONDBLCLK, "d48/1< d45/1"},
+                                               {WM_RBUTTONDOWN, "d47/2< d44/2"},
+                                               {WM_RBUTTONDBLCLK, "d48/2< d45/2"},
+                                               {WM_LBUTTONUP, ""},
+                                               {WM_RBUTTONUP, "d49/0< d46/0"}};
+  for (const auto& [message, words] : rows) EXPECT_EQ(Sent(message), words);
+  EXPECT_EQ(fViewRecord.fClick.fTimeMS, static_cast<DWORD>(GetMessageTime()));
 }
 
-TEST_F(MouseTest, AClickMovesTheFocus) {
+TEST_IN_RUN(MouseTest, AClickMovesTheFocus) {
   constexpr std::uint32_t kFlags = kViewEnabled | kViewFocusable;
-  const auto focusView = [&] {
-    IView* view = nullptr;
-    EXPECT_EQ(WindowOf(Window()).IWindow_GetConceptualFocusView(view), kOK);
-    return view ? NamesOf(&view, 1) : "";
+  const Hook focusD = [this] { SetFocus("d"); };
+  const std::pair<std::map<std::string, Hook>, std::string> cases[] = {
+      {{}, "b"},
+      {{{"a47/1<", Handles()}}, "a"},
+      {{{"c47/1<", Handles()}, {"b44/1", Handles()}}, "b"},
+      {{{"b47/1<", Fails()}}, "b"},
+      {{{"a47/1<", focusD}}, "b"},  // b comes later
+      {{{"c47/1<", focusD}}, "d"},
+      {{{"b47/1<", [this] { SetFocus(""); }}}, "b"},  // nothing has changed by that
+      {{{"a47/1<", [this] { SetFlags("b", kViewFocusable); }}}, "a"},
+      {{{"b47/1<",
+         [this] {
+           ReleaseView("c");
+           ReleaseView("b");
+         }}},
+       ""},
   };
-  const auto setFocus = [&](IView* view) {
-    EXPECT_EQ(WindowOf(Window()).IWindow_SetConceptualFocusView(view), kOK);
-  };
-  RunWithABCD({[&] {
+  OpenABCD();
+  for (const auto& [hooks, focus] : cases) {
     for (const char* name : {"a", "b", "d"}) SetFlags(name, kFlags);
-    struct FocusCase {
-      MouseAnswers fAnswers;
-      std::string fFocus;
-    };
-    const std::vector<FocusCase> cases = {
-        {{}, "b"},
-        {{{"apre", Handles()}}, "a"},
-        {{{"cpre", Handles()}, {"bclick", Handles()}}, "b"},
-        {{{"bpre", Fails()}}, "b"},
-        {{{"apre", Does([&] { setFocus(&View("d")); })}}, "b"},  // b comes later
-        {{{"cpre", Does([&] { setFocus(&View("d")); })}}, "d"},
-        {{{"bpre", Does([&] { setFocus(nullptr); })}}, "b"},  // nothing has changed by that
-        {{{"apre", Does([&] { SetFlags("b", kViewFocusable); })}}, "a"},
-        {{{"bpre", Does([&] {
-             Release("c");
-             Release("b");
-           })}},
-         ""},
-    };
-    for (const FocusCase& testCase : cases) {
-      fRecorder.fAnswers = testCase.fAnswers;
-      setFocus(nullptr);
-      PutUnderMouse(kOverABC);
-      Send(WM_LBUTTONDOWN);
-      EXPECT_EQ(focusView(), testCase.fFocus) << (&testCase - &cases[0]);
-      if (fViews.count("b")) SetFlags("b", kFlags);
-    }
-  }});
+    fHooks = hooks;
+    SetFocus("");
+    PutUnderMouse(kOverABC);
+    SendMouse(WM_LBUTTONDOWN);
+    EXPECT_EQ(Focus(), focus) << (hooks.empty() ? "" : hooks.begin()->first);
+  }
 }
 
-TEST_F(MouseTest, TheWheelGoesAlongTheFocusChain) {
-  const auto wheel = [&](int delta) {
-    fRecorder.Take();
-    POINT screen = {150, 150};
-    ClientToScreen(Hwnd(), &screen);
-    SendMessageW(Hwnd(), WM_MOUSEWHEEL, MAKEWPARAM(0, delta), MAKELPARAM(screen.x, screen.y));
-    return fRecorder.Take();
+TEST_IN_RUN(MouseTest, TheWheelGoesAlongTheFocusChain) {
+  const auto wheel = [this](int delta) {
+    const POINT place = OnScreen({150, 150});
+    return ViewCallsOf([&] { Send(WM_MOUSEWHEEL, MAKEWPARAM(0, delta), MAKELPARAM(place.x, place.y)); });
   };
-  RunWithABCD({[&] {
-    EXPECT_EQ(wheel(120), "");
-    SetFlags("c", kViewEnabled | kViewFocusable);
-    EXPECT_EQ(WindowOf(Window()).IWindow_SetConceptualFocusView(&View("c")), kOK);
-    EXPECT_EQ(wheel(120), "cW1 bW1 aW1");
-    EXPECT_EQ(fRecorder.fLastWheel.fType, static_cast<std::uint32_t>(kMouseEventWheel));
-    EXPECT_EQ(fRecorder.fLastWheel.fPosition.fX, 150);
-    EXPECT_EQ(wheel(60), "cW0 bW0 aW0");
-    EXPECT_EQ(wheel(-359), "cW-2 bW-2 aW-2");
-    fRecorder.fAnswers = {{"bW", Handles()}};
-    EXPECT_EQ(wheel(120), "cW1 bW1");
-    fRecorder.fAnswers = {{"cW", Does([&] { Release("c"); })}};
-    EXPECT_EQ(wheel(120), "cW1 bW1 aW1 cx");
-  }});
+  OpenABCD();
+  EXPECT_EQ(wheel(120), "");
+  SetFlags("c", kViewEnabled | kViewFocusable);
+  SetFocus("c");
+  EXPECT_EQ(wheel(120), "cW1 bW1 aW1");
+  EXPECT_EQ(fViewRecord.fWheel.fType, static_cast<std::uint32_t>(kMouseEventWheel));
+  EXPECT_EQ(fViewRecord.fWheel.fPosition.fX, 150);
+  EXPECT_EQ(wheel(60), "cW0 bW0 aW0");
+  EXPECT_EQ(wheel(-359), "cW-2 bW-2 aW-2");
+  fHooks = {{"bW", Handles()}};
+  EXPECT_EQ(wheel(120), "cW1 bW1");
+  fHooks = {{"cW", Releases("c")}};
+  EXPECT_EQ(wheel(120), "cW1 bW1 aW1 c:off b:off a:off c:x");
 }
 
 // The whole road: from the input of the system to the views.
-TEST_F(MouseTest, RealInputArrives) {
-  const auto press = [&](const std::vector<DWORD>& buttons) {
-    POINT place = {kOverD.x + fMoved.x, kOverD.y + fMoved.y};
-    ClientToScreen(Hwnd(), &place);
-    Click(place, buttons);
+TEST_IN_RUN(MouseTest, RealInputArrives) {
+  OpenABCD();
+  const POINT place = OnScreen({kOverD.x + fMoved.x, kOverD.y + fMoved.y});
+  std::string words;
+  const auto heard = [&](const std::string& wanted) {
+    return YieldUntil([&] {
+      words += " " + ViewCalls();
+      return (words + " ").find(" " + wanted + " ") != std::string::npos;
+    });
   };
-  const auto heard = [&](const std::string& words) {
-    return PumpUntil(
-        [&] { return (" " + fRecorder.fWords + " ").find(" " + words + " ") != std::string::npos; });
-  };
-  RunWithABCD({[&] {
-    PutMouse({kOverD.x + fMoved.x, kOverD.y + fMoved.y});
-    EXPECT_TRUE(heard("d< d+ d.")) << fRecorder.fWords;
-    press({MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP, MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP});
-    EXPECT_TRUE(heard("d48/1< d45/1")) << fRecorder.fWords;
-    EXPECT_TRUE(heard("d47/1< d44/1")) << fRecorder.fWords;
-    press({MOUSEEVENTF_RIGHTDOWN, MOUSEEVENTF_RIGHTUP});
-    EXPECT_TRUE(heard("d49/0< d46/0")) << fRecorder.fWords;
-    EXPECT_TRUE(heard("d47/2< d44/2")) << fRecorder.fWords;
-    PutMouse({-50, 300});
-    EXPECT_TRUE(heard("d-")) << fRecorder.fWords;
-  }});
+  PutMouse(place);
+  EXPECT_TRUE(heard("d< d+ d.")) << words;
+  Click(place, {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP, MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP});
+  EXPECT_TRUE(heard("d47/1< d44/1")) << words;
+  EXPECT_TRUE(heard("d48/1< d45/1")) << words;
+  Click(place, {MOUSEEVENTF_RIGHTDOWN, MOUSEEVENTF_RIGHTUP});
+  EXPECT_TRUE(heard("d47/2< d44/2")) << words;
+  EXPECT_TRUE(heard("d49/0< d46/0")) << words;
+  PutMouse(OnScreen({-50, 300}));
+  EXPECT_TRUE(heard("d-")) << words;
 }
 
 }  // namespace NSMorvaneTest

@@ -1,246 +1,222 @@
 // Quitting without windows, lingering, and second launches of the same application.
-#include <algorithm>
-#include <memory>
-
-#include "Support/ClientFixture.h"
+#include "Support/ClientWindows.h"
 
 namespace NSMorvaneTest {
 
 // --- Lingering
 
-class LingerTest : public ClientTest {};
+class LingerTest : public ClientTest {
+ protected:
+  std::string CountsOfLines() {
+    std::string counts;
+    for (const char* line : {"Entering lingering mode...", "Cancelling lingering mode...",
+                             "Lingering aborted...", "Lingering complete, exiting..."})
+      counts += std::to_string(fOutput.CountLines(line));
+    return counts;
+  }
+};
 
 TEST_F(LingerTest, LingersForItsTime) {
-  CreateMorvane();
   fParams.fLingerMS = 400;
   DWORD start = 0;
-  fHooks.fOnStartUp = [&] {
+  fRun.fHooks["CleanUp"] = [&] { EXPECT_GE(GetTickCount() - start, 380u); };
+  RunFrom([&] {
     Then([&] {
       start = GetTickCount();
       Quit();
     });
-  };
-  fHooks.fOnCleanUp = [&] { EXPECT_GE(GetTickCount() - start, 380u); };
-  EXPECT_EQ(Run(), kOK);
-  EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnNoDocument 5003", "OnCleanUp", "deleted"}));
-  EXPECT_EQ(fOutput.CountLines("Entering lingering mode..."), 1u);
-  EXPECT_EQ(fOutput.CountLines("Lingering complete, exiting..."), 1u);
-  EXPECT_FALSE(fOutput.HasLine("Cancelling lingering mode..."));
+  });
+  EXPECT_EQ(fRun.fLog.Take(), "StartUp NoDocument:5003 CleanUp deleted");
+  EXPECT_EQ(CountsOfLines(), "1001");
 }
 
 // Stopped while it lingers, the application stays up without windows and gets a quit event. The second time
 // it lingers to the end.
 TEST_F(LingerTest, StoppingEndsTheLingering) {
   fParams.fLingerMS = 1500;
-  bool stopped = false;
-  fHooks.fOnIdle = [&](std::int64_t& delay) {
-    delay = 5;
-    if (stopped || !fOutput.HasLine("Entering lingering mode...")) return;
-    stopped = true;
+  fRun.fHooks["Idle"] = [this, isStopped = false]() mutable {
+    *fRun.fIdleDelay = 5;
+    if (isStopped || !fOutput.CountLines("Entering lingering mode...")) return;
+    isStopped = true;
     EXPECT_EQ(fMorvane->IMorvane_StopQuitting(), kOK);
-    WhenThen([this] { return fOutput.HasLine("Cancelling lingering mode..."); }, [this] { Quit(); });
+    WhenThen([this] { return fOutput.CountLines("Cancelling lingering mode...") > 0; }, [this] { Quit(); });
   };
   RunFrom([this] { Then([this] { Quit(); }); });
-  EXPECT_TRUE(stopped);
-  EXPECT_GE(std::count(fLog.begin(), fLog.end(), "OnQuitEvent"), 1);
-  EXPECT_EQ(fOutput.CountLines("]Morvane] Exited quit mode..."), 1u);
-  EXPECT_EQ(fOutput.CountLines("Entering lingering mode..."), 2u);
-  EXPECT_EQ(fOutput.CountLines("Cancelling lingering mode..."), 1u);
-  EXPECT_EQ(fOutput.CountLines("Lingering complete, exiting..."), 1u);
+  EXPECT_GE(fRun.fLog.Count("QuitEvent"), 1);
+  EXPECT_EQ(fOutput.CountLines("]Morvane] Exited quit mode..."), 1);
+  EXPECT_EQ(CountsOfLines(), "2101");
 }
 
 TEST_F(LingerTest, QuittingOutOfTurnIsReported) {
-  CreateMorvane();
-  fHooks.fOnStartUp = [this] {
+  RunFrom([this] {
     EXPECT_EQ(fMorvane->IMorvane_StopQuitting(), kOK);
-    EXPECT_EQ(fOutput.TakeAssertions(), (std::vector<std::string>{"fIsInQuitMode"}));
+    EXPECT_EQ(fOutput.TakeAssertions(), "fIsInQuitMode");
     EXPECT_EQ(fMorvane->IMorvane_StartQuitting(), kOK);
     EXPECT_EQ(fMorvane->IMorvane_StartQuitting(), kOK);
-    EXPECT_EQ(fOutput.TakeAssertions(), (std::vector<std::string>{"!fIsInQuitMode"}));
-  };
-  EXPECT_EQ(Run(), kOK);
-  EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnCleanUp", "deleted"}));
+    EXPECT_EQ(fOutput.TakeAssertions(), "!fIsInQuitMode");
+  });
+  EXPECT_EQ(fRun.fLog.Take(), "StartUp CleanUp deleted");
 }
 
 // --- Second launches
 
-class SecondLaunchTest : public ClientTest {
+// The second process of an application runs the same test as the first one.
+class SecondLaunchTest : public ClientWindowTest {
  protected:
   SecondLaunchTest() {
+    fRun.fHooks.erase("QuitEvent");
     fGo = CreateEventW(nullptr, TRUE, FALSE, (fCompany + L" go").c_str());
     fReady = CreateSemaphoreW(nullptr, 0, 10, (fCompany + L" ready").c_str());
   }
   ~SecondLaunchTest() override {
+    for (const HANDLE second : fSeconds) {
+      DWORD code = 1;
+      if (WaitForSingleObject(second, kWaitLimitMS) == WAIT_TIMEOUT) TerminateProcess(second, 98);
+      EXPECT_TRUE(GetExitCodeProcess(second, &code) && code == 0)
+          << "the test of the second process has failed";
+      CloseHandle(second);
+    }
     CloseHandle(fGo);
     CloseHandle(fReady);
   }
-
   // What a second process does: its run ends at once, and nothing is started or opened.
-  void RunAsSecondProcess() {
+  bool RunAsSecondProcess() {
+    if (!fIsSecondProcess) return false;
     CreateMorvane();
     ReleaseSemaphore(fReady, 1, nullptr);
-    ASSERT_EQ(WaitForSingleObject(fGo, kWaitLimitMS), DWORD(WAIT_OBJECT_0));
-    EXPECT_EQ(Run(), kOK);
-    EXPECT_EQ(fLog, (CallLog{"OnCleanUp", "deleted"}));
-    EXPECT_EQ(FindMessageWindow(), nullptr);
+    EXPECT_EQ(WaitForSingleObject(fGo, kWaitLimitMS), DWORD(WAIT_OBJECT_0));
+    RunFrom(Hook());
+    EXPECT_EQ(fRun.fLog.Take(), "CleanUp deleted");
+    return true;
   }
-  // Starts one and waits until it stands right before its run.
+  // Starts one, with its arguments, and waits until it stands right before its run.
   void StartSecondProcess(const std::wstring& arguments = L"") {
-    fSeconds.push_back(std::make_unique<SecondProcess>(fCompany, arguments));
+    wchar_t program[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    const ::testing::TestInfo& test = *::testing::UnitTest::GetInstance()->current_test_info();
+    const std::string filter = std::string(test.test_suite_name()) + "." + test.name();
+    std::wstring commandLine =
+        L"\"" + std::wstring(program) + L"\"" + (arguments.empty() ? L"" : L" ") + arguments;
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof(startup);
+    PROCESS_INFORMATION process = {};
+    SetEnvironmentVariableW(L"MORVANE_TEST_SECOND_OF", fCompany.c_str());
+    SetEnvironmentVariableA("GTEST_FILTER", filter.c_str());
+    ASSERT_TRUE(CreateProcessW(program, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
+                               &startup, &process));
+    CloseHandle(process.hThread);
+    fSeconds.push_back(process.hProcess);
     EXPECT_EQ(WaitForSingleObject(fReady, kWaitLimitMS), DWORD(WAIT_OBJECT_0));
   }
   void LetSecondProcessesRun() { SetEvent(fGo); }
-  int CountEnded() const {
-    return static_cast<int>(std::count_if(fSeconds.begin(), fSeconds.end(),
-                                          [](const auto& second) { return second->HasEnded(); }));
-  }
-  void ExpectSecondsEndWell() const {
-    for (const auto& second : fSeconds) EXPECT_TRUE(second->EndsWell());
-  }
   // The log without the quit events, whose number depends on how often the loop turns.
-  CallLog LogWithoutQuitEvents() const {
-    CallLog log = fLog;
-    std::erase(log, "OnQuitEvent");
-    return log;
+  std::string Log() {
+    fRun.fLog.Remove("QuitEvent");
+    return fRun.fLog.Take();
   }
 
   HANDLE fGo;
   HANDLE fReady;
-  std::vector<std::unique_ptr<SecondProcess>> fSeconds;
+  std::vector<HANDLE> fSeconds;
 };
 
 TEST_F(SecondLaunchTest, HandsItsFilesOver) {
-  if (fIsSecondProcess) return RunAsSecondProcess();
-  CreateMorvane(L"/first");
-  fHooks.fOnStartUp = [this] {
-    StartSecondProcess(L"/second \"quoted file.txt\" /third plain.txt");
-    LetSecondProcessesRun();
-  };
-  int opened = 0;
-  fHooks.fOnOpenURL = [&](const std::string&) -> TError {
-    if (++opened == 1) return 100321;  // in the loop: reported, and the next file follows in the next pass
+  if (RunAsSecondProcess()) return;
+  // In the loop a failure is reported, and the next file follows in the next pass.
+  fRun.fHooks["OpenURL"] = [this, opened = 0]() mutable -> TError {
+    if (++opened == 1) return 100321;
     Quit();
     return kOK;
   };
-  fHooks.fOnCleanUp = [this] {
+  CTextReceiver options;
+  fRun.fHooks["CleanUp"] = [&] {
     IWinExtensions* extensions = nullptr;
     EXPECT_EQ(fMorvane->IMorvane_GetWinExtensions(extensions), kOK);
-    CTextReceiver options;
     EXPECT_EQ(extensions->IWinExtensions_GetCommandLineOptions(options), kOK);
-    EXPECT_EQ(options.fTexts, (std::vector<std::u16string>{u"/second", u"/third"}));
   };
-  EXPECT_EQ(Run(), kOK);
-  EXPECT_EQ(LogWithoutQuitEvents(),
-            (CallLog{"OnStartUp", "OnNoDocument 5003", "OnOpenURL file://\"quoted file.txt\"",
-                     "OnUnhandledError 100321", "OnOpenURL file://plain.txt", "OnCleanUp", "deleted"}));
-  ExpectSecondsEndWell();
+  RunFrom(
+      [this] {
+        StartSecondProcess(L"/second \"quoted file.txt\" /third plain.txt");
+        LetSecondProcessesRun();
+      },
+      L"/first");
+  EXPECT_EQ(options.fTexts, (std::vector<std::u16string>{u"/second", u"/third"}));
+  EXPECT_EQ(Log(),
+            "StartUp NoDocument:5003 OpenURL:file://\"quoted file.txt\" UnhandledError:100321 "
+            "OpenURL:file://plain.txt CleanUp deleted");
 }
 
 // The lingering is aborted. The quit event that follows at once is answered by quitting again, so that the
 // application lingers anew while it is told that there is nothing to show, as at a start.
 TEST_F(SecondLaunchTest, AbortsTheLingering) {
-  if (fIsSecondProcess) return RunAsSecondProcess();
-  CreateMorvane();
+  if (RunAsSecondProcess()) return;
   fParams.fLingerMS = 3000;
-  fHooks.fOnIdle = [this](std::int64_t& delay) {
-    delay = 5;
-    if (fOutput.HasLine("Entering lingering mode...")) LetSecondProcessesRun();
+  fRun.fHooks["Idle"] = [this] {
+    *fRun.fIdleDelay = 5;
+    if (fOutput.CountLines("Entering lingering mode...")) LetSecondProcessesRun();
   };
-  fHooks.fOnStartUp = [this] {
+  fRun.fHooks["QuitEvent"] = [this] { return fMorvane->IMorvane_StartQuitting(); };
+  RunFrom([this] {
     StartSecondProcess();
     Then([this] { Quit(); });
-  };
-  fHooks.fOnQuitEvent = [this] { return fMorvane->IMorvane_StartQuitting(); };
-  EXPECT_EQ(Run(), kOK);
-  EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnNoDocument 5003", "OnQuitEvent", "OnNoDocument 5003", "OnCleanUp",
-                           "deleted"}));
-  EXPECT_EQ(fOutput.CountLines("Lingering aborted..."), 1u);
-  EXPECT_EQ(fOutput.CountLines("Entering lingering mode..."), 2u);
-  EXPECT_EQ(fOutput.CountLines("Lingering complete, exiting..."), 1u);
-  ExpectSecondsEndWell();
+  });
+  EXPECT_EQ(fRun.fLog.Take(), "StartUp NoDocument:5003 QuitEvent NoDocument:5003 CleanUp deleted");
+  EXPECT_EQ(fOutput.CountLines("Lingering aborted..."), 1);
+  EXPECT_EQ(fOutput.CountLines("Entering lingering mode..."), 2);
+  EXPECT_EQ(fOutput.CountLines("Lingering complete, exiting..."), 1);
 }
 
 // What was closing stays open from here on.
 TEST_F(SecondLaunchTest, StopsTheClosingOfWindows) {
-  if (fIsSecondProcess) return RunAsSecondProcess();
-  CreateMorvane();
-  fHooks.fOnStartUp = [this] {
-    CreateDocument("bottom");
-    CreateDocument("top");
+  if (RunAsSecondProcess()) return;
+  WindowRecord* top = nullptr;
+  fRun.fHooks["OpenURL"] = [&] {
+    EXPECT_FALSE(IsQuitting());
+    top->fHooks.clear();
+    Quit();
+  };
+  RunFrom([&] {
+    MakeDocument("bottom");
+    top = &MakeDocument("top");
+    top->fHooks["RequestClose"] = Hook();
     StartSecondProcess(L"new.txt");
     Then([this] {
       Quit();
       LetSecondProcessesRun();
     });
-  };
-  fOnRequestClose = [] {};
-  fHooks.fOnOpenURL = [this](const std::string&) {
-    TFlag isQuitting = 7;
-    EXPECT_EQ(fMorvane->IMorvane_IsQuitting(isQuitting), kOK);
-    EXPECT_EQ(isQuitting, 0u);
-    fOnRequestClose = nullptr;
-    Quit();
-  };
-  EXPECT_EQ(Run(), kOK);
-  EXPECT_EQ(fLog,
-            (CallLog{"OnStartUp", "top OnRequestClose 1", "OnOpenURL file://new.txt", "top OnRequestClose 1",
-                     "top deleted", "bottom OnRequestClose 1", "bottom deleted", "OnCleanUp", "deleted"}));
-  EXPECT_FALSE(fOutput.HasLine("Lingering aborted..."));
-  ExpectSecondsEndWell();
+  });
+  EXPECT_EQ(fRun.fLog.Take(),
+            "StartUp top.RequestClose:1 OpenURL:file://new.txt top.RequestClose:1 top.deleted "
+            "bottom.RequestClose:1 bottom.deleted CleanUp deleted");
+  EXPECT_EQ(fOutput.CountLines("Lingering aborted..."), 0);
 }
 
-// There is room for one command line at a time: while the first process is busy, one of the others waits.
+// There is room for one command line at a time: while the first process is busy, one of the others waits. A
+// long command line is cut.
 TEST_F(SecondLaunchTest, WaitsForTheOneBefore) {
-  if (fIsSecondProcess) return RunAsSecondProcess();
-  CreateMorvane();
-  fHooks.fOnStartUp = [this] {
-    StartSecondProcess(L"a.txt");
-    LetSecondProcessesRun();
-    // This thread looks at no message until the first one is through.
-    fSeconds.front()->EndsWell();
-    StartSecondProcess(L"b.txt");
-    EXPECT_EQ(CountEnded(), 1);
-  };
-  fHooks.fOnOpenURL = [this](const std::string& url) {
-    if (url == "file://b.txt") Quit();
-  };
-  EXPECT_EQ(Run(), kOK);
-  EXPECT_EQ(LogWithoutQuitEvents(), (CallLog{"OnStartUp", "OnNoDocument 5003", "OnOpenURL file://a.txt",
-                                             "OnOpenURL file://b.txt", "OnCleanUp", "deleted"}));
-  ExpectSecondsEndWell();
-}
-
-TEST_F(SecondLaunchTest, LongCommandLineIsCut) {
-  if (fIsSecondProcess) return RunAsSecondProcess();
-  CreateMorvane();
-  wchar_t program[MAX_PATH] = {};
-  const std::size_t inFront = GetModuleFileNameW(nullptr, program, MAX_PATH) + 3;  // quotes, a blank
-  std::string opened;
-  fHooks.fOnStartUp = [this] {
+  if (RunAsSecondProcess()) return;
+  fRun.fHooks["OpenURL:file://b.txt"] = [this] { Quit(); };
+  RunFrom([this] {
     StartSecondProcess(std::wstring(4000, L'x'));
     LetSecondProcessesRun();
-  };
-  fHooks.fOnOpenURL = [&](const std::string& url) {
-    opened = url;
-    Quit();
-  };
-  EXPECT_EQ(Run(), kOK);
-  EXPECT_EQ(opened, "file://" + std::string(2600 - inFront, 'x'));
-  ExpectSecondsEndWell();
+    // This thread looks at no message until the first one is through.
+    EXPECT_EQ(WaitForSingleObject(fSeconds[0], kWaitLimitMS), WAIT_OBJECT_0);
+    StartSecondProcess(L"b.txt");
+    EXPECT_EQ(WaitForSingleObject(fSeconds[1], 0), DWORD(WAIT_TIMEOUT));
+  });
+  wchar_t program[MAX_PATH] = {};
+  const std::size_t inFront = GetModuleFileNameW(nullptr, program, MAX_PATH) + 3;  // quotes, a blank
+  EXPECT_EQ(Log(), "StartUp NoDocument:5003 OpenURL:file://" + std::string(2600 - inFront, 'x') +
+                       " OpenURL:file://b.txt CleanUp deleted");
 }
 
 // The message alone, without a command line behind it, is reported, and opens the application anew like a
 // launch without files.
 TEST_F(SecondLaunchTest, MessageWithoutACommandLine) {
-  CreateMorvane();
-  fHooks.fOnStartUp = [] { PostThreadMessageW(GetCurrentThreadId(), 1135, 0, 0); };
-  fHooks.fOnNoDocument = [this](TNoDocumentKind kind) {
-    if (kind == kNoDocumentAtReopen) Quit();
-  };
-  EXPECT_EQ(Run(), kOK);
-  EXPECT_EQ(fLog, (CallLog{"OnStartUp", "OnNoDocument 5003", "OnQuitEvent", "OnNoDocument 5004", "OnCleanUp",
-                           "deleted"}));
-  EXPECT_EQ(fOutput.TakeAssertions(), (std::vector<std::string>{"dwordData[0]!=0"}));
+  fRun.fHooks["NoDocument:5004"] = [this] { Quit(); };
+  RunFrom([] { PostThreadMessageW(GetCurrentThreadId(), 1135, 0, 0); });
+  EXPECT_EQ(fRun.fLog.Take(), "StartUp NoDocument:5003 QuitEvent NoDocument:5004 CleanUp deleted");
+  EXPECT_EQ(fOutput.TakeAssertions(), "dwordData[0]!=0");
 }
 
 }  // namespace NSMorvaneTest

@@ -1,25 +1,29 @@
 // What tests of the library's client side stand on: one run of an application in a process of its own.
 //
-// The test is a client like any other: it sees the headers of Interface/ and the shared library. A scenario
-// is a set of hooks on the recording run behaviour and a list of steps, each of which runs in a turn of the
-// library's own loop. Everything that the library calls is written to one list, fLog, which is compared with
-// an expected list, read from top to bottom.
+// The test is a client like any other: it sees the headers of Interface/ and the shared library. Whatever the
+// library calls is written down, one word for a call, and compared with a text of such words. What a scenario
+// wants done in a callback is a hook.
 #pragma once
 
 #include <windows.h>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <atomic>
 #include <concepts>
 #include <cwchar>
 #include <deque>
 #include <functional>
+#include <map>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
 #include "Morvane.h"
 #include "MorvaneDefaults.h"
+#include "Support/Pointer.h"
 
 namespace NSMorvaneTest {
 
@@ -29,123 +33,129 @@ using namespace NSMorvane;
 constexpr DWORD kScenarioLimitMS = 45000;
 constexpr DWORD kWaitLimitMS = 20000;
 
-using CallLog = std::vector<std::string>;
+// A test whose body runs in a turn of the application's loop. The application quits after it.
+#define TEST_IN_RUN(Fixture, Name)                                                   \
+  class Fixture##_##Name : public Fixture {                                          \
+    void Body() override;                                                            \
+  };                                                                                 \
+  [[maybe_unused]] const auto* const k##Fixture##_##Name =                           \
+      ::testing::RegisterTest(#Fixture, #Name, nullptr, nullptr, __FILE__, __LINE__, \
+                              []() -> Fixture* { return new Fixture##_##Name; });    \
+  void Fixture##_##Name::Body()
 
-inline const wchar_t* WideText(const TChar* text) { return reinterpret_cast<const wchar_t*>(text); }
-inline std::u16string TextOfWide(const std::wstring& text) { return {text.begin(), text.end()}; }
+// --- Recording
 
-// --- Debug output
+class CallLog {
+ public:
+  void Add(const std::string& call) { fCalls.push_back(call); }
+  bool Remove(const std::string& call) { return std::erase(fCalls, call) > 0; }
+  // All calls, with blanks between them. The log begins anew.
+  std::string Take() {
+    std::string text;
+    for (const std::string& call : std::exchange(fCalls, {})) text += (text.empty() ? "" : " ") + call;
+    return text;
+  }
+  int Count(const std::string& call) const {
+    return static_cast<int>(std::count(fCalls.begin(), fCalls.end(), call));
+  }
+  std::string Last() const { return fCalls.empty() ? "" : fCalls.back(); }
+
+ private:
+  std::vector<std::string> fCalls;
+};
+
+// What a callback does and answers: a function, which answers a code or nothing; or the code alone.
+class Hook {
+ public:
+  Hook(TError error = kOK) : Hook([error] { return error; }) {}
+  template <std::invocable TBody>
+  Hook(TBody body)
+      : fBody(std::make_shared<std::function<TError()>>([body]() mutable -> TError {
+          if constexpr (!std::is_void_v<decltype(body())>) return body();
+          body();
+          return kOK;
+        })) {}
+  TError operator()() const { return (*fBody)(); }
+
+  TFlag fHandled = 0;
+
+ private:
+  std::shared_ptr<std::function<TError()>> fBody;
+};
+
+inline Hook Handles(TFlag handled = 1, TError error = kOK) {
+  Hook hook(error);
+  hook.fHandled = handled;
+  return hook;
+}
+
+// Hooks stand under the word of their call, or under the part of it that is in front of the argument.
+struct Recorder {
+  TError Call(const std::string& name, const std::string& argument = "", TFlag* outHandled = nullptr) {
+    fLog.Add(name + argument);
+    return CallUnlogged(name, argument, outHandled);
+  }
+  // For calls whose number is a matter of time.
+  TError CallUnlogged(const std::string& name, const std::string& argument = "",
+                      TFlag* outHandled = nullptr) {
+    auto found = fHooks.find(name + argument);
+    if (found == fHooks.end()) found = fHooks.find(name);
+    const Hook hook = found == fHooks.end() ? Hook() : found->second;
+    if (outHandled) *outHandled = hook.fHandled;
+    return hook();
+  }
+
+  CallLog fLog;
+  std::map<std::string, Hook> fHooks;
+};
 
 // Any thread may print.
 class ClientDebugOutput : public IDebugOutput {
  public:
   void IDebugOutput_Assert(const char* file, std::int32_t line, const char* expression) override {
-    const Guard guard(fLock);
-    fAssertions.push_back(expression);
-    fAssertFiles.push_back(std::string(file) + "(" + std::to_string(line) + "): " + expression);
+    const std::lock_guard guard(fLock);
+    fAssertions += (fAssertions.empty() ? "" : "; ") + std::string(expression);
+    fPlaces += std::string(file) + "(" + std::to_string(line) + "): " + expression + "\n";
   }
   void IDebugOutput_Print(const char* text) override {
-    const Guard guard(fLock);
+    const std::lock_guard guard(fLock);
     fLines.push_back(text);
   }
-  void IDebugOutput_Indent() override { InterlockedIncrement(&fDepth); }
-  void IDebugOutput_Unindent() override { InterlockedDecrement(&fDepth); }
+  void IDebugOutput_Indent() override { ++fDepth; }
+  void IDebugOutput_Unindent() override { --fDepth; }
 
-  std::size_t CountLines(const std::string& line) {
-    const Guard guard(fLock);
-    std::size_t count = 0;
-    for (const std::string& other : fLines) count += other == "[Morvane] " + line;
-    return count;
+  int CountLines(const std::string& line) {
+    const std::lock_guard guard(fLock);
+    return static_cast<int>(std::count(fLines.begin(), fLines.end(), "[Morvane] " + line));
   }
-  bool HasLine(const std::string& line) { return CountLines(line) > 0; }
-  std::vector<std::string> TakeAssertions() {
-    const Guard guard(fLock);
-    fAssertFiles.clear();
+  void ForgetLines() {
+    const std::lock_guard guard(fLock);
+    fLines.clear();
+  }
+  // The texts of all failed assertions, with "; " between them. They count as taken from here on.
+  std::string TakeAssertions() {
+    const std::lock_guard guard(fLock);
+    fPlaces.clear();
     return std::exchange(fAssertions, {});
   }
-  // With their places, for messages.
-  std::string DescribeAssertions() {
-    const Guard guard(fLock);
-    std::string text;
-    for (const std::string& place : fAssertFiles) text += place + "\n";
-    return text;
-  }
-  LONG GetDepth() const { return fDepth; }
-  void Reset() {
-    const Guard guard(fLock);
-    fLines.clear();
-    fAssertions.clear();
-    fAssertFiles.clear();
-    fDepth = 0;
-  }
 
-  // The library may print until the process ends, so this outlives everything.
-  static ClientDebugOutput& Get() {
-    static ClientDebugOutput* const output = new ClientDebugOutput;
-    return *output;
-  }
-
- private:
-  struct Guard {
-    explicit Guard(SRWLOCK& lock) : fLock(lock) { AcquireSRWLockExclusive(&fLock); }
-    ~Guard() { ReleaseSRWLockExclusive(&fLock); }
-    SRWLOCK& fLock;
-  };
-
-  SRWLOCK fLock = SRWLOCK_INIT;
+  std::mutex fLock;
   std::vector<std::string> fLines;
-  std::vector<std::string> fAssertions;
-  std::vector<std::string> fAssertFiles;
-  LONG fDepth = 0;
+  std::string fAssertions;
+  std::string fPlaces;  // and where they stood
+  std::atomic<int> fDepth = 0;
 };
 
-// --- The run behaviour
+// --- The run
 
-// What a scenario does in a callback: a function of the callback's arguments, or of none, which answers a
-// code or nothing; or the code alone. Empty it answers kOK.
-template <class... TArguments>
-class Hook {
-  using Body = std::function<TError(TArguments...)>;
-
- public:
-  Hook(std::nullptr_t = nullptr) {}
-  Hook(TError error) : fBody(std::make_shared<Body>([error](TArguments...) { return error; })) {}
-  template <class TBody>
-  requires std::invocable<TBody&> || std::invocable<TBody&, TArguments...> Hook(TBody body)
-      : fBody(std::make_shared<Body>([body](TArguments... arguments) mutable {
-          const auto call = [&]() -> decltype(auto) {
-            if constexpr (std::invocable<TBody&, TArguments...>)
-              return body(arguments...);
-            else
-              return body();
-          };
-          if constexpr (!std::is_void_v<decltype(call())>) return TError(call());
-          call();
-          return TError(kOK);
-        })) {}
-  explicit operator bool() const { return fBody != nullptr; }
-  // It may be replaced in the middle of the call.
-  TError operator()(TArguments... arguments) const {
-    const auto body = fBody;
-    return body ? (*body)(arguments...) : kOK;
-  }
-
- private:
-  std::shared_ptr<Body> fBody;
-};
-
-struct RunHooks {
-  Hook<> fOnStartUp, fOnCleanUp, fOnQuitEvent, fOnThemeChanged;
-  Hook<> fOnEnterMenuLoop, fOnExitMenuLoop, fOnBeginDraw, fOnEndDraw;
-  Hook<TNoDocumentKind> fOnNoDocument;
-  Hook<const std::string&> fOnOpenURL;
-  Hook<IMenuBarState&> fOnSetupMenuBar;
-  Hook<const TKeyEvent&, TFlag&> fHandleKeyDown;
-  Hook<const TMenuCommandEvent&, TFlag&> fOnMenuCommand;
-  Hook<std::int64_t&> fOnIdle;
-  Hook<TFlag> fOnAppActivation;
-  Hook<std::uint32_t, std::uint32_t> fOnAppMessage;
-  Hook<TError> fOnUnhandledError;
+// Callbacks are named without their class and "On", arguments follow a colon. The last arguments are kept.
+struct RunRecord : Recorder {
+  std::deque<std::function<void()>> fSteps;
+  int fIdleCalls = 0;
+  std::int64_t* fIdleDelay = nullptr;
+  IMenuBarState* fMenuBar = nullptr;
+  TMenuCommandEvent fCommand = {};
+  TError fError = kOK;
 };
 
 // The steps of a scenario come as application messages with this number, which are not logged.
@@ -153,121 +163,61 @@ constexpr std::uint32_t kStepMessage = 0x57E9;
 
 class RecordingRunBehavior : public CDefaultRunBehavior {
  public:
-  RecordingRunBehavior(CallLog& log, RunHooks& hooks, std::deque<std::function<void()>>& steps)
-      : fLog(log), fHooks(hooks), fSteps(steps) {}
-  ~RecordingRunBehavior() override { fLog.push_back("deleted"); }
+  explicit RecordingRunBehavior(RunRecord& record) : fRecord(record) {}
+  ~RecordingRunBehavior() override { fRecord.fLog.Add("deleted"); }
 
-  TError IMorvaneRunBehavior_OnStartUp() override { return Call("OnStartUp", fHooks.fOnStartUp); }
-  TError IMorvaneRunBehavior_OnCleanUp() override { return Call("OnCleanUp", fHooks.fOnCleanUp); }
-  TError IMorvaneRunBehavior_OnQuitEvent() override { return Call("OnQuitEvent", fHooks.fOnQuitEvent); }
+  TError IMorvaneRunBehavior_OnStartUp() override { return fRecord.Call("StartUp"); }
+  TError IMorvaneRunBehavior_OnCleanUp() override { return fRecord.Call("CleanUp"); }
+  TError IMorvaneRunBehavior_OnQuitEvent() override { return fRecord.Call("QuitEvent"); }
+  TError IMorvaneRunBehavior_OnThemeChanged() override { return fRecord.Call("ThemeChanged"); }
+  TError IMorvaneRunBehavior_OnEnterMenuLoop() override { return fRecord.Call("EnterMenuLoop"); }
+  TError IMorvaneRunBehavior_OnExitMenuLoop() override { return fRecord.Call("ExitMenuLoop"); }
   TError IMorvaneRunBehavior_OnNoDocument(TNoDocumentKind kind) override {
-    return Call("OnNoDocument " + std::to_string(kind), fHooks.fOnNoDocument, kind);
+    return fRecord.Call("NoDocument", ":" + std::to_string(kind));
   }
   TError IMorvaneRunBehavior_OnOpenURL(const char* url) override {
-    return Call(std::string("OnOpenURL ") + url, fHooks.fOnOpenURL, std::string(url));
+    return fRecord.Call("OpenURL", ":" + std::string(url));
   }
   TError IMorvaneRunBehavior_OnMenuCommand(const TMenuCommandEvent& event, TFlag& outHandled) override {
-    outHandled = 0;
-    return Call("OnMenuCommand " + std::to_string(event.fCommand), fHooks.fOnMenuCommand, event, outHandled);
+    fRecord.fCommand = event;
+    return fRecord.Call("MenuCommand", ":" + std::to_string(event.fCommand), &outHandled);
   }
-  TError IMorvaneRunBehavior_OnThemeChanged() override {
-    return Call("OnThemeChanged", fHooks.fOnThemeChanged);
+  TError IMorvaneRunBehavior_OnUnhandledError(TError error) override {
+    fRecord.fError = error;
+    return fRecord.Call("UnhandledError", ":" + std::to_string(error));
   }
-  TError IMorvaneRunBehavior_OnEnterMenuLoop() override {
-    return Call("OnEnterMenuLoop", fHooks.fOnEnterMenuLoop);
-  }
-  TError IMorvaneRunBehavior_OnExitMenuLoop() override {
-    return Call("OnExitMenuLoop", fHooks.fOnExitMenuLoop);
+  TError IMorvaneRunBehavior_OnAppActivation(TFlag active) override {
+    return fRecord.CallUnlogged("AppActivation", ":" + std::to_string(active));
   }
   TError IMorvaneRunBehavior_OnAppMessage(std::uint32_t a, std::uint32_t b) override {
     if (a != kStepMessage)
-      return Call("OnAppMessage " + std::to_string(a) + " " + std::to_string(b), fHooks.fOnAppMessage, a, b);
-    if (fSteps.empty()) return kOK;
-    const std::function<void()> step = std::move(fSteps.front());
-    fSteps.pop_front();
+      return fRecord.Call("AppMessage", ":" + std::to_string(a) + "," + std::to_string(b));
+    if (fRecord.fSteps.empty()) return kOK;
+    const std::function<void()> step = std::move(fRecord.fSteps.front());
+    fRecord.fSteps.pop_front();
     step();
     return kOK;
   }
-  TError IMorvaneRunBehavior_OnUnhandledError(TError error) override {
-    return Call("OnUnhandledError " + std::to_string(error), fHooks.fOnUnhandledError, error);
-  }
-
-  // Not logged: how often they come is a matter of time.
   TError IMorvaneRunBehavior_OnIdle(std::int64_t& inOutDelayMS) override {
-    ++fIdleCalls;
-    return fHooks.fOnIdle ? fHooks.fOnIdle(inOutDelayMS)
-                          : CDefaultRunBehavior::IMorvaneRunBehavior_OnIdle(inOutDelayMS);
+    ++fRecord.fIdleCalls;
+    if (!fRecord.fHooks.contains("Idle"))
+      return CDefaultRunBehavior::IMorvaneRunBehavior_OnIdle(inOutDelayMS);
+    fRecord.fIdleDelay = &inOutDelayMS;
+    return fRecord.CallUnlogged("Idle");
   }
-  TError IMorvaneRunBehavior_OnBeginDraw(IDrawTools&) override { return fHooks.fOnBeginDraw(); }
-  TError IMorvaneRunBehavior_OnEndDraw(IDrawTools&) override { return fHooks.fOnEndDraw(); }
-  TError IMorvaneRunBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) override {
-    outHandled = 0;
-    return fHooks.fHandleKeyDown(event, outHandled);
+  TError IMorvaneRunBehavior_OnBeginDraw(IDrawTools&) override { return fRecord.CallUnlogged("BeginDraw"); }
+  TError IMorvaneRunBehavior_OnEndDraw(IDrawTools&) override { return fRecord.CallUnlogged("EndDraw"); }
+  TError IMorvaneRunBehavior_HandleKeyDown(const TKeyEvent&, TFlag& outHandled) override {
+    return fRecord.CallUnlogged("HandleKeyDown", "", &outHandled);
   }
   TError IMorvaneRunBehavior_OnSetupMenuBar(IMenuBarState& state) override {
-    return fHooks.fOnSetupMenuBar(state);
-  }
-  TError IMorvaneRunBehavior_OnAppActivation(TFlag active) override {
-    return fHooks.fOnAppActivation(active);
-  }
-
-  static inline int fIdleCalls = 0;
-
- private:
-  template <class THook, class... TArguments>
-  TError Call(const std::string& entry, THook& hook, TArguments&&... arguments) {
-    fLog.push_back(entry);
-    return hook(arguments...);
-  }
-
-  CallLog& fLog;
-  RunHooks& fHooks;
-  std::deque<std::function<void()>>& fSteps;
-};
-
-// --- Document windows
-
-using CloseHook = Hook<const std::string&, IDocumentWindow&>;  // with the name
-
-// Closes when it is asked to, unless there is a hook for that.
-class RecordingDocument : public CDefaultDocumentWindowBehavior {
- public:
-  RecordingDocument(IDocumentWindow& window, CallLog& log, CloseHook& onRequestClose, const std::string& name)
-      : CDefaultDocumentWindowBehavior(window), fLog(log), fOnRequestClose(onRequestClose), fName(name) {}
-  ~RecordingDocument() override { fLog.push_back(fName + " deleted"); }
-
-  TError IDocumentWindowBehavior_OnRequestClose(TCloseReason reason) override {
-    fLog.push_back(fName + " OnRequestClose " + std::to_string(reason));
-    return fOnRequestClose ? fOnRequestClose(fName, fWindow) : fWindow.IDocumentWindow_Release();
+    fRecord.fMenuBar = &state;
+    return fRecord.CallUnlogged("SetupMenuBar");
   }
 
  private:
-  CallLog& fLog;
-  CloseHook& fOnRequestClose;
-  std::string fName;
+  RunRecord& fRecord;
 };
-
-inline IWindow& WindowOf(IDocumentWindow& document) {
-  IWindow* window = nullptr;
-  EXPECT_EQ(document.IDocumentWindow_GetWindow(window), kOK);
-  return *window;
-}
-
-inline HWND HwndOf(IDocumentWindow& document) {
-  TNativeWindow native = {};
-  EXPECT_EQ(WindowOf(document).IWindow_GetNativeWindow(native), kOK);
-  return native.fHwnd;
-}
-
-// --- Processes
-
-// A second process of the same application runs the same test with this in its environment: the company name
-// of the first one.
-inline std::wstring RoleOfThisProcess() {
-  wchar_t company[256] = {};
-  GetEnvironmentVariableW(L"MORVANE_TEST_SECOND_OF", company, 256);
-  return company;
-}
 
 // The library reads the command line when its root object is made, and the arguments of the test program are
 // none of the application's: this puts another command line in the place of the real one, which is longer.
@@ -281,18 +231,16 @@ inline void SetCommandLineOfThisProcess(const std::wstring& commandLine) {
 // Ends the process, with a message, when a scenario hangs.
 class Watchdog {
  public:
-  explicit Watchdog(CallLog& log) {
-    CreateTimerQueueTimer(&fTimer, nullptr, End, &log, kScenarioLimitMS, 0, WT_EXECUTEONLYONCE);
+  explicit Watchdog(const CallLog& log) {
+    CreateTimerQueueTimer(&fTimer, nullptr, End, const_cast<CallLog*>(&log), kScenarioLimitMS, 0,
+                          WT_EXECUTEONLYONCE);
   }
   ~Watchdog() { DeleteTimerQueueTimer(nullptr, fTimer, INVALID_HANDLE_VALUE); }
-  Watchdog(const Watchdog&) = delete;
-  Watchdog& operator=(const Watchdog&) = delete;
 
  private:
-  static void CALLBACK End(void* argument, BOOLEAN) {
-    const CallLog& log = *static_cast<const CallLog*>(argument);
-    std::fprintf(stderr, "The scenario hangs. So far there were %u calls, the last of them: %s\n",
-                 static_cast<unsigned>(log.size()), log.empty() ? "-" : log.back().c_str());
+  static void CALLBACK End(void* log, BOOLEAN) {
+    const std::string last = static_cast<const CallLog*>(log)->Last();
+    std::fprintf(stderr, "The scenario hangs. The last call was: %s\n", last.c_str());
     std::fflush(stderr);
     TerminateProcess(GetCurrentProcess(), 99);
   }
@@ -300,72 +248,44 @@ class Watchdog {
   HANDLE fTimer = nullptr;
 };
 
-// A second process of the application, which runs this same test.
-class SecondProcess {
- public:
-  // `arguments` follow the program's name on its command line.
-  SecondProcess(const std::wstring& company, const std::wstring& arguments) {
-    wchar_t program[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, program, MAX_PATH);
-    const ::testing::TestInfo& test = *::testing::UnitTest::GetInstance()->current_test_info();
-    const std::string filter = std::string(test.test_suite_name()) + "." + test.name();
-    SetEnvironmentVariableW(L"MORVANE_TEST_SECOND_OF", company.c_str());
-    SetEnvironmentVariableA("GTEST_FILTER", filter.c_str());
-    std::wstring commandLine = L"\"" + std::wstring(program) + L"\"";
-    if (!arguments.empty()) commandLine += L" " + arguments;
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof(startup);
-    PROCESS_INFORMATION process = {};
-    if (CreateProcessW(program, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
-                       &process)) {
-      CloseHandle(process.hThread);
-      fProcess = process.hProcess;
-    }
-    SetEnvironmentVariableW(L"MORVANE_TEST_SECOND_OF", nullptr);
-    SetEnvironmentVariableA("GTEST_FILTER", nullptr);
-    EXPECT_NE(fProcess, nullptr) << "no second process: " << GetLastError();
-  }
-  ~SecondProcess() {
-    if (!fProcess) return;
-    if (WaitForSingleObject(fProcess, 0) == WAIT_TIMEOUT) TerminateProcess(fProcess, 98);
-    CloseHandle(fProcess);
-  }
-  SecondProcess(const SecondProcess&) = delete;
-  SecondProcess& operator=(const SecondProcess&) = delete;
-
-  bool HasEnded() const { return WaitForSingleObject(fProcess, 0) == WAIT_OBJECT_0; }
-  // Its test has passed.
-  bool EndsWell() const {
-    DWORD code = 1;
-    return WaitForSingleObject(fProcess, kWaitLimitMS) == WAIT_OBJECT_0 &&
-           GetExitCodeProcess(fProcess, &code) && code == 0;
-  }
-
- private:
-  HANDLE fProcess = nullptr;
-};
-
 // --- The fixture
 
 class ClientTest : public ::testing::Test {
  protected:
-  ClientTest() : fWatchdog(fLog), fCompany(RoleOfThisProcess()), fIsSecondProcess(!fCompany.empty()) {
-    fOutput.Reset();
-    RecordingRunBehavior::fIdleCalls = 0;
-    if (!fIsSecondProcess) {
+  ClientTest() {
+    // A second process of the same application is told the company of the first one.
+    wchar_t company[256] = {};
+    fIsSecondProcess = GetEnvironmentVariableW(L"MORVANE_TEST_SECOND_OF", company, 256) != 0;
+    if (fIsSecondProcess) {
+      fCompany = company;
+    } else {
       fCompany =
           L"Client Test " + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(GetTickCount());
       SetCommandLineOfThisProcess(L"\"app.exe\"");
     }
-    CopyText(fParams.fCompanyName, TextOfWide(fCompany));
+    CopyText(fParams.fCompanyName, std::u16string(fCompany.begin(), fCompany.end()));
     CopyText(fParams.fProductName, u"Scenario");
     CopyText(fParams.fDisplayName, u"A scenario of the client tests");
   }
   ~ClientTest() override {
     DeleteMorvane();
-    EXPECT_EQ(fOutput.DescribeAssertions(), "") << "assertions that the test has not taken";
-    EXPECT_EQ(fOutput.GetDepth(), 0);
+    EXPECT_EQ(fOutput.fPlaces, "") << "assertions that the test has not taken";
+    EXPECT_EQ(fOutput.fDepth, 0);
+    EXPECT_EQ(ShownInOrder(), std::vector<HWND>());
   }
+  void TestBody() override {
+    RunFrom([this] {
+      Then([this] {
+        Body();
+        Leave();
+        Quit();
+      });
+    });
+    EXPECT_EQ(fRun.fLog.Take().find("UnhandledError"), std::string::npos);
+  }
+  virtual void Body() {}
+  // What is still to do after the body.
+  virtual void Leave() {}
 
   // `arguments` follow the program's name on the command line.
   void CreateMorvane(const std::wstring& arguments = L"") {
@@ -377,64 +297,36 @@ class ClientTest : public ::testing::Test {
     fMorvane->IMorvane_SetDebugOutput(&fOutput);
   }
   void DeleteMorvane() { delete std::exchange(fMorvane, nullptr); }
-
-  // A document window with a RecordingDocument of that name.
-  IDocumentWindow* CreateDocument(const std::string& name) {
-    CDocumentWindowFactory<RecordingDocument, CallLog&, CloseHook&, const std::string&> factory(
-        fLog, fOnRequestClose, name);
-    TError error = kOtherError;
-    IDocumentWindow* const document =
-        fMorvane->IMorvane_CreateDocumentWindow(factory, kWindowResizableBit | kWindowZoomableBit, 1, error);
-    EXPECT_EQ(error, kOK);
-    return document;
-  }
-
-  // The whole run.
-  TError Run() { return fMorvane->IMorvane_Run(new RecordingRunBehavior(fLog, fHooks, fSteps), fParams); }
-
-  void RunFrom(Hook<> onStartUp, const std::wstring& arguments = L"") {
+  void RunFrom(const Hook& startUp, const std::wstring& arguments = L"") {
     if (!fMorvane) CreateMorvane(arguments);
-    fHooks.fOnStartUp = std::move(onStartUp);
-    EXPECT_EQ(Run(), kOK);
+    fRun.fHooks["StartUp"] = startUp;
+    EXPECT_EQ(fMorvane->IMorvane_Run(new RecordingRunBehavior(fRun), fParams), kOK);
   }
-
   // A run that ends with a code leaves the behaviour to the client.
   void ExpectRunFails(TError error) {
-    RecordingRunBehavior* const behavior = new RecordingRunBehavior(fLog, fHooks, fSteps);
-    EXPECT_EQ(fMorvane->IMorvane_Run(behavior, fParams), error);
-    const CallLog log = fLog;
-    delete behavior;
-    fLog = log;
+    const RecordingRunBehavior behavior(fRun);
+    EXPECT_EQ(fMorvane->IMorvane_Run(const_cast<RecordingRunBehavior*>(&behavior), fParams), error);
   }
 
-  // In the run: does this in a turn of the loop of its own, after all that has been asked for before.
+  // --- In the run
+
+  // Does this in a turn of the loop of its own, after all that has been asked for before.
   void Then(std::function<void()> step) {
-    fSteps.push_back(std::move(step));
+    fRun.fSteps.push_back(std::move(step));
     EXPECT_EQ(fMorvane->IMorvane_PostAppMessage(kStepMessage, 0), kOK);
   }
   // The same, in the first turn in which the condition holds. The loop keeps turning until then.
-  void WhenThen(std::function<bool()> condition, std::function<void()> step) {
-    ThenUntil(GetTickCount64() + kWaitLimitMS, std::move(condition), std::move(step));
-  }
-  using Steps = std::vector<std::function<void()>>;
-  // Quits after these steps. Asks for the next one only behind the one before, so that a step can turn the
-  // loop itself.
-  void RunSteps(const Steps& steps, std::size_t index = 0) {
+  void WhenThen(std::function<bool()> condition, std::function<void()> step,
+                ULONGLONG deadline = GetTickCount64() + kWaitLimitMS) {
     Then([=, this] {
-      if (index == steps.size()) return Quit();
-      steps[index]();
-      RunSteps(steps, index + 1);
+      if (condition()) return step();
+      if (GetTickCount64() > deadline) {
+        ADD_FAILURE() << "waited in vain; the last call was " << fRun.fLog.Last();
+        return Quit();
+      }
+      Sleep(1);
+      WhenThen(condition, step, deadline);
     });
-  }
-  bool IsQuitting() {
-    TFlag isQuitting = 7;
-    EXPECT_EQ(fMorvane->IMorvane_IsQuitting(isQuitting), kOK);
-    return isQuitting == 1;
-  }
-  void Quit() {
-    if (!IsQuitting()) {
-      EXPECT_EQ(fMorvane->IMorvane_StartQuitting(), kOK);
-    }
   }
   // Inside a callback: yields until the condition holds. False if that takes too long.
   bool YieldUntil(const std::function<bool()>& condition) {
@@ -446,17 +338,43 @@ class ClientTest : public ::testing::Test {
     }
     return true;
   }
-  void YieldFor(DWORD ms) {
-    EXPECT_TRUE(YieldUntil([ms, start = GetTickCount()] { return GetTickCount() - start > ms; }));
+  // Yields until whatever waits now has been handled.
+  void Turn() {
+    const auto isThrough = std::make_shared<bool>(false);
+    Then([=] { *isThrough = true; });
+    EXPECT_TRUE(YieldUntil([=] { return *isThrough; }));
   }
-  CallLog TakeLog() { return std::exchange(fLog, {}); }
   // Yields until the failure is reported, which it is once. It is no longer in the log after that.
   void ExpectReported(TError error) {
-    const std::string report = "OnUnhandledError " + std::to_string(error);
-    EXPECT_TRUE(YieldUntil([&] { return std::erase(fLog, report) == 1; })) << report;
+    const std::string report = "UnhandledError:" + std::to_string(error);
+    EXPECT_TRUE(YieldUntil([&] { return fRun.fLog.Count(report) > 0; })) << report;
+    EXPECT_EQ(fRun.fLog.Count(report), 1);
+    fRun.fLog.Remove(report);
+  }
+  bool IsQuitting() {
+    TFlag isQuitting = 7;
+    EXPECT_EQ(fMorvane->IMorvane_IsQuitting(isQuitting), kOK);
+    return isQuitting == 1;
+  }
+  void Quit() {
+    if (!IsQuitting()) {
+      EXPECT_EQ(fMorvane->IMorvane_StartQuitting(), kOK);
+    }
+  }
+  // The shown windows of this process, the front one first.
+  static std::vector<HWND> ShownInOrder() {
+    std::vector<HWND> windows;
+    DWORD process = 0;
+    for (HWND hwnd = GetTopWindow(nullptr); hwnd; hwnd = GetWindow(hwnd, GW_HWNDNEXT)) {
+      GetWindowThreadProcessId(hwnd, &process);
+      if (process == GetCurrentProcessId() && IsWindowVisible(hwnd)) windows.push_back(hwnd);
+    }
+    return windows;
   }
 
-  // One input after the other, all at once.
+  // --- Real input
+
+  // One after the other, all at once.
   static void SendInputs(std::vector<INPUT> inputs) {
     const UINT count = static_cast<UINT>(inputs.size());
     EXPECT_EQ(SendInput(count, inputs.data(), sizeof(INPUT)), count);
@@ -484,50 +402,20 @@ class ClientTest : public ::testing::Test {
     for (const DWORD button : buttons) inputs.push_back(ButtonInput(button));
     SendInputs(inputs);
   }
-
-  // The hidden window of this class in this process.
-  static HWND FindHiddenWindow(const wchar_t* className) {
-    HWND hwnd = nullptr;
-    DWORD processId = 0;
-    while ((hwnd = FindWindowExW(HWND_MESSAGE, hwnd, className, nullptr)) != nullptr) {
-      GetWindowThreadProcessId(hwnd, &processId);
-      if (processId == GetCurrentProcessId()) break;
-    }
-    return hwnd;
+  // Puts the mouse at a place of the screen, and waits until it is there for good.
+  void PutMouse(const POINT& place) {
+    EXPECT_TRUE(PutPointer(
+        place, [](const POINT& next) { SetCursorPos(next.x, next.y); },
+        [this](const std::function<bool()>& hasArrived) { return YieldUntil(hasArrived); }));
   }
-  static HWND FindMessageWindow() { return FindHiddenWindow(L"Hollowbrook Message Window"); }
-  static HWND FindHiderWindow() { return FindHiddenWindow(L"Hollowbrook Hider Window"); }
-  // Whether this application holds the record by which second launches find it.
-  bool HoldsInstanceRecord() const {
-    const HANDLE mapping = OpenFileMappingW(FILE_MAP_READ, FALSE, (fCompany + L"Scenario").c_str());
-    if (mapping) CloseHandle(mapping);
-    return mapping != nullptr;
-  }
-  static int IdleCalls() { return RecordingRunBehavior::fIdleCalls; }
 
-  CallLog fLog;
-  Watchdog fWatchdog;
+  RunRecord fRun;
+  Watchdog fWatchdog{fRun.fLog};
   std::wstring fCompany;
   bool fIsSecondProcess;
-  ClientDebugOutput& fOutput = ClientDebugOutput::Get();
-  RunHooks fHooks;
-  CloseHook fOnRequestClose;
-  std::deque<std::function<void()>> fSteps;
+  ClientDebugOutput& fOutput = *new ClientDebugOutput;  // the library may print until the process ends
   TStartupParams fParams = {};
   IMorvane* fMorvane = nullptr;
-
- private:
-  void ThenUntil(ULONGLONG deadline, std::function<bool()> condition, std::function<void()> step) {
-    Then([=, this] {
-      if (condition()) return step();
-      if (GetTickCount64() > deadline) {
-        ADD_FAILURE() << "waited in vain; the last call was " << (fLog.empty() ? "none" : fLog.back());
-        return Quit();
-      }
-      Sleep(1);
-      ThenUntil(deadline, condition, step);
-    });
-  }
 };
 
 }  // namespace NSMorvaneTest

@@ -1,172 +1,422 @@
-// Windows with views to look at: behaviours that draw, and the picture that a window shows.
+// Windows of a client, of all kinds, and views in them: behaviours that write down what they are told and do
+// what a test asks for in the middle of it.
 #pragma once
 
-#include <memory>
-#include <set>
-
 #include "Support/ClientFixture.h"
-#include "Support/RecordingWindow.h"
+#include "Support/PrintGeometry.h"
+
+namespace NSMorvane {
+
+inline bool operator==(const TSize& a, const TSize& b) {
+  return a.fWidth == b.fWidth && a.fHeight == b.fHeight;
+}
+inline bool operator==(const TRect& a, const TRect& b) {
+  return a.fLeft == b.fLeft && a.fTop == b.fTop && a.fRight == b.fRight && a.fBottom == b.fBottom;
+}
+
+}  // namespace NSMorvane
 
 namespace NSMorvaneTest {
 
+constexpr TStyleFlags kPlain = 0;
+constexpr TStyleFlags kSizeable = kWindowResizableBit | kWindowZoomableBit;
+
+inline TRect NativeRect(const RECT& rect) { return {rect.left, rect.top, rect.right, rect.bottom}; }
+inline TRect NativeFrame(HWND hwnd) {
+  RECT frame = {};
+  GetWindowRect(hwnd, &frame);
+  return NativeRect(frame);
+}
+inline TSize NativeClientSize(HWND hwnd) {
+  RECT client = {};
+  GetClientRect(hwnd, &client);
+  return {client.right, client.bottom};
+}
+inline std::wstring NativeTitle(HWND hwnd) {
+  std::wstring title(static_cast<std::size_t>(GetWindowTextLengthW(hwnd)) + 1, L'\0');
+  title.resize(static_cast<std::size_t>(GetWindowTextW(hwnd, title.data(), static_cast<int>(title.size()))));
+  return title;
+}
+
+// --- Windows
+
+enum class Kind { kDocument, kModeless, kModal, kFloating };
+
+// What a behaviour works on. The test owns it, so that it outlives the window. The hook "factory" runs before
+// the behaviour is there, with the window in the record; a code from it is what the factory answers. Without
+// a hook "RequestClose" the window closes when it is asked to.
+struct WindowRecord : Recorder {
+  HWND fHwnd = nullptr;
+  IWindow* fWindow = nullptr;
+  IModalOwner* fOwner = nullptr;         // null for floating windows
+  IDocumentWindow* fDocument = nullptr;  // null for other kinds
+  std::function<TError()> fRelease;
+  std::function<TError()> fFocusNow;
+  std::vector<std::pair<TSize, TSize>> fSizes;
+  std::vector<std::pair<TDocumentWindowPlacement, TDocumentWindowPlacement>> fPlacements;
+  IMenuBarState* fMenuBar = nullptr;  // the last one
+  int fMenuBarSetups = 0;
+  std::string fName;
+  CallLog* fEndLog = nullptr;  // where closing and end are written, too, under the name
+
+  TError RequestClose(TCloseReason reason) {
+    const bool isHooked = fHooks.contains("RequestClose");
+    const TError error = CallOfEnd("RequestClose", ":" + std::to_string(reason));
+    return isHooked ? error : fRelease();
+  }
+  TError CallOfEnd(const std::string& name, const std::string& argument = "") {
+    if (fEndLog) fEndLog->Add(fName + name + argument);
+    return Call(name, argument);
+  }
+  void Keep(const TDocumentWindowPlacement& before, const TDocumentWindowPlacement& now) {
+    fPlacements.emplace_back(before, now);
+  }
+  template <class TPlacement>
+  void Keep(const TPlacement&, const TPlacement&) {}
+  void KeepDocument(IDocumentWindow& window) { fDocument = &window; }
+  template <class TKind>
+  void KeepDocument(TKind&) {}
+};
+
+#define MORVANE_TEST_KIND(Kind, KeepOwner)                                                               \
+  class Kind##Recorder : public CDefault##Kind##Behavior {                                               \
+   public:                                                                                               \
+    Kind##Recorder(I##Kind& window, WindowRecord& record)                                                \
+        : CDefault##Kind##Behavior(window), fRecord(record) {                                            \
+      TNativeWindow native = {};                                                                         \
+      record.fWindow = &WindowOf(window);                                                                \
+      EXPECT_EQ(record.fWindow->IWindow_GetNativeWindow(native), kOK);                                   \
+      record.fHwnd = native.fHwnd;                                                                       \
+      record.KeepDocument(window);                                                                       \
+      KeepOwner;                                                                                         \
+      record.fRelease = [&window] { return window.I##Kind##_Release(); };                                \
+      record.fFocusNow = [&window] { return window.I##Kind##_FocusNow(); };                              \
+      ThrowIfFailed(record.CallUnlogged("factory"));                                                     \
+    }                                                                                                    \
+    ~Kind##Recorder() override { fRecord.CallOfEnd("deleted"); }                                         \
+    TError I##Kind##Behavior_OnClientSizeChanged(const TSize& before, const TSize& now) override {       \
+      fRecord.fSizes.emplace_back(before, now);                                                          \
+      return fRecord.Call("ClientSizeChanged");                                                          \
+    }                                                                                                    \
+    TError I##Kind##Behavior_OnPlacementChanged(const T##Kind##Placement& before,                        \
+                                                const T##Kind##Placement& now) override {                \
+      fRecord.Keep(before, now);                                                                         \
+      return fRecord.Call("PlacementChanged");                                                           \
+    }                                                                                                    \
+    TError I##Kind##Behavior_OnActivationChanged(TFlag active) override {                                \
+      return fRecord.Call("ActivationChanged", ":" + std::to_string(active));                            \
+    }                                                                                                    \
+    TError I##Kind##Behavior_HandleKeyDown(const TKeyEvent&, TFlag& outHandled) override {               \
+      return fRecord.Call("HandleKeyDown", "", &outHandled);                                             \
+    }                                                                                                    \
+    TError I##Kind##Behavior_OnKeyboardFocusChanged(TFlag focused) override {                            \
+      return fRecord.Call("KeyboardFocusChanged", ":" + std::to_string(focused));                        \
+    }                                                                                                    \
+    TError I##Kind##Behavior_OnSetupMenuBar(IMenuBarState& state) override {                             \
+      ++fRecord.fMenuBarSetups;                                                                          \
+      fRecord.fMenuBar = &state;                                                                         \
+      return fRecord.CallUnlogged("SetupMenuBar");                                                       \
+    }                                                                                                    \
+    TError I##Kind##Behavior_OnMenuCommand(const TMenuCommandEvent& event, TFlag& outHandled) override { \
+      return fRecord.Call("MenuCommand", ":" + std::to_string(event.fCommand), &outHandled);             \
+    }                                                                                                    \
+    TError I##Kind##Behavior_OnHelpRequested(TFlag& outHandled) override {                               \
+      return fRecord.Call("HelpRequested", "", &outHandled);                                             \
+    }                                                                                                    \
+    TError I##Kind##Behavior_OnRequestClose(TCloseReason reason) override {                              \
+      return fRecord.RequestClose(reason);                                                               \
+    }                                                                                                    \
+                                                                                                         \
+   private:                                                                                              \
+    WindowRecord& fRecord;                                                                               \
+  }
+
+#define MORVANE_TEST_KEEP_OWNER(Kind) EXPECT_EQ(window.I##Kind##_GetModalOwner(record.fOwner), kOK)
+MORVANE_TEST_KIND(DocumentWindow, MORVANE_TEST_KEEP_OWNER(DocumentWindow));
+MORVANE_TEST_KIND(ModelessDialog, MORVANE_TEST_KEEP_OWNER(ModelessDialog));
+MORVANE_TEST_KIND(ModalDialog, MORVANE_TEST_KEEP_OWNER(ModalDialog));
+MORVANE_TEST_KIND(FloatingWindow, static_cast<void>(0));
+#undef MORVANE_TEST_KEEP_OWNER
+#undef MORVANE_TEST_KIND
+
 // --- Views
 
-// Draws a rectangle in one colour, unless a hook does something else.
+// All views of a test write into one log. Each call is a word: who, then what. For a view called a:
+//
+//   a<bc  tracking, pre pass, with b and c in front     a47/1<bc  pre-click, button mask 1, in front b, c
+//   a.    tracking, normal pass                         a44/1     click
+//   a+    enter; a- exit                                aW-2      wheel, by two notches
+//   a?<   shape, pre phase; a? normal phase             a:key     a key
+//   a:on  gets the focus; a:off loses it                a:x       deleted
+//
+// Not written down, but with a hook: a:draw, a:menu, the set-up of the menu bar, and a:target, the question
+// for a native control. The last arguments are kept.
+struct ViewRecord : Recorder {
+  TMouseTracking fTracking = {};
+  TMouseEvent fClick = {};
+  TMouseShapeRequest fShapeRequest = {};
+  TMouseWheelEvent fWheel = {};
+  TKeyEvent fKey = {};
+  IMenuBarState* fMenuBar = nullptr;
+  IDrawTools* fTools = nullptr;
+  TError fShapeError = kOK;
+  std::map<std::string, TBuiltInMouseShape> fShapes;  // what is answered to the question of that word
+  IMorvane* fMorvane = nullptr;
+
+  IMouseShape* AnswerShape(const std::string& word, TFlag* outHandled, TError& outError) {
+    outError = Call(word, "", outHandled);
+    TError error = kOK;
+    return fShapes.contains(word) ? fMorvane->IMorvane_CreateBuiltInMouseShape(fShapes[word], error)
+                                  : nullptr;
+  }
+};
+
+inline std::string NamesOf(IView* const* views, std::uint32_t count) {
+  std::string names;
+  EXPECT_EQ(views == nullptr, count == 0);
+  for (std::uint32_t i = 0; i < count; ++i) {
+    char name[kDebugNameChars + 1] = {};
+    EXPECT_EQ(views[i]->IView_GetDebugName(name), kOK);
+    names += name;
+  }
+  return names;
+}
+
+inline std::string ClickWord(const TMouseEvent& event) {
+  return std::to_string(event.fType) + "/" + std::to_string(event.fButtons);
+}
+
 class TestView : public CDefaultViewBehavior {
  public:
-  using DrawHook = Hook<IDrawTools&>;
+  TestView(IView& view, const std::string& name, ViewRecord& record)
+      : fView(view), fName(name), fRecord(record) {}
+  ~TestView() override { fRecord.Call(fName + ":x"); }
 
-  TestView(IView& view, const TRect& rect, COLORREF color) : fView(view), fRect(rect), fColor(color) {}
-  ~TestView() override {
-    if (fOnDeleted) fOnDeleted();
+  TError IViewBehavior_GetHitRects(IRectsGetter& out) override {
+    const TRect rect = RectOf(fView);
+    return fIsTransparent ? kOK : out.IRectsGetter_AddRects(&rect, 1);
   }
-
+  TError IViewBehavior_OnMouseTracking(const TMouseTracking& event, TMousePhase phase,
+                                       TFlag& outHandled) override {
+    fRecord.fTracking = event;
+    return fRecord.Call(fName + (phase == kMousePhasePre ? "<" : "."),
+                        NamesOf(event.fState.fViews, event.fState.fViewCount), &outHandled);
+  }
+  TError IViewBehavior_OnMouseEnterExit(TFlag entered) override {
+    return fRecord.Call(fName + (entered ? "+" : "-"));
+  }
+  IMouseShape* IViewBehavior_GetMouseShape(const TMouseShapeRequest& request, TMousePhase phase,
+                                           TFlag& outHandled, TError& outError) override {
+    fRecord.fShapeRequest = request;
+    return fRecord.AnswerShape(fName + (phase == kMousePhasePre ? "?<" : "?"), &outHandled, outError);
+  }
+  TError IViewBehavior_HandleClick(const TMouseEvent& event, TFlag& outHandled) override {
+    fRecord.fClick = event;
+    const char* const pass = event.fType >= kMouseEventPreClick ? "<" : "";
+    return fRecord.Call(fName + ClickWord(event) + pass, NamesOf(event.fViews, event.fViewCount),
+                        &outHandled);
+  }
+  TError IViewBehavior_OnMouseWheel(const TMouseWheelEvent& event, TFlag& outHandled) override {
+    fRecord.fWheel = event;
+    return fRecord.Call(fName + "W", std::to_string(event.fDeltaNotches), &outHandled);
+  }
+  TError IViewBehavior_OnOnDutyFocusChanged(TFlag gained) override {
+    return fRecord.Call(fName + (gained ? ":on" : ":off"));
+  }
+  TError IViewBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) override {
+    fRecord.fKey = event;
+    return fRecord.Call(fName + ":key", "", &outHandled);
+  }
+  TError IViewBehavior_GetNativeFocusTarget(TNativeWindow& out) override {
+    out.fHwnd = fControl;
+    return fRecord.CallUnlogged(fName + ":target");
+  }
+  TError IViewBehavior_OnSetupMenuBar(IMenuBarState& state) override {
+    fRecord.fMenuBar = &state;
+    return fRecord.CallUnlogged(fName + ":menu");
+  }
   TError IViewBehavior_Draw(IDrawTools& tools) override {
     ++fDrawCalls;
-    return fDraw ? fDraw(tools) : Fill(tools, fRect, fColor);
-  }
-
-  static TError Fill(IDrawTools& tools, const TRect& rect, COLORREF color) {
-    TNativePort port;
-    const TError error = tools.IDrawTools_OpenNativePort(port);
-    if (error != kOK) return error;
-    const RECT nativeRect = {rect.fLeft, rect.fTop, rect.fRight, rect.fBottom};
-    const HBRUSH brush = CreateSolidBrush(color);
-    FillRect(port.fHDC, &nativeRect, brush);
-    DeleteObject(brush);
-    return tools.IDrawTools_CloseNativePort();
+    fRecord.fTools = &tools;
+    return fRecord.CallUnlogged(fName + ":draw");
   }
 
   IView& fView;
-  TRect fRect;
-  COLORREF fColor;
+  bool fIsTransparent = false;  // to the mouse
+  HWND fControl = nullptr;
   int fDrawCalls = 0;
-  DrawHook fDraw;
-  std::function<void()> fOnDeleted;
+
+ private:
+  std::string fName;
+  ViewRecord& fRecord;
 };
 
 // --- The fixture
 
-// A document window with views that draw.
-class PaintedWindowTest : public ClientWindowTest {
+class ClientWindowTest : public ClientTest {
  protected:
-  // The steps begin with the window shown and painted, and the debug settings made.
-  void RunPainted(TStyleFlags style, Steps steps) {
-    steps.insert(steps.begin(), [this] {
-      EXPECT_EQ(fMorvane->IMorvane_SetDebugSettings(fDebugSettings), kOK);
-      Update();
-    });
-    steps.push_back([this] { ReleaseViews(); });
-    RunWithWindow(style, steps);
-  }
-  template <std::invocable TStep>
-  void RunPainted(TStyleFlags style, TStep step) {
-    RunPainted(style, Steps{step});
+  ClientWindowTest() {
+    fRun.fHooks["QuitEvent"] = [this] { Quit(); };
   }
 
-  // A view with a behaviour that paints it in one colour; null for the super view stands for the root view.
-  TestView& AddView(const TRect& rect, COLORREF color, IView* superView = nullptr,
-                    TViewDrawMode mode = kViewDrawDirect) {
-    CViewFactory<TestView, const TRect&, const COLORREF&> factory(rect, color);
-    TError error = kOtherError;
-    fMorvane->IMorvane_CreateView(factory, superView ? *superView : Root(), "test view", error);
-    EXPECT_EQ(error, kOK);
-    TestView& view = *factory.Made();
-    fViews.insert(&view);
-    view.fOnDeleted = [this, &view] { fViews.erase(&view); };
-    EXPECT_EQ(view.fView.IView_SetParams({kViewEnabled, rect, mode, kAutoInvalidationFull}), kOK);
-    return view;
-  }
-  IView& Root() { return RootViewOf(Window()); }
-  void Invalidate(const TRect& rect) { EXPECT_EQ(fMorvane->IMorvane_InvalidateView(Root(), rect), kOK); }
-  void Update() { EXPECT_TRUE(UpdateWindow(Hwnd())); }
-  TRect ClientRect() const {
-    const TSize size = NativeClientSize(Hwnd());
-    return {0, 0, size.fWidth, size.fHeight};
-  }
-  void ReleaseViews() {
-    // A super view dies with its last subview only.
-    for (TestView* const view : std::set<TestView*>(fViews)) EXPECT_EQ(view->fView.IView_Release(), kOK);
-  }
+  // --- Windows
 
-  TDebugSettings fDebugSettings = {};  // all off
-  std::set<TestView*> fViews;
-};
-
-// --- Pictures
-
-// What a context shows at a place, as 0x00RRGGBB.
-class Picture {
- public:
-  // The client area of a window, as the window holds it.
-  static Picture OfWindow(HWND hwnd) { return Picture(hwnd, {0, 0}, NativeClientSize(hwnd)); }
-  // The same part of the screen.
-  static Picture OfScreen(HWND hwnd) {
-    POINT origin = {0, 0};
-    ClientToScreen(hwnd, &origin);
-    return Picture(nullptr, origin, NativeClientSize(hwnd));
-  }
-  // In one colour.
-  Picture(int width, int height, COLORREF color) : fWidth(width), fHeight(height) {
-    fPixels.resize(static_cast<std::size_t>(width) * height);
-    Fill({0, 0, width, height}, color);
-  }
-
-  void Fill(const TRect& rect, COLORREF color) {
-    for (int y = std::max(rect.fTop, 0); y < std::min(rect.fBottom, fHeight); ++y)
-      for (int x = std::max(rect.fLeft, 0); x < std::min(rect.fRight, fWidth); ++x)
-        At(x, y) = RGB(GetBValue(color), GetGValue(color), GetRValue(color));
-  }
-  std::uint32_t& At(int x, int y) { return fPixels[static_cast<std::size_t>(y) * fWidth + x]; }
-  COLORREF ColorAt(int x, int y) {
-    const std::uint32_t pixel = At(x, y);
-    return RGB(GetBValue(pixel), GetGValue(pixel), GetRValue(pixel));
-  }
-
-  // Empty if they are equal; otherwise where they begin to differ, and how.
-  std::string DifferenceTo(const Picture& expected) const {
-    if (fWidth != expected.fWidth || fHeight != expected.fHeight) return "another size";
-    std::size_t count = 0;
-    std::string first;
-    for (std::size_t i = 0; i < fPixels.size(); ++i) {
-      if (fPixels[i] == expected.fPixels[i]) continue;
-      if (count++ > 0) continue;
-      char text[100];
-      std::snprintf(text, sizeof(text), "(%d, %d) is %06X instead of %06X", static_cast<int>(i % fWidth),
-                    static_cast<int>(i / fWidth), static_cast<unsigned>(fPixels[i]),
-                    static_cast<unsigned>(expected.fPixels[i]));
-      first = text;
+  // Null for a window that could not be made, and for a blocking dialog, which is through then.
+  void* Make(Kind kind, WindowRecord& record, TStyleFlags style = kPlain, IModalOwner* owner = nullptr,
+             TFlag blocking = 0, TError wantedError = kOK) {
+    TError error = kProgrammingError;
+    void* made = nullptr;
+    CDocumentWindowFactory<DocumentWindowRecorder, WindowRecord&> documentFactory(record);
+    CModelessDialogFactory<ModelessDialogRecorder, WindowRecord&> modelessFactory(record);
+    CModalDialogFactory<ModalDialogRecorder, WindowRecord&> modalFactory(record);
+    CFloatingWindowFactory<FloatingWindowRecorder, WindowRecord&> floatingFactory(record);
+    switch (kind) {
+      case Kind::kDocument:
+        made = fMorvane->IMorvane_CreateDocumentWindow(documentFactory, style, fIsListed, error);
+        break;
+      case Kind::kModeless:
+        made = fMorvane->IMorvane_CreateModelessDialog(modelessFactory, style, 0, error);
+        break;
+      case Kind::kModal:
+        made = fMorvane->IMorvane_CreateModalDialog(modalFactory, owner, blocking, style, error);
+        break;
+      case Kind::kFloating:
+        made = fMorvane->IMorvane_CreateFloatingWindow(floatingFactory, style, error);
+        break;
     }
-    return count == 0 ? "" : std::to_string(count) + " pixels differ, the first: " + first;
+    EXPECT_EQ(error, wantedError);
+    return made;
+  }
+  // A document whose closing and end stand in the log of the run.
+  WindowRecord& MakeDocument(const std::string& name) {
+    WindowRecord& record = fDocuments.emplace_back();
+    record.fName = name + ".";
+    record.fEndLog = &fRun.fLog;
+    Make(Kind::kDocument, record, kSizeable);
+    return record;
+  }
+  // The window that the helpers below are about.
+  void Open(TStyleFlags style = kPlain) { Make(Kind::kDocument, fRecord, style); }
+  static void Release(WindowRecord& record) { EXPECT_EQ(record.fRelease(), kOK); }
+  static void PutAt(HWND place, WindowRecord& record) {
+    SetWindowPos(record.fHwnd, place, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  }
+  // Not every system raises a window that becomes active.
+  static void BringToFront(WindowRecord& record) {
+    EXPECT_EQ(record.fFocusNow(), kOK);
+    PutAt(HWND_TOP, record);
+  }
+  IWindow& Window() { return *fRecord.fWindow; }
+  HWND Hwnd() const { return fRecord.fHwnd; }
+  LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
+    return SendMessageW(Hwnd(), message, wParam, lParam);
+  }
+  TDocumentWindowState State() {
+    TDocumentWindowState state = {};
+    EXPECT_EQ(fRecord.fDocument->IDocumentWindow_GetState(state), kOK);
+    return state;
+  }
+  template <class TChange>
+  void Change(TChange&& change) {
+    EXPECT_EQ(ChangeState(*fRecord.fDocument, change), kOK);
+  }
+  // A place of the client area, on the screen.
+  POINT OnScreen(POINT place) const {
+    ClientToScreen(Hwnd(), &place);
+    return place;
   }
 
- private:
-  Picture(HWND hwnd, const POINT& origin, const TSize& size) : fWidth(size.fWidth), fHeight(size.fHeight) {
-    fPixels.resize(static_cast<std::size_t>(fWidth) * fHeight);
-    const HDC hdc = GetDC(hwnd);
-    BITMAPINFO info = {};
-    info.bmiHeader.biSize = sizeof(info.bmiHeader);
-    info.bmiHeader.biWidth = fWidth;
-    info.bmiHeader.biHeight = -fHeight;
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    void* bits = nullptr;
-    const HBITMAP bitmap = CreateDIBSection(hdc, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-    const HDC memory = CreateCompatibleDC(hdc);
-    const HGDIOBJ old = SelectObject(memory, bitmap);
-    BitBlt(memory, 0, 0, fWidth, fHeight, hdc, origin.x, origin.y, SRCCOPY);
-    GdiFlush();
-    for (std::size_t i = 0; i < fPixels.size(); ++i)
-      fPixels[i] = static_cast<const std::uint32_t*>(bits)[i] & 0xFFFFFF;
-    SelectObject(memory, old);
-    DeleteDC(memory);
-    DeleteObject(bitmap);
-    ReleaseDC(hwnd, hdc);
+  // --- Views
+
+  // A view in the window. Null for the super view stands for the root view.
+  TestView& MakeView(const std::string& name, const TRect& rect, IView* superView = nullptr,
+                     std::uint32_t flags = kViewEnabled, TViewDrawMode mode = kViewDrawDirect) {
+    fViewRecord.fMorvane = fMorvane;
+    CViewFactory<TestView, const std::string&, ViewRecord&> factory(name, fViewRecord);
+    TError error = kOtherError;
+    IView* const view = fMorvane->IMorvane_CreateView(
+        factory, superView ? *superView : RootViewOf(*fRecord.fDocument), name.c_str(), error);
+    EXPECT_EQ(error, kOK);
+    EXPECT_EQ(view->IView_SetParams({flags, rect, mode, kAutoInvalidationFull}), kOK);
+    fViews.emplace_back(name, view);
+    return *factory.Made();
+  }
+  // Null for a name that is not there.
+  IView* View(const std::string& name) const {
+    for (const auto& [other, view] : fViews)
+      if (other == name) return view;
+    return nullptr;
+  }
+  void ReleaseView(const std::string& name) {
+    IView* const view = View(name);
+    std::erase_if(fViews, [&](const auto& other) { return other.second == view; });
+    if (view) {
+      EXPECT_EQ(view->IView_Release(), kOK);
+    }
+  }
+  // A super view dies with its last subview only.
+  void ReleaseViews() {
+    while (!fViews.empty()) ReleaseView(fViews.back().first);
+  }
+  void Leave() override { ReleaseViews(); }
+  void SetFlags(const std::string& name, std::uint32_t flags) {
+    TViewParams params = {};
+    EXPECT_EQ(View(name)->IView_GetParams(params), kOK);
+    params.fFlags = flags;
+    EXPECT_EQ(View(name)->IView_SetParams(params), kOK);
+  }
+  void SetFocus(const std::string& name, TError wantedError = kOK) {
+    EXPECT_EQ(Window().IWindow_SetConceptualFocusView(View(name)), wantedError);
+  }
+  std::string Focus() {
+    IView* view = nullptr;
+    EXPECT_EQ(Window().IWindow_GetConceptualFocusView(view), kOK);
+    return NamesOf(view ? &view : nullptr, view ? 1 : 0);
+  }
+  std::string OnDuty() {
+    IView* view = nullptr;
+    EXPECT_EQ(Window().IWindow_GetOnDutyFocusView(view), kOK);
+    return NamesOf(view ? &view : nullptr, view ? 1 : 0);
+  }
+  void SetTabViews(const std::vector<std::string>& names) {
+    std::vector<IView*> views;
+    for (const std::string& name : names) views.push_back(View(name));
+    EXPECT_EQ(Window().IWindow_SetTabViews(views.data(), static_cast<std::uint32_t>(views.size())), kOK);
+  }
+  // A native control in the window, which dies with it.
+  HWND MakeControl() {
+    return CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE, 10, 10, 50, 20, Hwnd(), nullptr,
+                           GetModuleHandleW(nullptr), nullptr);
+  }
+  // For what goes along the focus chain: inner, leaf and other are focusable.
+  //
+  //   root
+  //     outer
+  //       inner
+  //         leaf
+  //     other
+  void OpenWithFocusTree() {
+    Open();
+    const TRect rect = {10, 10, 90, 90};
+    MakeView("outer", rect);
+    MakeView("inner", rect, View("outer"), kViewEnabled | kViewFocusable);
+    MakeView("leaf", rect, View("inner"), kViewEnabled | kViewFocusable);
+    fOther = &MakeView("other", rect, nullptr, kViewEnabled | kViewFocusable);
+  }
+  // What the views write, during an action.
+  std::string ViewCalls() { return fViewRecord.fLog.Take(); }
+  std::string ViewCallsOf(const std::function<void()>& action) {
+    ViewCalls();
+    action();
+    return ViewCalls();
   }
 
-  int fWidth;
-  int fHeight;
-  std::vector<std::uint32_t> fPixels;
+  TFlag fIsListed = 1;  // whether window menus list the documents that are made
+  WindowRecord fRecord;
+  std::deque<WindowRecord> fDocuments;
+  ViewRecord fViewRecord;
+  std::vector<std::pair<std::string, IView*>> fViews;
+  TestView* fOther = nullptr;
 };
 
 }  // namespace NSMorvaneTest
