@@ -1,5 +1,6 @@
 #include "EventRows.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -76,8 +77,9 @@ class CEventScene {
   std::vector<CViewOf<CCountingView>> fViews;
 };
 
-// The plain program with the same rectangles: it asks for the place of the cursor and for the window under
-// the mouse, and looks through its list.
+// The plain program with the same rectangles. It looks for what is under the mouse where the mouse is, since
+// the rectangles may have moved, and where the message says; it asks for the place of the cursor, for the
+// window under both places, and whether the mouse is captured.
 class CPlainRects {
  public:
   explicit CPlainRects(int count) {
@@ -87,19 +89,22 @@ class CPlainRects {
     POINT cursor;
     GetCursorPos(&cursor);
     ScreenToClient(hwnd, &cursor);
-    POINT point = {LOWORD(lParam), HIWORD(lParam)};
-    POINT onScreen = point;
-    ClientToScreen(hwnd, &onScreen);
-    if (WindowFromPoint(onScreen) != hwnd) return;
-    for (auto rect = fRects.rbegin(); rect != fRects.rend(); ++rect) {
-      if (!PtInRect(&*rect, point)) continue;
-      ++fHits;
-      return;
-    }
+    const RECT* const rectUnderCursor = Find(hwnd, cursor);
+    if (GetCapture()) return;
+    const RECT* const rect = Find(hwnd, {LOWORD(lParam), HIWORD(lParam)});
+    if (rect && rect != rectUnderCursor) ++fHits;
   }
   std::uint64_t TakeHits() { return std::exchange(fHits, 0); }
 
  private:
+  const RECT* Find(HWND hwnd, POINT point) const {
+    POINT onScreen = point;
+    ClientToScreen(hwnd, &onScreen);
+    if (WindowFromPoint(onScreen) != hwnd) return nullptr;
+    const auto rect = std::find_if(fRects.rbegin(), fRects.rend(),
+                                   [&](const RECT& candidate) { return PtInRect(&candidate, point); });
+    return rect == fRects.rend() ? nullptr : &*rect;
+  }
   std::vector<RECT> fRects;
   std::uint64_t fHits = 0;
 };

@@ -133,8 +133,14 @@ void CMorvaneImpl::CMorvaneGlue_AllocateMouseCapture(IWindow* window, IMouseCapt
   // The object is the library's from where nothing can fail any more.
   const auto owner = boost::make_shared<std::unique_ptr<IMouseCapture>>();
   owner->reset(capture);
-  captureWindow->AttachMouseCapture(boost::shared_ptr<IMouseCapture>(owner, capture));
+  // A client that is told of something on the way finds the mouse taken.
   fMouseCaptureWindow = captureWindow;
+  try {
+    captureWindow->AttachMouseCapture(boost::shared_ptr<IMouseCapture>(owner, capture));
+  } catch (...) {
+    fMouseCaptureWindow.reset();
+    throw;
+  }
 }
 
 void CMorvaneImpl::CMorvaneGlue_ReleaseMouseCapture() {

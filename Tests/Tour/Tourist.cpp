@@ -115,6 +115,11 @@ std::string WhereTheyDiffer(const std::string& before, const std::string& now) {
   return text;
 }
 
+void LetHandleMessages(HWND window) {
+  DWORD_PTR result = 0;
+  ::SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 1000, &result);
+}
+
 std::wstring TitleOf(HWND window) {
   wchar_t title[256] = {};
   ::GetWindowTextW(window, title, 256);
@@ -184,8 +189,7 @@ void CTourist::MoveTo(POINT point) const {
       point, [](POINT place) { SendPlace(place, 0); },
       [&](const std::function<bool()>& hasArrived) {
         WaitFor("the mouse to move", [&] {
-          DWORD_PTR result = 0;
-          ::SendMessageTimeoutW(::WindowFromPoint(point), WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 1000, &result);
+          LetHandleMessages(::WindowFromPoint(point));
           return hasArrived();
         });
       });
@@ -229,15 +233,25 @@ void CTourist::Wheel(int notches) const {
   SendMouse(MOUSEEVENTF_WHEEL, 0, 0, static_cast<DWORD>(notches * WHEEL_DELTA));
 }
 
-// A display whose keyboard knows nothing of it lets go of a key when another window gets the focus.
+// A display whose keyboard knows nothing of it lets go of a key when another window gets the focus, and tells
+// late: it is down when it stays down while the window in front handles its messages.
 void CTourist::Hold(int key) const {
+  int looks = 0;
   Insist(
-      "a key to be down", [&] { return ::GetAsyncKeyState(key) < 0; }, [&] { SendKey(key, false); });
+      "a key to be down",
+      [&] {
+        LetHandleMessages(::GetForegroundWindow());
+        looks = ::GetAsyncKeyState(key) < 0 ? looks + 1 : 0;
+        return looks == 15;
+      },
+      [&] { SendKey(key, false); });
 }
 void CTourist::LetGo(int key) const { SendKey(key, true); }
 
 void CTourist::Key(std::initializer_list<int> keys) const {
-  for (const int key : keys) SendKey(key, false);
+  const auto last = keys.end() - 1;
+  for (auto key = keys.begin(); key != last; ++key) Hold(*key);
+  SendKey(*last, false);
   for (auto key = keys.end(); key != keys.begin();) SendKey(*--key, true);
 }
 
