@@ -224,12 +224,9 @@ TEST_IN_RUN(ModalityTest, DialogsOfOwners) {
   EXPECT_TRUE(IsWindowEnabled(fDoc1.fHwnd));
   ShowWindow(fDoc1.fHwnd, SW_RESTORE);
 
-  // The owner is told of the dialog's end while that is on its way, and ends too.
+  // The client is called while the dialog is being moved out of sight, and ends the owner, too.
   MakeModal("A", fA, fDoc1.fOwner);
-  fDoc1.fHooks["ActivationChanged:1"] = [this] {
-    fDoc1.fHooks.clear();
-    return fDoc1.fRelease();
-  };
+  fA.fHooks["PlacementChanged"] = [this] { return fDoc1.fRelease(); };
   Release(fA);
   EXPECT_EQ(Picture(), "doc2+*");
   // As after the question whether to save: the dialog ends in a message of its own, and its owner at once.
