@@ -237,6 +237,9 @@ void CInputEvents::SendSome() {
 
 void CInputEvents::LetGo() {
   Release();
+  // Wine takes a key for held when its press went to a window here, and its release elsewhere.
+  for (const WORD key : {VK_SHIFT, VK_CONTROL, VK_MENU})
+    if (GetKeyState(key) < 0) PressKey(key, false);
   GUITHREADINFO info = {};
   info.cbSize = sizeof(info);
   constexpr DWORD kLoops = GUI_INMENUMODE | GUI_POPUPMENUMODE | GUI_SYSTEMMENUMODE | GUI_INMOVESIZE;

@@ -18,6 +18,7 @@
 #include "../Samples/Sketch/SketchWindow.h"
 #include "SoakFolder.h"
 #include "SoakInputEvents.h"
+#include "SoakOptions.h"
 #include "SoakUse.h"
 
 namespace NSSoak {
@@ -27,40 +28,16 @@ using namespace NSMorvane;
 namespace {
 
 constexpr std::size_t kDocuments = 10;
-constexpr std::size_t kRounds = 50;  // the first tenth is a whole number of them
+constexpr int kRounds = 50;
 constexpr int kTurnsToClose = 5000;
 constexpr DWORD kWaitMS = 300;
 constexpr DWORD kHangMS = 60000;
 constexpr std::uint32_t kMessageOpen = 0x50A4;
 
 struct TOptions {
-  const char* fDocuments = nullptr;
-  long long fEvents = 1000000;
-  unsigned fSeed = 1;
+  long long fEvents;
+  unsigned fSeed;
 };
-
-bool ParseOptions(int argumentCount, char** arguments, TOptions& out) {
-  bool good = argumentCount % 2 == 1;
-  for (int i = 1; good && i < argumentCount; i += 2) {
-    if (std::strcmp(arguments[i], "--documents") == 0) {
-      out.fDocuments = arguments[i + 1];
-    } else if (std::strcmp(arguments[i], "--input") == 0) {
-      out.fEvents = std::atoll(arguments[i + 1]);
-    } else if (std::strcmp(arguments[i], "--seed") == 0) {
-      out.fSeed = static_cast<unsigned>(std::strtoul(arguments[i + 1], nullptr, 10));
-    } else {
-      good = false;
-    }
-  }
-  if (good && out.fDocuments && out.fEvents >= 1000) return true;
-  std::fprintf(stderr,
-               "usage: %s --documents FOLDER [--input N] [--seed N]\n"
-               "  --documents  the documents of Sketch, of which copies are opened\n"
-               "  --input      events, at least 1000 (1000000)\n"
-               "  --seed       of the random numbers (1)\n",
-               arguments[0]);
-  return false;
-}
 
 // --- What goes wrong
 
@@ -68,6 +45,34 @@ CInputEvents* theEvents = nullptr;  // while there are any
 int theFailures = 0;
 std::deque<std::string> theLines;  // what the library has said, the last of it
 volatile LONG theTurns = 0;
+
+// Where the program is: modules and offsets in them, for a tool that knows their symbols.
+void PrintStack() {
+  void* frames[48] = {};
+  const USHORT count = RtlCaptureStackBackTrace(1, 48, frames, nullptr);
+  for (USHORT i = 0; i < count; ++i) {
+    HMODULE module = nullptr;
+    char name[MAX_PATH] = "";
+    GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       static_cast<const char*>(frames[i]), &module);
+    if (module) GetModuleFileNameA(module, name, MAX_PATH);
+    const char* const base = std::strrchr(name, '\\');
+    std::printf("    at %s+%llx\n", base ? base + 1 : name,
+                static_cast<unsigned long long>(reinterpret_cast<ULONG_PTR>(frames[i]) -
+                                                reinterpret_cast<ULONG_PTR>(module)));
+  }
+}
+
+// What stands in the way of the end.
+void Describe(HWND window) {
+  wchar_t name[64] = {};
+  wchar_t title[64] = {};
+  GetClassNameW(window, name, 64);
+  GetWindowTextW(window, title, 64);
+  std::printf("    %p %ls \"%ls\" of %p, style %lX%s\n", static_cast<void*>(window), name, title,
+              static_cast<void*>(GetWindow(window, GW_OWNER)), GetWindowLongW(window, GWL_STYLE),
+              window == GetForegroundWindow() ? ", in front" : "");
+}
 
 // Each text once.
 void Fail(const std::string& what) {
@@ -77,6 +82,7 @@ void Fail(const std::string& what) {
   std::printf("FAILED: %s, after event %lld\n", what.c_str(), theEvents ? theEvents->Count() : 0);
   if (theEvents) theEvents->PrintLast();
   for (const std::string& line : theLines) std::printf("    %s\n", line.c_str());
+  PrintStack();
   std::fflush(stdout);
 }
 
@@ -156,6 +162,7 @@ class CSoakSketch : public NSSketch::CSketchApplication {
     theEvents = fEvents.get();
     theApplication = this;
     fFolder.Refresh();
+    FillSystemCaches();
     return SetTimer(nullptr, 0, 10, OnTimer) != 0 ? kOK : kOtherError;
   }
   TError IMorvaneRunBehavior_OnNoDocument(TNoDocumentKind) override { return kOK; }
@@ -192,8 +199,7 @@ class CSoakSketch : public NSSketch::CSketchApplication {
       fMorvane.IMorvane_PostAppMessage(kMessageOpen,
                                        static_cast<std::uint32_t>(fEvents->Random(kDocuments + 1)));
     fEvents->SendSome();
-    fIsClosing = fEvents->Count() >=
-                 static_cast<long long>(fRound + 1) * fOptions.fEvents / static_cast<long long>(kRounds);
+    fIsClosing = fEvents->Count() >= (fUse.Round() + 1) * fOptions.fEvents / kRounds;
   }
 
   std::size_t CountDocuments() {
@@ -209,6 +215,7 @@ class CSoakSketch : public NSSketch::CSketchApplication {
     if (windows.empty()) return EndRound();
     if (++fTurnsToClose == kTurnsToClose) {
       Fail(std::to_string(windows.size()) + " windows do not close");
+      for (const HWND window : windows) Describe(window);
       std::exit(1);
     }
     const HWND window = windows[fEvents->Random(windows.size())];
@@ -222,24 +229,11 @@ class CSoakSketch : public NSSketch::CSketchApplication {
 
   void EndRound() {
     fTurnsToClose = 0;
-    ++fRound;
-    const bool isLast = fRound == kRounds;
-    const bool isFirst = fRound == kRounds / 10;
-    const TUse use = MeasureUse(isFirst || isLast);
-    if (fRound % (kRounds / 10) == 0) Print(std::to_string(fEvents->Count()), use);
-    // What is kept for later varies: the most of the first tenth counts, and the least of the last.
-    if (fRound <= kRounds / 10) {
-      fFirst = {std::max(fFirst.fBytes, use.fBytes), std::max(fFirst.fGdiObjects, use.fGdiObjects),
-                use.fUserObjects};
-    } else if (fRound > kRounds - kRounds / 10) {
-      fLast = fLast.fBytes == 0 ? use
-                                : TUse{std::min(fLast.fBytes, use.fBytes),
-                                       std::min(fLast.fGdiObjects, use.fGdiObjects), use.fUserObjects};
-    }
-    if (isLast && HasGrown(fFirst, fLast)) Fail("the process has grown");
+    fUse.EndRound(std::to_string(fEvents->Count()));
+    if (fUse.IsOver() && fUse.HasGrown()) Fail("the process has grown");
     fIsClosing = false;
     fFolder.Refresh();
-    if (!isLast) return;
+    if (!fUse.IsOver()) return;
     fDone = true;
     fMorvane.IMorvane_StartQuitting();
   }
@@ -249,11 +243,9 @@ class CSoakSketch : public NSSketch::CSketchApplication {
   CSoakFolder& fFolder;
   bool& fDone;
   std::unique_ptr<CInputEvents> fEvents;
-  std::size_t fRound = 0;
+  CUseWatch fUse{kRounds};
   int fTurnsToClose = 0;
   bool fIsClosing = false;
-  TUse fFirst = {};  // in the first tenth, and in the last
-  TUse fLast = {};
 };
 
 }  // namespace
@@ -262,9 +254,13 @@ class CSoakSketch : public NSSketch::CSketchApplication {
 
 int main(int argumentCount, char** arguments) {
   using namespace NSSoak;
-  TOptions options;
+  std::vector<TOption> options = {
+      {"--documents", nullptr, "the folder with the documents of Sketch, of which copies are opened"},
+      {"--input", "1000000", "events"},
+      {"--seed", "1", "of the random numbers"}};
   if (!ParseOptions(argumentCount, arguments, options)) return 2;
-  std::printf("input: %lld events, seed %u\n", options.fEvents, options.fSeed);
+  const TOptions run = {NumberOf(options[1]), static_cast<unsigned>(NumberOf(options[2]))};
+  std::printf("input: %lld events, seed %u\n", run.fEvents, run.fSeed);
   std::fflush(stdout);
   SetUnhandledExceptionFilter(OnCrash);
   const HANDLE ready = CreateEventW(nullptr, TRUE, FALSE, nullptr);
@@ -273,16 +269,16 @@ int main(int argumentCount, char** arguments) {
   bool done = false;
   int code = 0;
   try {
-    CSoakFolder folder(options.fDocuments, kDocuments);
+    CSoakFolder folder(options[0].fValue, kDocuments);
     const DWORD start = GetTickCount();
-    code = RunApplication<CSoakSketch>(StartupParams(u"Morvane", u"Soak input"), options, folder, done);
+    code = RunApplication<CSoakSketch>(StartupParams(u"Morvane", u"Soak input"), run, folder, done);
     std::printf("%.1f s\n", (GetTickCount() - start) / 1000.0);
   } catch (const std::exception& exception) {
     std::fprintf(stderr, "%s\n", exception.what());
     return 2;
   }
   const bool passed = done && code == 0 && theFailures == 0;
-  std::printf("%s: %lld events, seed %u, %d failures\n", passed ? "passed" : "FAILED", options.fEvents,
-              options.fSeed, theFailures);
+  std::printf("%s: %lld events, seed %u, %d failures\n", passed ? "passed" : "FAILED", run.fEvents, run.fSeed,
+              theFailures);
   return passed ? 0 : 1;
 }

@@ -4,8 +4,8 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
+#include "SoakOptions.h"
 #include "SoakUse.h"
 #include "SoakWindow.h"
 
@@ -13,32 +13,12 @@ namespace NSSoak {
 
 namespace {
 
+constexpr int kRounds = 20;
+
 struct TOptions {
-  int fWindows = 5000;
-  int fRepaints = 200000;
+  int fWindows;
+  int fRepaints;
 };
-
-bool ParseOptions(int argumentCount, char** arguments, TOptions& out) {
-  bool good = argumentCount % 2 == 1;
-  for (int i = 1; good && i < argumentCount; i += 2) {
-    if (std::strcmp(arguments[i], "--windows") == 0) {
-      out.fWindows = std::atoi(arguments[i + 1]);
-    } else if (std::strcmp(arguments[i], "--repaints") == 0) {
-      out.fRepaints = std::atoi(arguments[i + 1]);
-    } else {
-      good = false;
-    }
-  }
-  if (good && out.fWindows >= 20 && out.fRepaints >= out.fWindows) return true;
-  std::fprintf(stderr,
-               "usage: %s [--windows N] [--repaints N]\n"
-               "  --windows   document windows opened and closed, at least 20 (5000)\n"
-               "  --repaints  partial repaints in all of them together, at least one for each (200000)\n",
-               arguments[0]);
-  return false;
-}
-
-// --- The run
 
 class CSoakRun : public CDefaultRunBehavior {
  public:
@@ -46,6 +26,7 @@ class CSoakRun : public CDefaultRunBehavior {
       : fMorvane(morvane), fOptions(options), fSuccess(outSuccess) {}
 
   TError IMorvaneRunBehavior_OnStartUp() override {
+    FillSystemCaches();
     const TError error = fMorvane.IMorvane_SetDebugSettings(TDebugSettings{});
     return error == kOK ? fMorvane.IMorvane_PostAppMessage(0, 0) : error;
   }
@@ -58,14 +39,9 @@ class CSoakRun : public CDefaultRunBehavior {
     });
     if (error != kOK) return Stop("a window failed with the error " + std::to_string(error));
     ++fDone;
-    if (fDone == fOptions.fWindows / 10) {
-      fUseAtFirstTenth = MeasureUse(true);
-      Print(std::to_string(fDone), fUseAtFirstTenth);
-    } else if (fDone % (fOptions.fWindows / 20) == 0 && fDone < fOptions.fWindows) {
-      Print(std::to_string(fDone), MeasureUse(false));
-    }
+    if (fDone * kRounds >= (fUse.Round() + 1) * fOptions.fWindows) fUse.EndRound(std::to_string(fDone));
     if (fDone < fOptions.fWindows) return fMorvane.IMorvane_PostAppMessage(0, 0);
-    Judge();
+    fSuccess = !fUse.HasGrown();
     return fMorvane.IMorvane_StartQuitting();
   }
   // Between two windows there is none, and the library asks whether that is the end.
@@ -85,17 +61,11 @@ class CSoakRun : public CDefaultRunBehavior {
     std::_Exit(1);
   }
 
-  void Judge() {
-    const TUse end = MeasureUse(true);
-    Print(std::to_string(fDone), end);
-    fSuccess = !HasGrown(fUseAtFirstTenth, end);
-  }
-
   IMorvane& fMorvane;
   const TOptions& fOptions;
   bool& fSuccess;
   int fDone = 0;
-  TUse fUseAtFirstTenth = {};
+  CUseWatch fUse{kRounds};
 };
 
 }  // namespace
@@ -104,11 +74,14 @@ class CSoakRun : public CDefaultRunBehavior {
 
 int main(int argumentCount, char** arguments) {
   using namespace NSSoak;
-  TOptions options;
+  std::vector<TOption> options = {
+      {"--windows", "5000", "document windows opened and closed, at least 20"},
+      {"--repaints", "200000", "partial repaints in all of them together, at least one for each"}};
   if (!ParseOptions(argumentCount, arguments, options)) return 2;
+  const TOptions run = {static_cast<int>(NumberOf(options[0])), static_cast<int>(NumberOf(options[1]))};
   bool success = false;
-  const int code = RunApplication<CSoakRun>(StartupParams(u"Morvane", u"Soak"), options, success);
-  std::printf("%s: %d windows, %d repaints\n", code == 0 && success ? "passed" : "FAILED", options.fWindows,
-              options.fRepaints);
+  const int code = RunApplication<CSoakRun>(StartupParams(u"Morvane", u"Soak"), run, success);
+  std::printf("%s: %d windows, %d repaints\n", code == 0 && success ? "passed" : "FAILED", run.fWindows,
+              run.fRepaints);
   return code == 0 && success ? 0 : 1;
 }

@@ -103,11 +103,13 @@ TError CSketchControl::IViewBehavior_OnMouseEnterExit(TFlag entered) {
   return kOK;
 }
 
+// A control that is disabled while it has the focus keeps it, and gets keys; and a press has taken the focus
+// from a field, which may have had it disabled.
 TError CSketchControl::IViewBehavior_HandleClick(const TMouseEvent& event, TFlag& outHandled) {
   outHandled = event.fType == kMouseEventClick || event.fType == kMouseEventDoubleClick ? 1 : 0;
   if (outHandled == 0 || event.fButtons != 1) return kOK;
   return Guarded([&] {
-    Press(event);
+    if (IsEnabled()) Press(event);
     return TError{kOK};
   });
 }
@@ -121,7 +123,7 @@ TError CSketchControl::IViewBehavior_OnMouseTracking(const TMouseTracking&, TMou
 TError CSketchControl::IViewBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) {
   outHandled = 0;
   return Guarded([&] {
-    outHandled = Key(MeaningOf(fForm.Morvane(), event)) ? 1 : 0;
+    outHandled = IsEnabled() && Key(MeaningOf(fForm.Morvane(), event)) ? 1 : 0;
     return TError{kOK};
   });
 }

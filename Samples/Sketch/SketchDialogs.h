@@ -47,6 +47,22 @@ struct TDialogPlace {
   NSMorvane::TPoint fMiddle;
 };
 
+// Belongs to the behaviour of a window that shows dialogs. What is to be done with an answer goes through
+// WhileAlive, and is left undone if the window has gone by then:
+//   AskForPath(place, title, button, path, fLife.WhileAlive([this](const std::u16string& path) { ... }));
+class CSketchLife {
+ public:
+  template <class TBody>
+  auto WhileAlive(TBody body) const {
+    return [life = std::weak_ptr<const int>(fLife), body](const auto&... answer) {
+      if (!life.expired()) body(answer...);
+    };
+  }
+
+ private:
+  const std::shared_ptr<const int> fLife = std::make_shared<const int>();
+};
+
 // --- A message with one to three buttons
 
 struct TMessage {

@@ -96,7 +96,7 @@ void CSketchMessageWindow::Perform(TSketchCommand command) {
       IModalOwner* owner = nullptr;
       ThrowIfFailed(fWindow.IDocumentWindow_GetModalOwner(owner));
       AskForPath({fMorvane, owner, MiddleOf(WindowOf(fWindow))}, u"Open", u"Open", fPath,
-                 [this](const std::u16string& path) { fApplication.OpenFile(path); });
+                 [&application = fApplication](const std::u16string& path) { application.OpenFile(path); });
       break;
     }
     case kCommandClose:

@@ -61,7 +61,7 @@ void SetUpWindow(IMorvane& morvane, IDocumentWindow& window, const std::u16strin
 bool IsBlockedWindow(IWindow& window) {
   TNativeWindow native = {nullptr};
   ThrowIfFailed(window.IWindow_GetNativeWindow(native));
-  return !::IsWindowEnabled(native.fHwnd);
+  return !::IsWindowEnabled(native.fHwnd) || !::IsWindowVisible(native.fHwnd);
 }
 
 CSketchWindow::CSketchWindow(IDocumentWindow& window, IMorvane& morvane, CSketchApplication& application,

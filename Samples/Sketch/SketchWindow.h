@@ -10,6 +10,7 @@
 
 #include "SketchCanvas.h"
 #include "SketchCommands.h"
+#include "SketchDialogs.h"
 #include "SketchEditor.h"
 #include "SketchPreviewView.h"
 #include "SketchSidePanelView.h"
@@ -18,7 +19,6 @@
 namespace NSSketch {
 
 class CSketchApplication;
-struct TDialogPlace;
 
 class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
                       public ISketchCommandTarget,
@@ -36,7 +36,8 @@ class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
   NSMorvane::IWindow& Window() const { return NSMorvane::WindowOf(fWindow); }
   // Brings the window to the front.
   void Focus() { NSMorvane::ThrowIfFailed(fWindow.IDocumentWindow_FocusNow()); }
-  // Whether a dialog of this window's, or of the application's, is to be answered first.
+  // Whether a dialog of this window's, or of the application's, is to be answered first; or the window is on
+  // its way out.
   bool IsBlocked() const;
   // Ends what is being done on the canvas; see there.
   void FinishAll() { fCanvas.FinishAll(); }
@@ -103,10 +104,10 @@ class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
   NSMorvane::CViewOf<CSketchStatusView> fStatus;
   std::u16string fMenuState;  // what the menu bar was made of
   bool fIsModified = false;   // as the title has it
-  bool fIsAsking = false;     // whether to save
+  CSketchLife fLife;
 };
 
-// Whether a dialog is to be answered before anything is done in the window.
+// Whether nothing may be done in the window: a dialog is to be answered first, or it has been released.
 bool IsBlockedWindow(NSMorvane::IWindow& window);
 
 // Gives a new window its title, its least size, its first size (`ideal`, as far as the main monitor has room

@@ -100,7 +100,7 @@ void CSketchWindow::Perform(TSketchCommand command) {
       break;
     case kCommandOpen:
       AskForPath(DialogPlace(), u"Open", u"Open", fPath,
-                 [this](const std::u16string& path) { fApplication.OpenFile(path); });
+                 [&application = fApplication](const std::u16string& path) { application.OpenFile(path); });
       break;
     case kCommandSave:
       if (fPath.empty())
@@ -206,10 +206,10 @@ void CSketchWindow::Paste(const char* name, const std::vector<TShape>& shapes) {
 void CSketchWindow::ShowSettingsDialog() {
   const CSketchDocument& document = fEditor.Document();
   ShowSettings(DialogPlace(), {document.CanvasSize(), document.Background(), fCanvas.IsGridShown()},
-               [this](const TDocumentSettings& settings) {
+               fLife.WhileAlive([this](const TDocumentSettings& settings) {
                  fEditor.SetCanvas(settings.fCanvasSize, settings.fBackground);
                  if (settings.fShowGrid != fCanvas.IsGridShown()) fCanvas.ShowGrid(settings.fShowGrid);
-               });
+               }));
 }
 
 // --- Menus
@@ -257,7 +257,7 @@ void CSketchWindow::ShowContextMenu(const TPoint& point, bool onShape) {
   TFlag isSelected = 0;
   ThrowIfFailed(fMorvane.IMorvane_DisplayContextualMenu(
       items.data(), static_cast<std::uint32_t>(items.size()), Window(), point, 0, selected, isSelected));
-  if (isSelected == 1) Perform(static_cast<TSketchCommand>(items.at(selected).fCommand));
+  if (isSelected == 1 && !IsBlocked()) Perform(static_cast<TSketchCommand>(items.at(selected).fCommand));
 }
 
 }  // namespace NSSketch

@@ -35,7 +35,8 @@ bool CSketchWindow::SaveTo(const std::u16string& path) {
 void CSketchWindow::AskWhereToSave(bool thenClose) {
   const std::u16string path = fPath.empty() ? fName + u".sketch" : fPath;
   AskForPath(DialogPlace(), u"Save As", u"Save", FullPath(path),
-             [this, thenClose](const std::u16string& chosen) { SaveAs(FullPath(chosen), thenClose); });
+             fLife.WhileAlive(
+                 [this, thenClose](const std::u16string& chosen) { SaveAs(FullPath(chosen), thenClose); }));
 }
 
 // A file that another window shows is not written over, and any other only if the user says so.
@@ -46,9 +47,9 @@ void CSketchWindow::SaveAs(const std::u16string& path, bool thenClose) {
                  fName + u" was not saved",
                  {NameOfPath(path) + u" is open in another window.", path},
                  {u"OK"}},
-                [this, path](std::size_t) {
+                fLife.WhileAlive([this, path](std::size_t) {
                   if (CSketchWindow* const other = fApplication.WindowOfFile(path, this)) other->Focus();
-                });
+                }));
     return;
   }
   const auto save = [this, path, thenClose] {
@@ -63,9 +64,9 @@ void CSketchWindow::SaveAs(const std::u16string& path, bool thenClose) {
                u"Replace " + NameOfPath(path) + u"?",
                {u"There is a file of this name already. Its contents would be lost.", path},
                {u"_Replace", u"Cancel"}},
-              [save](std::size_t answer) {
+              fLife.WhileAlive([save](std::size_t answer) {
                 if (answer == 0) save();
-              });
+              }));
 }
 
 void CSketchWindow::Close() { ThrowIfFailed(fWindow.IDocumentWindow_Release()); }
@@ -76,7 +77,7 @@ TError CSketchWindow::IDocumentWindowBehavior_OnRequestClose(TCloseReason reason
     fCanvas.FinishAll();
     if (!fEditor.IsModified())
       Close();
-    else if (!fIsAsking)
+    else
       AskWhetherToSave(reason);
     return TError{kOK};
   });
@@ -91,8 +92,7 @@ void CSketchWindow::AskWhetherToSave(TCloseReason reason) {
       {reason == kCloseByUser ? u"The document has changes that are not in its file yet."
                               : u"It has changes that would be lost by quitting."},
       {u"_Save", u"_Don't Save", u"Cancel"}};
-  ShowMessage(DialogPlace(), message, [this](std::size_t answer) {
-    fIsAsking = false;
+  const auto onAnswer = [this](std::size_t answer) {
     const bool isDone = answer == 1 || (answer == 0 && !fPath.empty() && Save());
     if (isDone) {
       Close();
@@ -102,8 +102,8 @@ void CSketchWindow::AskWhetherToSave(TCloseReason reason) {
     ThrowIfFailed(fMorvane.IMorvane_IsQuitting(isQuitting));
     if (isQuitting == 1) ThrowIfFailed(fMorvane.IMorvane_StopQuitting());
     if (answer == 0 && fPath.empty()) AskWhereToSave(true);
-  });
-  fIsAsking = true;
+  };
+  ShowMessage(DialogPlace(), message, fLife.WhileAlive(onAnswer));
 }
 
 }  // namespace NSSketch

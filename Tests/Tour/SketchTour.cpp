@@ -36,6 +36,7 @@ class CTour {
     DrawMore();
     RubberBand();
     Tabs();
+    DisabledCheckBox();
     ContextMenu();
     Menus();
     ZoomAndScroll();
@@ -202,6 +203,27 @@ class CTour {
     fTourist.WaitForColor(At(576, 436), kAccent, "the circle to be selected");
     fTourist.LetGo(VK_SHIFT);
     fTourist.TakePicture("tab");
+  }
+
+  // It has the keys when a shape is selected that it is not for.
+  void DisabledCheckBox() {
+    fTourist.Key({VK_F4});
+    const HWND dialog = fTourist.WaitForWindow(kModelessClass, L"Properties");
+    fTourist.WaitUntilInFront(dialog);
+    fTourist.Key({VK_MENU, 'F'});
+    fTourist.WaitForOtherColor(At(595, 465), kFill, "the circle to be empty");
+    fTourist.Key({VK_MENU, 'F'});
+    fTourist.WaitForColor(At(595, 465), kFill, "the circle to be filled again");
+    fTourist.Key({VK_F4});
+    fTourist.WaitUntilInFront(fWindow);
+    for (int i = 0; i < 2; ++i) fTourist.Key({VK_TAB});
+    fTourist.WaitForColor(At(482, 58), kAccent, "the text to be selected");
+    fTourist.Key({VK_F4});
+    fTourist.WaitUntilInFront(dialog);
+    fTourist.Key({VK_SPACE});
+    fTourist.Key({VK_ESCAPE});
+    fTourist.WaitUntilGone(dialog, "the properties");
+    fTourist.WaitUntilInFront(fWindow);
   }
 
   void ContextMenu() {
