@@ -39,7 +39,7 @@ class CSoakRun : public CDefaultRunBehavior {
     });
     if (error != kOK) return Stop("a window failed with the error " + std::to_string(error));
     ++fDone;
-    if (fDone * kRounds >= (fUse.Round() + 1) * fOptions.fWindows) fUse.EndRound(std::to_string(fDone));
+    while (fDone * kRounds >= (fUse.Round() + 1) * fOptions.fWindows) fUse.EndRound(std::to_string(fDone));
     if (fDone < fOptions.fWindows) return fMorvane.IMorvane_PostAppMessage(0, 0);
     fSuccess = !fUse.HasGrown();
     return fMorvane.IMorvane_StartQuitting();
@@ -74,9 +74,8 @@ class CSoakRun : public CDefaultRunBehavior {
 
 int main(int argumentCount, char** arguments) {
   using namespace NSSoak;
-  std::vector<TOption> options = {
-      {"--windows", "5000", "document windows opened and closed, at least 20"},
-      {"--repaints", "200000", "partial repaints in all of them together, at least one for each"}};
+  std::vector<TOption> options = {{"--windows", "5000", "document windows opened and closed"},
+                                  {"--repaints", "200000", "partial repaints in all of them together"}};
   if (!ParseOptions(argumentCount, arguments, options)) return 2;
   const TOptions run = {static_cast<int>(NumberOf(options[0])), static_cast<int>(NumberOf(options[1]))};
   bool success = false;

@@ -29,6 +29,6 @@ bool ParseOptions(int argumentCount, char** arguments, std::vector<TOption>& opt
   return false;
 }
 
-long long NumberOf(const TOption& option) { return std::atoll(option.fValue); }
+long long NumberOf(const TOption& option) { return std::max(std::atoll(option.fValue), 1LL); }
 
 }  // namespace NSSoak

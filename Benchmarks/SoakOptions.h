@@ -15,7 +15,7 @@ struct TOption {
 // without a default that is not given.
 bool ParseOptions(int argumentCount, char** arguments, std::vector<TOption>& options);
 
-// The number of an option that is one.
+// The number of an option that is one, at least 1.
 long long NumberOf(const TOption& option);
 
 }  // namespace NSSoak
