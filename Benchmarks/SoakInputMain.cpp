@@ -31,7 +31,7 @@ constexpr std::size_t kDocuments = 10;
 constexpr int kRounds = 50;
 constexpr int kTurnsToClose = 5000;
 constexpr DWORD kWaitMS = 300;
-constexpr DWORD kHangMS = 60000;
+constexpr DWORD kHangMS = 300000;  // a busy machine may leave this one out for long
 constexpr std::uint32_t kMessageOpen = 0x50A4;
 
 struct TOptions {
