@@ -1,5 +1,6 @@
 #include "SoakInputEvents.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cwchar>
 #include <iterator>
@@ -64,18 +65,19 @@ void CInputEvents::SendMouse(const char* what, DWORD flags, DWORD data) {
 }
 
 void CInputEvents::MoveTo(POINT point) {
+  fPoint = {std::clamp(point.x, 0l, fScreen.cx - 1), std::clamp(point.y, 0l, fScreen.cy - 1)};
   INPUT input = {};
   input.type = INPUT_MOUSE;
   input.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
-  input.mi.dx = MulDiv(point.x, 65536, GetSystemMetrics(SM_CXSCREEN)) + 1;
-  input.mi.dy = MulDiv(point.y, 65536, GetSystemMetrics(SM_CYSCREEN)) + 1;
+  input.mi.dx = MulDiv(point.x, 65536, fScreen.cx) + 1;
+  input.mi.dy = MulDiv(point.y, 65536, fScreen.cy) + 1;
   Note("move to", fTarget, point.x, point.y);
   SendInput(1, &input, sizeof(input));
 }
 
 // Now and then beside all windows.
 void CInputEvents::MoveSomewhere() {
-  RECT rect = {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+  RECT rect = {0, 0, fScreen.cx, fScreen.cy};
   if (Random(30) != 0) GetWindowRect(fTarget, &rect);
   if (rect.right <= rect.left || rect.bottom <= rect.top) return;
   const LONG x = static_cast<LONG>(Random(static_cast<std::size_t>(rect.right - rect.left)));
@@ -84,12 +86,10 @@ void CInputEvents::MoveSomewhere() {
 }
 
 void CInputEvents::MoveALittle() {
-  POINT point = {};
-  GetCursorPos(&point);
   for (std::size_t i = Random(4) + 1; i > 0; --i) {
-    point.x += static_cast<LONG>(Random(41)) - 20;
-    point.y += static_cast<LONG>(Random(41)) - 20;
-    MoveTo(point);
+    const LONG x = fPoint.x + static_cast<LONG>(Random(41)) - 20;
+    const LONG y = fPoint.y + static_cast<LONG>(Random(41)) - 20;
+    MoveTo({x, y});
   }
 }
 
@@ -128,7 +128,7 @@ void CInputEvents::PressKey(WORD key, bool down) {
   const bool isExtended = (key >= VK_PRIOR && key <= VK_DOWN) || key == VK_DELETE || key == VK_APPS;
   input.ki.dwFlags =
       static_cast<DWORD>((down ? 0 : KEYEVENTF_KEYUP) | (isExtended ? KEYEVENTF_EXTENDEDKEY : 0));
-  Note(down ? "key down" : "key up", GetForegroundWindow(), key, 0);
+  Note(down ? "key down" : "key up", fTarget, key, 0);
   SendInput(1, &input, sizeof(input));
 }
 

@@ -14,7 +14,10 @@ namespace NSSoak {
 class CInputEvents {
  public:
   // `elsewhere` is a window of another thread, for the user to go away to.
-  CInputEvents(unsigned seed, HWND elsewhere) : fRandom(seed), fElsewhere(elsewhere) {}
+  CInputEvents(unsigned seed, HWND elsewhere)
+      : fRandom(seed),
+        fElsewhere(elsewhere),
+        fScreen{GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)} {}
 
   // A few events. Does nothing if there is no window.
   void SendSome();
@@ -57,6 +60,8 @@ class CInputEvents {
 
   std::mt19937 fRandom;
   HWND fElsewhere;
+  SIZE fScreen;                // asking for it each time would cost more than all the rest
+  POINT fPoint = {};           // where the mouse is
   std::vector<HWND> fWindows;  // during SendSome
   HWND fTarget = nullptr;
   DWORD fHeldButton = 0;  // what releases it
