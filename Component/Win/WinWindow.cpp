@@ -248,7 +248,7 @@ void CWinWindow::Show() {
   if (!UpdateWindow(fHwnd)) MORVANE_THROW_LAST_ERROR();
   if (isReleased()) return;
   // A dialog that blocks the application has taken it out of the way: it comes back with the others.
-  if (fWindowKind == kWindowKindFloating && !gAppModalDialogStack.empty()) return;
+  if (fWindowKind == kWindowKindFloating && !gAppModalDialogStack.empty() && !IsVisible()) return;
   if (!IsVisible()) {
     if (IsWindowHidden(fHwnd))
       DebugPrint("CWinWindow is STILL in the hidden list, after being RemoveFromHiddenWindows()'d!");
