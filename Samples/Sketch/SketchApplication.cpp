@@ -21,6 +21,8 @@ namespace {
 
 constexpr TStyleFlags kDocumentStyle = kWindowResizableBit | kWindowZoomableBit;
 constexpr std::uint32_t kMessagePaletteAbove = 1;
+constexpr std::int64_t kScrollIntervalMS = 25;
+constexpr std::int64_t kNotBeforeWokenUp = 0x7FFFFFFF;
 
 }  // namespace
 
@@ -29,6 +31,14 @@ CSketchApplication::CSketchApplication(IMorvane& morvane) : CDefaultApplication(
   fStyle.fWidth = 3;
   fStyle.fFill = 0x7FB2F0;
   fStyle.fSize = 24;
+}
+
+TError CSketchApplication::IMorvaneRunBehavior_OnQuitEvent() {
+  if (!IsQuitting()) return CDefaultApplication::IMorvaneRunBehavior_OnQuitEvent();
+  return Guarded([&] {
+    GoOnQuitting();
+    return TError{kOK};
+  });
 }
 
 TError CSketchApplication::IMorvaneRunBehavior_OnNoDocument(TNoDocumentKind) {
@@ -45,6 +55,20 @@ TError CSketchApplication::IMorvaneRunBehavior_OnOpenURL(const char* url) {
   });
 }
 
+// There is nothing to do in idle time but to scroll while the mouse rests; KeepScrolling wakes it up for
+// that.
+TError CSketchApplication::IMorvaneRunBehavior_OnIdle(std::int64_t& inOutDelayMS) {
+  inOutDelayMS = kNotBeforeWokenUp;
+  if (!fScrolling) return kOK;
+  return Guarded([&] {
+    if (fScrolling->ScrollWithDrag())
+      inOutDelayMS = kScrollIntervalMS;
+    else
+      fScrolling = nullptr;
+    return TError{kOK};
+  });
+}
+
 TError CSketchApplication::IMorvaneRunBehavior_OnAppMessage(std::uint32_t message, std::uint32_t rounds) {
   if (message != kMessagePaletteAbove || !fPalette) return kOK;
   fPalette->StayAbove();
@@ -53,8 +77,7 @@ TError CSketchApplication::IMorvaneRunBehavior_OnAppMessage(std::uint32_t messag
 
 // Says so once; what else fails until the user has answered has most likely the same cause.
 TError CSketchApplication::IMorvaneRunBehavior_OnUnhandledError(TError error) {
-  TFlag isQuitting = 0;
-  if (fIsReporting || fMorvane.IMorvane_IsQuitting(isQuitting) != kOK || isQuitting == 1) return kOK;
+  if (fIsReporting || IsQuitting()) return kOK;
   fIsReporting = true;
   const TError told = Guarded([&] {
     ShowMessage({fMorvane, nullptr, MiddleOfScreen(fMorvane)},
@@ -116,6 +139,7 @@ void CSketchApplication::AddWindow(CSketchWindow& window) {
 // The next document in front says so itself when it becomes active.
 void CSketchApplication::RemoveWindow(CSketchWindow& window) {
   std::erase(fWindows, &window);
+  if (fScrolling == &window) fScrolling = nullptr;
   if (fFront != &window) return;
   fFront = fWindows.empty() ? nullptr : fWindows.back();
   // The window is going, and nothing may keep it from that.
@@ -144,6 +168,44 @@ bool CSketchApplication::PerformShortcut(const TKeyEvent& event, bool alsoPlain)
   if (!command || !fFront || fFront->IsBlocked() || !fFront->IsCommandEnabled(*command)) return false;
   fFront->Perform(*command);
   return true;
+}
+
+void CSketchApplication::KeepScrolling(CSketchWindow& window) {
+  if (fScrolling) return;
+  fScrolling = &window;
+  ThrowIfFailed(fMorvane.IMorvane_WakeUpIdle());
+}
+
+// --- Quitting
+
+bool CSketchApplication::IsQuitting() const {
+  TFlag isQuitting = 0;
+  return fMorvane.IMorvane_IsQuitting(isQuitting) == kOK && isQuitting == 1;
+}
+
+void CSketchApplication::OnQuitAsks(CSketchCommandWindow* window) {
+  fQuitWindow = window;
+  GoOnQuitting();
+}
+
+void CSketchApplication::GoOnQuitting() {
+  for (CSketchWindow* const window : fWindows)
+    if (window->AskBeforeQuitting()) return;
+  // Nothing is in the way any more. The library goes on with the next window when this one has gone.
+  if (fPalette) fPalette->Close();
+  if (fProperties) fProperties->Close();
+  if (fQuitWindow) fQuitWindow->Close();
+}
+
+void CSketchApplication::StopQuitting() {
+  if (!IsQuitting()) return;
+  ThrowIfFailed(fMorvane.IMorvane_StopQuitting());
+  fQuitWindow = nullptr;
+  for (CSketchWindow* const window : fWindows) window->ForgetAnswer();
+}
+
+void CSketchApplication::OnCommandWindowGone(const CSketchCommandWindow& window) {
+  if (fQuitWindow == &window) fQuitWindow = nullptr;
 }
 
 // --- What all documents share
@@ -204,9 +266,7 @@ void CSketchApplication::ShowAbout() {
 }
 
 TRect CSketchApplication::FrontFrame() const {
-  TRect frame = {0, 0, 800, 600};
-  if (fFront) ThrowIfFailed(fFront->Window().IWindow_GetFrameRect(frame));
-  return frame;
+  return fFront ? FrameOnScreen(fFront->Window()) : TRect{0, 0, 800, 600};
 }
 
 TPoint CSketchApplication::PlaceOfPalette(const TSize& size) const {

@@ -12,6 +12,7 @@
 
 namespace NSSketch {
 
+class CSketchCommandWindow;
 class CSketchPalette;
 class CSketchPropertiesDialog;
 class CSketchWindow;
@@ -20,8 +21,10 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
  public:
   explicit CSketchApplication(NSMorvane::IMorvane& morvane);
 
+  NSMorvane::TError IMorvaneRunBehavior_OnQuitEvent() override;
   NSMorvane::TError IMorvaneRunBehavior_OnNoDocument(NSMorvane::TNoDocumentKind kind) override;
   NSMorvane::TError IMorvaneRunBehavior_OnOpenURL(const char* url) override;
+  NSMorvane::TError IMorvaneRunBehavior_OnIdle(std::int64_t& inOutDelayMS) override;
   NSMorvane::TError IMorvaneRunBehavior_OnAppMessage(std::uint32_t message, std::uint32_t rounds) override;
   NSMorvane::TError IMorvaneRunBehavior_OnUnhandledError(NSMorvane::TError error) override;
 
@@ -42,6 +45,20 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
   // Carries out the command of the front document whose shortcut a key is; see CommandOfKey. False if it is
   // none.
   bool PerformShortcut(const NSMorvane::TKeyEvent& event, bool alsoPlain = false);
+
+  // --- Quitting. The library asks the windows to close, front first. None does before all documents have
+  // been asked, so that everything is as it was if the user gives up.
+  bool IsQuitting() const;
+  // The library asks a window to close; null for the palette and the properties.
+  void OnQuitAsks(CSketchCommandWindow* window);
+  // To be called after each answer.
+  void GoOnQuitting();
+  // Does nothing if the application is not quitting.
+  void StopQuitting();
+  void OnCommandWindowGone(const CSketchCommandWindow& window);
+
+  // Has a window scroll on while its ScrollWithDrag says so.
+  void KeepScrolling(CSketchWindow& window);
 
   // --- What all documents share
   TSketchTool Tool() const { return fTool; }
@@ -67,7 +84,9 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
 
   std::vector<CSketchWindow*> fWindows;
   CSketchWindow* fFront = nullptr;
-  std::uint32_t fUntitledCount = 0;  // so far
+  CSketchCommandWindow* fQuitWindow = nullptr;  // the last one that was asked to close by quitting
+  CSketchWindow* fScrolling = nullptr;          // the one that scrolls with a drag
+  std::uint32_t fUntitledCount = 0;             // so far
   TSketchTool fTool = TSketchTool::kSelect;
   TShape fStyle;
   std::vector<TShape> fCopied;

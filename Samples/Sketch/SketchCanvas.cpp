@@ -145,6 +145,52 @@ void CSketchCanvas::MakeShape() {
   }
 }
 
+// --- Points
+
+std::size_t CSketchCanvas::CountOfHandles() const {
+  const TShapeIndices& selection = fEditor.Selection();
+  return selection.size() == 1 ? HandlesOf(fEditor.Shape(selection[0])).size() : 0;
+}
+
+bool CSketchCanvas::CanEditPoints() const {
+  return fToolKind == TSketchTool::kSelect && !fTextEditing.IsActive() && CountOfHandles() > 0;
+}
+
+std::optional<std::size_t> CSketchCanvas::CurrentHandle() const {
+  const bool isValid = fHandle && CanEditPoints() && fEditor.Selection()[0] == fHandleShape;
+  return isValid && *fHandle < CountOfHandles() ? fHandle : std::nullopt;
+}
+
+void CSketchCanvas::EditPoints(bool edit) {
+  fHandle.reset();
+  if (edit && CanEditPoints()) {
+    fHandle = 0;
+    fHandleShape = fEditor.Selection()[0];
+    RevealCurrentHandle();
+  }
+  for (const std::size_t index : fEditor.Selection()) InvalidateArea(BoundsOf(fEditor.Shape(index)));
+  fOwner.OnCanvasStateChanged();
+}
+
+void CSketchCanvas::NextHandle(bool backwards) {
+  if (!IsEditingPoints()) return;
+  const std::size_t count = CountOfHandles();
+  fHandle = (*fHandle + (backwards ? count - 1 : 1)) % count;
+  InvalidateArea(BoundsOf(fEditor.Shape(fHandleShape)));
+  RevealCurrentHandle();
+}
+
+void CSketchCanvas::MoveCurrentHandle(TSketchPoint move) {
+  if (!IsEditingPoints()) return;
+  MoveHandle(fEditor, *fHandle, move);
+  RevealCurrentHandle();
+}
+
+void CSketchCanvas::RevealCurrentHandle() {
+  const TSketchPoint point = HandlesOf(fEditor.Shape(fHandleShape))[*fHandle].fPosition;
+  Reveal({point.fX, point.fY, point.fX, point.fY});
+}
+
 // --- Texts
 
 void CSketchCanvas::FinishText(bool keep) {

@@ -33,10 +33,12 @@ class ISketchCanvasOwner {
  public:
   // Where the mouse is, in document pixels; no value when it has left.
   virtual void OnPointerMoved(std::optional<TSketchPoint> position) = 0;
-  // Zoom, grid, or whether a text is being edited.
+  // Zoom, grid, or whether a text or points are being edited.
   virtual void OnCanvasStateChanged() = 0;
   virtual void ShowContextMenu(const NSMorvane::TPoint& point, bool onShape) = 0;
   virtual void ShowProperties() = 0;
+  // From now on ScrollWithDrag is to be called every few milliseconds, until it gives false.
+  virtual void OnDraggedBeyond() = 0;
   virtual void ChooseTool(TSketchTool tool) = 0;
   virtual const TShape& StyleOfNewShapes() = 0;
 
@@ -84,8 +86,24 @@ class CSketchCanvas : public ISketchToolHost {
   TSketchPointer Pointer(const NSMorvane::TPoint& point, const NSMorvane::TModifierKeys& modifiers) const;
   std::optional<TSketchRect> Band() const { return fTool->Band(); }
   bool IsDragging() const { return fCanvasView && fCanvasView->IsDragging(); }
+  // Scrolls on while a tool has the mouse and that rests beyond an edge. False when it does not.
+  bool ScrollWithDrag() { return fCanvasView && fCanvasView->ScrollWithDrag(); }
   // What a tool makes without a mouse: a shape in the middle of what can be seen.
   void MakeShape();
+
+  // --- Points, by key: while they are edited the arrow keys move the current handle of the selected shape.
+  // This ends with any change of the selection.
+  bool CanEditPoints() const;
+  bool IsEditingPoints() const { return CurrentHandle().has_value(); }
+  void EditPoints(bool edit);
+  // Its place in HandlesOf.
+  std::optional<std::size_t> CurrentHandle() const;
+  void NextHandle(bool backwards);
+  void MoveCurrentHandle(TSketchPoint move);
+  // To be called whenever the selection may have changed.
+  void CheckCurrentHandle() {
+    if (!CurrentHandle()) fHandle.reset();
+  }
 
   // --- Texts
   const CSketchTextEditing& TextEditing() const { return fTextEditing; }
@@ -103,6 +121,8 @@ class CSketchCanvas : public ISketchToolHost {
 
  private:
   void PlaceViews();
+  std::size_t CountOfHandles() const;
+  void RevealCurrentHandle();
 
   NSMorvane::IMorvane& fMorvane;
   CSketchEditor& fEditor;
@@ -115,6 +135,8 @@ class CSketchCanvas : public ISketchToolHost {
   std::unique_ptr<CSketchTool> fTool;
   std::unique_ptr<CSketchTool> fOldTool;  // the one before, which may still be running
   CSketchTextEditing fTextEditing;
+  std::optional<std::size_t> fHandle;  // the current one, while points are edited
+  std::size_t fHandleShape = 0;        // the shape that it belongs to
   NSMorvane::CViewOf<CSketchCanvasView> fCanvasView;
   NSMorvane::CViewOf<CSketchDeskView> fDeskView;
   NSMorvane::CViewOf<CSketchGridView> fGridView;

@@ -158,6 +158,8 @@ TError CSketchCanvasView::IViewBehavior_OnMouseWheel(const TMouseWheelEvent& eve
   });
 }
 
+bool CSketchCanvasView::ScrollWithDrag() { return fDrag && fDrag->Scroll(); }
+
 // --- Keys
 
 TError CSketchCanvasView::IViewBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) {
@@ -177,12 +179,6 @@ bool CSketchCanvasView::Key(const TSketchKey& key, const TKeyEvent& event) {
   }
   const TRect& area = fCanvas.Viewport().Area();
   switch (key.fCharacter) {
-    case kKeyTab:
-      if (!key.IsPlain()) return false;
-      fCanvas.FinishText(true);
-      fCanvas.Editor().SelectNext(key.fShift);
-      fCanvas.Reveal(fCanvas.Editor().SelectionFrame());
-      return true;
     case kKeyCharUp:
     case kKeyCharDown:
     case kKeyCharLeft:
@@ -205,7 +201,8 @@ bool CSketchCanvasView::Key(const TSketchKey& key, const TKeyEvent& event) {
   }
 }
 
-// Moves the selection, with Shift by ten; with Control its lower right corner. Without a selection, scrolls.
+// Moves the selection or the current point, with Shift by ten; with Control the selection's lower right
+// corner. Without a selection, scrolls.
 bool CSketchCanvasView::ArrowKey(const TSketchKey& key) {
   CSketchEditor& editor = fCanvas.Editor();
   const std::int32_t step = key.fShift ? 10 : 1;
@@ -216,6 +213,10 @@ bool CSketchCanvasView::ArrowKey(const TSketchKey& key) {
     move.fX = key.fCharacter == kKeyCharLeft ? -step : step;
   if (editor.Selection().empty())
     return fCanvas.Scroll({-move.fX * kScrollByKey, -move.fY * kScrollByKey}) || true;
+  if (fCanvas.IsEditingPoints() && !key.fControl) {
+    fCanvas.MoveCurrentHandle(move);
+    return true;
+  }
   if (key.fControl) {
     editor.ChangeSelected("Resize", true, [&](TShape& shape) {
       TSketchRect frame = FrameOf(shape, editor.Measure());
@@ -230,16 +231,20 @@ bool CSketchCanvasView::ArrowKey(const TSketchKey& key) {
   return true;
 }
 
-// One thing after the other: what is being done, the tool, the selection.
+// One thing after the other: what is being done, the tool, the selection, the mark.
 bool CSketchCanvasView::Escape() {
   if (fCanvas.TextEditing().IsActive())
     fCanvas.FinishText(false);
   else if (fCanvas.Tool().Cancel())
     ;
+  else if (fCanvas.IsEditingPoints())
+    fCanvas.EditPoints(false);
   else if (fCanvas.ToolKind() != TSketchTool::kSelect)
     fCanvas.Owner().ChooseTool(TSketchTool::kSelect);
   else if (!fCanvas.Editor().Selection().empty())
     fCanvas.Editor().Select({});
+  else if (fCanvas.Editor().Mark())
+    fCanvas.Editor().ClearMark();
   else
     return false;
   return true;
@@ -253,6 +258,8 @@ bool CSketchCanvasView::Return() {
     fCanvas.FinishText(true);
   else if (fCanvas.Tool().Finish())
     ;
+  else if (fCanvas.IsEditingPoints())
+    fCanvas.EditPoints(false);
   else if (fCanvas.ToolKind() != TSketchTool::kSelect)
     fCanvas.MakeShape();
   else if (editor.Selection().size() == 1 && editor.Shape(editor.Selection()[0]).fKind == TShapeKind::kText)

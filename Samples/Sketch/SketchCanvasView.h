@@ -19,6 +19,7 @@ class CSketchCanvasView : public NSMorvane::CDefaultHitViewBehavior {
   ~CSketchCanvasView() override;
   // Whether a tool has the mouse.
   bool IsDragging() const { return fDrag != nullptr; }
+  bool ScrollWithDrag();
 
   NSMorvane::TError IViewBehavior_HandleClick(const NSMorvane::TMouseEvent& event,
                                               NSMorvane::TFlag& outHandled) override;

@@ -55,9 +55,16 @@ constexpr TRow kRows[] = {
     {kMenuEdit},
     {kMenuEdit, u"Select _All", kCommandSelectAll, u'a', kCtrl},
     {kMenuEdit, u"Select _None", kCommandSelectNone, u'a', kCtrlShift},
+    {kMenuEdit, u"Select Ne_xt", kCommandSelectNext, kKeyCharTab, 0},
+    {kMenuEdit, u"Select Pre_vious", kCommandSelectPrevious, kKeyCharTab, kModifierShift},
+    {kMenuEdit},
+    {kMenuEdit, u"_Mark Next", kCommandMarkNext, kKeyCharTab, kCtrl},
+    {kMenuEdit, u"Mar_k Previous", kCommandMarkPrevious, kKeyCharTab, kCtrlShift},
+    {kMenuEdit, u"Add _or Remove Marked", kCommandToggleMarked, u' ', kCtrl},
     {kMenuShape, u"Bring to _Front", kCommandToFront, u'f', kCtrl},
     {kMenuShape, u"Send to _Back", kCommandToBack, u'b', kCtrl},
     {kMenuShape},
+    {kMenuShape, u"_Edit Points", kCommandPoints, kKeyCharF1 + 1, 0},
     {kMenuShape, u"_Properties", kCommandProperties, kKeyCharF1 + 3, 0},
     {kMenuView, u"Zoom _In", kCommandZoomIn, u'=', kCtrl},
     {kMenuView, u"Zoom _Out", kCommandZoomOut, u'-', kCtrl},
@@ -74,9 +81,9 @@ constexpr TRow kRows[] = {
     {kMenuTools, u"_Text", ToolCommand(TSketchTool::kText), u't', 0},
 };
 
-constexpr TSketchCommand kContextOfShape[] = {kCommandCut,    kCommandCopy, kCommandDuplicate,
-                                              kCommandDelete, kCommandNone, kCommandToFront,
-                                              kCommandToBack, kCommandNone, kCommandProperties};
+constexpr TSketchCommand kContextOfShape[] = {
+    kCommandCut,     kCommandCopy,   kCommandDuplicate, kCommandDelete, kCommandNone,
+    kCommandToFront, kCommandToBack, kCommandNone,      kCommandPoints, kCommandProperties};
 constexpr TSketchCommand kContextOfSheet[] = {kCommandPaste, kCommandSelectAll, kCommandNone,    kCommandFit,
                                               kCommandGrid,  kCommandNone,      kCommandSettings};
 
@@ -137,7 +144,7 @@ std::vector<TMenuItem> ContextItems(const ISketchCommandTarget& target, bool onS
 std::optional<TSketchCommand> CommandOfKey(IMorvane& morvane, const TKeyEvent& event, bool alsoPlain) {
   for (const TRow& row : kRows) {
     TFlag isMeant = 0;
-    if (row.fKey != 0 && (row.fModifiers != 0 || alsoPlain) &&
+    if (row.fKey != 0 && ((row.fModifiers & kModifierControl) != 0 || alsoPlain) &&
         morvane.IMorvane_CanKeyBeInterpretedAs(event.fPhysicalKey, event.fModifiers, ShortcutOf(row),
                                                isMeant) == kOK &&
         isMeant == 1)

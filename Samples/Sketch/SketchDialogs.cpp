@@ -1,5 +1,7 @@
 #include "SketchDialogs.h"
 
+#include <windows.h>
+
 #include <algorithm>
 
 #include "SketchTheme.h"
@@ -35,8 +37,9 @@ class CSketchModalDialog : public CDefaultModalDialogBehavior {
       return TError{kOK};
     });
   }
-  TError IModalDialogBehavior_OnRequestClose(TCloseReason) override {
+  TError IModalDialogBehavior_OnRequestClose(TCloseReason reason) override {
     return Guarded([&] {
+      if (reason == kCloseByLibrary && IsQuestion()) return fWindow.IModalDialog_FocusNow();
       Cancel();
       return TError{kOK};
     });
@@ -44,6 +47,8 @@ class CSketchModalDialog : public CDefaultModalDialogBehavior {
 
  protected:
   virtual void Cancel() { Close(); }
+  // Whether quitting has to wait for an answer.
+  virtual bool IsQuestion() const { return false; }
   void Close() { ThrowIfFailed(fWindow.IModalDialog_Release()); }
   // The place of a button, counted from the right.
   TRect ButtonPlace(std::int32_t fromRight) const {
@@ -107,6 +112,7 @@ class CSketchMessageDialog : public CSketchModalDialog {
 
  private:
   void Cancel() override { Answer(fButtons.size() - 1); }
+  bool IsQuestion() const override { return fButtons.size() > 1; }
   void Answer(std::size_t index) {
     const std::function<void(std::size_t)> onAnswer = fOnAnswer;
     Close();
@@ -180,13 +186,13 @@ class CSketchPathDialog : public CSketchModalDialog {
  public:
   CSketchPathDialog(IModalDialog& window, const TDialogPlace& place, const std::u16string& title,
                     const std::u16string& button, const std::u16string& path,
-                    std::function<void(const std::u16string&)>& onDone)
-      : CSketchModalDialog(window, place, title, {kPathWidth, 136}), fOnDone(onDone) {
+                    std::function<void(const std::u16string&)>& onDone, std::function<void()>& onCancel)
+      : CSketchModalDialog(window, place, title, {kPathWidth, 136}), fOnDone(onDone), fOnCancel(onCancel) {
     fForm.Add(fLabel, {kMargin, 14, kPathWidth - kMargin, 14 + kRowHeight}, u"_Path of the document");
     fForm.Add(fPath, {kMargin, 40, kPathWidth - kMargin, 40 + kRowHeight},
               [this](const std::u16string& text) { fOK->SetEnabled(!text.empty()); });
     fForm.Add(fOK, ButtonPlace(1), button, [this] { Accept(); });
-    fForm.Add(fCancelButton, ButtonPlace(0), u"Cancel", [this] { Close(); });
+    fForm.Add(fCancelButton, ButtonPlace(0), u"Cancel", [this] { Cancel(); });
     fPath->SetValue(path);
     fOK->SetEnabled(!path.empty());
     fForm.SetDefault(*fOK.operator->());
@@ -195,6 +201,12 @@ class CSketchPathDialog : public CSketchModalDialog {
   }
 
  private:
+  void Cancel() override {
+    const std::function<void()> onCancel = fOnCancel;
+    Close();
+    if (onCancel) onCancel();
+  }
+  bool IsQuestion() const override { return static_cast<bool>(fOnCancel); }
   void Accept() {
     const std::u16string path = fPath->Value();
     const std::function<void(const std::u16string&)> onDone = fOnDone;
@@ -203,6 +215,7 @@ class CSketchPathDialog : public CSketchModalDialog {
   }
 
   const std::function<void(const std::u16string&)> fOnDone;
+  const std::function<void()> fOnCancel;
   CViewOf<CSketchLabel> fLabel;
   CViewOf<CSketchTextField> fPath;
   CViewOf<CSketchButton> fOK;
@@ -211,9 +224,28 @@ class CSketchPathDialog : public CSketchModalDialog {
 
 }  // namespace
 
+TRect DialogFrame(const TSize& size, const TPoint& middle) {
+  MONITORINFO monitor = {};
+  monitor.cbSize = sizeof(monitor);
+  ::GetMonitorInfoW(::MonitorFromPoint({middle.fX, middle.fY}, MONITOR_DEFAULTTONEAREST), &monitor);
+  const RECT& area = monitor.rcWork;
+  const std::int32_t left = std::max<std::int32_t>(
+      std::min<std::int32_t>(middle.fX - size.fWidth / 2, area.right - size.fWidth), area.left);
+  const std::int32_t top = std::max<std::int32_t>(
+      std::min<std::int32_t>(middle.fY - size.fHeight / 2, area.bottom - size.fHeight), area.top);
+  return {left, top, left + size.fWidth, top + size.fHeight};
+}
+
+TRect FrameOnScreen(IWindow& window) {
+  TNativeWindow native = {nullptr};
+  ThrowIfFailed(window.IWindow_GetNativeWindow(native));
+  RECT frame = {};
+  ::GetWindowRect(native.fHwnd, &frame);
+  return {frame.left, frame.top, frame.right, frame.bottom};
+}
+
 TPoint MiddleOf(IWindow& window) {
-  TRect frame = {0, 0, 0, 0};
-  ThrowIfFailed(window.IWindow_GetFrameRect(frame));
+  const TRect frame = FrameOnScreen(window);
   return {(frame.fLeft + frame.fRight) / 2, (frame.fTop + frame.fBottom) / 2};
 }
 
@@ -235,8 +267,9 @@ void ShowSettings(const TDialogPlace& place, const TDocumentSettings& settings,
 }
 
 void AskForPath(const TDialogPlace& place, const std::u16string& title, const std::u16string& button,
-                const std::u16string& path, std::function<void(const std::u16string&)> onDone) {
-  ShowModal<CSketchPathDialog>(place, title, button, path, onDone);
+                const std::u16string& path, std::function<void(const std::u16string&)> onDone,
+                std::function<void()> onCancel) {
+  ShowModal<CSketchPathDialog>(place, title, button, path, onDone, onCancel);
 }
 
 }  // namespace NSSketch

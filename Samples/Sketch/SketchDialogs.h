@@ -18,25 +18,26 @@
 
 namespace NSSketch {
 
-// Gives a dialog its title and size, in the middle of a rectangle of the screen.
+// The frame for a dialog with the middle at a point of the screen, all of it on the monitor that has the
+// point.
+NSMorvane::TRect DialogFrame(const NSMorvane::TSize& size, const NSMorvane::TPoint& middle);
+
+// Gives a dialog its title and size, and a middle in screen coordinates.
 template <class TKind>
 void PlaceDialog(TKind& window, const std::u16string& title, const NSMorvane::TSize& size,
                  const NSMorvane::TPoint& middle) {
   NSMorvane::TRect frame = {0, 0, 0, 0};
   NSMorvane::ThrowIfFailed(
       NSMorvane::WindowOf(window).IWindow_ClientRectToFrameRect({0, 0, size.fWidth, size.fHeight}, frame));
-  const std::int32_t width = NSMorvane::WidthOf(frame);
-  const std::int32_t height = NSMorvane::HeightOf(frame);
-  const std::int32_t left = std::max(middle.fX - width / 2, 0);
-  const std::int32_t top = std::max(middle.fY - height / 2, 0);
   NSMorvane::ThrowIfFailed(NSMorvane::ChangeState(window, [&](auto& state) {
     NSMorvane::CopyText(state.fTitle, title);
-    state.fPlacement.fUserRect = {left, top, left + width, top + height};
+    state.fPlacement.fUserRect = DialogFrame({NSMorvane::WidthOf(frame), NSMorvane::HeightOf(frame)}, middle);
     state.fPlacement.fZoomState = NSMorvane::kWindowStateUser;
   }));
 }
 
-// The middle of a window's frame, and of the main monitor.
+// The frame of a window in screen coordinates, its middle, and that of the main monitor.
+NSMorvane::TRect FrameOnScreen(NSMorvane::IWindow& window);
 NSMorvane::TPoint MiddleOf(NSMorvane::IWindow& window);
 NSMorvane::TPoint MiddleOfScreen(NSMorvane::IMorvane& morvane);
 
@@ -72,7 +73,7 @@ struct TMessage {
   std::vector<std::u16string> fButtons;  // the first one is pressed by Return, the last one by Escape
 };
 
-// `onAnswer` gets the index of the button.
+// `onAnswer` gets the index of the button. Quitting waits for an answer, if there is a choice.
 void ShowMessage(const TDialogPlace& place, const TMessage& message,
                  std::function<void(std::size_t)> onAnswer);
 
@@ -90,8 +91,10 @@ void ShowSettings(const TDialogPlace& place, const TDocumentSettings& settings,
 
 // --- A path of a file
 
-// `button` is the text of the button that accepts it.
+// `button` is the text of the button that accepts it. With `onCancel`, which is called if the user does not,
+// quitting waits for the dialog; without, it takes the dialog away.
 void AskForPath(const TDialogPlace& place, const std::u16string& title, const std::u16string& button,
-                const std::u16string& path, std::function<void(const std::u16string&)> onDone);
+                const std::u16string& path, std::function<void(const std::u16string&)> onDone,
+                std::function<void()> onCancel = {});
 
 }  // namespace NSSketch

@@ -14,7 +14,7 @@ namespace {
 constexpr std::int32_t kScrollAtOnce = 24;
 
 // How far to scroll when the mouse is beyond an edge.
-std::int32_t Beyond(std::int32_t position, std::int32_t first, std::int32_t last) {
+std::int32_t StepBeyond(std::int32_t position, std::int32_t first, std::int32_t last) {
   return std::clamp(std::max(first - position, 0) - std::max(position - last + 1, 0), -kScrollAtOnce,
                     kScrollAtOnce);
 }
@@ -30,11 +30,24 @@ CSketchDrag::~CSketchDrag() {
   });
 }
 
+TPoint CSketchDrag::Beyond() const {
+  const TRect area = fView->fCanvas.Viewport().Area();
+  return {StepBeyond(fPoint.fX, area.fLeft, area.fRight), StepBeyond(fPoint.fY, area.fTop, area.fBottom)};
+}
+
+bool CSketchDrag::Scroll() {
+  if (!fView) return false;
+  const TPoint step = Beyond();
+  if (step.fX == 0 && step.fY == 0) return false;
+  if (fView->fCanvas.Scroll(step)) DragTo(fPoint, fModifiers);
+  return true;
+}
+
 void CSketchDrag::DragTo(const TPoint& point, const TModifierKeys& modifiers) {
   fPoint = point;
+  fModifiers = modifiers;
   CSketchCanvas& canvas = fView->fCanvas;
-  const TRect area = canvas.Viewport().Area();
-  canvas.Scroll({Beyond(point.fX, area.fLeft, area.fRight), Beyond(point.fY, area.fTop, area.fBottom)});
+  if (const TPoint step = Beyond(); step.fX != 0 || step.fY != 0) canvas.Owner().OnDraggedBeyond();
   const TSketchPointer pointer = canvas.Pointer(point, modifiers);
   canvas.Owner().OnPointerMoved(pointer.fPosition);
   canvas.Tool().Drag(pointer);

@@ -15,6 +15,8 @@ class CSketchDrag : public NSMorvane::CDefaultMouseCapture {
   ~CSketchDrag() override;
   // The canvas has gone.
   void Forget() { fView = nullptr; }
+  // A step towards the mouse, if that is beyond an edge. False if it is not.
+  bool Scroll();
 
   NSMorvane::TError IMouseCapture_OnMouseUp(const NSMorvane::TMouseEvent& event) override;
   NSMorvane::TError IMouseCapture_OnMouseMove(const NSMorvane::TMouseTracking& event) override;
@@ -28,10 +30,12 @@ class CSketchDrag : public NSMorvane::CDefaultMouseCapture {
                                                       NSMorvane::TError& outError) override;
 
  private:
+  NSMorvane::TPoint Beyond() const;
   void DragTo(const NSMorvane::TPoint& point, const NSMorvane::TModifierKeys& modifiers);
 
   CSketchCanvasView* fView;
   NSMorvane::TPoint fPoint;
+  NSMorvane::TModifierKeys fModifiers = {0, 0};
 };
 
 }  // namespace NSSketch

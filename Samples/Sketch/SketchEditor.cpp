@@ -36,6 +36,7 @@ bool CSketchEditor::IsSelected(std::size_t index) const {
 }
 
 void CSketchEditor::SetSelection(TShapeIndices indices) {
+  SetMark(std::nullopt);
   std::sort(indices.begin(), indices.end());
   std::erase_if(indices, [&](std::size_t index) { return index >= fDocument->Shapes().size(); });
   TShapeIndices changed;
@@ -68,15 +69,41 @@ void CSketchEditor::ToggleSelected(std::size_t index) {
   Select(std::move(indices));
 }
 
-void CSketchEditor::SelectNext(bool backwards) {
+// The shape behind the last one of these, around the end, or the one in front of the first.
+std::size_t CSketchEditor::Neighbour(const TShapeIndices& indices, bool backwards) const {
   const std::size_t count = fDocument->Shapes().size();
-  if (count == 0) return;
-  if (fSelection.empty())
-    Select({backwards ? count - 1 : 0});
-  else if (backwards)
-    Select({(fSelection.front() + count - 1) % count});
-  else
-    Select({(fSelection.back() + 1) % count});
+  if (indices.empty()) return backwards ? count - 1 : 0;
+  return backwards ? (indices.front() + count - 1) % count : (indices.back() + 1) % count;
+}
+
+void CSketchEditor::SelectNext(bool backwards) {
+  if (!fDocument->Shapes().empty()) Select({Neighbour(fSelection, backwards)});
+}
+
+// --- The mark
+
+void CSketchEditor::SetMark(std::optional<std::size_t> mark) {
+  for (const auto& one : {std::exchange(fMark, mark), mark})
+    if (one && *one < fDocument->Shapes().size()) TellArea(BoundsOf(Shape(*one)));
+}
+
+void CSketchEditor::MarkNext(bool backwards) {
+  if (fDocument->Shapes().empty()) return;
+  SetMark(Neighbour(fMark ? TShapeIndices{*fMark} : fSelection, backwards));
+  TellState();
+}
+
+void CSketchEditor::ClearMark() {
+  SetMark(std::nullopt);
+  TellState();
+}
+
+void CSketchEditor::ToggleMarked() {
+  if (!fMark) return;
+  const std::size_t mark = *fMark;
+  ToggleSelected(mark);
+  SetMark(mark);
+  TellState();
 }
 
 TSketchRect CSketchEditor::SelectionFrame() const {

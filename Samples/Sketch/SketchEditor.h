@@ -48,6 +48,13 @@ class CSketchEditor {
   void ToggleSelected(std::size_t index);
   // The next shape in the order of drawing, around the end; or the one before.
   void SelectNext(bool backwards);
+  // The shape that ToggleMarked is about, so that shapes can be chosen one by one without a mouse. It goes
+  // with any other change of the selection, and with any of the document.
+  std::optional<std::size_t> Mark() const { return fMark; }
+  // Marks the next shape, or the one before. The first time it is the neighbour of what is selected.
+  void MarkNext(bool backwards);
+  void ToggleMarked();
+  void ClearMark();
   // The box around everything selected, outlines aside.
   TSketchRect SelectionFrame() const;
 
@@ -116,6 +123,8 @@ class CSketchEditor {
   void Remember(std::unique_ptr<TEdit> edit);
   bool CanMerge(const char* name) const;
   void SetSelection(TShapeIndices indices);
+  void SetMark(std::optional<std::size_t> mark);
+  std::size_t Neighbour(const TShapeIndices& indices, bool backwards) const;
   void TellArea(const TSketchRect& area);
   void TellState();
 
@@ -123,6 +132,7 @@ class CSketchEditor {
   ISketchTextMeasure& fMeasure;
   ISketchEditorListener* fListener = nullptr;
   TShapeIndices fSelection;
+  std::optional<std::size_t> fMark;
   std::vector<std::unique_ptr<TEdit>> fEdits;
   std::size_t fDone = 0;    // how many of them are in the document
   std::size_t fSaved = 0;   // how many were, when it was saved; beyond reach if that cannot come back

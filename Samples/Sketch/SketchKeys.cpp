@@ -1,25 +1,48 @@
 #include "SketchKeys.h"
 
+#include <windows.h>
+
 #include <MorvaneDefaults.h>
+
+#include <algorithm>
 
 namespace NSSketch {
 
 using namespace NSMorvane;
 
-bool TSketchKey::IsLetter() const {
-  return IsPlain() && fCharacter >= u' ' && fCharacter != kKeyCharDelete &&
-         !(fCharacter >= kKeyCharF1 && fCharacter <= kKeyCharRight);
+namespace {
+
+bool IsWritten(char16_t c) {
+  return c >= u' ' && c != kKeyCharDelete && !(c >= kKeyCharF1 && c <= kKeyCharRight);
 }
+
+// Readings know nothing of Caps Lock, which turns letters with two forms around.
+void ApplyCapsLock(std::u16string& text) {
+  if ((::GetKeyState(VK_CAPITAL) & 1) == 0) return;
+  std::u16string other = text;
+  ::CharUpperBuffW(reinterpret_cast<wchar_t*>(other.data()), static_cast<DWORD>(other.size()));
+  if (other == text)
+    ::CharLowerBuffW(reinterpret_cast<wchar_t*>(other.data()), static_cast<DWORD>(other.size()));
+  text = other;
+}
+
+}  // namespace
 
 TSketchKey MeaningOf(IMorvane& morvane, const TKeyEvent& event) {
   TKeyInterpretation reading = {};
   if (morvane.IMorvane_GetDefaultInterpretation(event.fPhysicalKey, event.fModifiers, reading) != kOK)
     return {};
   const std::uint32_t keys = reading.fModifiers.fKeys;
-  const bool isEnter = reading.fKeyText[0] == kKeyCharKeypadEnter;
-  const char16_t character = isEnter ? char16_t{kKeyReturn} : reading.fKeyText[0];
-  return {character, (keys & kModifierShift) != 0, (keys & kModifierControl) != 0,
-          (keys & kModifierAlt) != 0};
+  TSketchKey key;
+  key.fText = reading.fKeyText;
+  if (key.fText.size() == 1)
+    key.fCharacter = key.fText[0] == kKeyCharKeypadEnter ? char16_t{kKeyReturn} : key.fText[0];
+  key.fShift = (keys & kModifierShift) != 0;
+  key.fControl = (keys & kModifierControl) != 0;
+  key.fAlt = (keys & kModifierAlt) != 0;
+  if (!std::all_of(key.fText.begin(), key.fText.end(), IsWritten)) key.fText.clear();
+  ApplyCapsLock(key.fText);
+  return key;
 }
 
 bool EditWithKey(CSketchLineEdit& line, const TSketchKey& key) {
@@ -45,7 +68,7 @@ bool EditWithKey(CSketchLineEdit& line, const TSketchKey& key) {
         return true;
       }
       if (!key.IsLetter()) return false;
-      line.Insert(std::u16string_view(&key.fCharacter, 1));
+      line.Insert(key.fText);
       return true;
   }
 }

@@ -3,19 +3,21 @@
 
 #include <Morvane.h>
 
+#include <string>
+
 #include "SketchLineEdit.h"
 
 namespace NSSketch {
 
 // What a key press means.
 struct TSketchKey {
-  char16_t fCharacter = 0;  // as in TKeyInterpretation::fKeyText; 0 for none
+  char16_t fCharacter = 0;  // as in TKeyInterpretation::fKeyText; 0 for none, and for more than one
   bool fShift = false;      // what is held beyond what the character accounts for
   bool fControl = false;
   bool fAlt = false;
+  std::u16string fText;  // what it writes into a text; empty for nothing
   bool IsPlain() const { return !fControl && !fAlt; }
-  // A character that can be typed into a text.
-  bool IsLetter() const;
+  bool IsLetter() const { return IsPlain() && !fText.empty(); }
 };
 
 enum : char16_t { kKeyBackspace = 8, kKeyTab = 9, kKeyReturn = 13, kKeyEscape = 27 };

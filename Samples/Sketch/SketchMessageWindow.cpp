@@ -1,12 +1,9 @@
 #include "SketchMessageWindow.h"
 
-#include "SketchApplication.h"
-#include "SketchDialogs.h"
 #include "SketchFiles.h"
 #include "SketchPainter.h"
 #include "SketchSmoothing.h"
 #include "SketchTheme.h"
-#include "SketchWindow.h"
 
 namespace NSSketch {
 
@@ -67,7 +64,7 @@ TError CSketchMessageView::IViewBehavior_Draw(IDrawTools& tools) {
 CSketchMessageWindow::CSketchMessageWindow(IDocumentWindow& window, IMorvane& morvane,
                                            CSketchApplication& application, const std::u16string& path,
                                            const std::u16string& message)
-    : CDefaultDocumentWindowBehavior(window), fMorvane(morvane), fApplication(application), fPath(path) {
+    : CSketchCommandWindow(window, morvane, application, path) {
   const std::u16string name = NameOfPath(path);
   ThrowIfFailed(fMessageView.Create(morvane, RootViewOf(window), "Message", ViewParams(kViewDrawTemporary32),
                                     name + u" cannot be opened", message, path));
@@ -76,63 +73,6 @@ CSketchMessageWindow::CSketchMessageWindow(IDocumentWindow& window, IMorvane& mo
 
 TError CSketchMessageWindow::IDocumentWindowBehavior_OnClientSizeChanged(const TSize&, const TSize& newSize) {
   return SetRect(*fMessageView.View(), {0, 0, newSize.fWidth, newSize.fHeight});
-}
-
-// --- Commands
-
-bool CSketchMessageWindow::IsCommandEnabled(TSketchCommand command) const {
-  return command == kCommandAbout || command == kCommandNew || command == kCommandOpen;
-}
-
-void CSketchMessageWindow::Perform(TSketchCommand command) {
-  switch (command) {
-    case kCommandAbout:
-      fApplication.ShowAbout();
-      break;
-    case kCommandNew:
-      fApplication.OpenUntitled();
-      break;
-    case kCommandOpen: {
-      IModalOwner* owner = nullptr;
-      ThrowIfFailed(fWindow.IDocumentWindow_GetModalOwner(owner));
-      AskForPath({fMorvane, owner, MiddleOf(WindowOf(fWindow))}, u"Open", u"Open", fPath,
-                 [&application = fApplication](const std::u16string& path) { application.OpenFile(path); });
-      break;
-    }
-    case kCommandClose:
-      ThrowIfFailed(fWindow.IDocumentWindow_Release());
-      break;
-    default:
-      break;
-  }
-}
-
-TError CSketchMessageWindow::IDocumentWindowBehavior_HandleKeyDown(const TKeyEvent& event,
-                                                                   TFlag& outHandled) {
-  outHandled = 0;
-  return Guarded([&] {
-    const TSketchKey key = MeaningOf(fMorvane, event);
-    if (!key.fControl || key.fAlt || key.fCharacter != u'w') return TError{kOK};
-    outHandled = 1;
-    Perform(kCommandClose);
-    return TError{kOK};
-  });
-}
-
-TError CSketchMessageWindow::IDocumentWindowBehavior_OnSetupMenuBar(IMenuBarState& state) {
-  return Guarded([&] {
-    FillMenuBar(state, *this);
-    return TError{kOK};
-  });
-}
-
-TError CSketchMessageWindow::IDocumentWindowBehavior_OnMenuCommand(const TMenuCommandEvent& event,
-                                                                   TFlag& outHandled) {
-  outHandled = 1;
-  return Guarded([&] {
-    if (!IsBlockedWindow(WindowOf(fWindow))) Perform(static_cast<TSketchCommand>(event.fCommand));
-    return TError{kOK};
-  });
 }
 
 }  // namespace NSSketch

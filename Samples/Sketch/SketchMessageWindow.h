@@ -6,11 +6,9 @@
 
 #include <string>
 
-#include "SketchCommands.h"
+#include "SketchCommandWindow.h"
 
 namespace NSSketch {
-
-class CSketchApplication;
 
 class CSketchMessageView : public NSMorvane::CDefaultViewBehavior {
  public:
@@ -28,30 +26,16 @@ class CSketchMessageView : public NSMorvane::CDefaultViewBehavior {
 };
 
 // Its menus are those of a document, of which only the items that need none can be chosen.
-class CSketchMessageWindow : public NSMorvane::CDefaultDocumentWindowBehavior, private ISketchCommandTarget {
+class CSketchMessageWindow : public CSketchCommandWindow {
  public:
   CSketchMessageWindow(NSMorvane::IDocumentWindow& window, NSMorvane::IMorvane& morvane,
                        CSketchApplication& application, const std::u16string& path,
                        const std::u16string& message);
 
-  NSMorvane::TError IDocumentWindowBehavior_HandleKeyDown(const NSMorvane::TKeyEvent& event,
-                                                          NSMorvane::TFlag& outHandled) override;
-  NSMorvane::TError IDocumentWindowBehavior_OnSetupMenuBar(NSMorvane::IMenuBarState& state) override;
-  NSMorvane::TError IDocumentWindowBehavior_OnMenuCommand(const NSMorvane::TMenuCommandEvent& event,
-                                                          NSMorvane::TFlag& outHandled) override;
-
   NSMorvane::TError IDocumentWindowBehavior_OnClientSizeChanged(const NSMorvane::TSize& oldSize,
                                                                 const NSMorvane::TSize& newSize) override;
 
  private:
-  bool IsCommandEnabled(TSketchCommand command) const override;
-  bool IsCommandChecked(TSketchCommand) const override { return false; }
-  std::u16string TextOfCommand(TSketchCommand, const std::u16string& text) const override { return text; }
-  void Perform(TSketchCommand command) override;
-
-  NSMorvane::IMorvane& fMorvane;
-  CSketchApplication& fApplication;
-  const std::u16string fPath;
   NSMorvane::CViewOf<CSketchMessageView> fMessageView;
 };
 

@@ -14,10 +14,10 @@ namespace {
 
 constexpr LONG kHandleRadius = 4;
 
-void DrawHandle(HDC port, const TPoint& point, TSketchColor color) {
+void DrawHandle(HDC port, const TPoint& point, TSketchColor color, bool isCurrent) {
   const RECT box = {point.fX - kHandleRadius, point.fY - kHandleRadius, point.fX + kHandleRadius + 1,
                     point.fY + kHandleRadius + 1};
-  FillArea(port, box, 0xFFFFFF);
+  FillArea(port, box, isCurrent ? kMarkColor : 0xFFFFFF);
   FrameArea(port, box, color);
 }
 
@@ -34,6 +34,7 @@ TError CSketchOverlayView::IViewBehavior_Draw(IDrawTools& tools) {
       DrawCaret(port);
     else
       DrawSelection(port);
+    DrawMark(port);
     if (const auto band = fCanvas.Band())
       FrameArea(port, Grown(fCanvas.Viewport().ToWindow(*band), 0), kAccentColor);
     return TError{kOK};
@@ -52,8 +53,20 @@ void CSketchOverlayView::DrawSelection(HDC port) const {
       FrameArea(port, Grown(viewport.ToWindow(FrameOf(shape, editor.Measure())), handles.empty() ? 2 : 0),
                 color);
     if (editor.Selection().size() > 1) continue;
-    for (const THandle& handle : handles) DrawHandle(port, viewport.ToWindow(handle.fPosition), color);
+    const std::optional<std::size_t> current = fCanvas.CurrentHandle();
+    for (std::size_t i = 0; i < handles.size(); ++i)
+      DrawHandle(port, viewport.ToWindow(handles[i].fPosition), color, current == i);
   }
+}
+
+// Around the selection's own frame, so that both can be seen.
+void CSketchOverlayView::DrawMark(HDC port) const {
+  const std::optional<std::size_t> mark = fCanvas.Editor().Mark();
+  if (!mark) return;
+  const TSketchRect frame = FrameOf(fCanvas.Editor().Shape(*mark), fCanvas.Editor().Measure());
+  const RECT box = Grown(fCanvas.Viewport().ToWindow(frame), 5);
+  FrameArea(port, box, kMarkColor);
+  FrameArea(port, {box.left + 1, box.top + 1, box.right - 1, box.bottom - 1}, kMarkColor);
 }
 
 void CSketchOverlayView::DrawCaret(HDC port) const {

@@ -20,6 +20,7 @@ class CSketchOverlayView : public NSMorvane::CDefaultViewBehavior {
 
  private:
   void DrawSelection(HDC__* port) const;
+  void DrawMark(HDC__* port) const;
   void DrawCaret(HDC__* port) const;
 
   const CSketchCanvas& fCanvas;

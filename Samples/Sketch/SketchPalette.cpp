@@ -163,6 +163,16 @@ void CSketchPalette::StayAbove() {
     ::SetWindowPos(native.fHwnd, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
+TError CSketchPalette::IFloatingWindowBehavior_OnRequestClose(TCloseReason reason) {
+  return Guarded([&] {
+    if (reason == kCloseByLibrary)
+      fApplication.OnQuitAsks(nullptr);
+    else
+      Close();
+    return TError{kOK};
+  });
+}
+
 // Nothing is typed here, so all shortcuts are those of the document in front, which gets the keys back with
 // Escape.
 TError CSketchPalette::IFloatingWindowBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) {

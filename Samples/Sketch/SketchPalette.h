@@ -47,6 +47,7 @@ class CSketchPalette : public NSMorvane::CDefaultFloatingWindowBehavior {
   void StayAbove();
   void Close() { NSMorvane::ThrowIfFailed(fWindow.IFloatingWindow_Release()); }
 
+  NSMorvane::TError IFloatingWindowBehavior_OnRequestClose(NSMorvane::TCloseReason reason) override;
   NSMorvane::TError IFloatingWindowBehavior_HandleKeyDown(const NSMorvane::TKeyEvent& event,
                                                           NSMorvane::TFlag& outHandled) override;
 

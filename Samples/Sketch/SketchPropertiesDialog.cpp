@@ -242,6 +242,16 @@ void CSketchPropertiesDialog::Refresh() {
   fSize->SetEnabled(hasText);
 }
 
+TError CSketchPropertiesDialog::IModelessDialogBehavior_OnRequestClose(TCloseReason reason) {
+  return Guarded([&] {
+    if (reason == kCloseByLibrary)
+      fApplication.OnQuitAsks(nullptr);
+    else
+      Close();
+    return TError{kOK};
+  });
+}
+
 // Escape goes back to the document, and closes the dialog; shortcuts are those of the document in front.
 TError CSketchPropertiesDialog::IModelessDialogBehavior_HandleKeyDown(const TKeyEvent& event,
                                                                       TFlag& outHandled) {

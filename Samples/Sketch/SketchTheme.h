@@ -16,6 +16,7 @@ constexpr TSketchColor kQuietTextColor = 0x6A717C;
 constexpr TSketchColor kAccentColor = 0x2F6FDE;
 constexpr TSketchColor kAccentTintColor = 0xDCE8FB;  // behind what is chosen
 constexpr TSketchColor kToolColor = 0x4A515C;        // pictures of tools
+constexpr TSketchColor kMarkColor = 0xE8590C;        // what keys are about: a marked shape, a current point
 constexpr TSketchColor kWarningColor = 0xD9822B;
 
 // --- Sizes, in pixels

@@ -384,4 +384,16 @@ std::optional<THandle> HandleAt(const CSketchEditor& editor, const TSketchPointe
   return std::nullopt;
 }
 
+void MoveHandle(CSketchEditor& editor, std::size_t handle, TSketchPoint move) {
+  if (editor.Selection().size() != 1) return;
+  const TShape& shape = editor.Shape(editor.Selection()[0]);
+  const std::vector<THandle> handles = HandlesOf(shape);
+  if (handle >= handles.size()) return;
+  const TSketchPoint from = handles[handle].fPosition;
+  const TSketchPoint to = {from.fX + move.fX, from.fY + move.fY};
+  const TShape moved = WithHandleAt(shape, handles[handle], to, false);
+  if (moved == shape || HandlesOf(moved)[handle].fPosition != to) return;
+  editor.ChangeSelected("Resize", true, [&](TShape& changed) { changed = moved; });
+}
+
 }  // namespace NSSketch

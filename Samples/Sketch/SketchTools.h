@@ -85,4 +85,8 @@ TShape ShapeAround(TSketchTool tool, const TShape& style, TSketchPoint center);
 // The handle of the selected shape at a point. Only a shape that is selected alone has handles.
 std::optional<THandle> HandleAt(const CSketchEditor& editor, const TSketchPointer& pointer);
 
+// Moves a handle of the selected shape, told by its place in HandlesOf. A handle does not go past the one on
+// the other side.
+void MoveHandle(CSketchEditor& editor, std::size_t handle, TSketchPoint move);
+
 }  // namespace NSSketch

@@ -1,7 +1,5 @@
 #include "SketchWindow.h"
 
-#include <windows.h>
-
 #include <algorithm>
 #include <utility>
 
@@ -17,11 +15,8 @@ namespace {
 
 constexpr TSize kMinimumSize = {480, 400};
 constexpr std::int32_t kLeastWidthWithSidePanel = 680;
-constexpr std::int32_t kDeskMargin = 32;     // above and below the sheet
-constexpr std::int32_t kDeskSide = 72;       // beside it; the palette has room there
-constexpr std::int32_t kScreenMargin = 24;   // left free around a new window
-constexpr std::int32_t kCascadeStep = 28;    // from one new window to the next
-constexpr std::int32_t kCascadeWindows = 8;  // before it starts again
+constexpr std::int32_t kDeskMargin = 32;  // above and below the sheet
+constexpr std::int32_t kDeskSide = 72;    // beside it; the palette has room there
 
 // As large as the sheet with some desk around it needs it.
 TSize IdealSize(const CSketchDocument& document) {
@@ -31,46 +26,10 @@ TSize IdealSize(const CSketchDocument& document) {
 
 }  // namespace
 
-void SetUpWindow(IMorvane& morvane, IDocumentWindow& window, const std::u16string& title,
-                 const TSize& minimum, TSize ideal) {
-  static std::int32_t windowsSoFar = 0;
-  TMonitorList monitors;
-  ThrowIfFailed(morvane.IMorvane_GetMonitors(monitors));
-  const TRect& screen = monitors.fMonitors[monitors.fMainMonitorIndex].fWorkArea;
-  TRect frame = {0, 0, 0, 0};  // around an empty client area
-  ThrowIfFailed(WindowOf(window).IWindow_ClientRectToFrameRect({0, 0, 0, 0}, frame));
-  const TSize room = {WidthOf(screen) - WidthOf(frame) - 2 * kScreenMargin,
-                      HeightOf(screen) - HeightOf(frame) - 2 * kScreenMargin};
-  ideal.fWidth = std::max(std::min(ideal.fWidth, room.fWidth), minimum.fWidth);
-  ideal.fHeight = std::max(std::min(ideal.fHeight, room.fHeight), minimum.fHeight);
-  const std::int32_t shift = kCascadeStep * (windowsSoFar++ % kCascadeWindows);
-  const std::int32_t left = screen.fLeft + kScreenMargin + std::clamp(room.fWidth - ideal.fWidth, 0, shift);
-  const std::int32_t top = screen.fTop + kScreenMargin + std::clamp(room.fHeight - ideal.fHeight, 0, shift);
-
-  ThrowIfFailed(ChangeState(window, [&](TDocumentWindowState& state) {
-    CopyText(state.fTitle, title);
-    state.fMinimumClientSize = minimum;
-    state.fIdealClientSize = ideal;
-    // The ideal rectangle gets the ideal size, at the place of the user's rectangle.
-    state.fPlacement.fUserRect = {left, top, left + WidthOf(state.fPlacement.fUserRect),
-                                  top + HeightOf(state.fPlacement.fUserRect)};
-    state.fPlacement.fZoomState = kWindowStateIdeal;
-  }));
-}
-
-bool IsBlockedWindow(IWindow& window) {
-  TNativeWindow native = {nullptr};
-  ThrowIfFailed(window.IWindow_GetNativeWindow(native));
-  return !::IsWindowEnabled(native.fHwnd) || !::IsWindowVisible(native.fHwnd);
-}
-
 CSketchWindow::CSketchWindow(IDocumentWindow& window, IMorvane& morvane, CSketchApplication& application,
                              std::unique_ptr<CSketchDocument> document, const std::u16string& path,
                              const std::u16string& name)
-    : CDefaultDocumentWindowBehavior(window),
-      fApplication(application),
-      fMorvane(morvane),
-      fPath(path),
+    : CSketchCommandWindow(window, morvane, application, path),
       fName(name),
       fEditor(std::move(document), TextMeasure()),
       fCanvas(morvane, fEditor, *this) {
@@ -121,24 +80,6 @@ TError CSketchWindow::IDocumentWindowBehavior_OnActivationChanged(TFlag active) 
   });
 }
 
-// What has no place in the menus.
-TError CSketchWindow::IDocumentWindowBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) {
-  outHandled = 0;
-  return Guarded([&] {
-    const TSketchKey key = MeaningOf(fMorvane, event);
-    if (key.fControl && !key.fAlt && key.fCharacter == u'w') {
-      outHandled = 1;
-      Perform(kCommandClose);
-    } else if (key.fControl && !key.fAlt && key.fCharacter == u'Z') {
-      outHandled = 1;
-      if (IsCommandEnabled(kCommandRedo)) Perform(kCommandRedo);
-    }
-    return TError{kOK};
-  });
-}
-
-bool CSketchWindow::IsBlocked() const { return IsBlockedWindow(Window()); }
-
 // --- What has changed
 
 void CSketchWindow::OnAreaChanged(const TSketchRect& area) { fCanvas.InvalidateArea(area); }
@@ -151,6 +92,7 @@ void CSketchWindow::OnCanvasChanged() {
 
 // The overview waits for the end of a drag.
 void CSketchWindow::OnStateChanged() {
+  fCanvas.CheckCurrentHandle();
   if (!fEditor.IsInGesture()) Invalidate(*fSidePanel.View());
   Invalidate(*fStatus.View());
   if (fEditor.IsModified() != fIsModified) {
@@ -188,5 +130,7 @@ void CSketchWindow::ChooseTool(TSketchTool tool) {
 const TShape& CSketchWindow::StyleOfNewShapes() { return fApplication.Style(); }
 
 void CSketchWindow::ShowProperties() { fApplication.ShowProperties(); }
+
+void CSketchWindow::OnDraggedBeyond() { fApplication.KeepScrolling(*this); }
 
 }  // namespace NSSketch

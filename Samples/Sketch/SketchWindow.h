@@ -9,7 +9,7 @@
 #include <string>
 
 #include "SketchCanvas.h"
-#include "SketchCommands.h"
+#include "SketchCommandWindow.h"
 #include "SketchDialogs.h"
 #include "SketchEditor.h"
 #include "SketchPreviewView.h"
@@ -18,12 +18,7 @@
 
 namespace NSSketch {
 
-class CSketchApplication;
-
-class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
-                      public ISketchCommandTarget,
-                      private ISketchEditorListener,
-                      private ISketchCanvasOwner {
+class CSketchWindow : public CSketchCommandWindow, private ISketchEditorListener, private ISketchCanvasOwner {
  public:
   // `path` is empty for a document without a file.
   CSketchWindow(NSMorvane::IDocumentWindow& window, NSMorvane::IMorvane& morvane,
@@ -31,16 +26,10 @@ class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
                 const std::u16string& path, const std::u16string& name);
   ~CSketchWindow() override;
 
-  const std::u16string& Path() const { return fPath; }
   CSketchEditor& Editor() { return fEditor; }
-  NSMorvane::IWindow& Window() const { return NSMorvane::WindowOf(fWindow); }
-  // Brings the window to the front.
-  void Focus() { NSMorvane::ThrowIfFailed(fWindow.IDocumentWindow_FocusNow()); }
-  // Whether a dialog of this window's, or of the application's, is to be answered first; or the window is on
-  // its way out.
-  bool IsBlocked() const;
   // Ends what is being done on the canvas; see there.
   void FinishAll() { fCanvas.FinishAll(); }
+  bool ScrollWithDrag() { return fCanvas.ScrollWithDrag(); }
   // The application has another tool.
   void OnToolChanged();
   // Has the menu bar filled anew, if anything in it is different now.
@@ -55,13 +44,12 @@ class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
   NSMorvane::TError IDocumentWindowBehavior_OnClientSizeChanged(const NSMorvane::TSize& oldSize,
                                                                 const NSMorvane::TSize& newSize) override;
   NSMorvane::TError IDocumentWindowBehavior_OnActivationChanged(NSMorvane::TFlag active) override;
-  NSMorvane::TError IDocumentWindowBehavior_HandleKeyDown(const NSMorvane::TKeyEvent& event,
-                                                          NSMorvane::TFlag& outHandled) override;
-  NSMorvane::TError IDocumentWindowBehavior_OnSetupMenuBar(NSMorvane::IMenuBarState& state) override;
-  NSMorvane::TError IDocumentWindowBehavior_OnMenuCommand(const NSMorvane::TMenuCommandEvent& event,
-                                                          NSMorvane::TFlag& outHandled) override;
-  NSMorvane::TError IDocumentWindowBehavior_OnHelpRequested(NSMorvane::TFlag& outHandled) override;
-  NSMorvane::TError IDocumentWindowBehavior_OnRequestClose(NSMorvane::TCloseReason reason) override;
+
+  // --- SketchWindowFile.cpp
+  // Asks whether to save, if that is not known yet. True if quitting has to wait for an answer.
+  bool AskBeforeQuitting();
+  // Quitting was given up, and with it the answers.
+  void ForgetAnswer() { fDiscarded.reset(); }
 
  private:
   void LayOut(const NSMorvane::TSize& clientSize);
@@ -74,6 +62,7 @@ class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
   void OnCanvasStateChanged() override;
   void ShowContextMenu(const NSMorvane::TPoint& point, bool onShape) override;
   void ShowProperties() override;
+  void OnDraggedBeyond() override;
   void ChooseTool(TSketchTool tool) override;
   const TShape& StyleOfNewShapes() override;
 
@@ -83,36 +72,28 @@ class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
   void ShowSettingsDialog();
 
   // --- SketchWindowFile.cpp
-  NSMorvane::IModalOwner* ModalOwner() const;
-  TDialogPlace DialogPlace() const;
+  void RequestClose() override;
+  bool HasUnsavedChanges() const;
   // False if it was not saved; the user has been told why. A document without a file is not saved.
   bool Save();
   bool SaveTo(const std::u16string& path);
   void AskWhereToSave(bool thenClose);
   void SaveAs(const std::u16string& path, bool thenClose);
-  void AskWhetherToSave(NSMorvane::TCloseReason reason);
-  void Close();
+  void AskWhetherToSave(bool isQuitting);
+  void GoOnClosing();
+  void GiveUpClosing();
 
-  CSketchApplication& fApplication;
-  NSMorvane::IMorvane& fMorvane;
-  std::u16string fPath;
   std::u16string fName;
   CSketchEditor fEditor;
   CSketchCanvas fCanvas;
   NSMorvane::CViewOf<CSketchSidePanelView> fSidePanel;
   NSMorvane::CViewOf<CSketchPreviewView> fPreview;
   NSMorvane::CViewOf<CSketchStatusView> fStatus;
-  std::u16string fMenuState;  // what the menu bar was made of
-  bool fIsModified = false;   // as the title has it
+  std::u16string fMenuState;                // what the menu bar was made of
+  bool fIsModified = false;                 // as the title has it
+  bool fIsAsking = false;                   // whether to save, or where
+  std::optional<std::uint64_t> fDiscarded;  // the revision whose changes the user does not want to keep
   CSketchLife fLife;
 };
-
-// Whether nothing may be done in the window: a dialog is to be answered first, or it has been released.
-bool IsBlockedWindow(NSMorvane::IWindow& window);
-
-// Gives a new window its title, its least size, its first size (`ideal`, as far as the main monitor has room
-// for it) and its place, a little below and to the right of the window before.
-void SetUpWindow(NSMorvane::IMorvane& morvane, NSMorvane::IDocumentWindow& window,
-                 const std::u16string& title, const NSMorvane::TSize& minimum, NSMorvane::TSize ideal);
 
 }  // namespace NSSketch

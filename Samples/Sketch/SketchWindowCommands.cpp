@@ -57,8 +57,17 @@ bool CSketchWindow::IsCommandEnabled(TSketchCommand command) const {
       return hasSelection && !isTyping;
     case kCommandPaste:
       return !fApplication.Copied().empty() && !isTyping;
+    case kCommandToggleMarked:
+      return fEditor.Mark() && !isTyping;
+    case kCommandPoints:
+      return fCanvas.CanEditPoints();
     case kCommandSelectAll:
+    case kCommandMarkNext:
+    case kCommandMarkPrevious:
       return !fEditor.Document().Shapes().empty() && !isTyping;
+    case kCommandSelectNext:
+    case kCommandSelectPrevious:
+      return !fEditor.Document().Shapes().empty();
     case kCommandZoomIn:
     case kCommandZoomOut:
       return fCanvas.Viewport().NextZoom(command == kCommandZoomIn) != fCanvas.Viewport().Percent();
@@ -70,12 +79,15 @@ bool CSketchWindow::IsCommandEnabled(TSketchCommand command) const {
 bool CSketchWindow::IsCommandChecked(TSketchCommand command) const {
   if (IsToolCommand(command)) return ToolOf(command) == fApplication.Tool();
   if (command == kCommandGrid) return fCanvas.IsGridShown();
+  if (command == kCommandPoints) return fCanvas.IsEditingPoints();
   return command == kCommandPalette && fApplication.IsPaletteShown();
 }
 
 std::u16string CSketchWindow::TextOfCommand(TSketchCommand command, const std::u16string& text) const {
   if (command == kCommandUndo && fEditor.CanUndo()) return text + u" " + AsciiText(fEditor.UndoName());
   if (command == kCommandRedo && fEditor.CanRedo()) return text + u" " + AsciiText(fEditor.RedoName());
+  if (command == kCommandSelectNext && fCanvas.IsEditingPoints()) return u"Ne_xt Point";
+  if (command == kCommandSelectPrevious && fCanvas.IsEditingPoints()) return u"Pre_vious Point";
   return text;
 }
 
@@ -92,16 +104,6 @@ void CSketchWindow::Perform(TSketchCommand command) {
     return;
   }
   switch (command) {
-    case kCommandAbout:
-      fApplication.ShowAbout();
-      break;
-    case kCommandNew:
-      fApplication.OpenUntitled();
-      break;
-    case kCommandOpen:
-      AskForPath(DialogPlace(), u"Open", u"Open", fPath,
-                 [&application = fApplication](const std::u16string& path) { application.OpenFile(path); });
-      break;
     case kCommandSave:
       if (fPath.empty())
         AskWhereToSave(false);
@@ -110,9 +112,6 @@ void CSketchWindow::Perform(TSketchCommand command) {
       break;
     case kCommandSaveAs:
       AskWhereToSave(false);
-      break;
-    case kCommandClose:
-      ThrowIfFailed(IDocumentWindowBehavior_OnRequestClose(kCloseByUser));
       break;
     case kCommandUndo:
       fEditor.Undo();
@@ -145,6 +144,26 @@ void CSketchWindow::Perform(TSketchCommand command) {
     case kCommandSelectNone:
       fEditor.Select({});
       break;
+    case kCommandSelectNext:
+    case kCommandSelectPrevious:
+      if (fCanvas.IsEditingPoints()) {
+        fCanvas.NextHandle(command == kCommandSelectPrevious);
+      } else {
+        fEditor.SelectNext(command == kCommandSelectPrevious);
+        fCanvas.Reveal(fEditor.SelectionFrame());
+      }
+      break;
+    case kCommandMarkNext:
+    case kCommandMarkPrevious:
+      fEditor.MarkNext(command == kCommandMarkPrevious);
+      if (fEditor.Mark()) fCanvas.Reveal(FrameOf(fEditor.Shape(*fEditor.Mark()), fEditor.Measure()));
+      break;
+    case kCommandToggleMarked:
+      fEditor.ToggleMarked();
+      break;
+    case kCommandPoints:
+      fCanvas.EditPoints(!fCanvas.IsEditingPoints());
+      break;
     case kCommandToFront:
     case kCommandToBack:
       fEditor.ReorderSelected(command == kCommandToFront);
@@ -172,7 +191,7 @@ void CSketchWindow::Perform(TSketchCommand command) {
       fApplication.ShowPalette(!fApplication.IsPaletteShown());
       break;
     default:
-      break;
+      CSketchCommandWindow::Perform(command);
   }
 }
 
@@ -224,31 +243,6 @@ void CSketchWindow::UpdateMenus() {
   if (state == fMenuState) return;
   fMenuState = state;
   fMorvane.IMorvane_RequestMenuBarsSetup();
-}
-
-TError CSketchWindow::IDocumentWindowBehavior_OnSetupMenuBar(IMenuBarState& state) {
-  return Guarded([&] {
-    FillMenuBar(state, *this);
-    return TError{kOK};
-  });
-}
-
-TError CSketchWindow::IDocumentWindowBehavior_OnMenuCommand(const TMenuCommandEvent& event,
-                                                            TFlag& outHandled) {
-  outHandled = 1;
-  return Guarded([&] {
-    // It may have been chosen before a dialog came.
-    if (!IsBlocked()) Perform(static_cast<TSketchCommand>(event.fCommand));
-    return TError{kOK};
-  });
-}
-
-TError CSketchWindow::IDocumentWindowBehavior_OnHelpRequested(TFlag& outHandled) {
-  outHandled = 1;
-  return Guarded([&] {
-    if (!IsBlocked()) Perform(kCommandAbout);
-    return TError{kOK};
-  });
 }
 
 void CSketchWindow::ShowContextMenu(const TPoint& point, bool onShape) {

@@ -8,14 +8,6 @@ namespace NSSketch {
 
 using namespace NSMorvane;
 
-IModalOwner* CSketchWindow::ModalOwner() const {
-  IModalOwner* owner = nullptr;
-  ThrowIfFailed(fWindow.IDocumentWindow_GetModalOwner(owner));
-  return owner;
-}
-
-TDialogPlace CSketchWindow::DialogPlace() const { return {fMorvane, ModalOwner(), MiddleOf(Window())}; }
-
 bool CSketchWindow::Save() { return SaveTo(fPath); }
 
 bool CSketchWindow::SaveTo(const std::u16string& path) {
@@ -35,13 +27,19 @@ bool CSketchWindow::SaveTo(const std::u16string& path) {
 void CSketchWindow::AskWhereToSave(bool thenClose) {
   const std::u16string path = fPath.empty() ? fName + u".sketch" : fPath;
   AskForPath(DialogPlace(), u"Save As", u"Save", FullPath(path),
-             fLife.WhileAlive(
-                 [this, thenClose](const std::u16string& chosen) { SaveAs(FullPath(chosen), thenClose); }));
+             fLife.WhileAlive([this, thenClose](const std::u16string& chosen) {
+               fIsAsking = false;
+               SaveAs(FullPath(chosen), thenClose);
+             }),
+             thenClose ? std::function<void()>(fLife.WhileAlive([this] { GiveUpClosing(); }))
+                       : std::function<void()>());
+  fIsAsking = thenClose;
 }
 
 // A file that another window shows is not written over, and any other only if the user says so.
 void CSketchWindow::SaveAs(const std::u16string& path, bool thenClose) {
   if (fApplication.WindowOfFile(path, this)) {
+    if (thenClose) GiveUpClosing();
     ShowMessage(DialogPlace(),
                 {u"Sketch",
                  fName + u" was not saved",
@@ -53,7 +51,8 @@ void CSketchWindow::SaveAs(const std::u16string& path, bool thenClose) {
     return;
   }
   const auto save = [this, path, thenClose] {
-    if (SaveTo(path) && thenClose) Close();
+    const bool isSaved = SaveTo(path);
+    if (thenClose) isSaved ? GoOnClosing() : GiveUpClosing();
   };
   if (IsSamePath(path, fPath) || !IsFile(path)) {
     save();
@@ -64,46 +63,82 @@ void CSketchWindow::SaveAs(const std::u16string& path, bool thenClose) {
                u"Replace " + NameOfPath(path) + u"?",
                {u"There is a file of this name already. Its contents would be lost.", path},
                {u"_Replace", u"Cancel"}},
-              fLife.WhileAlive([save](std::size_t answer) {
-                if (answer == 0) save();
+              fLife.WhileAlive([this, save, thenClose](std::size_t answer) {
+                fIsAsking = false;
+                if (answer == 0)
+                  save();
+                else if (thenClose)
+                  GiveUpClosing();
               }));
+  fIsAsking = thenClose;
 }
 
-void CSketchWindow::Close() { ThrowIfFailed(fWindow.IDocumentWindow_Release()); }
+// --- Closing, and quitting
 
-TError CSketchWindow::IDocumentWindowBehavior_OnRequestClose(TCloseReason reason) {
-  return Guarded([&] {
-    if (IsBlocked()) return TError{kOK};
-    fCanvas.FinishAll();
-    if (!fEditor.IsModified())
-      Close();
-    else
-      AskWhetherToSave(reason);
-    return TError{kOK};
-  });
+bool CSketchWindow::HasUnsavedChanges() const {
+  return fEditor.IsModified() && fDiscarded != fEditor.Document().Revision();
 }
 
-// If the application is quitting, it goes on with the next window when this one has gone.
-void CSketchWindow::AskWhetherToSave(TCloseReason reason) {
+void CSketchWindow::RequestClose() {
+  fCanvas.FinishAll();
+  if (!HasUnsavedChanges())
+    Close();
+  else if (!fIsAsking)
+    AskWhetherToSave(false);
+}
+
+bool CSketchWindow::AskBeforeQuitting() {
+  if (fIsAsking) {
+    Focus();
+    return true;
+  }
+  const bool isBlocked = IsBlocked();
+  if (!isBlocked) fCanvas.FinishAll();
+  if (!HasUnsavedChanges()) return false;
+  if (isBlocked) {  // by a dialog that is to be answered first
+    fApplication.StopQuitting();
+    Focus();
+  } else {
+    AskWhetherToSave(true);
+  }
+  return true;
+}
+
+void CSketchWindow::AskWhetherToSave(bool isQuitting) {
   Focus();
-  const TMessage message = {
-      u"Sketch",
-      u"Save the changes to " + fName + u"?",
-      {reason == kCloseByUser ? u"The document has changes that are not in its file yet."
-                              : u"It has changes that would be lost by quitting."},
-      {u"_Save", u"_Don't Save", u"Cancel"}};
+  const TMessage message = {u"Sketch",
+                            u"Save the changes to " + fName + u"?",
+                            {isQuitting ? u"It has changes that would be lost by quitting."
+                                        : u"The document has changes that are not in its file yet."},
+                            {u"_Save", u"_Don't Save", u"Cancel"}};
   const auto onAnswer = [this](std::size_t answer) {
-    const bool isDone = answer == 1 || (answer == 0 && !fPath.empty() && Save());
-    if (isDone) {
-      Close();
+    fIsAsking = false;
+    if (answer == 0 && fPath.empty()) {
+      AskWhereToSave(true);
       return;
     }
-    TFlag isQuitting = 0;
-    ThrowIfFailed(fMorvane.IMorvane_IsQuitting(isQuitting));
-    if (isQuitting == 1) ThrowIfFailed(fMorvane.IMorvane_StopQuitting());
-    if (answer == 0 && fPath.empty()) AskWhereToSave(true);
+    if (answer == 1) fDiscarded = fEditor.Document().Revision();
+    if (answer == 1 || (answer == 0 && Save()))
+      GoOnClosing();
+    else
+      GiveUpClosing();
   };
   ShowMessage(DialogPlace(), message, fLife.WhileAlive(onAnswer));
+  fIsAsking = true;
+}
+
+// While the application is quitting no document goes before all have been asked.
+void CSketchWindow::GoOnClosing() {
+  if (fApplication.IsQuitting())
+    fApplication.GoOnQuitting();
+  else
+    Close();
+}
+
+void CSketchWindow::GiveUpClosing() {
+  fIsAsking = false;
+  fDiscarded.reset();
+  fApplication.StopQuitting();
 }
 
 }  // namespace NSSketch

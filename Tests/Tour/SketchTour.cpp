@@ -1,7 +1,8 @@
 // A tour through the sample Sketch, with real input: SketchTour SKETCH.EXE DOCUMENT FOLDER-FOR-PICTURES
 //
 // Opens the document, a copy of Daylight.sketch, works on it with mouse and keyboard, takes a picture at each
-// station, saves it with Ctrl+S and closes the program. The exit code is 0 if everything came as it should.
+// station, and quits the program, which saves it on the way. The exit code is 0 if everything came as it
+// should.
 #include <cstdio>
 
 #include "Tourist.h"
@@ -18,7 +19,9 @@ constexpr wchar_t kTooltipClass[] = L"tooltips_class32";
 constexpr unsigned kFill = 0x7FB2F0;    // of new shapes
 constexpr unsigned kAccent = 0x2F6FDE;  // handles, frames
 constexpr unsigned kBar = 0xF4D35E;     // of the document's chart, in June
-constexpr unsigned kRed = 0xC0392B;     // a swatch
+constexpr unsigned kMark = 0xE8590C;    // what keys are about
+constexpr unsigned kDesk = 0xE3E6EA;
+constexpr unsigned kRed = 0xC0392B;  // a swatch
 
 // The program under way, and where things are in its window.
 class CTour {
@@ -36,13 +39,15 @@ class CTour {
     DrawMore();
     RubberBand();
     Tabs();
+    MarkAndPoints();
     DisabledCheckBox();
     ContextMenu();
     Menus();
     ZoomAndScroll();
     Settings();
     About();
-    CloseAndSave();
+    Close();
+    Quit();
   }
 
  private:
@@ -102,6 +107,8 @@ class CTour {
     fTourist.WaitForColor(At(586, 86), kAccent, "its handle");
     fTourist.TakePicture("rectangle");
     fTourist.WaitForTitle(fWindow, fTitle + L"*");
+    fTourist.Key({VK_CONTROL, 'S'});
+    fTourist.WaitForTitle(fWindow, fTitle);
   }
 
   void Properties() {
@@ -205,6 +212,30 @@ class CTour {
     fTourist.TakePicture("tab");
   }
 
+  // The polyline beside the circle is added and removed, and the circle's first handle moved.
+  void MarkAndPoints() {
+    fTourist.Key({VK_CONTROL, VK_TAB});
+    fTourist.WaitForColor(At(635, 465), kMark, "the mark around the polyline");
+    fTourist.Key({VK_CONTROL, VK_SPACE});
+    fTourist.WaitForColor(At(640, 465), kAccent, "both shapes to be selected");
+    fTourist.TakePicture("mark");
+    fTourist.Key({VK_CONTROL, VK_SPACE});
+    fTourist.WaitForColor(At(576, 436), kAccent, "the circle alone to be selected");
+    fTourist.Key({VK_F2});
+    fTourist.WaitForColor(At(580, 440), kMark, "the first point");
+    fTourist.Hold(VK_SHIFT);
+    fTourist.Key({VK_LEFT});
+    fTourist.WaitForColor(At(570, 440), kMark, "the first point, moved");
+    fTourist.LetGo(VK_SHIFT);
+    fTourist.Key({VK_TAB});
+    fTourist.WaitForColor(At(595, 440), kMark, "the second point");
+    fTourist.TakePicture("points");
+    fTourist.Key({VK_ESCAPE});
+    fTourist.WaitForOtherColor(At(595, 440), kMark, "the points to be left");
+    fTourist.Key({VK_CONTROL, 'Z'});
+    fTourist.WaitForColor(At(576, 436), kAccent, "the circle as it was");
+  }
+
   // It has the keys when a shape is selected that it is not for.
   void DisabledCheckBox() {
     fTourist.Key({VK_F4});
@@ -286,6 +317,14 @@ class CTour {
     fTourist.Key({VK_CONTROL, 'G'});
     fTourist.WaitFor("what was scrolled to be what is drawn anew",
                      [&] { return CTourist::Look(fCanvas) == scrolled; });
+    const POINT from = At(803, 440);
+    fTourist.MoveTo(from);
+    fTourist.Press();
+    fTourist.MoveTo({from.x, fCanvas.bottom + 10});
+    fTourist.WaitForColor({fCanvas.left + 200, fCanvas.bottom - 2}, kDesk, "the end of the sheet");
+    fTourist.TakePicture("drag-beyond");
+    fTourist.Key({VK_ESCAPE});
+    fTourist.Release();
     fTourist.Key({VK_CONTROL, '9'});  // all of it, and so in the middle
     fTourist.Key({VK_CONTROL, '0'});
     fTourist.WaitForColor(At(377, 300), kBar, "the bar to be back");
@@ -319,7 +358,26 @@ class CTour {
     fTourist.WaitUntilInFront(fWindow);
   }
 
-  void CloseAndSave() {
+  // Given up, it leaves everything as it was; asked again, it asks again.
+  void Quit() {
+    for (const int last : {VK_ESCAPE, VK_RETURN}) {
+      fTourist.Key({VK_MENU, 'A'});
+      const HWND menu = fTourist.WaitForWindow(kMenuClass, L"");
+      fTourist.Key({'X'});
+      fTourist.WaitUntilGone(menu, "the menu");
+      const HWND dialog = fTourist.WaitForWindow(kModalClass, L"Sketch");
+      fTourist.WaitUntilInFront(dialog);
+      if (last == VK_ESCAPE) fTourist.TakePicture("quit");
+      fTourist.Key({last});
+      fTourist.WaitUntilGone(dialog, "the question");
+      if (last == VK_RETURN) break;
+      fTourist.WaitUntilInFront(fWindow);
+      fTourist.WaitFor("the palette to be back", [&] { return ::IsWindowVisible(fPalette) != 0; });
+    }
+    fTourist.WaitUntilGone(fWindow, "the window");
+  }
+
+  void Close() {
     fTourist.Key({VK_CONTROL, 'W'});
     const HWND dialog = fTourist.WaitForWindow(kModalClass, L"Sketch");
     fTourist.WaitUntilInFront(dialog);
@@ -327,11 +385,6 @@ class CTour {
     fTourist.Key({VK_ESCAPE});
     fTourist.WaitUntilGone(dialog, "the question");
     fTourist.WaitUntilInFront(fWindow);
-    fTourist.Key({VK_CONTROL, 'S'});
-    fTourist.WaitForTitle(fWindow, fTitle);
-    fTourist.TakePicture("saved");
-    fTourist.Key({VK_CONTROL, 'W'});
-    fTourist.WaitUntilGone(fWindow, "the window");
   }
 
   CTourist& fTourist;

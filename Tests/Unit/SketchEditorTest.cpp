@@ -72,6 +72,32 @@ class SketchEditor : public ::testing::Test, public ISketchToolHost {
 
 }  // namespace
 
+TEST_F(SketchEditor, MarkedShapesJoinTheSelectionAndLeaveIt) {
+  fEditor->Select({3});
+  fEditor->MarkNext(false);
+  fEditor->ToggleMarked();
+  EXPECT_EQ((TShapeIndices{3, 4}), fEditor->Selection());
+  fEditor->MarkNext(false);  // around the end
+  fEditor->ToggleMarked();
+  EXPECT_EQ((TShapeIndices{0, 3, 4}), fEditor->Selection());
+  fEditor->ToggleMarked();
+  EXPECT_EQ((TShapeIndices{3, 4}), fEditor->Selection());
+  fEditor->RemoveSelected("Delete");
+  EXPECT_EQ(std::nullopt, fEditor->Mark());
+}
+
+TEST_F(SketchEditor, AHandleMovesByKeyAndStopsAtTheOtherSide) {
+  fEditor->Select({0});  // a box from 10, 10 to 110, 60
+  MoveHandle(*fEditor, 0, {90, 10});
+  EXPECT_EQ((std::vector<TSketchPoint>{{100, 20}, {110, 60}}), fEditor->Shape(0).fPoints);
+  MoveHandle(*fEditor, 0, {20, 0});
+  EXPECT_EQ((std::vector<TSketchPoint>{{100, 20}, {110, 60}}), fEditor->Shape(0).fPoints);
+  fEditor->Undo();
+  fEditor->Select({3});
+  MoveHandle(*fEditor, 1, {-1, 2});
+  EXPECT_EQ((TSketchPoint{249, 202}), fEditor->Shape(3).fPoints[1]);
+}
+
 TEST_F(SketchEditor, FindsTheShapeAtAPoint) {
   const struct {
     TSketchPoint fPoint;
