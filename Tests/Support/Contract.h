@@ -1,26 +1,21 @@
 // What tests of the contract layer share: hooks that write down their arguments, and tables of calls.
 //
-// Arguments and results are compared as texts: objects by their names, "null" for none, records by their
-// first byte in braces, "EE" for a poisoned record, "-" for an out-parameter that nobody has written to.
+// Arguments and results are compared as texts: objects by the names of their types, "null" for none, records
+// by their first byte in braces, "EE" for a poisoned record, "-" for an out-parameter that nobody has written
+// to.
 #pragma once
-
-#include <gtest/gtest.h>
 
 #include <cstring>
 #include <functional>
 #include <map>
 #include <memory>
-#include <string>
-#include <vector>
+#include <typeindex>
 
 #include "Component/Portable/MorvaneGlue.h"
 #include "Interface/MorvaneDefaults.h"
-#include "Tests/Support/RecordingDebugOutput.h"
+#include "Tests/Support/UnitTest.h"
 
 namespace NSMorvaneTest {
-
-using namespace NSMorvane;
-using Texts = std::vector<std::string>;
 
 inline std::map<const void*, std::string>& Names() {
   static std::map<const void*, std::string> names;
@@ -28,11 +23,13 @@ inline std::map<const void*, std::string>& Names() {
 }
 
 // An object that is only passed on, never called.
-template <class TInterface>
-TInterface& Dummy(const char* name) {
+template <class T>
+T& Dummy() {
   alignas(16) static char storage[64];
-  Names()[storage] = name;
-  return *reinterpret_cast<TInterface*>(storage);
+  std::string name = typeid(T).name();
+  if (name.ends_with('E')) name.pop_back();  // where names are mangled
+  Names()[storage] = name.substr(name.find_last_of("0123456789:") + 1);
+  return *reinterpret_cast<T*>(storage);
 }
 
 template <class T>
@@ -43,9 +40,9 @@ T Untouched() {
 }
 
 template <class T>
-bool ConsistsOf(const T& value, unsigned char byte) {
-  const unsigned char* const bytes = reinterpret_cast<const unsigned char*>(&value);
-  return std::all_of(bytes, bytes + sizeof(value), [byte](unsigned char b) { return b == byte; });
+bool ConsistsOf(const T& value, char byte) {
+  const std::string bytes(reinterpret_cast<const char*>(&value), sizeof(value));
+  return bytes == std::string(sizeof(value), byte);
 }
 
 inline std::string Show(const std::string& text) { return "'" + text + "'"; }
@@ -55,13 +52,14 @@ template <class T>
 std::string Show(const T& value) {
   if constexpr (std::is_abstract_v<T>) {
     return Names()[&value];
+  } else if (ConsistsOf(value, 0x5A)) {
+    return "-";
   } else if constexpr (std::is_pointer_v<T>) {
-    if (ConsistsOf(value, 0x5A)) return "-";
     return value ? Names()[value] : "null";
+  } else if constexpr (std::is_integral_v<T> || std::is_enum_v<T>) {
+    return std::to_string(value);
   } else {
-    if (ConsistsOf(value, 0x5A)) return "-";
-    if constexpr (std::is_integral_v<T> || std::is_enum_v<T>) return std::to_string(value);
-    if (ConsistsOf(value, 0xEE)) return "EE";
+    if (ConsistsOf(value, '\xEE')) return "EE";
     return "{" + std::to_string(reinterpret_cast<const unsigned char&>(value)) + "}";
   }
 }
@@ -76,15 +74,13 @@ std::string Show(const std::vector<T>& values) {
   for (const T& value : values) text += (text.size() > 1 ? " " : "") + Show(value);
   return text + "]";
 }
-inline std::string Show(const CTextReceiver& texts) {
-  return texts.fTexts.empty() ? "-" : Show(texts.fTexts);
+template <class T>
+std::string ShowReceived(const std::vector<T>& values) {
+  return values.empty() ? "-" : Show(values);
 }
-inline std::string Show(const CVectorWindowReceiver& list) {
-  return list.fWindows.empty() ? "-" : Show(list.fWindows);
-}
-inline std::string Show(const CVectorViewReceiver& list) {
-  return list.fViews.empty() ? "-" : Show(list.fViews);
-}
+inline std::string Show(const CTextReceiver& texts) { return ShowReceived(texts.fTexts); }
+inline std::string Show(const CVectorWindowReceiver& list) { return ShowReceived(list.fWindows); }
+inline std::string Show(const CVectorViewReceiver& list) { return ShowReceived(list.fViews); }
 
 inline std::string WithoutClass(const std::string& name) { return name.substr(name.find('_') + 1); }
 
@@ -96,35 +92,59 @@ class Recorder {
   std::function<void()> fOnHook;  // runs in every hook; may throw
   mutable Texts fHooks;           // "Name argument argument"
 
-  std::string JoinedHooks() const {
-    std::string all;
-    for (const std::string& hook : fHooks) all += (all.empty() ? "" : "; ") + hook;
-    return all;
+  // What hooks give that have a result of this type.
+  template <class T>
+  T& Given() const {
+    std::shared_ptr<void>& given = fGiven[typeid(T)];
+    if (given) return *static_cast<T*>(given.get());
+    const auto made = std::make_shared<T>();
+    given = made;
+    if constexpr (std::is_same_v<T, bool>) *made = true;
+    if constexpr (std::is_same_v<T, std::uint64_t>) *made = 77;
+    if constexpr (std::is_pointer_v<T>) *made = &Dummy<std::remove_pointer_t<T>>();
+    if constexpr (std::is_same_v<T, std::vector<IWindow*>>) *made = {&Dummy<IWindow>()};
+    return *made;
   }
 
  protected:
-  template <class... TArguments>
-  void Enter(const char* name, const TArguments&... arguments) const {
+  template <class TResult, class... TArguments>
+  TResult Hooked(const char* name, const TArguments&... arguments) const {
     std::string hook = WithoutClass(name);
     ((hook += " " + Show(arguments)), ...);
     fHooks.push_back(hook);
     if (fOnHook) fOnHook();
+    if constexpr (!std::is_void_v<TResult>) return Give(std::type_identity<TResult>());
   }
-  auto Hook(const char* name) const {
-    return [this, name](const auto&... arguments) { Enter(name, arguments...); };
+
+ private:
+  template <class T>
+  T Give(std::type_identity<T>) const {
+    if constexpr (std::is_pointer_v<T>)
+      if (fGivesNull) return nullptr;
+    return Given<T>();
   }
-  template <class TInterface>
-  TInterface* Give(const char* name) const {
-    return fGivesNull ? nullptr : &Dummy<TInterface>(name);
+  // The contract layer gives the bare pointer on.
+  template <class T>
+  std::unique_ptr<T> Give(std::type_identity<std::unique_ptr<T>>) const {
+    return std::unique_ptr<T>(fGivesNull ? nullptr : Given<T*>());
   }
+
+  mutable std::map<std::type_index, std::shared_ptr<void>> fGiven;
 };
 
-// A hook that only writes itself and its arguments down. What it gives stands last, if anything.
-#define HOOK(result, name, parameters, arguments, ...) \
-  result name parameters override {                    \
-    Hook(#name) arguments;                             \
-    return __VA_ARGS__;                                \
-  }
+// Hooks that only write themselves and their arguments down.
+#define HOOK0(result, name) \
+  result name() override { return Hooked<result>(#name); }
+#define HOOK1(result, name, A) \
+  result name(A a) override { return Hooked<result>(#name, a); }
+#define HOOK2(result, name, A, B) \
+  result name(A a, B b) override { return Hooked<result>(#name, a, b); }
+#define HOOK3(result, name, A, B, C) \
+  result name(A a, B b, C c) override { return Hooked<result>(#name, a, b, c); }
+#define HOOK4(result, name, A, B, C, D) \
+  result name(A a, B b, C c, D d) override { return Hooked<result>(#name, a, b, c, d); }
+#define HOOK5(result, name, A, B, C, D, E) \
+  result name(A a, B b, C c, D d, E e) override { return Hooked<result>(#name, a, b, c, d, e); }
 
 // Stands for an out-parameter of any type, and shows those that have been written to.
 class COut {
@@ -160,7 +180,7 @@ class COut {
 // What a call gives: its code, and what its out-parameters or its returned object have become.
 struct Outcome {
   TError fError;
-  std::string fOut = "-";
+  std::string fOut;
 };
 template <class TResult>
 Outcome Ended(const COut& out, const TError& error, TResult result) {
@@ -169,6 +189,8 @@ Outcome Ended(const COut& out, const TError& error, TResult result) {
   else
     return {result, out.Text()};
 }
+template <class TObject>
+using Call = std::function<Outcome(TObject&)>;
 
 // A call of the object `o`. Out-parameters are written `out`, the code of members that return an object
 // `error`.
@@ -182,11 +204,12 @@ Outcome Ended(const COut& out, const TError& error, TResult result) {
 // One operation, called well.
 template <class TObject>
 struct GoodRow {
-  const char* fName;       // the one that its messages carry; null if the object is not tested first
-  std::string fHooks;      // what it calls, with the arguments
-  const char* fOut;        // what it gives
-  const char* fFailedOut;  // the same when the hook throws
-  std::function<Outcome(TObject&)> fCall;
+  std::string fName;    // the one that its messages carry; empty if the object is not tested first
+  std::string fHooks;   // what it calls, with the arguments
+  std::string fOut;     // what it gives
+  std::string fFailed;  // the same when the hook throws; behind it, if any, what is reported of a null: of
+                        // one in an out-parameter, after a failure too
+  Call<TObject> fCall;
 };
 
 // Rows of operations that give their own names to their messages and hooks. The names are whole ones, with
@@ -196,22 +219,17 @@ struct GoodRow {
 #define BAD_ROW(name, clause, ...) \
   { #name "(): " clause, CALL(name(__VA_ARGS__)) }
 
-struct ThrowRow {
-  TError fCode;
-  std::function<void()> fThrow;
-};
-inline const std::vector<ThrowRow>& Throws() {
-  static const std::vector<ThrowRow> rows = {{12001, [] { throw std::bad_alloc(); }},
-                                             {12002, [] { throw std::invalid_argument("x"); }},
-                                             {12003, [] { throw XIllegalCallSequence(); }},
-                                             {12004, [] { throw XProgrammingError(); }},
-                                             {12005, [] { throw XBadFormat(); }},
-                                             {12006, [] { throw XUnsupportedFormat(); }},
-                                             {12007, [] { throw 5; }},
-                                             {12007, [] { throw std::out_of_range("x"); }},
-                                             {12008, [] { throw XInvariantCorrupt(); }},
-                                             {12009, [] { throw XUnsupportedInterface(); }},
-                                             {100123, [] { throw XApplicationError(100123); }}};
+inline const Rows<TError, std::function<void()>>& Throws() {
+  static const Rows<TError, std::function<void()>> rows = {{12001, [] { throw std::bad_alloc(); }},
+                                                           {12002, [] { throw std::invalid_argument("x"); }},
+                                                           {12003, [] { throw XIllegalCallSequence(); }},
+                                                           {12004, [] { throw XProgrammingError(); }},
+                                                           {12005, [] { throw XBadFormat(); }},
+                                                           {12006, [] { throw XUnsupportedFormat(); }},
+                                                           {12007, [] { throw 5; }},
+                                                           {12008, [] { throw XInvariantCorrupt(); }},
+                                                           {12009, [] { throw XUnsupportedInterface(); }},
+                                                           {100123, [] { throw XApplicationError(100123); }}};
   return rows;
 }
 
@@ -219,90 +237,75 @@ inline const std::vector<ThrowRow>& Throws() {
 // call hands its arguments to its hook and the result to the client; damage done by the hook is reported.
 template <class TObject>
 void CheckGoodCalls(const std::string& invariant, const std::vector<GoodRow<TObject>>& rows) {
-  RecordingDebugOutput output;
-  for (const GoodRow<TObject>& row : rows) {
-    SCOPED_TRACE(row.fHooks);
+  RecordedOutput output;
+  for (const auto& [name, hooks, out, failed, rowCall] : rows) {
+    SCOPED_TRACE(hooks);
     TObject object;
-    const auto call = [&](bool sound, std::function<void()> onHook) {
+    // In one text what comes of a call.
+    const auto text = [](TError error, const std::string& out, const std::string& hooks,
+                         const std::string& reports) {
+      return std::to_string(error) + " | " + out + " | " + hooks + " | " + reports;
+    };
+    const auto call = [&, &rowCall = rowCall](bool sound, std::function<void()> onHook) {
       object.fHooks.clear();
-      output.Reset();
+      output.fAssertions.clear();
       object.fSound = sound;
       object.fOnHook = onHook;
-      const Outcome outcome = row.fCall(object);
+      const Outcome outcome = rowCall(object);
       object.fSound = true;
-      return outcome;
+      return text(outcome.fError, outcome.fOut, Joined(object.fHooks), Joined(output.fAssertions));
     };
-    const Outcome broken = call(!row.fName, nullptr);
-    EXPECT_EQ(row.fName ? kBadInputProgrammingError : kOK, broken.fError);
-    EXPECT_EQ(row.fName ? "-" : row.fOut, broken.fOut);
-    EXPECT_EQ(row.fName ? "" : row.fHooks, object.JoinedHooks());
-    EXPECT_EQ(row.fName ? Texts{std::string("Bad Input to ") + row.fName + ": " + invariant} : Texts(),
-              output.fAssertions);
-    for (const ThrowRow& thrown : Throws()) {
-      const Outcome failed = call(true, thrown.fThrow);
-      EXPECT_EQ(thrown.fCode, failed.fError);
-      EXPECT_EQ(row.fFailedOut, failed.fOut);
-      EXPECT_EQ(1u, object.fHooks.size());
-      // The wall logs nothing; only an object that is always wanted is missed.
-      for (const std::string& text : output.fAssertions) EXPECT_TRUE(text.ends_with(" != NULL")) << text;
-    }
-    // A code outside the documented range is given all the same, and reported behind the last hook.
-    EXPECT_EQ(kUnsupportedOSVersionError, call(true, [] { throw XUnsupportedOSVersion(); }).fError);
-    EXPECT_EQ(row.fHooks.find(';') == std::string::npos, output.HasAssertion("IsValidError(outError)"));
-    const Outcome good = call(true, nullptr);
-    EXPECT_EQ(kOK, good.fError);
-    EXPECT_EQ(row.fOut, good.fOut);
-    EXPECT_EQ(row.fHooks, object.JoinedHooks());
-    EXPECT_EQ(Texts(), output.fAssertions);
-    EXPECT_EQ(kOK, call(true, [&] { object.fSound = false; }).fError);
+    EXPECT_EQ(name.empty()
+                  ? text(kOK, out, hooks, invariant)
+                  : text(kBadInputProgrammingError, "-", "", "Bad Input to " + name + ": " + invariant),
+              call(false, nullptr));
+    const std::string firstHook = hooks.substr(0, hooks.find(';'));
+    const std::string failedOut = failed.substr(0, failed.find(':'));
+    const std::string missed = failedOut == failed ? "" : failed.substr(failedOut.size() + 2);
+    for (const auto& [code, hook] : Throws())
+      EXPECT_EQ(text(code, failedOut, firstHook, failedOut == "null" ? missed : ""), call(true, hook));
+    EXPECT_EQ(text(kOK, out, hooks, ""), call(true, nullptr));
     // A released object may be gone.
-    EXPECT_EQ(row.fHooks == "Release" ? Texts() : Texts{invariant}, output.fAssertions);
+    EXPECT_EQ(text(kOK, out, hooks, hooks == "Release" ? "" : invariant),
+              call(true, [&] { object.fSound = false; }));
+    // A code outside the documented range is given all the same, and reported behind the last hook.
+    EXPECT_TRUE(call(true, [] { throw XUnsupportedOSVersion(); }).starts_with("12010 | "));
+    EXPECT_EQ(hooks == firstHook, Has(Joined(output.fAssertions), "IsValidError(outError)"));
+    object.fGivesNull = true;
+    call(true, nullptr);
+    EXPECT_EQ(missed, Joined(output.fAssertions));
   }
 }
 
 // One bad argument each, and the text of the failed check behind "Bad Input to ": no hook runs, nothing is
 // written.
 template <class TObject>
-struct BadRow {
-  const char* fText;
-  std::function<Outcome(TObject&)> fCall;
-};
+using BadRows = Rows<std::string, Call<TObject>>;
 template <class TObject>
-void CheckBadCalls(TObject& object, const std::vector<BadRow<TObject>>& rows) {
-  RecordingDebugOutput output;
-  for (const BadRow<TObject>& row : rows) {
-    SCOPED_TRACE(row.fText);
-    output.Reset();
+void CheckBadCalls(TObject& object, const BadRows<TObject>& rows) {
+  RecordedOutput output;
+  for (const auto& [text, call] : rows) {
+    SCOPED_TRACE(text);
     object.fHooks.clear();
-    const Outcome outcome = row.fCall(object);
+    const Outcome outcome = call(object);
     EXPECT_EQ(kBadInputProgrammingError, outcome.fError);
     EXPECT_EQ("-", outcome.fOut);
-    ASSERT_FALSE(output.fAssertions.empty());
-    EXPECT_EQ(std::string("Bad Input to ") + row.fText, output.fAssertions.back());
-    EXPECT_EQ(0u, output.fAssertFiles.back().find("Component/Portable/MorvaneGlue"));
+    EXPECT_TRUE(Joined(output.fAssertions).ends_with("Bad Input to " + text)) << Joined(output.fAssertions);
+    EXPECT_TRUE(output.fAssertFiles.back().starts_with("Component/Portable/MorvaneGlue"));
     EXPECT_FALSE(output.HasLine("Opening alert"));
-    EXPECT_EQ("", object.JoinedHooks());
+    EXPECT_EQ("", Joined(object.fHooks));
   }
 }
 
-// Results of hooks that are reported, and given all the same. `fAssertion` is the last of the reports.
+// Results of hooks that are reported, and given all the same. The text is the last of the reports.
 template <class TObject>
-struct ResultRow {
-  const char* fAssertion;
-  std::function<void(TObject&)> fBreak;
-  std::function<Outcome(TObject&)> fCall;
-};
-template <class TObject>
-void CheckResults(const std::vector<ResultRow<TObject>>& rows) {
-  RecordingDebugOutput output;
-  for (const ResultRow<TObject>& row : rows) {
-    SCOPED_TRACE(row.fAssertion);
+void CheckResults(const Rows<std::string, std::function<void(TObject&)>, Call<TObject>>& rows) {
+  RecordedOutput output;
+  for (const auto& [text, spoil, call] : rows) {
     TObject object;
-    row.fBreak(object);
-    output.Reset();
-    EXPECT_EQ(kOK, row.fCall(object).fError);
-    ASSERT_FALSE(output.fAssertions.empty());
-    EXPECT_EQ(row.fAssertion, output.fAssertions.back());
+    spoil(object);
+    EXPECT_EQ(kOK, call(object).fError);
+    EXPECT_TRUE(Joined(output.fAssertions).ends_with(text)) << text;
   }
 }
 

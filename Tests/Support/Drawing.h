@@ -1,20 +1,21 @@
-// What the tests of drawing share: pixels, fills, a run behaviour that records, tools that record flushes.
+// What the tests of drawing share: pixels, fills, and a tree of views that draws without any native window.
 #pragma once
 
 #include <windows.h>
 
-#include <cstdint>
-#include <functional>
-#include <string>
-#include <vector>
-
 #include "Component/Portable/BufferBitmap.h"
-#include "Component/Portable/MorvaneGlue.h"
-#include "Interface/MorvaneDefaults.h"
+#include "Component/Portable/MorvaneImplUtilsDrawing.h"
+#include "Tests/Support/FakeViewWindow.h"
+#include "Tests/Support/UnitTest.h"
 
 namespace NSMorvaneTest {
 
-using namespace NSMorvane;
+constexpr COLORREF kRed = RGB(255, 0, 0);
+constexpr COLORREF kGreen = RGB(0, 255, 0);
+constexpr COLORREF kBlue = RGB(0, 0, 255);
+constexpr TRect kEverything = {-1000, -1000, 1000, 1000};
+constexpr TViewDrawMode kModes[] = {kViewDrawDirect, kViewDrawTemporary16, kViewDrawTemporary32,
+                                    kViewDrawPermanent16, kViewDrawPermanent32};
 
 // The pixel in column x and row y of the bitmap, whatever its origin.
 inline std::uint32_t PixelAt(CBufferBitmap& bitmap, int x, int y) {
@@ -35,17 +36,6 @@ inline std::vector<std::uint32_t> PixelsOf(CBufferBitmap& bitmap) {
   return pixels;
 }
 
-inline void Fill(HDC hdc, const TRect& rect, COLORREF colour) {
-  const HBRUSH brush = CreateSolidBrush(colour);
-  const RECT native = {rect.fLeft, rect.fTop, rect.fRight, rect.fBottom};
-  FillRect(hdc, &native, brush);
-  DeleteObject(brush);
-}
-
-inline void Fill(CBufferBitmap& bitmap, const TRect& rect, COLORREF colour) {
-  Fill(bitmap.GetNativePort().fHDC, rect, colour);
-}
-
 // The box of the pixels that differ from 0, in columns and rows of the bitmap.
 inline TRect PaintedPixels(CBufferBitmap& bitmap) {
   CRegion painted;
@@ -53,6 +43,30 @@ inline TRect PaintedPixels(CBufferBitmap& bitmap) {
     for (int x = 0; x < bitmap.GetInfo().fWidth; ++x)
       if (PixelAt(bitmap, x, y) != 0) painted.UnionRect({x, y, x + 1, y + 1});
   return painted.GetBounds();
+}
+
+inline void Fill(HDC hdc, const TRect& rect, COLORREF colour) {
+  const HBRUSH brush = CreateSolidBrush(colour);
+  const RECT native = {rect.fLeft, rect.fTop, rect.fRight, rect.fBottom};
+  FillRect(hdc, &native, brush);
+  DeleteObject(brush);
+}
+inline void Fill(CBufferBitmap& bitmap, const TRect& rect, COLORREF colour) {
+  Fill(bitmap.GetNativePort().fHDC, rect, colour);
+}
+
+// What a view draws: something in its native port.
+template <class TAction>
+auto Drawing(TAction action) {
+  return [action](IDrawTools& tools) -> TError {
+    TNativePort port = {};
+    if (const TError error = tools.IDrawTools_OpenNativePort(port); error != kOK) return error;
+    action(port.fHDC);
+    return tools.IDrawTools_CloseNativePort();
+  };
+}
+inline auto Filling(const TRect& rect, COLORREF colour) {
+  return Drawing([=](HDC hdc) { Fill(hdc, rect, colour); });
 }
 
 // Writes down which tools drawing begins and ends with, numbered in the order in which they come up.
@@ -64,21 +78,20 @@ class DrawingRunBehavior : public CDefaultRunBehavior {
   }
   TError IMorvaneRunBehavior_OnEndDraw(IDrawTools& tools) override {
     fEvents.push_back("end " + NumberOf(tools));
-    if (fOnEnd) fOnEnd(tools);
     return fEndError;
   }
+  std::string TakeEvents() { return Joined(std::exchange(fEvents, {})); }
 
-  std::vector<std::string> fEvents;
+  Texts fEvents;
   TError fBeginError = kOK;
   TError fEndError = kOK;
-  std::function<void(IDrawTools&)> fOnEnd;
 
  private:
   std::string NumberOf(IDrawTools& tools) {
-    for (std::size_t i = 0; i < fTools.size(); ++i)
-      if (fTools[i] == &tools) return std::to_string(i);
-    fTools.push_back(&tools);
-    return std::to_string(fTools.size() - 1);
+    const auto it = std::find(fTools.begin(), fTools.end(), &tools);
+    const auto number = it - fTools.begin();
+    if (it == fTools.end()) fTools.push_back(&tools);
+    return std::to_string(number);
   }
   std::vector<IDrawTools*> fTools;
 };
@@ -95,6 +108,33 @@ class PlainTools : public CDrawToolsGlue {
   void CDrawToolsGlue_FlushToScreen(bool delayFlag) override { fFlushes.push_back(delayFlag); }
 
   std::vector<bool> fFlushes;
+};
+
+class DrawingTree : public FakeViewWindow {
+ public:
+  using FakeViewWindow::FakeViewWindow;
+  ~DrawingTree() override { ReleaseViews(); }
+  CViewImpl& Add(CViewImpl& superView, const TRect& bounds, TViewDrawMode mode = kViewDrawDirect) {
+    return MakeView(superView, bounds, "view", kViewEnabled, mode);
+  }
+  // A subview of the root view.
+  CViewImpl& Add(const TRect& bounds, TViewDrawMode mode = kViewDrawDirect) {
+    return Add(Root(), bounds, mode);
+  }
+  // As a window paints: onto a surface whose first pixel is at (0, 0), clipped to what is dirty.
+  void Draw(CBufferBitmap& surface, const CRegion& dirty = CRegion(TRect{0, 0, 100, 100})) {
+    const HDC hdc = surface.GetNativePort().fHDC;
+    SelectClipRgn(hdc, dirty.GetNativeRegion());
+    PlainTools tools(hdc, dirty.GetNativeRegion());
+    DrawWith(tools);
+    SelectClipRgn(hdc, nullptr);
+  }
+  void DrawWith(IDrawTools& tools, const TDebugSettings& settings = {}) {
+    TDrawBracket bracket(&fRunBehavior, tools);
+    DrawView(&fRunBehavior, bracket, Root(), Root().GetBounds(), tools, settings);
+  }
+
+  DrawingRunBehavior fRunBehavior;
 };
 
 }  // namespace NSMorvaneTest

@@ -1,59 +1,129 @@
 // A window without a native one, with a root view: the real contract layer, and a record of what the views
-// ask of it.
+// ask of it. Its views write down what they are told.
 #pragma once
 
 #include <boost/weak_ptr.hpp>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Component/Portable/ViewImpl.h"
-#include "Tests/Support/RecordingViewBehavior.h"
+#include "Interface/MorvaneDefaults.h"
 
 namespace NSMorvaneTest {
+
+using namespace NSMorvane;
+using Log = std::vector<std::string>;
+
+// Lines look like "name Offset 3 -1". GetHitRects and GetNativeFocusTarget come too often to be of interest,
+// and drawing is counted. Several views share one log.
+class RecordingViewBehavior : public CDefaultViewBehavior {
+ public:
+  using TDraw = std::function<TError(IDrawTools&)>;
+
+  RecordingViewBehavior(std::string name, std::shared_ptr<Log> log)
+      : fName(std::move(name)), fLog(std::move(log)) {}
+  ~RecordingViewBehavior() override {
+    fLog->push_back(fName + " Deleted");
+    if (fOnDeleted) fOnDeleted();
+  }
+
+  TError IViewBehavior_Draw(IDrawTools& tools) override {
+    ++fDraws;
+    return fOnDraw ? fOnDraw(tools) : kOK;
+  }
+  TError IViewBehavior_PostProcessDraw(IDrawTools& tools) override {
+    ++fPostProcesses;
+    return fOnPostProcess ? fOnPostProcess(tools) : kOK;
+  }
+  TError IViewBehavior_OnOffset(std::int32_t dx, std::int32_t dy) override {
+    return Called("Offset " + std::to_string(dx) + " " + std::to_string(dy));
+  }
+  TError IViewBehavior_OnEffectivelyEnabledChanged(TFlag enabled) override {
+    return Called("Enabled " + std::to_string(enabled));
+  }
+  TError IViewBehavior_OnOnDutyFocusChanged(TFlag gained) override {
+    return Called("Focus " + std::to_string(gained));
+  }
+  TError IViewBehavior_GetHitRects(IRectsGetter& out) override {
+    if (!fHitRects.empty())
+      out.IRectsGetter_AddRects(fHitRects.data(), static_cast<std::uint32_t>(fHitRects.size()));
+    return Called();
+  }
+  TError IViewBehavior_GetNativeFocusTarget(TNativeWindow& out) override {
+    out.fHwnd = nullptr;
+    return Called();
+  }
+
+  std::vector<TRect> fHitRects;
+  TError fError = kOK;            // what every call returns, save the drawing
+  std::function<void()> fOnCall;  // in every such call, after the line was written; may end the view
+  std::function<void()> fOnDeleted;
+  TDraw fOnDraw;
+  TDraw fOnPostProcess;
+  int fDraws = 0;
+  int fPostProcesses = 0;
+
+ private:
+  TError Called(const std::string& what = "") {
+    if (!what.empty()) fLog->push_back(fName + " " + what);
+    const TError error = fError;
+    // A copy: the object may be gone behind the call.
+    if (const std::function<void()> onCall = fOnCall) onCall();
+    return error;
+  }
+
+  std::string fName;
+  std::shared_ptr<Log> fLog;
+};
 
 inline RecordingViewBehavior& BehaviorOf(CViewImpl& view) {
   return static_cast<RecordingViewBehavior&>(*view.GetBehavior());
 }
 
-inline void SetFlags(CViewImpl& view, std::uint32_t flags) {
+template <class TValue>
+TError SetParam(CViewImpl& view, TValue TViewParams::*field, std::type_identity_t<TValue> value) {
   TViewParams params = view.GetParams();
-  params.fFlags = flags;
-  view.IView_SetParams(params);
+  params.*field = value;
+  return view.IView_SetParams(params);
 }
-
+inline TError SetFlags(CViewImpl& view, std::uint32_t flags) {
+  return SetParam(view, &TViewParams::fFlags, flags);
+}
 inline TError SetRect(CViewImpl& view, const TRect& rect) {
-  TViewParams params = view.GetParams();
-  params.fRect = rect;
-  return view.IView_SetParams(params);
+  return SetParam(view, &TViewParams::fRect, rect);
 }
-
-inline TError SetModes(CViewImpl& view, TViewDrawMode drawMode, TAutoInvalidation autoInvalidation) {
-  TViewParams params = view.GetParams();
-  params.fDrawMode = drawMode;
-  params.fAutoInvalidation = autoInvalidation;
-  return view.IView_SetParams(params);
+inline TError SetMode(CViewImpl& view, TViewDrawMode mode) {
+  return SetParam(view, &TViewParams::fDrawMode, mode);
+}
+inline TError SetInvalidation(CViewImpl& view, TAutoInvalidation invalidation) {
+  return SetParam(view, &TViewParams::fAutoInvalidation, invalidation);
 }
 
 class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewWindow {
  public:
-  // Takes over the behaviour of the root view; without one, it has a recording one.
-  explicit FakeViewWindow(const TRect& rootRect = {0, 0, 400, 300}, IViewBehavior* rootBehavior = nullptr) {
+  explicit FakeViewWindow(const TRect& rootRect = {0, 0, 400, 300}) {
     const TViewImplPtr root(new CViewImpl(nullptr, this));
     root->SetClientsViewReference(root);
-    if (!rootBehavior) rootBehavior = new RecordingViewBehavior("root", fSharedLog);
-    root->SetBehavior(boost::shared_ptr<IViewBehavior>(rootBehavior));
+    root->SetBehavior(boost::shared_ptr<IViewBehavior>(new RecordingViewBehavior("root", fSharedLog)));
     root->SetBounds(rootRect);
     fRootView = root.get();
     Reset();
   }
   ~FakeViewWindow() override { EndRootView(); }
+  // Whatever views are left, the last made first.
+  void ReleaseViews() {
+    for (; !fViews.empty(); fViews.pop_back())
+      if (const TViewImplPtr view = fViews.back().lock(); view && view->IsLive()) view->IView_Release();
+  }
 
   CViewImpl& Root() { return *fRootView; }
-  // Live, with a recording behaviour. Release it with IView_Release.
+  // Live, with a recording behaviour, until ReleaseViews or its own release.
   CViewImpl& MakeView(CViewImpl& superView, const TRect& rect, const std::string& name,
-                      std::uint32_t flags = kViewEnabled) {
+                      std::uint32_t flags = kViewEnabled, TViewDrawMode mode = kViewDrawDirect) {
     struct Factory : IViewBehaviorFactory {
       Factory(const std::string& name, const std::shared_ptr<Log>& log) : fName(name), fLog(log) {}
       IViewBehavior* IViewBehaviorFactory_CreateBehavior(IView&, TError& outError) override {
@@ -63,11 +133,13 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewW
       const std::string& fName;
       const std::shared_ptr<Log>& fLog;
     } factory(name, fSharedLog);
-    CViewImpl& view = *CViewImpl::MakeSubView(nullptr, factory, superView, name);
-    SetRect(view, rect);
-    if (flags != kViewEnabled) SetFlags(view, flags);
+    const TViewImplPtr view = CViewImpl::MakeSubView(nullptr, factory, superView, name);
+    fViews.push_back(view);
+    SetRect(*view, rect);
+    if (flags != kViewEnabled) SetFlags(*view, flags);
+    SetMode(*view, mode);
     Reset();
-    return view;
+    return *view;
   }
   // As the window's end does it, whatever views are left.
   void EndRootView() {
@@ -81,7 +153,6 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewW
     fLog.clear();
     fInvalidRects.clear();
     fInvalid = CRegion();
-    fToolRectsMarked = 0;
   }
 
   void InvalidateRect(const TRect& rect) override {
@@ -91,7 +162,7 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewW
   void InvalidateRegion(const CRegion& region) override {
     for (const TRect& rect : region.GetRects()) InvalidateRect(rect);
   }
-  void MarkToolRectsDirty() override { ++fToolRectsMarked; }
+  void MarkToolRectsDirty() override {}
   std::uint32_t AddTool(CViewImpl& view, const TString& text) override {
     AskForNativeTarget(view);
     if (fAddToolFails) return 0;
@@ -128,7 +199,6 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewW
   Log& fLog = *fSharedLog;
   std::vector<TRect> fInvalidRects;
   CRegion fInvalid;
-  int fToolRectsMarked = 0;
 
  protected:
   bool CWindowGlue_CheckInvariant() const override { return true; }
@@ -161,6 +231,7 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewW
   }
 
   CViewImpl* fRootView = nullptr;
+  std::vector<boost::weak_ptr<CViewImpl>> fViews;
   std::uint32_t fLastTool = 0;
 };
 

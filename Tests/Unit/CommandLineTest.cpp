@@ -1,18 +1,13 @@
 // Command lines on a file system made up in memory.
-#include <gtest/gtest.h>
+#include "Component/Portable/CommandLine.h"
 
 #include <map>
 
-#include "Component/Portable/CommandLine.h"
-#include "Tests/Support/RecordingDebugOutput.h"
+#include "Tests/Support/UnitTest.h"
 
-using namespace NSMorvane;
-using NSMorvaneTest::RecordingDebugOutput;
-using NSTextPackage::TString;
+using namespace NSMorvaneTest;
 
 namespace {
-
-using TTexts = std::vector<TString>;
 
 class FakeFileSystem final : public IFileSystemProbe {
  public:
@@ -20,73 +15,68 @@ class FakeFileSystem final : public IFileSystemProbe {
     const auto it = fPaths.find(path);
     return it == fPaths.end() ? TString() : it->second;
   }
-  std::map<TString, TString> fPaths;  // from any spelling to the normal one
+  // From any spelling to the normal one.
+  const std::map<TString, TString> fPaths = {{u"C:\\a", u"C:\\a"},
+                                             {u"C:\\a b.txt", u"C:\\a b.txt"},
+                                             {u"C:\\a b.txt c", u"C:\\a b.txt c"},
+                                             {u"DIR~1", u"C:\\Directory\\"},
+                                             {u"x", u"X:\\x"}};
 };
+
+// "option, option | file, file"
+std::string Parsed(const TString& commandLine) {
+  const CCommandLine result = ParseCommandLine(commandLine, FakeFileSystem());
+  std::string text;
+  for (const std::vector<TString>* list : {&result.fOptions, &result.fFiles}) {
+    for (const TString& each : *list)
+      text += (&each == list->data() ? "" : ", ") + NSTextPackage::StringToUTF8(each, false);
+    if (list == &result.fOptions) text += '|';
+  }
+  return text;
+}
 
 }  // namespace
 
-TEST(CommandLine, OptionsAndFiles) {
-  FakeFileSystem files;
-  files.fPaths = {{u"C:\\a", u"C:\\a"},
-                  {u"C:\\a b.txt", u"C:\\a b.txt"},
-                  {u"C:\\a b.txt c", u"C:\\a b.txt c"},
-                  {u"DIR~1", u"C:\\Directory\\"},
-                  {u"x", u"X:\\x"}};
-  const struct {
-    TString commandLine;
-    TTexts options;
-    TTexts files;
-  } rows[] = {
-      // The program's name.
-      {u"", {}, {}},
-      {u"app.exe", {}, {u"app.exe"}},
-      {u"app.exe ", {}, {}},
-      {u"app.exe x", {}, {u"X:\\x"}},
-      {u"app.exe  x", {}, {u"X:\\x"}},
-      {u"\"C:\\p q\\app.exe\"", {}, {}},
-      {u"\"C:\\p q\\app.exe\" x", {}, {u"X:\\x"}},
-      {u"\"app.exe\"x", {}, {u"X:\\x"}},
-      {u"C:/bin/app.exe /o", {u"/o"}, {}},
-      {u"C:/bin/app.exe", {u"/bin/app.exe"}, {u"C:"}},
-      // Options.
-      {u"app.exe /safe", {u"/safe"}, {}},
-      {u"app.exe /a /b  /c", {u"/a", u"/b", u"/c"}, {}},
-      {u"app.exe /", {u"/"}, {}},
-      {u"app.exe /a/b", {u"/a/b"}, {}},
-      {u"app.exe a/b c", {u"/b"}, {u"ac"}},  // in the middle of a word too, and the blank goes with it
-      {u"app.exe /f:\"a b/c\"d x", {u"/f:\"a b/c\"d"}, {u"X:\\x"}},
-      {u"app.exe /f:\"a b x", {u"/f:\"a b x"}, {}},
-      {u"app.exe \"a /b\" /c", {u"/c"}, {u"\"a /b\""}},
-      {u"app.exe \"a /b", {}, {u"\"a /b"}},
-      // Files.
-      {u"\"C:\\Program Files\\app.exe\" /safe C:\\a b.txt", {u"/safe"}, {u"C:\\a b.txt"}},
-      {u"app.exe C:\\a b.txt c", {}, {u"C:\\a b.txt c"}},
-      {u"app.exe C:\\a b.txt d", {}, {u"C:\\a b.txt", u"d"}},
-      {u"app.exe C:\\a b.tx", {}, {u"C:\\a", u"b.tx"}},
-      {u"app.exe DIR~1   x new.txt", {}, {u"C:\\Directory\\", u"X:\\x", u"new.txt"}},
-      {u"app.exe x  x   C:\\a  x", {}, {u"X:\\x", u"X:\\x", u"C:\\a", u"X:\\x"}},
-      {u"app.exe no such.txt", {}, {u"no", u"such.txt"}},
-      {u"app.exe x ", {}, {u"X:\\x"}},
-      {u"app.exe x  ", {}, {u"X:\\x", u""}},  // the last of the blanks stands for a file without a name
-      {u"app.exe \"x\"", {}, {u"\"x\""}},     // the quotes stay, and nothing of that name exists
-      {u"app.exe \"x\" x", {}, {u"\"x\"", u"X:\\x"}},
-      {u"app.exe \"x\" \"y\"", {}, {u"\"x\"", u"\"y"}},  // one quote at the end is taken off
-      {u"app.exe \"x\"\"y\"", {}, {u"\"x\"", u"y"}},
-      {u"app.exe x\t", {}, {u"x\t"}},
-      {u"app.exe \U0001F600 \u00E4", {}, {u"\U0001F600", u"\u00E4"}}};
-  RecordingDebugOutput output;
-  for (const auto& row : rows) {
-    const CCommandLine result = ParseCommandLine(row.commandLine, files);
-    EXPECT_EQ(row.options, result.fOptions) << NSTextPackage::StringToUTF8(row.commandLine, false);
-    EXPECT_EQ(row.files, result.fFiles) << NSTextPackage::StringToUTF8(row.commandLine, false);
-  }
-  EXPECT_TRUE(output.fAssertions.empty());
-}
+using CommandLine = ReportingTest;
 
-TEST(CommandLine, AnUnclosedQuoteAroundTheProgramIsReported) {
-  FakeFileSystem files;
-  RecordingDebugOutput output;
-  const CCommandLine result = ParseCommandLine(u"\"app.exe x", files);
-  EXPECT_EQ((TTexts{u"app.exe", u"x"}), result.fFiles);
-  EXPECT_EQ(std::vector<std::string>{"pos!=NSTextPackage::TString::npos"}, output.fAssertions);
+TEST_F(CommandLine, OptionsAndFiles) {
+  const Rows<TString, std::string> rows = {
+      // The program's name.
+      {u"", "|"},
+      {u"app.exe", "|app.exe"},
+      {u"app.exe ", "|"},
+      {u"app.exe  x", "|X:\\x"},
+      {u"\"C:\\p q\\app.exe\"", "|"},
+      {u"\"C:\\p q\\app.exe\" x", "|X:\\x"},
+      {u"\"app.exe\"x", "|X:\\x"},
+      {u"C:/bin/app.exe /o", "/o|"},
+      {u"C:/bin/app.exe", "/bin/app.exe|C:"},
+      // Options.
+      {u"app.exe /a /b  /c", "/a, /b, /c|"},
+      {u"app.exe /", "/|"},
+      {u"app.exe /a/b", "/a/b|"},
+      {u"app.exe a/b c", "/b|ac"},  // in the middle of a word too, and the blank goes with it
+      {u"app.exe /f:\"a b/c\"d x", "/f:\"a b/c\"d|X:\\x"},
+      {u"app.exe /f:\"a b x", "/f:\"a b x|"},
+      {u"app.exe \"a /b\" /c", "/c|\"a /b\""},
+      {u"app.exe \"a /b", "|\"a /b"},
+      // Files.
+      {u"\"C:\\Program Files\\app.exe\" /safe C:\\a b.txt", "/safe|C:\\a b.txt"},
+      {u"app.exe C:\\a b.txt c", "|C:\\a b.txt c"},
+      {u"app.exe C:\\a b.txt d", "|C:\\a b.txt, d"},
+      {u"app.exe C:\\a b.tx", "|C:\\a, b.tx"},
+      {u"app.exe DIR~1   x new.txt", "|C:\\Directory\\, X:\\x, new.txt"},
+      {u"app.exe no such.txt", "|no, such.txt"},
+      {u"app.exe x ", "|X:\\x"},
+      {u"app.exe x  ", "|X:\\x, "},             // the last of the blanks stands for a file without a name
+      {u"app.exe \"x\"", "|\"x\""},             // the quotes stay, and nothing of that name exists
+      {u"app.exe \"x\" \"y\"", "|\"x\", \"y"},  // one quote at the end is taken off
+      {u"app.exe \"x\"\"y\"", "|\"x\", y"},
+      {u"app.exe \U0001F600 \u00E4", "|\xF0\x8F\x98\x80, \xC3\xA4"}};
+  for (const auto& [commandLine, expected] : rows)
+    EXPECT_EQ(expected, Parsed(commandLine)) << NSTextPackage::StringToUTF8(commandLine, false);
+  EXPECT_EQ("", TakeReports());
+  // An unclosed quote around the program.
+  EXPECT_EQ("|app.exe, X:\\x", Parsed(u"\"app.exe x"));
+  EXPECT_EQ("pos!=NSTextPackage::TString::npos", TakeReports());
 }

@@ -1,125 +1,97 @@
 // Views that fail, throw, spoil the context, or change the tree while it is being drawn.
-#include <gtest/gtest.h>
-#include <windows.h>
-
 #include <set>
-#include <stdexcept>
 
-#include "Tests/Support/DrawingTree.h"
-#include "Tests/Support/PrintGeometry.h"
-#include "Tests/Support/RecordingDebugOutput.h"
-
-namespace NSMorvane {
-namespace {
+#include "Tests/Support/Drawing.h"
 
 using namespace NSMorvaneTest;
-using TTexts = std::vector<std::string>;
 
-constexpr TViewDrawMode kModes[] = {kViewDrawDirect, kViewDrawTemporary16, kViewDrawTemporary32,
-                                    kViewDrawPermanent16, kViewDrawPermanent32};
-
-const TRect kEverything = {-1000, -1000, 1000, 1000};
+namespace {
 
 // Three views side by side, the middle one with a subview, on a surface.
-class DrawingFailures : public testing::Test {
+class DrawingFailures : public ReportingTest {
  protected:
   DrawingFailures() {
-    for (const TDrawnView& view : {fLeft, fMiddle, fBelowMiddle, fRight})
-      view.fBehavior->fOnDraw = [](IDrawTools& tools) {
-        return FillThroughPort(tools, kEverything, RGB(255, 0, 0));
-      };
-    fTree.fRoot.fBehavior->fOnPostProcess = [](IDrawTools& tools) {
-      return FillThroughPort(tools, {-1000, 30, 1000, 1000}, RGB(0, 255, 0));
-    };
+    for (CViewImpl* view : {&fLeft, &fMiddle, &fBelowMiddle, &fRight})
+      BehaviorOf(*view).fOnDraw = Filling(kEverything, kRed);
+    BehaviorOf(fTree.Root()).fOnPostProcess = Filling({-1000, 30, 1000, 1000}, kGreen);
   }
-  void Draw() { fTree.Draw(fSurface, CRegion(TRect{0, 0, 100, 100})); }
   // Whether the neighbours and the super view came out right, all within their bounds.
   void ExpectOthersUnharmed() {
     const HDC hdc = fSurface.GetNativePort().fHDC;
     for (int x = 0; x < 100; ++x) {
       if (x >= 10 && x < 20) continue;
-      EXPECT_EQ(x < 10 || (x >= 20 && x < 30) ? RGB(255, 0, 0) : RGB(0, 0, 0), GetPixel(hdc, x, 9)) << x;
-      EXPECT_EQ(RGB(0, 0, 0), GetPixel(hdc, x, 10)) << x;
-      EXPECT_EQ(x < 40 ? RGB(0, 255, 0) : RGB(0, 0, 0), GetPixel(hdc, x, 30)) << x;
+      EXPECT_EQ(x < 10 || (x >= 20 && x < 30) ? kRed : 0, GetPixel(hdc, x, 9)) << x;
+      EXPECT_EQ(0u, GetPixel(hdc, x, 10)) << x;
+      EXPECT_EQ(x < 40 ? kGreen : 0, GetPixel(hdc, x, 30)) << x;
     }
+  }
+  // Begin and end in turn for each tools, and every one of them ended.
+  void ExpectBalancedBrackets(DrawingTree& tree) {
+    std::set<std::string> open;
+    for (const std::string& event : std::exchange(tree.fRunBehavior.fEvents, {})) {
+      const std::string tools = event.substr(event.find(' '));
+      EXPECT_TRUE(event[0] == 'b' ? open.insert(tools).second : open.erase(tools) == 1) << event;
+    }
+    EXPECT_TRUE(open.empty());
   }
 
   DrawingTree fTree{TRect{0, 0, 40, 40}};
-  TDrawnView fLeft = fTree.Add({0, 0, 10, 10});
-  TDrawnView fMiddle = fTree.Add({10, 0, 20, 10});
-  TDrawnView fBelowMiddle = fTree.Add(*fMiddle.fView, {12, 2, 16, 8});
-  TDrawnView fRight = fTree.Add({20, 0, 30, 10});
+  CViewImpl& fLeft = fTree.Add({0, 0, 10, 10});
+  CViewImpl& fMiddle = fTree.Add({10, 0, 20, 10});
+  CViewImpl& fBelowMiddle = fTree.Add(fMiddle, {12, 2, 16, 8});
+  CViewImpl& fRight = fTree.Add({20, 0, 30, 10});
   CBufferBitmap fSurface{{100, 100}, 32};
-  RecordingDebugOutput fOutput;
 };
 
-// Begin and end in turn for each tools, and every one of them ended.
-bool AreBracketsBalanced(const TTexts& events) {
-  std::set<std::string> open;
-  for (const std::string& event : events) {
-    const std::string tools = event.substr(event.find(' '));
-    if (event[0] == 'b' ? !open.insert(tools).second : open.erase(tools) == 0) return false;
-  }
-  return open.empty();
-}
+}  // namespace
 
 TEST_F(DrawingFailures, CodesOfBehavioursAreLoggedAndDropped) {
-  const std::string address =
-      std::to_string(reinterpret_cast<std::intptr_t>(static_cast<IViewBehavior*>(fMiddle.fBehavior)));
-  fMiddle.fBehavior->fOnDraw = [](IDrawTools&) { return kOtherError; };
-  fMiddle.fBehavior->fOnPostProcess = [](IDrawTools&) { return 4294967295u; };
-  Draw();
-  EXPECT_EQ(
-      (TTexts{
-          "[Morvane] The view behavior " + address +
-              "returned the error 12007 when IViewBehavior_Draw was called. The error has been ignored to "
-              "avoid disrupting the drawing of other views.",
-          "[Morvane] The view behavior " + address +
-              "returned the error -1 when IViewBehavior_PostProcessDraw was called. The error has been "
-              "ignored to avoid disrupting the drawing of other views."}),
-      fOutput.fLines);
-  EXPECT_EQ(1, fBelowMiddle.fBehavior->fDraws);
-  EXPECT_EQ(1, fMiddle.fBehavior->fPostProcesses);
+  RecordingViewBehavior& behavior = BehaviorOf(fMiddle);
+  behavior.fOnDraw = [](IDrawTools&) { return kOtherError; };
+  behavior.fOnPostProcess = [](IDrawTools&) { return 4294967295u; };
+  TakeLines();
+  fTree.Draw(fSurface);
+  const std::string begin =
+      "The view behavior " +
+      std::to_string(reinterpret_cast<std::intptr_t>(static_cast<IViewBehavior*>(&behavior))) +
+      "returned the error ";
+  const std::string end =
+      " was called. The error has been ignored to avoid disrupting the drawing of other views.";
+  EXPECT_EQ(begin + "12007 when IViewBehavior_Draw" + end + "; " + begin +
+                "-1 when IViewBehavior_PostProcessDraw" + end,
+            TakeLines());
+  EXPECT_EQ(1, BehaviorOf(fBelowMiddle).fDraws);
+  EXPECT_EQ(1, behavior.fPostProcesses);
   ExpectOthersUnharmed();
-  EXPECT_EQ(TTexts(), fOutput.fAssertions);
 }
 
 TEST_F(DrawingFailures, ExceptionsStopAtTheirView) {
-  const std::pair<void (*)(), const char*> rows[] = {
-      {[] { throw std::runtime_error("boom"); }, "[Morvane] Ignored an exception (boom) in DrawSubViews."},
-      {[] { throw 7; }, "[Morvane] Ignored an unknown exception in DrawSubViews."}};
-  for (const TViewDrawMode mode : kModes) {
+  const Rows<void (*)(), std::string> rows = {
+      {[] { throw std::runtime_error("boom"); }, "Ignored an exception (boom) in DrawSubViews."},
+      {[] { throw 7; }, "Ignored an unknown exception in DrawSubViews."}};
+  for (const TViewDrawMode mode : kModes)
     for (const auto& [raise, line] : rows) {
-      fMiddle.SetMode(kViewDrawDirect);
-      fMiddle.SetMode(mode);
-      fMiddle.fBehavior->fOnDraw = [&](IDrawTools& tools) {
-        TNativePort port = {};
-        tools.IDrawTools_OpenNativePort(port);
-        raise();
-        return kOK;
-      };
-      fOutput.Reset();
-      fTree.fRunBehavior.fEvents.clear();
-      Draw();
-      EXPECT_EQ((TTexts{line}), fOutput.fLines);
-      EXPECT_EQ((TTexts{"!fNativePortIsOpen"}), fOutput.fAssertions) << mode;
+      SetMode(fMiddle, kViewDrawDirect);
+      SetMode(fMiddle, mode);
+      BehaviorOf(fMiddle).fOnDraw = Drawing([raise = raise](HDC) { raise(); });
+      TakeLines();
+      fTree.Draw(fSurface);
+      EXPECT_EQ(line, TakeLines());
+      EXPECT_EQ("!fNativePortIsOpen", TakeReports()) << mode;
       ExpectOthersUnharmed();
-      EXPECT_TRUE(AreBracketsBalanced(fTree.fRunBehavior.fEvents)) << mode;
+      ExpectBalancedBrackets(fTree);
     }
-  }
-  EXPECT_EQ(0, fBelowMiddle.fBehavior->fDraws);
-  EXPECT_EQ(0, fMiddle.fBehavior->fPostProcesses);
+  EXPECT_EQ(0, BehaviorOf(fBelowMiddle).fDraws + BehaviorOf(fMiddle).fPostProcesses);
 }
 
 TEST_F(DrawingFailures, AnExceptionOfTheFirstViewComesOutAndTheContextIsAsBefore) {
   for (const TViewDrawMode mode : kModes) {
-    fTree.fRoot.SetMode(mode);
-    fTree.fRoot.fBehavior->fOnDraw = [](IDrawTools& tools) -> TError {
-      TNativePort port = {};
-      tools.IDrawTools_OpenNativePort(port);
-      SelectClipRgn(port.fHDC, nullptr);
-      SetWindowOrgEx(port.fHDC, 77, 77, nullptr);
-      tools.IDrawTools_CloseNativePort();
+    SetMode(fTree.Root(), mode);
+    BehaviorOf(fTree.Root()).fOnDraw = [](IDrawTools& tools) -> TError {
+      Drawing([](HDC hdc) {
+        SelectClipRgn(hdc, nullptr);
+        SetWindowOrgEx(hdc, 77, 77, nullptr);
+      })(tools);
       throw std::runtime_error("boom");
     };
     const HDC hdc = fSurface.GetNativePort().fHDC;
@@ -127,7 +99,6 @@ TEST_F(DrawingFailures, AnExceptionOfTheFirstViewComesOutAndTheContextIsAsBefore
     clip.SubtractRect({10, 10, 20, 200});
     SelectClipRgn(hdc, clip.GetNativeRegion());
     SetWindowOrgEx(hdc, 3, 4, nullptr);
-    fTree.fRunBehavior.fEvents.clear();
     PlainTools tools(hdc, clip.GetNativeRegion());
     EXPECT_THROW(fTree.DrawWith(tools), std::runtime_error);
     const CRegion found;
@@ -136,9 +107,8 @@ TEST_F(DrawingFailures, AnExceptionOfTheFirstViewComesOutAndTheContextIsAsBefore
     POINT origin = {};
     GetWindowOrgEx(hdc, &origin);
     EXPECT_EQ((TPoint{3, 4}), (TPoint{origin.x, origin.y}));
-    EXPECT_TRUE(AreBracketsBalanced(fTree.fRunBehavior.fEvents)) << mode;
+    ExpectBalancedBrackets(fTree);
   }
-  EXPECT_EQ(TTexts(), fOutput.fAssertions);
 }
 
 TEST_F(DrawingFailures, ASpoiltContextIsMendedBehindTheView) {
@@ -149,47 +119,37 @@ TEST_F(DrawingFailures, ASpoiltContextIsMendedBehindTheView) {
       [](HDC hdc) { SaveDC(hdc); },
       [](HDC hdc) { RestoreDC(hdc, -1); },
   };
-  for (const TViewDrawMode mode : {kViewDrawDirect, kViewDrawTemporary16, kViewDrawPermanent32}) {
+  for (const TViewDrawMode mode : {kViewDrawDirect, kViewDrawTemporary16, kViewDrawPermanent32})
     for (void (*const spoil)(HDC) : spoilers) {
-      fMiddle.SetMode(kViewDrawDirect);
-      fMiddle.SetMode(mode);
-      fBelowMiddle.fBehavior->fOnDraw = [&](IDrawTools& tools) {
-        TNativePort port = {};
-        tools.IDrawTools_OpenNativePort(port);
-        spoil(port.fHDC);
-        return tools.IDrawTools_CloseNativePort();
-      };
-      fMiddle.fBehavior->fOnPostProcess = fBelowMiddle.fBehavior->fOnDraw;
-      Fill(fSurface, {0, 0, 100, 100}, RGB(0, 0, 0));
+      SetMode(fMiddle, kViewDrawDirect);
+      SetMode(fMiddle, mode);
+      BehaviorOf(fBelowMiddle).fOnDraw = BehaviorOf(fMiddle).fOnPostProcess = Drawing(spoil);
+      Fill(fSurface, {0, 0, 100, 100}, 0);
       SaveDC(fSurface.GetNativePort().fHDC);
-      Draw();
+      fTree.Draw(fSurface);
       RestoreDC(fSurface.GetNativePort().fHDC, 1);
       ExpectOthersUnharmed();
     }
-  }
-  EXPECT_EQ(TTexts(), fOutput.fAssertions);
 }
 
 // What a view sets in a shared bitmap does not wait there for the next view.
 TEST_F(DrawingFailures, SharedBitmapsComeBackClean) {
-  fMiddle.SetMode(kViewDrawTemporary16);
+  SetMode(fMiddle, kViewDrawTemporary16);
   const HBITMAP foreign = CreateBitmap(1, 1, 1, 1, nullptr);
-  fMiddle.fBehavior->fOnDraw = [&](IDrawTools& tools) {
-    TNativePort port = {};
-    tools.IDrawTools_OpenNativePort(port);
-    SelectObject(port.fHDC, foreign);
-    SetTextColor(port.fHDC, 0x123456);
-    return tools.IDrawTools_CloseNativePort();
-  };
-  const boost::shared_ptr<CBufferBitmap> tile = CTileBitmapPool::ForDepth(16).Take();
-  CTileBitmapPool::ForDepth(16).PutBack(tile);
-  Draw();
-  EXPECT_EQ(tile, CTileBitmapPool::ForDepth(16).Take());
+  BehaviorOf(fMiddle).fOnDraw = Drawing([&](HDC hdc) {
+    SelectObject(hdc, foreign);
+    SetTextColor(hdc, 0x123456);
+  });
+  CTileBitmapPool& pool = CTileBitmapPool::ForDepth(16);
+  const boost::shared_ptr<CBufferBitmap> tile = pool.Take();
+  pool.PutBack(tile);
+  fTree.Draw(fSurface);
+  EXPECT_EQ(tile, pool.Take());
   EXPECT_EQ(0u, GetTextColor(tile->GetNativePort().fHDC));
   EXPECT_TRUE(DeleteObject(foreign));
   Fill(*tile, {0, 0, 800, 400}, RGB(255, 255, 255));
   EXPECT_EQ(0x7FFFu, PixelAt(*tile, 799, 399));
-  CTileBitmapPool::ForDepth(16).PutBack(tile);
+  pool.PutBack(tile);
 }
 
 // --- The tree changes under the walk
@@ -197,123 +157,101 @@ TEST_F(DrawingFailures, SharedBitmapsComeBackClean) {
 // Views of another window take their places in memory, where the heap gives a place out twice.
 TEST_F(DrawingFailures, ViewsMayEndWhileTheyAreDrawn) {
   DrawingTree otherWindow({0, 0, 100, 100});
-  std::vector<TDrawnView> others;
+  std::vector<CViewImpl*> others;
   for (const TViewDrawMode mode : kModes) {
     DrawingTree tree({0, 0, 100, 100});
-    const TDrawnView before = tree.Add({0, 0, 10, 10});
-    const TDrawnView view = tree.Add({10, 0, 20, 10}, mode);
-    const TDrawnView below = tree.Add(*view.fView, {10, 0, 20, 10});
-    const TDrawnView after = tree.Add({20, 0, 30, 10});
-    const TDrawnView last = tree.Add({30, 0, 40, 10});
-    below.fBehavior->fOnDraw = [](IDrawTools&) {
-      ADD_FAILURE() << "drawn after its end";
-      return kOK;
+    CViewImpl& before = tree.Add({0, 0, 10, 10});
+    CViewImpl& view = tree.Add({10, 0, 20, 10}, mode);
+    CViewImpl& below = tree.Add(view, {10, 0, 20, 10});
+    CViewImpl& after = tree.Add({20, 0, 30, 10});
+    RecordingViewBehavior& last = BehaviorOf(tree.Add({30, 0, 40, 10}));
+    BehaviorOf(below).fOnDraw = [](IDrawTools&) -> TError { throw std::logic_error("drawn after its end"); };
+    BehaviorOf(view).fOnDraw = [&](IDrawTools& tools) {
+      for (CViewImpl* each : {&view, &before, &after, &below}) each->IView_Release();
+      for (int i = 0; i < 20; ++i) others.push_back(&otherWindow.Add({0, 0, 100, 100}));
+      return Filling(kEverything, kRed)(tools);
     };
-    view.fBehavior->fOnDraw = [&](IDrawTools& tools) {
-      for (const TDrawnView& each : {view, before, after, below}) each.fView->IView_Release();
-      for (int i = 0; i < 20; ++i) others.push_back(otherWindow.Add({0, 0, 100, 100}));
-      return FillThroughPort(tools, kEverything, RGB(255, 0, 0));
-    };
-    last.fBehavior->fOnDraw = [](IDrawTools& tools) {
-      return FillThroughPort(tools, kEverything, RGB(0, 255, 0));
-    };
+    last.fOnDraw = Filling(kEverything, kGreen);
     CBufferBitmap surface({100, 100}, 32);
     for (int draws = 1; draws <= 2; ++draws) {
-      tree.Draw(surface, CRegion(TRect{0, 0, 100, 100}));
-      EXPECT_EQ(draws, last.fBehavior->fDraws);
+      tree.Draw(surface);
+      EXPECT_EQ(draws, last.fDraws);
     }
-    EXPECT_EQ(RGB(255, 0, 0), GetPixel(surface.GetNativePort().fHDC, 19, 9));
-    EXPECT_EQ(RGB(0, 255, 0), GetPixel(surface.GetNativePort().fHDC, 30, 0));
+    EXPECT_EQ(kRed, GetPixel(surface.GetNativePort().fHDC, 19, 9));
+    EXPECT_EQ(kGreen, GetPixel(surface.GetNativePort().fHDC, 30, 0));
   }
-  for (const TDrawnView& other : others) EXPECT_EQ(0, other.fBehavior->fDraws);
-  EXPECT_EQ(TTexts(), fOutput.fAssertions);
-}
+  for (CViewImpl* other : others) EXPECT_EQ(0, BehaviorOf(*other).fDraws);
+  EXPECT_FALSE(fOutput.HasLine("drawn after its end"));
 
-TEST_F(DrawingFailures, TheFirstViewMayEndWhileItIsDrawn) {
-  FakeViewWindow window;
-  TViewImplPtr view(new CViewImpl(nullptr, &window));
-  view->SetClientsViewReference(view);
-  boost::shared_ptr<DrawingBehavior> behavior(new DrawingBehavior);
-  DrawingBehavior& recorder = *behavior;
-  view->SetBehavior(behavior);
-  behavior.reset();
-  view->SetBounds({0, 0, 10, 10});
-  CViewImpl& viewItself = *view;
-  view.reset();
-  recorder.fOnDraw = [&](IDrawTools& tools) {
-    viewItself.IView_Release();
-    return FillThroughPort(tools, kEverything, RGB(255, 0, 0));
+  // The first view of a walk.
+  CViewImpl& first = fTree.Add({0, 0, 10, 10});
+  BehaviorOf(first).fOnDraw = [&](IDrawTools& tools) {
+    first.IView_Release();
+    return Filling(kEverything, kRed)(tools);
   };
   const CRegion all(TRect{0, 0, 100, 100});
   PlainTools tools(fSurface.GetNativePort().fHDC, all.GetNativeRegion());
   TDrawBracket bracket(nullptr, tools);
-  DrawView(nullptr, bracket, viewItself, {0, 0, 10, 10}, tools, {});
+  DrawView(nullptr, bracket, first, {0, 0, 10, 10}, tools, {});
   EXPECT_EQ((TRect{0, 0, 10, 10}), PaintedPixels(fSurface));
 }
 
 TEST_F(DrawingFailures, ReorderingDrawsEachViewOnce) {
   DrawingTree tree({0, 0, 100, 100});
-  std::vector<TDrawnView> views;
-  for (int i = 0; i < 6; ++i) views.push_back(tree.Add({10 * i, 0, 10 * i + 10, 10}));
-  TDrawnView added = {};
-  views[2].fBehavior->fOnDraw = [&](IDrawTools&) {
-    std::vector<IView*> reversed;
-    for (auto i = views.rbegin(); i != views.rend(); ++i) reversed.push_back(i->fView);
-    EXPECT_EQ(kOK, tree.fRoot.fView->IView_SetSubViewOrder(reversed.data(), 6));
-    added = tree.Add({60, 0, 70, 10});
+  std::vector<CViewImpl*> views;
+  for (int i = 0; i < 6; ++i) views.push_back(&tree.Add({10 * i, 0, 10 * i + 10, 10}));
+  CViewImpl* added = nullptr;
+  BehaviorOf(*views[2]).fOnDraw = [&](IDrawTools&) {
+    std::vector<IView*> reversed(views.rbegin(), views.rend());
+    EXPECT_EQ(kOK, tree.Root().IView_SetSubViewOrder(reversed.data(), 6));
+    added = &tree.Add({60, 0, 70, 10});
     return kOK;
   };
-  tree.Draw(fSurface, CRegion(TRect{0, 0, 100, 100}));
-  for (const TDrawnView& view : views) EXPECT_EQ(1, view.fBehavior->fDraws);
-  EXPECT_EQ(0, added.fBehavior->fDraws);
+  tree.Draw(fSurface);
+  for (CViewImpl* view : views) EXPECT_EQ(1, BehaviorOf(*view).fDraws);
+  EXPECT_EQ(0, BehaviorOf(*added).fDraws);
 }
 
 TEST_F(DrawingFailures, AViewMayChangeItsModeAndSizeWhileItIsDrawn) {
-  for (const TViewDrawMode from : kModes) {
+  for (const TViewDrawMode from : kModes)
     for (const TViewDrawMode to : kModes) {
       DrawingTree tree({0, 0, 100, 100});
-      const TDrawnView view = tree.Add({10, 10, 20, 20}, from);
-      view.fBehavior->fOnDraw = [&](IDrawTools& tools) {
-        view.SetMode(to);
-        view.fView->SetBounds({10, 10, 50, 50});
-        return FillThroughPort(tools, kEverything, RGB(255, 0, 0));
+      CViewImpl& view = tree.Add({10, 10, 20, 20}, from);
+      BehaviorOf(view).fOnDraw = [&](IDrawTools& tools) {
+        SetMode(view, to);
+        view.SetBounds({10, 10, 50, 50});
+        return Filling(kEverything, kRed)(tools);
       };
       for (const int edge : {20, 50}) {
         CBufferBitmap surface({100, 100}, 32);
-        tree.Draw(surface, CRegion(TRect{0, 0, 100, 100}));
+        tree.Draw(surface);
+        TakeReports();  // some changes are told
         EXPECT_EQ((TRect{10, 10, edge, edge}), PaintedPixels(surface)) << from << " to " << to;
       }
     }
-  }
 }
 
 // A behaviour that handles messages can be painted again in the middle of its own drawing.
 TEST_F(DrawingFailures, DrawingMayBeginAgainInTheMiddle) {
   for (const TViewDrawMode mode : kModes) {
+    SCOPED_TRACE(mode);
     DrawingTree tree({0, 0, 100, 100});
-    const TDrawnView view = tree.Add({10, 10, 60, 60}, mode);
-    const TDrawnView inner = tree.Add(*view.fView, {20, 20, 40, 40}, mode);
-    const CRegion all(TRect{0, 0, 100, 100});
-    CBufferBitmap surface({100, 100}, 32), nested({100, 100}, 32);
+    CViewImpl& view = tree.Add({10, 10, 60, 60}, mode);
+    CViewImpl& inner = tree.Add(view, {20, 20, 40, 40}, mode);
+    CBufferBitmap surface({100, 100}, 32), nested({100, 100}, 32), again({100, 100}, 32);
     int depth = 0;
-    view.fBehavior->fOnDraw = [](IDrawTools& tools) {
-      return FillThroughPort(tools, kEverything, RGB(255, 0, 0));
+    BehaviorOf(view).fOnDraw = Filling(kEverything, kRed);
+    BehaviorOf(inner).fOnDraw = [&](IDrawTools& tools) {
+      if (depth++ == 0) tree.Draw(nested);
+      return Filling(kEverything, kGreen)(tools);
     };
-    inner.fBehavior->fOnDraw = [&](IDrawTools& tools) {
-      if (depth++ == 0) tree.Draw(nested, all);
-      return FillThroughPort(tools, kEverything, RGB(0, 255, 0));
-    };
-    tree.Draw(surface, all);
-    const HDC hdc = surface.GetNativePort().fHDC;
-    EXPECT_EQ(RGB(0, 255, 0), GetPixel(hdc, 39, 39)) << mode;
-    EXPECT_EQ(RGB(255, 0, 0), GetPixel(hdc, 40, 40)) << mode;
-    EXPECT_EQ((TRect{10, 10, 60, 60}), PaintedPixels(surface)) << mode;
-    EXPECT_TRUE(AreBracketsBalanced(tree.fRunBehavior.fEvents)) << mode;
-    CBufferBitmap again({100, 100}, 32);
-    tree.Draw(again, all);
-    EXPECT_EQ(PixelsOf(surface), PixelsOf(again)) << mode;
+    tree.Draw(surface);
+    EXPECT_EQ(kGreen, GetPixel(surface.GetNativePort().fHDC, 39, 39));
+    EXPECT_EQ(kRed, GetPixel(surface.GetNativePort().fHDC, 40, 40));
+    EXPECT_EQ((TRect{10, 10, 60, 60}), PaintedPixels(surface));
+    ExpectBalancedBrackets(tree);
+    TakeReports();  // a buffer that is used twice is told
+    tree.Draw(again);
+    EXPECT_EQ(PixelsOf(surface), PixelsOf(again));
   }
 }
-
-}  // namespace
-}  // namespace NSMorvane

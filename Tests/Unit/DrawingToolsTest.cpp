@@ -1,52 +1,34 @@
 // The pieces of the drawing walk, each alone.
-#include <gtest/gtest.h>
-#include <windows.h>
-
 #include <cstring>
-#include <limits>
-#include <random>
 
-#include "Component/Portable/MorvaneImplUtilsDrawing.h"
 #include "Component/Portable/MorvaneImplUtilsPortState.h"
 #include "Tests/Support/Drawing.h"
-#include "Tests/Support/PrintGeometry.h"
-#include "Tests/Support/RecordingDebugOutput.h"
-
-namespace NSMorvane {
-namespace {
 
 using namespace NSMorvaneTest;
-using TTexts = std::vector<std::string>;
 
-TRectList TilesOf(const TRect& bounds, const TSize& size) {
-  TRectList tiles;
-  TTileIterator iterator(bounds, size);
-  TRect tile;
-  while (tiles.size() < 100 && iterator.GetNextTile(tile)) tiles.push_back(tile);
-  return tiles;
-}
+using DrawingTools = ReportingTest;
 
-TEST(DrawingTools, TilesGoRowByRow) {
-  constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
-  constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
-  const struct {
-    TRect bounds;
+TEST_F(DrawingTools, TilesGoRowByRow) {
+  for (const auto& [bounds, size, expected] : Rows<TRect, TSize, TRectList>{
+           {{0, 0, 800, 400}, {800, 400}, {{0, 0, 800, 400}}},
+           {{-10, -20, 791, 381},
+            {800, 400},
+            {{-10, -20, 790, 380}, {790, -20, 791, 380}, {-10, 380, 790, 381}, {790, 380, 791, 381}}},
+           {{kMax - 900, 0, kMax, 10},
+            {800, 400},
+            {{kMax - 900, 0, kMax - 100, 10}, {kMax - 100, 0, kMax, 10}}},
+           {{0, kMin, 1, kMin + 401}, {800, 400}, {{0, kMin, 1, kMin + 400}, {0, kMin + 400, 1, kMin + 401}}},
+           {{0, 0, 0, 10}, {800, 400}, {}},
+           {{0, 0, 10, 10}, {0, 5}, {}}}) {
     TRectList tiles;
-  } rows[] = {
-      {{0, 0, 800, 400}, {{0, 0, 800, 400}}},
-      {{-10, -20, 791, 381},
-       {{-10, -20, 790, 380}, {790, -20, 791, 380}, {-10, 380, 790, 381}, {790, 380, 791, 381}}},
-      {{kMax - 900, 0, kMax, 10}, {{kMax - 900, 0, kMax - 100, 10}, {kMax - 100, 0, kMax, 10}}},
-      {{0, kMin, 1, kMin + 401}, {{0, kMin, 1, kMin + 400}, {0, kMin + 400, 1, kMin + 401}}},
-      {{0, 0, 0, 10}, {}},
-  };
-  for (const auto& row : rows)
-    EXPECT_EQ(row.tiles, TilesOf(row.bounds, {800, 400})) << testing::PrintToString(row.bounds);
-  EXPECT_EQ((TRectList{}), TilesOf({0, 0, 10, 10}, {0, 5}));
+    TTileIterator iterator(bounds, size);
+    TRect tile;
+    while (tiles.size() < 100 && iterator.GetNextTile(tile)) tiles.push_back(tile);
+    EXPECT_EQ(expected, tiles) << testing::PrintToString(bounds);
+  }
 }
 
-TEST(DrawingTools, BracketsTellBeginAndEnd) {
-  RecordingDebugOutput output;
+TEST_F(DrawingTools, BracketsTellBeginAndEnd) {
   DrawingRunBehavior run;
   CBufferBitmap surface({4, 4}, 32);
   PlainTools tools(surface.GetNativePort().fHDC, nullptr);
@@ -55,86 +37,67 @@ TEST(DrawingTools, BracketsTellBeginAndEnd) {
     bracket.Pause();
     bracket.Pause();
     bracket.Resume();
-    EXPECT_EQ((TTexts{"begin 0", "end 0"}), run.fEvents);
+    EXPECT_EQ("begin 0; end 0", run.TakeEvents());
     bracket.Resume();
   }
-  EXPECT_EQ((TTexts{"begin 0", "end 0", "begin 0", "end 0"}), run.fEvents);
-  EXPECT_TRUE(output.fAssertions.empty());
-
+  EXPECT_EQ("begin 0; end 0", run.TakeEvents());
   // What fails to begin does not end.
-  run.fEvents.clear();
   run.fBeginError = 100001;
   EXPECT_THROW(TDrawBracket(&run, tools), XApplicationError);
-  EXPECT_EQ((TTexts{"begin 0"}), run.fEvents);
-  EXPECT_TRUE(output.HasLine("Component/Portable/MorvaneImplUtilsDrawTools.cpp("));
-
+  EXPECT_EQ("begin 0", run.TakeEvents());
+  EXPECT_TRUE(fOutput.HasLine("Component/Portable/MorvaneImplUtilsDrawTools.cpp("));
   // An end that fails, and one that comes in a pause, are reported only.
-  output.Reset();
   run.fBeginError = kOK;
   run.fEndError = kOtherError;
   {
     TDrawBracket bracket(&run, tools);
     bracket.Pause();
-    EXPECT_EQ((TTexts{"error == kOK"}), output.fAssertions);
-    output.Reset();
+    EXPECT_EQ("error == kOK", TakeReports());
   }
-  EXPECT_EQ((TTexts{"0==fPauseCount", "error == kOK"}), output.fAssertions);
-
-  output.Reset();
+  EXPECT_EQ("0==fPauseCount; error == kOK", TakeReports());
   { TDrawBracket nobody(nullptr, tools); }
-  EXPECT_TRUE(output.fAssertions.empty());
 }
 
-TEST(DrawingTools, ABitmapIsDrawnToInWindowCoordinates) {
-  RecordingDebugOutput output;
+TEST_F(DrawingTools, ABitmapIsDrawnToInWindowCoordinates) {
   for (std::int32_t depth : {16, 32}) {
     CBufferBitmap bitmap({20, 10}, depth);
     CRegion region(TRect{0, 0, 1000, 1000});
     region.SubtractRect({105, 200, 107, 1000});
     {
       CBufferBitmapDrawTools tools(&bitmap, region.GetNativeRegion(), {100, 200}, nullptr);
-      TNativePort port = {};
-      ASSERT_EQ(kOK, tools.IDrawTools_OpenNativePort(port));
-      Fill(port.fHDC, {103, 204, 110, 1000}, RGB(255, 0, 0));
-      ASSERT_EQ(kOK, tools.IDrawTools_CloseNativePort());
-
+      EXPECT_EQ(kOK, Filling({103, 204, 110, 1000}, kRed)(tools));
       TRawPixels pixels = {};
       ASSERT_EQ(kOK, tools.IDrawTools_OpenRawPixels(pixels));
-      EXPECT_EQ(100, pixels.fOriginX);
-      EXPECT_EQ(200, pixels.fOriginY);
-      for (int y = 0; y < 10; ++y)
-        for (int x = 0; x < 20; ++x) {
-          const std::uint32_t pixel =
-              depth == 16 ? pixels.fPixels16[y * 20 + x] : pixels.fPixels32[y * 20 + x];
-          EXPECT_EQ(x >= 3 && x < 10 && x != 5 && x != 6 && y >= 4, pixel != 0) << x << " " << y;
-        }
+      EXPECT_EQ((TPoint{100, 200}), (TPoint{pixels.fOriginX, pixels.fOriginY}));
+      for (int i = 0; i < 10 * 20; ++i) {
+        const int x = i % 20, y = i / 20;
+        EXPECT_EQ(x >= 3 && x < 10 && x != 5 && x != 6 && y >= 4,
+                  (depth == 16 ? pixels.fPixels16[i] : pixels.fPixels32[i]) != 0)
+            << x << " " << y;
+      }
       ASSERT_EQ(kOK, tools.IDrawTools_CloseRawPixels());
     }
     // Origin and clip are back.
     Fill(bitmap, {0, 0, 1000, 1000}, RGB(255, 255, 255));
     EXPECT_EQ((TRect{0, 0, 20, 10}), PaintedPixels(bitmap));
   }
-  EXPECT_TRUE(output.fAssertions.empty());
-}
-
-TEST(DrawingTools, PixelsLeftOpenAreReportedAndClosed) {
-  RecordingDebugOutput output;
+  // Pixels left open.
   CBufferBitmap bitmap({20, 10}, 32);
   {
     CBufferBitmapDrawTools tools(&bitmap, CRegion(TRect{0, 0, 9, 9}).GetNativeRegion(), {1, 2}, nullptr);
     TRawPixels pixels = {};
     ASSERT_EQ(kOK, tools.IDrawTools_OpenRawPixels(pixels));
   }
-  EXPECT_EQ((TTexts{"fPixelPtr == NULL", "!fRawPixelsAreOpen"}), output.fAssertions);
+  EXPECT_EQ("fPixelPtr == NULL; !fRawPixelsAreOpen", TakeReports());
 }
 
-TEST(DrawingTools, AFlushGoesUpThroughAllParents) {
+TEST_F(DrawingTools, AFlushGoesUpThroughAllParents) {
   CBufferBitmap surface({40, 40}, 32), outerBitmap({30, 30}, 16), innerBitmap({10, 10}, 32);
   const CRegion all(TRect{0, 0, 1000, 1000});
   PlainTools screen(surface.GetNativePort().fHDC, all.GetNativeRegion());
   CBufferBitmapDrawTools outer(&outerBitmap, all.GetNativeRegion(), {5, 5}, &screen);
   CBufferBitmapDrawTools inner(&innerBitmap, all.GetNativeRegion(), {20, 10}, &outer);
-  Fill(innerBitmap, {0, 0, 1000, 1000}, RGB(255, 0, 0));
+  Fill(innerBitmap, kEverything, kRed);
   inner.CDrawToolsGlue_FlushToScreen(true);
   EXPECT_EQ((std::vector<bool>{true}), screen.fFlushes);
   EXPECT_EQ((TRect{15, 5, 25, 15}), PaintedPixels(outerBitmap));
@@ -147,6 +110,8 @@ TEST(DrawingTools, AFlushGoesUpThroughAllParents) {
 }
 
 // --- The state of a context
+
+namespace {
 
 void SpoilState(HDC hdc, int what) {
   static constexpr XFORM kDoubled = {2, 0, 0, 2, 10, 10};
@@ -167,27 +132,27 @@ void SpoilState(HDC hdc, int what) {
   }
 }
 
+}  // namespace
+
 // For any clip region and origin: what can be drawn after Enter is what the platform's own intersection
 // leaves, whatever the view before has done to the context, and in the end the clip is the old one.
-TEST(DrawingTools, ClipsOfViewsAreThoseOfThePlatform) {
-  constexpr TSize kSize = {24, 20};
-  std::mt19937 random(90125);
-  const auto number = [&](int low, int high) { return low + static_cast<int>(random() % (high - low + 1)); };
-  const auto anyRect = [&](int offset) {
-    const int left = number(-5, 22), top = number(-5, 18);
-    return TRect{left + offset, top + offset, left + number(0, 20) + offset, top + number(0, 18) + offset};
-  };
-  CBufferBitmap tested(kSize, 32), reference(kSize, 32);
+TEST_F(DrawingTools, ClipsOfViewsAreThoseOfThePlatform) {
+  Random random(90125);
+  CBufferBitmap tested({24, 20}, 32), reference({24, 20}, 32);
   const HDC hdc = tested.GetNativePort().fHDC, referenceHdc = reference.GetNativePort().fHDC;
+  const auto clear = [&] {
+    for (CBufferBitmap* each : {&tested, &reference})
+      std::memset(each->OpenPixels(), 0, 20 * each->GetInfo().fRowBytes);
+  };
   int shown = 0;
   for (int round = 0; round < 300; ++round) {
     // The second half goes without regions that are kept.
     if (round < 150) CClipRegions::GetInstance().StartOver();
     while (round == 150 && CClipRegions::GetInstance().GetNext({0, 0, 1, 1}) != nullptr) continue;
     const int rectCount = round % 4;
-    const int origin = round % 3 == 0 ? number(-100, 100) : 0;
+    const int origin = round % 3 == 0 ? random(-100, 100) : 0;
     CRegion region;
-    for (int i = 0; i < rectCount; ++i) region.UnionRect(anyRect(0));
+    for (int i = 0; i < rectCount; ++i) region.UnionRect(random.Rect(-5, 22, 20));
     for (HDC dc : {hdc, referenceHdc}) {
       SelectClipRgn(dc, rectCount == 0 ? nullptr : region.GetNativeRegion());
       SetWindowOrgEx(dc, origin, origin, nullptr);
@@ -198,55 +163,48 @@ TEST(DrawingTools, ClipsOfViewsAreThoseOfThePlatform) {
     {
       CPortClip clip(hdc);
       for (int view = 0; view < 6; ++view) {
-        const TRect bounds = anyRect(origin);
+        const TRect bounds = OffsetRectBy(random.Rect(-5, 22, 20), origin, origin);
         untouched.Restore();
         IntersectClipRect(referenceHdc, bounds.fLeft, bounds.fTop, bounds.fRight, bounds.fBottom);
         const bool entered = clip.Enter(bounds);
-        std::memset(tested.OpenPixels(), 0, kSize.fHeight * tested.GetInfo().fRowBytes);
-        std::memset(reference.OpenPixels(), 0, kSize.fHeight * reference.GetInfo().fRowBytes);
+        clear();
         if (entered && view == 2) {
           SpoilState(hdc, 0);
           clip.Renew(bounds);
         }
-        if (entered) Fill(tested, {-1000, -1000, 1000, 1000}, 1);
-        Fill(reference, {-1000, -1000, 1000, 1000}, 1);
+        if (entered) Fill(tested, kEverything, 1);
+        Fill(reference, kEverything, 1);
         ASSERT_EQ(PixelsOf(reference), PixelsOf(tested)) << round << " " << view;
         ASSERT_EQ(entered, PaintedPixels(reference).fRight > 0);
-        shown += entered;
-        if (entered) {
-          // A mapping of its own, once changed, is beyond repair.
-          SpoilState(hdc, number(0, round % 7 == 0 ? 3 : 7));
-          clip.Leave();
-        }
+        if (!entered) continue;
+        ++shown;
+        // A mapping of its own, once changed, is beyond repair.
+        SpoilState(hdc, random(0, round % 7 == 0 ? 3 : 7));
+        clip.Leave();
       }
     }
     untouched.Restore();
-    std::memset(tested.OpenPixels(), 0, kSize.fHeight * tested.GetInfo().fRowBytes);
-    std::memset(reference.OpenPixels(), 0, kSize.fHeight * reference.GetInfo().fRowBytes);
-    Fill(tested, {-1000, -1000, 1000, 1000}, 1);
-    Fill(reference, {-1000, -1000, 1000, 1000}, 1);
+    clear();
+    for (CBufferBitmap* each : {&tested, &reference}) Fill(*each, kEverything, 1);
     ASSERT_EQ(PixelsOf(reference), PixelsOf(tested)) << round;
   }
   EXPECT_GT(shown, 100);
 }
 
-TEST(DrawingTools, AttributesAndObjectsComeBack) {
+TEST_F(DrawingTools, AttributesAndObjectsComeBack) {
   CBufferBitmap surface({10, 10}, 32);
   const HDC hdc = surface.GetNativePort().fHDC;
   const auto describe = [&] {
-    POINT windowOrigin = {}, viewportOrigin = {};
-    GetWindowOrgEx(hdc, &windowOrigin);
-    GetViewportOrgEx(hdc, &viewportOrigin);
-    return std::vector<long long>{
-        windowOrigin.x,    viewportOrigin.x,
-        GetMapMode(hdc),   GetGraphicsMode(hdc),
-        GetTextColor(hdc), GetBkMode(hdc),
-        GetROP2(hdc),      reinterpret_cast<std::intptr_t>(GetCurrentObject(hdc, OBJ_BRUSH))};
+    POINT origins[2] = {};
+    GetWindowOrgEx(hdc, &origins[0]);
+    GetViewportOrgEx(hdc, &origins[1]);
+    return std::make_tuple(origins[0].x, origins[1].x, GetMapMode(hdc), GetGraphicsMode(hdc),
+                           GetTextColor(hdc), GetBkMode(hdc), GetROP2(hdc), GetCurrentObject(hdc, OBJ_BRUSH));
   };
   SetWindowOrgEx(hdc, 4, 3, nullptr);
   SetViewportOrgEx(hdc, 1, 2, nullptr);
   SetTextColor(hdc, 0x010203);
-  const std::vector<long long> before = describe();
+  const auto before = describe();
   {
     const CPortGuard guard(hdc);
     for (int what = 2; what < 7; ++what) SpoilState(hdc, what);
@@ -254,6 +212,3 @@ TEST(DrawingTools, AttributesAndObjectsComeBack) {
   }
   EXPECT_EQ(before, describe());
 }
-
-}  // namespace
-}  // namespace NSMorvane

@@ -1,16 +1,11 @@
 // The search along the tab list, and where the focus goes when its view cannot keep it.
-#include <gtest/gtest.h>
-
 #include "Component/Portable/MorvaneImplUtilsFocus.h"
 #include "Tests/Support/FakeViewWindow.h"
-#include "Tests/Support/RecordingDebugOutput.h"
+#include "Tests/Support/UnitTest.h"
 
-namespace NSMorvane {
+using namespace NSMorvaneTest;
+
 namespace {
-
-using NSMorvaneTest::FakeViewWindow;
-using NSMorvaneTest::RecordingDebugOutput;
-using NSMorvaneTest::SetFlags;
 
 constexpr std::uint32_t kFocusable = kViewEnabled | kViewFocusable;
 
@@ -20,49 +15,41 @@ constexpr std::uint32_t kFocusable = kViewEnabled | kViewFocusable;
 //     b
 //   c
 // Tab order: c, a, b.
-class FocusSearch : public testing::Test {
+class FocusSearch : public ReportingTest {
  protected:
   FocusSearch() { fWindow.fTabViews = {&c, &a, &b}; }
-  ~FocusSearch() override {
-    for (CViewImpl* view : {&a, &b, &c, &group})
-      if (view->IsLive()) view->IView_Release();
-  }
+  ~FocusSearch() override { fWindow.ReleaseViews(); }
 
   FakeViewWindow fWindow;
   CViewImpl& group = fWindow.MakeView(fWindow.Root(), {0, 0, 100, 100}, "group");
   CViewImpl& a = fWindow.MakeView(group, {0, 0, 50, 50}, "a", kFocusable);
   CViewImpl& b = fWindow.MakeView(group, {50, 0, 100, 50}, "b", kFocusable);
   CViewImpl& c = fWindow.MakeView(fWindow.Root(), {200, 0, 300, 50}, "c", kFocusable);
-  RecordingDebugOutput fOutput;
 };
 
-TEST_F(FocusSearch, NeighboursBothWays) {
-  const struct {
-    CViewImpl* anchor;
-    CViewImpl* next;
-    CViewImpl* previous;
-  } rows[] = {{nullptr, &c, &b}, {&c, &a, &b}, {&a, &b, &c}, {&b, &c, &a}, {&group, &c, &b}};
-  for (const auto& row : rows) {
-    EXPECT_EQ(row.next, FindNextFocusView(row.anchor, fWindow));
-    EXPECT_EQ(row.previous, FindPreviousFocusView(row.anchor, fWindow));
-  }
-  EXPECT_TRUE(fOutput.fAssertions.empty());
-  EXPECT_EQ(nullptr, FindFocusView({}, &a, kFindNext));
-  EXPECT_EQ(&b, FindFocusView({&a, &b}, nullptr, static_cast<TFocusDirection>(2)));
-  EXPECT_EQ(std::vector<std::string>{"direction == kFindPrevious"}, fOutput.fAssertions);
-}
+}  // namespace
 
-TEST_F(FocusSearch, ViewsThatCannotHaveTheFocusAreSkipped) {
+TEST_F(FocusSearch, NeighboursBothWays) {
+  using Views = std::vector<CViewImpl*>;
+  const auto check = [&](const Rows<CViewImpl*, CViewImpl*, CViewImpl*>& rows) {
+    for (const auto& [anchor, next, previous] : rows) {
+      EXPECT_EQ(next, FindNextFocusView(anchor, fWindow));
+      EXPECT_EQ(previous, FindPreviousFocusView(anchor, fWindow));
+    }
+  };
+  check({{nullptr, &c, &b}, {&c, &a, &b}, {&a, &b, &c}, {&b, &c, &a}, {&group, &c, &b}});
+  EXPECT_EQ(nullptr, FindFocusView({}, &a, kFindNext));
+  EXPECT_EQ("", TakeReports());
+  EXPECT_EQ(&b, FindFocusView({&a, &b}, nullptr, static_cast<TFocusDirection>(2)));
+  EXPECT_EQ("direction == kFindPrevious", TakeReports());
+  // Views that cannot have the focus are skipped, and an anchor that cannot is nowhere in the list.
   SetFlags(a, kViewEnabled);
-  EXPECT_EQ((std::vector<CViewImpl*>{&c, &b}), GetFocusableTabViews(fWindow));
-  // An anchor that cannot be the target any more is nowhere in the list.
-  EXPECT_EQ(&c, FindNextFocusView(&a, fWindow));
-  EXPECT_EQ(&b, FindPreviousFocusView(&a, fWindow));
+  EXPECT_EQ((Views{&c, &b}), GetFocusableTabViews(fWindow));
+  check({{&a, &c, &b}});
   SetFlags(group, 0);
-  EXPECT_EQ(std::vector<CViewImpl*>{&c}, GetFocusableTabViews(fWindow));
+  EXPECT_EQ(Views{&c}, GetFocusableTabViews(fWindow));
   SetFlags(c, kViewFocusable);
-  EXPECT_EQ(nullptr, FindNextFocusView(nullptr, fWindow));
-  EXPECT_EQ(nullptr, FindPreviousFocusView(&a, fWindow));
+  check({{nullptr, nullptr, nullptr}, {&a, nullptr, nullptr}});
 }
 
 TEST_F(FocusSearch, FocusInSubtree) {
@@ -71,8 +58,7 @@ TEST_F(FocusSearch, FocusInSubtree) {
   for (CViewImpl* view : {&b, &c}) EXPECT_FALSE(IsFocusInSubtree(*view));
   // Nobody gets the keys in an inactive window.
   fWindow.fActive = false;
-  EXPECT_FALSE(IsFocusInSubtree(a));
-  EXPECT_FALSE(IsFocusInSubtree(fWindow.Root()));
+  EXPECT_FALSE(IsFocusInSubtree(a) || IsFocusInSubtree(fWindow.Root()));
   fWindow.fActive = true;
   fWindow.fFocusView = nullptr;
   EXPECT_FALSE(IsFocusInSubtree(fWindow.Root()));
@@ -86,45 +72,39 @@ TEST_F(FocusSearch, EjectedFocusGoesToTheNextView) {
   EjectFocus(fWindow);
   EXPECT_EQ(&c, fWindow.fFocusView);
   EXPECT_TRUE(fWindow.fLog.empty());
-  EXPECT_TRUE(fOutput.fAssertions.empty());
+  EXPECT_EQ("", TakeReports());
   fWindow.fTabViews = {&c};
   EjectFocus(fWindow);
   EXPECT_EQ(&c, fWindow.fFocusView);
-  EXPECT_EQ((std::vector<std::string>{"view != anchorView", "newFocusView != currentFocusView",
-                                      "newCurrentFocusView != currentFocusView"}),
-            fOutput.fAssertions);
+  EXPECT_EQ("view != anchorView; newFocusView != currentFocusView; newCurrentFocusView != currentFocusView",
+            TakeReports());
 }
 
-// Three ways to lose the focus. Each row: the tab list, who has the focus, who has it afterwards.
+// Three ways to lose the focus, each with others in the tab list and with none.
 TEST_F(FocusSearch, WhoeverCannotKeepTheFocusHandsItOn) {
-  const auto unfocusable = [](CViewImpl& view) { SetFlags(view, kViewEnabled); };
-  const auto disabled = [](CViewImpl& view) { SetFlags(view, kViewFocusable); };
-  const auto deleted = [](CViewImpl& view) { view.IView_Release(); };
-  const struct {
-    const char* name;
-    void (*end)(CViewImpl&);
-    CViewImpl* expected;
-  } rows[] = {// While it loses the flag it still has its place in the list: the next one follows.
-              {"unfocusable", +unfocusable, &b},
-              // The others have left the list: the first one follows.
-              {"disabled", +disabled, &c},
-              {"deleted", +deleted, &c}};
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
-    for (const bool isOnlyOne : {false, true}) {
-      CViewImpl& view = fWindow.MakeView(group, {0, 0, 10, 10}, "view", kFocusable);
-      fWindow.fTabViews =
-          isOnlyOne ? std::vector<CViewImpl*>{&view} : std::vector<CViewImpl*>{&c, &a, &view, &b};
-      EXPECT_EQ(kOK, fWindow.IWindow_SetConceptualFocusView(&view));
-      fWindow.Reset();
-      fOutput.Reset();
-      row.end(view);
-      EXPECT_EQ(isOnlyOne ? nullptr : row.expected, fWindow.fFocusView);
-      EXPECT_EQ(row.end == +deleted, fOutput.HasLine("Ejecting focus from view being deleted..."));
-      if (row.end != +deleted) view.IView_Release();
-    }
+  enum TEnd { kUnfocusable, kDisabled, kDeleted };
+  for (const auto& [end, isOnlyOne, expected] : Rows<TEnd, bool, CViewImpl*>{
+           // While it loses the flag it still has its place in the list: the next one follows.
+           {kUnfocusable, false, &b},
+           {kUnfocusable, true, nullptr},
+           // The others have left the list: the first one follows.
+           {kDisabled, false, &c},
+           {kDisabled, true, nullptr},
+           {kDeleted, false, &c},
+           {kDeleted, true, nullptr}}) {
+    CViewImpl& view = fWindow.MakeView(group, {0, 0, 10, 10}, "view", kFocusable);
+    fWindow.fTabViews = {&view};
+    if (!isOnlyOne) fWindow.fTabViews = {&c, &a, &view, &b};
+    EXPECT_EQ(kOK, fWindow.IWindow_SetConceptualFocusView(&view));
+    TakeLines();
+    if (end != kDeleted) SetFlags(view, end == kUnfocusable ? kViewEnabled : kViewFocusable);
+    if (end == kDeleted) view.IView_Release();
+    EXPECT_EQ(expected, fWindow.fFocusView) << end;
+    EXPECT_EQ(end == kDeleted, fOutput.HasLine("Ejecting focus from view being deleted..."));
+    if (end != kDeleted) view.IView_Release();
+    TakeReports();
   }
-  EXPECT_EQ((std::vector<CViewImpl*>{}), fWindow.fTabViews);
+  EXPECT_TRUE(fWindow.fTabViews.empty());
 }
 
 TEST_F(FocusSearch, DisablingASuperViewMovesTheFocusOutOfIt) {
@@ -150,16 +130,10 @@ TEST_F(FocusSearch, WindowEndsWhileTheFocusMoves) {
     CViewImpl& inner = window->MakeView(outer, {0, 0, 9, 9}, "inner", kFocusable);
     window->fTabViews = {&inner};
     window->fFocusView = &inner;
-    NSMorvaneTest::BehaviorOf(inner).fOnCall = [&] { window.reset(); };
-    if (byRelease)
-      inner.IView_Release();
-    else
-      SetFlags(outer, 0);
+    BehaviorOf(inner).fOnCall = [&] { window.reset(); };
+    byRelease ? inner.IView_Release() : SetFlags(outer, 0);
     EXPECT_EQ(nullptr, outer.GetMotherWindow());
     if (!byRelease) inner.IView_Release();
     outer.IView_Release();
   }
 }
-
-}  // namespace
-}  // namespace NSMorvane

@@ -2,172 +2,115 @@
 // and requests while nobody listens. Runs are in the client tests.
 #include "Component/Win/MorvaneImplWin.h"
 
-#include <gtest/gtest.h>
-
-#include <cstring>
 #include <memory>
 
 #include "Component/Win/MorvaneImplWinMessages.h"
 #include "Component/Win/UtilsWin.h"
-#include "Tests/Support/RecordingDebugOutput.h"
+#include "Tests/Support/UnitTest.h"
 
-using namespace NSMorvane;
-using NSMorvaneTest::RecordingDebugOutput;
+using namespace NSMorvaneTest;
 
 namespace {
 
-using Texts = std::vector<std::string>;
-
-class MorvaneImplTest : public ::testing::Test {
+class MorvaneImplTest : public ReportingTest {
  protected:
   MorvaneImplTest() {
-    TError error = kOtherError;
-    fMorvane.reset(Morvane_Create("IMorvane", &error));
-    EXPECT_EQ(error, kOK);
-    fOutput.Reset();
+    EXPECT_EQ(Create("IMorvane"), kOK);
+    TakeLines();
   }
   ~MorvaneImplTest() override { gPendingErrors.clear(); }
 
+  TError Create(const char* name) {
+    TError error = kOK;
+    if (IMorvane* const made = Morvane_Create(name, &error)) fMorvane.reset(made);
+    return error;
+  }
   CMorvaneImpl& Impl() { return *CMorvaneImpl::gMorvaneImpl; }
-  // The assertions since the last time.
-  Texts TakeAssertions() { return std::exchange(fOutput.fAssertions, {}); }
-  std::ptrdiff_t CountLines(const std::string& line) const {
-    return std::count(fOutput.fLines.begin(), fOutput.fLines.end(), "[Morvane] " + line);
-  }
-  // Has the loop handle one message.
-  void TurnTheLoop() {
-    ::PostThreadMessageW(::GetCurrentThreadId(), WM_APP, 0, 0);
-    EXPECT_EQ(fMorvane->IMorvane_Yield(), kOK);
-  }
 
-  RecordingDebugOutput fOutput;
   std::unique_ptr<IMorvane> fMorvane;
 };
 
 }  // namespace
 
-// --- Life
-
 TEST_F(MorvaneImplTest, ThereIsOneRootObject) {
-  TError error = kOK;
-  EXPECT_EQ(Morvane_Create("IMorvane", &error), nullptr);
-  EXPECT_EQ(error, TError(kOtherError));
-  for (const char* name : {"iMorvane", "IMorvane ", "", "IMorvan", static_cast<const char*>(nullptr)}) {
-    error = kOK;
-    EXPECT_EQ(Morvane_Create(name, &error), nullptr);
-    EXPECT_EQ(error, TError(kBadInputProgrammingError)) << (name ? name : "null");
-  }
-
+  EXPECT_EQ(Create("IMorvane"), kOtherError);
+  for (const char* name : {"iMorvane", "IMorvane ", "", "IMorvan", static_cast<const char*>(nullptr)})
+    EXPECT_EQ(Create(name), kBadInputProgrammingError) << (name ? name : "null");
+  EXPECT_EQ(CMorvaneImpl::gMorvaneImpl, fMorvane.get());
   fMorvane.reset();
   EXPECT_EQ(CMorvaneImpl::gMorvaneImpl, nullptr);
-  fMorvane.reset(Morvane_Create("IMorvane", &error));
-  EXPECT_EQ(error, TError(kOK));
-  EXPECT_EQ(TakeAssertions(), Texts());
+  EXPECT_EQ(Create("IMorvane"), kOK);
 }
 
 TEST_F(MorvaneImplTest, OutsideARun) {
   IMorvaneRunBehavior* behavior = nullptr;
   EXPECT_EQ(fMorvane->IMorvane_GetBehavior(behavior), kOK);
-  EXPECT_EQ(TakeAssertions(), (Texts{"0!=fBehavior", "outBehavior != NULL"}));
+  EXPECT_EQ(TakeReports(), "0!=fBehavior; outBehavior != NULL");
   EXPECT_EQ(Impl().GetWindowForHwnd(::GetDesktopWindow()), nullptr);
   EXPECT_THROW(Impl().GetWindowForHwndChecked(::GetDesktopWindow()), std::exception);
-  EXPECT_EQ(TakeAssertions(), (Texts{"false"}));
+  EXPECT_EQ(TakeReports(), "false");
 }
-
-// --- Small hooks
 
 TEST_F(MorvaneImplTest, AutoPlaySuppressionNests) {
   IWinExtensions* extensions = nullptr;
   ASSERT_EQ(fMorvane->IMorvane_GetWinExtensions(extensions), kOK);
   const UINT query = ::RegisterWindowMessageW(L"QueryCancelAutoPlay");
-  const struct {
-    std::uint32_t command;
-    TError result;
-    bool suppressedAfter;
-  } steps[] = {{1, kIllegalCallSequenceProgrammingError, false},
-               {0, kOK, true},
-               {2, kBadInputProgrammingError, true},
-               {0, kOK, true},
-               {1, kOK, true},
-               {1, kOK, false},
-               {1, kIllegalCallSequenceProgrammingError, false}};
-  for (const auto& step : steps) {
-    EXPECT_EQ(extensions->IWinExtensions_SuppressAutoPlay(static_cast<TAutoPlayCommand>(step.command)),
-              step.result);
-    fOutput.fLines.clear();
-    EXPECT_EQ(Impl().IsAutoPlayQuery(query), step.suppressedAfter);
-    EXPECT_EQ(CountLines("Stopped an autoplay from occuring!"), step.suppressedAfter ? 1 : 0);
+  for (const auto& [command, result, suppressedAfter] :
+       Rows<int, TError, bool>{{1, kIllegalCallSequenceProgrammingError, false},
+                               {0, kOK, true},
+                               {2, kBadInputProgrammingError, true},
+                               {0, kOK, true},
+                               {1, kOK, true},
+                               {1, kOK, false},
+                               {1, kIllegalCallSequenceProgrammingError, false}}) {
+    EXPECT_EQ(extensions->IWinExtensions_SuppressAutoPlay(static_cast<TAutoPlayCommand>(command)), result);
+    TakeLines();
+    EXPECT_EQ(Impl().IsAutoPlayQuery(query), suppressedAfter);
+    EXPECT_EQ(TakeLines(), suppressedAfter ? "Stopped an autoplay from occuring!" : "");
     EXPECT_FALSE(Impl().IsAutoPlayQuery(query + 1));
   }
-  EXPECT_EQ(TakeAssertions(), Texts());
 }
 
 // --- Failures and requests without a behaviour
 
-TEST_F(MorvaneImplTest, OldestPendingErrorIsDelivered) {
-  gPendingErrors = {kBadFormatError, 100001};
-  TurnTheLoop();
-  EXPECT_EQ(CountLines("Ignoring unhandled error 12005 since there is no behavior."), 1);
-  EXPECT_TRUE(gPendingErrors.empty());
-}
-
-TEST_F(MorvaneImplTest, MenuBarRequestsWithoutBehaviour) {
-  EXPECT_FALSE(Impl().MenuBarsAreStale());
+TEST_F(MorvaneImplTest, RequestsWithoutBehaviour) {
   for (int i = 0; i < 3; ++i) EXPECT_EQ(fMorvane->IMorvane_RequestMenuBarsSetup(), kOK);
   EXPECT_TRUE(Impl().MenuBarsAreStale());
   Impl().FlushMenuBarRequests();
   EXPECT_FALSE(Impl().MenuBarsAreStale());
   Impl().FlushMenuBarRequests();
-  EXPECT_EQ(fOutput.fLines,
-            (Texts{"[Morvane] CMorvaneImpl::CMorvaneGlue_RequestMenuBarsSetup requested",
-                   "[Morvane] Collapsed 3 rebuild menubar requests...",
-                   "[Morvane] Ignoring request to rebuild menu bars since there is no behavior."}));
-}
-
-TEST_F(MorvaneImplTest, SessionEndWithoutBehaviour) {
+  EXPECT_EQ(TakeLines(),
+            "CMorvaneImpl::CMorvaneGlue_RequestMenuBarsSetup requested; Collapsed 3 rebuild menubar "
+            "requests...; Ignoring request to rebuild menu bars since there is no behavior.");
+  // The end of the session; the second time it is quitting already.
   EXPECT_TRUE(Impl().OnQueryEndSession());
-  EXPECT_EQ(fOutput.fLines, (Texts{"[Morvane] Auto-handlig quit event since there is no behavior.",
-                                   "[Morvane] ]Morvane] Entering quit mode..."}));
-  // Already quitting: the answer is at hand.
   EXPECT_TRUE(Impl().OnQueryEndSession());
-  EXPECT_EQ(fOutput.fLines.size(), 2u);
+  EXPECT_EQ(TakeLines(),
+            "Auto-handlig quit event since there is no behavior.; ]Morvane] Entering quit mode...");
   EXPECT_EQ(fMorvane->IMorvane_StopQuitting(), kOK);
-  EXPECT_EQ(CountLines("]Morvane] Exited quit mode..."), 1);
-  EXPECT_EQ(TakeAssertions(), Texts());
+  EXPECT_EQ(TakeLines(), "]Morvane] Exited quit mode...");
 }
-
-// --- Private messages
-
-namespace {
-
-class RecordingListener : public IMessageCallListener {
- public:
-  void OnListenerCall1() override { fCalls += '1'; }
-  void OnListenerCall2() override { fCalls += '2'; }
-  void OnListenerCall3() override { throw XBadFormat(); }
-  std::string fCalls;
-};
-
-}  // namespace
 
 TEST_F(MorvaneImplTest, ListenerCallsReachKnownListenersOnly) {
-  RecordingListener known, stranger;
+  struct RecordingListener : IMessageCallListener {
+    void OnListenerCall1() override { fCalls += '1'; }
+    void OnListenerCall2() override { fCalls += '2'; }
+    void OnListenerCall3() override { throw XBadFormat(); }
+    std::string fCalls;
+  } known, stranger;
   const auto send = [&](UINT message, RecordingListener& listener) {
-    return Impl().HandlePrivateMessage(
-        nullptr, message, reinterpret_cast<WPARAM>(&Impl()),
-        reinterpret_cast<LPARAM>(static_cast<IMessageCallListener*>(&listener)));
+    Impl().HandlePrivateMessage(nullptr, message, reinterpret_cast<WPARAM>(&Impl()),
+                                reinterpret_cast<LPARAM>(static_cast<IMessageCallListener*>(&listener)));
+    return TakeReports();
   };
   Impl().AddMessageCallListener(&known);
-  send(kMsgListenerCall1, known);
-  send(kMsgListenerCall2, known);
-  EXPECT_EQ(TakeAssertions(), Texts());
-  send(kMsgListenerCall1, stranger);
-  EXPECT_EQ(TakeAssertions(), (Texts{"false"}));
+  EXPECT_EQ(send(kMsgListenerCall1, known), "");
+  EXPECT_EQ(send(kMsgListenerCall2, known), "");
+  EXPECT_EQ(send(kMsgListenerCall1, stranger), "false");
   send(kMsgListenerCall3, known);
   EXPECT_EQ(gPendingErrors, (std::vector<TError>{kBadFormatError}));
   Impl().RemoveMessageCallListener(&known);
-  send(kMsgListenerCall1, known);
-  EXPECT_EQ(TakeAssertions(), (Texts{"false"}));
+  EXPECT_EQ(send(kMsgListenerCall1, known), "false");
   EXPECT_EQ(known.fCalls, "12");
   EXPECT_EQ(stranger.fCalls, "");
 }

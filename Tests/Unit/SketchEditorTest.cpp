@@ -1,16 +1,13 @@
 // What can be done to a document of the sample application Sketch: changes, undo, tools, editing a line.
-#include <gtest/gtest.h>
-
 #include <memory>
-#include <random>
-#include <string>
-#include <vector>
 
 #include "Samples/Sketch/SketchDocumentFile.h"
 #include "Samples/Sketch/SketchEditor.h"
 #include "Samples/Sketch/SketchLineEdit.h"
 #include "Samples/Sketch/SketchTools.h"
+#include "Tests/Support/UnitTest.h"
 
+using namespace NSMorvaneTest;
 using namespace NSSketch;
 
 namespace {
@@ -99,39 +96,41 @@ TEST_F(SketchEditor, AHandleMovesByKeyAndStopsAtTheOtherSide) {
 }
 
 TEST_F(SketchEditor, FindsTheShapeAtAPoint) {
-  const struct {
-    TSketchPoint fPoint;
-    int fShape;
-  } cases[] = {{{50, 30}, 0},   {{115, 30}, -1}, {{250, 35}, -1}, {{250, 12}, 1}, {{60, 150}, 2},
-               {{60, 160}, -1}, {{225, 150}, 3}, {{429, 19}, 4},  {{435, 19}, -1}};
-  for (const auto& test : cases) {
-    const auto shape = ShapeAt(fEditor->Document(), test.fPoint, 4, fMeasure);
-    EXPECT_EQ(shape ? static_cast<int>(*shape) : -1, test.fShape) << test.fPoint.fX << "," << test.fPoint.fY;
+  const Rows<TSketchPoint, int> rows = {{{50, 30}, 0},   {{115, 30}, -1}, {{250, 35}, -1},
+                                        {{250, 12}, 1},  {{60, 150}, 2},  {{60, 160}, -1},
+                                        {{225, 150}, 3}, {{429, 19}, 4},  {{435, 19}, -1}};
+  for (const auto& [point, expected] : rows) {
+    const auto shape = ShapeAt(fEditor->Document(), point, 4, fMeasure);
+    EXPECT_EQ(shape ? static_cast<int>(*shape) : -1, expected) << point.fX << "," << point.fY;
   }
 }
 
 TEST_F(SketchEditor, PullsHandles) {
   const TShape box = fEditor->Shape(0);
-  const struct {
-    std::size_t fHandle;
-    TSketchPoint fTo;
-    bool fConstrain;
-    std::vector<TSketchPoint> fPoints;
-  } cases[] = {{1, {30, 40}, false, {{10, 40}, {110, 60}}},
-               {4, {30, 40}, true, {{10, 10}, {40, 40}}},
-               {4, {0, 0}, false, {{0, 0}, {10, 10}}},  // beyond the other side, the box turns over
-               {7, {30, 40}, true, {{30, 10}, {110, 60}}}};
-  for (const auto& test : cases)
-    EXPECT_EQ(WithHandleAt(box, HandlesOf(box)[test.fHandle], test.fTo, test.fConstrain).fPoints,
-              test.fPoints);
+  for (const auto& [handle, to, constrain, points] :
+       Rows<std::size_t, TSketchPoint, bool, std::vector<TSketchPoint>>{
+           {1, {30, 40}, false, {{10, 40}, {110, 60}}},
+           {4, {30, 40}, true, {{10, 10}, {40, 40}}},
+           {4, {0, 0}, false, {{0, 0}, {10, 10}}},  // beyond the other side, the box turns over
+           {7, {30, 40}, true, {{30, 10}, {110, 60}}}})
+    EXPECT_EQ(WithHandleAt(box, HandlesOf(box)[handle], to, constrain).fPoints, points);
+  fEditor->Select({0});  // at eightfold size half a pixel reaches four pixels of the window
+  for (const auto& [point, dx, dy, reached] :
+       Rows<TSketchPoint, double, double, bool>{{{9, 9}, 0.5, 0.75, true},
+                                                {{10, 10}, 0.5, 0.25, true},
+                                                {{9, 9}, 0.25, 0.75, false},
+                                                {{10, 10}, 0.5, 0.75, false}})
+    EXPECT_EQ(HandleAt(*fEditor, {point, false, false, 0.5, dx, dy}).has_value(), reached);
 }
 
 // Whatever is done, undo brings every byte back, and redo every byte of what was done.
 TEST_F(SketchEditor, UndoesAndRedoesToTheByte) {
-  std::mt19937 random(17);
+  Random random(17);
   std::vector<std::string> states = {Written()};
   for (int i = 0; i < 200; ++i) {
-    const auto pick = [&](std::size_t count) { return random() % count; };
+    const auto pick = [&](std::size_t count) {
+      return static_cast<std::size_t>(random(0, static_cast<int>(count) - 1));
+    };
     const std::size_t count = fEditor->Document().Shapes().size();
     TShapeIndices some;
     for (std::size_t k = 0; k < count; ++k)
@@ -224,14 +223,6 @@ TEST_F(SketchEditor, GivingUpLeavesTheSelectionAlone) {
   EXPECT_TRUE(fTool->Finish());  // one point is no polyline
   EXPECT_TRUE(fEditor->Selection().empty());
   EXPECT_EQ(Written(), kSample);
-}
-
-TEST_F(SketchEditor, HandlesReachEquallyFarToEachSide) {
-  fEditor->Select({0});  // at eightfold size half a pixel reaches four pixels of the window
-  EXPECT_TRUE(HandleAt(*fEditor, {{9, 9}, false, false, 0.5, 0.5, 0.75}));
-  EXPECT_TRUE(HandleAt(*fEditor, {{10, 10}, false, false, 0.5, 0.5, 0.25}));
-  EXPECT_FALSE(HandleAt(*fEditor, {{9, 9}, false, false, 0.5, 0.25, 0.75}));
-  EXPECT_FALSE(HandleAt(*fEditor, {{10, 10}, false, false, 0.5, 0.5, 0.75}));
 }
 
 TEST_F(SketchEditor, ToolsMakeShapes) {

@@ -1,50 +1,38 @@
 // What is a string script and what is not.
-#include <gtest/gtest.h>
-
 #include "Component/Portable/StringScript.h"
-#include "Tests/Support/RecordingDebugOutput.h"
+#include "Tests/Support/UnitTest.h"
 
 using namespace NSStringScript;
-using NSMorvaneTest::RecordingDebugOutput;
+using namespace NSMorvaneTest;
 
-namespace {
+using StringScript = ReportingTest;
 
-using TEntries = std::vector<std::pair<int, TString>>;
-
-TEntries Parsed(const TString& script) {
-  TEntries entries;
-  for (const TScriptEntry& entry : ParseStringScript(script)) entries.emplace_back(entry.id, entry.text);
-  return entries;
+TEST_F(StringScript, Scripts) {
+  using TEntries = std::vector<std::pair<int, TString>>;
+  const Rows<TString, TEntries> rows = {{u"0{}", {{0, u""}}},
+                                        {u" \t 65535 \t {a} \t ", {{65535, u"a"}}},
+                                        {u"00007{a} //x", {{7, u"a"}}},
+                                        {u"2{b}\n1{a}\r2{c}", {{2, u"b"}, {1, u"a"}, {2, u"c"}}},
+                                        {u"1{a}//x\u20282{b}\u20293{c}\r\n4{d}\r\r\n\n5{e}\n",
+                                         {{1, u"a"}, {2, u"b"}, {3, u"c"}, {4, u"d"}, {5, u"e"}}},
+                                        // No entries at all.
+                                        {u" ", {}},
+                                        {u"// 1{a}\n\n  // b\r\n \t\n//", {}},
+                                        // The text between the braces.
+                                        {u"1{ {a\nb // c\t}", {{1, u" {a\nb // c\t"}}},
+                                        {u"1{\\r\\\\r\\n\\R\\}", {{1, u"\u2029\\\u2029\\n\\R\\"}}},
+                                        {u"1{\u201Ca\u201D\u2018\"}", {{1, u"\"a\"\u2018\""}}},
+                                        {u"1{\xD83D\xDE00\xDE00}", {{1, u"\xD83D\xDE00\xDE00"}}},
+                                        {TString(u"1{a\0b}", 6), {{1, TString(u"a\0b", 3)}}}};
+  for (const auto& [script, entries] : rows) {
+    TEntries parsed;
+    for (const TScriptEntry& entry : ParseStringScript(script)) parsed.emplace_back(entry.id, entry.text);
+    EXPECT_EQ(entries, parsed) << testing::PrintToString(script);
+  }
+  EXPECT_EQ("", TakeLines());
 }
 
-}  // namespace
-
-TEST(StringScript, Scripts) {
-  const std::vector<std::pair<TString, TEntries>> rows = {
-      {u"0{}", {{0, u""}}},
-      {u" \t 65535 \t {a} \t ", {{65535, u"a"}}},
-      {u"00007{a} //x", {{7, u"a"}}},
-      {u"2{b}\n1{a}\r2{c}", {{2, u"b"}, {1, u"a"}, {2, u"c"}}},
-      {u"1{a}//x\u20282{b}\u20293{c}\r\n4{d}\r\r\n\n5{e}\n",
-       {{1, u"a"}, {2, u"b"}, {3, u"c"}, {4, u"d"}, {5, u"e"}}},
-      // No entries at all.
-      {u" ", {}},
-      {u"//", {}},
-      {u"// 1{a}\n\n  // b\r\n \t\n//", {}},
-      // The text between the braces.
-      {u"1{ {a\nb // c\t}", {{1, u" {a\nb // c\t"}}},
-      {u"1{\\r\\\\r\\n\\R\\}", {{1, u"\u2029\\\u2029\\n\\R\\"}}},
-      {u"1{\u201Ca\u201D\u2018\"}", {{1, u"\"a\"\u2018\""}}},
-      {u"1{\xD83D\xDE00\xDE00}", {{1, u"\xD83D\xDE00\xDE00"}}},
-      {TString(u"1{a\0b}", 6), {{1, TString(u"a\0b", 3)}}}};
-  RecordingDebugOutput output;
-  for (const auto& [script, entries] : rows)
-    EXPECT_EQ(entries, Parsed(script)) << testing::PrintToString(script);
-  EXPECT_TRUE(output.fAssertions.empty());
-  EXPECT_TRUE(output.fLines.empty());
-}
-
-TEST(StringScript, OneBadLineLosesTheScript) {
+TEST_F(StringScript, OneBadLineLosesTheScript) {
   const TString zero(1, u'\0');
   // clang-format off
   for (const TString& script : std::initializer_list<TString>{
@@ -55,22 +43,17 @@ TEST(StringScript, OneBadLineLosesTheScript) {
            // what looks like a blank or a digit
            u"\u00A01{a}", u"\u0661{a}", u"\v1{a}", u"1\u00A0{a}", u"1{a}\n\uFEFF2{b}"}) {
     // clang-format on
-    RecordingDebugOutput output;
-    EXPECT_THROW(ParseStringScript(script), NSMorvane::XBadFormat) << testing::PrintToString(script);
-    EXPECT_TRUE(output.fAssertions.empty());
-    ASSERT_EQ(1u, output.fLines.size());
+    EXPECT_THROW(ParseStringScript(script), XBadFormat) << testing::PrintToString(script);
     EXPECT_TRUE(
-        output.HasLine("[Morvane] [Morvane] Exception thrown at Component/Portable/StringScript.cpp("));
+        TakeLines().starts_with("[Morvane] Exception thrown at Component/Portable/StringScript.cpp("));
   }
+  EXPECT_EQ("", TakeReports());
+  // An empty text breaks the invariant.
+  EXPECT_THROW(ParseStringScript(u""), XBadFormat);
+  EXPECT_EQ("false; CheckInvariant()", TakeReports());
 }
 
-TEST(StringScript, AnEmptyTextBreaksTheInvariantAndIsNoScript) {
-  RecordingDebugOutput output;
-  EXPECT_THROW(ParseStringScript(u""), NSMorvane::XBadFormat);
-  EXPECT_EQ((std::vector<std::string>{"false", "CheckInvariant()"}), output.fAssertions);
-}
-
-TEST(StringScript, ReaderStaysInItsBlock) {
+TEST_F(StringScript, ReaderStaysInItsBlock) {
   const std::uint8_t block[4] = {1, 2, 3, 4};
   CRawByteReader reader(block, 4);
   std::uint8_t bytes[4] = {};
@@ -78,9 +61,8 @@ TEST(StringScript, ReaderStaysInItsBlock) {
   EXPECT_EQ(2, bytes[0]);
   EXPECT_EQ(4, bytes[2]);
   reader.ReadBytes(4, 0, bytes);
-  const std::vector<std::pair<std::int64_t, std::int64_t>> rows = {
+  const Rows<std::int64_t, std::int64_t> rows = {
       {0, 5}, {4, 1}, {5, 0}, {-1, 2}, {1, -1}, {1, INT64_MAX}, {INT64_MAX, 1}, {INT64_MIN, INT64_MIN}};
-  for (const auto& [start, size] : rows) {
+  for (const auto& [start, size] : rows)
     EXPECT_THROW(reader.ReadBytes(start, size, bytes), std::out_of_range) << start;
-  }
 }

@@ -1,17 +1,13 @@
 // The validators: which values pass, and that each refusal is reported once.
-#include <gtest/gtest.h>
-
 #include <windows.h>
 
-#include <algorithm>
 #include <functional>
 
 #include "Component/Portable/MorvaneGlueValidators.h"
 #include "Interface/MorvaneDefaults.h"
-#include "Tests/Support/RecordingDebugOutput.h"
+#include "Tests/Support/UnitTest.h"
 
-using namespace NSMorvane;
-using NSMorvaneTest::RecordingDebugOutput;
+using namespace NSMorvaneTest;
 
 namespace {
 
@@ -27,69 +23,73 @@ using TChanges = std::vector<std::function<void(TRecord&)>>;
 #define SET(field, ...) [](auto& r) { r.field = __VA_ARGS__; }
 #define FILL(field, length) [](auto& r) { Fill(r.field, length); }
 
-// Expects a verdict after each of the changes, and a report of each refusal.
-template <class TRecord>
-void Check(const TRecord& good, bool (*validate)(const TRecord&), const TChanges<TRecord>& valid,
-           const TChanges<TRecord>& invalid) {
-  RecordingDebugOutput output;
-  EXPECT_TRUE(validate(good));
-  for (std::size_t i = 0; i < valid.size() + invalid.size(); ++i) {
-    const bool isValid = i < valid.size();
-    SCOPED_TRACE((isValid ? "valid " : "invalid ") + std::to_string(isValid ? i : i - valid.size()));
-    TRecord record = good;
-    (isValid ? valid[i] : invalid[i - valid.size()])(record);
-    output.Reset();
-    EXPECT_EQ(isValid, validate(record));
-    EXPECT_EQ(isValid, output.fAssertions.empty());
-    for (const std::string& assertion : output.fAssertions) EXPECT_EQ("false", assertion);
-    EXPECT_EQ(0, output.fDepth);
+class Validators : public ReportingTest {
+ protected:
+  // Expects a verdict after each of the changes, and a report of each refusal.
+  template <class TRecord>
+  void Check(const TRecord& good, bool (*validate)(const TRecord&), const TChanges<TRecord>& valid,
+             const TChanges<TRecord>& invalid) {
+    EXPECT_TRUE(validate(good));
+    for (std::size_t i = 0; i < valid.size() + invalid.size(); ++i) {
+      const bool isValid = i < valid.size();
+      SCOPED_TRACE((isValid ? "valid " : "invalid ") + std::to_string(isValid ? i : i - valid.size()));
+      TRecord record = good;
+      (isValid ? valid[i] : invalid[i - valid.size()])(record);
+      EXPECT_EQ(isValid, validate(record));
+      EXPECT_EQ(isValid, fOutput.fAssertions.empty());
+      EXPECT_EQ(std::string::npos, TakeReports().find_first_not_of("false; "));
+      EXPECT_EQ(0, fOutput.fDepth);
+    }
   }
-}
-
-template <class TValue>
-void CheckValues(bool (*validate)(TValue), std::initializer_list<std::uint32_t> good,
-                 std::initializer_list<std::uint32_t> bad, bool reports = true) {
-  RecordingDebugOutput output;
-  for (std::uint32_t value : good) EXPECT_TRUE(validate(static_cast<TValue>(value))) << value;
-  EXPECT_TRUE(output.fAssertions.empty());
-  for (std::uint32_t value : bad) EXPECT_FALSE(validate(static_cast<TValue>(value))) << value;
-  EXPECT_EQ(reports ? bad.size() : 0, output.fAssertions.size());
-}
-
-// Minimum, maximum and ideal size, and what else the states of all kinds have.
-template <class TState>
-void CheckState(bool (*validate)(const TState&), const TChanges<TState>& valid,
-                const TChanges<TState>& invalid) {
-  struct TSizes {
-    TSize fMinimum, fMaximum, fIdeal;
-  };
-  TState good{};
-  good.fPlacement.fZoomState = kWindowStateUser;
-  TChanges<TState> allValid = valid, allInvalid = invalid;
-  const auto add = [](TChanges<TState>& changes, std::initializer_list<TSizes> rows) {
-    for (const TSizes& row : rows)
-      changes.push_back([row](TState& s) {
-        s.fMinimumClientSize = row.fMinimum;
-        s.fMaximumClientSize = row.fMaximum;
-        s.fIdealClientSize = row.fIdeal;
-      });
-  };
-  add(allValid, {{{}, {}, {100, 100}}, {{300, 0}, {0, 300}, {}}, {{0, 300}, {0, 300}, {}}});
-  add(allInvalid, {{{-1, 0}, {}, {}}, {{0, -1}, {}, {}}, {{}, {-1, 0}, {}}, {{}, {0, -1}, {}}});
-  add(allInvalid, {{{}, {}, {-1, -1}}, {{}, {}, {100, 0}}, {{}, {}, {0, 100}}});
-  add(allInvalid, {{{300, 0}, {299, 0}, {}}, {{0, 300}, {0, 299}, {}}});
-  add(allInvalid, {{{100, 100}, {}, {99, 200}}, {{100, 100}, {}, {200, 99}}});
-  add(allInvalid, {{{}, {100, 100}, {101, 50}}, {{}, {100, 100}, {50, 101}}});
-  Check<TState>(good, validate, allValid, allInvalid);
-  Check<TState>(good, validate,
-                {SET(fModified, 1), FILL(fTitle, 1023), SET(fPlacement.fZoomState, kWindowStateIdeal)},
-                {SET(fModified, 2), FILL(fTitle, 1024), SET(fPlacement.fZoomState, TZoomState(2199)),
-                 SET(fPlacement.fZoomState, TZoomState(2202))});
-}
+  template <class TValue>
+  void CheckValues(bool (*validate)(TValue), std::initializer_list<std::uint32_t> good,
+                   std::initializer_list<std::uint32_t> bad, bool reports = true) {
+    for (std::uint32_t value : good) EXPECT_TRUE(validate(static_cast<TValue>(value))) << value;
+    EXPECT_EQ("", TakeReports());
+    for (std::uint32_t value : bad) EXPECT_FALSE(validate(static_cast<TValue>(value))) << value;
+    EXPECT_EQ(reports ? bad.size() : 0, std::exchange(fOutput.fAssertions, {}).size());
+  }
+  // Minimum, maximum and ideal size, and what else the states of all kinds have.
+  template <class TState>
+  void CheckState(bool (*validate)(const TState&), const TChanges<TState>& valid,
+                  const TChanges<TState>& invalid) {
+    TState good{};
+    good.fPlacement.fZoomState = kWindowStateUser;
+    Check<TState>(good, validate, valid, invalid);
+    const auto sizes = [](const Rows<TSize, TSize, TSize>& rows) {
+      TChanges<TState> changes;
+      for (const auto& row : rows)
+        changes.push_back([row](TState& s) {
+          std::tie(s.fMinimumClientSize, s.fMaximumClientSize, s.fIdealClientSize) = row;
+        });
+      return changes;
+    };
+    const TSize none = {};
+    Check<TState>(good, validate,
+                  sizes({{none, none, {100, 100}}, {{300, 0}, {0, 300}, none}, {{0, 300}, {0, 300}, none}}),
+                  sizes({{{-1, 0}, none, none},
+                         {{0, -1}, none, none},
+                         {none, {-1, 0}, none},
+                         {none, {0, -1}, none},
+                         {none, none, {-1, -1}},
+                         {none, none, {100, 0}},
+                         {none, none, {0, 100}},
+                         {{300, 0}, {299, 0}, none},
+                         {{0, 300}, {0, 299}, none},
+                         {{100, 100}, none, {99, 200}},
+                         {{100, 100}, none, {200, 99}},
+                         {none, {100, 100}, {101, 50}},
+                         {none, {100, 100}, {50, 101}}}));
+    Check<TState>(good, validate,
+                  {SET(fModified, 1), FILL(fTitle, 1023), SET(fPlacement.fZoomState, kWindowStateIdeal)},
+                  {SET(fModified, 2), FILL(fTitle, 1024), SET(fPlacement.fZoomState, TZoomState(2199)),
+                   SET(fPlacement.fZoomState, TZoomState(2202))});
+  }
+};
 
 }  // namespace
 
-TEST(Validators, Numbers) {
+TEST_F(Validators, Numbers) {
   CheckValues(ValidateShortcutModifiers, {4000, 4004}, {3999, 4005});
   CheckValues(ValidateBuiltinIcon, {3001, 3017}, {3000, 3018});
   CheckValues(IsValidBuiltInMouseShape, {1300, 1303, 1400, 1405, 1500, 1505, 1606, 1608, 1700, 1710},
@@ -100,28 +100,39 @@ TEST(Validators, Numbers) {
               {0x02100000, 0x03000000, 0x04000000, 1});
   CheckValues(ValidateModalDialogStyleFlags, {0, 0x00D00000}, {0x00200000, 0x01000000});
   CheckValues(ValidateFloatingWindowStyleFlags, {0, 0x01F00000}, {0x02000000});
+  const auto modifiers = [](std::uint32_t keys) { return ValidateModifierKeys(TModifierKeys{keys, 0}); };
+  CheckValues<std::uint32_t>(modifiers, {0, 2, 0x1E}, {1, 0x20, 0x80000000});
 }
 
-TEST(Validators, DebugSettings) {
-  RecordingDebugOutput output;
+TEST_F(Validators, Records) {
   EXPECT_TRUE(ValidateDebugSettings({1, 1, 1, 1, 1, 1, 1}));
-  EXPECT_EQ(std::vector<std::string>{"[Morvane] ValidateDebugSettings()"}, output.fLines);
-  EXPECT_EQ(1, output.fIndents);
+  EXPECT_EQ("ValidateDebugSettings()", TakeLines());
+  EXPECT_EQ(1, fOutput.fIndents);
   Check<TDebugSettings>(
       {}, ValidateDebugSettings, {},
       {SET(fDebugMenu, 2), SET(fDrawInvalidationBlue, 2), SET(fDrawPaintsRed, 2), SET(fDrawViewBounds, 2),
        SET(fDrawMouseViewInfo, 2), SET(fFlushViews, 2), SET(fDelayAfterFlushing, 2)});
-}
-
-TEST(Validators, StartupParams) {
-  const TStartupParams good = {u"A", u"B", u"C", 0, 0, 0};
-  Check<TStartupParams>(good, ValidateStartupParams,
+  Check<TStartupParams>({u"A", u"B", u"C", 0, 0, 0}, ValidateStartupParams,
                         {FILL(fCompanyName, 255), FILL(fProductName, 255), FILL(fDisplayName, 255)},
                         {FILL(fCompanyName, 0), FILL(fCompanyName, 256), FILL(fProductName, 0),
                          FILL(fProductName, 256), FILL(fDisplayName, 0), FILL(fDisplayName, 256)});
+  Check<TKeyInterpretation>(
+      {u"a", {}, 0}, ValidateKeyInterpretation, {FILL(fKeyText, 15)},
+      {FILL(fKeyText, 0), FILL(fKeyText, 16), SET(fModifiers.fKeys, 1), SET(fPhysicalTest, 2)});
+  Check<TViewParams>({kViewEnabled, {0, 0, 10, 10}, kViewDrawDirect, kAutoInvalidationNone},
+                     ValidateViewParams,
+                     {SET(fFlags, 0xF), SET(fRect, {5, 5, 5, 5}), SET(fDrawMode, kViewDrawPermanent32),
+                      SET(fAutoInvalidation, TAutoInvalidation(9))},
+                     {SET(fFlags, 0x10), SET(fRect.fRight, -1), SET(fRect.fBottom, -1),
+                      SET(fDrawMode, TViewDrawMode(6899)), SET(fDrawMode, TViewDrawMode(6905))});
+  EXPECT_TRUE(IsValidNativeWindow({::GetDesktopWindow()}));
+  EXPECT_EQ("", TakeReports());
+  EXPECT_FALSE(IsValidNativeWindow({nullptr}));
+  EXPECT_FALSE(IsValidNativeWindow({reinterpret_cast<HWND__*>(std::uintptr_t{0x7FFFFFFE})}));
+  EXPECT_EQ("false; false", TakeReports());
 }
 
-TEST(Validators, Monitors) {
+TEST_F(Validators, Monitors) {
   TMonitorList list{};
   list.fMonitorCount = 32;
   list.fMainMonitorIndex = 31;
@@ -131,26 +142,16 @@ TEST(Validators, Monitors) {
                       {SET(fMonitorCount, 33), SET(fMonitorCount, 31), SET(fMonitors[3].fWorkArea.fLeft, -1),
                        SET(fMonitors[3].fWorkArea.fTop, -1), SET(fMonitors[3].fWorkArea.fRight, 101),
                        SET(fMonitors[31].fWorkArea.fBottom, 101), SET(fMonitors[0].fBitDepth, 33)});
-  RecordingDebugOutput output;
+  TakeLines();
   list.fMonitors[7].fBitDepth = 48;
   ValidateMonitors(list);
   list.fMonitors[3].fBounds.fRight = 99;
   ValidateMonitors(list);
-  EXPECT_EQ((std::vector<std::string>{"[Morvane] Bad bit depth for monitor 7: 48",
-                                      "[Morvane] Bad bounds for monitor 3"}),
-            output.fLines);
+  EXPECT_EQ("Bad bit depth for monitor 7: 48; Bad bounds for monitor 3", TakeLines());
+  TakeReports();
 }
 
-TEST(Validators, Keys) {
-  const auto modifiers = [](std::uint32_t keys) { return ValidateModifierKeys(TModifierKeys{keys, 0}); };
-  CheckValues<std::uint32_t>(modifiers, {0, 2, 0x1E}, {1, 0x20, 0x80000000});
-  EXPECT_TRUE(ValidatePhysicalKeySpec({255, 255, 0xFFFF}));
-  Check<TKeyInterpretation>(
-      {u"a", {}, 0}, ValidateKeyInterpretation, {FILL(fKeyText, 15)},
-      {FILL(fKeyText, 0), FILL(fKeyText, 16), SET(fModifiers.fKeys, 1), SET(fPhysicalTest, 2)});
-}
-
-TEST(Validators, Alerts) {
+TEST_F(Validators, Alerts) {
   TAlertSpec good{};
   good.fKind = kAlertPlain;
   good.fButton1[0] = u'a';
@@ -164,27 +165,9 @@ TEST(Validators, Alerts) {
        FILL(fButton1, 0), FILL(fButton1, 1024), FILL(fButton2, 1024), buttons(1, 1024), FILL(fButton3, 1)});
 }
 
-TEST(Validators, ViewParams) {
-  Check<TViewParams>({kViewEnabled, {0, 0, 10, 10}, kViewDrawDirect, kAutoInvalidationNone},
-                     ValidateViewParams,
-                     {SET(fFlags, 0xF), SET(fRect, {5, 5, 5, 5}), SET(fDrawMode, kViewDrawPermanent32),
-                      SET(fAutoInvalidation, TAutoInvalidation(9))},
-                     {SET(fFlags, 0x10), SET(fRect.fRight, -1), SET(fRect.fBottom, -1),
-                      SET(fDrawMode, TViewDrawMode(6899)), SET(fDrawMode, TViewDrawMode(6905))});
-}
-
-TEST(Validators, WindowStates) {
+TEST_F(Validators, WindowStates) {
   CheckState(ValidateDocumentWindowState, {}, {SET(fPlacement.fMinimized, 2), SET(fPlacement.fMaximized, 2)});
   CheckState(ValidateModelessDialogState, {}, {});
   CheckState(ValidateModalDialogState, {}, {SET(fPlacement.fMinimized, 2)});
   CheckState(ValidateFloatingWindowState, {SET(fPlacement.fMaximized, 2)}, {});  // not tested in this kind
-}
-
-TEST(Validators, NativeWindows) {
-  RecordingDebugOutput output;
-  EXPECT_TRUE(IsValidNativeWindow({::GetDesktopWindow()}));
-  EXPECT_TRUE(output.fAssertions.empty());
-  EXPECT_FALSE(IsValidNativeWindow({nullptr}));
-  EXPECT_FALSE(IsValidNativeWindow({reinterpret_cast<HWND__*>(std::uintptr_t{0x7FFFFFFE})}));
-  EXPECT_EQ(2u, output.fAssertions.size());
 }

@@ -1,126 +1,20 @@
 // What becomes dirty when views change: single cases, and random trees against a model that knows nothing but
 // pixels.
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstdint>
-#include <limits>
-#include <memory>
-#include <random>
-
 #include "Component/Portable/BufferBitmap.h"
 #include "Tests/Support/FakeViewWindow.h"
-#include "Tests/Support/PrintGeometry.h"
-#include "Tests/Support/RecordingDebugOutput.h"
-
-namespace NSMorvane {
-namespace {
+#include "Tests/Support/PixelSet.h"
+#include "Tests/Support/UnitTest.h"
 
 using namespace NSMorvaneTest;
 
-constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
-constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
+namespace {
 
-class ViewInvalidationTest : public testing::Test {
+class ViewInvalidation : public ReportingTest {
  protected:
-  ~ViewInvalidationTest() override { EXPECT_TRUE(fOutput.fAssertions.empty()); }
+  ~ViewInvalidation() override { fWindow.ReleaseViews(); }
 
   FakeViewWindow fWindow;
   CViewImpl& fRoot = fWindow.Root();
-  RecordingDebugOutput fOutput;
-};
-
-// Bits move inside the bitmap; only what comes into sight is dirty.
-TEST_F(ViewInvalidationTest, OnlySubViewOfABufferScrolls) {
-  const struct {
-    std::int32_t dx, dy;
-    TRectList dirty;
-    bool markMoves;  // the mark at (20, 20) of the window
-  } rows[] = {{0, -5, {{10, 85, 110, 90}}, true},
-              {3, 5, {{10, 10, 110, 15}, {10, 15, 13, 90}}, true},
-              {kMin, 0, {{10, 10, 110, 90}}, false}};
-  for (const auto& row : rows) {
-    CViewImpl& frame = fWindow.MakeView(fRoot, {10, 10, 110, 90}, "frame");
-    CViewImpl& page = fWindow.MakeView(frame, {0, 0, 300, 300}, "page");
-    SetModes(page, kViewDrawDirect, kAutoInvalidationFull);
-    SetModes(frame, kViewDrawPermanent32, kAutoInvalidationNone);
-    frame.TakeDirtyRegion();
-    const boost::shared_ptr<CBufferBitmap> bitmap = frame.GetBitmapForDrawing();
-    std::uint32_t* const pixels = static_cast<std::uint32_t*>(bitmap->OpenPixels());
-    pixels[10 * 100 + 10] = 0x123456;
-    EXPECT_EQ(kOK, page.IView_Offset(row.dx, row.dy));
-    EXPECT_EQ(row.dirty, frame.TakeDirtyRegion().GetRects());
-    if (row.markMoves) {
-      EXPECT_EQ(0x123456u, pixels[(10 + row.dy) * 100 + 10 + row.dx]);
-    }
-    bitmap->ClosePixels(pixels);
-    for (CViewImpl* view : {&page, &frame}) view->IView_Release();
-  }
-}
-
-TEST_F(ViewInvalidationTest, AFailureStopsTheOffsetWhereItIs) {
-  CViewImpl& group = fWindow.MakeView(fRoot, {0, 0, 50, 50}, "group");
-  CViewImpl& a = fWindow.MakeView(group, {0, 0, 20, 20}, "a");
-  CViewImpl& b = fWindow.MakeView(group, {20, 0, 40, 20}, "b");
-  BehaviorOf(a).fError = 100009;
-  EXPECT_EQ(100009u, group.IView_Offset(1, 1));
-  EXPECT_EQ((TRectList{{1, 1, 51, 51}, {1, 1, 21, 21}, {20, 0, 40, 20}}),
-            (TRectList{group.GetBounds(), a.GetBounds(), b.GetBounds()}));
-  for (CViewImpl* view : {&a, &b, &group}) view->IView_Release();
-}
-
-TEST_F(ViewInvalidationTest, ViewsStopAtTheEdgeOfTheWorld) {
-  for (const TViewDrawMode mode : {kViewDrawDirect, kViewDrawPermanent32})
-    for (std::uint32_t invalidation = 4700; invalidation <= 4703; ++invalidation) {
-      CViewImpl& view = fWindow.MakeView(fRoot, {10, 20, 30, 50}, "view");
-      CViewImpl& sub = fWindow.MakeView(view, {10, 20, 15, 30}, "sub");
-      for (CViewImpl* each : {&view, &sub})
-        SetModes(*each, mode, static_cast<TAutoInvalidation>(invalidation));
-      EXPECT_EQ(kOK, view.IView_Offset(kMax, kMin));
-      EXPECT_EQ(kOK, view.IView_Offset(kMax, kMin));
-      EXPECT_EQ((TRect{kMax - 20, kMin, kMax, kMin + 30}), view.GetBounds());
-      EXPECT_EQ(kOK, view.IView_Offset(kMin, kMax));
-      // A bitmap of that size cannot be had.
-      EXPECT_EQ(mode == kViewDrawDirect, SetRect(view, {kMin, kMin, kMax, kMax}) == kOK);
-      view.InvalidateRect({kMin, kMin, kMax, kMax}, {kMin, kMin, kMax, kMax});
-      sub.IView_Release();
-      view.IView_Release();
-    }
-}
-
-// --- Random trees
-
-// A set of pixels, slow and obvious.
-class PixelSet {
- public:
-  static constexpr std::int32_t kFirst = -40;
-  static constexpr std::int32_t kEnd = 80;
-
-  PixelSet() : fPixels((kEnd - kFirst) * (kEnd - kFirst)) {}
-  explicit PixelSet(const CRegion& region) : PixelSet() {
-    for (const TRect& rect : region.GetRects()) Add([&](const TPoint& p) { return IsPointInRect(p, rect); });
-  }
-  // Adds the pixels for which `contains` holds.
-  template <class TContains>
-  void Add(const TContains& contains) {
-    for (TPoint p{0, kFirst}; p.fY < kEnd; ++p.fY)
-      for (p.fX = kFirst; p.fX < kEnd; ++p.fX)
-        if (contains(p)) fPixels[Index(p)] = 1;
-  }
-  void Move(std::int32_t dx, std::int32_t dy) {
-    const PixelSet old = *this;
-    fPixels.assign(fPixels.size(), 0);
-    Add([&](const TPoint& p) { return old.Has({p.fX - dx, p.fY - dy}); });
-  }
-  bool Has(const TPoint& p) const {
-    return p.fX >= kFirst && p.fX < kEnd && p.fY >= kFirst && p.fY < kEnd && fPixels[Index(p)];
-  }
-  bool operator==(const PixelSet& other) const = default;
-
- private:
-  static std::size_t Index(const TPoint& p) { return (p.fY - kFirst) * (kEnd - kFirst) + (p.fX - kFirst); }
-
-  std::vector<char> fPixels;
 };
 
 // One view as the rules know it. All questions are asked pixel by pixel.
@@ -149,9 +43,7 @@ struct Model {
       buffered->fDirty.Add([&](const TPoint& p) { return isDirty(p) && IsPointInRect(p, buffered->fRect); });
     fScreen->Add(isDirty);
   }
-  static Contains In(const TRect& rect) {
-    return [rect](const TPoint& p) { return IsPointInRect(p, rect); };
-  }
+  static Contains In(const TRect& rect) { return PixelSet::In(rect); }
   static Contains InOne(const TRect& a, const TRect& b) {
     return [a, b](const TPoint& p) { return IsPointInRect(p, a) != IsPointInRect(p, b); };
   }
@@ -189,14 +81,10 @@ struct Model {
     if (mode != fMode) AllDirty();
     fMode = mode;
   }
-  void AllDirty() {
-    fDirty = PixelSet();
-    fDirty.Add(In(fRect));
-  }
+  void AllDirty() { fDirty.Set(In(fRect)); }
   // What lies outside the super view has not reached the screen.
   void TakeDirty() {
-    fDirty = PixelSet();
-    fDirty.Add(
+    fDirty.Set(
         [&](const TPoint& p) { return IsPointInRect(p, fRect) && !IsPointInRect(p, fSuperView->fRect); });
   }
   void Offset(std::int32_t dx, std::int32_t dy) {
@@ -219,7 +107,7 @@ struct Model {
         return wasVisible(p) && !wasVisible({p.fX - dx, p.fY - dy});
       });
       super.fDirty.Add([&](const TPoint& p) {
-        return wasSeen ? uncovered.Has(p) : IsPointInRect(p, moved) && IsPointInRect(p, super.fRect);
+        return wasSeen ? uncovered(p) : IsPointInRect(p, moved) && IsPointInRect(p, super.fRect);
       });
       super.fSuperView->Invalidate(In(super.fRect), In(super.fSuperView->fRect));
       handled = true;
@@ -237,7 +125,7 @@ struct Model {
 
 class RandomTree {
  public:
-  explicit RandomTree(std::uint32_t seed) : fRandom(seed) {
+  explicit RandomTree(int seed) : fRandom(seed) {
     for (int i = 0; i < 7; ++i) {
       fModels.push_back(std::make_unique<Model>());
       Model& model = *fModels.back();
@@ -247,24 +135,22 @@ class RandomTree {
         model.fRect = model.fView->GetBounds();
         continue;
       }
-      model.fSuperView = fModels[Number(0, i - 1)].get();
+      model.fSuperView = fModels[fRandom(0, i - 1)].get();
       model.fSuperView->fSubViews.push_back(&model);
       model.fRect = SomeRect();
       model.fInvalidation = kAutoInvalidationFull;
       model.fView = &fWindow.MakeView(*model.fSuperView->fView, model.fRect, "view");
-      SetModes(*model.fView, kViewDrawDirect, kAutoInvalidationFull);
+      SetInvalidation(*model.fView, kAutoInvalidationFull);
     }
   }
-  ~RandomTree() {
-    for (std::size_t i = fModels.size(); --i > 0;) fModels[i]->fView->IView_Release();
-  }
+  ~RandomTree() { fWindow.ReleaseViews(); }
 
   // One random change, to a view and to its model. Returns what it was.
   const char* Step() {
-    Model& model = *fModels[Number(1, 6)];
+    Model& model = *fModels[fRandom(1, 6)];
     fWindow.Reset();
     fScreen = PixelSet();
-    const int kind = Number(0, 8);
+    const int kind = fRandom(0, 8);
     if (kind < 3) return TakeDirtyRegion(model);
     if (kind == 3) {
       const TRect rect = SomeRect();
@@ -272,33 +158,31 @@ class RandomTree {
       model.Invalidate(Model::In(rect), model.Clip());
       return "InvalidateRect";
     }
-    const std::int32_t dx = Number(-9, 9), dy = Number(-9, 9);
+    const std::int32_t dx = fRandom(-9, 9), dy = fRandom(-9, 9);
     if (kind < 7 && HasRoom(model, dx, dy)) {
       model.fView->IView_Offset(dx, dy);
       model.Offset(dx, dy);
       return "IView_Offset";
     }
     // Often the same size, and often a place close by.
-    TRect rect = Number(0, 2) == 0 ? SomeRect() : OffsetRectBy(model.fRect, Number(-3, 3), Number(-3, 3));
+    TRect rect = fRandom(0, 2) == 0 ? SomeRect() : OffsetRectBy(model.fRect, fRandom(-3, 3), fRandom(-3, 3));
     if (!IsInRoom(rect)) rect = SomeRect();
-    if (Number(0, 3) == 0) rect.fRight += 2;
+    if (fRandom(0, 3) == 0) rect.fRight += 2;
     const TViewDrawMode mode =
-        Number(0, 2) == 0 ? static_cast<TViewDrawMode>(Number(6900, 6904)) : model.fMode;
-    const auto invalidation = static_cast<TAutoInvalidation>(Number(4700, 4703));
+        fRandom(0, 2) == 0 ? static_cast<TViewDrawMode>(fRandom(6900, 6904)) : model.fMode;
+    const auto invalidation = static_cast<TAutoInvalidation>(fRandom(4700, 4703));
     model.fView->IView_SetParams({1, rect, mode, invalidation});
     model.SetParams(rect, mode, invalidation);
     return "IView_SetParams";
   }
   // Whether window and buffers have recorded what the model says.
   void Compare() {
-    const PixelSet screen(fWindow.fInvalid);
-    EXPECT_TRUE(fScreen == screen);
+    EXPECT_EQ(fScreen, PixelSet(fWindow.fInvalid));
     for (const auto& model : fModels) {
       EXPECT_EQ(model->fRect, model->fView->GetBounds());
       EXPECT_EQ(model->IsBuffered(), model->fView->GetDirtyRegion() != nullptr);
       if (!model->IsBuffered()) continue;
-      const PixelSet dirty(*model->fView->GetDirtyRegion());
-      EXPECT_TRUE(model->fDirty == dirty) << "buffer";
+      EXPECT_EQ(model->fDirty, PixelSet(*model->fView->GetDirtyRegion()));
       // Pixels that scrolled far out of a view would leave the model.
       if (!IsInRoom(model->fView->GetDirtyRegion()->GetBounds())) TakeDirtyRegion(*model);
     }
@@ -312,37 +196,79 @@ class RandomTree {
     }
     return "TakeDirtyRegion";
   }
-  static bool IsInRoom(const TRect& rect) {
-    return rect.fLeft > PixelSet::kFirst + 12 && rect.fTop > PixelSet::kFirst + 12 &&
-           rect.fRight < PixelSet::kEnd - 12 && rect.fBottom < PixelSet::kEnd - 12;
-  }
+  static bool IsInRoom(const TRect& rect) { return PixelSet::HasRoom(rect, 12); }
   static bool HasRoom(const Model& model, std::int32_t dx, std::int32_t dy) {
     return IsInRoom(OffsetRectBy(model.fRect, dx, dy)) &&
            std::all_of(model.fSubViews.begin(), model.fSubViews.end(),
                        [&](const Model* subView) { return HasRoom(*subView, dx, dy); });
   }
-  int Number(int first, int last) { return std::uniform_int_distribution<int>(first, last)(fRandom); }
-  TRect SomeRect() {
-    const std::int32_t left = Number(-8, 30), top = Number(-8, 30);
-    return {left, top, left + Number(0, 25), top + Number(0, 25)};
-  }
+  TRect SomeRect() { return fRandom.Rect(-8, 30, 25); }
 
-  std::mt19937 fRandom;
+  Random fRandom;
   FakeViewWindow fWindow{{0, 0, 40, 40}};
   PixelSet fScreen;
   std::vector<std::unique_ptr<Model>> fModels;
 };
 
-TEST(RandomViewTrees, DirtyPixelsAreThoseOfTheModel) {
-  for (std::uint32_t seed = 1; seed <= 30 && !testing::Test::HasFailure(); ++seed) {
+}  // namespace
+
+// Bits move inside the bitmap; only what comes into sight is dirty.
+TEST_F(ViewInvalidation, OnlySubViewOfABufferScrolls) {
+  // The mark is at (20, 20) of the window.
+  for (const auto& [dx, dy, dirty, markMoves] :
+       Rows<std::int32_t, std::int32_t, TRectList, bool>{{0, -5, {{10, 85, 110, 90}}, true},
+                                                         {3, 5, {{10, 10, 110, 15}, {10, 15, 13, 90}}, true},
+                                                         {kMin, 0, {{10, 10, 110, 90}}, false}}) {
+    CViewImpl& frame = fWindow.MakeView(fRoot, {10, 10, 110, 90}, "frame");
+    CViewImpl& page = fWindow.MakeView(frame, {0, 0, 300, 300}, "page");
+    SetMode(frame, kViewDrawPermanent32);
+    frame.TakeDirtyRegion();
+    const boost::shared_ptr<CBufferBitmap> bitmap = frame.GetBitmapForDrawing();
+    std::uint32_t* const pixels = static_cast<std::uint32_t*>(bitmap->OpenPixels());
+    pixels[10 * 100 + 10] = 0x123456;
+    EXPECT_EQ(kOK, page.IView_Offset(dx, dy));
+    EXPECT_EQ(dirty, frame.TakeDirtyRegion().GetRects());
+    EXPECT_TRUE(!markMoves || 0x123456 == pixels[(10 + dy) * 100 + 10 + dx]);
+    bitmap->ClosePixels(pixels);
+    fWindow.ReleaseViews();
+  }
+}
+
+TEST_F(ViewInvalidation, AFailureStopsTheOffsetWhereItIs) {
+  CViewImpl& group = fWindow.MakeView(fRoot, {0, 0, 50, 50}, "group");
+  CViewImpl& a = fWindow.MakeView(group, {0, 0, 20, 20}, "a");
+  CViewImpl& b = fWindow.MakeView(group, {20, 0, 40, 20}, "b");
+  BehaviorOf(a).fError = 100009;
+  EXPECT_EQ(100009u, group.IView_Offset(1, 1));
+  EXPECT_EQ((TRectList{{1, 1, 51, 51}, {1, 1, 21, 21}, {20, 0, 40, 20}}),
+            (TRectList{group.GetBounds(), a.GetBounds(), b.GetBounds()}));
+}
+
+TEST_F(ViewInvalidation, ViewsStopAtTheEdgeOfTheWorld) {
+  for (const TViewDrawMode mode : {kViewDrawDirect, kViewDrawPermanent32})
+    for (std::uint32_t invalidation = 4700; invalidation <= 4703; ++invalidation) {
+      CViewImpl& view = fWindow.MakeView(fRoot, {10, 20, 30, 50}, "view", kViewEnabled, mode);
+      CViewImpl& sub = fWindow.MakeView(view, {10, 20, 15, 30}, "sub", kViewEnabled, mode);
+      for (CViewImpl* each : {&view, &sub})
+        SetInvalidation(*each, static_cast<TAutoInvalidation>(invalidation));
+      EXPECT_EQ(kOK, view.IView_Offset(kMax, kMin));
+      EXPECT_EQ(kOK, view.IView_Offset(kMax, kMin));
+      EXPECT_EQ((TRect{kMax - 20, kMin, kMax, kMin + 30}), view.GetBounds());
+      EXPECT_EQ(kOK, view.IView_Offset(kMin, kMax));
+      // A bitmap of that size cannot be had.
+      EXPECT_EQ(mode == kViewDrawDirect, SetRect(view, {kMin, kMin, kMax, kMax}) == kOK);
+      view.InvalidateRect({kMin, kMin, kMax, kMax}, {kMin, kMin, kMax, kMax});
+      fWindow.ReleaseViews();
+    }
+}
+
+TEST_F(ViewInvalidation, DirtyPixelsOfRandomTreesAreThoseOfTheModel) {
+  for (int seed = 1; seed <= 30 && !HasFailure(); ++seed) {
     RandomTree tree(seed);
-    for (int step = 0; step < 60 && !testing::Test::HasFailure(); ++step) {
+    for (int step = 0; step < 60 && !HasFailure(); ++step) {
       const char* const what = tree.Step();
       SCOPED_TRACE("seed " + std::to_string(seed) + ", step " + std::to_string(step) + ", " + what);
       tree.Compare();
     }
   }
 }
-
-}  // namespace
-}  // namespace NSMorvane

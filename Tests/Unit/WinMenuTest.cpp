@@ -1,20 +1,14 @@
 // Native menus and accelerator tables as the builder makes them, read back.
 #include "Component/Win/WinMenu.h"
 
-#include <gtest/gtest.h>
-
 #include <memory>
 
 #include "Component/Win/MorvaneImplWin.h"
 #include "Interface/MorvaneDefaults.h"
 #include "Tests/Support/NativeMenus.h"
-#include "Tests/Support/RecordingDebugOutput.h"
+#include "Tests/Support/UnitTest.h"
 
-using namespace NSMorvane;
-using NSMorvaneTest::LinesOfMenu;
-using NSMorvaneTest::MenuLines;
-using NSMorvaneTest::RecordingDebugOutput;
-using NSMorvaneTest::SplitLines;
+using namespace NSMorvaneTest;
 
 namespace {
 
@@ -32,17 +26,14 @@ CMenuItem Item(const char16_t* text, std::uint32_t flags, const char16_t* submen
   return CMenuItem(item);
 }
 
-class WinMenuTest : public ::testing::Test {
+class WinMenuTest : public ReportingTest {
  protected:
   WinMenuTest() {
     TError error = kOtherError;
     fMorvane.reset(Morvane_Create("IMorvane", &error));
     EXPECT_EQ(error, kOK);
-    fOutput.Reset();
   }
-  ~WinMenuTest() override { EXPECT_EQ(fOutput.fAssertions, std::vector<std::string>()); }
 
-  RecordingDebugOutput fOutput;
   std::unique_ptr<IMorvane> fMorvane;
   std::vector<CMenuItem> fItems;
 };
@@ -50,18 +41,13 @@ class WinMenuTest : public ::testing::Test {
 }  // namespace
 
 TEST_F(WinMenuTest, Mnemonics) {
-  constexpr struct {
-    const char16_t* fText;
-    const char16_t* fWanted;
-    std::size_t fLines;
-  } kCases[] = {
+  const Rows<TString, TString, std::size_t> rows = {
       {u"", u"", 0},         {u"_Open", u"&Open", 0}, {u"R&D_x", u"R&&D&x", 0},
-      {u"end_", u"end_", 0}, {u"___x", u"_&x", 0},    {u"__a_b___c", u"_a&b_&c", 2},
-  };
-  for (const auto& c : kCases) {
-    fOutput.Reset();
-    EXPECT_EQ(WinPrepareMnemonic(c.fText), c.fWanted);
-    EXPECT_EQ(fOutput.fLines.size(), c.fLines) << NSTextPackage::StringToUTF8(c.fText, false);
+      {u"end_", u"end_", 0}, {u"___x", u"_&x", 0},    {u"__a_b___c", u"_a&b_&c", 2}};
+  for (const auto& [text, wanted, lines] : rows) {
+    fOutput.fLines.clear();
+    EXPECT_EQ(WinPrepareMnemonic(text), wanted);
+    EXPECT_EQ(fOutput.fLines.size(), lines) << NSTextPackage::StringToUTF8(text, false);
   }
 }
 
@@ -77,18 +63,17 @@ TEST_F(WinMenuTest, ItemsOfALevel) {
        Item(u"Other", kEnabled | kMenuItemChecked, u"_Two", u"x", kModifierOther), Item(u"", 0),
        Item(u"Again", kEnabled, u"_Two"), Item(u"", 0, u"Only a separator"),
        Item(u"", 0)});  // no separator at the end
-
   menu.MarkSeparator();
   bar.MarkSeparator();
   CMenuBuilder& last = bar.AddSubmenu(u"Empty");
   last.MarkSeparator();
   last.AddNativeItem(u"R&D _quit", kQuitCommand, MF_GRAYED);
   last.AddMenuItem(*fMorvane, Item(u"Number", kEnabled));
-  const MenuLines wanted = SplitLines(
-      "&First:|  &Open\tCtrl+O A001|  --|  Bold\tCtrl+Shift+F5 A004 checked|  One: grey|"
-      "    Alone A005 grey|  &Two:|    Deep A006 grey|    --|    Other\t A008 checked|  --|  &Two:|"
-      "    Again A00A|  Only a separator: grey|--|Empty:|  R&&D &quit C351 grey|  Number A00D");
-  EXPECT_EQ(LinesOfMenu(bar.GetHandle()), wanted);
+  EXPECT_EQ(LinesOfMenu(bar.GetHandle()),
+            SplitLines("&First:|  &Open\tCtrl+O A001|  --|  Bold\tCtrl+Shift+F5 A004 checked|  One: grey|"
+                       "    Alone A005 grey|  &Two:|    Deep A006 grey|    --|    Other\t A008 checked|  --|"
+                       "  &Two:|    Again A00A|  Only a separator: grey|--|Empty:|  R&&D &quit C351 grey|"
+                       "  Number A00D"));
 }
 
 TEST_F(WinMenuTest, NumbersBeyondTheRangeAreNobodyElses) {
@@ -113,39 +98,26 @@ TEST_F(WinMenuTest, MenusEndWithTheirOwners) {
   }
   EXPECT_FALSE(IsMenu(first) || IsMenu(second));
   { const CMenu none(nullptr, false); }
-  EXPECT_EQ(std::exchange(fOutput.fAssertions, {}), (std::vector<std::string>{"fMenuHandle != NULL"}));
+  EXPECT_EQ(TakeReports(), "fMenuHandle != NULL");
 }
 
 TEST_F(WinMenuTest, Accelerators) {
-  constexpr BYTE kPlain = FVIRTKEY;
-  const struct {
-    CMenuItem fItem;
-    int fFlags;  // 0: none is made
-    int fKey;
-  } kCases[] = {
-      {Item(u"grey", kGrey, u"", u"b", kModifierControl), 0, 0},
-      {Item(u"capital", kEnabled, u"", u"C", kModifierControl), kPlain | FCONTROL, 'C'},
-      {Item(u"character on Shift", kEnabled, u"", u"!"), kPlain | FSHIFT, '1'},
-      {Item(u"", kEnabled), 0, 0},
-      {Item(u"other platform", kEnabled, u"", u"e", kModifierOther), 0, 0},
-      {Item(u"F2", kEnabled, u"", u"\xE002", kModifierAlt), kPlain | FALT, VK_F2},
-      {Item(u"no such key", kEnabled, u"", u"\x4E2D"), 0, 0},
-  };
-  std::string wanted;
-  for (const auto& c : kCases) {
-    if (c.fFlags)
-      wanted += std::to_string(c.fFlags) + " " + std::to_string(c.fKey) + " " +
-                std::to_string(kFirstClientCommand + fItems.size()) + "\n";
-    fItems.push_back(c.fItem);
-  }
+  fItems = {Item(u"grey", kGrey, u"", u"b", kModifierControl),
+            Item(u"capital", kEnabled, u"", u"C", kModifierControl),
+            Item(u"character on Shift", kEnabled, u"", u"!"),
+            Item(u"", kEnabled),
+            Item(u"other platform", kEnabled, u"", u"e", kModifierOther),
+            Item(u"F2", kEnabled, u"", u"\xE002", kModifierAlt),
+            Item(u"no such key", kEnabled, u"", u"\x4E2D")};
   const HACCEL table = MakeAcceleratorTable(fItems, kFirstClientCommand);
   ACCEL entries[32];
+  Rows<int, int, int> found;
   const int count = CopyAcceleratorTableW(table, entries, 32);
-  std::string got;
   for (int i = 0; i < count; ++i)
-    got += std::to_string(entries[i].fVirt & 0x1F) + " " + std::to_string(entries[i].key) + " " +
-           std::to_string(entries[i].cmd) + "\n";
-  EXPECT_EQ(got, wanted);
+    found.emplace_back(entries[i].fVirt & 0x1F, entries[i].key, entries[i].cmd - kFirstClientCommand);
+  EXPECT_EQ(found,
+            (Rows<int, int, int>{
+                {FVIRTKEY | FCONTROL, 'C', 1}, {FVIRTKEY | FSHIFT, '1', 2}, {FVIRTKEY | FALT, VK_F2, 5}}));
   EXPECT_TRUE(DestroyAcceleratorTable(table));
   EXPECT_EQ(MakeAcceleratorTable({}, kFirstClientCommand), nullptr);
 }

@@ -1,30 +1,25 @@
+// Whose the mouse is, and where it was in a tick.
 #include "Component/Win/WinMouseQueries.h"
-
-#include <gtest/gtest.h>
 
 #include "Tests/Support/NativeTestWindow.h"
 #include "Tests/Support/Pointer.h"
+#include "Tests/Support/UnitTest.h"
 
-using namespace NSMorvane;
+using namespace NSMorvaneTest;
 
 namespace {
 
-class Window : CNotCopied {
- public:
+struct Window : NativeTestWindow {
   Window(DWORD style, const RECT& rect, HWND parent = nullptr)
-      : fHwnd(CreateWindowExW(WS_EX_TOPMOST | WS_EX_NOACTIVATE, L"EDIT", L"", style | WS_VISIBLE, rect.left,
-                              rect.top, rect.right - rect.left, rect.bottom - rect.top, parent, nullptr,
-                              nullptr, nullptr)) {}
-  ~Window() { DestroyWindow(fHwnd); }
-  operator HWND() const { return fHwnd; }
-
- private:
-  HWND fHwnd;
+      : NativeTestWindow(style | WS_VISIBLE, parent, L"", WS_EX_TOPMOST | WS_EX_NOACTIVATE) {
+    SetWindowPos(*this, nullptr, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top,
+                 SWP_NOACTIVATE | SWP_NOZORDER);
+  }
 };
 
 void PutMouse(const POINT& point) {
-  EXPECT_TRUE(NSMorvaneTest::PutPointer(
-      point, [](const POINT& place) { SetCursorPos(place.x, place.y); }, NSMorvaneTest::PumpUntil));
+  EXPECT_TRUE(PutPointer(
+      point, [](const POINT& place) { SetCursorPos(place.x, place.y); }, PumpUntil));
 }
 
 }  // namespace

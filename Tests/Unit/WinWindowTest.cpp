@@ -1,29 +1,20 @@
 // The window object from the library's side: a kind of window that records what it is told, in a run of its
-// own. What a client sees of document windows is in the client tests.
+// own. What a client sees of windows is in the client tests.
 #include "Component/Win/WinWindow.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <functional>
-#include <utility>
+#include <memory>
 
 #include "Component/Win/MorvaneImplWin.h"
 #include "Component/Win/UtilsWin.h"
 #include "Component/Win/WinWindowModality.h"
 #include "Interface/MorvaneDefaults.h"
 #include "Tests/Support/NativeTestWindow.h"
-#include "Tests/Support/PrintGeometry.h"
-#include "Tests/Support/RecordingDebugOutput.h"
+#include "Tests/Support/UnitTest.h"
 
-namespace NSMorvane {
+using namespace NSMorvaneTest;
 
 namespace {
-
-using NSMorvaneTest::NativeTestWindow;
-using NSMorvaneTest::RecordingDebugOutput;
-
-using Texts = std::vector<std::string>;
 
 constexpr DWORD kPopupStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_BORDER;
 
@@ -36,7 +27,6 @@ class CTestWindow : public CWinWindow {
     fLog.push_back("gone");
   }
 
-  using CWinWindow::fAcceleratorTable;
   using CWinWindow::fAlwaysOnTop;
   using CWinWindow::fChildWindows;
 
@@ -44,10 +34,7 @@ class CTestWindow : public CWinWindow {
   bool OnClientSizeChanged(const TSize&, const TSize&) override { return true; }
   bool OnPlacementChanged(const TWindowPlacement&, const TWindowPlacement&) override { return true; }
   void OnActivationChanged(bool) override {}
-  bool OnKeyDown(const TKeyEvent& event) override {
-    fLog.push_back("key " + std::to_string(event.fPhysicalKey.fVirtualKey));
-    return false;
-  }
+  bool OnKeyDown(const TKeyEvent&) override { return false; }
   void OnKeyboardFocusChanged(bool) override {}
   bool OnHelpRequested() override { return false; }
   void RequestClose(TCloseReason) override { ReleaseWindow(); }
@@ -75,16 +62,12 @@ class CTestOwner : public IModalOwner {
 };
 
 // Everything process-wide that windows leave traces in.
-struct TTraces {
-  std::size_t fWindows = gWinWindows.size();
-  std::size_t fClasses = gWindowClasses.size();
-  std::size_t fHidden = sHidddenWindows.size();
-  std::size_t fNative = GetTopLevelWindowsZ().size();
+auto Traces() {
+  return std::make_tuple(gWinWindows.size(), gWindowClasses.size(), sHidddenWindows.size(),
+                         GetTopLevelWindowsZ().size());
+}
 
-  friend bool operator==(const TTraces&, const TTraces&) = default;
-};
-
-class WinWindowTest : public testing::Test {
+class WinWindowTest : public ReportingTest {
  protected:
   // Runs `body` in the start-up of an application, where everything that windows need is there.
   void InRun(const std::function<void()>& body) {
@@ -99,12 +82,11 @@ class WinWindowTest : public testing::Test {
     TError error = kOtherError;
     const std::unique_ptr<IMorvane> morvane(Morvane_Create("IMorvane", &error));
     ASSERT_EQ(error, kOK);
-    const TTraces before;
+    const auto before = Traces();
     const TStartupParams params =
         StartupParams(u"Window Test", AsciiText(std::to_string(GetCurrentProcessId())));
     EXPECT_EQ(morvane->IMorvane_Run(new CBehavior(body), params), kOK);
-    EXPECT_EQ(TTraces(), before) << "a window has left traces";
-    EXPECT_EQ(fOutput.fAssertions, Texts());
+    EXPECT_EQ(Traces(), before) << "a window has left traces";
   }
   TTestWindowPtr Make(TWindowKind kind, IModalOwner* owner = nullptr) {
     const DWORD style = kind == kWindowKindDocument ? WS_OVERLAPPEDWINDOW : kPopupStyle;
@@ -116,9 +98,8 @@ class WinWindowTest : public testing::Test {
     window->ReleaseWindow();
     window.reset();
   }
-  Texts TakeAssertions() { return std::exchange(fOutput.fAssertions, {}); }
+  std::string TakeLog() { return Joined(std::exchange(fLog, {})); }
 
-  RecordingDebugOutput fOutput;
   Texts fLog;
 };
 
@@ -140,10 +121,10 @@ TEST_F(WinWindowTest, TheStatesOfItsLife) {
     EXPECT_EQ(state(), "native registered known visible");
     window->ReleaseWindow();
     EXPECT_EQ(state(), "native registered hidden ");
-    EXPECT_EQ(fLog, Texts());
+    EXPECT_EQ(TakeLog(), "");
     window.reset();
     EXPECT_EQ(state(), "");
-    EXPECT_EQ(fLog, Texts{"gone"});
+    EXPECT_EQ(TakeLog(), "gone");
   });
 }
 
@@ -152,22 +133,22 @@ TEST_F(WinWindowTest, ARefusedWindowLeavesNothingBehind) {
   CTestOwner failingOwner(foreign, 100555), deadOwner(dead);
   dead.Destroy();
   InRun([&] {
-    const TTraces before;
+    const auto before = Traces();
     EXPECT_THROW(CTestWindow(fLog, kWindowKindModalDialog, &failingOwner), XApplicationError);
     EXPECT_THROW(CTestWindow(fLog, kWindowKindModalDialog, &deadOwner), std::exception);
-    EXPECT_EQ(TakeAssertions(), Texts());
+    EXPECT_EQ(TakeReports(), "");
     // No kind: no class, and no window.
     EXPECT_THROW(CTestWindow(fLog, static_cast<TWindowKind>(9)), std::exception);
-    EXPECT_EQ(TakeAssertions(), (Texts{"false", "false"}));
+    EXPECT_EQ(TakeReports(), "false; false");
     // A child window needs a parent: the system refuses it.
     EXPECT_THROW(CTestWindow(fLog, kWindowKindDocument, nullptr, WS_CHILD), std::exception);
-    EXPECT_EQ(TTraces(), before);
+    EXPECT_EQ(Traces(), before);
     // The class procedure refuses a window that is none of the library's.
     TTestWindowPtr window = Make(kWindowKindFloating);
     EXPECT_EQ(CreateWindowExW(0, L"SkerryFloatingWindow", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr,
                               GetModuleHandleW(nullptr), nullptr),
               nullptr);
-    EXPECT_EQ(TakeAssertions(), Texts{"0!=window"});
+    EXPECT_EQ(TakeReports(), "0!=window");
     Release(window);
   });
 }
@@ -176,7 +157,6 @@ TEST_F(WinWindowTest, NativeOwners) {
   NativeTestWindow foreign;
   CTestOwner foreignOwner(foreign);
   InRun([&] {
-    const auto ownerOf = [](const TTestWindowPtr& window) { return GetWindow(window->GetHwnd(), GW_OWNER); };
     const HWND hider = CMorvaneImpl::gMorvaneImpl->GetHiderWindow();
     TTestWindowPtr first = Make(kWindowKindModelessDialog);  // alone, so that it is in the task bar
     TTestWindowPtr second = Make(kWindowKindModelessDialog);
@@ -186,11 +166,15 @@ TEST_F(WinWindowTest, NativeOwners) {
     TTestWindowPtr floating = Make(kWindowKindFloating);
     TTestWindowPtr owned = Make(kWindowKindModalDialog, document.get());
     TTestWindowPtr ofForeign = Make(kWindowKindAlertBox, &foreignOwner);
-    for (const TTestWindowPtr& window : {first, second, document, floating})
-      EXPECT_EQ(ownerOf(window), nullptr);
-    for (const TTestWindowPtr& window : {modal, third}) EXPECT_EQ(ownerOf(window), hider);
-    EXPECT_EQ(ownerOf(owned), document->GetHwnd());
-    EXPECT_EQ(ownerOf(ofForeign), foreign);
+    for (const auto& [window, owner] : Rows<TTestWindowPtr, HWND>{{first, nullptr},
+                                                                  {second, nullptr},
+                                                                  {document, nullptr},
+                                                                  {floating, nullptr},
+                                                                  {modal, hider},
+                                                                  {third, hider},
+                                                                  {owned, document->GetHwnd()},
+                                                                  {ofForeign, foreign}})
+      EXPECT_EQ(GetWindow(window->GetHwnd(), GW_OWNER), owner);
     EXPECT_EQ(document->fChildWindows, (std::vector<boost::shared_ptr<CWinWindow>>{owned}));
     for (TTestWindowPtr* window : {&ofForeign, &owned, &floating, &third}) Release(*window);
     EXPECT_TRUE(document->fChildWindows.empty());
@@ -231,30 +215,11 @@ TEST_F(WinWindowTest, AlwaysOnTopIsInherited) {
   });
 }
 
-// A dialog with an owner leaves above the screen, natively visible.
-TEST_F(WinWindowTest, ADialogBlocksItsOwner) {
+// As a last resort the destructor gives the owner back: here of a dialog that nobody has wired up.
+TEST_F(WinWindowTest, ALostDialogFreesItsOwner) {
   InRun([&] {
     TTestWindowPtr owner = Make(kWindowKindDocument);
     owner->Show();
-    TTestWindowPtr dialog = Make(kWindowKindAlertBox, owner.get());
-    const HWND hwnd = dialog->GetHwnd();
-    const auto frame = [&] {
-      RECT rect = {};
-      GetWindowRect(hwnd, &rect);
-      return FromNative(rect);
-    };
-    EXPECT_TRUE(IsWindowEnabled(owner->GetHwnd()));
-    dialog->Show();
-    EXPECT_FALSE(IsWindowEnabled(owner->GetHwnd()));
-    const TRect shown = frame();
-    dialog->ReleaseWindow();
-    EXPECT_TRUE(IsWindowEnabled(owner->GetHwnd()));
-    EXPECT_TRUE(IsWindowVisible(hwnd));
-    EXPECT_FALSE(IsWindowShown(hwnd));
-    EXPECT_LE(frame().fBottom, GetSystemMetrics(SM_YVIRTUALSCREEN));
-    EXPECT_EQ(RectHeight(frame()), RectHeight(shown));
-    dialog.reset();
-    // As a last resort the destructor gives the owner back: here of one that nobody has wired up.
     {
       CTestWindow lost(fLog, kWindowKindModalDialog, owner.get());
       lost.Show();
@@ -263,22 +228,6 @@ TEST_F(WinWindowTest, ADialogBlocksItsOwner) {
     }
     EXPECT_TRUE(IsWindowEnabled(owner->GetHwnd()));
     Release(owner);
-  });
-}
-
-TEST_F(WinWindowTest, AcceleratorsComeBeforeAllElse) {
-  InRun([this] {
-    TTestWindowPtr window = Make(kWindowKindModelessDialog);
-    ACCEL accelerator = {FVIRTKEY, VK_F5, 0xDFFF};  // a command that nobody knows
-    window->fAcceleratorTable = CreateAcceleratorTableW(&accelerator, 1);
-    const HWND control = CreateWindowExW(0, L"STATIC", L"", WS_CHILD, 0, 0, 10, 10, window->GetHwnd(),
-                                         nullptr, nullptr, nullptr);
-    for (const HWND target : {window->GetHwnd(), control}) {
-      for (const WPARAM key : {VK_F5, VK_F6}) PostMessageW(target, WM_KEYDOWN, key, 1);
-      EXPECT_EQ(CMorvaneImpl::gMorvaneImpl->IMorvane_Yield(), kOK);
-    }
-    EXPECT_EQ(fLog, Texts{"key " + std::to_string(VK_F6)});
-    Release(window);
   });
 }
 
@@ -293,7 +242,7 @@ TEST_F(WinWindowTest, ForeignDialogsOnTheStack) {
     ShowWindow(foreign, SW_SHOW);
     morvane.PushAppModalInstance(foreign);
     morvane.PushAppModalInstance(foreign);
-    EXPECT_EQ(TakeAssertions(), Texts{"false"});
+    EXPECT_EQ(TakeReports(), "false");
     EXPECT_EQ(gAppModalDialogStack, std::vector<HWND>{foreign});
     EXPECT_FALSE(IsWindowEnabled(window->GetHwnd()));
     EXPECT_TRUE(OnModalActivationAttempt(window->GetHwnd()));
@@ -309,4 +258,127 @@ TEST_F(WinWindowTest, ForeignDialogsOnTheStack) {
   });
 }
 
-}  // namespace NSMorvane
+// --- What of the message function no client can see
+
+namespace {
+
+class Listener : public IWinMsgEventListener {
+ public:
+  Listener(Texts& calls, const char* name) : fCalls(calls), fName(name) {}
+
+  LRESULT IWinMsgEventListener_OnMessage(TWinMessage& message) override {
+    if (message.fMessage != fMessage) return 0;
+    fCalls.push_back(fName);
+    if (fHook) fHook();
+    message.fHandled = fHandles;
+    return 4711;
+  }
+
+  Texts& fCalls;
+  std::string fName;
+  UINT fMessage = WM_GETDLGCODE;
+  bool fHandles = false;
+  std::function<void()> fHook;
+};
+
+}  // namespace
+
+TEST_F(WinWindowTest, ListenersSeeEveryMessageUntilOneHandlesIt) {
+  InRun([this] {
+    TTestWindowPtr window = Make(kWindowKindDocument);
+    Listener first(fLog, "first"), second(fLog, "second"), third(fLog, "third");
+    for (Listener* listener : {&first, &second, &third}) window->AddMsgEventListener(listener);
+    const auto send = [&] {
+      const LRESULT result = SendMessageW(window->GetHwnd(), first.fMessage, 12, 34);
+      return std::to_string(result) + ": " + TakeLog();
+    };
+    // The result of a message that is forwarded is the platform's.
+    EXPECT_EQ(send(), "0: first; second; third");
+    second.fHandles = true;
+    EXPECT_EQ(send(), "0: first; second");
+    // Handled or not, the table runs.
+    first.fHandles = true;
+    first.fMessage = WM_ERASEBKGND;
+    EXPECT_EQ(send(), "0: first");
+    first.fMessage = WM_HELP;
+    EXPECT_EQ(send(), "1: first");
+    // Listeners may leave while they are called, and take others along.
+    first.fMessage = WM_GETDLGCODE;
+    first.fHandles = second.fHandles = false;
+    first.fHook = [&] {
+      for (Listener* listener : {&first, &second}) window->RemoveMsgEventListener(listener);
+    };
+    EXPECT_EQ(send(), "0: first; third");
+    EXPECT_EQ(send(), "0: third");
+    for (Listener* listener : {&second, &third})
+      window->RemoveMsgEventListener(listener);  // one is not there
+    // A listener may end the window: the message is not forwarded any more, so that its result stands.
+    first.fHook = [&] {
+      window->ReleaseWindow();
+      EXPECT_TRUE(IsWindow(window->GetHwnd()));
+      window.reset();
+    };
+    window->AddMsgEventListener(&first);
+    const HWND hwnd = window->GetHwnd();
+    EXPECT_EQ(SendMessageW(hwnd, first.fMessage, 0, 0), 4711);
+    EXPECT_FALSE(IsWindow(hwnd));
+  });
+}
+
+TEST_F(WinWindowTest, ControlsHaveListenersOfTheirOwn) {
+  InRun([this] {
+    TTestWindowPtr window = Make(kWindowKindDocument);
+    const HWND hwnd = window->GetHwnd();
+    const HWND control =
+        CreateWindowExW(0, L"BUTTON", L"", WS_CHILD, 0, 0, 10, 10, hwnd, nullptr, nullptr, nullptr);
+    Listener listener(fLog, "control");
+    window->AddControlListener(control, &listener);
+    NMHDR ofControl = {control, 1, 2}, ofWindow = {hwnd, 1, 2};
+    const auto param = [](auto* of) { return reinterpret_cast<LPARAM>(of); };
+    for (const auto& [message, parameter, calls] :
+         Rows<UINT, LPARAM, std::string>{{WM_COMMAND, param(control), "control"},
+                                         {WM_HSCROLL, param(control), "control"},
+                                         {WM_VSCROLL, param(control), "control"},
+                                         {WM_COMMAND, 0, ""},
+                                         {WM_NOTIFY, param(&ofWindow), ""},
+                                         {WM_NOTIFY, param(&ofControl), "control"}}) {
+      listener.fMessage = message;
+      SendMessageW(hwnd, message, 5, parameter);
+      EXPECT_EQ(TakeLog(), calls) << message;
+    }
+    DestroyWindow(control);
+    SendMessageW(hwnd, WM_NOTIFY, 1, param(&ofControl));
+    EXPECT_EQ(TakeLog(), "");
+    window->RemoveControlListener(control);
+    Release(window);
+  });
+}
+
+// --- Classes
+
+TEST_F(WinWindowTest, AClassIsRegisteredAsLongAsSomebodyUsesIt) {
+  const TString name = u"Window Class Test";
+  const auto isRegistered = [&] {
+    WNDCLASSEXW info = {};
+    info.cbSize = sizeof(info);
+    return GetClassInfoExW(GetModuleHandleW(nullptr), WinText(name), &info) != 0;
+  };
+  const std::size_t others = gWindowClasses.size();
+  auto first = std::make_unique<CWindowClassRef>(name, DefWindowProcW, nullptr);
+  auto second = std::make_unique<CWindowClassRef>(name, DefWindowProcW, nullptr);
+  EXPECT_EQ(gWindowClasses.size(), others + 1);
+  first.reset();
+  EXPECT_TRUE(isRegistered());
+  second.reset();
+  EXPECT_FALSE(isRegistered());
+  EXPECT_EQ(gWindowClasses.size(), others);
+  // And once more from the start. A window that is still there keeps the system from taking the class back.
+  first = std::make_unique<CWindowClassRef>(name, DefWindowProcW, nullptr);
+  const HWND window = CreateWindowExW(0, WinText(name), L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr,
+                                      GetModuleHandleW(nullptr), nullptr);
+  ASSERT_NE(window, nullptr);
+  first.reset();
+  EXPECT_EQ(TakeReports(), "ucResult");
+  DestroyWindow(window);
+  EXPECT_TRUE(UnregisterClassW(WinText(name), GetModuleHandleW(nullptr)));
+}
