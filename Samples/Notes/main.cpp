@@ -87,7 +87,7 @@ class CButtonView : public CDefaultHitViewBehavior {
     return fMorvane.IMorvane_InvalidateView(fView, RectOf(fView));
   }
   TError IViewBehavior_HandleClick(const TMouseEvent& event, TFlag& outHandled) override {
-    outHandled = event.fType == kMouseEventClick ? 1 : 0;
+    outHandled = event.fType == kMouseEventClick && event.fButtons == 1 ? 1 : 0;
     return outHandled != 0 ? fAction() : kOK;
   }
   TError IViewBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) override {
@@ -122,7 +122,7 @@ class CLabelView : public CDefaultViewBehavior {
 class CMessageDialog : public CDefaultModalDialogBehavior {
  public:
   CMessageDialog(IModalDialog& dialog, IMorvane& morvane, std::wstring text)
-      : CDefaultModalDialogBehavior(dialog) {
+      : CDefaultModalDialogBehavior(dialog), fMorvane(morvane) {
     ThrowIfFailed(ChangeState(dialog, [](auto& state) {
       CopyText(state.fTitle, u"Notes");
       state.fMinimumClientSize = state.fMaximumClientSize = {320, 120};
@@ -137,7 +137,19 @@ class CMessageDialog : public CDefaultModalDialogBehavior {
     ThrowIfFailed(WindowOf(dialog).IWindow_SetConceptualFocusView(fButton.View()));
   }
 
+  // The button has Space; here are the keys that any button might have.
+  TError IModalDialogBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) override {
+    for (const TChar key : {kKeyCharReturn, kKeyCharEscape}) {
+      const TKeyInterpretation wanted = {{key}, {0, 0}, 0};
+      const TError error =
+          fMorvane.IMorvane_CanKeyBeInterpretedAs(event.fPhysicalKey, event.fModifiers, wanted, outHandled);
+      if (error != kOK || outHandled != 0) return error == kOK ? fWindow.IModalDialog_Release() : error;
+    }
+    return kOK;
+  }
+
  private:
+  IMorvane& fMorvane;
   CViewOf<CLabelView> fLabel;
   CViewOf<CButtonView> fButton;
 };
@@ -214,7 +226,7 @@ class CNoteView : public CDefaultHitViewBehavior {
   TError IViewBehavior_HandleClick(const TMouseEvent& event, TFlag& outHandled) override {
     outHandled = 1;
     if (event.fType == kMouseEventContextClick) return ShowMenu(event.fPosition);
-    if (event.fType != kMouseEventClick) {
+    if (event.fType != kMouseEventClick || event.fButtons != 1) {
       outHandled = 0;
       return kOK;
     }
@@ -382,7 +394,7 @@ class CBoardWindow : public CDefaultDocumentWindowBehavior, public IBoard {
   TError SelectNote(IView& note) override { return GetWindow().IWindow_SetConceptualFocusView(&note); }
   TError RemoveNote(IView& note) override {
     fNotes.remove_if([&](const CViewOf<CNoteView>& each) { return each.View() == &note; });
-    return kOK;
+    return SetTabOrder();
   }
   IWindow& GetWindow() override { return WindowOf(fWindow); }
 
@@ -400,8 +412,13 @@ class CBoardWindow : public CDefaultDocumentWindowBehavior, public IBoard {
     ThrowIfFailed(note.Create(fMorvane, *fPaper.View(), "Note", params, fMorvane, *this, text));
     ThrowIfFailed(note.View()->IView_SetTooltipText(u"A note"));
     fNotes.push_back(std::move(note));
+    return SetTabOrder();
+  }
+  // With one note only, Tab has nowhere to go.
+  TError SetTabOrder() {
     std::vector<IView*> tabViews;
-    for (const CViewOf<CNoteView>& each : fNotes) tabViews.push_back(each.View());
+    if (fNotes.size() > 1)
+      for (const CViewOf<CNoteView>& each : fNotes) tabViews.push_back(each.View());
     return GetWindow().IWindow_SetTabViews(tabViews.data(), static_cast<std::uint32_t>(tabViews.size()));
   }
   // [end]

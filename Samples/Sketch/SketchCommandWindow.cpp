@@ -67,7 +67,8 @@ TDialogPlace CSketchCommandWindow::DialogPlace() const {
 // --- Commands
 
 bool CSketchCommandWindow::IsCommandEnabled(TSketchCommand command) const {
-  return command == kCommandAbout || command == kCommandNew || command == kCommandOpen;
+  return command == kCommandAbout || command == kCommandNew || command == kCommandOpen ||
+         command == kCommandClose;
 }
 
 void CSketchCommandWindow::Perform(TSketchCommand command) {
@@ -90,19 +91,15 @@ void CSketchCommandWindow::Perform(TSketchCommand command) {
   }
 }
 
-// What has no place in the menus.
+// What has no place in the menus. Keys of items that cannot be chosen do nothing.
 TError CSketchCommandWindow::IDocumentWindowBehavior_HandleKeyDown(const TKeyEvent& event,
                                                                    TFlag& outHandled) {
   outHandled = 0;
   return Guarded([&] {
-    const TSketchKey key = MeaningOf(fMorvane, event);
-    const TSketchCommand command = !key.fControl || key.fAlt ? kCommandNone
-                                   : key.fCharacter == u'w'  ? kCommandClose
-                                   : key.fCharacter == u'Z'  ? kCommandRedo
-                                                             : kCommandNone;
-    if (command == kCommandNone) return TError{kOK};
+    const auto command = CommandOfKey(fMorvane, event);
+    if (!command) return TError{kOK};
     outHandled = 1;
-    if (command == kCommandClose || IsCommandEnabled(command)) Perform(command);
+    if (IsCommandEnabled(*command)) Perform(*command);
     return TError{kOK};
   });
 }

@@ -81,6 +81,10 @@ constexpr TRow kRows[] = {
     {kMenuTools, u"_Text", ToolCommand(TSketchTool::kText), u't', 0},
 };
 
+// Keys of commands that have another one in the menus, or an item that is the library's.
+constexpr TRow kMoreKeys[] = {{kMenuDocument, u"", kCommandClose, u'w', kCtrl},
+                              {kMenuEdit, u"", kCommandRedo, u'z', kCtrlShift}};
+
 constexpr TSketchCommand kContextOfShape[] = {
     kCommandCut,     kCommandCopy,   kCommandDuplicate, kCommandDelete, kCommandNone,
     kCommandToFront, kCommandToBack, kCommandNone,      kCommandPoints, kCommandProperties};
@@ -142,14 +146,17 @@ std::vector<TMenuItem> ContextItems(const ISketchCommandTarget& target, bool onS
 }
 
 std::optional<TSketchCommand> CommandOfKey(IMorvane& morvane, const TKeyEvent& event, bool alsoPlain) {
-  for (const TRow& row : kRows) {
-    TFlag isMeant = 0;
-    if (row.fKey != 0 && ((row.fModifiers & kModifierControl) != 0 || alsoPlain) &&
-        morvane.IMorvane_CanKeyBeInterpretedAs(event.fPhysicalKey, event.fModifiers, ShortcutOf(row),
-                                               isMeant) == kOK &&
-        isMeant == 1)
-      return row.fCommand;
-  }
+  const auto isMeant = [&](const TRow& row) {
+    TFlag meant = 0;
+    return row.fKey != 0 && ((row.fModifiers & kModifierControl) != 0 || alsoPlain) &&
+           morvane.IMorvane_CanKeyBeInterpretedAs(event.fPhysicalKey, event.fModifiers, ShortcutOf(row),
+                                                  meant) == kOK &&
+           meant == 1;
+  };
+  for (const TRow& row : kRows)
+    if (isMeant(row)) return row.fCommand;
+  for (const TRow& row : kMoreKeys)
+    if (isMeant(row)) return row.fCommand;
   return std::nullopt;
 }
 

@@ -84,7 +84,7 @@ class CTextView : public CDefaultHitViewBehavior {
     return kOK;
   }
   TError IViewBehavior_HandleClick(const TMouseEvent& event, TFlag& outHandled) override {
-    outHandled = fOnClick && event.fType == kMouseEventClick ? 1 : 0;
+    outHandled = fOnClick && event.fType == kMouseEventClick && event.fButtons == 1 ? 1 : 0;
     return outHandled != 0 ? fOnClick() : kOK;
   }
 
@@ -145,7 +145,7 @@ class CSwatchView : public CDefaultHitViewBehavior {
     return kOK;
   }
   TError IViewBehavior_HandleClick(const TMouseEvent& event, TFlag& outHandled) override {
-    outHandled = event.fType == kMouseEventClick ? 1 : 0;
+    outHandled = event.fType == kMouseEventClick && event.fButtons == 1 ? 1 : 0;
     return outHandled != 0 ? fOnClick() : kOK;
   }
 
