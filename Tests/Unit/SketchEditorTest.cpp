@@ -1,4 +1,5 @@
-// What can be done to a document of the sample application Sketch: changes, undo, tools, editing a line.
+// What can be done to a document of the sample application Sketch: changes, undo, editing a line. The tools
+// are tried with the mouse, by the tour.
 #include <memory>
 
 #include "Samples/Sketch/SketchDocumentFile.h"
@@ -30,41 +31,17 @@ class CFixedMeasure : public ISketchTextMeasure {
   }
 };
 
-class SketchEditor : public ::testing::Test, public ISketchToolHost {
+class SketchEditor : public testing::Test {
  protected:
   SketchEditor() {
     auto document = std::make_unique<CSketchDocument>();
     std::string message;
     EXPECT_TRUE(ReadSketchDocument(kSample, *document, message)) << message;
     fEditor = std::make_unique<CSketchEditor>(std::move(document), fMeasure);
-    fStyle.fWidth = 4;
-    fStyle.fFill = 0x00FF00;
   }
   std::string Written() const { return WriteSketchDocument(fEditor->Document()); }
-  std::string LastLine() const {
-    const std::string written = Written();
-    const std::size_t end = written.size() - 1;
-    return written.substr(written.rfind('\n', end - 1) + 1, end - written.rfind('\n', end - 1) - 1);
-  }
-  void Choose(TSketchTool tool) { fTool = MakeSketchTool(tool, *fEditor, *this); }
-  // Presses at the first point, drags over the others and releases at the last.
-  void Drag(const std::vector<TSketchPoint>& points, bool shift = false) {
-    ASSERT_TRUE(fTool->Press({points[0], shift, false, 4}, false));
-    for (const TSketchPoint& point : points) fTool->Drag({point, shift, false, 4});
-    fTool->Release({points.back(), shift, false, 4});
-  }
-
-  const TShape& StyleOfNewShapes() override { return fStyle; }
-  void OnBandChanged(const TSketchRect&) override {}
-  void OnToolDone() override { ++fDoneCount; }
-  void EditText(std::size_t) override {}
-  void EditNewText(TSketchPoint) override {}
-
   CFixedMeasure fMeasure;
-  TShape fStyle;
   std::unique_ptr<CSketchEditor> fEditor;
-  std::unique_ptr<CSketchTool> fTool;
-  int fDoneCount = 0;
 };
 
 }  // namespace
@@ -187,66 +164,6 @@ TEST_F(SketchEditor, KnowsWhatIsUnsaved) {
   fEditor->RemoveSelected("Delete");  // what was saved cannot come back
   fEditor->Undo();
   EXPECT_TRUE(fEditor->IsModified());
-}
-
-TEST_F(SketchEditor, SelectToolChoosesMovesAndPulls) {
-  Choose(TSketchTool::kSelect);
-  Drag({{50, 30}, {51, 30}, {60, 45}});
-  EXPECT_EQ(fEditor->Shape(0).fPoints[0], (TSketchPoint{20, 25}));
-  Drag({{120, 75}, {130, 90}});
-  EXPECT_EQ(fEditor->Shape(0).fPoints[1], (TSketchPoint{130, 90}));
-  fEditor->Undo();
-  fEditor->Undo();
-  EXPECT_EQ(Written(), kSample);
-
-  Drag({{0, 0}, {120, 210}});  // the rubber band holds two shapes
-  EXPECT_EQ(fEditor->Selection(), (TShapeIndices{0, 2}));
-  Drag({{60, 150}});  // a click on one of several leaves only that one selected
-  EXPECT_EQ(fEditor->Selection(), (TShapeIndices{2}));
-
-  ASSERT_TRUE(fTool->Press({{60, 150}, false, false, 4}, false));
-  fTool->Drag({{300, 300}, false, false, 4});
-  EXPECT_TRUE(fTool->Cancel());
-  EXPECT_EQ(Written(), kSample);
-}
-
-TEST_F(SketchEditor, GivingUpLeavesTheSelectionAlone) {
-  for (const TSketchTool tool : {TSketchTool::kSelect, TSketchTool::kRectangle, TSketchTool::kPolyline}) {
-    Choose(tool);
-    fEditor->Select({1});
-    fTool->Press({{0, 0}}, false);
-    fTool->Drag({{120, 210}});
-    EXPECT_TRUE(fTool->Cancel());
-    EXPECT_EQ(fEditor->Selection(), (TShapeIndices{1}));
-  }
-  fTool->Press({{1, 1}}, false);
-  EXPECT_TRUE(fTool->Finish());  // one point is no polyline
-  EXPECT_TRUE(fEditor->Selection().empty());
-  EXPECT_EQ(Written(), kSample);
-}
-
-TEST_F(SketchEditor, ToolsMakeShapes) {
-  Choose(TSketchTool::kRectangle);
-  Drag({{500, 300}, {450, 320}, {440, 330}});
-  EXPECT_EQ(LastLine(), "rectangle 440 300 500 330 width=4 fill=#00FF00");
-  EXPECT_EQ(fDoneCount, 1);
-  Choose(TSketchTool::kLine);
-  Drag({{0, 0}, {50, 45}}, true);
-  EXPECT_EQ(LastLine(), "line 0 0 50 50 width=4");
-  Drag({{0, 0}, {1, 1}});  // too short to be meant
-  EXPECT_EQ(fDoneCount, 2);
-
-  Choose(TSketchTool::kPolyline);
-  for (const TSketchPoint point : {TSketchPoint{1, 1}, {20, 30}, {20, 30}, {40, 1}}) {
-    fTool->Hover({point});
-    EXPECT_FALSE(fTool->Press({point}, false));
-  }
-  fTool->Hover({{99, 99}});
-  EXPECT_EQ(LastLine(), "polyline 1 1 20 30 40 1 99 99 width=4");
-  fTool->Press({{40, 1}}, true);
-  EXPECT_EQ(LastLine(), "polyline 1 1 20 30 40 1 width=4");
-  while (fEditor->CanUndo()) fEditor->Undo();
-  EXPECT_EQ(Written(), kSample);
 }
 
 TEST(SketchLineEdit, Edits) {
