@@ -48,8 +48,8 @@ volatile LONG theTurns = 0;
 
 // Where the program is: modules and offsets in them, for a tool that knows their symbols.
 void PrintStack() {
-  void* frames[48] = {};
-  const USHORT count = RtlCaptureStackBackTrace(1, 48, frames, nullptr);
+  void* frames[120] = {};
+  const USHORT count = RtlCaptureStackBackTrace(1, 120, frames, nullptr);
   for (USHORT i = 0; i < count; ++i) {
     HMODULE module = nullptr;
     char name[MAX_PATH] = "";
@@ -95,7 +95,7 @@ class CSoakOutput : public CDefaultDebugOutput {
   void IDebugOutput_Print(const char* text) override {
     const std::lock_guard<std::recursive_mutex> guard(fLock);
     theLines.emplace_back(text);
-    if (theLines.size() > 30) theLines.pop_front();
+    if (theLines.size() > 60) theLines.pop_front();
   }
 
  private:
