@@ -234,9 +234,14 @@ void CSketchApplication::ShowPalette(bool shown) {
   if (fFront) fFront->UpdateMenus();
 }
 
-void CSketchApplication::OnPaletteClosed() {
+void CSketchApplication::OnPaletteClosed(const CSketchPalette& palette) {
+  if (fPalette != &palette) return;
   fPalette = nullptr;
   if (fFront) fFront->UpdateMenus();
+}
+
+void CSketchApplication::OnPropertiesClosed(const CSketchPropertiesDialog& properties) {
+  if (fProperties == &properties) fProperties = nullptr;
 }
 
 // When the activation is through, and what it has brought about.

@@ -69,11 +69,11 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
   // --- Other windows
   bool IsPaletteShown() const { return fPalette != nullptr; }
   void ShowPalette(bool shown);
-  void OnPaletteClosed();
+  void OnPaletteClosed(const CSketchPalette& palette);
   // To be called whenever a document becomes active, or no longer is.
   void KeepPaletteAbove();
   void ShowProperties();
-  void OnPropertiesClosed() { fProperties = nullptr; }
+  void OnPropertiesClosed(const CSketchPropertiesDialog& properties);
   void ShowAbout();
   // The middle of where they are to appear: inside the document in front, at its left and right.
   NSMorvane::TPoint PlaceOfPalette(const NSMorvane::TSize& size) const;

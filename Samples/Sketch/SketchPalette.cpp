@@ -151,7 +151,19 @@ CSketchPalette::CSketchPalette(IFloatingWindow& window, IMorvane& morvane, CSket
   PlaceDialog(window, u"Tools", kClientSize, application.PlaceOfPalette(kClientSize));
 }
 
-CSketchPalette::~CSketchPalette() { fApplication.OnPaletteClosed(); }
+CSketchPalette::~CSketchPalette() { fApplication.OnPaletteClosed(*this); }
+
+void CSketchPalette::Close() {
+  fApplication.OnPaletteClosed(*this);
+  ThrowIfFailed(fWindow.IFloatingWindow_Release());
+}
+
+TError CSketchPalette::IFloatingWindowBehavior_OnRequestClose(TCloseReason) {
+  return Guarded([&] {
+    Close();
+    return TError{kOK};
+  });
+}
 
 void CSketchPalette::OnToolChanged() {
   for (CViewOf<CSketchToolButton>& button : fButtons) button->Invalidate();

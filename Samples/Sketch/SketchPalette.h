@@ -45,7 +45,8 @@ class CSketchPalette : public NSMorvane::CDefaultFloatingWindowBehavior {
   // Puts the window above all others once more. A system without a window manager of its own may let a
   // document that is activated cover it.
   void StayAbove();
-  void Close() { NSMorvane::ThrowIfFailed(fWindow.IFloatingWindow_Release()); }
+  // The window may live on for a while, for the message that it is in the middle of.
+  void Close();
 
   NSMorvane::TError IFloatingWindowBehavior_OnRequestClose(NSMorvane::TCloseReason reason) override;
   NSMorvane::TError IFloatingWindowBehavior_HandleKeyDown(const NSMorvane::TKeyEvent& event,

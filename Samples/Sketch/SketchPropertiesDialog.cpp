@@ -141,7 +141,13 @@ CSketchPropertiesDialog::CSketchPropertiesDialog(IModelessDialog& window, IMorva
   Refresh();
 }
 
-CSketchPropertiesDialog::~CSketchPropertiesDialog() { fApplication.OnPropertiesClosed(); }
+CSketchPropertiesDialog::~CSketchPropertiesDialog() { fApplication.OnPropertiesClosed(*this); }
+
+// The window may live on for a while, for the message that it is in the middle of.
+TError CSketchPropertiesDialog::IModelessDialogBehavior_OnRequestClose(TCloseReason) {
+  fApplication.OnPropertiesClosed(*this);
+  return fWindow.IModelessDialog_Release();
+}
 
 CSketchEditor* CSketchPropertiesDialog::Editor() const {
   return fApplication.Front() ? &fApplication.Front()->Editor() : nullptr;
@@ -260,7 +266,7 @@ TError CSketchPropertiesDialog::IModelessDialogBehavior_HandleKeyDown(const TKey
     outHandled = 1;
     if (MeaningOf(fForm.Morvane(), event).fCharacter == kKeyEscape) {
       Refresh();  // what was typed and not taken over
-      return fWindow.IModelessDialog_Release();
+      return IModelessDialogBehavior_OnRequestClose(kCloseByUser);
     }
     if (MeaningOf(fForm.Morvane(), event).fCharacter == kKeyCharF1 + 3) {  // there and back
       fForm.Commit();
