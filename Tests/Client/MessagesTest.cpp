@@ -68,7 +68,7 @@ TEST_IN_RUN(MessagesTest, ResultsAndCallbacks) {
   EXPECT_FALSE(IsWindow(Hwnd()));
 }
 
-TEST_IN_RUN(MessagesTest, PointerAndItsDeparture) {
+TEST_IN_RUN(MessagesTest, CursorOfTheWindowItself) {
   Open();
   const auto cursorAfter = [this](WPARAM hwnd, int hit) {
     SetCursor(LoadCursorW(nullptr, IDC_CROSS));
@@ -81,23 +81,6 @@ TEST_IN_RUN(MessagesTest, PointerAndItsDeparture) {
   EXPECT_EQ(cursorAfter(self, HTCLIENT), LoadCursorW(nullptr, IDC_ARROW));
   // The grip of somebody else is not ours to say.
   EXPECT_NE(cursorAfter(self + 4, HTGROWBOX), LoadCursorW(nullptr, IDC_SIZENWSE));
-
-  // The departure of the mouse is asked for once.
-  TRACKMOUSEEVENT tracking = {};
-  tracking.cbSize = sizeof(tracking);
-  const auto isArmedAfterMove = [&] {
-    Send(WM_MOUSEMOVE, 0, MAKELPARAM(50, 50));
-    tracking.dwFlags = TME_QUERY;
-    return TrackMouseEvent(&tracking) && tracking.hwndTrack == Hwnd() && (tracking.dwFlags & TME_LEAVE);
-  };
-  PutMouse(OnScreen({50, 50}));
-  ASSERT_TRUE(YieldUntil(isArmedAfterMove));
-  tracking.dwFlags = TME_LEAVE | TME_CANCEL;
-  tracking.hwndTrack = Hwnd();
-  TrackMouseEvent(&tracking);
-  EXPECT_FALSE(isArmedAfterMove()) << "the window believes that it is";
-  Send(WM_MOUSELEAVE);
-  EXPECT_TRUE(isArmedAfterMove());
 }
 
 TEST_IN_RUN(MessagesTest, OfSeveralFailuresTheOldestIsReportedOnce) {

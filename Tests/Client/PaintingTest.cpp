@@ -321,7 +321,7 @@ TEST_IN_RUN(PaintingTest, OnlyTranslucentWindowsAreLayered) {
 
 // --- Debug settings
 
-TEST_IN_RUN(PaintingTest, InvalidationFlashesBlue) {
+TEST_IN_RUN(PaintingTest, InvalidationFlashesBlueAndPaintsRed) {
   TDebugSettings settings = {};
   settings.fDrawInvalidationBlue = 1;
   OpenPainted(kPlain, settings);
@@ -335,21 +335,16 @@ TEST_IN_RUN(PaintingTest, InvalidationFlashesBlue) {
   EXPECT_EQ(Difference(expected), "");
   Update();
   EXPECT_EQ(Difference(before), "");
-}
 
-TEST_IN_RUN(PaintingTest, PaintsFlashRed) {
-  TDebugSettings settings = {};
+  settings = {};
   settings.fDrawPaintsRed = 1;
-  OpenPainted(kPlain, settings);
-  MakeColored("a", {0, 0, 100, 100}, kBlue);
-  Update();
-  const Picture before = Shown();
-  Picture expected = before;
+  EXPECT_EQ(fMorvane->IMorvane_SetDebugSettings(settings), kOK);
+  expected = before;
   expected.Fill({10, 10, 30, 20}, RGB(0xD0, 0, 0));
   expected.Fill({40, 30, 50, 60}, RGB(0xD0, 0, 0));
-  fViewRecord.fHooks["a:draw"] = [&] {
+  fViewRecord.fHooks["a:draw"] = [&, fill = fViewRecord.fHooks["a:draw"]] {
     EXPECT_EQ(Difference(expected), "");
-    FillsWith({0, 0, 100, 100}, kBlue)();
+    return fill();
   };
   Invalidate({10, 10, 30, 20});
   Repaint({40, 30, 50, 60});
@@ -375,27 +370,19 @@ TEST_IN_RUN(PaintingTest, BoundsOfViewsAreFramed) {
     EXPECT_TRUE(isOnFrame(on.x, on.y)) << on.x;
   for (const POINT& off : {POINT{60, 40}, {80, 80}, {150, 150}})
     EXPECT_FALSE(isOnFrame(off.x, off.y)) << off.x;
-}
-
-TEST_IN_RUN(PaintingTest, FlushingShowsEachViewAtOnce) {
-  TDebugSettings settings = {};
-  settings.fFlushViews = 1;
-  OpenPainted(kPlain, settings);
-  MakeColored("a", {0, 0, 50, 50}, kRed);
-  MakeColored("b", {50, 0, 100, 50}, kBlue);
-  Update();
-  ScribbleAll();
-  // The root view flushes the background of the dirty region first.
-  Picture expected = Shown();
-  expected.Fill({10, 10, 80, 20}, GetSysColor(COLOR_WINDOW));
-  fViewRecord.fHooks["b:draw"] = [&] {
-    expected.Fill({10, 10, 50, 20}, kRed);
-    EXPECT_EQ(Difference(expected), "") << "the first view, and nothing else";
-    FillsWith({50, 0, 100, 50}, kBlue)();
+  // Settings of what is on the screen invalidate it; others do not.
+  const auto isDirtyAfterSetting = [&] {
+    EXPECT_EQ(fMorvane->IMorvane_SetDebugSettings(settings), kOK);
+    const bool isDirty = IsDirty();
+    Update();
+    return isDirty;
   };
-  Repaint({10, 10, 80, 20});
-  expected.Fill({50, 10, 80, 20}, kBlue);
-  EXPECT_EQ(Difference(expected), "");
+  EXPECT_EQ(fMorvane->IMorvane_GetDebugSettings(settings), kOK);
+  EXPECT_FALSE(isDirtyAfterSetting());
+  settings.fDrawViewBounds = 0;
+  EXPECT_TRUE(isDirtyAfterSetting());
+  settings.fDrawMouseViewInfo = 1;
+  EXPECT_TRUE(isDirtyAfterSetting());
 }
 
 }  // namespace NSMorvaneTest

@@ -60,35 +60,41 @@ TEST_F(RunLoopTest, FilesComeInOrderBeforeTheFirstMessage) {
   EXPECT_EQ(options.fTexts, (std::vector<std::u16string>{u"/safe", u"/x"}));
 }
 
+// Quitting while it starts up skips the loop, and so the files.
 TEST_F(RunLoopTest, WhatStandsDuringTheRun) {
   fHooks["CleanUp"] = [this] { EXPECT_TRUE(Standing()[1] && Standing()[2]); };
-  RunFrom([this] {
-    EXPECT_EQ(Standing(), std::vector<bool>(3, true));
-    for (const wchar_t* name : {L"Hollowbrook Message Window", L"Hollowbrook Hider Window"}) {
-      EXPECT_TRUE(GetWindowLongW(FindHidden(name), GWL_STYLE) & WS_DISABLED);
-      EXPECT_EQ(GetClassLongPtrW(FindHidden(name), GCL_STYLE), static_cast<ULONG_PTR>(CS_DBLCLKS));
-    }
-    EXPECT_NE(dynamic_cast<RecordingRunBehavior*>(Behavior()), nullptr);
-    EXPECT_FALSE(IsQuitting());
-    CTextReceiver quitItem;
-    EXPECT_EQ(fMorvane->IMorvane_GetResourceString("SSTR/1000/1", quitItem), kOK);
-    EXPECT_EQ(quitItem.Text(), u"E_xit");
-    return StartQuitting();
-  });
+  RunFrom(
+      [this] {
+        EXPECT_EQ(Standing(), std::vector<bool>(3, true));
+        for (const wchar_t* name : {L"Hollowbrook Message Window", L"Hollowbrook Hider Window"}) {
+          EXPECT_TRUE(GetWindowLongW(FindHidden(name), GWL_STYLE) & WS_DISABLED);
+          EXPECT_EQ(GetClassLongPtrW(FindHidden(name), GCL_STYLE), static_cast<ULONG_PTR>(CS_DBLCLKS));
+        }
+        EXPECT_NE(dynamic_cast<RecordingRunBehavior*>(Behavior()), nullptr);
+        EXPECT_FALSE(IsQuitting());
+        CTextReceiver quitItem;
+        EXPECT_EQ(fMorvane->IMorvane_GetResourceString("SSTR/1000/1", quitItem), kOK);
+        EXPECT_EQ(quitItem.Text(), u"E_xit");
+        ExpectRunFails(kIllegalCallSequenceProgrammingError);  // there is one already
+        return StartQuitting();
+      },
+      L"one.txt");
+  EXPECT_EQ(fRun.fLog.Take(), "StartUp deleted CleanUp deleted");
   EXPECT_EQ(Standing(), std::vector<bool>(3, false));
 }
 
-// Without anyone who listens, a run ends with its first message.
+// Without anyone who listens, a run ends with its first message. There is none without a run.
 TEST_F(RunLoopTest, RunWithoutBehaviour) {
   CreateMorvane();
-  MSG msg;
-  PeekMessageW(&msg, nullptr, WM_USER, WM_USER, PM_NOREMOVE);
+  EXPECT_EQ(fMorvane->IMorvane_PostAppMessage(1, 2), kOtherError);
+  EXPECT_EQ(fOutput.TakeAssertions(), "NULL != fMessageWindow");
+  EXPECT_EQ(WakeUp(), kOK);
   PostThreadMessageW(GetCurrentThreadId(), WM_APP, 0, 0);
   EXPECT_EQ(fMorvane->IMorvane_Run(nullptr, fParams), kOK);
-  EXPECT_EQ(fOutput.CountLines("Auto-handlig quit event since there is no behavior."), 1);
-  EXPECT_EQ(fOutput.CountLines("]Morvane] Entering quit mode..."), 1);
-  EXPECT_EQ(fOutput.CountLines("Skipping call to IMorvaneRunBehavior_OnCleanUp, since there is no behavior."),
-            1);
+  for (const char* line :
+       {"Auto-handlig quit event since there is no behavior.", "]Morvane] Entering quit mode...",
+        "Skipping call to IMorvaneRunBehavior_OnCleanUp, since there is no behavior."})
+    EXPECT_EQ(fOutput.CountLines(line), 1) << line;
 }
 
 // Outside the loop the run ends with the code, and the behaviour is left to the client.
@@ -122,17 +128,6 @@ TEST_F(RunLoopTest, FailuresOutsideTheLoopEndTheRun) {
     EXPECT_EQ(fOutput.TakeAssertions(), "0!=fBehavior; outBehavior != NULL");
     DeleteMorvane();
   }
-}
-
-// Quitting while it starts up skips the loop, and so the files.
-TEST_F(RunLoopTest, RunInsideARunIsRefused) {
-  RunFrom(
-      [this] {
-        ExpectRunFails(kIllegalCallSequenceProgrammingError);
-        return StartQuitting();
-      },
-      L"one.txt");
-  EXPECT_EQ(fRun.fLog.Take(), "StartUp deleted CleanUp deleted");
 }
 
 // --- Messages
@@ -270,34 +265,6 @@ TEST_F(RunLoopTest, LargeIdleDelay) {
     EXPECT_TRUE(YieldUntil([&] { return fRun.fIdleCalls == calls + 1; }));
     return StartQuitting();
   });
-}
-
-// News of the idle thread that are under way must not hold up the end of the run, nor come after it.
-TEST_F(RunLoopTest, WakingUpAroundTheRun) {
-  CreateMorvane();
-  EXPECT_EQ(WakeUp(), kOK);
-  RunFrom([this] {
-    for (int i = 0; i < 300; ++i) EXPECT_EQ(WakeUp(), kOK);
-    return StartQuitting();
-  });
-  EXPECT_EQ(WakeUp(), kOK);
-  EXPECT_EQ(fMorvane->IMorvane_Yield(), kOK);
-  EXPECT_EQ(fRun.fIdleCalls, 0);
-}
-
-// --- Time
-
-TEST_F(RunLoopTest, WhatNeedsNoRun) {
-  CreateMorvane();
-  std::uint64_t now = ~std::uint64_t(0);
-  const DWORD before = GetTickCount();
-  EXPECT_EQ(fMorvane->IMorvane_GetCurrentMS(now), kOK);
-  EXPECT_LE(now - before, 5000u);
-  std::uint64_t ticks = 77;
-  EXPECT_EQ(fMorvane->IMorvane_ConvertMSToPrecisionTicks(12, ticks), kOK);
-  EXPECT_EQ(ticks, 0u);
-  EXPECT_EQ(fMorvane->IMorvane_PostAppMessage(1, 2), kOtherError);
-  EXPECT_EQ(fOutput.TakeAssertions(), "false; NULL != fMessageWindow");
 }
 
 }  // namespace NSMorvaneTest

@@ -82,16 +82,14 @@ TEST_IN_RUN(WindowKindsTest, States) {
   TFloatingWindowState floatingState;
   TModalDialogState modalState;
   ShowWindow(record[2].fHwnd, SW_MAXIMIZE);
-  EXPECT_EQ(floating->IFloatingWindow_GetState(floatingState), kOK);
-  EXPECT_EQ(floatingState.fPlacement.fMaximized, 1u);
-  EXPECT_EQ(floatingState.fPlacement.fUserRect, rect);
   ShowWindow(record[0].fHwnd, SW_MAXIMIZE);
-  EXPECT_EQ(modeless->IModelessDialog_GetState(modelessState), kOK);
-  EXPECT_TRUE(modelessState.fPlacement.fMaximized && !modelessState.fPlacement.fMinimized);
   ShowWindow(record[1].fHwnd, SW_MINIMIZE);
+  EXPECT_EQ(floating->IFloatingWindow_GetState(floatingState), kOK);
+  EXPECT_EQ(modeless->IModelessDialog_GetState(modelessState), kOK);
   EXPECT_EQ(modal->IModalDialog_GetState(modalState), kOK);
-  EXPECT_EQ(modalState.fPlacement.fMinimized, 1u);
-  EXPECT_EQ(TextOf(modalState.fTitle), u"Kind");
+  EXPECT_TRUE(floatingState.fPlacement.fMaximized && floatingState.fPlacement.fUserRect == rect);
+  EXPECT_TRUE(modelessState.fPlacement.fMaximized && !modelessState.fPlacement.fMinimized);
+  EXPECT_TRUE(modalState.fPlacement.fMinimized && TextOf(modalState.fTitle) == u"Kind");
   for (WindowRecord* r : {&record[2], &record[1], &record[0]}) Release(*r);
 }
 

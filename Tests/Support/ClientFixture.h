@@ -29,8 +29,6 @@ namespace NSMorvaneTest {
 
 using namespace NSMorvane;
 
-// How long a scenario may take, and how long a wait inside one.
-constexpr DWORD kScenarioLimitMS = 45000;
 constexpr DWORD kWaitLimitMS = 20000;
 
 // A test whose body runs in a turn of the application's loop. The application quits after it.
@@ -228,26 +226,6 @@ inline void SetCommandLineOfThisProcess(const std::wstring& commandLine) {
   std::wcscpy(text, commandLine.c_str());
 }
 
-// Ends the process, with a message, when a scenario hangs.
-class Watchdog {
- public:
-  explicit Watchdog(const CallLog& log) {
-    CreateTimerQueueTimer(&fTimer, nullptr, End, const_cast<CallLog*>(&log), kScenarioLimitMS, 0,
-                          WT_EXECUTEONLYONCE);
-  }
-  ~Watchdog() { DeleteTimerQueueTimer(nullptr, fTimer, INVALID_HANDLE_VALUE); }
-
- private:
-  static void CALLBACK End(void* log, BOOLEAN) {
-    const std::string last = static_cast<const CallLog*>(log)->Last();
-    std::fprintf(stderr, "The scenario hangs. The last call was: %s\n", last.c_str());
-    std::fflush(stderr);
-    TerminateProcess(GetCurrentProcess(), 99);
-  }
-
-  HANDLE fTimer = nullptr;
-};
-
 // --- The fixture
 
 class ClientTest : public ::testing::Test {
@@ -410,7 +388,6 @@ class ClientTest : public ::testing::Test {
   }
 
   RunRecord fRun;
-  Watchdog fWatchdog{fRun.fLog};
   std::wstring fCompany;
   bool fIsSecondProcess;
   ClientDebugOutput& fOutput = *new ClientDebugOutput;  // the library may print until the process ends
