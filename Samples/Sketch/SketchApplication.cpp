@@ -194,7 +194,7 @@ void CSketchApplication::GoOnQuitting() {
   // Nothing is in the way any more. The library goes on with the next window when this one has gone.
   if (fPalette) fPalette->Close();
   if (fProperties) fProperties->Close();
-  if (fQuitWindow) fQuitWindow->Close();
+  if (fQuitWindow) std::exchange(fQuitWindow, nullptr)->Close();
 }
 
 void CSketchApplication::StopQuitting() {

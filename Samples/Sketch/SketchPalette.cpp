@@ -158,13 +158,6 @@ void CSketchPalette::Close() {
   ThrowIfFailed(fWindow.IFloatingWindow_Release());
 }
 
-TError CSketchPalette::IFloatingWindowBehavior_OnRequestClose(TCloseReason) {
-  return Guarded([&] {
-    Close();
-    return TError{kOK};
-  });
-}
-
 void CSketchPalette::OnToolChanged() {
   for (CViewOf<CSketchToolButton>& button : fButtons) button->Invalidate();
 }

@@ -144,9 +144,9 @@ CSketchPropertiesDialog::CSketchPropertiesDialog(IModelessDialog& window, IMorva
 CSketchPropertiesDialog::~CSketchPropertiesDialog() { fApplication.OnPropertiesClosed(*this); }
 
 // The window may live on for a while, for the message that it is in the middle of.
-TError CSketchPropertiesDialog::IModelessDialogBehavior_OnRequestClose(TCloseReason) {
+void CSketchPropertiesDialog::Close() {
   fApplication.OnPropertiesClosed(*this);
-  return fWindow.IModelessDialog_Release();
+  ThrowIfFailed(fWindow.IModelessDialog_Release());
 }
 
 CSketchEditor* CSketchPropertiesDialog::Editor() const {

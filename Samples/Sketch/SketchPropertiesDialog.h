@@ -22,7 +22,7 @@ class CSketchPropertiesDialog : public NSMorvane::CDefaultModelessDialogBehavior
   // Shows what is so now. To be called after each change of a document, a selection or the window in front.
   void Refresh();
   void Focus() { NSMorvane::ThrowIfFailed(fWindow.IModelessDialog_FocusNow()); }
-  void Close() { NSMorvane::ThrowIfFailed(fWindow.IModelessDialog_Release()); }
+  void Close();
 
   NSMorvane::TError IModelessDialogBehavior_OnRequestClose(NSMorvane::TCloseReason reason) override;
   NSMorvane::TError IModelessDialogBehavior_HandleKeyDown(const NSMorvane::TKeyEvent& event,
