@@ -109,6 +109,10 @@ TEST_IN_RUN(KeyboardTest, WhatAKeyEventTells) {
               KeyInput(VK_LSHIFT, KEYEVENTF_KEYUP)});
   ASSERT_TRUE(YieldUntil([&] { return key.fVirtualKey == '2'; }));
   EXPECT_EQ(event.fModifiers.fKeys, std::uint32_t{kModifierShift});
+  TKeyInterpretation reading = {};
+  EXPECT_EQ(fMorvane->IMorvane_GetDefaultInterpretation(key, event.fModifiers, reading), kOK);
+  EXPECT_EQ(TextOf(reading.fKeyText), u"@");
+  EXPECT_EQ(reading.fModifiers.fKeys, 0u);
 }
 
 // --- Tab
@@ -119,6 +123,10 @@ TEST_IN_RUN(KeyboardTest, TabFollowsTheTabViews) {
   EXPECT_EQ(Press(VK_TAB), "window:key");  // taken, though there is no view to go to
   SetTabViews({"leaf", "other", "inner"});
   EXPECT_EQ(Walk(4), "leaf other inner leaf ");
+  // A view that can have the focus no longer passes it on.
+  EXPECT_EQ(ViewCallsOf([this] { SetFlags("leaf", kViewEnabled); }), "leaf:off inner:off outer:off other:on");
+  SetFlags("leaf", kViewFocusable | kViewEnabled);
+  SetFocus("leaf");
   SetFlags("other", kViewFocusable);  // disabled
   EXPECT_EQ(Walk(2), "inner leaf ");
   SetFlags("other", kViewFocusable | kViewEnabled);

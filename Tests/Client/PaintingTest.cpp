@@ -351,6 +351,21 @@ TEST_IN_RUN(PaintingTest, InvalidationFlashesBlueAndPaintsRed) {
   EXPECT_EQ(Difference(before), "");
 }
 
+TEST_IN_RUN(PaintingTest, FlushingShowsEachViewAtOnce) {
+  TDebugSettings settings = {};
+  settings.fFlushViews = 1;
+  OpenPainted(kPlain, settings);
+  MakeColored("a", {0, 0, 50, 50}, kRed);
+  MakeColored("b", {50, 0, 100, 50}, kBlue);
+  Update();
+  ScribbleAll();
+  Picture expected = Shown();
+  expected.Fill({10, 10, 80, 20}, GetSysColor(COLOR_WINDOW));
+  expected.Fill({10, 10, 50, 20}, kRed);
+  fViewRecord.fHooks["b:draw"] = [&] { EXPECT_EQ(Difference(expected), ""); };
+  Repaint({10, 10, 80, 20});
+}
+
 TEST_IN_RUN(PaintingTest, BoundsOfViewsAreFramed) {
   TDebugSettings settings = {};
   settings.fDrawViewBounds = 1;

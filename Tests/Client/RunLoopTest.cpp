@@ -86,8 +86,11 @@ TEST_F(RunLoopTest, WhatStandsDuringTheRun) {
 // Without anyone who listens, a run ends with its first message. There is none without a run.
 TEST_F(RunLoopTest, RunWithoutBehaviour) {
   CreateMorvane();
+  std::uint64_t ticks = 77;
+  EXPECT_EQ(fMorvane->IMorvane_ConvertMSToPrecisionTicks(12, ticks), kOK);
+  EXPECT_EQ(ticks, 0u);
   EXPECT_EQ(fMorvane->IMorvane_PostAppMessage(1, 2), kOtherError);
-  EXPECT_EQ(fOutput.TakeAssertions(), "NULL != fMessageWindow");
+  EXPECT_EQ(fOutput.TakeAssertions(), "false; NULL != fMessageWindow");
   EXPECT_EQ(WakeUp(), kOK);
   PostThreadMessageW(GetCurrentThreadId(), WM_APP, 0, 0);
   EXPECT_EQ(fMorvane->IMorvane_Run(nullptr, fParams), kOK);
