@@ -191,6 +191,9 @@ class IModelessDialog {
 };
 
 // A modal dialog. Its operations are those of a document window. Made with IMorvane_CreateModalDialog.
+//
+// With an owner it blocks that window, without one the whole application. A dialog over one that blocks the
+// application has no owner either: it would be blocked itself.
 class IModalDialog {
  public:
   virtual bool IModalDialog_CheckInvariant() const = 0;

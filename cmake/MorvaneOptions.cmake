@@ -17,7 +17,9 @@ else()
   # Nothing of the compiler's own runtime is needed beside the programs, and a release carries no symbols.
   target_link_options(MorvaneOptions INTERFACE -static $<$<CONFIG:Release>:-s>)
   if(MORVANE_CHECKED)
-    target_compile_options(MorvaneOptions INTERFACE -fsanitize=undefined -fsanitize-undefined-trap-on-error)
+    # The check for a function that ends without its result would hide the warning of it.
+    target_compile_options(MorvaneOptions INTERFACE
+      -fsanitize=undefined -fno-sanitize=return -fsanitize-undefined-trap-on-error)
     target_compile_definitions(MorvaneOptions INTERFACE _GLIBCXX_ASSERTIONS)
     # The newest debug information that Wine's backtraces understand.
     target_compile_options(MorvaneOptions INTERFACE -gdwarf-4)

@@ -30,8 +30,6 @@ enum : UINT { kFirstMouseMessage = WM_MOUSEFIRST, kLastMouseMessage = WM_XBUTTON
 HWND HwndOf(IWindow& window) {
   TNativeWindow native = {};
   ThrowError(window.IWindow_GetNativeWindow(native));
-  // Null would stand for all windows of the thread.
-  if (!IsWindow(native.fHwnd)) MORVANE_THROW(std::invalid_argument(""));
   return native.fHwnd;
 }
 
@@ -158,6 +156,8 @@ TClickDragResult CMorvaneImpl::CMorvaneGlue_CheckForClickDragOperation(IWindow& 
   const bool leftActive = event.fButtons == 1 && (isClick || event.fType == kMouseEventDoubleClick);
   const bool rightActive = event.fButtons == 2 && isClick;
   if (!leftActive && !rightActive) return kClickDragNotApplicable;
+  // Null would stand for all windows of the thread.
+  if (!IsWindow(hwnd)) MORVANE_THROW(std::invalid_argument(""));
   // What is waiting may end the window or change the client's record.
   const TPoint press = event.fPosition;
   const std::uint64_t pressTime = event.fTimeMS;

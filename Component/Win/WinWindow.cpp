@@ -247,7 +247,7 @@ void CWinWindow::Show() {
   if (isReleased()) return;
   if (!UpdateWindow(fHwnd)) MORVANE_THROW_LAST_ERROR();
   if (isReleased()) return;
-  // A dialog that blocks the application has taken it out of the way: it comes back with the others.
+  // A dialog that blocks the application may have taken it out of the way: it comes back with the others.
   if (fWindowKind == kWindowKindFloating && !gAppModalDialogStack.empty() && !IsVisible()) return;
   if (!IsVisible()) {
     if (IsWindowHidden(fHwnd))
@@ -274,7 +274,7 @@ void CWinWindow::Hide() {
   MORVANE_ASSERT(0!=fHwnd);
   if (IsModal()) {
     if (fOwnerHwnd)
-      EnableUnlessBlocked(fOwnerHwnd);
+      EnableOwner(fOwnerHwnd);
     else
       PopAppModal(fHwnd);
   }
@@ -365,7 +365,7 @@ CWinWindow::~CWinWindow() {
   MORVANE_ASSERT(fChildWindows.size()==0);
   DestroyTooltipWindow();
   if (fHwnd) PopAppModalQuietly(fHwnd);
-  if (IsModal() && fOwnerHwnd) EnableUnlessBlocked(fOwnerHwnd);
+  if (IsModal() && fOwnerHwnd) EnableOwner(fOwnerHwnd);
   DismantleNativeWindow();
 }
 

@@ -52,9 +52,10 @@ bool CanMoveViewsUnderMouse(UINT message) {
   }
 }
 
-// What the user does with a window.
+// What the user does with a window. Files dropped on it, and keys that go up, are the application's.
 bool IsUserInput(UINT message) {
-  return message == WM_CLOSE || message == WM_HELP || message == WM_COMMAND || message == WM_DROPFILES ||
+  if (message == WM_KEYUP || message == WM_SYSKEYUP) return false;
+  return message == WM_CLOSE || message == WM_HELP || message == WM_COMMAND ||
          (message >= WM_KEYFIRST && message <= WM_KEYLAST) ||
          (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST);
 }
@@ -397,8 +398,10 @@ LRESULT CWinWindow::WindowProc(CNativeWindowWrapper& nativeWindow, HWND hwnd, UI
     error = kOtherError;
   }
   if (error != kOK) KeepPendingError(error);
-  // The native procedure would destroy the window under this object, also after a failure.
+  // Never for the native procedure, also after a failure: it would destroy the window under this object, and
+  // ask the owner for the help.
   if (message == WM_CLOSE) return 0;
+  if (message == WM_HELP) return 1;
 
   self.reset();
   if (wrapper.expired()) return result;  // the window is gone, and so are its fields

@@ -53,6 +53,35 @@ std::vector<HWND> FindWindowsToRestore(const std::vector<HWND>& nativeWindows) {
   return allAreMinimized ? restoreList : std::vector<HWND>();
 }
 
+// A dialog that is shown and blocks this window alone; null if there is none.
+HWND FindDialogOver(HWND owner) {
+  for (const boost::weak_ptr<CWinWindow>& weakWindow : gWinWindows) {
+    const boost::shared_ptr<CWinWindow> window = weakWindow.lock();
+    if (window && window->IsModal() && window->GetOwnerHwnd() == owner && window->HasBeenShown())
+      return window->GetHwnd();
+  }
+  return nullptr;
+}
+
+// Enables this window or, if a dialog blocks it, that one. Not while a dialog blocks the whole application:
+// its end will.
+void EnableUnlessBlocked(HWND hWnd) {
+  for (std::size_t count = gWinWindows.size(); count > 0; --count) {
+    const HWND dialog = FindDialogOver(hWnd);
+    if (!dialog) break;
+    hWnd = dialog;
+  }
+  const bool isAppBlocked = !gAppModalDialogStack.empty() && gAppModalDialogStack.front() != hWnd;
+  if (!isAppBlocked || !IsRegisteredHwnd(hWnd)) EnableWindow(hWnd, TRUE);
+}
+
+// The window of a group that could be used: the newest dialog of the one given. Not a dialog that is going,
+// nor one that has been hidden, which the system counts until it has gone.
+HWND UsableWindow(HWND window, HWND goingDialog) {
+  const HWND popup = GetLastActivePopup(window);
+  return popup == goingDialog || IsWindowHidden(popup) ? window : popup;
+}
+
 void OrderWindows(const std::vector<HWND>& nativeWindows, bool activateFrontModal) {
   // It moves the windows when it goes, which is after the activations below.
   CDeferredWindowMover mover(static_cast<int>(nativeWindows.size()));
@@ -105,18 +134,8 @@ bool IsWindowHidden(HWND hWnd) { return Contains(sHidddenWindows, hWnd); }
 
 // --- The stack
 
-void EnableUnlessBlocked(HWND hWnd) {
-  const auto findDialog = [&hWnd] {
-    for (const boost::weak_ptr<CWinWindow>& weakWindow : gWinWindows) {
-      const boost::shared_ptr<CWinWindow> window = weakWindow.lock();
-      if (window && window->IsModal() && window->GetOwnerHwnd() == hWnd && window->HasBeenShown())
-        return window->GetHwnd();
-    }
-    return HWND{nullptr};
-  };
-  while (const HWND dialog = findDialog()) hWnd = dialog;
-  const bool isAppBlocked = !gAppModalDialogStack.empty() && gAppModalDialogStack.front() != hWnd;
-  if (!isAppBlocked || !IsRegisteredHwnd(hWnd)) EnableWindow(hWnd, TRUE);
+void EnableOwner(HWND owner) {
+  if (!FindDialogOver(owner)) EnableUnlessBlocked(owner);
 }
 
 void PushAppModal(HWND hWnd) {
@@ -136,8 +155,7 @@ void PopAppModal(HWND hWnd) {
     for (const HWND w : windows) {
       if (!gAppModalDialogStack.empty()) break;  // a callback has opened the next one
       // The dialog that is going stays as it is; what it covered can be used again.
-      const HWND popup = GetLastActivePopup(w);
-      const HWND usable = popup == hWnd ? w : popup;
+      const HWND usable = UsableWindow(w, hWnd);
       if (IsRegisteredHwnd(usable)) EnableUnlessBlocked(usable);
     }
   } else {
@@ -170,13 +188,12 @@ void EnforceAppModality() {
   for (const HWND w : windows) {
     if (!isTop()) return;  // a callback has ended the dialog or opened another, and that has been seen to
     // An owner of the top dialog cannot be used, and of any other group the window that could be.
-    const HWND popup = GetLastActivePopup(w);
-    const HWND blocked = popup == top ? w : popup;
+    const HWND blocked = UsableWindow(w, top);
     if (!IsRegisteredHwnd(blocked)) continue;
     EnableWindow(blocked, FALSE);
     if (isTop()) continue;
     // That has been seen to, but for this window: it was told before it was disabled.
-    if (gAppModalDialogStack.empty() || gAppModalDialogStack.front() == blocked) EnableWindow(blocked, TRUE);
+    if (gAppModalDialogStack.empty() || gAppModalDialogStack.front() == blocked) EnableUnlessBlocked(blocked);
     return;
   }
   if (isTop()) EnableWindow(top, TRUE);

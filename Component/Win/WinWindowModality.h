@@ -17,12 +17,12 @@ void PushAppModal(HWND hWnd);
 // a window that is not on the stack.
 void PopAppModal(HWND hWnd);
 
-// Enables a window that a dialog has left, or, if another dialog blocks it, that one. Not while one blocks the
-// whole application: its end will.
-void EnableUnlessBlocked(HWND hWnd);
-
 // The same for destructors: what goes wrong is delivered later.
 void PopAppModalQuietly(HWND hWnd) noexcept;
+
+// Enables the owner of a dialog that has gone. Not while another dialog blocks it, or the whole application:
+// the end of that one will. An owner that is not a window of the library's does not wait for the latter.
+void EnableOwner(HWND owner);
 
 // Disables the library's windows under the front of the stack.
 void EnforceAppModality();
