@@ -224,6 +224,17 @@ TEST_IN_RUN(ModalityTest, DialogsOfOwners) {
   EXPECT_TRUE(IsWindowEnabled(fDoc1.fHwnd));
   ShowWindow(fDoc1.fHwnd, SW_RESTORE);
 
+  // A dialog whose answer opens the next one: that blocks the owner, which the first one has just freed.
+  MakeNamed("A", Kind::kModal, fA, fDoc1.fOwner, {{"RequestClose", [this] {
+                                                     const TError error = fA.fRelease();
+                                                     MakeModal("B", fB);
+                                                     return error;
+                                                   }}});
+  SendMessageW(fA.fHwnd, WM_CLOSE, 0, 0);
+  ExpectBlockedBy("B+* ");
+  Release(fB);
+  EXPECT_TRUE(IsWindowEnabled(fDoc1.fHwnd));
+
   // The client is called while the dialog is being moved out of sight, and ends the owner, too.
   MakeModal("A", fA, fDoc1.fOwner);
   fA.fHooks["PlacementChanged"] = [this] { return fDoc1.fRelease(); };
