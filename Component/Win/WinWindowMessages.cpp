@@ -398,10 +398,10 @@ LRESULT CWinWindow::WindowProc(CNativeWindowWrapper& nativeWindow, HWND hwnd, UI
     error = kOtherError;
   }
   if (error != kOK) KeepPendingError(error);
-  // Never for the native procedure, also after a failure: it would destroy the window under this object, and
-  // ask the owner for the help.
+  // The native procedure would destroy the window under this object, also after a failure. For one that has
+  // been released it would ask the owner for help.
   if (message == WM_CLOSE) return 0;
-  if (message == WM_HELP) return 1;
+  if (message == WM_HELP && !self) return 1;
 
   self.reset();
   if (wrapper.expired()) return result;  // the window is gone, and so are its fields
