@@ -229,6 +229,7 @@ class CSoakSketch : public NSSketch::CSketchApplication {
 
   void EndRound() {
     fTurnsToClose = 0;
+    std::vector<NSSketch::TShape>().swap(Copied());  // what is copied and pasted in turn doubles
     fUse.EndRound(std::to_string(fEvents->Count()));
     if (fUse.IsOver() && fUse.HasGrown()) Fail("the process has grown");
     fIsClosing = false;
