@@ -23,6 +23,13 @@ void GiveUp(HANDLE& handle) {
 
 // --- CIdleSchedule
 
+std::int64_t CIdleSchedule::DueTime(std::int64_t now, std::int64_t delay) {
+  constexpr std::int64_t kHourMS = 3600 * 1000;
+  constexpr std::int64_t kGrainMS = 0x10000;
+  const std::int64_t time = now + delay;
+  return delay <= kHourMS ? time : (time | (kGrainMS - 1));
+}
+
 void CIdleSchedule::Schedule(std::int64_t time) {
   auto it = fTimes.begin();
   while (it != fTimes.end() && *it < time) ++it;

@@ -16,6 +16,11 @@ class CIdleSchedule {
   // After this, an empty list has its next due time.
   static constexpr std::int64_t kHeartbeatMS = 1000;
 
+  // When a client is to be called that asks for this delay, in milliseconds. One of more than an hour may
+  // become a minute longer, so that times fall together: a client that mostly waits to be woken up asks for a
+  // long one with each call, and would leave an entry behind each time.
+  static std::int64_t DueTime(std::int64_t now, std::int64_t delay);
+
   // Keeps the list ascending; a time that is in it already is not added again.
   void Schedule(std::int64_t time);
   // The first due time, which stays in the list. An empty list first gets the heartbeat.

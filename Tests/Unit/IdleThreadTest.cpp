@@ -49,6 +49,20 @@ class Owner : public IIdleThreadOwner {
 
 }  // namespace
 
+// Who is woken up again and again, and asks each time to be left alone, leaves no heap of times behind.
+TEST(IdleSchedule, LongDelaysFallTogether) {
+  constexpr std::int64_t kLongest = 0x7FFFFFFF;
+  CIdleSchedule schedule;
+  for (std::int64_t now = 0; now < 600000; now += 25) {
+    const std::int64_t time = CIdleSchedule::DueTime(now, kLongest);
+    EXPECT_GE(time, now + kLongest);
+    EXPECT_LT(time, now + kLongest + 66000);
+    schedule.Schedule(time);
+    EXPECT_EQ(CIdleSchedule::DueTime(now, 60000), now + 60000);
+  }
+  EXPECT_LT(schedule.Times().size(), 12u);
+}
+
 TEST(IdleSchedule, AgreesWithASet) {
   Random random(4711);
   CIdleSchedule schedule;
