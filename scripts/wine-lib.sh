@@ -128,7 +128,8 @@ wine_start_desktop() {
   printf '\n[Software\\\\Wine\\\\Explorer\\\\Desktops]\n"Default"="%s"\n' $wine_screen >>"$slot/prefix/user.reg"
   wine_env "$slot"
   # One after the other: two first programs of a prefix at once can miss each other's start.
-  wine_detached "${wine_vars[@]}" wine 'C:\windows\explorer.exe' /desktop
+  # It starts the window server, which writes here what it has against a program that it ends.
+  wine_detached "${wine_vars[@]}" sh -c 'exec wine "C:\\windows\\explorer.exe" /desktop 2>"$0/server.log"' "$slot"
   disown $!
   for ((i = 0; i < 1000; ++i)); do
     env "${wine_vars[@]}" xdotool search --onlyvisible --name 'Wine desktop' >/dev/null 2>&1 && break
@@ -315,7 +316,10 @@ wine_run_program() {
       cat "$wine_slot/prefix/drive_c/backtrace" >&2
       wine_code=139
     fi
-    [ $wine_code -eq 0 ] || wine_clean=false
+    if [ $wine_code -ne 0 ]; then
+      wine_clean=false
+      [ ! -s "$wine_slot/server.log" ] || cat "$wine_slot/server.log" >&2
+    fi
     ! wine_kill_marked "MORVANE_WINE_RUN=$run" || wine_clean=false
   fi
   trap - INT TERM HUP
