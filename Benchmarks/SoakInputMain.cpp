@@ -221,7 +221,10 @@ class CSoakSketch : public NSSketch::CSketchApplication {
     const HWND window = windows[fEvents->Random(windows.size())];
     if (!IsWindowEnabled(window)) return;
     if (GetForegroundWindow() != window) SetForegroundWindow(window);
-    if (fEvents->Random(2) == 0)
+    const std::size_t how = fEvents->Random(5);
+    if (how == 0)
+      fEvents->SendKey(VK_ESCAPE, {});  // ends a loop of the system's, too, that a window waits for
+    else if (how < 3)
       fEvents->SendKey('D', {VK_MENU});
     else
       PostMessageW(window, WM_CLOSE, 0, 0);
