@@ -133,12 +133,7 @@ void CMorvaneImpl::CMorvaneGlue_AllocateMouseCapture(IWindow* window, IMouseCapt
   owner->reset(capture);
   // A client that is told of something on the way finds the mouse taken.
   fMouseCaptureWindow = captureWindow;
-  try {
-    captureWindow->AttachMouseCapture(boost::shared_ptr<IMouseCapture>(owner, capture));
-  } catch (...) {
-    fMouseCaptureWindow.reset();
-    throw;
-  }
+  captureWindow->AttachMouseCapture(boost::shared_ptr<IMouseCapture>(owner, capture));
 }
 
 void CMorvaneImpl::CMorvaneGlue_ReleaseMouseCapture() {
