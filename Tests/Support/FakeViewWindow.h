@@ -165,7 +165,6 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewW
   void MarkToolRectsDirty() override {}
   std::uint32_t AddTool(CViewImpl& view, const TString& text) override {
     AskForNativeTarget(view);
-    if (fAddToolFails) return 0;
     fTools[++fLastTool] = text;
     return fLastTool;
   }
@@ -188,7 +187,6 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewW
 
   // What the window is told, and what it says.
   bool fActive = true;
-  bool fAddToolFails = false;
   CViewImpl* fFocusView = nullptr;
   std::vector<CViewImpl*> fTabViews;
   std::map<std::uint32_t, TString> fTools;

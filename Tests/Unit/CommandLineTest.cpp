@@ -44,29 +44,23 @@ TEST_F(CommandLine, OptionsAndFiles) {
       // The program's name.
       {u"", "|"},
       {u"app.exe", "|app.exe"},
-      {u"app.exe ", "|"},
       {u"app.exe  x", "|X:\\x"},
-      {u"\"C:\\p q\\app.exe\"", "|"},
       {u"\"C:\\p q\\app.exe\" x", "|X:\\x"},
       {u"\"app.exe\"x", "|X:\\x"},
       {u"C:/bin/app.exe /o", "/o|"},
       {u"C:/bin/app.exe", "/bin/app.exe|C:"},
       // Options.
       {u"app.exe /a /b  /c", "/a, /b, /c|"},
-      {u"app.exe /", "/|"},
       {u"app.exe /a/b", "/a/b|"},
       {u"app.exe a/b c", "/b|ac"},  // in the middle of a word too, and the blank goes with it
       {u"app.exe /f:\"a b/c\"d x", "/f:\"a b/c\"d|X:\\x"},
       {u"app.exe /f:\"a b x", "/f:\"a b x|"},
       {u"app.exe \"a /b\" /c", "/c|\"a /b\""},
-      {u"app.exe \"a /b", "|\"a /b"},
       // Files.
       {u"\"C:\\Program Files\\app.exe\" /safe C:\\a b.txt", "/safe|C:\\a b.txt"},
-      {u"app.exe C:\\a b.txt c", "|C:\\a b.txt c"},
       {u"app.exe C:\\a b.txt d", "|C:\\a b.txt, d"},
       {u"app.exe C:\\a b.tx", "|C:\\a, b.tx"},
       {u"app.exe DIR~1   x new.txt", "|C:\\Directory\\, X:\\x, new.txt"},
-      {u"app.exe no such.txt", "|no, such.txt"},
       {u"app.exe x ", "|X:\\x"},
       {u"app.exe x  ", "|X:\\x, "},             // the last of the blanks stands for a file without a name
       {u"app.exe \"x\"", "|\"x\""},             // the quotes stay, and nothing of that name exists

@@ -18,56 +18,54 @@ class RecordingView : public CViewGlue, public Recorder {
 
  protected:
   bool CViewGlue_CheckInvariant() const override { return fSound; }
-  HOOK0(IViewBehavior*, CViewGlue_GetBehavior)
-  HOOK0(IWindow*, CViewGlue_GetMotherWindow)
-  HOOK0(IView*, CViewGlue_GetSuperView)
-  HOOK0(bool, CViewGlue_IsEffectivelyEnabled)
-  HOOK1(void, CViewGlue_SetParams, const TViewParams&)
-  HOOK0(TViewParams, CViewGlue_GetParams)
-  HOOK0(std::string, CViewGlue_GetDebugName)
-  HOOK0(TString, CViewGlue_GetTooltipText)
-  HOOK1(void, CViewGlue_SetTooltipText, const TString&)
-  HOOK2(void, CViewGlue_Offset, std::int32_t, std::int32_t)
-  HOOK0(std::vector<IView*>, CViewGlue_GetSubViewOrder)
-  HOOK1(void, CViewGlue_SetSubViewOrder, const std::vector<IView*>&)
-  HOOK0(void, CViewGlue_Release)
+  HOOK(IViewBehavior*, CViewGlue_GetBehavior)
+  HOOK(IWindow*, CViewGlue_GetMotherWindow)
+  HOOK(IView*, CViewGlue_GetSuperView)
+  HOOK(bool, CViewGlue_IsEffectivelyEnabled)
+  HOOK(void, CViewGlue_SetParams, const TViewParams&)
+  HOOK(TViewParams, CViewGlue_GetParams)
+  HOOK(std::string, CViewGlue_GetDebugName)
+  HOOK(TString, CViewGlue_GetTooltipText)
+  HOOK(void, CViewGlue_SetTooltipText, const TString&)
+  HOOK(void, CViewGlue_Offset, std::int32_t, std::int32_t)
+  HOOK(std::vector<IView*>, CViewGlue_GetSubViewOrder)
+  HOOK(void, CViewGlue_SetSubViewOrder, const std::vector<IView*>&)
+  HOOK(void, CViewGlue_Release)
 };
 
 // With a view that can have the focus.
 class RecordedWindow : public FakeViewWindow, public Recorder {
  public:
   RecordedWindow() {
-    Names()[&Root()] = "root", Names()[&fView] = "view";
     Given<CViewImpl*>() = &fView;
     Given<std::vector<CViewImpl*>>() = {&fView};
     Given<TNativeWindow>() = {GetDesktopWindow()};
-    Given<TRect>() = {1, 2, 3, 4};
   }
   ~RecordedWindow() override { fView.IView_Release(); }
   CViewImpl& fView = MakeView(Root(), {0, 0, 9, 9}, "view", kViewEnabled | kViewFocusable);
 
  protected:
   bool CWindowGlue_CheckInvariant() const override { return fSound; }
-  HOOK0(TNativeWindow, CWindowGlue_GetNativeWindow)
-  HOOK0(CViewImpl*, CWindowGlue_GetOnDutyFocusView)
-  HOOK0(CViewImpl*, CWindowGlue_GetConceptualFocusView)
-  HOOK1(void, CWindowGlue_SetConceptualFocusView, CViewImpl*)
-  HOOK0(std::vector<CViewImpl*>, CWindowGlue_GetTabViews)
-  HOOK1(void, CWindowGlue_SetTabViews, const std::vector<CViewImpl*>&)
+  HOOK(TNativeWindow, CWindowGlue_GetNativeWindow)
+  HOOK(CViewImpl*, CWindowGlue_GetOnDutyFocusView)
+  HOOK(CViewImpl*, CWindowGlue_GetConceptualFocusView)
+  HOOK(void, CWindowGlue_SetConceptualFocusView, CViewImpl*)
+  HOOK(std::vector<CViewImpl*>, CWindowGlue_GetTabViews)
+  HOOK(void, CWindowGlue_SetTabViews, const std::vector<CViewImpl*>&)
   CViewImpl* CWindowGlue_GetRootView() override {
     return Hooked<CViewImpl*>("CWindowGlue_GetRootView") ? &Root() : nullptr;
   }
-  HOOK0(bool, CWindowGlue_IsActive)
-  HOOK0(TRect, CWindowGlue_GetFrameRect)
-  HOOK1(TRect, CWindowGlue_FrameRectToClientRect, const TRect&)
-  HOOK1(TRect, CWindowGlue_ClientRectToFrameRect, const TRect&)
-  HOOK0(std::uint8_t, CWindowGlue_GetGlobalAlpha)
-  HOOK1(void, CWindowGlue_SetGlobalAlpha, std::uint8_t)
+  HOOK(bool, CWindowGlue_IsActive)
+  HOOK(TRect, CWindowGlue_GetFrameRect)
+  HOOK(TRect, CWindowGlue_FrameRectToClientRect, const TRect&)
+  HOOK(TRect, CWindowGlue_ClientRectToFrameRect, const TRect&)
+  HOOK(std::uint8_t, CWindowGlue_GetGlobalAlpha)
+  HOOK(void, CWindowGlue_SetGlobalAlpha, std::uint8_t)
 };
 
 class RecordingIcon : public CIconGlue, public Recorder {
  public:
-  RecordingIcon() { Names()[Given<IIcon*>() = this] = "icon"; }
+  RecordingIcon() { Given<IIcon*>() = this; }
 
  protected:
   bool CIconGlue_CheckInvariant() const override { return fSound; }
@@ -80,11 +78,11 @@ class RecordingIcon : public CIconGlue, public Recorder {
 class RecordingTools : public CDrawToolsGlue, public Recorder {
  public:
   RecordingTools(HDC dc, HRGN region) : CDrawToolsGlue({dc}, region) {}
-  HOOK0(TNativePort, CDrawToolsGlue_GetNativePort)
-  HOOK0(void, CDrawToolsGlue_CloseNativePort)
-  HOOK0(TRawPixels, CDrawToolsGlue_OpenRawPixels)
-  HOOK0(void, CDrawToolsGlue_CloseRawPixels)
-  HOOK1(void, CDrawToolsGlue_FlushToScreen, bool)
+  HOOK(TNativePort, CDrawToolsGlue_GetNativePort)
+  HOOK(void, CDrawToolsGlue_CloseNativePort)
+  HOOK(TRawPixels, CDrawToolsGlue_OpenRawPixels)
+  HOOK(void, CDrawToolsGlue_CloseRawPixels)
+  HOOK(void, CDrawToolsGlue_FlushToScreen, bool)
 };
 // clang-format on
 
@@ -92,43 +90,35 @@ constexpr TError kBad = kBadInputProgrammingError;
 
 // The caller's buffers, as long as they have to be, and a mark behind them.
 Outcome DebugNameOf(IView& view) {
-  std::array<char, kDebugNameChars + 2> out = Untouched<decltype(out)>();
+  std::string out(kDebugNameChars + 2, '?');
   const TError error = view.IView_GetDebugName(out.data());
-  EXPECT_EQ(0x5A, out.back());
-  return {error, Show(out) == "-" ? "-" : std::to_string(std::strlen(out.data())) + out[0]};
+  EXPECT_EQ('?', out.back());
+  return {error, error == kOK ? out.c_str() : "-"};
 }
 Outcome TooltipOf(IView& view) {
-  std::array<TChar, kTooltipTextChars + 2> out = Untouched<decltype(out)>();
+  TString out(kTooltipTextChars + 2, u'?');
   const TError error = view.IView_GetTooltipText(out.data());
-  EXPECT_EQ(0x5A5A, out.back());
-  return {error, Show(out) == "-" ? "-" : Show(TString(out.data()).substr(0, 3))};
+  EXPECT_EQ(u'?', out.back());
+  return {error, error == kOK ? NSTextPackage::StringToASCII(out.c_str(), '?') : "-"};
 }
 
 }  // namespace
 
 TEST(ContractView, Operations) {
   static const TViewParams params = {5, {}, kViewDrawDirect, kAutoInvalidationNone};
-  static IView* const order[] = {&Dummy<IView>()};
-  class ViewWithSubView : public RecordingView {
-   public:
-    ViewWithSubView() { Given<std::vector<IView*>>() = {order[0]}; }
-  };
-  CheckGoodCalls<ViewWithSubView>(
-      "CViewGlue_CheckInvariant()",
-      {GOOD_ROW(IView_GetBehavior, "", "IViewBehavior", "null", out),
-       GOOD_ROW(IView_GetMotherWindow, "", "IWindow", "null: outWindow != NULL", out),
-       GOOD_ROW(IView_GetSuperView, "", "IView", "null", out),
-       GOOD_ROW(IView_IsEffectivelyEnabled, "", "1", "-", out),
-       GOOD_ROW(IView_SetParams, " {5}", "-", "-", params),
-       GOOD_ROW(IView_GetParams, "", "{7}", "EE", out),
-       {"IView_GetDebugName()", "GetDebugName", "4n", "-", DebugNameOf},
-       {"IView_GetTooltipText()", "GetTooltipText", "'tip'", "-", TooltipOf},
-       GOOD_ROW(IView_SetTooltipText, " 'x'", "-", "-", u"x"),
-       GOOD_ROW(IView_Offset, " 1 2", "-", "-", 1, 2),
-       GOOD_ROW(IView_GetSubViewOrder, "", "[IView]", "-", out),
-       {"IView_SetSubViewOrder()", "GetSubViewOrder; SetSubViewOrder [IView]", "-", "-",
-        CALL(IView_SetSubViewOrder(order, 1))},
-       GOOD_ROW(IView_Release, "", "-", "-")});
+  CheckGoodCalls<RecordingView>("CViewGlue_CheckInvariant()",
+                                {GOOD_ROW(IView_GetBehavior, "set", "0", out),
+                                 GOOD_ROW(IView_GetMotherWindow, "set", "0: outWindow != NULL", out),
+                                 GOOD_ROW(IView_GetSuperView, "set", "0", out),
+                                 GOOD_ROW(IView_IsEffectivelyEnabled, "set", "-", out),
+                                 GOOD_ROW(IView_SetParams, "-", "-", params),
+                                 GOOD_ROW(IView_GetParams, "set", "EE", out),
+                                 {"IView_GetDebugName()", "GetDebugName", "name", "-", DebugNameOf},
+                                 {"IView_GetTooltipText()", "GetTooltipText", "tip", "-", TooltipOf},
+                                 GOOD_ROW(IView_SetTooltipText, "-", "-", u"x"),
+                                 GOOD_ROW(IView_Offset, "-", "-", 1, 2),
+                                 GOOD_ROW(IView_GetSubViewOrder, "set", "-", out),
+                                 GOOD_ROW(IView_Release, "-", "-")});
   const auto longTexts = [](RecordingView& view) {
     view.Given<std::string>().assign(256, 'n');
     view.Given<TString>().assign(1024, u't');
@@ -140,13 +130,11 @@ TEST(ContractView, Operations) {
        {"tooltipText.length() <= kTooltipTextChars", longTexts, TooltipOf}});
   RecordingView view;
   longTexts(view);
-  EXPECT_EQ("255n", DebugNameOf(view).fOut);
+  EXPECT_EQ(std::string(255, 'n'), DebugNameOf(view).fOut);
   view.fHooks.clear();
   for (const TError error : {view.IView_SetTooltipText(nullptr), view.IView_GetTooltipText(nullptr),
                              view.IView_GetDebugName(nullptr)})
     EXPECT_EQ(kBad, error);
-  EXPECT_EQ("", Joined(view.fHooks));
-  EXPECT_EQ(kBad, view.IView_SetSubViewOrder(nullptr, 2));
   // The record is tested before the object, and needs no sound one.
   view.fSound = false;
   CheckBadCalls<RecordingView>(
@@ -155,7 +143,6 @@ TEST(ContractView, Operations) {
 
 TEST(ContractView, OrderTakesTheSameViewsOnly) {
   RecordingView view, a, b, c;
-  Names()[&a] = "a", Names()[&b] = "b";
   view.Given<std::vector<IView*>>() = {&a, &b};
   for (const std::vector<IView*>& bad : std::vector<std::vector<IView*>>{{&a}, {&a, &c}, {&a, &b, &c}}) {
     RecordedOutput output;
@@ -168,30 +155,23 @@ TEST(ContractView, OrderTakesTheSameViewsOnly) {
   view.fHooks.clear();
   IView* const good[] = {&b, &a};
   EXPECT_EQ(kOK, view.IView_SetSubViewOrder(good, 2));
-  EXPECT_EQ("GetSubViewOrder; SetSubViewOrder [b a]", Joined(view.fHooks));
+  EXPECT_EQ("GetSubViewOrder; SetSubViewOrder", Joined(view.fHooks));
+  EXPECT_EQ(kBad, view.IView_SetSubViewOrder(nullptr, 2));
 }
 
 TEST(ContractWindow, Operations) {
-  const auto native = [](RecordedWindow& window) {
-    auto out = Untouched<TNativeWindow>();
-    const TError error = window.IWindow_GetNativeWindow(out);
-    return Outcome{error, out.fHwnd == GetDesktopWindow() ? "desktop" : Show(out)};
-  };
   CheckGoodCalls<RecordedWindow>(
       "CWindowGlue_CheckInvariant()",
-      {{"IWindow_GetNativeWindow()", "GetNativeWindow", "desktop", "-", native},
-       GOOD_ROW(IWindow_GetOnDutyFocusView, "", "view", "null", out),
-       GOOD_ROW(IWindow_GetConceptualFocusView, "", "view", "null", out),
-       GOOD_ROW(IWindow_SetConceptualFocusView, " view", "-", "-", &o.fView),
-       GOOD_ROW(IWindow_SetConceptualFocusView, " null", "-", "-", nullptr),
-       GOOD_ROW(IWindow_GetTabViews, "", "[view]", "-", out),
-       GOOD_ROW(IWindow_GetRootView, "", "root", "null: outRootView != NULL", out),
-       GOOD_ROW(IWindow_IsActive, "", "1", "-", out),
-       GOOD_ROW(IWindow_GetFrameRect, "", "1,2,3,4", "-", out),
-       GOOD_ROW(IWindow_FrameRectToClientRect, " 5,6,7,8", "1,2,3,4", "-", {5, 6, 7, 8}, out),
-       GOOD_ROW(IWindow_ClientRectToFrameRect, " 5,6,7,8", "1,2,3,4", "-", {5, 6, 7, 8}, out),
-       GOOD_ROW(IWindow_GetGlobalAlpha, "", "0", "-", out),
-       GOOD_ROW(IWindow_SetGlobalAlpha, " 98", "-", "-", 98)});
+      {GOOD_ROW(IWindow_GetNativeWindow, "set", "-", out),
+       GOOD_ROW(IWindow_GetOnDutyFocusView, "set", "0", out),
+       GOOD_ROW(IWindow_GetConceptualFocusView, "set", "0", out),
+       GOOD_ROW(IWindow_SetConceptualFocusView, "-", "-", nullptr),
+       GOOD_ROW(IWindow_GetTabViews, "set", "-", out),
+       GOOD_ROW(IWindow_GetRootView, "set", "0: outRootView != NULL", out),
+       GOOD_ROW(IWindow_IsActive, "set", "-", out), GOOD_ROW(IWindow_GetFrameRect, "0", "-", out),
+       GOOD_ROW(IWindow_FrameRectToClientRect, "0", "-", {}, out),
+       GOOD_ROW(IWindow_ClientRectToFrameRect, "0", "-", {}, out),
+       GOOD_ROW(IWindow_GetGlobalAlpha, "0", "-", out), GOOD_ROW(IWindow_SetGlobalAlpha, "-", "-", 98)});
   CheckResults<RecordedWindow>({{"IsValidNativeWindow(outNativeWindow)",
                                  [](auto& w) { w.template Given<TNativeWindow>().fHwnd = nullptr; },
                                  CALL(IWindow_GetNativeWindow(out))}});
@@ -206,7 +186,9 @@ TEST(ContractWindow, OnlyItsOwnViewsGetTheFocus) {
     EXPECT_EQ(kBad, error);
     EXPECT_EQ("Bad Input to IWindow_" + text, output.fAssertions.back());
   };
+  EXPECT_EQ(kOK, window.IWindow_SetConceptualFocusView(view));
   const std::string focus = "SetConceptualFocusView(): ((newConceptualFocusView == NULL) || ";
+  window.fHooks.clear();
   for (IView* const bad : {static_cast<IView*>(&other.fView), static_cast<IView*>(&foreign)})
     expectBad(window.IWindow_SetConceptualFocusView(bad),
               focus + "(GetMotherWindow(*newConceptualFocusView) == static_cast<IWindow*>(this)))");
@@ -221,7 +203,7 @@ TEST(ContractWindow, OnlyItsOwnViewsGetTheFocus) {
   for (const std::string& hook : window.fHooks) EXPECT_EQ("GetRootView", hook);
   window.fHooks.clear();
   EXPECT_EQ(kOK, window.IWindow_SetTabViews(&view, 1));
-  EXPECT_EQ("GetRootView; SetTabViews [view]", Joined(window.fHooks));
+  EXPECT_EQ("GetRootView; SetTabViews", Joined(window.fHooks));
   EXPECT_EQ(kOK, window.IWindow_SetTabViews(nullptr, 0));
   window.fSound = false;
   expectBad(window.IWindow_SetTabViews(&view, 1), "SetTabViews(): CWindowGlue_CheckInvariant()");
@@ -231,43 +213,39 @@ TEST(ContractWindow, OnlyItsOwnViewsGetTheFocus) {
 // The four kinds have the same operations, save that a floating window owns no modal dialog. GetState reports
 // under the name of SetState, Release under that of FocusNow.
 // clang-format off
-#define CONTRACT_OF_KIND(Kind, OWNER_HOOK, OWNER_ROW)                                               \
-  class Recording##Kind : public C##Kind##Glue, public Recorder {                                   \
-   public:                                                                                          \
-    Recording##Kind() {                                                                             \
-      Given<T##Kind##State>().fMinimumClientSize = {3, 3};                                          \
-      Given<T##Kind##State>().fPlacement.fZoomState = kWindowStateIdeal;                            \
-    }                                                                                               \
-    bool C##Kind##Glue_CheckInvariant() const override { return fSound; }                           \
-    HOOK0(T##Kind##State, C##Kind##Glue_GetState)                                                   \
-    HOOK1(void, C##Kind##Glue_SetState, const T##Kind##State&)                                      \
-    HOOK0(IWindow*, C##Kind##Glue_GetWindow)                                                        \
-    HOOK0(void, C##Kind##Glue_FocusNow)                                                             \
-    HOOK0(I##Kind##Behavior*, C##Kind##Glue_GetBehavior)                                            \
-    HOOK0(void, C##Kind##Glue_Release)                                                              \
-    OWNER_HOOK                                                                                      \
-  };                                                                                                \
-  TEST(ContractWindowKinds, Kind) {                                                                 \
-    CheckGoodCalls<Recording##Kind>(                                                                \
-        "C" #Kind "Glue_CheckInvariant()",                                                          \
-        {{"I" #Kind "_SetState()", "GetState", "{3}", "EE", CALL(I##Kind##_GetState(out))},         \
-         GOOD_ROW(I##Kind##_SetState, " {3}", "-", "-", o.template Given<T##Kind##State>()),        \
-         GOOD_ROW(I##Kind##_GetWindow, "", "IWindow", "null: outWindow != NULL", out),              \
-         GOOD_ROW(I##Kind##_FocusNow, "", "-", "-"),                                                \
-         GOOD_ROW(I##Kind##_GetBehavior, "", "I" #Kind "Behavior", "null: outBehavior != NULL", out), \
-         OWNER_ROW                                                                                  \
-         {"I" #Kind "_FocusNow()", "Release", "-", "-", CALL(I##Kind##_Release())}});               \
-    CheckResults<Recording##Kind>(                                                                  \
-        {{"Validate" #Kind "State(state)",                                                          \
-          [](auto& w) { w.template Given<T##Kind##State>().fModified = 2; },                        \
-          CALL(I##Kind##_GetState(out))}});                                                         \
-    Recording##Kind window;                                                                         \
-    CheckBadCalls<Recording##Kind>(                                                                 \
-        window, {BAD_ROW(I##Kind##_SetState, "Validate" #Kind "State(state)", T##Kind##State{})});  \
+#define CONTRACT_OF_KIND(Kind, OWNER_HOOK, OWNER_ROW)                                                         \
+  class Recording##Kind : public C##Kind##Glue, public Recorder {                                             \
+   public:                                                                                                    \
+    Recording##Kind() { Given<T##Kind##State>().fPlacement.fZoomState = kWindowStateIdeal; }                  \
+    bool C##Kind##Glue_CheckInvariant() const override { return fSound; }                                     \
+    HOOK(T##Kind##State, C##Kind##Glue_GetState)                                                              \
+    HOOK(void, C##Kind##Glue_SetState, const T##Kind##State&)                                                 \
+    HOOK(IWindow*, C##Kind##Glue_GetWindow)                                                                   \
+    HOOK(void, C##Kind##Glue_FocusNow)                                                                        \
+    HOOK(I##Kind##Behavior*, C##Kind##Glue_GetBehavior)                                                       \
+    HOOK(void, C##Kind##Glue_Release)                                                                         \
+    OWNER_HOOK                                                                                                \
+  };                                                                                                          \
+  TEST(ContractWindowKinds, Kind) {                                                                           \
+    CheckGoodCalls<Recording##Kind>(                                                                          \
+        "C" #Kind "Glue_CheckInvariant()",                                                                    \
+        {{"I" #Kind "_SetState()", "GetState", "set", "EE", CALL(I##Kind##_GetState(out))},                   \
+         GOOD_ROW(I##Kind##_SetState, "-", "-", o.template Given<T##Kind##State>()),                          \
+         GOOD_ROW(I##Kind##_GetWindow, "set", "0: outWindow != NULL", out),                                   \
+         GOOD_ROW(I##Kind##_FocusNow, "-", "-"),                                                              \
+         GOOD_ROW(I##Kind##_GetBehavior, "set", "0: outBehavior != NULL", out),                               \
+         OWNER_ROW                                                                                            \
+         {"I" #Kind "_FocusNow()", "Release", "-", "-", CALL(I##Kind##_Release())}});                         \
+    CheckResults<Recording##Kind>({{"Validate" #Kind "State(state)",                                          \
+                                    [](auto& w) { w.template Given<T##Kind##State>().fModified = 2; },        \
+                                    CALL(I##Kind##_GetState(out))}});                                         \
+    Recording##Kind window;                                                                                   \
+    CheckBadCalls<Recording##Kind>(                                                                           \
+        window, {BAD_ROW(I##Kind##_SetState, "Validate" #Kind "State(state)", T##Kind##State{})});            \
   }
-#define CONTRACT_OF_OWNING_KIND(Kind)                                \
-  CONTRACT_OF_KIND(Kind, HOOK0(IModalOwner*, C##Kind##Glue_GetModalOwner), \
-                   GOOD_ROW(I##Kind##_GetModalOwner, "", "IModalOwner", "null", out) COMMA)
+#define CONTRACT_OF_OWNING_KIND(Kind)                                     \
+  CONTRACT_OF_KIND(Kind, HOOK(IModalOwner*, C##Kind##Glue_GetModalOwner), \
+                   GOOD_ROW(I##Kind##_GetModalOwner, "set", "0", out) COMMA)
 #define COMMA ,
 #define NOTHING
 CONTRACT_OF_OWNING_KIND(DocumentWindow)
@@ -279,8 +257,8 @@ CONTRACT_OF_KIND(FloatingWindow, NOTHING, NOTHING)
 TEST(ContractIcon, Operations) {
   static RecordingIcon other;
   CheckGoodCalls<RecordingIcon>("IIcon_CheckInvariant()",
-                                {GOOD_ROW(IIcon_Clone, "", "icon", "-: out != NULL", error),
-                                 GOOD_ROW(IIcon_AreEqual, "", "1", "666", other, out)});
+                                {GOOD_ROW(IIcon_Clone, "set", "-: out != NULL", error),
+                                 GOOD_ROW(IIcon_AreEqual, "set", "set", other, out)});
   RecordingIcon icon;
   other.fSound = false;
   CheckBadCalls<RecordingIcon>(icon, {BAD_ROW(IIcon_AreEqual, "other.IIcon_CheckInvariant()", other, out)});
@@ -341,16 +319,15 @@ TEST_F(ContractDrawTools, DirtyRegionIsCutToTheViewsOnTheWay) {
   const auto box = [&] {
     void* native = nullptr;
     EXPECT_EQ(kOK, tools.IDrawTools_GetDirtyRegion(native));
-    return Show(CRegion(static_cast<HRGN>(native), true).GetBounds());
+    return CRegion(static_cast<HRGN>(native), true).GetBounds();
   };
-  EXPECT_EQ("0,0,100,100", box());
+  EXPECT_EQ((TRect{0, 0, 100, 100}), box());
   tools.PushViewBounds({10, 10, 200, 50});
-  EXPECT_EQ("10,10,100,50", box());
+  EXPECT_EQ((TRect{10, 10, 100, 50}), box());
   tools.PushViewBounds({0, 20, 30, 200});
-  EXPECT_EQ("10,20,30,50", box());
-  EXPECT_EQ("10,20,30,50", box());
+  EXPECT_EQ((TRect{10, 20, 30, 50}), box());
   tools.PopViewBounds({0, 20, 30, 200});
-  EXPECT_EQ("10,10,100,50", box());
+  EXPECT_EQ((TRect{10, 10, 100, 50}), box());
   EXPECT_EQ("", TakeReports());
   void* native = fRegion;
   EXPECT_EQ(kBad, tools.IDrawTools_GetDirtyRegion(native));
@@ -360,7 +337,8 @@ TEST_F(ContractDrawTools, DirtyRegionIsCutToTheViewsOnTheWay) {
   EXPECT_NE("", TakeReports());
   tools.PopViewBounds({0, 0, 1, 1});
   EXPECT_EQ("fCurrentViewSubtreeBounds.size() > 0", TakeReports());
-  EXPECT_EQ("0,0,100,100", Show(CRegion(fRegion, true).GetBounds())) << "the owner's region is written to";
+  EXPECT_EQ((TRect{0, 0, 100, 100}), CRegion(fRegion, true).GetBounds())
+      << "the owner's region is written to";
 }
 
 }  // namespace NSMorvaneTest

@@ -1,4 +1,4 @@
-// Views that fail, throw, spoil the context, or change the tree while it is being drawn.
+// Views that fail, throw, or change the tree while it is being drawn.
 #include <set>
 
 #include "Tests/Support/Drawing.h"
@@ -84,74 +84,6 @@ TEST_F(DrawingFailures, ExceptionsStopAtTheirView) {
   EXPECT_EQ(0, BehaviorOf(fBelowMiddle).fDraws + BehaviorOf(fMiddle).fPostProcesses);
 }
 
-TEST_F(DrawingFailures, AnExceptionOfTheFirstViewComesOutAndTheContextIsAsBefore) {
-  for (const TViewDrawMode mode : kModes) {
-    SetMode(fTree.Root(), mode);
-    BehaviorOf(fTree.Root()).fOnDraw = [](IDrawTools& tools) -> TError {
-      Drawing([](HDC hdc) {
-        SelectClipRgn(hdc, nullptr);
-        SetWindowOrgEx(hdc, 77, 77, nullptr);
-      })(tools);
-      throw std::runtime_error("boom");
-    };
-    const HDC hdc = fSurface.GetNativePort().fHDC;
-    CRegion clip(TRect{0, 0, 50, 50});
-    clip.SubtractRect({10, 10, 20, 200});
-    SelectClipRgn(hdc, clip.GetNativeRegion());
-    SetWindowOrgEx(hdc, 3, 4, nullptr);
-    PlainTools tools(hdc, clip.GetNativeRegion());
-    EXPECT_THROW(fTree.DrawWith(tools), std::runtime_error);
-    const CRegion found;
-    ASSERT_EQ(1, GetClipRgn(hdc, found.GetNativeRegion()));
-    EXPECT_TRUE(EqualRgn(clip.GetNativeRegion(), found.GetNativeRegion()));
-    POINT origin = {};
-    GetWindowOrgEx(hdc, &origin);
-    EXPECT_EQ((TPoint{3, 4}), (TPoint{origin.x, origin.y}));
-    ExpectBalancedBrackets(fTree);
-  }
-}
-
-TEST_F(DrawingFailures, ASpoiltContextIsMendedBehindTheView) {
-  void (*const spoilers[])(HDC) = {
-      [](HDC hdc) { SelectClipRgn(hdc, nullptr); },
-      [](HDC hdc) { IntersectClipRect(hdc, 500, 500, 501, 501); },
-      [](HDC hdc) { SetWindowOrgEx(hdc, 5, 9, nullptr); },
-      [](HDC hdc) { SaveDC(hdc); },
-      [](HDC hdc) { RestoreDC(hdc, -1); },
-  };
-  for (const TViewDrawMode mode : {kViewDrawDirect, kViewDrawTemporary16, kViewDrawPermanent32})
-    for (void (*const spoil)(HDC) : spoilers) {
-      SetMode(fMiddle, kViewDrawDirect);
-      SetMode(fMiddle, mode);
-      BehaviorOf(fBelowMiddle).fOnDraw = BehaviorOf(fMiddle).fOnPostProcess = Drawing(spoil);
-      Fill(fSurface, {0, 0, 100, 100}, 0);
-      SaveDC(fSurface.GetNativePort().fHDC);
-      fTree.Draw(fSurface);
-      RestoreDC(fSurface.GetNativePort().fHDC, 1);
-      ExpectOthersUnharmed();
-    }
-}
-
-// What a view sets in a shared bitmap does not wait there for the next view.
-TEST_F(DrawingFailures, SharedBitmapsComeBackClean) {
-  SetMode(fMiddle, kViewDrawTemporary16);
-  const HBITMAP foreign = CreateBitmap(1, 1, 1, 1, nullptr);
-  BehaviorOf(fMiddle).fOnDraw = Drawing([&](HDC hdc) {
-    SelectObject(hdc, foreign);
-    SetTextColor(hdc, 0x123456);
-  });
-  CTileBitmapPool& pool = CTileBitmapPool::ForDepth(16);
-  const boost::shared_ptr<CBufferBitmap> tile = pool.Take();
-  pool.PutBack(tile);
-  fTree.Draw(fSurface);
-  EXPECT_EQ(tile, pool.Take());
-  EXPECT_EQ(0u, GetTextColor(tile->GetNativePort().fHDC));
-  EXPECT_TRUE(DeleteObject(foreign));
-  Fill(*tile, {0, 0, 800, 400}, RGB(255, 255, 255));
-  EXPECT_EQ(0x7FFFu, PixelAt(*tile, 799, 399));
-  pool.PutBack(tile);
-}
-
 // --- The tree changes under the walk
 
 // Views of another window take their places in memory, where the heap gives a place out twice.
@@ -173,43 +105,13 @@ TEST_F(DrawingFailures, ViewsMayEndWhileTheyAreDrawn) {
     };
     last.fOnDraw = Filling(kEverything, kGreen);
     CBufferBitmap surface({100, 100}, 32);
-    for (int draws = 1; draws <= 2; ++draws) {
-      tree.Draw(surface);
-      EXPECT_EQ(draws, last.fDraws);
-    }
+    tree.Draw(surface);
+    EXPECT_EQ(1, last.fDraws);
     EXPECT_EQ(kRed, GetPixel(surface.GetNativePort().fHDC, 19, 9));
     EXPECT_EQ(kGreen, GetPixel(surface.GetNativePort().fHDC, 30, 0));
   }
   for (CViewImpl* other : others) EXPECT_EQ(0, BehaviorOf(*other).fDraws);
   EXPECT_FALSE(fOutput.HasLine("drawn after its end"));
-
-  // The first view of a walk.
-  CViewImpl& first = fTree.Add({0, 0, 10, 10});
-  BehaviorOf(first).fOnDraw = [&](IDrawTools& tools) {
-    first.IView_Release();
-    return Filling(kEverything, kRed)(tools);
-  };
-  const CRegion all(TRect{0, 0, 100, 100});
-  PlainTools tools(fSurface.GetNativePort().fHDC, all.GetNativeRegion());
-  TDrawBracket bracket(nullptr, tools);
-  DrawView(nullptr, bracket, first, {0, 0, 10, 10}, tools, {});
-  EXPECT_EQ((TRect{0, 0, 10, 10}), PaintedPixels(fSurface));
-}
-
-TEST_F(DrawingFailures, ReorderingDrawsEachViewOnce) {
-  DrawingTree tree({0, 0, 100, 100});
-  std::vector<CViewImpl*> views;
-  for (int i = 0; i < 6; ++i) views.push_back(&tree.Add({10 * i, 0, 10 * i + 10, 10}));
-  CViewImpl* added = nullptr;
-  BehaviorOf(*views[2]).fOnDraw = [&](IDrawTools&) {
-    std::vector<IView*> reversed(views.rbegin(), views.rend());
-    EXPECT_EQ(kOK, tree.Root().IView_SetSubViewOrder(reversed.data(), 6));
-    added = &tree.Add({60, 0, 70, 10});
-    return kOK;
-  };
-  tree.Draw(fSurface);
-  for (CViewImpl* view : views) EXPECT_EQ(1, BehaviorOf(*view).fDraws);
-  EXPECT_EQ(0, BehaviorOf(*added).fDraws);
 }
 
 TEST_F(DrawingFailures, AViewMayChangeItsModeAndSizeWhileItIsDrawn) {

@@ -50,7 +50,7 @@ TEST_F(FilesTest, WhatExistsAndItsNormalPath) {
   EXPECT_TRUE(IsExistingFolder(fFolder) && IsExistingFolder(u"Sub Folder"));
   EXPECT_TRUE(IsExistingFile(fFolder + u"Some Text.txt"));
   EXPECT_FALSE(IsExistingFile(u"Sub Folder") || IsExistingFolder(fFolder + u"Some Text.txt"));
-  for (const TString path : {u"", u"C", u".", u"nothing", u"\"Some Text.txt\"", u"Some Text.txt\\", u"*"}) {
+  for (const TString path : {u"", u"C", u".", u"\"Some Text.txt\"", u"Some Text.txt\\", u"*"}) {
     EXPECT_FALSE(IsExistingFile(path) || IsExistingFolder(path));
     EXPECT_EQ(u"", NormalizeExistingPath(path));
   }
@@ -96,15 +96,12 @@ TEST(FileTypes, DialogFilter) {
   const RecordedOutput output;
   const std::vector<CFileType> types = {{u"Sound", u".aiff;.aif"}, {u"T", u".t.z"}};
   const TString expected(u"Sound (*.aiff;*.aif)\0*.aiff;*.aif\0T (*.t*.z)\0*.t*.z\0", 21 + 13 + 11 + 7);
-  // What is cleared before are bytes, half as many characters.
-  TString buffer(80, u'#');
-  BuildDialogFilter(types, buffer.data(), 60);
-  EXPECT_EQ(expected + TString(28, u'#'), buffer);
   // The exact size will do, and one less will not, at any of the four texts.
   for (std::size_t size = 0; size <= expected.size(); ++size) {
-    buffer.assign(80, u'#');
+    TString buffer(80, u'#');
     const TError error = ErrorOf([&] { BuildDialogFilter(types, buffer.data(), size); });
     EXPECT_EQ(size < expected.size() ? kOutOfMemoryError : kOK, error);
     EXPECT_EQ(TString(80 - size, u'#'), buffer.substr(size)) << size;
+    EXPECT_TRUE(error != kOK || expected == buffer.substr(0, size));
   }
 }

@@ -134,13 +134,3 @@ TEST_F(IdleThread, EndsWhileNewsAreUnderWay) {
   // At once after the start as well, whether or not the first report has been made.
   for (int i = 0; i < 20; ++i) CIdleThread thread(&owner);
 }
-
-TEST_F(IdleThread, EndHarmsNoDrawingObject) {
-  // More of them than there are kernel handles: some system tells one from the other by the upper half alone.
-  std::vector<HBRUSH> brushes;
-  for (int i = 0; i < 3000; ++i) brushes.push_back(CreateSolidBrush(static_cast<COLORREF>(i)));
-  Owner owner;
-  { CIdleThread thread(&owner); }
-  EXPECT_EQ(3000,
-            std::count_if(brushes.begin(), brushes.end(), [](HBRUSH brush) { return DeleteObject(brush); }));
-}

@@ -2,8 +2,6 @@
 #include "Component/Win/NativeWindowWrapper.h"
 
 #include <functional>
-#include <latch>
-#include <thread>
 
 #include "Tests/Support/NativeTestWindow.h"
 #include "Tests/Support/UnitTest.h"
@@ -116,17 +114,9 @@ TEST_F(NativeWindowWrapperTest, WhatIsWrongIsReported) {
   const LONG_PTR before = Proc();
   {
     CNativeWindowWrapper wrapper(fWindow);
-    wrapper.AddProcListener(nullptr);
-    wrapper.RemoveProcListener(nullptr);
-    EXPECT_EQ("0!=listener; 0!=listener", TakeReports());
     Listener a("a", 5);
     wrapper.AddProcListener(&a);
-    wrapper.AddProcListener(&a);
-    EXPECT_NE("", TakeReports());
-    wrapper.RemoveProcListener(&a);  // one of the two
-    EXPECT_EQ("5: a", Send());
     a.fAction = [] { throw 5; };
-    gHookCalls = 0;
     EXPECT_EQ("0: a", Send());
     EXPECT_EQ("false", TakeReports());
     EXPECT_EQ(0, gHookCalls);
@@ -146,11 +136,7 @@ TEST_F(NativeWindowWrapperTest, WhatIsWrongIsReported) {
   EXPECT_EQ("false; CheckInvariant(); 0!=oldProc", TakeReports());
   WindowProcCallback(gone, kMessage, 0, 0);
   EXPECT_TRUE(Has(TakeReports(), "it!=gNativeWindowWrapperMap.end()"));
-  // No window.
   EXPECT_THROW(CNativeWindowWrapper{gone}, std::bad_alloc);
-  EXPECT_EQ("", TakeReports());
-  EXPECT_THROW(CNativeWindowWrapper{HWND()}, std::bad_alloc);
-  EXPECT_EQ("0!=nativeWindow", TakeReports());
 }
 
 // --- Ends during a message
@@ -185,7 +171,7 @@ TEST_F(NativeWindowWrapperTest, NothingIsTouchedAfterTheWrapperHasGone) {
 }
 
 TEST_F(NativeWindowWrapperTest, OverriderGoesWithItsWindow) {
-  static int living;
+  static int living = 0;
   class Overrider : public CWindowProcOverrider {
    public:
     explicit Overrider(HWND hwnd) : CWindowProcOverrider(hwnd) { ++living; }
@@ -193,7 +179,6 @@ TEST_F(NativeWindowWrapperTest, OverriderGoesWithItsWindow) {
    private:
     ~Overrider() override { --living; }
   };
-  living = 0;
   const LONG_PTR before = Proc();
   new Overrider(fWindow);
   EXPECT_EQ("77: proc", Send());
@@ -203,23 +188,4 @@ TEST_F(NativeWindowWrapperTest, OverriderGoesWithItsWindow) {
   fWindow.Destroy();
   EXPECT_EQ(0, living);
   EXPECT_EQ(before, atLastMessage);
-}
-
-TEST_F(NativeWindowWrapperTest, ThreadsHaveTheirWindowsSideBySide) {
-  // One subclasses again and again while the other's messages look their wrapper up.
-  std::latch ready(3);
-  const auto change = [&] {
-    const NativeTestWindow window(WS_POPUP);
-    ready.arrive_and_wait();
-    for (int i = 0; i < 1000; ++i) CNativeWindowWrapper wrapper(window);
-  };
-  const auto use = [&] {
-    const NativeTestWindow window(WS_POPUP);
-    CNativeWindowWrapper wrapper(window);
-    ready.arrive_and_wait();
-    for (int i = 0; i < 20000; ++i) SendMessageW(window, WM_NULL, 0, 0);
-  };
-  gAfterNativeMessage = [] {};
-  std::thread first(change), second(use), third(change);
-  for (std::thread* thread : {&first, &second, &third}) thread->join();
 }

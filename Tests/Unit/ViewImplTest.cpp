@@ -9,29 +9,12 @@ namespace {
 
 constexpr std::uint32_t kFocusable = kViewEnabled | kViewFocusable;
 
-class CallbackFactory : public IViewBehaviorFactory {
- public:
-  explicit CallbackFactory(std::function<IViewBehavior*(IView&, TError&)> make) : fMake(std::move(make)) {}
-  IViewBehavior* IViewBehaviorFactory_CreateBehavior(IView& view, TError& outError) override {
-    outError = kOK;
-    return fMake(view, outError);
-  }
-
- private:
-  std::function<IViewBehavior*(IView&, TError&)> fMake;
-};
-
 class ViewTest : public ReportingTest {
  protected:
   ~ViewTest() override { fWindow.ReleaseViews(); }
   CViewImpl& Make(CViewImpl& superView, const char* name, const TRect& rect = {0, 0, 10, 10},
                   std::uint32_t flags = kViewEnabled) {
     return fWindow.MakeView(superView, rect, name, flags);
-  }
-  TViewImplPtr Make(std::function<IViewBehavior*(IView&, TError&)> makeBehavior,
-                    const std::string& name = "view") {
-    CallbackFactory factory(std::move(makeBehavior));
-    return CViewImpl::MakeSubView(nullptr, factory, fRoot, name);
   }
   std::string TakeLog() { return Joined(std::exchange(fWindow.fLog, {})); }
 
@@ -42,16 +25,23 @@ class ViewTest : public ReportingTest {
 }  // namespace
 
 TEST_F(ViewTest, FactoryThatFailsLeavesNothing) {
-  for (const bool withBehavior : {false, true}) {
-    EXPECT_THROW(Make([&](IView&, TError& outError) -> IViewBehavior* {
-                   outError = 100007;
-                   return withBehavior ? new RecordingViewBehavior("made", fWindow.fSharedLog) : nullptr;
-                 }),
-                 std::exception);
-    EXPECT_EQ(withBehavior ? "made Deleted" : "", TakeLog());
-    EXPECT_TRUE(fRoot.GetRawSubViews().empty());
-  }
-  const TViewImplPtr bare = Make([](IView&, TError&) { return nullptr; }, std::string(300, 'n'));
+  struct Factory : IViewBehaviorFactory {
+    IViewBehavior* IViewBehaviorFactory_CreateBehavior(IView&, TError& outError) override {
+      outError = fError;
+      return fBehavior;
+    }
+    IViewBehavior* fBehavior = nullptr;
+    TError fError = 100007;
+  } factory;
+  const auto make = [&] { return CViewImpl::MakeSubView(nullptr, factory, fRoot, std::string(300, 'n')); };
+  EXPECT_THROW(make(), std::exception);
+  factory.fBehavior = new RecordingViewBehavior("made", fWindow.fSharedLog);
+  EXPECT_THROW(make(), std::exception);
+  EXPECT_EQ("made Deleted", TakeLog());
+  EXPECT_TRUE(fRoot.GetRawSubViews().empty());
+  factory = {};
+  factory.fError = kOK;
+  const TViewImplPtr bare = make();
   EXPECT_EQ("behavior != NULL", TakeReports());
   EXPECT_EQ(std::string(255, 'n'), bare->GetDebugName());
   bare->IView_Release();
@@ -98,42 +88,15 @@ TEST_F(ViewTest, EndOfAViewStepByStep) {
   EXPECT_EQ((std::vector<TRect>{{380, 0, 400, 20}}), fWindow.fInvalidRects);
   EXPECT_EQ(std::vector<CViewImpl*>{&other}, fRoot.GetRawSubViews());
   EXPECT_EQ("Ejecting focus from view being deleted...", TakeLines());
-
-  // It goes through whatever behaviours say.
-  CViewImpl& next = Make(fRoot, "next", {0, 0, 20, 20}, kFocusable);
-  next.IView_SetTooltipText(u"tip");
-  fWindow.fTabViews = {&next, &other};
-  fWindow.fFocusView = &next;
-  BehaviorOf(next).fError = 100001;   // refuses to have its tool removed
-  BehaviorOf(other).fError = 100002;  // refuses the focus
-  EXPECT_EQ(kOK, next.IView_Release());
-  EXPECT_EQ(nullptr, fWindow.fFocusView);
-  EXPECT_TRUE(fWindow.fTools.empty());
-  EXPECT_EQ("next Deleted", fWindow.fLog.back());
 }
 
 TEST_F(ViewTest, EndOfADeepTree) {
   constexpr int kDepth = 50000;
   std::vector<CViewImpl*> chain = {&fRoot};
-  CallbackFactory factory([&](IView&, TError&) { return new CDefaultViewBehavior; });
-  for (int i = 0; i < kDepth; ++i)
-    chain.push_back(CViewImpl::MakeSubView(nullptr, factory, *chain.back(), "").get());
+  for (int i = 0; i < kDepth; ++i) chain.push_back(&Make(*chain.back(), ""));
   for (int i = 1; i < kDepth; ++i) chain[i]->IView_Release();
   EXPECT_EQ(1u, fRoot.GetRawSubViews().size());
   chain[kDepth]->IView_Release();
-  EXPECT_TRUE(fRoot.GetRawSubViews().empty());
-}
-
-// The destructors of chain and bystander run in one another.
-TEST_F(ViewTest, BehavioursEndOtherViewsFromTheirDestructors) {
-  CViewImpl& group = Make(fRoot, "group");
-  CViewImpl& leaf = Make(group, "leaf");
-  CViewImpl& otherGroup = Make(fRoot, "other group");
-  CViewImpl& otherLeaf = Make(otherGroup, "other leaf");
-  BehaviorOf(group).fOnDeleted = [&] { otherLeaf.IView_Release(); };
-  BehaviorOf(otherLeaf).fOnDeleted = [&] { EXPECT_TRUE(otherGroup.CheckInvariant()); };
-  for (CViewImpl* view : {&group, &otherGroup, &leaf}) view->IView_Release();
-  EXPECT_EQ("leaf Deleted; group Deleted; other leaf Deleted; other group Deleted", TakeLog());
   EXPECT_TRUE(fRoot.GetRawSubViews().empty());
 }
 
@@ -194,21 +157,6 @@ TEST_F(ViewTest, BuffersFollowTheDrawMode) {
   EXPECT_EQ(bitmap, view.GetBitmapForDrawing());
 }
 
-TEST_F(ViewTest, SubViewsInAnotherOrder) {
-  CViewImpl& a = Make(fRoot, "a");
-  CViewImpl& gone = Make(fRoot, "gone");
-  CViewImpl& b = Make(fRoot, "b");
-  Make(gone, "leaf");
-  gone.IView_Release();
-  IView* const order[] = {&b, &a, &gone};
-  EXPECT_EQ(kBadInputProgrammingError, fRoot.IView_SetSubViewOrder(order, 3));
-  EXPECT_NE("", TakeReports());
-  EXPECT_EQ(kOK, fRoot.IView_SetSubViewOrder(order, 2));
-  // The view that is gone has kept its place somewhere in the list.
-  fWindow.ReleaseViews();
-  EXPECT_TRUE(fRoot.GetRawSubViews().empty());
-}
-
 TEST_F(ViewTest, EnablingIsHandedDown) {
   CViewImpl& group = Make(fRoot, "group");
   CViewImpl& off = Make(group, "off", {0, 0, 10, 10}, 0);
@@ -226,21 +174,6 @@ TEST_F(ViewTest, EnablingIsHandedDown) {
     SetFlags(*view, flags);
     EXPECT_EQ(log, TakeLog());
   }
-}
-
-TEST_F(ViewTest, TooltipFollowsTheText) {
-  const TViewImplPtr view = Make([&](IView& made, TError&) {
-    EXPECT_EQ(kOK, made.IView_SetTooltipText(u"early"));
-    EXPECT_TRUE(fWindow.fTools.empty());  // not before the behaviour is there
-    return new RecordingViewBehavior("view", fWindow.fSharedLog);
-  });
-  EXPECT_EQ(1u, view->GetTooltipHandle());
-  EXPECT_EQ(kOK, view->IView_SetTooltipText(u""));
-  EXPECT_TRUE(fWindow.fTools.empty());
-  fWindow.fAddToolFails = true;
-  EXPECT_EQ(kOutOfMemoryError, view->IView_SetTooltipText(u"d"));
-  EXPECT_EQ(u"", view->GetTooltipText());
-  view->IView_Release();
 }
 
 // --- Hit test
@@ -266,17 +199,4 @@ TEST_F(ViewTest, HitsAreOutermostFirst) {
   // What is gone is passed over, with all below it.
   group.IView_Release();
   EXPECT_EQ("Root view", hits(50, 50));
-}
-
-TEST_F(ViewTest, RectangleListThatIsNotThere) {
-  struct Behavior : CDefaultViewBehavior {
-    TError IViewBehavior_GetHitRects(IRectsGetter& out) override {
-      EXPECT_EQ(kOK, out.IRectsGetter_AddRects(nullptr, 0));
-      return out.IRectsGetter_AddRects(nullptr, 3);
-    }
-  };
-  const TViewImplPtr view = Make([](IView&, TError&) { return new Behavior; });
-  SetRect(*view, {0, 0, 10, 10});
-  EXPECT_THROW(view->HitTest({5, 5}), std::invalid_argument);
-  view->IView_Release();
 }

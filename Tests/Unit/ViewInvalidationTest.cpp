@@ -234,16 +234,6 @@ TEST_F(ViewInvalidation, OnlySubViewOfABufferScrolls) {
   }
 }
 
-TEST_F(ViewInvalidation, AFailureStopsTheOffsetWhereItIs) {
-  CViewImpl& group = fWindow.MakeView(fRoot, {0, 0, 50, 50}, "group");
-  CViewImpl& a = fWindow.MakeView(group, {0, 0, 20, 20}, "a");
-  CViewImpl& b = fWindow.MakeView(group, {20, 0, 40, 20}, "b");
-  BehaviorOf(a).fError = 100009;
-  EXPECT_EQ(100009u, group.IView_Offset(1, 1));
-  EXPECT_EQ((TRectList{{1, 1, 51, 51}, {1, 1, 21, 21}, {20, 0, 40, 20}}),
-            (TRectList{group.GetBounds(), a.GetBounds(), b.GetBounds()}));
-}
-
 TEST_F(ViewInvalidation, ViewsStopAtTheEdgeOfTheWorld) {
   for (const TViewDrawMode mode : {kViewDrawDirect, kViewDrawPermanent32})
     for (std::uint32_t invalidation = 4700; invalidation <= 4703; ++invalidation) {

@@ -62,7 +62,6 @@ TKeyInterpretation Reading(const TString& text, std::uint32_t keys, TFlag keypad
 // Each reading as its text, "/" and its modifiers; last, whether the default one is of the keypad.
 TEST_F(WinKeyboardTest, Readings) {
   for (const auto& [key, mods, expected, keypad] : Rows<TPhysicalKeySpec, std::uint32_t, std::string, TFlag>{
-           {Key('A'), 0, "61/0", 0},
            {Key('A'), kC | kA, "61/12", 0},
            {Key('A'), kC | kS, "61/10 41/8", 0},
            {Key('2'), kS | kC | kA, "32/14 40/12 b2/2", 0},
@@ -71,8 +70,6 @@ TEST_F(WinKeyboardTest, Readings) {
            {Key(kLongKey), 0, "303132333435363738393031323334/0", 0},
            {Key(VK_F1), kS, "e001/2", 0},
            {Key(VK_F1 + 15), 0, "", 0},
-           {Key(VK_HOME), 0, "e012/0", 0},
-           {Key(VK_RETURN), 0, "d/0", 0},
            {Key(VK_RETURN, true), kS | kC | kA, "a/14", 1},
            {Key(VK_SHIFT), kS, "", 0}}) {
     SCOPED_TRACE(expected);
@@ -97,12 +94,10 @@ TEST_F(WinKeyboardTest, Questions) {
   for (const auto& [key, mods, wanted, answer] :
        Rows<TPhysicalKeySpec, std::uint32_t, TKeyInterpretation, bool>{
            {Key('2'), kS, Reading(u"@", kS), false},
-           {Key('2'), kS | kC, Reading(u"@", kC), true},
            {Key('2'), kC | kA, Reading(u"\u00B2", 0), true},
            {Key('2'), 0, Reading(u"2", 0, 1), false},
            {Key(VK_NUMPAD2), 0, Reading(u"2", 0, 1), true},
            {Key(VK_RETURN, true), kC, Reading(u"\n", kC, 1), true},
-           {Key(VK_RETURN, true), 0, Reading(u"\r", 0), false},
            // Longer texts are compared as the user's language does, without regard to the width.
            {Key(kLongKey), 0, Reading(u"01234567890123\uFF14", 0), true},
            {Key('A'), kModifierMask, Reading(u"a", kModifierMask), true}})
@@ -135,18 +130,14 @@ TEST_F(WinKeyboardTest, Shortcuts) {
 TEST_F(WinKeyboardTest, WhatIsHeldDown) {
   BYTE before[256];
   ASSERT_TRUE(::GetKeyboardState(before));
-  for (const auto& [keys, modifiers, buttons] : Rows<std::vector<int>, std::uint32_t, std::uint32_t>{
-           {{}, 0, 0},
-           {{VK_SHIFT}, 2, 0},
-           {{VK_MENU, VK_LBUTTON}, 4, 1},
-           {{VK_CONTROL, VK_RBUTTON, VK_XBUTTON1}, 8, 6},
-           {{VK_MBUTTON, VK_SHIFT, VK_CONTROL, VK_MENU}, 14, 3},
-           {{VK_XBUTTON2}, 0, 5}}) {
+  for (const auto& [keys, modifiers, buttons] :
+       Rows<std::vector<int>, std::uint32_t, std::uint32_t>{{{VK_MENU, VK_LBUTTON}, 4, 1},
+                                                            {{VK_CONTROL, VK_RBUTTON, VK_XBUTTON1}, 8, 6},
+                                                            {{VK_MBUTTON, VK_XBUTTON2, VK_SHIFT}, 2, 7}}) {
     BYTE state[256] = {};
     for (const int key : keys) state[key] = 0x80;
     ASSERT_TRUE(::SetKeyboardState(state));
     EXPECT_EQ(GetCurrentModifiers().fKeys, modifiers);
-    EXPECT_EQ(GetCurrentModifiers().fReserved, 0u);
     EXPECT_EQ(GetCurrentMouseButtons(), buttons);
     EXPECT_EQ(GetAsyncModifiers().fKeys + GetAsyncMouseButtons(), 0u);
   }

@@ -57,23 +57,16 @@ TEST_F(WinMenuTest, ItemsOfALevel) {
   menu.AddMenuItems(
       *fMorvane,
       {Item(u"", kEnabled),  // no separator at the beginning
-       Item(u"_Open", kEnabled, u"", u"o", kModifierControl), Item(u"", 0), Item(u"", 0),
        Item(u"Bold", kEnabled | kMenuItemChecked, u"", u"\xE005", kModifierShift | kModifierControl),
-       Item(u"Alone", kGrey, u"One"), Item(u"Deep", kGrey, u"_Two"), Item(u"", kEnabled, u"_Two"),
-       Item(u"Other", kEnabled | kMenuItemChecked, u"_Two", u"x", kModifierOther), Item(u"", 0),
+       Item(u"", 0), Item(u"", 0), Item(u"Alone", kGrey, u"One"), Item(u"Deep", kGrey, u"_Two"),
+       Item(u"", kEnabled, u"_Two"), Item(u"Other", kEnabled, u"_Two", u"x", kModifierOther), Item(u"", 0),
        Item(u"Again", kEnabled, u"_Two"), Item(u"", 0, u"Only a separator"),
        Item(u"", 0)});  // no separator at the end
   menu.MarkSeparator();
-  bar.MarkSeparator();
-  CMenuBuilder& last = bar.AddSubmenu(u"Empty");
-  last.MarkSeparator();
-  last.AddNativeItem(u"R&D _quit", kQuitCommand, MF_GRAYED);
-  last.AddMenuItem(*fMorvane, Item(u"Number", kEnabled));
   EXPECT_EQ(LinesOfMenu(bar.GetHandle()),
-            SplitLines("&First:|  &Open\tCtrl+O A001|  --|  Bold\tCtrl+Shift+F5 A004 checked|  One: grey|"
-                       "    Alone A005 grey|  &Two:|    Deep A006 grey|    --|    Other\t A008 checked|  --|"
-                       "  &Two:|    Again A00A|  Only a separator: grey|--|Empty:|  R&&D &quit C351 grey|"
-                       "  Number A00D"));
+            SplitLines("&First:|  Bold\tCtrl+Shift+F5 A001 checked|  --|  One: grey|    Alone A004 grey|"
+                       "  &Two:|    Deep A005 grey|    --|    Other\t A007|  --|  &Two:|    Again A009|"
+                       "  Only a separator: grey"));
 }
 
 TEST_F(WinMenuTest, NumbersBeyondTheRangeAreNobodyElses) {
@@ -84,21 +77,6 @@ TEST_F(WinMenuTest, NumbersBeyondTheRangeAreNobodyElses) {
   const HACCEL table = MakeAcceleratorTable(fItems, kFirstClientCommand);
   EXPECT_EQ(CopyAcceleratorTableW(table, nullptr, 0), 1);
   DestroyAcceleratorTable(table);
-}
-
-TEST_F(WinMenuTest, MenusEndWithTheirOwners) {
-  HMENU first = nullptr, second = nullptr;
-  {
-    CMenuBuilder bar(fItems, kFirstClientCommand);
-    first = bar.AddSubmenu(u"first").GetHandle();
-    CMenuBuilder detached(fItems, kFirstClientCommand);
-    second = detached.AddSubmenu(u"second").GetHandle();
-    const CMenu owner(detached.Detach(), true);
-    EXPECT_TRUE(IsMenu(first) && IsMenu(second));
-  }
-  EXPECT_FALSE(IsMenu(first) || IsMenu(second));
-  { const CMenu none(nullptr, false); }
-  EXPECT_EQ(TakeReports(), "fMenuHandle != NULL");
 }
 
 TEST_F(WinMenuTest, Accelerators) {
