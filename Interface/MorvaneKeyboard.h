@@ -10,7 +10,7 @@ enum : std::uint32_t {
   kModifierShift = 2,
   kModifierAlt = 4,
   kModifierControl = 8,
-  kModifierOther = 16,  // accepted in a shortcut, never set on this platform
+  kModifierOther = 16,  // never set on this platform: a shortcut that asks for it has no effect
   kModifierMask = 0x1E
 };
 

@@ -54,6 +54,11 @@ bool IsFocusInSubtree(const CViewImpl& view) {
   return current == &view;
 }
 
+bool IsOnlyFocusCandidate(const CViewImpl& view, IImplFocusTools& tools) {
+  const std::vector<CViewImpl*> views = GetFocusableTabViews(tools);
+  return views.size() == 1 && views[0] == &view;
+}
+
 void EjectFocus(IImplFocusTools& tools) {
   const boost::shared_ptr<void> keptAlive = tools.IImplFocusTools_KeepAlive();
   CViewImpl* const currentFocusView = tools.IImplFocusTools_GetConceptualFocusView();

@@ -27,6 +27,9 @@ CViewImpl* FindPreviousFocusView(CViewImpl* anchorView, IImplFocusTools& tools);
 // Whether the view that gets the keys now is `view` or lies under it; never while the window is inactive.
 bool IsFocusInSubtree(const CViewImpl& view);
 
+// Whether no other view of the window could have the focus now.
+bool IsOnlyFocusCandidate(const CViewImpl& view, IImplFocusTools& tools);
+
 // Moves the focus from the view that has it to the next one, or to none if there is no other.
 void EjectFocus(IImplFocusTools& tools);
 

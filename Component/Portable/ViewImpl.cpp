@@ -312,10 +312,10 @@ void CViewImpl::CViewGlue_SetParams(const TViewParams& params) {
     const bool losesFocusable = (fFlags & ~params.fFlags & kViewFocusable) != 0;
     if (losesFocusable && HasFocus()) {
       MORVANE_ASSERT(fImplFocusTools != NULL);
-      EjectFocus(*fImplFocusTools);
+      // As long as it is focusable it would follow itself where there is no other.
+      if (!IsOnlyFocusCandidate(*this, *fImplFocusTools)) EjectFocus(*fImplFocusTools);
     }
     fFlags = params.fFlags;
-    // While it was still focusable it was the only candidate to follow itself.
     if (losesFocusable && HasFocus()) EjectFocus(*fImplFocusTools);
   }
   fAutoInvalidation = params.fAutoInvalidation;

@@ -121,6 +121,7 @@ bool CMorvaneImpl::IsWaiting(const boost::shared_ptr<TKeyReleaseEntry>& entry) c
                                   fKeyReleaseCallbacks.end();
 }
 
+// Here, too, those that are there now: one that is installed on the way waits for the next occasion.
 void CMorvaneImpl::AbandonKeyReleases() {
   TError firstError = kOK;
   for (const auto& entry : TKeyReleaseList(fKeyReleaseCallbacks)) {
@@ -129,7 +130,6 @@ void CMorvaneImpl::AbandonKeyReleases() {
     const TError error = CallKeyRelease(entry, key, kKeyReleaseDeactivated);
     if (firstError == kOK) firstError = error;
   }
-  fKeyReleaseCallbacks.remove_if([](const auto& entry) { return !entry->fIsCalled; });
   MORVANE_CHECK(firstError);
 }
 

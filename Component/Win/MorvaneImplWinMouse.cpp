@@ -134,6 +134,8 @@ void CMorvaneImpl::CMorvaneGlue_AllocateMouseCapture(IWindow* window, IMouseCapt
   // A client that is told of something on the way finds the mouse taken.
   fMouseCaptureWindow = captureWindow;
   captureWindow->AttachMouseCapture(boost::shared_ptr<IMouseCapture>(owner, capture));
+  // It may have let go of what it did not have yet.
+  if (captureWindow->GetClientsWindowReference()) fMouseCaptureWindow = captureWindow;
 }
 
 void CMorvaneImpl::CMorvaneGlue_ReleaseMouseCapture() {

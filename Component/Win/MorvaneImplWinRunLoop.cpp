@@ -293,7 +293,7 @@ void CMorvaneImpl::RebuildRequestedMenuBars() {
     if (!window->IsVisible()) continue;
     CMenuBarState state;
     MORVANE_CHECK(fBehavior->IMorvaneRunBehavior_OnSetupMenuBar(state));
-    window->RunMenuBarSetup(state);
+    if (window->GetClientsWindowReference()) window->RunMenuBarSetup(state);
   }
 }
 

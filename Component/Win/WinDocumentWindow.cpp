@@ -39,8 +39,11 @@ TError CDocumentWindowImpl::IDocumentWindow_FocusNow() {
 
 bool CDocumentWindowImpl::OnMenuCommand(const TMenuCommandEvent& event) {
   TFlag handled = 0;
-  for (const TViewImplPtr& view : ViewChain(fFocusView)) {
-    if (!view->IsLive()) continue;  // released by one before it
+  // Held for the walk, and its super views with it.
+  const TViewImplPtr focusView =
+      fFocusView && fFocusView->IsLive() ? fFocusView->GetClientsViewReference() : TViewImplPtr();
+  for (const CViewImpl* view = focusView.get(); view; view = view->GetSuperView().get()) {
+    if (!view->IsLive()) continue;  // released, it lives on behind its subviews only
     IViewBehavior* const behavior = view->GetBehavior();
     if (!behavior) break;  // the walk ends here, this view is not passed over
     MORVANE_CHECK(behavior->IViewBehavior_OnMenuCommand(event, handled));

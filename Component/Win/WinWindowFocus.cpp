@@ -41,6 +41,9 @@ TViewImplPtr Hold(const CViewImpl* view) {
   return TViewImplPtr();
 }
 
+// False for none. Whoever is told of a change may release or disable the view that is about to get the focus.
+bool CanTakeFocus(const CViewImpl* view) { return view && view->IsLive() && view->CanBeFocusTargetNow(); }
+
 }  // namespace
 
 // --- On duty and off
@@ -48,8 +51,10 @@ TViewImplPtr Hold(const CViewImpl* view) {
 void CWinWindow::SendOnDutyFocusGained(CViewImpl* view) {
   const TViewImplPtr keepAlive = Hold(view);
   const std::vector<TViewImplPtr> superViews = SuperViews(*view);
-  for (auto it = superViews.rbegin(); it != superViews.rend(); ++it) NotifyOnDutyFocus(**it, 1);
-  NotifyOnDutyFocus(*view, 1);
+  // One that those before it have released is not told any more.
+  for (auto it = superViews.rbegin(); it != superViews.rend(); ++it)
+    if ((*it)->IsLive()) NotifyOnDutyFocus(**it, 1);
+  if (view->IsLive()) NotifyOnDutyFocus(*view, 1);
 }
 
 void CWinWindow::SendOnDutyFocusLost(CViewImpl* view) {
@@ -113,6 +118,7 @@ void CWinWindow::CWindowGlue_SetConceptualFocusView(CViewImpl* view) {
     // The old view may have ended itself, and so passed its focus on.
     if (view == fFocusView) return;
     if (fFocusView && fFocusView != oldView && CWindowGlue_IsActive()) SendOnDutyFocusLost(fFocusView);
+    if (!CanTakeFocus(view)) view = nullptr;
   }
   if (!view) {
     fFocusView = nullptr;
@@ -131,8 +137,9 @@ void CWinWindow::CWindowGlue_SetConceptualFocusView(CViewImpl* view) {
     // window.
     if (fFocusView != view) {
       if (fFocusView && fFocusView != viewBefore && CWindowGlue_IsActive()) SendOnDutyFocusLost(fFocusView);
+      if (!CanTakeFocus(view)) view = nullptr;
       fFocusView = view;
-      if (CWindowGlue_IsActive()) SendOnDutyFocusGained(view);
+      if (view && CWindowGlue_IsActive()) SendOnDutyFocusGained(view);
     }
   }
   RequestMenuBarsAfterFocusChange();
@@ -142,9 +149,13 @@ void CWinWindow::SetFocusFromNative(CViewImpl* view) {
   const boost::shared_ptr<CWinWindow> keepAliveWindow = fClientsWindowReference;
   if (view == fFocusView) return;
   const TViewImplPtr keepAlive = Hold(view);
-  if (fFocusView) SendOnDutyFocusLost(fFocusView);
+  if (CViewImpl* const oldView = fFocusView) {
+    SendOnDutyFocusLost(oldView);
+    if (view == fFocusView) return;
+    if (fFocusView && fFocusView != oldView) SendOnDutyFocusLost(fFocusView);
+  }
   // When a control loses the keyboard, the focus view stays what it was.
-  if (view) {
+  if (CanTakeFocus(view)) {
     fFocusView = view;
     SendOnDutyFocusGained(view);
   }

@@ -3,7 +3,7 @@
 
 namespace NSMorvane {
 
-// Opens it, or brings it to the front.
+// Will open it, or bring it to the front; it is not built yet.
 void OpenWindowList();
 
 }  // namespace NSMorvane

@@ -92,6 +92,7 @@ std::vector<boost::shared_ptr<CViewImpl>> CWinWindow::ViewChain(CViewImpl* view)
 
 void CWinWindow::RunMenuBarSetup(CMenuBarState& state) {
   RequestMenuBarSetup(state);
+  if (!fClientsWindowReference) return;  // released by that
   // The focus view comes last and so has the last word.
   const std::vector<TViewImplPtr> focusChain = ViewChain(fFocusView);
   for (auto view = focusChain.rbegin(); view != focusChain.rend(); ++view) {

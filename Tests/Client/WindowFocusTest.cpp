@@ -90,8 +90,19 @@ TEST_IN_RUN(WindowFocusTest, AViewThatEndsItselfWhenItGoesOffDuty) {
   CVectorViewReceiver tab;
   EXPECT_EQ(Window().IWindow_GetTabViews(tab), kOK);
   EXPECT_EQ(tab.fViews, (std::vector<IView*>{View("other"), View("inner")}));
-  // One that is released while it gets the focus.
+  // One that is disabled, or released, while it gets the focus.
   SetTabViews({});
+  fViewRecord.fHooks["inner:off"] = [this] {
+    TViewParams disabled = ViewParams();
+    disabled.fFlags = kViewFocusable;
+    EXPECT_EQ(View("other")->IView_SetParams(disabled), kOK);
+  };
+  EXPECT_EQ(CallsOfFocus("other"), "inner:off outer:off");
+  EXPECT_EQ(Focus(), "");
+  SetFocus("inner");
+  TViewParams enabled = ViewParams();
+  enabled.fFlags = kViewFocusable | kViewEnabled;
+  EXPECT_EQ(View("other")->IView_SetParams(enabled), kOK);
   fViewRecord.fHooks["inner:off"] = [this] { ReleaseView("other"); };
   SetFocus("other");
   EXPECT_EQ(Focus(), "");

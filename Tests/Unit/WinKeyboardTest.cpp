@@ -24,8 +24,8 @@ int WINAPI ToUnicodeOfTest(UINT key, UINT, const BYTE* state, LPWSTR out, int si
   };
   if (key == kDeadKey) {
     gDeadKeyIsPending = !gDeadKeyIsPending;
-    give(mods == kS ? L"~" : L"`");
-    return -1;
+    const int length = give(mods == kS ? L"~~" : L"``");
+    return gDeadKeyIsPending ? -1 : length;
   }
   EXPECT_FALSE(gDeadKeyIsPending);
   if (key == 'A') return give(mods == 0 ? L"a" : mods == kS ? L"A" : L"");
@@ -88,6 +88,14 @@ TEST_F(WinKeyboardTest, Readings) {
     const TKeyInterpretation actual = GetDefaultInterpretation({mods, 0}, key);
     EXPECT_EQ(std::memcmp(&actual, &byDefault, sizeof(actual)), 0);
   }
+}
+
+// The key has been translated before anybody asks about it, and its letter is still to come.
+TEST_F(WinKeyboardTest, ADeadKeyThatWaitsGoesOnWaiting) {
+  gDeadKeyIsPending = true;
+  EXPECT_EQ(TranslateKey({kS, 0}, Key(kDeadKey)), u"~");
+  EXPECT_TRUE(gDeadKeyIsPending);
+  gDeadKeyIsPending = false;
 }
 
 TEST_F(WinKeyboardTest, Questions) {
