@@ -109,11 +109,10 @@ class CPlainRects {
   std::uint64_t fHits = 0;
 };
 
-// Messages a second. The count that `takeCount` gives must not stay 0.
-double MessagesPerSecond(const TOptions& options, HWND hwnd, const std::function<void(HWND)>& send,
-                         const std::function<std::uint64_t()>& takeCount) {
+// The count that `takeCount` gives must not stay 0 while `measure` gives a rate.
+double RateOf(const std::function<double()>& measure, const std::function<std::uint64_t()>& takeCount) {
   takeCount();
-  const double rate = FramesPerSecond(options.fSampleSeconds, [&] { send(hwnd); });
+  const double rate = measure();
   Require(takeCount() > 0, "nobody was told of the messages");
   return rate;
 }
@@ -133,13 +132,13 @@ class CEventRows {
         },
         false);
     int step = 0;
-    const auto send = [&](HWND hwnd) {
+    const TMeasure measure = Repeated([&](HWND hwnd) {
       // From cell to cell over the cells that all counts have.
       step = (step + 1) % 97;
       SendMessageW(hwnd, WM_MOUSEMOVE, 0, MAKELPARAM(3 + step * 8, 30));
-    };
-    PrintRow(texts, Compare(fOptions, Sample(scene, send),
-                            PlainSample(plain, send, [&] { return rects.TakeHits(); })));
+    });
+    PrintRow(texts, Compare(fOptions, Sample(scene, measure),
+                            PlainSample(plain, measure, [&] { return rects.TakeHits(); })));
   }
 
   // `send` sends to a window with nested views, and to one whose procedure does nothing.
@@ -147,43 +146,59 @@ class CEventRows {
     if (!fOptions.Wants(texts.fName)) return;
     Progress(texts.fName);
     CEventScene scene(fMorvane, kNestedViews, true);
-    MeasureAgainstEmpty(texts, send, Sample(scene, send));
+    const TMeasure measure = Repeated(send);
+    MeasureAgainstEmpty(texts, Sample(scene, measure), measure);
   }
 
+  // Ticks that come through the loop, as they do from the timer.
   void MeasureTicks(const TRowTexts& texts, int viewCount) {
     if (!fOptions.Wants(texts.fName)) return;
     Progress(texts.fName);
     CEventScene scene(fMorvane, viewCount, false);
-    const auto send = [](HWND hwnd) { SendMessageW(hwnd, WM_TIMER, 0, 0); };
-    const TSample sample = [&] {
-      return MessagesPerSecond(fOptions, scene.Hwnd(), send,
-                               [] { return 1; });  // ticks tell the views nothing
+    const auto measure = [&](HWND hwnd, const std::function<void()>& pump) {
+      constexpr int kTicks = 50;
+      return kTicks * FramesPerSecond(fOptions.fSampleSeconds, [&] {
+               for (int i = 0; i < kTicks; ++i) PostMessageW(hwnd, WM_TIMER, 0, 0);
+               pump();
+             });
     };
-    MeasureAgainstEmpty(texts, send, sample);
+    MeasureAgainstEmpty(
+        texts, [&] { return measure(scene.Hwnd(), [&] { ThrowIfFailed(fMorvane.IMorvane_Yield()); }); },
+        [&](HWND hwnd) {
+          return measure(hwnd, [&] {
+            MSG message;
+            while (PeekMessageW(&message, hwnd, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+          });
+        });
   }
 
  private:
-  TSample Sample(CEventScene& scene, const std::function<void(HWND)>& send) {
-    return [&scene, send, this] {
-      return MessagesPerSecond(fOptions, scene.Hwnd(), send, [&] { return scene.TakeCount(); });
+  // Gives a rate of the messages that it sends to a window.
+  using TMeasure = std::function<double(HWND hwnd)>;
+
+  TMeasure Repeated(const std::function<void(HWND)>& send) {
+    return [send, this](HWND hwnd) { return FramesPerSecond(fOptions.fSampleSeconds, [&] { send(hwnd); }); };
+  }
+  TSample Sample(CEventScene& scene, const TMeasure& measure) {
+    return [&scene, measure] {
+      return RateOf([&] { return measure(scene.Hwnd()); }, [&] { return scene.TakeCount(); });
     };
   }
   // The plain window is there only while it is measured, and then in front.
-  TSample PlainSample(CPlainEventWindow& plain, const std::function<void(HWND)>& send,
+  TSample PlainSample(CPlainEventWindow& plain, const TMeasure& measure,
                       const std::function<std::uint64_t()>& takeCount) {
-    return [&plain, send, takeCount, this] {
+    return [&plain, measure, takeCount] {
       plain.Show(true);
-      const double rate = MessagesPerSecond(fOptions, plain.Hwnd(), send, takeCount);
+      const double rate = RateOf([&] { return measure(plain.Hwnd()); }, takeCount);
       plain.Show(false);
       return rate;
     };
   }
-  void MeasureAgainstEmpty(const TRowTexts& texts, const std::function<void(HWND)>& send,
-                           const TSample& sample) {
+  void MeasureAgainstEmpty(const TRowTexts& texts, const TSample& sample, const TMeasure& plainMeasure) {
     std::uint64_t count = 0;
     CPlainEventWindow plain([&](UINT, LPARAM) { ++count; }, false);
-    PrintRow(texts,
-             Compare(fOptions, sample, PlainSample(plain, send, [&] { return std::exchange(count, 0); })));
+    PrintRow(texts, Compare(fOptions, sample,
+                            PlainSample(plain, plainMeasure, [&] { return std::exchange(count, 0); })));
   }
 
   IMorvane& fMorvane;
@@ -208,8 +223,10 @@ void MeasureEvents(IMorvane& morvane, const TOptions& options) {
   rows.MeasureNested(
       {"key", "A key that none of 20 views with the focus takes; an empty procedure", "", kRate},
       [](HWND hwnd) { SendMessageW(hwnd, WM_KEYDOWN, 'A', 0x001E0001); });
-  rows.MeasureTicks({"tick-0", "Ticks of the timer of 25 ms without views; an empty procedure", "", kRate},
-                    0);
+  rows.MeasureTicks(
+      {"tick-0", "Ticks of the timer of 25 ms without views, through the loop; an empty procedure", "",
+       kRate},
+      0);
   rows.MeasureTicks({"tick", "The same with 1,000 trackable views", "", kRate}, 1000);
   rows.MeasureTicks({"tick-10000", "The same with 10,000 trackable views", "", kRate}, 10000);
 }
