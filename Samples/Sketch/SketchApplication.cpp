@@ -183,9 +183,17 @@ bool CSketchApplication::IsQuitting() const {
   return fMorvane.IMorvane_IsQuitting(isQuitting) == kOK && isQuitting == 1;
 }
 
-void CSketchApplication::OnQuitAsks(CSketchCommandWindow* window) {
-  fQuitWindow = window;
-  GoOnQuitting();
+TError CSketchApplication::OnRequestClose(TCloseReason reason, CSketchCommandWindow* window,
+                                          const std::function<void()>& close) {
+  return Guarded([&] {
+    if (reason == kCloseByLibrary) {
+      fQuitWindow = window;
+      GoOnQuitting();
+    } else {
+      close();
+    }
+    return TError{kOK};
+  });
 }
 
 void CSketchApplication::GoOnQuitting() {

@@ -5,6 +5,7 @@
 #include <Morvane.h>
 #include <MorvaneDefaults.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -49,8 +50,10 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
   // --- Quitting. The library asks the windows to close, front first. None does before all documents have
   // been asked, so that everything is as it was if the user gives up.
   bool IsQuitting() const;
-  // The library asks a window to close; null for the palette and the properties.
-  void OnQuitAsks(CSketchCommandWindow* window);
+  // A window is asked to close: `close` is called if the user asks, else the application is quitting. The
+  // window is null for the palette and the properties.
+  NSMorvane::TError OnRequestClose(NSMorvane::TCloseReason reason, CSketchCommandWindow* window,
+                                   const std::function<void()>& close);
   // To be called after each answer.
   void GoOnQuitting();
   // Does nothing if the application is not quitting.

@@ -132,12 +132,8 @@ TError CSketchCommandWindow::IDocumentWindowBehavior_OnHelpRequested(TFlag& outH
 // --- Closing
 
 TError CSketchCommandWindow::IDocumentWindowBehavior_OnRequestClose(TCloseReason reason) {
-  return Guarded([&] {
-    if (reason == kCloseByLibrary)
-      fApplication.OnQuitAsks(this);
-    else if (!IsBlocked())
-      RequestClose();
-    return TError{kOK};
+  return fApplication.OnRequestClose(reason, this, [this] {
+    if (!IsBlocked()) RequestClose();
   });
 }
 

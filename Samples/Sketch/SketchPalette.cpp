@@ -169,13 +169,7 @@ void CSketchPalette::StayAbove() {
 }
 
 TError CSketchPalette::IFloatingWindowBehavior_OnRequestClose(TCloseReason reason) {
-  return Guarded([&] {
-    if (reason == kCloseByLibrary)
-      fApplication.OnQuitAsks(nullptr);
-    else
-      Close();
-    return TError{kOK};
-  });
+  return fApplication.OnRequestClose(reason, nullptr, [this] { Close(); });
 }
 
 // Nothing is typed here, so all shortcuts are those of the document in front, which gets the keys back with

@@ -249,13 +249,7 @@ void CSketchPropertiesDialog::Refresh() {
 }
 
 TError CSketchPropertiesDialog::IModelessDialogBehavior_OnRequestClose(TCloseReason reason) {
-  return Guarded([&] {
-    if (reason == kCloseByLibrary)
-      fApplication.OnQuitAsks(nullptr);
-    else
-      Close();
-    return TError{kOK};
-  });
+  return fApplication.OnRequestClose(reason, nullptr, [this] { Close(); });
 }
 
 // Escape goes back to the document, and closes the dialog; shortcuts are those of the document in front.
