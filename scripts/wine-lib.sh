@@ -16,7 +16,7 @@
 
 wine_home="$root/build/wine"
 wine_template="$wine_home/template"
-wine_format=6  # of the template; a template of another format is made anew
+wine_format=7  # of the template; a template of another format is made anew
 wine_screen=1280x960
 wine_alive=    # file descriptor of the lock on SESSION/alive, if this script owns the session
 wine_lock=     # file descriptor of the lock on a slot, if this script holds one
@@ -81,7 +81,7 @@ wine_display_lives() {
 
 # wine_make_template: makes build/wine/template unless it is there. The caller holds the lock of build/wine.
 wine_make_template() {
-  local stamp slot
+  local stamp slot service
   stamp="$(wine --version 2>/dev/null) $wine_format"
   [ "$(cat "$wine_template/stamp" 2>/dev/null)" = "$stamp" ] && return
   note "making the Wine prefix template (once per build folder)"
@@ -105,6 +105,12 @@ wine_make_template() {
     >"$slot/prefix/drive_c/crash.bat"
   sed -i 's/^"Debugger"=.*/"Debugger"="cmd \/c C:\\\\crash.bat %ld %ld"/' "$slot/prefix/system.reg"
   grep -q 'crash.bat' "$slot/prefix/system.reg" || fail "no debugger entry in $slot/prefix/system.reg"
+  # Nobody needs Wine's services for devices and networks, and the one for USB crashes about once in 250 starts
+  # of a prefix. The last three are started by name.
+  for service in NDIS nsiproxy PlugPlay winebus winehid wineusb; do
+    sed -i '/^\[System\\\\CurrentControlSet\\\\Services\\\\'$service'\]/,/^$/{s/^"Start"=.*/"Start"=dword:00000004/;s/^"ImagePath"=.*/"ImagePath"="C:\\\\none.sys"/}' \
+      "$slot/prefix/system.reg"
+  done
   echo "$stamp" >"$slot/stamp"
   mv "$slot" "$wine_template"
 }
