@@ -183,14 +183,12 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewW
   }
   void IImplFocusTools_GetTabViews(std::vector<CViewImpl*>& out) override { out = fTabViews; }
   void IImplFocusTools_SetTabViews(std::vector<CViewImpl*> tabViews) override { fTabViews = tabViews; }
-  boost::shared_ptr<void> IImplFocusTools_KeepAlive() override { return fSelf.lock(); }
+  boost::shared_ptr<void> IImplFocusTools_KeepAlive() override { return {}; }
 
   // What the window is told, and what it says.
-  bool fActive = true;
   CViewImpl* fFocusView = nullptr;
   std::vector<CViewImpl*> fTabViews;
   std::map<std::uint32_t, TString> fTools;
-  boost::weak_ptr<FakeViewWindow> fSelf;  // for a window that callbacks end
 
   // What is recorded.
   const std::shared_ptr<Log> fSharedLog = std::make_shared<Log>();  // of all behaviours, which may outlive it
@@ -201,21 +199,21 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewW
  protected:
   bool CWindowGlue_CheckInvariant() const override { return true; }
   TNativeWindow CWindowGlue_GetNativeWindow() override { return {nullptr}; }
-  CViewImpl* CWindowGlue_GetOnDutyFocusView() override { return fActive ? fFocusView : nullptr; }
+  CViewImpl* CWindowGlue_GetOnDutyFocusView() override { return fFocusView; }
   CViewImpl* CWindowGlue_GetConceptualFocusView() override { return fFocusView; }
   // Tells the views alone, and not their super views.
   void CWindowGlue_SetConceptualFocusView(CViewImpl* view) override {
     if (view == fFocusView) return;
-    if (fActive && fFocusView && fFocusView->GetBehavior())
+    if (fFocusView && fFocusView->GetBehavior())
       fFocusView->GetBehavior()->IViewBehavior_OnOnDutyFocusChanged(0);
     if (view) AskForNativeTarget(*view);
     fFocusView = view;
-    if (fActive && view && view->GetBehavior()) view->GetBehavior()->IViewBehavior_OnOnDutyFocusChanged(1);
+    if (view && view->GetBehavior()) view->GetBehavior()->IViewBehavior_OnOnDutyFocusChanged(1);
   }
   std::vector<CViewImpl*> CWindowGlue_GetTabViews() override { return fTabViews; }
   void CWindowGlue_SetTabViews(const std::vector<CViewImpl*>& tabViews) override { fTabViews = tabViews; }
   CViewImpl* CWindowGlue_GetRootView() override { return fRootView; }
-  bool CWindowGlue_IsActive() override { return fActive; }
+  bool CWindowGlue_IsActive() override { return true; }
   TRect CWindowGlue_GetFrameRect() override { return {}; }
   TRect CWindowGlue_FrameRectToClientRect(const TRect& rect) override { return rect; }
   TRect CWindowGlue_ClientRectToFrameRect(const TRect& rect) override { return rect; }

@@ -5,29 +5,9 @@
 
 namespace NSMorvaneTest {
 
-struct FakeIcon : IIcon {
-  IIcon* IIcon_Clone(TError&) const override { return nullptr; }
-  TError IIcon_AreEqual(const IIcon&, TFlag&) const override { return kOK; }
-  std::uint32_t IIcon_CheckInvariant() const override { return fSound; }
-  std::uint32_t fSound = 1;
-};
-struct FakeData : IData {
-  std::uint32_t IData_CheckInvariant() const override { return fSound; }
-  TError IData_GetSize(std::uint64_t&) override { return kOK; }
-  TError IData_Read(std::uint64_t, std::uint64_t, void*) override { return kOK; }
-  std::uint32_t fSound = 1;
-};
-
 class RecordingMorvane : public CMorvaneGlue, public Recorder {
  public:
-  RecordingMorvane() {
-    Given<IIcon*>() = &fIcon;
-    Given<IData*>() = &fData;
-  }
-
   std::uint16_t fIndex = 1;  // of menu items
-  FakeIcon fIcon;
-  FakeData fData;
 
  protected:
   // clang-format off

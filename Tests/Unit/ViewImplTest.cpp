@@ -100,29 +100,6 @@ TEST_F(ViewTest, EndOfADeepTree) {
   EXPECT_TRUE(fRoot.GetRawSubViews().empty());
 }
 
-TEST_F(ViewTest, ViewsCanEndInTheirOwnCallbacks) {
-  const std::function<void(CViewImpl&, CViewImpl&)> rows[] = {
-      [](CViewImpl&, CViewImpl& view) { view.IView_SetTooltipText(u"tip"); },
-      [](CViewImpl& group, CViewImpl&) {
-        group.HitTest({5, 5});
-      },
-      [](CViewImpl& group, CViewImpl&) { group.IView_Offset(1, 1); },
-      [](CViewImpl& group, CViewImpl&) { SetFlags(group, 0); },
-  };
-  for (const auto& call : rows) {
-    CViewImpl& group = Make(fRoot, "group", {0, 0, 90, 90});
-    CViewImpl& view = Make(group, "view");
-    CViewImpl& sibling = Make(group, "sibling");
-    BehaviorOf(view).fOnCall = [&] {
-      if (!view.IsLive()) return;
-      for (CViewImpl* each : {&group, &sibling, &view}) each->IView_Release();
-    };
-    call(group, view);
-    EXPECT_TRUE(fRoot.GetRawSubViews().empty()) << &call - rows;
-    EXPECT_EQ("group Deleted", fWindow.fLog.back());
-  }
-}
-
 TEST_F(ViewTest, ViewsOutliveTheirWindow) {
   CViewImpl& group = Make(fRoot, "group", {0, 0, 90, 90}, kFocusable);
   CViewImpl& view = Make(group, "view", {0, 0, 10, 10}, kFocusable);

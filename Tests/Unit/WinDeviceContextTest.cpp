@@ -2,8 +2,6 @@
 // samples.
 #include "Component/Win/WinDeviceContext.h"
 
-#include <chrono>
-
 #include "Component/Win/UtilsWin.h"
 #include "Component/Win/WinDrawTools.h"
 #include "Component/Win/WinPaintSamples.h"
@@ -40,43 +38,20 @@ class Canvas {
   CDeviceContext fContext;
 };
 
-std::vector<long long> StateOf(HDC hdc) {
-  POINT places[5] = {{0, 0}, {100, 100}};
-  LPtoDP(hdc, places, 2);
-  GetCurrentPositionEx(hdc, &places[2]);
-  GetBrushOrgEx(hdc, &places[3]);
-  std::vector<long long> state = {GetTextAlign(hdc)};
-  for (int(WINAPI* const get)(HDC) : {GetMapMode, GetGraphicsMode, GetROP2, GetStretchBltMode, EndPath})
-    state.push_back(get(hdc));
-  for (COLORREF(WINAPI* const get)(HDC) : {GetTextColor, GetBkColor, GetDCBrushColor, GetDCPenColor})
-    state.push_back(get(hdc));
-  for (const POINT& place : places) state.insert(state.end(), {place.x, place.y});
-  for (const UINT type : {OBJ_FONT, OBJ_PEN, OBJ_BRUSH, OBJ_BITMAP})
-    state.push_back(reinterpret_cast<std::intptr_t>(GetCurrentObject(hdc, type)));
+// What shows that something has been left behind.
+auto StateOf(HDC hdc) {
+  POINT place = {100, 100};
+  LPtoDP(hdc, &place, 1);
   const CRegion clip;
-  state.push_back(GetMetaRgn(hdc, clip.GetNativeRegion()));
-  state.push_back(GetClipRgn(hdc, clip.GetNativeRegion()));
-  return state;
+  return std::make_tuple(place.x, place.y, GetMapMode(hdc), GetGraphicsMode(hdc), GetTextColor(hdc),
+                         GetROP2(hdc), EndPath(hdc), GetCurrentObject(hdc, OBJ_FONT),
+                         GetCurrentObject(hdc, OBJ_BITMAP), GetMetaRgn(hdc, clip.GetNativeRegion()),
+                         GetClipRgn(hdc, clip.GetNativeRegion()));
 }
 
 }  // namespace
 
 using WinDeviceContext = ReportingTest;
-
-TEST_F(WinDeviceContext, DrawingHelpersStayInTheirRectangles) {
-  Canvas canvas;
-  canvas.fContext.FillSolidRect({10, 12, 30, 20}, kRed);
-  EXPECT_EQ((TRect{10, 12, 30, 20}), canvas.BoundsOf(kRed));
-  canvas.fContext.FrameRect({40, 30, 60, 50}, kBlue, PS_SOLID);
-  EXPECT_EQ((TRect{40, 30, 60, 50}), canvas.BoundsOf(kBlue));
-  EXPECT_EQ(kWhite, canvas.At(41, 31));
-  // The text is cut to the rectangle.
-  canvas.fContext.DrawLabel({70, 40}, {70, 40, 82, 48}, u"MMMMMM", kGreen);
-  const TRect inked = canvas.BoundsOf(kGreen);
-  TRect inside = inked;
-  EXPECT_TRUE(IntersectRect(inside, {70, 40, 82, 48}));
-  EXPECT_EQ(inside, inked);
-}
 
 TEST_F(WinDeviceContext, RegionOfAPaintIsWhatIsDirtyAndSeen) {
   const NativeTestWindow window(WS_POPUP | WS_VISIBLE);
@@ -126,43 +101,26 @@ TEST_F(WinDeviceContext, SurfacesArePooled) {
 }
 
 TEST_F(WinDeviceContext, PooledContextsAreAsNew) {
+  static const XFORM kTwice = {2, 0, 0, 2, 0, 0};
+  static const CGdiObject<HBITMAP> other(CreateBitmap(5, 5, 1, 1, nullptr));
   void (*const spoilers[])(HDC) = {
-      [](HDC hdc) {
-        MoveToEx(hdc, 5, 25, nullptr);
-        for (const auto set : {SetTextColor, SetBkColor, SetDCBrushColor, SetDCPenColor}) set(hdc, kRed);
-        SetTextAlign(hdc, TA_RIGHT);
-        SetROP2(hdc, R2_NOT);
-        SetStretchBltMode(hdc, COLORONCOLOR);
-        SetBrushOrgEx(hdc, 3, 2, nullptr);
-        for (const int object : {ANSI_FIXED_FONT, WHITE_PEN, BLACK_BRUSH})
-          SelectObject(hdc, GetStockObject(object));
-        BeginPath(hdc);
-      },
-      [](HDC hdc) {
-        SetMapMode(hdc, MM_LOENGLISH);
-        SetWindowOrgEx(hdc, 7, 8, nullptr);
-        SetViewportOrgEx(hdc, 9, 10, nullptr);
-      },
-      [](HDC hdc) {
-        const XFORM twice = {2, 0, 0, 2, 0, 0};
-        SetGraphicsMode(hdc, GM_ADVANCED);
-        SetWorldTransform(hdc, &twice);
-      },
-      [](HDC hdc) {
-        IntersectClipRect(hdc, 9, 10, 12, 13);
-        SetMetaRgn(hdc);
-      },
-      [](HDC hdc) {
-        static const CGdiObject<HBITMAP> other(CreateCompatibleBitmap(hdc, 5, 5));
-        SelectObject(hdc, other.Get());
-      },
+      [](HDC hdc) { SetTextColor(hdc, kRed); },
+      [](HDC hdc) { SetROP2(hdc, R2_NOT); },
+      [](HDC hdc) { SelectObject(hdc, GetStockObject(ANSI_FIXED_FONT)); },
+      [](HDC hdc) { BeginPath(hdc); },
+      [](HDC hdc) { SetMapMode(hdc, MM_LOENGLISH); },
+      [](HDC hdc) { SetWindowOrgEx(hdc, 7, 8, nullptr); },
+      [](HDC hdc) { SetGraphicsMode(hdc, GM_ADVANCED), SetWorldTransform(hdc, &kTwice); },
+      [](HDC hdc) { IntersectClipRect(hdc, 9, 10, 12, 13), SetMetaRgn(hdc); },
+      [](HDC hdc) { IntersectClipRect(hdc, 9, 10, 12, 13); },
+      [](HDC hdc) { SelectObject(hdc, other.Get()); },
   };
   COffscreenSurfacePool pool;
   auto surface = pool.Take(nullptr, {40, 30}, 32);
   const HDC hdc = surface->GetHDC();
-  const std::vector<long long> asNew = StateOf(hdc);
+  const auto asNew = StateOf(hdc);
   for (int i = 0; i < 300; ++i) {
-    if (i % 20 < 5) spoilers[i % 20](hdc);
+    if (i % 20 < 10) spoilers[i % 20](hdc);
     // Saved states that are never restored do not pile up for long.
     ASSERT_LT(SaveDC(hdc), 100);
     pool.GiveBack(std::move(surface));
@@ -192,20 +150,6 @@ TEST_F(WinDeviceContext, OffscreenDrawsInTheCoordinatesAndTheClipOfTheTarget) {
   RECT box;
   EXPECT_EQ(SIMPLEREGION, GetClipBox(buffer.GetBuffer().GetHDC(), &box));
   EXPECT_EQ((TRect{30, 20, 35, 26}), FromNative(box));
-}
-
-TEST_F(WinDeviceContext, OffscreenReportsWhatIsWrong) {
-  Canvas canvas;
-  const CGdiObject<HBITMAP> foreign(CreateCompatibleBitmap(canvas.fSurface.GetHDC(), 5, 5));
-  {
-    COffscreenContext outer(canvas.fContext, {0, 0, 10, 10});
-    COffscreenContext inner(canvas.fContext, {0, 0, 10, 10});
-    EXPECT_NE(outer.GetSurface().GetPixels(), inner.GetSurface().GetPixels());
-    SelectObject(inner.GetBuffer().GetHDC(), foreign.Get());
-  }
-  EXPECT_EQ("prevObject == fDIB", TakeReports());
-  EXPECT_ANY_THROW(COffscreenContext(canvas.fContext, {10, 10, 10, 10}));
-  EXPECT_EQ("(drawRect.fRight > drawRect.fLeft) || (drawRect.fBottom > drawRect.fTop)", TakeReports());
 }
 
 // --- CWinDrawTools
@@ -256,9 +200,6 @@ TEST_F(WinDeviceContext, FlushCopiesTheDirtyRegionOfTheCurrentView) {
   on.fTools.CDrawToolsGlue_FlushToScreen(false);
   EXPECT_EQ((TRect{20, 10, 51, 40}), on.fCanvas.BoundsOf(kRed));
   EXPECT_EQ(kWhite, on.fCanvas.At(35, 25));
-  const auto start = std::chrono::steady_clock::now();
-  on.fTools.CDrawToolsGlue_FlushToScreen(true);
-  EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(29));
 }
 
 TEST_F(WinDeviceContext, PaintSamplesAreARing) {

@@ -64,8 +64,6 @@ TEST_F(WinWindowPlacement, NormalRectangleStandsWhereTheWindowIs) {
                                               {false, true, true, atMin},    {true, true, false, atMin}};
   for (const auto& [minimized, maximized, clientIsEmpty, rect] : rows)
     EXPECT_EQ(NormalRect(wp, minimized, maximized, clientIsEmpty), rect);
-  wp.rcNormalPosition = {kMin, kMin, kMax, kMax};
-  EXPECT_EQ(NormalRect(wp, true, false, false), (TRect{10, 20, kMax, kMax}));
 }
 
 // A window with a client area of 300 x 300, which is to have another placement.
@@ -92,7 +90,6 @@ TEST_F(WinWindowPlacement, FitsWhatIsWanted) {
            {kUser, kUser, same, {400, 350}, none, {100, 100, 507, 475}, {50, 60, 457, 435}},
            {kUser, kUser, same, none, {0, 200}, {100, 100, 407, 325}, ideal},
            {kUser, kUser, same, none, {150, 80}, {100, 100, 257, 205}, {50, 60, 207, 165}},
-           {kUser, kUser, same, most, none, {100, 100, kMax, kMax}, {50, 60, kMax, kMax}},
            // They go before the ideal size.
            {kUser, kIdeal, same, none, {150, 0}, {100, 100, 257, 425}, {100, 100, 257, 225}}}) {
     wanted.fPlacement.fZoomState = to;

@@ -78,22 +78,25 @@ class WinWindowTest : public ReportingTest {
     const auto before = Traces();
     const TStartupParams params =
         StartupParams(u"Window Test", AsciiText(std::to_string(GetCurrentProcessId())));
-    EXPECT_EQ(morvane->IMorvane_Run(new CBehavior(body), params), kOK);
+    const auto bodyAndEnd = [&] {
+      body();
+      for (; !fWindows.empty(); fWindows.pop_back())
+        if (const TTestWindowPtr window = fWindows.back().lock()) window->ReleaseWindow();
+    };
+    EXPECT_EQ(morvane->IMorvane_Run(new CBehavior(bodyAndEnd), params), kOK);
     EXPECT_EQ(Traces(), before) << "a window has left traces";
   }
   TTestWindowPtr Make(TWindowKind kind, IModalOwner* owner = nullptr) {
     const DWORD style = kind == kWindowKindDocument ? WS_OVERLAPPEDWINDOW : kPopupStyle;
     const TTestWindowPtr window(new CTestWindow(kind, owner, style));
     window->SetClientsWindowReference(window);
+    fWindows.push_back(window);
     return window;
-  }
-  void Release(TTestWindowPtr& window) {
-    window->ReleaseWindow();
-    window.reset();
   }
   std::string TakeLog() { return Joined(std::exchange(fLog, {})); }
 
   Texts fLog;
+  std::vector<boost::weak_ptr<CTestWindow>> fWindows;
 };
 
 }  // namespace
@@ -121,57 +124,38 @@ TEST_F(WinWindowTest, NativeOwners) {
   CTestOwner foreignOwner(foreign);
   InRun([&] {
     const HWND hider = CMorvaneImpl::gMorvaneImpl->GetHiderWindow();
-    TTestWindowPtr first = Make(kWindowKindModelessDialog);  // alone, so that it is in the task bar
-    TTestWindowPtr second = Make(kWindowKindModelessDialog);
-    TTestWindowPtr modal = Make(kWindowKindModalDialog);
+    const auto ownerOf = [&](TWindowKind kind, IModalOwner* owner = nullptr) {
+      return GetWindow(Make(kind, owner)->GetHwnd(), GW_OWNER);
+    };
+    // Until there is a document, so that it is in the task bar.
+    EXPECT_EQ(ownerOf(kWindowKindModelessDialog), nullptr);
+    EXPECT_EQ(ownerOf(kWindowKindModelessDialog), nullptr);
+    EXPECT_EQ(ownerOf(kWindowKindModalDialog), hider);
     TTestWindowPtr document = Make(kWindowKindDocument);
-    TTestWindowPtr third = Make(kWindowKindModelessDialog);
-    TTestWindowPtr floating = Make(kWindowKindFloating);
-    TTestWindowPtr owned = Make(kWindowKindModalDialog, document.get());
-    TTestWindowPtr ofForeign = Make(kWindowKindAlertBox, &foreignOwner);
-    for (const auto& [window, owner] : Rows<TTestWindowPtr, HWND>{{first, nullptr},
-                                                                  {second, nullptr},
-                                                                  {document, nullptr},
-                                                                  {floating, nullptr},
-                                                                  {modal, hider},
-                                                                  {third, hider},
-                                                                  {owned, document->GetHwnd()},
-                                                                  {ofForeign, foreign}})
-      EXPECT_EQ(GetWindow(window->GetHwnd(), GW_OWNER), owner);
-    for (TTestWindowPtr* window : {&ofForeign, &owned, &floating, &third, &document, &modal, &second, &first})
-      Release(*window);
+    EXPECT_EQ(GetWindow(document->GetHwnd(), GW_OWNER), nullptr);
+    EXPECT_EQ(ownerOf(kWindowKindModelessDialog), hider);
+    EXPECT_EQ(ownerOf(kWindowKindFloating), nullptr);
+    EXPECT_EQ(ownerOf(kWindowKindModalDialog, document.get()), document->GetHwnd());
+    EXPECT_EQ(ownerOf(kWindowKindAlertBox, &foreignOwner), foreign);
   });
 }
 
 TEST_F(WinWindowTest, AlwaysOnTopIsInherited) {
-  NativeTestWindow foreign;
-  CTestOwner foreignOwner(foreign);
   InRun([&] {
     TTestWindowPtr plain = Make(kWindowKindDocument);
     TTestWindowPtr top = Make(kWindowKindDocument);
     plain->Show();
-    const auto inherits = [&](TWindowKind kind, IModalOwner* owner) {
-      TTestWindowPtr window = Make(kind, owner);
-      const bool result = window->fAlwaysOnTop;
-      Release(window);
-      return result;
-    };
     top->SetAlwaysOnTop(true);
-    EXPECT_FALSE(inherits(kWindowKindModalDialog, nullptr));  // nobody sees it yet
-    EXPECT_TRUE(inherits(kWindowKindModalDialog, top.get()));
+    EXPECT_FALSE(Make(kWindowKindModalDialog)->fAlwaysOnTop);  // nobody sees it yet
+    EXPECT_TRUE(Make(kWindowKindModalDialog, top.get())->fAlwaysOnTop);
     top->Show();
+    EXPECT_TRUE(Make(kWindowKindModelessDialog)->fAlwaysOnTop);
+    EXPECT_FALSE(Make(kWindowKindModalDialog, plain.get())->fAlwaysOnTop);
+    EXPECT_FALSE(Make(kWindowKindFloating)->fAlwaysOnTop);
     // A dialog that blocks it is never covered by it.
     TTestWindowPtr dialog = Make(kWindowKindModalDialog);
     dialog->Show();
     EXPECT_TRUE(GetWindowLongW(dialog->GetHwnd(), GWL_EXSTYLE) & WS_EX_TOPMOST);
-    Release(dialog);
-    EXPECT_TRUE(inherits(kWindowKindModelessDialog, nullptr));
-    EXPECT_TRUE(inherits(kWindowKindModalDialog, &foreignOwner));
-    EXPECT_FALSE(inherits(kWindowKindModalDialog, plain.get()));
-    EXPECT_FALSE(inherits(kWindowKindFloating, nullptr));
-    Release(top);
-    EXPECT_FALSE(AnyShownWindowIsAlwaysOnTop());
-    Release(plain);
   });
 }
 
@@ -197,7 +181,6 @@ TEST_F(WinWindowTest, ForeignDialogsOnTheStack) {
     EXPECT_TRUE(gAppModalDialogStack.empty());
     EXPECT_TRUE(IsWindowEnabled(window->GetHwnd()));
     EXPECT_EQ(GetActiveWindow(), window->GetHwnd());
-    Release(window);
   });
 }
 
@@ -286,6 +269,5 @@ TEST_F(WinWindowTest, ControlsHaveListenersOfTheirOwn) {
       EXPECT_EQ(TakeLog(), calls) << message;
     }
     window->RemoveControlListener(control);
-    Release(window);
   });
 }
