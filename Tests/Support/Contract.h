@@ -48,22 +48,15 @@ class Recorder {
   TResult Hooked(const char* name) const {
     fHooks.push_back(WithoutClass(name));
     if (fOnHook) fOnHook();
-    if constexpr (!std::is_void_v<TResult>) return Give(std::type_identity<TResult>());
+    if constexpr (std::is_pointer_v<TResult>)
+      if (fGivesNull) return nullptr;
+    if constexpr (std::is_copy_constructible_v<TResult>)
+      return Given<TResult>();
+    else if constexpr (!std::is_void_v<TResult>)
+      return {};
   }
 
  private:
-  template <class T>
-  T Give(std::type_identity<T>) const {
-    if constexpr (std::is_pointer_v<T>)
-      if (fGivesNull) return nullptr;
-    return Given<T>();
-  }
-  // The contract layer gives the bare pointer on.
-  template <class T>
-  std::unique_ptr<T> Give(std::type_identity<std::unique_ptr<T>>) const {
-    return std::unique_ptr<T>(fGivesNull ? nullptr : Given<T*>());
-  }
-
   mutable std::map<std::type_index, std::shared_ptr<void>> fGiven;
 };
 

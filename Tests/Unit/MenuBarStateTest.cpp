@@ -58,7 +58,7 @@ TEST_F(MenuBarState, BadInputChangesNothing) {
   const CMenuBarState before = fState;
   TMenuItem read[2];
   TMenuBarFlags badFlags{0, 0, 0, 0, 2};
-  // The last three fail behind the wall: announced, without a failed clause.
+  // The last two fail behind the wall: announced, without a failed clause.
   const Rows<std::string, std::function<TError()>> rows = {
       {"SetFlags(): IsValidMenuBarFlags(inFlags)", [&] { return fState.IMenuBarState_SetFlags(badFlags); }},
       {"SetMenuItems(): (inBuffer != NULL) || (bufferSizeInBytes == 0)",

@@ -1,10 +1,8 @@
-// Device contexts, the offscreen buffer and its surfaces, the draw tools of a window, the ring of paint
-// samples.
+// Device contexts, the offscreen buffer and its surfaces, the draw tools of a window.
 #include "Component/Win/WinDeviceContext.h"
 
 #include "Component/Win/UtilsWin.h"
 #include "Component/Win/WinDrawTools.h"
-#include "Component/Win/WinPaintSamples.h"
 #include "Tests/Support/Drawing.h"
 #include "Tests/Support/NativeTestWindow.h"
 
@@ -200,13 +198,4 @@ TEST_F(WinDeviceContext, FlushCopiesTheDirtyRegionOfTheCurrentView) {
   on.fTools.CDrawToolsGlue_FlushToScreen(false);
   EXPECT_EQ((TRect{20, 10, 51, 40}), on.fCanvas.BoundsOf(kRed));
   EXPECT_EQ(kWhite, on.fCanvas.At(35, 25));
-}
-
-TEST_F(WinDeviceContext, PaintSamplesAreARing) {
-  CPaintSamples samples;
-  for (std::uint64_t i = 0; i < 301; ++i) {
-    samples.Add({i, i + 7});
-    ASSERT_EQ(std::min<std::size_t>(i + 1, 100), samples.Get().size());
-    ASSERT_EQ(i + 7, samples.Get()[i % 100].fEndMS);
-  }
 }
