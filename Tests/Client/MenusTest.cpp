@@ -157,7 +157,7 @@ TEST_IN_RUN(MenusTest, Commands) {
     for (const WORD key : keys) SendInputs({KeyInput(key, KEYEVENTF_KEYUP)});
     return fRun.fLog.Take();
   };
-  Open();
+  OpenWithFocusTree();
   Request();
   EXPECT_EQ(Bar().size(), 9u);
   fRecord.fLog.Take();
@@ -165,6 +165,16 @@ TEST_IN_RUN(MenusTest, Commands) {
   Command(0xA002);
   EXPECT_EQ(fRecord.fLog.Take(), "MenuCommand:102");
   EXPECT_EQ(fRun.fLog.Take(), "MenuCommand:102 MenuCommand:102");
+  // First of all along the focus chain, past views that have been released.
+  SetFocus("leaf");
+  EXPECT_EQ(ViewCallsOf([this] { Command(0xA002); }), "leaf:command inner:command outer:command");
+  fRecord.fLog.Take();
+  fRun.fLog.Take();
+  ReleaseView("inner");
+  fViewRecord.fHooks["outer:command"] = Handles();
+  EXPECT_EQ(ViewCallsOf([this] { Command(0xA002); }), "leaf:command outer:command");
+  EXPECT_EQ(fRecord.fLog.Take() + fRun.fLog.Take(), "");
+  ReleaseViews();
   for (const UINT nobodys : {0xA005u, 0xAFFFu, 0xB000u, 0x9000u, 1u, 50002u, 50016u}) Command(nobodys);
   EXPECT_EQ(fRun.fLog.Take(), "");
   fRun.fHooks["MenuCommand"] = Handles();

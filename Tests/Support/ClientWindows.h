@@ -235,6 +235,9 @@ class TestView : public CDefaultViewBehavior {
     fRecord.fMenuBar = &state;
     return fRecord.CallUnlogged(fName + ":menu");
   }
+  TError IViewBehavior_OnMenuCommand(const TMenuCommandEvent&, TFlag& outHandled) override {
+    return fRecord.Call(fName + ":command", "", &outHandled);
+  }
   TError IViewBehavior_Draw(IDrawTools& tools) override {
     ++fDrawCalls;
     fRecord.fTools = &tools;
