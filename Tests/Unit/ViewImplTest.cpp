@@ -93,7 +93,7 @@ TEST_F(ViewTest, EndOfAViewStepByStep) {
 TEST_F(ViewTest, EndOfADeepTree) {
   constexpr int kDepth = 50000;
   std::vector<CViewImpl*> chain = {&fRoot};
-  for (int i = 0; i < kDepth; ++i) chain.push_back(&Make(*chain.back(), ""));
+  for (int i = 0; i < kDepth; ++i) chain.push_back(&Make(*chain.back(), "", TRect{}));
   for (int i = 1; i < kDepth; ++i) chain[i]->IView_Release();
   EXPECT_EQ(1u, fRoot.GetRawSubViews().size());
   chain[kDepth]->IView_Release();
