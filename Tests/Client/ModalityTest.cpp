@@ -1,5 +1,7 @@
 // Dialogs that block the application, or their owner: after each step the real order, which windows can be
 // used, and which is active.
+#include <sstream>
+
 #include "Support/ClientWindows.h"
 
 namespace NSMorvaneTest {
@@ -38,17 +40,34 @@ LRESULT ClickOf(HWND hwnd) {
 
 class ModalityTest : public ClientWindowTest {
  protected:
-  void MakeDocuments() {
-    MakeNamed("doc1", Kind::kDocument, fDoc1);
-    MakeNamed("doc2", Kind::kDocument, fDoc2);
-  }
-  void MakeNamed(const std::string& name, Kind kind, WindowRecord& record, IModalOwner* owner = nullptr,
+  // What is done, and the picture that it gives.
+  using Rows = std::vector<std::pair<const char*, const char*>>;
+
+  // The name tells the kind: doc, modeless, floating; anything else is a modal dialog.
+  void MakeNamed(const std::string& name, const std::string& owner = "",
                  const std::map<std::string, Hook>& hooks = {}) {
+    WindowRecord& record = fWindows[name];
     record = {};
     record.fHooks = hooks;
     record.fHooks["factory"] = [this, name, &record] { fNames[record.fHwnd] = name; };
     record.fHooks["deleted"] = [this, name] { fEnded.Add(name); };
-    Make(kind, record, kWindowStyleBit23, owner);
+    const Kind kind = name.starts_with("doc")        ? Kind::kDocument
+                      : name.starts_with("modeless") ? Kind::kModeless
+                      : name.starts_with("floating") ? Kind::kFloating
+                                                     : Kind::kModal;
+    Make(kind, record, kWindowStyleBit23, owner.empty() ? nullptr : fWindows[owner].fOwner);
+  }
+  // "+A" makes a window, "+A<doc1" one with an owner; "-A" releases it, "^A" brings it to the front.
+  void Do(const std::string& steps) {
+    std::istringstream words(steps);
+    for (std::string word, owner; words >> word; owner.clear()) {
+      const std::size_t bracket = word.find('<');
+      if (bracket != word.npos) owner = word.substr(bracket + 1);
+      const std::string name = word.substr(1, bracket - 1);
+      if (word[0] == '+') MakeNamed(name, owner);
+      if (word[0] == '-') Release(fWindows[name]);
+      if (word[0] == '^') BringToFront(fWindows[name]);
+    }
   }
   // The windows in their order, front first, each with "+" if it can be used; the active one with "*".
   std::string Picture() {
@@ -61,249 +80,189 @@ class ModalityTest : public ClientWindowTest {
     }
     return text;
   }
+  void ExpectPictures(const Rows& rows) {
+    for (const auto& [steps, picture] : rows) {
+      Do(steps);
+      EXPECT_EQ(Picture(), picture) << steps;
+    }
+  }
   // These are in front in this order, and of all windows only the first, which is active, can be used.
   void ExpectBlockedBy(const std::string& front) {
     const std::string picture = Picture();
     EXPECT_EQ(picture.substr(0, front.size()), front);
     EXPECT_EQ(std::count(picture.begin(), picture.end(), '+'), 1) << picture;
   }
-  void MakeModal(const std::string& name, WindowRecord& record, IModalOwner* owner = nullptr) {
-    MakeNamed(name, Kind::kModal, record, owner);
-  }
+  HWND HwndOf(const std::string& name) { return fWindows[name].fHwnd; }
+  std::map<std::string, Hook>& HooksOf(const std::string& name) { return fWindows[name].fHooks; }
 
+  std::map<std::string, WindowRecord> fWindows;
   std::map<HWND, std::string> fNames;
   CallLog fEnded;
-  WindowRecord fDoc1, fDoc2, fModeless, fFloating, fA, fB;
 };
 
 TEST_IN_RUN(ModalityTest, TwoNestedDialogs) {
-  MakeDocuments();
-  MakeNamed("modeless", Kind::kModeless, fModeless);
-  MakeNamed("floating", Kind::kFloating, fFloating);
-  BringToFront(fDoc1);
-  EXPECT_EQ(Picture(), "floating+ doc1+* modeless+ doc2+");
-  MakeModal("A", fA);
-  EXPECT_EQ(Picture(), "A+* doc1 modeless doc2");
-  MakeModal("B", fB);
-  EXPECT_EQ(Picture(), "B+* A doc1 modeless doc2");
+  ExpectPictures({{"+doc1 +doc2 +modeless +floating ^doc1", "floating+ doc1+* modeless+ doc2+"},
+                  {"+A", "A+* doc1 modeless doc2"},
+                  {"+B", "B+* A doc1 modeless doc2"}});
   Turn();
   // However another window is to be activated, it ends with the newest dialog in front.
-  fDoc2.fLog.Take();
-  for (const HWND hwnd : {fDoc2.fHwnd, fA.fHwnd, fModeless.fHwnd}) {
-    SetForegroundWindow(hwnd);
+  fWindows["doc2"].fLog.Take();
+  for (const char* name : {"doc2", "A", "modeless"}) {
+    SetForegroundWindow(HwndOf(name));
     ExpectBlockedBy("B+* A ");
-    SetWindowPos(hwnd, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+    SetWindowPos(HwndOf(name), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
     ExpectBlockedBy("B+* A ");
   }
-  EXPECT_EQ(fDoc2.fLog.Count("ActivationChanged:1"), 0);
-  // The newest dialog flashes when another window is clicked, the other dialog included.
-  const FrameChanges frame(fB.fHwnd);
-  for (const HWND hwnd : {fA.fHwnd, fDoc1.fHwnd}) {
-    PutAt(HWND_BOTTOM, fB);
+  EXPECT_EQ(fWindows["doc2"].fLog.Count("ActivationChanged:1"), 0);
+  // The newest dialog flashes when another window is clicked, the other dialog included; not when it is
+  // clicked itself, which puts the windows in order and swallows nothing.
+  const FrameChanges frame(HwndOf("B"));
+  for (const std::string name : {"A", "doc1", "B"}) {
+    Turn();
+    PutAt(HWND_BOTTOM, fWindows["B"]);
     frame.Take();
-    EXPECT_EQ(ClickOf(hwnd), 0);
-    EXPECT_GT(frame.Take(), 0) << fNames[hwnd];
+    const LRESULT result = ClickOf(HwndOf(name));
+    EXPECT_TRUE(name == "B" || result == 0);
+    EXPECT_EQ(frame.Take() > 0, name != "B") << name;
     ExpectBlockedBy("B+* A ");
   }
   // So it is with a real click.
-  SetWindowPos(fDoc1.fHwnd, nullptr, 600, 100, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  SetWindowPos(HwndOf("doc1"), nullptr, 600, 100, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
   Click({750, 250}, {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP});
   EXPECT_TRUE(YieldUntil([&] { return frame.Take() > 0; }));
   ExpectBlockedBy("B+* A ");
-  // It does not when it is clicked itself, which puts the windows in order and swallows nothing.
-  Turn();
-  PutAt(HWND_BOTTOM, fB);
-  frame.Take();
-  ClickOf(fB.fHwnd);
-  ExpectBlockedBy("B+* A ");
-  EXPECT_EQ(frame.Take(), 0);
 
-  Release(fB);
-  EXPECT_EQ(Picture(), "A+* modeless doc2 doc1");
-  SendMessageW(fA.fHwnd, WM_SYSCOMMAND, SC_MINIMIZE, 0);
-  EXPECT_FALSE(IsIconic(fA.fHwnd));
-  Release(fA);
-  EXPECT_EQ(Picture(), "floating+ modeless+* doc2+ doc1+");
-  Release(fModeless);
-  Release(fFloating);
+  ExpectPictures({{"-B", "A+* modeless doc2 doc1"}});
+  SendMessageW(HwndOf("A"), WM_SYSCOMMAND, SC_MINIMIZE, 0);
+  EXPECT_FALSE(IsIconic(HwndOf("A")));
+  ExpectPictures({{"-A", "floating+ modeless+* doc2+ doc1+"}, {"-modeless -floating", "doc2+* doc1+"}});
 }
 
 // Dialogs end in any order, and can be opened while another one ends.
 TEST_IN_RUN(ModalityTest, DialogsBeginAndEnd) {
-  MakeDocuments();
-  MakeModal("A", fA);
-  MakeModal("B", fB);
-  Release(fA);
-  EXPECT_EQ(Picture(), "B+* doc2 doc1");
-  MakeModal("A", fA);
-  EXPECT_EQ(Picture(), "A+* B doc2 doc1");
-  MakeNamed("late", Kind::kModeless, fModeless);  // a window that comes later is blocked, too
-  EXPECT_EQ(Picture(), "A+* B late doc2 doc1");
-  MakeNamed("floating", Kind::kFloating, fFloating);  // and one that floats waits
-  EXPECT_EQ(Picture(), "A+* B late doc2 doc1");
-  Release(fA);
-  EXPECT_EQ(Picture(), "B+* late doc2 doc1");
-  Release(fB);
-  EXPECT_EQ(Picture(), "floating+ late+* doc2+ doc1+");
-  Release(fModeless);
-  Release(fFloating);
-
-  MakeModal("A", fA);
-  fDoc2.fHooks["ActivationChanged:1"] = [this] {
-    fDoc2.fHooks.clear();
-    MakeModal("B", fB);
+  ExpectPictures({{"+doc1 +doc2 +A +B -A", "B+* doc2 doc1"},
+                  {"+A", "A+* B doc2 doc1"},
+                  {"+modeless", "A+* B modeless doc2 doc1"},  // a window that comes later is blocked, too
+                  {"+floating", "A+* B modeless doc2 doc1"},  // and one that floats waits
+                  {"-A", "B+* modeless doc2 doc1"},
+                  {"-B", "floating+ modeless+* doc2+ doc1+"},
+                  {"-modeless -floating +A", "A+* doc2 doc1"}});
+  HooksOf("doc2")["ActivationChanged:1"] = [this] {
+    HooksOf("doc2").clear();
+    Do("+B");
   };
-  Release(fA);
-  EXPECT_EQ(Picture(), "B+* doc2 doc1");
-  Release(fB);
-  EXPECT_EQ(Picture(), "doc2+* doc1+");
+  ExpectPictures({{"-A", "B+* doc2 doc1"}, {"-B", "doc2+* doc1+"}});
 
   // A client ends the dialog from whatever it is told while the dialog appears.
-  const Hook end = [this] { return fA.fRelease ? std::exchange(fA.fRelease, nullptr)() : kOK; };
-  for (IModalOwner* const owner : {static_cast<IModalOwner*>(nullptr), fDoc1.fOwner}) {
+  WindowRecord& dialog = fWindows["A"];
+  const Hook end = [&] { return dialog.fRelease ? std::exchange(dialog.fRelease, nullptr)() : kOK; };
+  for (const std::string owner : {"", "doc1"}) {
     // The active window is the owner, if there is one.
-    const std::string expected = owner ? "doc2+ doc1+*" : "doc2+* doc1+";
-    fEnded.Take();
-    MakeNamed("A", Kind::kModal, fA, owner, {{"ActivationChanged:1", end}});
+    const std::string expected = owner.empty() ? "doc2+* doc1+" : "doc2+ doc1+*";
+    MakeNamed("A", owner, {{"ActivationChanged:1", end}});
     EXPECT_EQ(Picture(), expected);
-    BringToFront(fDoc2);
-    fDoc2.fHooks["ActivationChanged:0"] = end;
-    MakeModal("A", fA, owner);
-    fDoc2.fHooks.clear();
+    Do("^doc2");
+    HooksOf("doc2")["ActivationChanged:0"] = end;
+    MakeNamed("A", owner);
+    HooksOf("doc2").clear();
     EXPECT_EQ(Picture(), expected);
-    EXPECT_EQ(fEnded.Take(), "A A");
   }
 }
 
 // A dialog with an owner blocks that one only; one without an owner then blocks the dialog.
 TEST_IN_RUN(ModalityTest, DialogsOfOwners) {
-  MakeDocuments();
-  MakeNamed("modeless", Kind::kModeless, fModeless);
-  MakeModal("owned", fA, fModeless.fOwner);
-  EXPECT_EQ(GetWindow(fA.fHwnd, GW_OWNER), fModeless.fHwnd);
-  EXPECT_EQ(Picture(), "owned+* modeless doc2+ doc1+");
-  BringToFront(fDoc1);
-  EXPECT_EQ(Picture(), "doc1+* owned+ modeless doc2+");
-  MakeModal("B", fB);
-  EXPECT_EQ(Picture(), "B+* doc1 owned modeless doc2");
-  Release(fB);
-  EXPECT_EQ(Picture(), "doc1+* owned+ modeless doc2+");
-  BringToFront(fA);
-  Release(fA);
-  EXPECT_EQ(Picture(), "doc1+ modeless+* doc2+");
-  Release(fModeless);
-
-  // The last of two frees the owner.
-  MakeModal("A", fA, fDoc1.fOwner);
-  MakeModal("B", fB, fDoc1.fOwner);
-  Release(fA);
-  Turn();
-  EXPECT_FALSE(IsWindowEnabled(fDoc1.fHwnd));
-  Release(fB);
-  Turn();
-  EXPECT_TRUE(IsWindowEnabled(fDoc1.fHwnd));
+  Do("+doc1 +doc2 +modeless +A<modeless");
+  EXPECT_EQ(GetWindow(HwndOf("A"), GW_OWNER), HwndOf("modeless"));
+  ExpectPictures({{"", "A+* modeless doc2+ doc1+"},
+                  {"^doc1", "doc1+* A+ modeless doc2+"},
+                  {"+B", "B+* doc1 A modeless doc2"},
+                  {"-B", "doc1+* A+ modeless doc2+"},
+                  {"^A -A", "doc1+ modeless+* doc2+"},
+                  // The last of two frees the owner.
+                  {"-modeless +A<doc1 +B<doc1 -A", "B+* doc1 doc2+"},
+                  {"-B", "doc1+* doc2+"}});
 
   // The user can get at an owner that its dialog blocks, and the end of another dialog must not free it.
-  MakeModal("A", fA, fDoc1.fOwner);
+  Do("+A<doc1");
   for (const bool isMinimized : {false, true}) {
-    if (isMinimized) ShowWindow(fDoc1.fHwnd, SW_MINIMIZE);
-    SetForegroundWindow(fDoc1.fHwnd);
-    SetActiveWindow(fDoc1.fHwnd);
-    MakeModal("B", fB);
+    if (isMinimized) ShowWindow(HwndOf("doc1"), SW_MINIMIZE);
+    SetForegroundWindow(HwndOf("doc1"));
+    SetActiveWindow(HwndOf("doc1"));
+    Do("+B");
     ExpectBlockedBy("B+* ");
-    Release(fB);
-    EXPECT_FALSE(IsWindowEnabled(fDoc1.fHwnd));
-    EXPECT_TRUE(IsWindowEnabled(fA.fHwnd));
-    EXPECT_TRUE(IsWindowEnabled(fDoc2.fHwnd));
+    Do("-B");
+    EXPECT_FALSE(IsWindowEnabled(HwndOf("doc1")));
+    EXPECT_TRUE(IsWindowEnabled(HwndOf("A")) && IsWindowEnabled(HwndOf("doc2")));
   }
   // Nor does the end of its own dialog free it while another one blocks the application.
-  MakeModal("B", fB);
-  Release(fA);
+  Do("+B -A");
   ExpectBlockedBy("B+* ");
-  Release(fB);
-  EXPECT_TRUE(IsWindowEnabled(fDoc1.fHwnd));
-  ShowWindow(fDoc1.fHwnd, SW_RESTORE);
+  Do("-B");
+  EXPECT_TRUE(IsWindowEnabled(HwndOf("doc1")));
+  ShowWindow(HwndOf("doc1"), SW_RESTORE);
 
   // A dialog whose answer opens the next one: that blocks the owner, which the first one has just freed.
-  MakeNamed("A", Kind::kModal, fA, fDoc1.fOwner, {{"RequestClose", [this] {
-                                                     const TError error = fA.fRelease();
-                                                     MakeModal("B", fB);
-                                                     return error;
-                                                   }}});
-  SendMessageW(fA.fHwnd, WM_CLOSE, 0, 0);
+  const auto close = [this](const Hook& onClose) {
+    MakeNamed("A", "doc1", {{"RequestClose", onClose}});
+    SendMessageW(HwndOf("A"), WM_CLOSE, 0, 0);
+  };
+  close([this] { Do("-A +B"); });
   ExpectBlockedBy("B+* ");
-  Release(fB);
-  EXPECT_TRUE(IsWindowEnabled(fDoc1.fHwnd));
-
-  // The client is called while the dialog is being moved out of sight, and ends the owner, too.
-  MakeModal("A", fA, fDoc1.fOwner);
-  fA.fHooks["PlacementChanged"] = [this] { return fDoc1.fRelease(); };
-  Release(fA);
-  EXPECT_EQ(Picture(), "doc2+*");
+  Do("-B");
+  EXPECT_TRUE(IsWindowEnabled(HwndOf("doc1")));
   // As after the question whether to save: the dialog ends in a message of its own, and its owner at once.
-  MakeNamed("doc1", Kind::kDocument, fDoc1);
   fEnded.Take();
-  const Hook endBoth = [this] { return fA.fRelease() == kOK ? fDoc1.fRelease() : kOtherError; };
-  MakeNamed("A", Kind::kModal, fA, fDoc1.fOwner, {{"RequestClose", endBoth}});
-  SendMessageW(fA.fHwnd, WM_CLOSE, 0, 0);
+  close([this] { Do("-A -doc1"); });
   EXPECT_EQ(fEnded.Take(), "doc1 A");
-  EXPECT_EQ(Picture(), "doc2+*");
+  // The client is called while the dialog is being moved out of sight, and ends the owner, too.
+  Do("+doc1 +A<doc1");
+  HooksOf("A")["PlacementChanged"] = [this] { Do("-doc1"); };
+  ExpectPictures({{"-A", "doc2+*"}});
 }
 
 TEST_F(ModalityTest, QuittingClosesTheNewestDialogFirst) {
   RunFrom([this] {
-    MakeDocuments();
-    MakeModal("A", fA);
-    MakeModal("B", fB);
+    Do("+doc1 +doc2 +A +B");
     Then([this] { Quit(); });
   });
   EXPECT_EQ(fEnded.Take(), "B A doc2 doc1");
-  EXPECT_EQ(fB.fLog.Count("RequestClose:1"), 1);
+  EXPECT_EQ(fWindows["B"].fLog.Count("RequestClose:1"), 1);
 }
 
 // All windows come back from the task bar only if all are there.
 TEST_IN_RUN(ModalityTest, AMinimizedApplication) {
-  const auto openAndEnd = [this] {
-    MakeModal("A", fA);
-    EXPECT_EQ(GetActiveWindow(), fA.fHwnd);
-    const int minimized = IsIconic(fDoc1.fHwnd) + IsIconic(fDoc2.fHwnd);
-    Release(fA);
+  Do("+doc1 +doc2");
+  const auto minimizedIn = [this](const std::vector<std::string>& names) {
+    for (const std::string& name : names) ShowWindow(HwndOf(name), SW_MINIMIZE);
+    Do("+A");
+    EXPECT_EQ(GetActiveWindow(), HwndOf("A"));
+    const int minimized = IsIconic(HwndOf("doc1")) + IsIconic(HwndOf("doc2"));
+    Do("-A");
     return minimized;
   };
-  MakeDocuments();
-  ShowWindow(fDoc1.fHwnd, SW_MINIMIZE);
-  EXPECT_EQ(openAndEnd(), 1);
-  ShowWindow(fDoc2.fHwnd, SW_MINIMIZE);
-  EXPECT_EQ(openAndEnd(), 0);
+  EXPECT_EQ(minimizedIn({"doc1"}), 1);
+  EXPECT_EQ(minimizedIn({"doc2"}), 0);
   // One that is ended because another one comes back is passed over.
-  ShowWindow(fDoc1.fHwnd, SW_MINIMIZE);
-  ShowWindow(fDoc2.fHwnd, SW_MINIMIZE);
-  for (WindowRecord* const doc : {&fDoc1, &fDoc2}) {
-    WindowRecord* const other = doc == &fDoc1 ? &fDoc2 : &fDoc1;
-    doc->fHooks["PlacementChanged"] = [=] {
-      return IsIconic(doc->fHwnd) || !IsWindow(other->fHwnd) ? kOK : other->fRelease();
+  for (const auto& [doc, other] : {std::pair{"doc1", "doc2"}, {"doc2", "doc1"}})
+    HooksOf(doc)["PlacementChanged"] = [=, this] {
+      return IsIconic(HwndOf(doc)) || !IsWindow(HwndOf(other)) ? kOK : fWindows[other].fRelease();
     };
-  }
   fEnded.Take();
-  EXPECT_EQ(openAndEnd(), 0);
+  EXPECT_EQ(minimizedIn({"doc1", "doc2"}), 0);
   EXPECT_EQ(fEnded.Take().size(), 6u) << "a document, then A";
 }
 
 TEST_IN_RUN(ModalityTest, ForeignWindowsAreLeftAlone) {
-  HWND foreign[2];
-  for (HWND& hwnd : foreign)
-    hwnd = CreateWindowExW(0, L"STATIC", L"Foreign", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10, 80, 80,
-                           nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
-  EnableWindow(foreign[1], FALSE);
-  MakeDocuments();
-  MakeModal("A", fA);
-  EXPECT_TRUE(IsWindowEnabled(foreign[0]));
-  EXPECT_FALSE(IsWindowEnabled(fDoc1.fHwnd));
-  Release(fA);
-  EXPECT_TRUE(IsWindowEnabled(foreign[0]));
-  EXPECT_FALSE(IsWindowEnabled(foreign[1]));
-  EXPECT_TRUE(IsWindowEnabled(fDoc1.fHwnd));
-  for (const HWND hwnd : foreign) DestroyWindow(hwnd);
+  for (const DWORD disabled : {0l, WS_DISABLED}) {
+    const HWND foreign =
+        CreateWindowExW(0, L"STATIC", L"Foreign", WS_OVERLAPPEDWINDOW | WS_VISIBLE | disabled, 10, 10, 80, 80,
+                        nullptr, nullptr, nullptr, nullptr);
+    Do("+A");
+    EXPECT_EQ(IsWindowEnabled(foreign), !disabled);
+    Do("-A");
+    EXPECT_EQ(IsWindowEnabled(foreign), !disabled);
+    DestroyWindow(foreign);
+  }
 }
 
 }  // namespace NSMorvaneTest

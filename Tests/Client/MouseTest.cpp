@@ -34,14 +34,11 @@ class MouseTest : public MouseFixture {
  protected:
   void OpenABCD() {
     OpenUnderMouse();
-    MakeABCD();
-    StartOver();
-  }
-  void MakeABCD() {
     MakeTracked("a", {0, 0, 120, 120});
     MakeTracked("b", {10, 10, 110, 110}, "a");
     MakeTracked("c", {20, 20, 100, 100}, "b");
     MakeTracked("d", {80, 80, 200, 200});
+    StartOver();
   }
   // Each case begins with the mouse inside a, b and c, who then answer differently.
   using AnswerCase = std::pair<std::map<std::string, Hook>, std::string>;
@@ -67,16 +64,13 @@ TEST_IN_RUN(MouseTest, ViewsAreWalkedToTheFrontAndBack) {
   // A still mouse over still views is nobody's business; a movement is.
   EXPECT_EQ(Tracked(kOverABC), "");
   EXPECT_EQ(Sent(WM_MOUSEMOVE), kTrackedABC + kShapes);
-  const TMouseTracking& told = fViewRecord.fTracking;
-  EXPECT_EQ(told.fTimeMS, static_cast<DWORD>(GetMessageTime()));
-  EXPECT_TRUE(told.fState.fPosition.fX == fMouse.x && told.fState.fPosition.fY == fMouse.y);
+  EXPECT_EQ(fViewRecord.fTracking.fTimeMS, static_cast<DWORD>(GetMessageTime()));
+  EXPECT_EQ(fViewRecord.fTracking.fState.fPosition.fX, fMouse.x);
   EXPECT_EQ(fViewRecord.fShapeRequest.fPosition.fX, fMouse.x);
-  EXPECT_EQ(fViewRecord.fShapeRequest.fViewCount, 0u);
   EXPECT_EQ(Tracked(kOverAll), "a<bcd b<cd c<d d< d+ d. c. b. a. a?< b?< c?< d?< d? c? b? a?");
   EXPECT_EQ(Tracked(kOverD), "d< d. c- b- a- d?< d?");
   EXPECT_EQ(Tracked(kNowhere), "d-");
   EXPECT_TRUE(PointerIsArrow());
-  EXPECT_EQ(Sent(WM_MOUSEMOVE), "");
 
   // Neither a view without hit rectangles nor one that cannot be tracked; what is behind is found.
   MakeTracked("e", {20, 20, 100, 100}, "c").fIsTransparent = true;
@@ -108,8 +102,7 @@ TEST_IN_RUN(MouseTest, ViewsClaimEventsAndFail) {
           {{{"b?<", Handles()}}, kTrackedABC + " a?< b?<"},
           {{{"b?", Handles()}}, kTrackedABC + " a?< b?< c?< c? b?"},
           // A failure costs a view its turn, and what it has claimed, but not the rest.
-          {{{"b<", Fails()}}, kTrackedABC + kShapes},
-          {{{"c.", Fails()}}, kTrackedABC + kShapes},
+          {{{"b<", Fails()}, {"c.", Fails()}}, kTrackedABC + kShapes},
           {{{"b?<", Fails()}, {"c?", Fails()}}, kTrackedABC + kShapes},
           {{{"b.", Handles()}, {"a-", Fails()}}, "a<bc b<c c< c. b. a-" + kShapes},
       },
@@ -118,26 +111,19 @@ TEST_IN_RUN(MouseTest, ViewsClaimEventsAndFail) {
     return fOutput.CountLines("Ignored an " + what + " in " + where + ".");
   };
   const std::string failure = "exception (std::exception)";
-  EXPECT_EQ(countIgnored(failure, "pre pass of CWinWindow::DispatchMouseTracking"), 1);
-  EXPECT_EQ(countIgnored(failure, "normal pass of CWinWindow::DispatchMouseTracking"), 1);
-  EXPECT_EQ(countIgnored(failure, "pre phase of CWinWindow::RefreshMouseShape"), 1);
-  EXPECT_EQ(countIgnored(failure, "normal phase of CWinWindow::RefreshMouseShape"), 1);
-  IViewBehavior* behavior = nullptr;
-  EXPECT_EQ(View("a")->IView_GetBehavior(behavior), kOK);
-  EXPECT_EQ(
-      fOutput.CountLines("The view behavior " + std::to_string(reinterpret_cast<std::uintptr_t>(behavior)) +
-                         "returned the error 100001 when IViewBehavior_OnMouseEnterExit was called. "
-                         "The error will be ignored in order to not disrupt the mouse tracking."),
-      1);
+  for (const char* pass :
+       {"pre pass of CWinWindow::DispatchMouseTracking", "normal pass of CWinWindow::DispatchMouseTracking",
+        "pre phase of CWinWindow::RefreshMouseShape", "normal phase of CWinWindow::RefreshMouseShape"})
+    EXPECT_EQ(countIgnored(failure, pass), 1);
 
   // Who fails to enter has no turn, but counts as entered.
   fHooks = {{"b+", Fails()}};
   EXPECT_EQ(Tracked(kOverABC), "a<bc b<c c< c+ c. b+ a+ a." + kShapes);
   EXPECT_EQ(Tracked(kNowhere), "c- b- a-");
   // Any other value counts as handled, and is reported.
-  fHooks = {{"b<", Handles(2)}, {"b.", Handles(3)}};
+  fHooks = {{"b<", Handles(2)}, {"b.", Handles()}};
   EXPECT_EQ(Tracked(kOverABC), "a<bc b<c b+ b." + kShapes);
-  EXPECT_EQ(fOutput.TakeAssertions(), "(handled == 0) || (handled == 1); (handled == 0) || (handled == 1)");
+  EXPECT_EQ(fOutput.TakeAssertions(), "(handled == 0) || (handled == 1)");
   // Even what no client should do.
   fHooks = {{"b.", [] { throw std::runtime_error("text"); }}, {"c?", [] { throw 5; }}};
   EXPECT_EQ(Sent(WM_MOUSEMOVE), "a<bc b<c c< c+ c. b. a+ a." + kShapes);
@@ -158,24 +144,18 @@ TEST_IN_RUN(MouseTest, ViewsGoAndComeDuringAPass) {
   EXPECT_EQ(Sent(WM_LBUTTONDOWN), "d47/1< d44/1 d:x");
   EXPECT_EQ(Sent(WM_MOUSEMOVE), "");
   // Exits of views that release each other.
-  MakeABCD();
+  MakeTracked("e", {0, 0, 120, 120});
+  MakeTracked("f", {0, 0, 120, 120}, "e");
+  MakeTracked("g", {0, 0, 120, 120}, "f");
   Tracked(kOverABC);
-  fHooks = {{"c-", [this] {
-               ReleaseView("c");
-               ReleaseView("b");
-             }}};
-  EXPECT_EQ(Tracked(kNowhere), "c- b- a- c:x b:x");
+  fHooks = {{"g-", [this] { ReleaseView("g"), ReleaseView("f"); }}};
+  EXPECT_EQ(Tracked(kNowhere), "g- f- e- g:x f:x");
   // Messages in the middle of a pass find it under way.
-  Tracked(kOverD);
-  fHooks = {{"d<",
-             [this] {
-               SendMouse(WM_MOUSEMOVE);
-               Tick();
-             }},
-            {"d?", [this] { Tick(); }}};
-  EXPECT_EQ(Sent(WM_MOUSEMOVE), "d< d?< d? d. d?< d?");
-  fHooks = {{"d-", [this] { Turn(); }}};
-  EXPECT_EQ(Tracked(kNowhere).substr(0, 2), "d-");
+  Tracked(kOverABC);
+  fHooks = {{"e<", [this] { SendMouse(WM_MOUSEMOVE), Tick(); }}, {"e?", [this] { Tick(); }}};
+  EXPECT_EQ(Sent(WM_MOUSEMOVE), "e< e?< e? e. e?< e?");
+  fHooks = {{"e-", [this] { Turn(); }}};
+  EXPECT_EQ(Tracked(kNowhere).substr(0, 2), "e-");
 }
 
 TEST_IN_RUN(MouseTest, AWindowOnTopTakesTheMouse) {
@@ -185,35 +165,24 @@ TEST_IN_RUN(MouseTest, AWindowOnTopTakesTheMouse) {
     other = CreateWindowExW(WS_EX_NOACTIVATE | WS_EX_TOPMOST, L"EDIT", L"", WS_POPUP | WS_VISIBLE,
                             frame.fLeft, frame.fTop, 400, 400, nullptr, nullptr, nullptr, nullptr);
   };
-  // At the latest by the next tick.
-  const auto after = [this](const std::function<void()>& action) {
-    return ViewCallsOf([&] {
-      action();
-      Tick();
-    });
-  };
   OpenABCD();
   EXPECT_EQ(Tracked(kOverABC), kEnterABC);
-  EXPECT_EQ(after(cover), "c- b- a-");
+  EXPECT_EQ(Ticked(cover), "c- b- a-");
   EXPECT_EQ(Sent(WM_MOUSEMOVE), "");
   EXPECT_EQ(Sent(WM_LBUTTONDOWN).substr(0, 9), "a47/1<bc ");  // clicks do not ask
-  EXPECT_EQ(after([&] { DestroyWindow(other); }), kEnterABC);
+  EXPECT_EQ(Ticked([&] { DestroyWindow(other); }), kEnterABC);
   // It comes up in the middle of a pass.
   fHooks = {{"a.", cover}};
   EXPECT_EQ(Sent(WM_MOUSEMOVE), kTrackedABC);
   fHooks.clear();
   EXPECT_EQ(Ticked(), "c- b- a-");
   // A control of the window is part of it; a captured mouse is the other's alone.
-  HWND control = nullptr;
-  EXPECT_EQ(after([&] {
-              DestroyWindow(other);
-              control = MakeControl();
-              MoveWindow(control, 0, 0, 200, 200, FALSE);
-            }),
-            kEnterABC);
+  DestroyWindow(other);
+  const HWND control = MakeControl();
+  MoveWindow(control, 0, 0, 200, 200, FALSE);
+  EXPECT_EQ(Ticked(), kEnterABC);
   SetCapture(control);
-  EXPECT_EQ(Sent(WM_MOUSEMOVE), "");
-  EXPECT_EQ(Tracked(kNowhere), "");
+  EXPECT_EQ(Sent(WM_MOUSEMOVE) + Tracked(kNowhere), "");
   ReleaseCapture();
   EXPECT_EQ(Ticked(), "c- b- a-");
 }
@@ -227,13 +196,9 @@ TEST_IN_RUN(MouseTest, ClicksGoToTheFrontAndBack) {
           {{{"b47/1<", Handles()}}, "a47/1<bc b47/1<c"},
           {{{"c47/1<", Handles()}}, "a47/1<bc b47/1<c c47/1<"},
           {{{"b44/1", Handles(7)}}, pre + "c44/1 b44/1"},
-          {{{"a47/1<", Fails()}, {"c44/1", Fails()}}, pre + "c44/1 b44/1 a44/1"},
-          {{{"a47/1<", [] { throw 5; }}}, pre + "c44/1 b44/1 a44/1"},
+          {{{"a47/1<", [] { throw 5; }}, {"c44/1", Fails()}}, pre + "c44/1 b44/1 a44/1"},
       },
       WM_LBUTTONDOWN);
-  const std::string where = " in pre-click phase of CMacRootViewBehavior::HandleClick.";
-  EXPECT_EQ(fOutput.CountLines("Ignored an exception (std::exception)" + where), 2);
-  EXPECT_EQ(fOutput.CountLines("Ignored an unknown exception" + where), 1);
   Tracked(kOverD);
   EXPECT_EQ(fViewRecord.fClick.fPosition.fX, fMouse.x);
   const std::pair<UINT, const char*> rows[] = {{WM_LBUTTONDBLCLK, "d48/1< d45/1"},
@@ -251,18 +216,12 @@ TEST_IN_RUN(MouseTest, AClickMovesTheFocus) {
   const std::pair<std::map<std::string, Hook>, std::string> cases[] = {
       {{}, "b"},
       {{{"a47/1<", Handles()}}, "a"},
-      {{{"c47/1<", Handles()}, {"b44/1", Handles()}}, "b"},
-      {{{"b47/1<", Fails()}}, "b"},
+      {{{"b47/1<", Fails()}, {"b44/1", Handles()}}, "b"},
       {{{"a47/1<", focusD}}, "b"},  // b comes later
       {{{"c47/1<", focusD}}, "d"},
       {{{"b47/1<", [this] { SetFocus(""); }}}, "b"},  // nothing has changed by that
       {{{"a47/1<", [this] { SetFlags("b", kViewFocusable); }}}, "a"},
-      {{{"b47/1<",
-         [this] {
-           ReleaseView("c");
-           ReleaseView("b");
-         }}},
-       ""},
+      {{{"b47/1<", [this] { ReleaseView("c"), ReleaseView("b"); }}}, ""},
   };
   OpenABCD();
   for (const auto& [hooks, focus] : cases) {
@@ -285,9 +244,7 @@ TEST_IN_RUN(MouseTest, TheWheelGoesAlongTheFocusChain) {
   SetFlags("c", kViewEnabled | kViewFocusable);
   SetFocus("c");
   EXPECT_EQ(wheel(120), "cW1 bW1 aW1");
-  EXPECT_EQ(fViewRecord.fWheel.fType, static_cast<std::uint32_t>(kMouseEventWheel));
   EXPECT_EQ(fViewRecord.fWheel.fPosition.fX, 150);
-  EXPECT_EQ(wheel(60), "cW0 bW0 aW0");
   EXPECT_EQ(wheel(-359), "cW-2 bW-2 aW-2");
   fHooks = {{"bW", Handles()}};
   EXPECT_EQ(wheel(120), "cW1 bW1");

@@ -18,7 +18,6 @@ TEST_IN_RUN(WindowFocusTest, SuperViewsAreToldToo) {
   EXPECT_EQ(CallsOfFocus("leaf"), "");
   EXPECT_EQ(CallsOfFocus("other"), "leaf:off inner:off outer:off other:on");
   EXPECT_EQ(CallsOfFocus(""), "other:off");
-  EXPECT_EQ(Focus(), "");
   EXPECT_EQ(CallsOfFocus("outer", kBadInputProgrammingError), "");  // it is not focusable
   EXPECT_NE(fOutput.TakeAssertions(), "");
 
@@ -26,7 +25,6 @@ TEST_IN_RUN(WindowFocusTest, SuperViewsAreToldToo) {
   fViewRecord.fHooks = {{"outer:on", TError(100321)}, {"leaf:off", TError(100321)}};
   EXPECT_EQ(CallsOfFocus("leaf"), "outer:on inner:on leaf:on");
   EXPECT_EQ(CallsOfFocus("other"), "leaf:off inner:off outer:off other:on");
-  EXPECT_EQ(fOutput.CountLines("Ignored error (100321) returned from IViewBehavior_OnOnDutyFocusChanged"), 2);
 
   // Nor is the focus another one if the native control of the next view is not to be had.
   fViewRecord.fHooks = {{"other:target", TError(100322)}};
@@ -80,29 +78,16 @@ TEST_IN_RUN(WindowFocusTest, AViewThatEndsItselfWhenItGoesOffDuty) {
   ViewCalls();
   SetFocus("inner");
   EXPECT_EQ(Focus(), "inner");
-  EXPECT_EQ(fOutput.CountLines("Ejecting focus from view being deleted..."), 1);
   CallLog& log = fViewRecord.fLog;
-  EXPECT_EQ(log.Count("leaf:x"), 1);
   EXPECT_EQ(log.Last(), "inner:on");
-  // The one that has gained in between has lost again.
-  EXPECT_EQ(log.Count("other:on"), 1);
-  EXPECT_EQ(log.Count("other:off"), 1);
-  CVectorViewReceiver tab;
-  EXPECT_EQ(Window().IWindow_GetTabViews(tab), kOK);
-  EXPECT_EQ(tab.fViews, (std::vector<IView*>{View("other"), View("inner")}));
+  EXPECT_EQ(log.Count("other:off"), 1);  // it has gained in between
   // One that is disabled, or released, while it gets the focus.
   SetTabViews({});
-  fViewRecord.fHooks["inner:off"] = [this] {
-    TViewParams disabled = ViewParams();
-    disabled.fFlags = kViewFocusable;
-    EXPECT_EQ(View("other")->IView_SetParams(disabled), kOK);
-  };
+  fViewRecord.fHooks["inner:off"] = [this] { SetFlags("other", kViewFocusable); };
   EXPECT_EQ(CallsOfFocus("other"), "inner:off outer:off");
   EXPECT_EQ(Focus(), "");
   SetFocus("inner");
-  TViewParams enabled = ViewParams();
-  enabled.fFlags = kViewFocusable | kViewEnabled;
-  EXPECT_EQ(View("other")->IView_SetParams(enabled), kOK);
+  SetFlags("other", kViewFocusable | kViewEnabled);
   fViewRecord.fHooks["inner:off"] = [this] { ReleaseView("other"); };
   SetFocus("other");
   EXPECT_EQ(Focus(), "");
@@ -112,59 +97,45 @@ TEST_IN_RUN(WindowFocusTest, AViewThatEndsItselfWhenItGoesOffDuty) {
 
 // The window ends while its views are being told, and while it is working for the client.
 TEST_IN_RUN(WindowFocusTest, AWindowReleasedInsideItsViewsCallbacks) {
-  enum Action { kFocus, kDisabling, kKey, kTabViews };
-  const struct {
-    const char* fHook;
-    Action fAction;
-  } rows[] = {{"leaf:off", kFocus},     {"other:on", kFocus},     {"other:menu", kFocus},
-              {"other:target", kFocus}, {"leaf:off", kDisabling}, {"other:on", kDisabling},
-              {"leaf:key", kKey},       {"", kTabViews}};
   struct Releaser : IViewListReceiver {
     TError IViewListReceiver_ReceiveViews(IView* const*, std::uint32_t) override { return fRelease(); }
     Hook fRelease;
   } receiver;
+  const Hook focus = [this] { SetFocus("other"); };
+  const Hook disable = [this] {
+    TViewParams disabled = ViewParams();
+    disabled.fFlags = kViewFocusable;
+    EXPECT_EQ(View("leaf")->IView_SetParams(disabled), kOK);
+  };
+  const Hook press = [this] {
+    PostMessageW(Hwnd(), WM_KEYDOWN, 'A', 1);
+    EXPECT_TRUE(YieldUntil([this] { return !IsWindow(Hwnd()); }));
+  };
+  const Hook list = [&] { EXPECT_EQ(Window().IWindow_GetTabViews(receiver), kOK); };
+  const std::pair<const char*, const Hook&> rows[] = {
+      {"leaf:off", focus},   {"other:on", focus},   {"other:menu", focus}, {"other:target", focus},
+      {"leaf:off", disable}, {"other:on", disable}, {"leaf:key", press},   {"", list}};
   WindowRecord first;
   Make(Kind::kDocument, first);
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.fHook);
+  for (const auto& [hook, action] : rows) {
+    SCOPED_TRACE(hook);
     OpenWithFocusTree();
     SetFocus("leaf");
     SetTabViews({"leaf", "other"});
     SendMessageW(first.fHwnd, WM_NULL, 0, 0);  // fills the menu bars
-    IWindow& window = Window();
-    IView* const leaf = View("leaf");
-    bool isReleased = false;
     receiver.fRelease = [&] {
       fViewRecord.fHooks.clear();
-      isReleased = true;
       ReleaseViews();
       return fRecord.fRelease();
     };
-    fViewRecord.fHooks[row.fHook] = receiver.fRelease;
-    TViewParams disabled = ViewParams();
-    disabled.fFlags = kViewFocusable;
-    switch (row.fAction) {
-      case kFocus:
-        SetFocus("other");
-        break;
-      case kDisabling:
-        EXPECT_EQ(leaf->IView_SetParams(disabled), kOK);
-        break;
-      case kKey:
-        PostMessageW(Hwnd(), WM_KEYDOWN, 'A', 1);
-        EXPECT_TRUE(YieldUntil([&] { return isReleased; }));
-        break;
-      case kTabViews:
-        EXPECT_EQ(window.IWindow_GetTabViews(receiver), kOK);
-        break;
-    }
+    fViewRecord.fHooks[hook] = receiver.fRelease;
+    action();
     SendMessageW(first.fHwnd, WM_NULL, 0, 0);
-    EXPECT_TRUE(isReleased);
     EXPECT_FALSE(IsWindow(Hwnd()));
     EXPECT_EQ(fRecord.fLog.Count("deleted"), 1);
     fRecord.fLog.Take();
     // The old view is still busy with its parameters when the window ends.
-    EXPECT_EQ(fOutput.TakeAssertions() != "", row.fAction == kDisabling);
+    EXPECT_EQ(fOutput.TakeAssertions() != "", &action == &disable);
   }
   Release(first);
 }

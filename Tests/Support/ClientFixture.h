@@ -23,6 +23,7 @@
 
 #include "Morvane.h"
 #include "MorvaneDefaults.h"
+#include "Support/Input.h"
 #include "Support/Pointer.h"
 
 namespace NSMorvaneTest {
@@ -110,10 +111,9 @@ struct Recorder {
 // Any thread may print.
 class ClientDebugOutput : public IDebugOutput {
  public:
-  void IDebugOutput_Assert(const char* file, std::int32_t line, const char* expression) override {
+  void IDebugOutput_Assert(const char*, std::int32_t, const char* expression) override {
     const std::lock_guard guard(fLock);
     fAssertions += (fAssertions.empty() ? "" : "; ") + std::string(expression);
-    fPlaces += std::string(file) + "(" + std::to_string(line) + "): " + expression + "\n";
   }
   void IDebugOutput_Print(const char* text) override {
     const std::lock_guard guard(fLock);
@@ -133,14 +133,12 @@ class ClientDebugOutput : public IDebugOutput {
   // The texts of all failed assertions, with "; " between them. They count as taken from here on.
   std::string TakeAssertions() {
     const std::lock_guard guard(fLock);
-    fPlaces.clear();
     return std::exchange(fAssertions, {});
   }
 
   std::mutex fLock;
   std::vector<std::string> fLines;
   std::string fAssertions;
-  std::string fPlaces;  // and where they stood
   std::atomic<int> fDepth = 0;
 };
 
@@ -247,7 +245,7 @@ class ClientTest : public ::testing::Test {
   }
   ~ClientTest() override {
     DeleteMorvane();
-    EXPECT_EQ(fOutput.fPlaces, "") << "assertions that the test has not taken";
+    EXPECT_EQ(fOutput.fAssertions, "") << "the test has not taken them";
     EXPECT_EQ(fOutput.fDepth, 0);
     EXPECT_EQ(ShownInOrder(), std::vector<HWND>());
   }
@@ -292,19 +290,6 @@ class ClientTest : public ::testing::Test {
   void Then(std::function<void()> step) {
     fRun.fSteps.push_back(std::move(step));
     EXPECT_EQ(fMorvane->IMorvane_PostAppMessage(kStepMessage, 0), kOK);
-  }
-  // The same, in the first turn in which the condition holds. The loop keeps turning until then.
-  void WhenThen(std::function<bool()> condition, std::function<void()> step,
-                ULONGLONG deadline = GetTickCount64() + kWaitLimitMS) {
-    Then([=, this] {
-      if (condition()) return step();
-      if (GetTickCount64() > deadline) {
-        ADD_FAILURE() << "waited in vain; the last call was " << fRun.fLog.Last();
-        return Quit();
-      }
-      Sleep(1);
-      WhenThen(condition, step, deadline);
-    });
   }
   // Inside a callback: yields until the condition holds. False if that takes too long.
   bool YieldUntil(const std::function<bool()>& condition) {
@@ -357,27 +342,10 @@ class ClientTest : public ::testing::Test {
     const UINT count = static_cast<UINT>(inputs.size());
     EXPECT_EQ(SendInput(count, inputs.data(), sizeof(INPUT)), count);
   }
-  static INPUT KeyInput(WORD key, DWORD flags = 0) {
-    INPUT input = {};
-    input.type = INPUT_KEYBOARD;
-    input.ki.wVk = key;
-    input.ki.wScan = static_cast<WORD>(MapVirtualKeyW(key, MAPVK_VK_TO_VSC));
-    input.ki.dwFlags = flags;
-    return input;
-  }
-  static INPUT ButtonInput(DWORD flags) {
-    INPUT input = {};
-    input.type = INPUT_MOUSE;
-    input.mi.dwFlags = flags;
-    return input;
-  }
-  // Buttons at a place of the screen. They carry it along, all at once: a display may tell of moves late, and
-  // two presses are a double click on a slow machine, too.
+  // Buttons at a place of the screen, all at once: two presses are a double click on a slow machine, too.
   static void Click(const POINT& place, const std::vector<DWORD>& buttons) {
-    std::vector<INPUT> inputs = {ButtonInput(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE)};
-    inputs[0].mi.dx = (place.x * 65536 + 32768) / GetSystemMetrics(SM_CXSCREEN);
-    inputs[0].mi.dy = (place.y * 65536 + 32768) / GetSystemMetrics(SM_CYSCREEN);
-    for (const DWORD button : buttons) inputs.push_back(ButtonInput(button));
+    std::vector<INPUT> inputs = {MouseInput(place, 0)};
+    for (const DWORD button : buttons) inputs.push_back(MouseInput(place, button));
     SendInputs(inputs);
   }
   // Puts the mouse at a place of the screen, and waits until it is there for good.

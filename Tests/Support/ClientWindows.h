@@ -33,8 +33,8 @@ inline TSize NativeClientSize(HWND hwnd) {
   return {client.right, client.bottom};
 }
 inline std::wstring NativeTitle(HWND hwnd) {
-  std::wstring title(static_cast<std::size_t>(GetWindowTextLengthW(hwnd)) + 1, L'\0');
-  title.resize(static_cast<std::size_t>(GetWindowTextW(hwnd, title.data(), static_cast<int>(title.size()))));
+  wchar_t title[300] = {};
+  GetWindowTextW(hwnd, title, 300);
   return title;
 }
 
@@ -371,14 +371,12 @@ class ClientWindowTest : public ClientTest {
   void SetFocus(const std::string& name, TError wantedError = kOK) {
     EXPECT_EQ(Window().IWindow_SetConceptualFocusView(View(name)), wantedError);
   }
-  std::string Focus() {
+  std::string Focus() { return NameFrom(&IWindow::IWindow_GetConceptualFocusView); }
+  std::string OnDuty() { return NameFrom(&IWindow::IWindow_GetOnDutyFocusView); }
+  template <class TGet>
+  std::string NameFrom(TGet get) {
     IView* view = nullptr;
-    EXPECT_EQ(Window().IWindow_GetConceptualFocusView(view), kOK);
-    return NamesOf(view ? &view : nullptr, view ? 1 : 0);
-  }
-  std::string OnDuty() {
-    IView* view = nullptr;
-    EXPECT_EQ(Window().IWindow_GetOnDutyFocusView(view), kOK);
+    EXPECT_EQ((Window().*get)(view), kOK);
     return NamesOf(view ? &view : nullptr, view ? 1 : 0);
   }
   void SetTabViews(const std::vector<std::string>& names) {

@@ -82,8 +82,8 @@ class MouseFixture : public ClientWindowTest {
   void Tick() { Send(WM_TIMER, 0x1234); }
 
   // What they make the views write.
-  std::string Ticked() {
-    return ViewCallsOf([this] { Tick(); });
+  std::string Ticked(const std::function<void()>& after = [] {}) {
+    return ViewCallsOf([&] { after(), Tick(); });
   }
   std::string Tracked(const POINT& point) {
     PutUnderMouse(point);

@@ -235,7 +235,7 @@ class CTour : public CTourist {
   }
   // Does something until the canvas looks different.
   void ChangeCanvas(const std::function<void()>& action) const {
-    const std::string before = Look(fCanvas);
+    const auto before = Look(fCanvas);
     Insist([&] { return Look(fCanvas) != before; }, action);
   }
   // Zooms with Ctrl and the wheel. A display can take the key back before the wheel is seen, and does so
@@ -257,7 +257,7 @@ class CTour : public CTourist {
   }
   // After scrolling, what was moved is the same as what is drawn anew.
   void Redraw() const {
-    const std::string scrolled = Look(fCanvas);
+    const auto scrolled = Look(fCanvas);
     Key({VK_CONTROL, 'G'});
     WaitFor([&] { return Look(fCanvas) != scrolled; });
     Key({VK_CONTROL, 'G'});

@@ -8,13 +8,13 @@
 #include <windows.h>
 
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <string>
 #include <vector>
 
+#include "../Support/Input.h"
 #include "../Support/Pointer.h"
 
 // The step whose effect has not come.
@@ -80,7 +80,6 @@ class CTourist {
       MoveTo(point);
     });
   }
-  // The place goes along with the button, in case the display has just taken the mouse elsewhere.
   void Press(bool right = false) const {
     SendMouse(fPoint, right ? MOUSEEVENTF_RIGHTDOWN : MOUSEEVENTF_LEFTDOWN);
   }
@@ -113,14 +112,7 @@ class CTourist {
         [&] { SendKey(key, false); });
   }
   static void SendKey(int key, bool up) {
-    INPUT input = {};
-    input.type = INPUT_KEYBOARD;
-    input.ki.wVk = static_cast<WORD>(key);
-    input.ki.wScan = static_cast<WORD>(::MapVirtualKeyW(static_cast<UINT>(key), MAPVK_VK_TO_VSC));
-    input.ki.dwFlags = up ? KEYEVENTF_KEYUP : 0;
-    const bool isExtended = key >= VK_PRIOR && key <= VK_DELETE;
-    if (isExtended) input.ki.dwFlags |= KEYEVENTF_EXTENDEDKEY;
-    ::SendInput(1, &input, sizeof(input));
+    Send(NSMorvaneTest::KeyInput(static_cast<WORD>(key), up ? KEYEVENTF_KEYUP : 0));
   }
   // Virtual keys that are held while the last one is pressed.
   void Key(std::vector<int> keys) const {
@@ -138,8 +130,8 @@ class CTourist {
   // --- Looking
   // Saves what the screen shows, when it has come to rest, as "NN-name.bmp".
   void TakePicture(const std::string& name) {
-    std::string before;
-    std::string now;
+    std::vector<std::uint32_t> before;
+    std::vector<std::uint32_t> now;
     int equal = 0;
     WaitFor([&] {
       before = std::move(now);
@@ -150,46 +142,30 @@ class CTourist {
     TakePictureAtOnce(name);
   }
   void TakePictureAtOnce(const std::string& name) {
-    const std::string pixels = Look(WholeScreen());
-    const BITMAPINFOHEADER info = InfoOf(WholeScreen());
+    const std::vector<std::uint32_t> pixels = Look(WholeScreen());
+    const RECT screen = WholeScreen();
+    const BITMAPINFOHEADER info = {sizeof(info), screen.right, -screen.bottom, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
     BITMAPFILEHEADER header = {};
     header.bfType = 0x4D42;
     header.bfOffBits = sizeof(header) + sizeof(info);
-    header.bfSize = header.bfOffBits + static_cast<DWORD>(pixels.size());
+    header.bfSize = header.bfOffBits + static_cast<DWORD>(pixels.size() * 4);
     char number[8];
     std::snprintf(number, sizeof(number), "%02d-", ++fPictures);
     std::ofstream file(fFolder / (number + name + ".bmp"), std::ios::binary);
     file.write(reinterpret_cast<const char*>(&header), sizeof(header));
     file.write(reinterpret_cast<const char*>(&info), sizeof(info));
-    if (!file.write(pixels.data(), static_cast<std::streamsize>(pixels.size()))) throw XLost{"write " + name};
+    if (!file.write(reinterpret_cast<const char*>(pixels.data()), pixels.size() * 4)) throw XLost{name};
     std::printf("%s%s\n", number, name.c_str());
     std::fflush(stdout);
   }
   // All pixels of a part of the screen.
-  static std::string Look(const RECT& part) {
-    const BITMAPINFO info = {InfoOf(part), {}};
-    const LONG width = info.bmiHeader.biWidth;
-    const LONG height = -info.bmiHeader.biHeight;
-    void* bits = nullptr;
+  static std::vector<std::uint32_t> Look(const RECT& part) {
     const HDC screen = ::GetDC(nullptr);
-    const HDC memory = ::CreateCompatibleDC(screen);
-    const HBITMAP bitmap = ::CreateDIBSection(screen, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-    const HGDIOBJ old = ::SelectObject(memory, bitmap);
-    ::BitBlt(memory, 0, 0, width, height, screen, part.left, part.top, SRCCOPY);
-    ::GdiFlush();
-    std::string pixels(static_cast<const char*>(bits), static_cast<std::size_t>(width) * height * 4);
-    for (std::size_t i = 3; i < pixels.size(); i += 4) pixels[i] = 0;
-    ::SelectObject(memory, old);
-    ::DeleteObject(bitmap);
-    ::DeleteDC(memory);
+    const auto pixels = NSMorvaneTest::PixelsOf(screen, part);
     ::ReleaseDC(nullptr, screen);
     return pixels;
   }
-  static unsigned ColorAt(POINT point) {
-    unsigned color = 0;
-    std::memcpy(&color, Look({point.x, point.y, point.x + 1, point.y + 1}).data(), 4);
-    return color;
-  }
+  static unsigned ColorAt(POINT point) { return Look({point.x, point.y, point.x + 1, point.y + 1})[0]; }
 
  protected:
   std::string fStep;
@@ -198,24 +174,9 @@ class CTourist {
   static RECT WholeScreen() {
     return {0, 0, ::GetSystemMetrics(SM_CXSCREEN), ::GetSystemMetrics(SM_CYSCREEN)};
   }
-  static BITMAPINFOHEADER InfoOf(const RECT& part) {
-    BITMAPINFOHEADER info = {};
-    info.biSize = sizeof(info);
-    info.biWidth = part.right - part.left;
-    info.biHeight = part.top - part.bottom;
-    info.biPlanes = 1;
-    info.biBitCount = 32;
-    return info;
-  }
-  // Moves the mouse there, and does something with a button or the wheel.
+  static void Send(INPUT input) { ::SendInput(1, &input, sizeof(input)); }
   static void SendMouse(POINT point, DWORD button, int wheel = 0) {
-    INPUT input = {};
-    input.type = INPUT_MOUSE;
-    input.mi.dx = (point.x * 65536 + 32768) / WholeScreen().right;
-    input.mi.dy = (point.y * 65536 + 32768) / WholeScreen().bottom;
-    input.mi.mouseData = static_cast<DWORD>(wheel);
-    input.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE | button;
-    ::SendInput(1, &input, sizeof(input));
+    Send(NSMorvaneTest::MouseInput(point, button, wheel));
   }
   static void LetHandleMessages(HWND window) {
     DWORD_PTR result = 0;
