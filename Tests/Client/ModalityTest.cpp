@@ -257,10 +257,11 @@ TEST_IN_RUN(ModalityTest, ForeignWindowsAreLeftAlone) {
     const HWND foreign =
         CreateWindowExW(0, L"STATIC", L"Foreign", WS_OVERLAPPEDWINDOW | WS_VISIBLE | disabled, 10, 10, 80, 80,
                         nullptr, nullptr, nullptr, nullptr);
-    Do("+A");
+    Do("+doc1 +A");
     EXPECT_EQ(IsWindowEnabled(foreign), !disabled);
     Do("-A");
     EXPECT_EQ(IsWindowEnabled(foreign), !disabled);
+    Do("-doc1");
     DestroyWindow(foreign);
   }
 }

@@ -177,11 +177,13 @@ TEST_IN_RUN(MouseTest, AWindowOnTopTakesTheMouse) {
   fHooks.clear();
   EXPECT_EQ(Ticked(), "c- b- a-");
   // A control of the window is part of it; a captured mouse is the other's alone.
-  DestroyWindow(other);
-  const HWND control = MakeControl();
-  MoveWindow(control, 0, 0, 200, 200, FALSE);
-  EXPECT_EQ(Ticked(), kEnterABC);
-  SetCapture(control);
+  EXPECT_EQ(Ticked([&] {
+              DestroyWindow(other);
+              other = MakeControl();
+              MoveWindow(other, 0, 0, 200, 200, FALSE);
+            }),
+            kEnterABC);
+  SetCapture(other);
   EXPECT_EQ(Sent(WM_MOUSEMOVE) + Tracked(kNowhere), "");
   ReleaseCapture();
   EXPECT_EQ(Ticked(), "c- b- a-");

@@ -1,4 +1,4 @@
-// Quitting without windows, lingering, and second launches of the same application.
+// Second launches of the same application.
 #include "Support/ClientWindows.h"
 
 namespace NSMorvaneTest {
@@ -62,8 +62,6 @@ class SecondLaunchTest : public ClientWindowTest {
   HANDLE fReady;
   std::vector<HANDLE> fSeconds;
 };
-
-// --- Second launches
 
 TEST_F(SecondLaunchTest, HandsItsFilesOver) {
   if (RunAsSecondProcess()) return;

@@ -77,16 +77,6 @@ TEST_IN_RUN(WindowTest, WhatItIsToldBeforeItIsShownIsHowItAppears) {
   EXPECT_EQ(NativeTitle(Hwnd()), L"Early");
   EXPECT_EQ(fRecord.fSizes.size() + fRecord.fPlacements.size(), 2u);
   ExpectInStep({200, 150, 700, 550});
-
-  WindowRecord other;
-  other.fHooks["factory"] = [&] {
-    return ChangeState(*other.fDocument, [](auto& state) { state.fPlacement.fMinimized = 1; });
-  };
-  Make(Kind::kDocument, other, kSizeable);
-  EXPECT_TRUE(IsIconic(other.fHwnd));
-  EXPECT_EQ(other.fFocusNow(), kOK);
-  EXPECT_FALSE(IsIconic(other.fHwnd));
-  EXPECT_EQ(GetActiveWindow(), other.fHwnd);
 }
 
 // --- Following the user
