@@ -50,6 +50,7 @@ TEST_IN_RUN(MessagesTest, ResultsAndCallbacks) {
   // Nothing can be closed that has no system menu.
   SetWindowLongW(Hwnd(), GWL_STYLE, GetWindowLongW(Hwnd(), GWL_STYLE) & ~WS_SYSMENU);
   EXPECT_EQ(CallsOf(WM_CLOSE), "");
+  fRecord.fHooks.clear();
 }
 
 // --- Sizes

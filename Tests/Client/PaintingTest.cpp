@@ -23,15 +23,15 @@ void Fill(Picture& picture, const TRect& rect, std::uint32_t color) {
 
 class PaintingTest : public ClientWindowTest {
  protected:
-  // Opens the window with this debug setting, painted.
+  // Opens the window with this debug setting alone, painted.
   void OpenPainted(TStyleFlags style = kPlain, TFlag TDebugSettings::*setting = nullptr) {
     Open(style);
-    if (setting) Switch(setting);
+    Switch(setting);
     Update();
   }
   void Switch(TFlag TDebugSettings::*setting) {
     TDebugSettings settings = {};
-    settings.*setting = 1;
+    if (setting) settings.*setting = 1;
     EXPECT_EQ(fMorvane->IMorvane_SetDebugSettings(settings), kOK);
   }
   // A view that fills its rectangle with a colour.
