@@ -24,7 +24,6 @@
 #include "Morvane.h"
 #include "MorvaneDefaults.h"
 #include "Support/Input.h"
-#include "Support/Pointer.h"
 
 namespace NSMorvaneTest {
 
@@ -151,7 +150,6 @@ struct RunRecord : Recorder {
   std::int64_t* fIdleDelay = nullptr;
   IMenuBarState* fMenuBar = nullptr;
   TMenuCommandEvent fCommand = {};
-  TError fError = kOK;
 };
 
 // The steps of a scenario come as application messages with this number, which are not logged.
@@ -179,7 +177,6 @@ class RecordingRunBehavior : public CDefaultRunBehavior {
     return fRecord.Call("MenuCommand", ":" + std::to_string(event.fCommand), &outHandled);
   }
   TError IMorvaneRunBehavior_OnUnhandledError(TError error) override {
-    fRecord.fError = error;
     return fRecord.Call("UnhandledError", ":" + std::to_string(error));
   }
   TError IMorvaneRunBehavior_OnAppActivation(TFlag active) override {

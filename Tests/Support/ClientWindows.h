@@ -159,7 +159,6 @@ struct ViewRecord : Recorder {
   TKeyEvent fKey = {};
   IMenuBarState* fMenuBar = nullptr;
   IDrawTools* fTools = nullptr;
-  TError fShapeError = kOK;
   std::map<std::string, TBuiltInMouseShape> fShapes;  // what is answered to the question of that word
   IMorvane* fMorvane = nullptr;
 
@@ -333,14 +332,14 @@ class ClientWindowTest : public ClientTest {
 
   // A view in the window. Null for the super view stands for the root view.
   TestView& MakeView(const std::string& name, const TRect& rect, IView* superView = nullptr,
-                     std::uint32_t flags = kViewEnabled, TViewDrawMode mode = kViewDrawDirect) {
+                     std::uint32_t flags = kViewEnabled) {
     fViewRecord.fMorvane = fMorvane;
     CViewFactory<TestView, const std::string&, ViewRecord&> factory(name, fViewRecord);
     TError error = kOtherError;
     IView* const view = fMorvane->IMorvane_CreateView(
         factory, superView ? *superView : RootViewOf(*fRecord.fDocument), name.c_str(), error);
     EXPECT_EQ(error, kOK);
-    EXPECT_EQ(view->IView_SetParams({flags, rect, mode, kAutoInvalidationFull}), kOK);
+    EXPECT_EQ(view->IView_SetParams({flags, rect, kViewDrawDirect, kAutoInvalidationFull}), kOK);
     fViews.emplace_back(name, view);
     return *factory.Made();
   }

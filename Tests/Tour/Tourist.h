@@ -15,7 +15,6 @@
 #include <vector>
 
 #include "../Support/Input.h"
-#include "../Support/Pointer.h"
 
 // The step whose effect has not come.
 struct XLost {
