@@ -95,49 +95,4 @@ TEST_IN_RUN(WindowFocusTest, AViewThatEndsItselfWhenItGoesOffDuty) {
   fViewRecord.fHooks.clear();
 }
 
-// The window ends while its views are being told, and while it is working for the client.
-TEST_IN_RUN(WindowFocusTest, AWindowReleasedInsideItsViewsCallbacks) {
-  struct Releaser : IViewListReceiver {
-    TError IViewListReceiver_ReceiveViews(IView* const*, std::uint32_t) override { return fRelease(); }
-    Hook fRelease;
-  } receiver;
-  const Hook focus = [this] { SetFocus("other"); };
-  const Hook disable = [this] {
-    TViewParams disabled = ViewParams();
-    disabled.fFlags = kViewFocusable;
-    EXPECT_EQ(View("leaf")->IView_SetParams(disabled), kOK);
-  };
-  const Hook press = [this] {
-    PostMessageW(Hwnd(), WM_KEYDOWN, 'A', 1);
-    EXPECT_TRUE(YieldUntil([this] { return !IsWindow(Hwnd()); }));
-  };
-  const Hook list = [&] { EXPECT_EQ(Window().IWindow_GetTabViews(receiver), kOK); };
-  const std::pair<const char*, const Hook&> rows[] = {
-      {"leaf:off", focus},   {"other:on", focus},   {"other:menu", focus}, {"other:target", focus},
-      {"leaf:off", disable}, {"other:on", disable}, {"leaf:key", press},   {"", list}};
-  WindowRecord first;
-  Make(Kind::kDocument, first);
-  for (const auto& [hook, action] : rows) {
-    SCOPED_TRACE(hook);
-    OpenWithFocusTree();
-    SetFocus("leaf");
-    SetTabViews({"leaf", "other"});
-    SendMessageW(first.fHwnd, WM_NULL, 0, 0);  // fills the menu bars
-    receiver.fRelease = [&] {
-      fViewRecord.fHooks.clear();
-      ReleaseViews();
-      return fRecord.fRelease();
-    };
-    fViewRecord.fHooks[hook] = receiver.fRelease;
-    action();
-    SendMessageW(first.fHwnd, WM_NULL, 0, 0);
-    EXPECT_FALSE(IsWindow(Hwnd()));
-    EXPECT_EQ(fRecord.fLog.Count("deleted"), 1);
-    fRecord.fLog.Take();
-    // The old view is still busy with its parameters when the window ends.
-    EXPECT_EQ(fOutput.TakeAssertions() != "", &action == &disable);
-  }
-  Release(first);
-}
-
 }  // namespace NSMorvaneTest

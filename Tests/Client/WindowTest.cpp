@@ -1,5 +1,7 @@
 // Document windows as a client sees them: what they are made of, sizes and placements, titles, and the ways
 // in which they end.
+#include <optional>
+
 #include "Support/ClientWindows.h"
 
 namespace NSMorvaneTest {
@@ -165,61 +167,86 @@ TEST_IN_RUN(WindowTest, StatesAreApplied) {
 
 // --- The end
 
-// Whatever it or the application is being told when the client ends it, the window goes with the end of that.
-// What its views are told is among the tests of the focus and of painting.
+// Whatever it, a view or the application is being told when the client ends it, the window goes with the end
+// of that.
 TEST_IN_RUN(WindowTest, ReleasedInsideEachCallback) {
+  struct Releaser : IViewListReceiver {
+    TError IViewListReceiver_ReceiveViews(IView* const*, std::uint32_t) override { return fRelease(); }
+    Hook fRelease;
+  } receiver;
+  WindowRecord first;
+  Make(Kind::kDocument, first);
+  const auto post = [this](UINT message, WPARAM wParam = 0) -> Hook {
+    return [=, this] {
+      InvalidateRect(Hwnd(), nullptr, FALSE);
+      EXPECT_EQ(fMorvane->IMorvane_RequestMenuBarsSetup(), kOK);
+      // Some messages can only be sent.
+      if (!PostMessageW(Hwnd(), message, wParam, 0)) Send(message, wParam);
+    };
+  };
+  const Hook focus = [this] { SetFocus("other"); };
+  const Hook disable = [this] {
+    SetFlags("leaf", kViewFocusable);
+    EXPECT_NE(fOutput.TakeAssertions(), "");  // the view was still busy with its parameters
+  };
+  // The state has a title too, which comes after the window has gone.
+  const Hook change = [this] {
+    Change([](TDocumentWindowState& state) {
+      state.fPlacement.fUserRect = {1, 2, 500, 400};
+      CopyText(state.fTitle, u"Late");
+    });
+  };
   const struct {
     Recorder& fRecorder;
     const char* fCallback;
-    UINT fMessage = 0;  // none: the window is being shown
-    WPARAM fWParam = 0;
+    std::optional<Hook> fAction = {};  // none: the window is being shown
   } rows[] = {
       {fRecord, "factory"},
       {fRecord, "ClientSizeChanged"},
       {fRecord, "PlacementChanged"},
       {fRecord, "ActivationChanged:1"},
       {fRecord, "KeyboardFocusChanged:1"},
-      {fRecord, "ClientSizeChanged", WM_SYSCOMMAND, SC_MAXIMIZE},
-      {fRecord, "PlacementChanged", WM_SYSCOMMAND, SC_MINIMIZE},
-      {fRecord, "PlacementChanged", WM_APP},
-      {fRecord, "ActivationChanged:0", WM_ACTIVATE, WA_INACTIVE},
-      {fRecord, "KeyboardFocusChanged:0", WM_KILLFOCUS},
-      {fRecord, "SetupMenuBar", WM_NULL},
-      {fRecord, "RequestClose", WM_CLOSE},
-      {fRecord, "HelpRequested", WM_HELP},
-      {fRecord, "HandleKeyDown", WM_KEYDOWN, 'A'},
-      {fRun, "HandleKeyDown", WM_KEYDOWN, 'A'},
-      {fRun, "ThemeChanged", WM_THEMECHANGED},
-      {fRun, "EnterMenuLoop", WM_ENTERMENULOOP},
-      {fRun, "BeginDraw", WM_PAINT},
-      {fRun, "EndDraw", WM_PAINT},
+      {fRecord, "ClientSizeChanged", post(WM_SYSCOMMAND, SC_MAXIMIZE)},
+      {fRecord, "PlacementChanged", post(WM_SYSCOMMAND, SC_MINIMIZE)},
+      {fRecord, "PlacementChanged", change},
+      {fRecord, "ActivationChanged:0", post(WM_ACTIVATE, WA_INACTIVE)},
+      {fRecord, "KeyboardFocusChanged:0", [&] { SetActiveWindow(first.fHwnd); }},
+      {fRecord, "SetupMenuBar", post(WM_NULL)},
+      {fRecord, "RequestClose", post(WM_CLOSE)},
+      {fRecord, "HelpRequested", post(WM_HELP)},
+      {fRecord, "HandleKeyDown", post(WM_KEYDOWN, 'A')},
+      {fRun, "HandleKeyDown", post(WM_KEYDOWN, 'A')},
+      {fRun, "ThemeChanged", post(WM_THEMECHANGED)},
+      {fRun, "EnterMenuLoop", post(WM_ENTERMENULOOP)},
+      {fRun, "BeginDraw", post(WM_PAINT)},
+      {fRun, "EndDraw", post(WM_PAINT)},
+      {fViewRecord, "leaf:key", post(WM_KEYDOWN, 'A')},
+      {fViewRecord, "leaf:off", focus},
+      {fViewRecord, "other:on", focus},
+      {fViewRecord, "other:menu", focus},
+      {fViewRecord, "other:target", focus},
+      {fViewRecord, "leaf:off", disable},
+      {fViewRecord, "other:on", disable},
+      {fRecord, "", [&] { Window().IWindow_GetTabViews(receiver); }},
   };
-  WindowRecord first;
-  Make(Kind::kDocument, first);
   for (const auto& row : rows) {
-    SCOPED_TRACE(std::string(row.fCallback) + " " + std::to_string(row.fMessage));
-    const bool isShown = &row - rows >= 5;
-    if (isShown) Open(kSizeable);
-    row.fRecorder.fHooks[row.fCallback] = [&] {
+    SCOPED_TRACE(&row - rows);
+    if (row.fAction) {
+      OpenWithFocusTree();
+      SetFocus("leaf");
+      SetTabViews({"leaf", "other"});
+      SendMessageW(first.fHwnd, WM_NULL, 0, 0);  // fills the menu bars
+    }
+    receiver.fRelease = [&] {
       row.fRecorder.fHooks.erase(row.fCallback);
+      ReleaseViews();
       return fRecord.fRelease();
     };
-    if (!isShown) {
+    row.fRecorder.fHooks[row.fCallback] = receiver.fRelease;
+    if (row.fAction)
+      (*row.fAction)();
+    else
       Open(kSizeable);
-    } else if (row.fMessage == WM_KILLFOCUS) {
-      SetActiveWindow(first.fHwnd);
-    } else if (row.fMessage == WM_APP) {
-      // The state has a title too, which comes after the window has gone.
-      Change([](TDocumentWindowState& state) {
-        state.fPlacement.fUserRect = {1, 2, 500, 400};
-        CopyText(state.fTitle, u"Late");
-      });
-    } else {
-      InvalidateRect(Hwnd(), nullptr, FALSE);
-      EXPECT_EQ(fMorvane->IMorvane_RequestMenuBarsSetup(), kOK);
-      // Some messages can only be sent.
-      if (!PostMessageW(Hwnd(), row.fMessage, row.fWParam, 0)) Send(row.fMessage, row.fWParam);
-    }
     EXPECT_TRUE(YieldUntil([this] { return !IsWindow(Hwnd()); }));
     EXPECT_EQ(fRecord.fLog.Count("deleted"), 1);
     EXPECT_EQ(fOutput.TakeAssertions(), "");
