@@ -165,6 +165,7 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewW
   void MarkToolRectsDirty() override {}
   std::uint32_t AddTool(CViewImpl& view, const TString& text) override {
     AskForNativeTarget(view);
+    if (fAddToolFails) return 0;
     fTools[++fLastTool] = text;
     return fLastTool;
   }
@@ -186,6 +187,7 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewW
   boost::shared_ptr<void> IImplFocusTools_KeepAlive() override { return {}; }
 
   // What the window is told, and what it says.
+  bool fAddToolFails = false;
   CViewImpl* fFocusView = nullptr;
   std::vector<CViewImpl*> fTabViews;
   std::map<std::uint32_t, TString> fTools;

@@ -88,6 +88,8 @@ TEST_F(FocusSearch, WhoeverCannotKeepTheFocusHandsItOn) {
 TEST_F(FocusSearch, DisablingASuperViewMovesTheFocusOutOfIt) {
   fWindow.fTabViews = {&a, &b, &c};
   fWindow.fFocusView = &a;
+  EXPECT_TRUE(IsFocusInSubtree(fWindow.Root()) && IsFocusInSubtree(group) && IsFocusInSubtree(a));
+  EXPECT_FALSE(IsFocusInSubtree(b) || IsFocusInSubtree(c));
   SetFlags(group, 0);
   EXPECT_EQ(&c, fWindow.fFocusView);
   // Enabling moves it as well.

@@ -88,6 +88,14 @@ TEST_F(ViewTest, EndOfAViewStepByStep) {
   EXPECT_EQ((std::vector<TRect>{{380, 0, 400, 20}}), fWindow.fInvalidRects);
   EXPECT_EQ(std::vector<CViewImpl*>{&other}, fRoot.GetRawSubViews());
   EXPECT_EQ("Ejecting focus from view being deleted...", TakeLines());
+
+  // It goes through even if the next view refuses the focus.
+  CViewImpl& next = Make(fRoot, "next", {0, 0, 20, 20}, kFocusable);
+  fWindow.fTabViews = {&next, &other};
+  fWindow.fFocusView = &next;
+  BehaviorOf(other).fError = 100002;
+  EXPECT_EQ(kOK, next.IView_Release());
+  EXPECT_EQ(nullptr, fWindow.fFocusView);
 }
 
 TEST_F(ViewTest, EndOfADeepTree) {
@@ -134,6 +142,25 @@ TEST_F(ViewTest, BuffersFollowTheDrawMode) {
   EXPECT_EQ(bitmap, view.GetBitmapForDrawing());
 }
 
+TEST_F(ViewTest, AViewThatIsGoneHasNoPlaceInTheOrder) {
+  CViewImpl& a = Make(fRoot, "a");
+  CViewImpl& gone = Make(fRoot, "gone");
+  CViewImpl& b = Make(fRoot, "b");
+  Make(gone, "leaf");
+  gone.IView_Release();
+  IView* const order[] = {&b, &a};
+  EXPECT_EQ(kOK, fRoot.IView_SetSubViewOrder(order, 2));
+  fWindow.ReleaseViews();
+  EXPECT_TRUE(fRoot.GetRawSubViews().empty());
+}
+
+TEST_F(ViewTest, ATooltipThatCannotBeHadChangesNothing) {
+  CViewImpl& view = Make(fRoot, "view");
+  fWindow.fAddToolFails = true;
+  EXPECT_EQ(kOutOfMemoryError, view.IView_SetTooltipText(u"tip"));
+  EXPECT_EQ(u"", view.GetTooltipText());
+}
+
 TEST_F(ViewTest, EnablingIsHandedDown) {
   CViewImpl& group = Make(fRoot, "group");
   CViewImpl& off = Make(group, "off", {0, 0, 10, 10}, 0);
@@ -176,4 +203,22 @@ TEST_F(ViewTest, HitsAreOutermostFirst) {
   // What is gone is passed over, with all below it.
   group.IView_Release();
   EXPECT_EQ("Root view", hits(50, 50));
+}
+
+TEST_F(ViewTest, RectangleListThatIsNotThere) {
+  struct Behavior : CDefaultViewBehavior {
+    TError IViewBehavior_GetHitRects(IRectsGetter& out) override {
+      return out.IRectsGetter_AddRects(nullptr, 3);
+    }
+  };
+  struct Factory : IViewBehaviorFactory {
+    IViewBehavior* IViewBehaviorFactory_CreateBehavior(IView&, TError& outError) override {
+      outError = kOK;
+      return new Behavior;
+    }
+  } factory;
+  const TViewImplPtr view = CViewImpl::MakeSubView(nullptr, factory, fRoot, "view");
+  SetRect(*view, {0, 0, 10, 10});
+  EXPECT_THROW(view->HitTest({5, 5}), std::invalid_argument);
+  view->IView_Release();
 }

@@ -159,6 +159,19 @@ TEST_F(WinWindowTest, AlwaysOnTopIsInherited) {
   });
 }
 
+// As a last resort the destructor gives the owner back: here of a dialog that nobody has wired up.
+TEST_F(WinWindowTest, ALostDialogFreesItsOwner) {
+  InRun([&] {
+    TTestWindowPtr owner = Make(kWindowKindDocument);
+    owner->Show();
+    {
+      CTestWindow lost(kWindowKindModalDialog, owner.get());
+      EnableWindow(owner->GetHwnd(), FALSE);
+    }
+    EXPECT_TRUE(IsWindowEnabled(owner->GetHwnd()));
+  });
+}
+
 // Dialogs that are not the library's own stand on the stack, too; one that is gone disturbs nothing.
 TEST_F(WinWindowTest, ForeignDialogsOnTheStack) {
   NativeTestWindow foreign;
