@@ -1,5 +1,5 @@
-// Texts from their bytes on: decoding, encoding and templates of the text package, and string scripts with
-// the keys of their strings. For those, the input is a key, a zero byte and the bytes of the bank.
+// Texts from their bytes on: decoding and encoding of the text package, and string scripts with the keys of
+// their strings. For those, the input is a key, a zero byte and the bytes of the bank.
 //
 // sources: Component/Portable/StringScript.cpp Component/Portable/ResourceStringCache.cpp
 // sources: Component/Portable/ResourceKey.cpp Component/Portable/TextPackage.cpp
@@ -34,16 +34,6 @@ void CheckDecoding(const std::uint8_t* data, std::size_t size) {
       Require(again == text);
   } catch (const XIllegalTextFormat&) {
   }
-}
-
-void CheckTemplate(const TString& text, std::uint32_t base) {
-  const std::vector<TString> none;
-  const std::vector<TString> marks(12, u"<>");
-  const TString bare = FormatText(text, base, none);
-  const TString marked = FormatText(text, base, marks);
-  Require(bare.size() <= text.size() && marked.size() >= bare.size() &&
-          (marked.size() - bare.size()) % 2 == 0);
-  if (text.find(u'^') == TString::npos) Require(bare == text);
 }
 
 class OneBankLoader : public IResourceLoader {
@@ -99,8 +89,5 @@ void CheckBank(const std::uint8_t* data, std::size_t size) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   CheckBank(data, size);
   CheckDecoding(data, size);
-
-  TString narrow(data, data + size);
-  CheckTemplate(narrow, size != 0 ? data[0] % 3 : 0);
   return 0;
 }

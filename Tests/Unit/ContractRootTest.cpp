@@ -141,8 +141,6 @@ TEST(ContractRoot, ResultsAreChecked) {
       {"ValidateDebugSettings(outSettings)",
        [](auto& m) { m.template Given<TDebugSettings>().fFlushViews = 3; },
        CALL(IMorvane_GetDebugSettings(out))},
-      {"ValidateMonitors(outMonitors)", [](auto& m) { m.template Given<TMonitorList>().fMonitorCount = 33; },
-       CALL(IMorvane_GetMonitors(out))},
       // A blocking dialog has run to its end.
       {"out == NULL", [](auto&) {}, CALL(IMorvane_CreateModalDialog(gModal, nullptr, 1, 0, error))},
       {"static_cast<std::uint32_t>(inOutSelectedIndex) < itemCount", outOfRange,

@@ -84,6 +84,22 @@ TEST_F(DrawingFailures, ExceptionsStopAtTheirView) {
   EXPECT_EQ(0, BehaviorOf(fBelowMiddle).fDraws + BehaviorOf(fMiddle).fPostProcesses);
 }
 
+TEST_F(DrawingFailures, AnExceptionOfTheFirstViewComesOutAndTheContextIsAsBefore) {
+  BehaviorOf(fTree.Root()).fOnDraw = [](IDrawTools& tools) -> TError {
+    Drawing([](HDC hdc) { SelectClipRgn(hdc, nullptr), SetTextColor(hdc, kRed); })(tools);
+    throw std::runtime_error("boom");
+  };
+  const CRegion clip(TRect{5, 5, 50, 50});
+  const HDC hdc = fSurface.GetNativePort().fHDC;
+  SelectClipRgn(hdc, clip.GetNativeRegion());
+  PlainTools tools(hdc, clip.GetNativeRegion());
+  EXPECT_THROW(fTree.DrawWith(tools), std::runtime_error);
+  EXPECT_EQ(0u, GetTextColor(hdc));
+  Fill(fSurface, kEverything, kRed);
+  EXPECT_EQ((TRect{5, 5, 50, 50}), PaintedPixels(fSurface));
+  ExpectBalancedBrackets(fTree);
+}
+
 // --- The tree changes under the walk
 
 // Views of another window take their places in memory, where the heap gives a place out twice.

@@ -167,25 +167,3 @@ TEST_F(DrawingTools, ClipsOfViewsAreThoseOfThePlatform) {
   }
   EXPECT_GT(shown, 100);
 }
-
-TEST_F(DrawingTools, AttributesAndObjectsComeBack) {
-  CBufferBitmap surface({10, 10}, 32);
-  const HDC hdc = surface.GetNativePort().fHDC;
-  const auto describe = [&] {
-    POINT origins[2] = {};
-    GetWindowOrgEx(hdc, &origins[0]);
-    GetViewportOrgEx(hdc, &origins[1]);
-    return std::make_tuple(origins[0].x, origins[1].x, GetMapMode(hdc), GetGraphicsMode(hdc),
-                           GetTextColor(hdc), GetBkMode(hdc), GetROP2(hdc), GetCurrentObject(hdc, OBJ_BRUSH));
-  };
-  SetWindowOrgEx(hdc, 4, 3, nullptr);
-  SetViewportOrgEx(hdc, 1, 2, nullptr);
-  SetTextColor(hdc, 0x010203);
-  const auto before = describe();
-  {
-    const CPortGuard guard(hdc);
-    for (int what = 2; what < 7; ++what) SpoilState(hdc, what);
-    EXPECT_NE(before, describe());
-  }
-  EXPECT_EQ(before, describe());
-}

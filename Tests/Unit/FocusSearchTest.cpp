@@ -52,14 +52,6 @@ TEST_F(FocusSearch, NeighboursBothWays) {
   check({{nullptr, nullptr, nullptr}, {&a, nullptr, nullptr}});
 }
 
-TEST_F(FocusSearch, EjectedFocusGoesToTheNextView) {
-  EjectFocus(fWindow);
-  EXPECT_EQ(nullptr, fWindow.fFocusView);
-  fWindow.fFocusView = &b;
-  EjectFocus(fWindow);
-  EXPECT_EQ(&c, fWindow.fFocusView);
-}
-
 // Three ways to lose the focus, each with others in the tab list and with none.
 TEST_F(FocusSearch, WhoeverCannotKeepTheFocusHandsItOn) {
   enum TEnd { kUnfocusable, kDisabled, kDeleted };

@@ -1,7 +1,5 @@
-// Regions against a grid of pixels, and what is copied when.
+// Regions against a grid of pixels, and handles of others.
 #include <windows.h>
-
-#include <functional>
 
 #include "Tests/Support/PixelSet.h"
 #include "Tests/Support/UnitTest.h"
@@ -80,33 +78,6 @@ TEST_F(Region, EveryOperationAgreesWithPixels) {
     }
   }
   EXPECT_EQ("", TakeLines());
-}
-
-TEST_F(Region, ACopyIsMadeByTheFirstWriteOnly) {
-  const TRect some = {2, 2, 4, 4}, distant = {0, 0, 1, 1}, empty = {5, 5, 5, 6}, insideOut = {6, 6, 5, 5};
-  for (const auto& [name, write, copies] : Rows<const char*, std::function<void(CRegion&)>, bool>{
-           {"union", [&](CRegion& r) { r.UnionRect(distant); }, true},
-           {"union with an empty rectangle", [&](CRegion& r) { r.UnionRect(empty); }, false},
-           {"subtraction", [&](CRegion& r) { r.SubtractRect(distant); }, true},
-           {"subtraction of an empty rectangle", [&](CRegion& r) { r.SubtractRect(insideOut); }, false},
-           {"intersection", [&](CRegion& r) { r.IntersectRect(some); }, true},
-           {"offset", [](CRegion& r) { r.Offset(1, 1); }, true},
-           {"reading", [](CRegion& r) { r.GetBounds(), r.GetRects(), r.IsEmpty(); }, false},
-           {"assignment to itself", [](CRegion& r) { r = *&r; }, false}}) {
-    SCOPED_TRACE(name);
-    const CRegion original(some);
-    const TNativeRegion handle = original.GetNativeRegion();
-    CRegion copy(original), assigned;
-    assigned = copy;
-    write(copy);
-    EXPECT_EQ(copies, copy.GetNativeRegion() != handle);
-    for (const CRegion* other : {&original, static_cast<const CRegion*>(&assigned)})
-      EXPECT_EQ((TRectList{some}), other->GetRects());
-    // Alone again, it is changed in place.
-    const TNativeRegion own = copy.GetNativeRegion();
-    copy.UnionRect({10, 10, 12, 12});
-    EXPECT_EQ(copies, own == copy.GetNativeRegion());
-  }
 }
 
 TEST_F(Region, AnExternalHandleIsReadAndNeverWritten) {

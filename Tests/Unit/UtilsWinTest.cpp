@@ -65,6 +65,16 @@ TEST_F(UtilsWin, PopupsAreCentredOnTheFrontmostSuitableWindow) {
   EXPECT_EQ(centerOf(GetDesktopWindow()), GetPopupCenter(popup, nullptr));
 }
 
+TEST_F(UtilsWin, PaintMessagesAreHandledAndOthersWait) {
+  NativeTestWindow window(WS_POPUP | WS_VISIBLE);
+  InvalidateRect(window, nullptr, FALSE);
+  PostMessageW(window, WM_APP, 0, 0);
+  PumpPaintMessages();
+  EXPECT_FALSE(GetUpdateRect(window, nullptr, FALSE));
+  MSG message;
+  EXPECT_TRUE(PeekMessageW(&message, window, WM_APP, WM_APP, PM_REMOVE));
+}
+
 TEST_F(UtilsWin, MonitorsAreListed) {
   // More than fit: the first thirty-two.
   const HMONITOR monitor = MonitorFromPoint(POINT{0, 0}, MONITOR_DEFAULTTOPRIMARY);

@@ -39,12 +39,6 @@ TEST_F(ViewTest, FactoryThatFailsLeavesNothing) {
   EXPECT_THROW(make(), std::exception);
   EXPECT_EQ("made Deleted", TakeLog());
   EXPECT_TRUE(fRoot.GetRawSubViews().empty());
-  factory = {};
-  factory.fError = kOK;
-  const TViewImplPtr bare = make();
-  EXPECT_EQ("behavior != NULL", TakeReports());
-  EXPECT_EQ(std::string(255, 'n'), bare->GetDebugName());
-  bare->IView_Release();
 }
 
 TEST_F(ViewTest, SuperViewLivesAsLongAsItsSubViews) {

@@ -51,6 +51,13 @@ auto StateOf(HDC hdc) {
 
 using WinDeviceContext = ReportingTest;
 
+TEST_F(WinDeviceContext, AFrameStaysInItsRectangle) {
+  Canvas canvas;
+  canvas.fContext.FrameRect({40, 30, 60, 50}, kBlue, PS_SOLID);
+  EXPECT_EQ((TRect{40, 30, 60, 50}), canvas.BoundsOf(kBlue));
+  EXPECT_EQ(kWhite, canvas.At(41, 31));
+}
+
 TEST_F(WinDeviceContext, RegionOfAPaintIsWhatIsDirtyAndSeen) {
   const NativeTestWindow window(WS_POPUP | WS_VISIBLE);
   const auto paint = [&](std::vector<RECT> dirty, TRect excluded = {-9, -9, -9, -9}) {

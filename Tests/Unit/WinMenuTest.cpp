@@ -69,6 +69,16 @@ TEST_F(WinMenuTest, ItemsOfALevel) {
                        "  Only a separator: grey"));
 }
 
+TEST_F(WinMenuTest, MenusEndWithTheirOwner) {
+  HMENU menu = nullptr;
+  {
+    CMenuBuilder bar(fItems, kFirstClientCommand);
+    menu = bar.AddSubmenu(u"menu").GetHandle();
+    EXPECT_TRUE(IsMenu(menu));
+  }
+  EXPECT_FALSE(IsMenu(menu));
+}
+
 TEST_F(WinMenuTest, NumbersBeyondTheRangeAreNobodyElses) {
   fItems.assign(0xFFF, Item(u"", 0));
   CMenuBuilder bar(fItems, kFirstClientCommand);
