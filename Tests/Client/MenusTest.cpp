@@ -209,7 +209,14 @@ TEST_IN_RUN(MenusTest, SetUp) {
   EXPECT_EQ(other.fMenuBarSetups + fRecord.fMenuBarSetups, 2);
   EXPECT_EQ(TitleIn(fRecord), "bwoi:");
   ReleaseViews();
-  Release(other);
+  // A window that the set-up of another one ends is passed over.
+  BringToFront(fRecord);
+  fRecord.fHooks["SetupMenuBar"] = [&, hook = fRecord.fHooks["SetupMenuBar"]] {
+    fRecord.fHooks["SetupMenuBar"] = hook;
+    Release(other);
+  };
+  Request();
+  EXPECT_EQ(fOutput.CountLines("RequestMenuBarSetup for a behavior-less document window!!!"), 0);
 
   // Who asks for another one in the middle of each gets it after that. A failure is reported, and the next
   // request works.

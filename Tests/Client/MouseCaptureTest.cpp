@@ -100,10 +100,10 @@ TEST_IN_RUN(MouseCaptureTest, TheShapeFollowsItsArbitration) {
   const auto arbitrate = [this] {
     return ViewCallsOf([this] { EXPECT_EQ(fMorvane->IMorvane_RequestMouseShapeArbitration(), kOK); });
   };
-  const auto isBackAfterLoss = [this](const wchar_t* cursor) {
+  const auto cursorOver = [this](int hit) {
     SetCursor(nullptr);
-    const LPARAM inClient = MAKELPARAM(HTCLIENT, WM_MOUSEMOVE);
-    return Send(WM_SETCURSOR, reinterpret_cast<WPARAM>(Hwnd()), inClient) == 1 && PointerIs(cursor);
+    EXPECT_EQ(Send(WM_SETCURSOR, reinterpret_cast<WPARAM>(Hwnd()), MAKELPARAM(hit, WM_MOUSEMOVE)), 1);
+    return GetCursor();
   };
   auto& shapes = fViewRecord.fShapes;
   Tracked(kInside);
@@ -121,12 +121,16 @@ TEST_IN_RUN(MouseCaptureTest, TheShapeFollowsItsArbitration) {
 
   // The pointer comes back as it was when the system asks; the override goes before it, and lasts until the
   // next arbitration.
-  EXPECT_TRUE(isBackAfterLoss(IDC_HAND));
+  EXPECT_EQ(cursorOver(HTGROWBOX), LoadCursorW(nullptr, IDC_SIZENWSE));
+  cursorOver(HTCLIENT);
+  EXPECT_TRUE(PointerIs(IDC_HAND));
   TError error = kOtherError;
   std::unique_ptr<IMouseShape> wait(fMorvane->IMorvane_CreateBuiltInMouseShape(kMouseShapeWait, error));
   EXPECT_EQ(fMorvane->IMorvane_SetOverrideMouseShape(wait.get()), kOK);
   EXPECT_EQ(arbitrate(), "a?<");
-  EXPECT_TRUE(isBackAfterLoss(IDC_WAIT));
+  EXPECT_TRUE(PointerIs(IDC_WAIT));
+  cursorOver(HTCLIENT);
+  EXPECT_TRUE(PointerIs(IDC_WAIT));
   wait.reset();  // the pointer does not need it any more
   EXPECT_EQ(fMorvane->IMorvane_SetOverrideMouseShape(nullptr), kOK);
   EXPECT_TRUE(PointerIs(IDC_WAIT));

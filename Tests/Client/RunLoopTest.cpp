@@ -197,4 +197,21 @@ TEST_F(RunLoopTest, SmallIdleDelaysAndFailures) {
   EXPECT_EQ(fRun.fLog.Count("UnhandledError:100200"), 1);
 }
 
+// The greatest delay keeps even the calls once a second away, but for the one that was due before the first
+// call had said so. Waking up brings one.
+TEST_F(RunLoopTest, LargeIdleDelay) {
+  fHooks["Idle"] = [this] { *fRun.fIdleDelay = 0x100000000; };
+  RunFrom([this] {
+    int calls[2] = {};
+    for (int& count : calls) {
+      EXPECT_TRUE(YieldUntil([start = GetTickCount()] { return GetTickCount() - start > 1400; }));
+      count = fRun.fIdleCalls;
+    }
+    EXPECT_EQ(calls[0], calls[1]);
+    EXPECT_EQ(fMorvane->IMorvane_WakeUpIdle(), kOK);
+    EXPECT_TRUE(YieldUntil([&] { return fRun.fIdleCalls > calls[1]; }));
+    return StartQuitting();
+  });
+}
+
 }  // namespace NSMorvaneTest
