@@ -90,6 +90,7 @@ TEST_IN_RUN(KeyboardTest, WhatAKeyEventTells) {
   SetFocus("leaf");
   const TKeyEvent& event = fViewRecord.fKey;
   const TPhysicalKeySpec& key = event.fPhysicalKey;
+  fViewRecord.fHooks["leaf:key"] = [&] { EXPECT_EQ(event.fTimeMS, static_cast<DWORD>(GetMessageTime())); };
   for (const auto& row : rows) {
     Hold(row.fHeld);
     Press(row.fKey, row.fFlags, row.fMessage);
@@ -97,7 +98,6 @@ TEST_IN_RUN(KeyboardTest, WhatAKeyEventTells) {
                                           event.fModifiers.fKeys, event.fIsRepeat}),
               row.fTold);
   }
-  EXPECT_EQ(event.fTimeMS, static_cast<DWORD>(GetMessageTime()));
 }
 
 // --- Tab
