@@ -28,6 +28,15 @@ TEST_F(BufferBitmap, PixelsAreWhatIsDrawn) {
   }
 }
 
+TEST_F(BufferBitmap, AMovedOriginTakesTheClipAlong) {
+  CBufferBitmap bitmap({20, 20}, 32);
+  bitmap.SetOrigin({90, 55});
+  bitmap.ClipToRegion(CRegion(TRect{92, 57, 200, 200}).GetNativeRegion());
+  bitmap.SetOrigin({91, 56});
+  Fill(bitmap, kEverything, kRed);
+  EXPECT_EQ((TRect{1, 1, 20, 20}), PaintedPixels(bitmap));
+}
+
 TEST_F(BufferBitmap, CopiesConvertTheDepthAndLeaveThePortAsItWas) {
   for (std::int32_t sourceDepth : {16, 32})
     for (std::int32_t targetDepth : {16, 32}) {

@@ -86,7 +86,8 @@ TEST_F(DrawingFailures, ExceptionsStopAtTheirView) {
 
 TEST_F(DrawingFailures, AnExceptionOfTheFirstViewComesOutAndTheContextIsAsBefore) {
   BehaviorOf(fTree.Root()).fOnDraw = [](IDrawTools& tools) -> TError {
-    Drawing([](HDC hdc) { SelectClipRgn(hdc, nullptr), SetTextColor(hdc, kRed); })(tools);
+    Drawing([](HDC hdc) { SelectClipRgn(hdc, nullptr), SetTextColor(hdc, kRed), SetROP2(hdc, R2_NOT); })(
+        tools);
     throw std::runtime_error("boom");
   };
   const CRegion clip(TRect{5, 5, 50, 50});
@@ -95,6 +96,7 @@ TEST_F(DrawingFailures, AnExceptionOfTheFirstViewComesOutAndTheContextIsAsBefore
   PlainTools tools(hdc, clip.GetNativeRegion());
   EXPECT_THROW(fTree.DrawWith(tools), std::runtime_error);
   EXPECT_EQ(0u, GetTextColor(hdc));
+  EXPECT_EQ(R2_COPYPEN, GetROP2(hdc));
   Fill(fSurface, kEverything, kRed);
   EXPECT_EQ((TRect{5, 5, 50, 50}), PaintedPixels(fSurface));
   ExpectBalancedBrackets(fTree);
