@@ -59,7 +59,6 @@ const std::vector<GoodRow<RecordingMorvane>>& GoodCalls() {
       GOOD(CreateAlertBox, "-", "-", nullptr, 1, GoodAlert(), nullptr),
       GOOD(CreateSaveAsDialog, "-", "-", nullptr, 3, nullptr, 1, u"", nullptr, 0, nullptr),
       GOOD(CreateOpenDialog, "-", "-", nullptr, 3, &gOwner, 0, 1, kTypes, 1, u"", nullptr),
-      GOOD(CreateDirectoryChooserDialog, "-", "-", nullptr, 3, nullptr, 1, u""),
       GOOD(CreateSaveChangesDialog, "-", "-", &gSaveChanges, nullptr, 1, u"name", kCloseByLibrary),
       GOOD(GetMacExtensions, "set", "0: outMacExtensions != NULL", out),
       // These two are called from the library's own callbacks and go ahead on a broken object.
@@ -138,9 +137,6 @@ TEST(ContractRoot, ResultsAreChecked) {
   const auto outOfRange = [](RecordingMorvane& m) { m.fIndex = 2; };
   std::int16_t index = -1;
   CheckResults<RecordingMorvane>({
-      {"ValidateDebugSettings(outSettings)",
-       [](auto& m) { m.template Given<TDebugSettings>().fFlushViews = 3; },
-       CALL(IMorvane_GetDebugSettings(out))},
       // A blocking dialog has run to its end.
       {"out == NULL", [](auto&) {}, CALL(IMorvane_CreateModalDialog(gModal, nullptr, 1, 0, error))},
       {"static_cast<std::uint32_t>(inOutSelectedIndex) < itemCount", outOfRange,

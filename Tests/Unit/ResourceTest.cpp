@@ -102,7 +102,6 @@ TEST_F(Resource, FailuresOfStrings) {
   const Rows<const char*, std::string, TError> rows = {
       {"SSTR/1000/2", "1{a}", kBadInputProgrammingError},
       {"SSTR/1000/1x", "1{a}", kBadInputProgrammingError},
-      {"SSTR/1000/", "1{a}", kOtherError},
       {"SSTR/1000/1\xE4", "1{a}", kOtherError},
       {"SSTR/1000/x", "1{a", kBadFormatError},  // the script is judged first
       {"SSTR/1000/1", "1{a}\xE2\x80", kOtherError},

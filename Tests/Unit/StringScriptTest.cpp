@@ -50,7 +50,6 @@ TEST_F(StringScript, OneBadLineLosesTheScript) {
 TEST_F(StringScript, ReaderStaysInItsBlock) {
   std::uint8_t bytes[4] = {1, 2, 3, 4};
   CRawByteReader reader(bytes, 4);
-  reader.ReadBytes(4, 0, bytes);
   const Rows<std::int64_t, std::int64_t> rows = {{0, 5},  {5, 0},         {-1, 2},
                                                  {1, -1}, {1, INT64_MAX}, {INT64_MAX, 1}};
   for (const auto& [start, size] : rows)
