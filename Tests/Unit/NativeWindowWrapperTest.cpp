@@ -2,6 +2,8 @@
 #include "Component/Win/NativeWindowWrapper.h"
 
 #include <functional>
+#include <latch>
+#include <thread>
 
 #include "Tests/Support/NativeTestWindow.h"
 #include "Tests/Support/UnitTest.h"
@@ -172,4 +174,23 @@ TEST_F(NativeWindowWrapperTest, OverriderGoesWithItsWindow) {
   fWindow.Destroy();
   EXPECT_EQ(0, living);
   EXPECT_EQ(before, atLastMessage);
+}
+
+TEST_F(NativeWindowWrapperTest, ThreadsHaveTheirWindowsSideBySide) {
+  // One subclasses again and again while the other's messages look their wrapper up.
+  std::latch ready(3);
+  const auto change = [&] {
+    const NativeTestWindow window(WS_POPUP);
+    ready.arrive_and_wait();
+    for (int i = 0; i < 1000; ++i) CNativeWindowWrapper wrapper(window);
+  };
+  const auto use = [&] {
+    const NativeTestWindow window(WS_POPUP);
+    CNativeWindowWrapper wrapper(window);
+    ready.arrive_and_wait();
+    for (int i = 0; i < 20000; ++i) SendMessageW(window, WM_NULL, 0, 0);
+  };
+  gAfterNativeMessage = [] {};
+  std::thread first(change), second(use), third(change);
+  for (std::thread* thread : {&first, &second, &third}) thread->join();
 }
