@@ -192,7 +192,7 @@ class CTour : public CTourist {
     fWindow = WaitForWindow(nullptr, fTitle.c_str());
     fPalette = WaitForWindow(nullptr, L"Tools");
     WaitUntilInFront(fWindow);
-    WaitFor([this] { return ::GetMenu(fWindow) != nullptr; });
+    WaitFor([this] { return ::GetMenu(fWindow) != nullptr; }, "a menu bar");
     RECT client = {};
     ::GetClientRect(fWindow, &client);
     const POINT origin = OriginOf(fWindow);
@@ -200,7 +200,7 @@ class CTour : public CTourist {
     fCanvas = {origin.x, origin.y, origin.x + client.right - 208, origin.y + client.bottom - 26};
     fSheet = {(fCanvas.left + fCanvas.right - 760) / 2, (fCanvas.top + fCanvas.bottom - 560) / 2};
     const POINT bar = {fSheet.x + 377, fSheet.y + 300};
-    WaitFor([=] { return ColorAt(bar) == kColors.at("bar"); });
+    WaitFor([=] { return ColorAt(bar) == kColors.at("bar"); }, "a bar of the chart");
     fArrow = Cursor();
     HoverUntilCursor(bar, false);  // the arrows over a shape
     const HCURSOR arrows = Cursor();

@@ -27,10 +27,10 @@ class CTourist {
   explicit CTourist(std::wstring folder) : fFolder(std::move(folder)) {}
 
   // --- Waiting
-  void WaitFor(const std::function<bool()>& isSo) const {
+  void WaitFor(const std::function<bool()>& isSo, const char* what = "its effect") const {
     constexpr DWORD kPatience = 15000;
     for (const DWORD start = ::GetTickCount(); !isSo(); ::Sleep(5))
-      if (::GetTickCount() - start > kPatience) throw XLost{fStep};
+      if (::GetTickCount() - start > kPatience) throw XLost{fStep + ", " + what};
   }
   // Does something, and does it again each time that its effect keeps one waiting for more than a second.
   void Insist(const std::function<bool()>& isSo, const std::function<void()>& action) const {
@@ -46,15 +46,17 @@ class CTourist {
   // A window that is shown; null stands for any class, any title.
   HWND WaitForWindow(const wchar_t* windowClass, const wchar_t* title) const {
     HWND window = nullptr;
-    WaitFor([&] {
-      do window = ::FindWindowExW(nullptr, window, windowClass, title);
-      while (window && !::IsWindowVisible(window));
-      return window != nullptr;
-    });
+    WaitFor(
+        [&] {
+          do window = ::FindWindowExW(nullptr, window, windowClass, title);
+          while (window && !::IsWindowVisible(window));
+          return window != nullptr;
+        },
+        "a window");
     return window;
   }
   void WaitUntilInFront(HWND window) const {
-    WaitFor([=] { return ::GetForegroundWindow() == window; });
+    WaitFor([=] { return ::GetForegroundWindow() == window; }, "a window in front");
   }
 
   // --- Input
@@ -64,10 +66,12 @@ class CTourist {
     NSMorvaneTest::PutPointer(
         point, [](POINT place) { SendMouse(place, 0); },
         [&](const std::function<bool()>& hasArrived) {
-          WaitFor([&] {
-            LetHandleMessages(::WindowFromPoint(point));
-            return hasArrived();
-          });
+          WaitFor(
+              [&] {
+                LetHandleMessages(::WindowFromPoint(point));
+                return hasArrived();
+              },
+              "the mouse");
         });
   }
   // Rests the mouse there until something is so. A mouse in a hand is never quite still: after a while it
@@ -132,12 +136,14 @@ class CTourist {
     std::vector<std::uint32_t> before;
     std::vector<std::uint32_t> now;
     int equal = 0;
-    WaitFor([&] {
-      before = std::move(now);
-      now = Look(WholeScreen());
-      equal = now == before ? equal + 1 : 0;
-      return equal == 5;
-    });
+    WaitFor(
+        [&] {
+          before = std::move(now);
+          now = Look(WholeScreen());
+          equal = now == before ? equal + 1 : 0;
+          return equal == 5;
+        },
+        "a screen at rest");
     TakePictureAtOnce(name);
   }
   void TakePictureAtOnce(const std::string& name) {
