@@ -179,12 +179,13 @@ wine_end_slot() {
   rm -f "$slot/Xvfb.pid"
 }
 
-# wine_restart_slot SLOT: ends whatever the last program left and starts the desktop anew.
+# wine_restart_slot SLOT: ends whatever the last program left and starts the slot anew. Its display, too: a
+# process that was ended in the middle of a key, on behalf of the program, leaves the key down for all that
+# follow.
 wine_restart_slot() {
-  local slot=$1
-  wine_end_desktop "$slot"
-  wine_display_lives "$slot" || wine_start_display "$slot"
-  wine_start_desktop "$slot"
+  wine_end_slot "$1"
+  wine_start_display "$1"
+  wine_start_desktop "$1"
 }
 
 # wine_begin_session N [own-display]: makes a session of N slots and starts them; sets wine_session. With
