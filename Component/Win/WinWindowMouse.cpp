@@ -395,9 +395,6 @@ bool CWinWindow::DispatchClick(TMouseEvent& event) {
     MORVANE_CHECK(capture->IMouseCapture_OnMouseDown(event));
     return true;
   }
-  // The system is moving or sizing this window and has the mouse for it: the press is not for the views,
-  // which could not take the capture.
-  if (::GetCapture() == fHwnd) return false;
   const TViews hitViews = fRootView->HitTest(event.fPosition);
   return PreClick(event, hitViews) || HandleClick(event, hitViews);
 }

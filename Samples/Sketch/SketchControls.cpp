@@ -1,5 +1,7 @@
 #include "SketchControls.h"
 
+#include <windows.h>
+
 #include <algorithm>
 #include <iterator>
 #include <memory>
@@ -190,6 +192,8 @@ void CSketchButton::Activate() {
 }
 
 void CSketchButton::Press(const TMouseEvent&) {
+  // The system has the mouse while it moves the window.
+  if (::GetCapture()) return;
   auto press = std::make_unique<CPress>(*this);
   ThrowIfFailed(Form().Morvane().IMorvane_AllocateMouseCapture(&Form().Window(), press.get()));
   fPress = press.release();
