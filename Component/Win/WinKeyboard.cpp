@@ -153,7 +153,8 @@ TString TranslateKey(const TModifierKeys& mods, const TPhysicalKeySpec& physical
   const int numChars = AskLayout(physicalKey, state, text);
   // A dead key that the system has just met, and that waits for its letter already, gives its accent twice.
   // The next answer is that of a dead key, and leaves it waiting as before.
-  if (numChars > 1 && AskLayout(physicalKey, state, text) < 0) return TString(1, text[0]);
+  if (TChar again[kLayoutChars] = {}; numChars > 1 && AskLayout(physicalKey, state, again) < 0)
+    return TString(1, again[0]);
   if (numChars > 0) return TString(text, static_cast<std::size_t>(std::min(numChars, kLayoutChars)));
   if (numChars < 0) {
     // The dead key waits for its letter now. Asking again takes it back out, so that typing goes on as
