@@ -1,0 +1,84 @@
+// The application: defaults for its behaviour, and all of a main program.
+#pragma once
+
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include "Common.h"
+
+namespace NSMorvane {
+
+// Asks for no idle call before a second has passed. OnQuitEvent does nothing: override it, or derive from
+// CDefaultApplication.
+class CDefaultRunBehavior : public IMorvaneRunBehavior {
+ public:
+  TError IMorvaneRunBehavior_OnStartUp() override { return kOK; }
+  TError IMorvaneRunBehavior_OnCleanUp() override { return kOK; }
+  TError IMorvaneRunBehavior_OnQuitEvent() override { return kOK; }
+  TError IMorvaneRunBehavior_OnNoDocument(TNoDocumentKind) override { return kOK; }
+  TError IMorvaneRunBehavior_OnOpenURL(const char*) override { return kOK; }
+  TError IMorvaneRunBehavior_OnSetupMenuBar(IMenuBarState&) override { return kOK; }
+  TError IMorvaneRunBehavior_OnMenuCommand(const TMenuCommandEvent&, TFlag& outHandled) override {
+    outHandled = 0;
+    return kOK;
+  }
+  TError IMorvaneRunBehavior_HandleKeyDown(const TKeyEvent&, TFlag& outHandled) override {
+    outHandled = 0;
+    return kOK;
+  }
+  TError IMorvaneRunBehavior_OnIdle(std::int64_t& inOutDelayMS) override {
+    inOutDelayMS = 1000;
+    return kOK;
+  }
+  TError IMorvaneRunBehavior_OnBeginDraw(IDrawTools&) override { return kOK; }
+  TError IMorvaneRunBehavior_OnEndDraw(IDrawTools&) override { return kOK; }
+  TError IMorvaneRunBehavior_OnAppActivation(TFlag) override { return kOK; }
+  TError IMorvaneRunBehavior_OnThemeChanged() override { return kOK; }
+  TError IMorvaneRunBehavior_OnEnterMenuLoop() override { return kOK; }
+  TError IMorvaneRunBehavior_OnExitMenuLoop() override { return kOK; }
+  TError IMorvaneRunBehavior_OnAppMessage(std::uint32_t, std::uint32_t) override { return kOK; }
+  TError IMorvaneRunBehavior_OnUnhandledError(TError) override { return kOK; }
+};
+
+// Quits when it is asked to, and when its last document window has gone.
+class CDefaultApplication : public CDefaultRunBehavior {
+ public:
+  explicit CDefaultApplication(IMorvane& morvane) : fMorvane(morvane) {}
+  TError IMorvaneRunBehavior_OnQuitEvent() override { return fMorvane.IMorvane_StartQuitting(); }
+
+ protected:
+  IMorvane& fMorvane;
+};
+
+// The names of an application that goes away with its last window. What the user reads is the product's name.
+inline TStartupParams StartupParams(std::u16string_view company, std::u16string_view product) {
+  TStartupParams params = {};
+  CopyText(params.fCompanyName, company);
+  CopyText(params.fProductName, product);
+  CopyText(params.fDisplayName, product);
+  return params;
+}
+
+// Runs a TApplication, made of the root object and `arguments`, to its end. The result is an exit code for
+// main: 0, or the error code of what went wrong. The debug layers, which are on unless told otherwise, are
+// off.
+//   int main() { return RunApplication<CHelloApplication>(StartupParams(u"Example", u"Hello")); }
+template <class TApplication, class... TArguments>
+int RunApplication(const TStartupParams& params, TArguments&&... arguments) {
+  TError error = kOK;
+  const std::unique_ptr<IMorvane> morvane(Morvane_Create("IMorvane", &error));
+  if (morvane) {
+    error = Guarded([&] {
+      ThrowIfFailed(morvane->IMorvane_SetDebugSettings(TDebugSettings{}));
+      auto application = std::make_unique<TApplication>(*morvane, std::forward<TArguments>(arguments)...);
+      const TError result = morvane->IMorvane_Run(application.get(), params);
+      // A run that succeeds has deleted its behaviour.
+      if (result == kOK) static_cast<void>(application.release());
+      return result;
+    });
+  }
+  return error == kOK ? 0 : static_cast<int>(error);
+}
+
+}  // namespace NSMorvane

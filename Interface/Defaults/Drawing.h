@@ -1,0 +1,48 @@
+// The port or the pixels of a drawing, open for the length of a block.
+#pragma once
+
+#include "Common.h"
+
+namespace NSMorvane {
+
+// The native port, open for the length of its life; null if the tools refuse it.
+class COpenPort {
+ public:
+  explicit COpenPort(IDrawTools& tools) : fTools(tools) {
+    TNativePort port = {nullptr};
+    if (tools.IDrawTools_OpenNativePort(port) == kOK) fHDC = port.fHDC;
+  }
+  ~COpenPort() {
+    if (fHDC) fTools.IDrawTools_CloseNativePort();
+  }
+  COpenPort(const COpenPort&) = delete;
+  COpenPort& operator=(const COpenPort&) = delete;
+  HDC__* HDC() const { return fHDC; }
+  operator HDC__*() const { return fHDC; }
+
+ private:
+  IDrawTools& fTools;
+  HDC__* fHDC = nullptr;
+};
+
+// The pixels, open for the length of its life; false if the tools refuse them.
+class COpenPixels {
+ public:
+  explicit COpenPixels(IDrawTools& tools)
+      : fTools(tools), fIsOpen(tools.IDrawTools_OpenRawPixels(fPixels) == kOK) {}
+  ~COpenPixels() {
+    if (fIsOpen) fTools.IDrawTools_CloseRawPixels();
+  }
+  COpenPixels(const COpenPixels&) = delete;
+  COpenPixels& operator=(const COpenPixels&) = delete;
+  explicit operator bool() const { return fIsOpen; }
+  const TRawPixels& operator*() const { return fPixels; }
+  const TRawPixels* operator->() const { return &fPixels; }
+
+ private:
+  IDrawTools& fTools;
+  TRawPixels fPixels = {};
+  bool fIsOpen;
+};
+
+}  // namespace NSMorvane
