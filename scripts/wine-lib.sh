@@ -73,10 +73,13 @@ wine_start_display() {
   echo $server >"$slot/Xvfb.pid"
 }
 
-# wine_display_lives SLOT: true while the slot's X server runs.
+# wine_display_lives SLOT: true while the slot's X server runs. The number in Xvfb.pid alone proves nothing: the
+# folder may be a copy of another one, and the system gives numbers again. The server carries the slot's mark.
 wine_display_lives() {
   local pid
-  pid=$(cat "$1/Xvfb.pid" 2>/dev/null) && [ "$(cat "/proc/$pid/comm" 2>/dev/null)" = Xvfb ]
+  pid=$(cat "$1/Xvfb.pid" 2>/dev/null) && [[ $pid =~ ^[1-9][0-9]*$ ]] &&
+    [ "$(cat "/proc/$pid/comm" 2>/dev/null)" = Xvfb ] &&
+    grep -qzxF -- "MORVANE_WINE_SLOT=$1" "/proc/$pid/environ" 2>/dev/null
 }
 
 # wine_make_template: makes build/wine/template unless it is there. The caller holds the lock of build/wine.
@@ -191,17 +194,13 @@ wine_restart_slot() {
 # wine_begin_session N [own-display]: makes a session of N slots and starts them; sets wine_session. With
 # own-display the programs' windows are ordinary ones on the display of the caller.
 wine_begin_session() {
-  local count=$1 kind=${2-} old slot k gate
+  local count=$1 kind=${2-} slot k gate
   need wine wineserver wineboot Xvfb xdotool flock
   mkdir -p "$wine_home/sessions"
   exec {gate}>"$wine_home/lock"
   flock $gate
   (exec {gate}>&-; wine_make_template) || exit 1
-  # Sessions whose owner was killed before it could tidy up.
-  for old in "$wine_home"/sessions/*/; do
-    old=${old%/}
-    [ -e "$old/alive" ] && flock -n "$old/alive" true && wine_remove_session "$old"
-  done
+  wine_remove_stale_sessions
   wine_session=$(mktemp -d "$wine_home/sessions/XXXXXX")
   exec {wine_alive}>"$wine_session/alive"
   flock $wine_alive
@@ -221,6 +220,16 @@ wine_begin_session() {
     wait $k || exit 1
   done
   wine_starters=
+}
+
+# wine_remove_stale_sessions: removes the sessions whose owner was killed before it could tidy up. The caller
+# holds the lock of build/wine.
+wine_remove_stale_sessions() {
+  local old
+  for old in "$wine_home"/sessions/*/; do
+    old=${old%/}
+    [ -e "$old/alive" ] && flock -n "$old/alive" true && wine_remove_session "$old"
+  done
 }
 
 # wine_remove_session FOLDER: ends what runs in the session and removes its folder.
