@@ -44,8 +44,8 @@ TError CDrawToolsGlue::IDrawTools_OpenNativePort(TNativePort& out) {
 }
 
 TError CDrawToolsGlue::IDrawTools_CloseNativePort() {
-  // Closing the wrong one of the two is bad input, and goes before the sequence. It reports under the name of
-  // the opening.
+  // Closing the wrong one of the two is bad input, and goes before the sequence. Sic: it reports under the
+  // name of the opening.
   MORVANE_REQUIRE("CDrawToolsGlue::IDrawTools_OpenNativePort", !fRawPixelsAreOpen);
   MORVANE_REQUIRE_SEQUENCE("CDrawToolsGlue::IDrawTools_CloseNativePort", fNativePortIsOpen);
   TError outError;

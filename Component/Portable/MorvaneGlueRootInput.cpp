@@ -33,6 +33,7 @@ TError CMorvaneGlue::IMorvane_ReplaceClipboardContents(const TClipboardFormat* f
                                                        std::uint32_t formatCount,
                                                        IClipboardDataGetter* clipbardDataGetter) {
   MORVANE_REQUIRE("IMorvane_ReplaceClipboardContents()", CMorvaneGlue_CheckInvariant());
+  // Sic: the parameter's name is part of the text.
   MORVANE_REQUIRE("IMorvane_ReplaceClipboardContents()", (formatCount == 0) || (clipbardDataGetter != NULL));
   TError outError;
   CallHook(outError, [&] {
@@ -69,7 +70,7 @@ IIcon* CMorvaneGlue::IMorvane_CreateIconForURL(const char* fileOrFolderOrVolumeU
   return out;
 }
 
-// The next two report under the name of the built-in icons.
+// Sic: the next two report under the name of the built-in icons.
 
 IIcon* CMorvaneGlue::IMorvane_CreateResourceIcon(const char* key, TError& outError) {
   MORVANE_REQUIRE_OUT("IMorvane_CreateBuiltInIcon()", CMorvaneGlue_CheckInvariant());
@@ -175,7 +176,7 @@ IMouseShape* CMorvaneGlue::IMorvane_CreateBuiltInMouseShape(TBuiltInMouseShape m
 
 // --- Keyboard
 
-// Reports under the name of the mouse shapes.
+// Sic: reports under the name of the mouse shapes.
 
 TError CMorvaneGlue::IMorvane_AttachModifierKeyListener(IModifierKeyListener* listener) {
   MORVANE_REQUIRE("IMorvane_LoadResourceMouseShape()", CMorvaneGlue_CheckInvariant());
@@ -215,7 +216,7 @@ TError CMorvaneGlue::IMorvane_RemoveKeyReleaseCallback(std::uint32_t virtualKey,
 TError CMorvaneGlue::IMorvane_ShortcutModsToModifiers(TShortcutModifiers shortcutMods,
                                                       TModifierKeys& outMods) {
   MORVANE_REQUIRE("IMorvane_ShortcutModsToModifiers()", CMorvaneGlue_CheckInvariant());
-  MORVANE_REQUIRE("IMorvane_ShortcutModsToModifiers", ValidateShortcutModifiers(shortcutMods));
+  MORVANE_REQUIRE("IMorvane_ShortcutModsToModifiers", ValidateShortcutModifiers(shortcutMods));  // sic
   TError outError;
   CallHook(outError, [&] { outMods = CMorvaneGlue_ShortcutModsToModifiers(shortcutMods); });
   MORVANE_AFTER(CMorvaneGlue_CheckInvariant());

@@ -1,6 +1,6 @@
 // The contract members of the four kinds of windows.
 //
-// GetState reports under the name of SetState.
+// Sic: GetState reports under the name of SetState, Release under that of FocusNow.
 #include "Component/Portable/MorvaneGlue.h"
 #include "Component/Portable/MorvaneGlueContract.h"
 #include "Component/Portable/MorvaneGlueValidators.h"
@@ -79,7 +79,7 @@ TError CDocumentWindowGlue::IDocumentWindow_GetBehavior(IDocumentWindowBehavior*
   return outError;
 }
 
-// Reports under the name of FocusNow. The object may be gone behind the call.
+// The object may be gone behind the call.
 
 TError CDocumentWindowGlue::IDocumentWindow_Release() {
   MORVANE_REQUIRE("IDocumentWindow_FocusNow()", CDocumentWindowGlue_CheckInvariant());
@@ -161,7 +161,7 @@ TError CModelessDialogGlue::IModelessDialog_GetBehavior(IModelessDialogBehavior*
   return outError;
 }
 
-// Reports under the name of FocusNow. The object may be gone behind the call.
+// The object may be gone behind the call.
 
 TError CModelessDialogGlue::IModelessDialog_Release() {
   MORVANE_REQUIRE("IModelessDialog_FocusNow()", CModelessDialogGlue_CheckInvariant());
@@ -241,7 +241,7 @@ TError CModalDialogGlue::IModalDialog_GetBehavior(IModalDialogBehavior*& outBeha
   return outError;
 }
 
-// Reports under the name of FocusNow. The object may be gone behind the call.
+// The object may be gone behind the call.
 
 TError CModalDialogGlue::IModalDialog_Release() {
   MORVANE_REQUIRE("IModalDialog_FocusNow()", CModalDialogGlue_CheckInvariant());
@@ -314,7 +314,7 @@ TError CFloatingWindowGlue::IFloatingWindow_GetBehavior(IFloatingWindowBehavior*
   return outError;
 }
 
-// Reports under the name of FocusNow. The object may be gone behind the call.
+// The object may be gone behind the call.
 
 TError CFloatingWindowGlue::IFloatingWindow_Release() {
   MORVANE_REQUIRE("IFloatingWindow_FocusNow()", CFloatingWindowGlue_CheckInvariant());

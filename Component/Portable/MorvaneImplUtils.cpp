@@ -106,7 +106,7 @@ void DebugPrint(const char* text) {
 void DebugPrint(const std::string& text) { DebugPrint(text.c_str()); }
 
 void DebugThrown(const char* file, std::int32_t line) {
-  // The prefix stands here too, so that the finished line carries it twice.
+  // Sic: the prefix stands here too, so that the finished line carries it twice.
   static char buffer[1024];
   std::snprintf(buffer, sizeof(buffer), "[Morvane] Exception thrown at %s(%d)", file, static_cast<int>(line));
   DebugPrint(buffer);

@@ -110,7 +110,8 @@ void DrawSubViews(const TPass& pass, CViewImpl& view);
 
 void LogIgnoredError(const IViewBehavior* behavior, TError error, const char* operation) {
   DebugPrint("The view behavior " + std::to_string(reinterpret_cast<std::intptr_t>(behavior)) +
-             "returned the error " + std::to_string(static_cast<std::int32_t>(error)) + " when " + operation +
+             "returned the error " +  // sic, no blank
+             std::to_string(static_cast<std::int32_t>(error)) + " when " + operation +
              " was called. The error has been ignored to avoid disrupting the drawing of other views.");
 }
 

@@ -46,7 +46,7 @@ bool CMorvaneImpl::IsAutoPlayQuery(UINT message) {
   if (fAutoPlaySuppressCount == 0) return false;
   MORVANE_ASSERT(fRegisteredAutoPlayMessage != 0);
   if (message != fRegisteredAutoPlayMessage) return false;
-  DebugPrint("Stopped an autoplay from occuring!");
+  DebugPrint("Stopped an autoplay from occuring!");  // sic
   return true;
 }
 

@@ -15,7 +15,7 @@ void CMorvaneImpl::DispatchQuitEvent() {
   if (fBehavior) {
     MORVANE_CHECK(fBehavior->IMorvaneRunBehavior_OnQuitEvent());
   } else {
-    DebugPrint("Auto-handlig quit event since there is no behavior.");
+    DebugPrint("Auto-handlig quit event since there is no behavior.");  // sic
     CMorvaneGlue_StartQuitting();
   }
 }
@@ -25,7 +25,7 @@ void CMorvaneImpl::DispatchQuitEvent() {
 void CMorvaneImpl::CMorvaneGlue_StartQuitting() {
   MORVANE_ASSERT(!fIsInQuitMode);
   MORVANE_ASSERT(fQuitWindow.expired());
-  DebugPrint("]Morvane] Entering quit mode...");
+  DebugPrint("]Morvane] Entering quit mode...");  // sic
   fIsInQuitMode = true;
   try {
     CloseNextWindow();
@@ -38,7 +38,7 @@ void CMorvaneImpl::CMorvaneGlue_StartQuitting() {
 void CMorvaneImpl::CMorvaneGlue_StopQuitting() {
   MORVANE_ASSERT(fIsInQuitMode);
   LeaveQuitMode();
-  DebugPrint("]Morvane] Exited quit mode...");
+  DebugPrint("]Morvane] Exited quit mode...");  // sic
 }
 
 bool CMorvaneImpl::CMorvaneGlue_IsQuitting() { return fIsInQuitMode; }

@@ -125,7 +125,7 @@ TString TakeSentCommandLine() {
   const CFileMappingView view(*gFileMappingInstance);
   TSingleInstanceRecord& record = RecordIn(view);
   MORVANE_ASSERT_TEXT("dwordData[0]!=0", PendingFlag(record).load() != 0);
-  // What the record says of the process does not matter here.
+  // What the record says of the process does not matter here. Sic: the text has one "=".
   MORVANE_ASSERT_TEXT("processID=::GetCurrentProcessId()", ::GetCurrentProcessId() != 0);
   const DWORD threadID = record.fThreadId;
   MORVANE_ASSERT(threadID==::GetCurrentThreadId());

@@ -54,7 +54,7 @@ void ThrowLastError(const char* file, std::int32_t line);
 // --- Windows
 
 // The windows that the library has hidden, natively or by moving them above the screen. Written by the window
-// module alone.
+// module alone. Sic: assertions show the name.
 extern std::vector<HWND> sHidddenWindows;
 
 WINDOWPLACEMENT GetPlacement(HWND hWnd);

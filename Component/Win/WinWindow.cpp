@@ -146,7 +146,7 @@ LRESULT CALLBACK CWinWindow::WindowStubProcCallback(HWND hwnd, UINT message, WPA
     }
   }
   if (message == WM_SHOWWINDOW)
-    DebugPrint("CWinWindow::WindowStubProcCallback forwarding WM_SHOWWINDOW to DefWindowProc() ");
+    DebugPrint("CWinWindow::WindowStubProcCallback forwarding WM_SHOWWINDOW to DefWindowProc() ");  // sic
   return DefWindowProcW(hwnd, message, wParam, lParam);
 }
 
@@ -356,7 +356,7 @@ CWinWindow::~CWinWindow() {
   MORVANE_ASSERT(CheckInvariant());
   fIsEnding = true;  // the kind is gone
   if (fRootView && !fRootView->GetRawSubViews().empty()) {
-    DebugPrint("Not all subview were removed!");
+    DebugPrint("Not all subview were removed!");  // sic
     for (const CViewImpl* const view : fRootView->GetRawSubViews())
       DebugPrint("View: " + view->GetDebugName());
     DebugPrint("You must release all views in a window before the window is deleted!");

@@ -32,7 +32,7 @@ constexpr char kPreTrackingPass[] = "pre pass of CWinWindow::DispatchMouseTracki
 constexpr char kNormalTrackingPass[] = "normal pass of CWinWindow::DispatchMouseTracking.";
 constexpr char kPreShapePhase[] = "pre phase of CWinWindow::RefreshMouseShape.";
 constexpr char kNormalShapePhase[] = "normal phase of CWinWindow::RefreshMouseShape.";
-constexpr char kClickPhase[] = "pre-click phase of CMacRootViewBehavior::HandleClick.";  // both of them
+constexpr char kClickPhase[] = "pre-click phase of CMacRootViewBehavior::HandleClick.";  // both of them; sic
 
 // One view's turn in a pass. If it fails, the next view gets its turn as if this one had not handled the
 // event. True if it has.
@@ -282,7 +282,7 @@ void CWinWindow::SendMouseExits(const TViews& newMouseTrackingViews) {
     if (!behavior || std::find(views.begin(), views.end(), *view) != views.end()) continue;
     const TError error = behavior->IViewBehavior_OnMouseEnterExit(0);
     if (error != kOK)
-      DebugPrint("The view behavior " + HandleText(behavior) + "returned the error " +
+      DebugPrint("The view behavior " + HandleText(behavior) + "returned the error " +  // sic, no blank
                  NumberText(static_cast<std::int32_t>(error)) +
                  " when IViewBehavior_OnMouseEnterExit was called. The error will be ignored in order to not "
                  "disrupt the mouse tracking.");

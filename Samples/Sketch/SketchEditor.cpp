@@ -9,7 +9,7 @@ namespace NSSketch {
 
 namespace {
 
-// All at which a list of indices points is at the end of a document with `count` shapes.
+// The indices of the last `count` of `size` shapes.
 TShapeIndices LastIndices(std::size_t count, std::size_t size) {
   TShapeIndices indices;
   for (std::size_t i = size - count; i < size; ++i) indices.push_back(i);
