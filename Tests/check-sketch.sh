@@ -26,4 +26,10 @@ expect both.png '#D9822B' 400    # the warning sign
 expect lake.png '#DCE8FB' 700    # behind the current tool
 expect lake.png '#4E4A78' 20000  # the near mountains
 expect lake.png '#FFD76A' 80     # the windows of the hut
+# The palette does not cover the menus of the window in front: they look as in the other one.
+menu() { convert "$folder/$1.png" -crop "90x17+$(($2 + 4))+$(($2 + 25))" +repage -threshold 50% "$folder/$1-menu.png"; }
+menu both 52
+menu lake 24
+[ "$(identify -format %k "$folder/lake-menu.png")" -eq 2 ] || { echo "no menu where it was looked for"; exit 1; }
+compare -metric AE "$folder/both-menu.png" "$folder/lake-menu.png" null: 2>/dev/null || { echo "the menus are covered"; exit 1; }
 echo "Sketch painted a document and the message about a broken one"

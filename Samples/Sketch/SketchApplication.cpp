@@ -1,5 +1,7 @@
 #include "SketchApplication.h"
 
+#include <windows.h>
+
 #include <algorithm>
 #include <memory>
 #include <utility>
@@ -21,6 +23,8 @@ namespace {
 
 constexpr TStyleFlags kDocumentStyle = kWindowResizableBit | kWindowZoomableBit;
 constexpr std::uint32_t kMessagePaletteAbove = 1;
+constexpr std::uint32_t kMessageShowPalette = 2;
+constexpr TPoint kPaletteCorner = {10, 24};  // in the client area of the document in front
 constexpr std::int64_t kScrollIntervalMS = 25;
 constexpr std::int64_t kNotBeforeWokenUp = 0x7FFFFFFF;
 
@@ -70,6 +74,12 @@ TError CSketchApplication::IMorvaneRunBehavior_OnIdle(std::int64_t& inOutDelayMS
 }
 
 TError CSketchApplication::IMorvaneRunBehavior_OnAppMessage(std::uint32_t message, std::uint32_t rounds) {
+  if (message == kMessageShowPalette) {
+    return Guarded([&] {
+      if (!fWindows.empty() && !IsQuitting()) ShowPalette(true);
+      return TError{kOK};
+    });
+  }
   if (message != kMessagePaletteAbove || !fPalette) return kOK;
   fPalette->StayAbove();
   return rounds > 0 ? fMorvane.IMorvane_PostAppMessage(kMessagePaletteAbove, rounds - 1) : kOK;
@@ -102,7 +112,6 @@ void CSketchApplication::OpenUntitled() {
   ThrowIfFailed(CreateDocumentWindow<CSketchWindow>(fMorvane, kDocumentStyle, fMorvane, *this,
                                                     std::make_unique<CSketchDocument>(), std::u16string(),
                                                     name));
-  if (std::exchange(fWantsPalette, false)) ShowPalette(true);
 }
 
 CSketchWindow* CSketchApplication::WindowOfFile(const std::u16string& path,
@@ -128,12 +137,14 @@ void CSketchApplication::OpenFile(const std::u16string& givenPath) {
   }
   ThrowIfFailed(CreateDocumentWindow<CSketchWindow>(fMorvane, kDocumentStyle, fMorvane, *this,
                                                     std::move(document), path, NameOfPath(path)));
-  if (std::exchange(fWantsPalette, false)) ShowPalette(true);
 }
 
+// The palette waits until all the documents of the start are there: it is placed by the one in front.
 void CSketchApplication::AddWindow(CSketchWindow& window) {
   fWindows.push_back(&window);
   fFront = &window;
+  if (std::exchange(fWantsPalette, false))
+    ThrowIfFailed(fMorvane.IMorvane_PostAppMessage(kMessageShowPalette, 0));
 }
 
 // The next document in front says so itself when it becomes active.
@@ -226,16 +237,21 @@ void CSketchApplication::ChooseTool(TSketchTool tool) {
 
 // --- Other windows
 
-// The document stays the active one.
+// The window that is active stays it.
 void CSketchApplication::ShowPalette(bool shown) {
   if (shown == IsPaletteShown()) return;
   if (shown) {
+    const HWND active = ::GetActiveWindow();
     CFloatingWindowFactory<CSketchPalette, IMorvane&, CSketchApplication&> factory(fMorvane, *this);
     TError error = kOK;
     fMorvane.IMorvane_CreateFloatingWindow(factory, kWindowStyleBit23, error);
     ThrowIfFailed(error);
     fPalette = factory.Made();
-    FocusFront();
+    if (active)
+      ::SetActiveWindow(active);
+    else
+      FocusFront();
+    KeepPaletteAbove();
   } else {
     fPalette->Close();
   }
@@ -282,9 +298,14 @@ TRect CSketchApplication::FrontFrame() const {
   return fFront ? FrameOnScreen(fFront->Window()) : TRect{0, 0, 800, 600};
 }
 
+// Another window may be in front of the document: one that tells why a file could not be opened.
 TPoint CSketchApplication::PlaceOfPalette(const TSize& size) const {
-  const TRect frame = FrontFrame();
-  return {frame.fLeft + 12 + size.fWidth / 2 + 4, frame.fTop + 76 + size.fHeight / 2};
+  CVectorWindowReceiver windows;
+  ThrowIfFailed(fMorvane.IMorvane_GetDocumentWindowsZ(windows));
+  TPoint corner = fFront ? ClientCornerOnScreen(fFront->Window()) : TPoint{0, 0};
+  if (!windows.fWindows.empty())
+    corner.fY = std::max(corner.fY, ClientCornerOnScreen(*windows.fWindows.front()).fY);
+  return {corner.fX + kPaletteCorner.fX + size.fWidth / 2, corner.fY + kPaletteCorner.fY + size.fHeight / 2};
 }
 
 TPoint CSketchApplication::PlaceOfProperties(const TSize& size) const {

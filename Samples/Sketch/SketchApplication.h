@@ -78,7 +78,8 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
   void ShowProperties();
   void OnPropertiesClosed(const CSketchPropertiesDialog& properties);
   void ShowAbout();
-  // The middle of where they are to appear: inside the document in front, at its left and right.
+  // The middle of where they are to appear: inside the document in front, at its left, where there is no menu
+  // and no title, and at its right. The palette's size is that of its frame.
   NSMorvane::TPoint PlaceOfPalette(const NSMorvane::TSize& size) const;
   NSMorvane::TPoint PlaceOfProperties(const NSMorvane::TSize& size) const;
 

@@ -244,6 +244,14 @@ TRect FrameOnScreen(IWindow& window) {
   return {frame.left, frame.top, frame.right, frame.bottom};
 }
 
+TPoint ClientCornerOnScreen(IWindow& window) {
+  TNativeWindow native = {nullptr};
+  ThrowIfFailed(window.IWindow_GetNativeWindow(native));
+  POINT corner = {0, 0};
+  ::ClientToScreen(native.fHwnd, &corner);
+  return {corner.x, corner.y};
+}
+
 TPoint MiddleOf(IWindow& window) {
   const TRect frame = FrameOnScreen(window);
   return {(frame.fLeft + frame.fRight) / 2, (frame.fTop + frame.fBottom) / 2};

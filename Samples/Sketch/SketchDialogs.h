@@ -36,8 +36,10 @@ void PlaceDialog(TKind& window, const std::u16string& title, const NSMorvane::TS
   }));
 }
 
-// The frame of a window in screen coordinates, its middle, and that of the main monitor.
+// In screen coordinates: the frame of a window, the upper left corner of its client area, the middle of a
+// window, and that of the main monitor.
 NSMorvane::TRect FrameOnScreen(NSMorvane::IWindow& window);
+NSMorvane::TPoint ClientCornerOnScreen(NSMorvane::IWindow& window);
 NSMorvane::TPoint MiddleOf(NSMorvane::IWindow& window);
 NSMorvane::TPoint MiddleOfScreen(NSMorvane::IMorvane& morvane);
 

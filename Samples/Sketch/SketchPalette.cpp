@@ -148,7 +148,9 @@ CSketchPalette::CSketchPalette(IFloatingWindow& window, IMorvane& morvane, CSket
     const std::u16string tip = NameOfTool(tool) + u" (" + letter + u")";
     ThrowIfFailed(fButtons[i].View()->IView_SetTooltipText(tip.c_str()));
   }
-  PlaceDialog(window, u"Tools", kClientSize, application.PlaceOfPalette(kClientSize));
+  TRect frame = {0, 0, 0, 0};
+  ThrowIfFailed(WindowOf(window).IWindow_ClientRectToFrameRect(background.fRect, frame));
+  PlaceDialog(window, u"Tools", kClientSize, application.PlaceOfPalette({WidthOf(frame), HeightOf(frame)}));
 }
 
 CSketchPalette::~CSketchPalette() { fApplication.OnPaletteClosed(*this); }
