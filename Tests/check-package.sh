@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Installs the built library, builds the sample Hello against nothing but the installed files, and runs it:
-# check-package.sh SOURCE-FOLDER BUILD-FOLDER CMAKE-OPTION...
+# Installs the built library and builds applications against nothing but the installed files: the sample Hello with
+# CMake and with the commands that README.md gives, and a probe with all that morvane_add_application offers. Runs
+# them: check-package.sh SOURCE-FOLDER BUILD-FOLDER CMAKE-OPTION...
 set -u
 source=$1 build=$2
 shift 2
@@ -9,17 +10,57 @@ trap 'rm -rf "$folder"' EXIT
 step() {
   "$@" >"$folder/log" 2>&1 || { cat "$folder/log"; printf 'failed: %s\n' "$*"; exit 1; }
 }
-
-cp -r "$source/Samples/Hello" "$folder/Hello"
-step cmake --install "$build" --prefix "$folder/Morvane"
-step cmake -S "$folder/Hello" -B "$folder/build" -G Ninja -DCMAKE_BUILD_TYPE=Release \
-  -DCMAKE_FIND_ROOT_PATH_MODE_PACKAGE=BOTH "-DCMAKE_PREFIX_PATH=$folder/Morvane" "$@"
-step cmake --build "$folder/build"
-
-# Its window appears, is closed with Alt+F4, and the program ends well.
+# cmake_build FOLDER CMAKE-OPTION...
+cmake_build() {
+  step cmake -S "$1" -B "$1/build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_FIND_ROOT_PATH_MODE_PACKAGE=BOTH \
+    "-DCMAKE_PREFIX_PATH=$folder/Morvane" "${@:2}"
+  step cmake --build "$1/build"
+}
+# run_hello PROGRAM: its window appears, is closed with Alt+F4, and the program ends well.
+run_hello() {
+  rm -f "$picture"
+  "$source/scripts/wine-run" "$1" || { echo "$1 ended with $?"; exit 1; }
+  [ -s "$picture" ] || { echo "$1 ended before it had painted a window"; exit 1; }
+}
 export MORVANE_RUN_LIMIT=60
 export picture="$folder/hello.png" shoot="$source/scripts/wine-shot"
+
+step cmake --install "$build" --prefix "$folder/Morvane"
+cp -r "$source/Samples/Hello" "$folder/Hello"
+cp -r "$source/Tests/Package" "$folder/Probe"
+cp "$source/Samples/Sketch/Resources/Sketch.ico" "$folder/Probe"
+cmake_build "$folder/Hello" "$@"
+cmake_build "$folder/Probe" "$@"
+
+mkdir "$folder/plain"
+cp "$source/Samples/Hello/main.cpp" "$folder/plain"
+sed -n '/^### Without CMake/,/^## /p' "$source/README.md" | sed -n '/^```sh$/,/^```$/{/^```/!p}' |
+  sed "s|/where/it/goes|'$folder/Morvane'|" >"$folder/plain/commands"
+grep -q 'libMorvane.dll.a' "$folder/plain/commands" || { echo "README.md has no commands to link without CMake"; exit 1; }
+(cd "$folder/plain" && step bash -eu commands) || exit 1
+
 export MORVANE_RUN_BESIDE='"$shoot" "$picture" && while sleep 0.3; do xdotool key alt+F4; done'
-"$source/scripts/wine-run" "$folder/build/Hello.exe" || { echo "Hello.exe ended with $?"; exit 1; }
-[ -s "$picture" ] || { echo "Hello.exe ended before it had painted a window"; exit 1; }
-echo "Hello was built from the installed package and ran"
+run_hello "$folder/Hello/build/Hello.exe"
+run_hello "$folder/plain/Hello.exe"
+
+export -n MORVANE_RUN_BESIDE
+"$source/scripts/wine-run" "$folder/Probe/build/Probe-per-monitor.exe" | tr -d '\r' >"$folder/found"
+diff - "$folder/found" <<'END' || { echo "the probe's own file does not say of it what CMakeLists.txt does"; exit 1; }
+dpiAware: true/pm
+dpiAwareness: PerMonitorV2, PerMonitor
+systems: 4
+common controls: 6
+version: 1.2.3.0 of type 1
+text: Bäcker & Söhne
+text: The "probe"
+text: 1.2.3
+text: © \ 2026
+text: Probe-per-monitor.exe
+text: Probes
+icon: 1
+first menu: Ünterschied
+END
+for aware in 'unaware.exe:>false<' 'unaware.exe:>unaware<' 'system.exe:>true<' 'system.exe:>system<'; do
+  grep -aqF -- "${aware#*:}" "$folder/Probe/build/Probe-${aware%%:*}" || { echo "the manifest lacks $aware"; exit 1; }
+done
+echo "Hello was built from the installed package, with CMake and without, and ran; the probe is as it was ordered"
