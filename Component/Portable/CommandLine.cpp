@@ -82,11 +82,11 @@ std::vector<TString> SplitFileArguments(const TString& text, const IFileSystemPr
 
 TString NextFileArgument(const TString& text, const IFileSystemProbe& probe) {
   if (!text.empty() && text.front() == kQuote) return text.substr(0, EndOfQuoted(text, 0));
-  if (!probe.NormalizeExistingPath(text).empty()) return text;
+  if (text.size() <= kMaxAskedPath && !probe.NormalizeExistingPath(text).empty()) return text;
 
   const TString::size_type firstBlank = text.find(kBlank);
   TString::size_type end = TString::npos;
-  for (TString::size_type blank = firstBlank; blank != TString::npos; blank = text.find(kBlank, blank + 1)) {
+  for (TString::size_type blank = firstBlank; blank <= kMaxAskedPath; blank = text.find(kBlank, blank + 1)) {
     if (!probe.NormalizeExistingPath(text.substr(0, blank)).empty()) end = blank;
   }
   return text.substr(0, end != TString::npos ? end : firstBlank);

@@ -1,6 +1,7 @@
 // Command lines: options, which begin with "/", and the files and folders to open.
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "Component/Portable/TextPackage.h"
@@ -32,6 +33,10 @@ CCommandLine ParseCommandLine(const NSTextPackage::TString& commandLine, const I
 // does not. A path in quotes keeps them.
 std::vector<NSTextPackage::TString> SplitFileArguments(const NSTextPackage::TString& text,
                                                        const IFileSystemProbe& probe);
+
+// Nothing longer is looked for in a line without quotes. A line of thousands of files would otherwise ask the
+// file system for millions of paths.
+constexpr std::size_t kMaxAskedPath = 1300;
 
 // The first argument in a text that does not begin with a blank: the stretch in quotes that it begins with,
 // or else the longest part in front of a blank that exists, or else the part in front of the first blank.

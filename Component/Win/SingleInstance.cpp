@@ -1,6 +1,5 @@
 #include "Component/Win/SingleInstance.h"
 
-#include <algorithm>
 #include <atomic>
 #include <memory>
 
@@ -105,9 +104,7 @@ void SendCommandLineToFirstInstance(const TString& name, const TString& commandL
       if (PendingFlag(record).load() == 0) {
         const DWORD processId = record.fProcessId;
         const DWORD threadId = record.fThreadId;
-        const std::size_t count = std::min(commandLine.size(), kMaxSentCommandLine);
-        std::fill(std::copy_n(commandLine.begin(), count, record.fCommandLine), std::end(record.fCommandLine),
-                  TChar{});
+        WriteCommandLine(record, commandLine);
         PendingFlag(record).store(1);
         // So that the first process may come to the front with what it opens.
         ::AllowSetForegroundWindow(processId);
@@ -129,7 +126,7 @@ TString TakeSentCommandLine() {
   MORVANE_ASSERT_TEXT("processID=::GetCurrentProcessId()", ::GetCurrentProcessId() != 0);
   const DWORD threadID = record.fThreadId;
   MORVANE_ASSERT(threadID==::GetCurrentThreadId());
-  const TString commandLine = NSTextPackage::ArrayToString(record.fCommandLine);
+  const TString commandLine = ReadCommandLine(record);
   PendingFlag(record).store(0);
   return commandLine;
 }

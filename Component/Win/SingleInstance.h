@@ -10,23 +10,13 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "Component/Portable/SingleInstanceRecord.h"
 #include "Component/Portable/TextPackage.h"
 
 namespace NSMorvane {
 
 // What a process posts to the main thread of the first one: a command line waits.
 constexpr UINT kMsgSecondInstance = 1135;
-
-constexpr std::size_t kMaxSentCommandLine = 2600;
-
-// The shared record. All builds that are to meet must agree on it.
-struct TSingleInstanceRecord {
-  std::uint32_t fCommandLinePending;        // 0: free to write, 1: a command line waits to be read
-  std::uint32_t fProcessId;                 // of the first process
-  std::uint32_t fThreadId;                  // its main thread
-  TChar fCommandLine[kMaxSentCommandLine];  // terminated only if it is shorter
-};
-static_assert(offsetof(TSingleInstanceRecord, fCommandLine) == 12 && sizeof(TSingleInstanceRecord) == 5212);
 
 // A named piece of memory that processes share. What fails goes to ThrowLastError.
 class CFileMapping {

@@ -7,9 +7,9 @@
 #include <shlobj.h>
 
 #include <cstddef>
-#include <cstring>
 
 #include "Component/Portable/CommandLine.h"
+#include "Component/Portable/DroppedFiles.h"
 #include "Component/Win/MorvaneImplWin.h"
 #include "Component/Win/UtilsWin.h"
 #include "Component/Win/UtilsWinFiles.h"
@@ -42,35 +42,17 @@ class CDroppedFiles : CNotCopied {
   HDROP fDrop;
 };
 
-// Whether a list of names, each with a zero behind it, ends with an empty one inside the block. The system
-// takes even an empty list to begin with a name.
-template <class TUnit>
-bool IsTerminatedList(const std::byte* block, std::size_t size) {
-  bool atStart = false;
-  for (; size >= sizeof(TUnit); block += sizeof(TUnit), size -= sizeof(TUnit)) {
-    TUnit unit;
-    std::memcpy(&unit, block, sizeof(unit));
-    if (unit == 0 && atStart) return true;
-    atStart = unit == 0;
-  }
-  return false;
-}
+static_assert(sizeof(DROPFILES) == sizeof(TDroppedFilesHeader) &&
+              offsetof(DROPFILES, pFiles) == offsetof(TDroppedFilesHeader, fNamesOffset) &&
+              offsetof(DROPFILES, fWide) == offsetof(TDroppedFilesHeader, fIsWide));
 
-// The message comes from anywhere; the system's functions believe what is in the block.
+// The message comes from anywhere.
 bool IsSoundDrop(HGLOBAL block) {
   const std::size_t size = GlobalSize(block);
-  if (size < sizeof(DROPFILES)) return false;
+  if (size == 0) return false;
   const auto bytes = static_cast<const std::byte*>(GlobalLock(block));
   if (!bytes) return false;
-  DROPFILES header;
-  std::memcpy(&header, bytes, sizeof(header));
-  bool isSound = false;
-  if (header.pFiles <= size) {
-    const std::byte* const list = bytes + header.pFiles;
-    const std::size_t listSize = size - header.pFiles;
-    isSound =
-        header.fWide ? IsTerminatedList<wchar_t>(list, listSize) : IsTerminatedList<char>(list, listSize);
-  }
+  const bool isSound = IsSoundDroppedFilesBlock(bytes, size);
   GlobalUnlock(block);
   return isSound;
 }

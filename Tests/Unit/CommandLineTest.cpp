@@ -12,15 +12,17 @@ namespace {
 class FakeFileSystem final : public IFileSystemProbe {
  public:
   TString NormalizeExistingPath(const TString& path) const override {
+    ++fQuestions;
     const auto it = fPaths.find(path);
     return it == fPaths.end() ? TString() : it->second;
   }
+  mutable std::size_t fQuestions = 0;
   // From any spelling to the normal one.
-  const std::map<TString, TString> fPaths = {{u"C:\\a", u"C:\\a"},
-                                             {u"C:\\a b.txt", u"C:\\a b.txt"},
-                                             {u"C:\\a b.txt c", u"C:\\a b.txt c"},
-                                             {u"DIR~1", u"C:\\Directory\\"},
-                                             {u"x", u"X:\\x"}};
+  std::map<TString, TString> fPaths = {{u"C:\\a", u"C:\\a"},
+                                       {u"C:\\a b.txt", u"C:\\a b.txt"},
+                                       {u"C:\\a b.txt c", u"C:\\a b.txt c"},
+                                       {u"DIR~1", u"C:\\Directory\\"},
+                                       {u"x", u"X:\\x"}};
 };
 
 // "option, option | file, file"
@@ -73,4 +75,19 @@ TEST_F(CommandLine, OptionsAndFiles) {
   // An unclosed quote around the program.
   EXPECT_EQ("|app.exe, X:\\x", Parsed(u"\"app.exe x"));
   EXPECT_EQ("pos!=NSTextPackage::TString::npos", TakeReports());
+}
+
+// A path of the length that is looked for at most is found; a long line of many files is no reason to look
+// for all that could stand in it.
+TEST_F(CommandLine, AskForNothingThatIsTooLong) {
+  FakeFileSystem files;
+  const TString longest = TString(kMaxAskedPath - 2, u'p') + u" q";
+  files.fPaths = {{longest, u"longest"}, {longest + u"r", u"longer"}};
+  EXPECT_EQ((std::vector<TString>{u"longest", u"x"}), SplitFileArguments(longest + u" x", files));
+  EXPECT_EQ(3u, SplitFileArguments(longest + u"r x", files).size());
+  files.fQuestions = 0;
+  TString many;
+  for (int i = 0; i < 2000; ++i) many += u" C:\\folder\\file.txt";
+  EXPECT_EQ(2000u, SplitFileArguments(many, files).size());
+  EXPECT_LE(files.fQuestions, 2000u * 80);
 }
