@@ -256,8 +256,17 @@ TPoint GetPopupCenter(HWND window, HWND parent) {
 }
 
 void PumpPaintMessages() {
-  MSG message;
-  while (PeekMessageW(&message, nullptr, WM_PAINT, WM_PAINT, PM_REMOVE)) {
+  THwndCollector collector;
+  const LPARAM out = reinterpret_cast<LPARAM>(&collector);
+  EnumThreadWindows(GetCurrentThreadId(), &THwndCollector::Add, out);
+  const std::vector<HWND> topLevelWindows = collector.fWindows;
+  for (const HWND hWnd : topLevelWindows) EnumChildWindows(hWnd, &THwndCollector::Add, out);
+  // A window that makes itself dirty while it paints would be at it for ever: each has one turn.
+  std::vector<HWND> painted;
+  for (const HWND hWnd : collector.Take(TRUE)) {
+    MSG message;
+    if (Contains(painted, hWnd) || !PeekMessageW(&message, hWnd, WM_PAINT, WM_PAINT, PM_REMOVE)) continue;
+    painted.push_back(message.hwnd);  // or a window inside it
     TranslateMessage(&message);
     DispatchMessageW(&message);
   }

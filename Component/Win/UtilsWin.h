@@ -90,7 +90,7 @@ bool ThreadOwnsUnlistedWindow(DWORD threadId);
 // and topmost ones; without such a window that of the desktop. Both handles may be null.
 TPoint GetPopupCenter(HWND window, HWND parent);
 
-// Handles all paint messages that are waiting for windows of this thread.
+// Handles the paint messages that are waiting for windows of this thread, one for each.
 void PumpPaintMessages();
 
 // The font of dialogs and alert boxes, made on first use and never to be deleted by the caller. On a screen

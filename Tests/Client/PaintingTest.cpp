@@ -164,6 +164,29 @@ TEST_IN_RUN(PaintingTest, CallbacksMayInvalidateAndFail) {
   ExpectReported(100002);
 }
 
+// Each window that waits is painted once before another one is shown, and before a title changes: a view that
+// is never done keeps nobody from that.
+TEST_IN_RUN(PaintingTest, PaintsComeBeforeNewWindowsAndTitles) {
+  OpenPainted();
+  TestView& endless = MakeView("a", {0, 0, 50, 50});
+  WindowRecord other, third;
+  Make(Kind::kDocument, other);
+  fViewRecord.fHooks["a:draw"] = [this] { Invalidate({0, 0, 10, 10}); };
+  const auto paintsOf = [&](const std::function<void()>& action) {
+    InvalidateRect(other.fHwnd, nullptr, FALSE);
+    Invalidate({0, 0, 10, 10});
+    endless.fDrawCalls = 0;
+    action();
+    EXPECT_FALSE(GetUpdateRect(other.fHwnd, nullptr, FALSE));
+    return endless.fDrawCalls;
+  };
+  EXPECT_EQ(paintsOf([&] { ChangeState(*other.fDocument, [](auto& state) { state.fModified = 1; }); }), 1);
+  EXPECT_EQ(paintsOf([&] { Make(Kind::kDocument, third); }), 1);
+  fViewRecord.fHooks.clear();
+  Release(third);
+  Release(other);
+}
+
 TEST_IN_RUN(PaintingTest, TheSizeGripIsNeverPaintedOver) {
   OpenPainted(kSizeable | kWindowStyleBit23);
   const HWND grip = FindWindowExW(Hwnd(), nullptr, L"SCROLLBAR", nullptr);
@@ -214,6 +237,17 @@ TEST_IN_RUN(PaintingTest, DebugSettings) {
   Update();
   const Picture before = Shown();
   Picture expected = before;
+  Switch(nullptr);
+  Invalidate({10, 10, 60, 30});
+  EXPECT_EQ(Difference(before), "");
+  // As the parts that a view leaves and enters.
+  EXPECT_EQ(View("a")->IView_SetParams(
+                {kViewEnabled, {0, 0, 70, 50}, kViewDrawDirect, kAutoInvalidationDifference}),
+            kOK);
+  EXPECT_EQ(Difference(before), "");
+  Switch(&TDebugSettings::fDrawInvalidationBlue);
+  Update();
+  EXPECT_EQ(Difference(before), "");
   Invalidate({10, 10, 60, 30});
   Fill(expected, {10, 10, 60, 30}, 0x9999FF);  // of white
   Fill(expected, {10, 10, 50, 30}, 0x3C7884);

@@ -65,10 +65,11 @@ TEST_F(UtilsWin, PopupsAreCentredOnTheFrontmostSuitableWindow) {
 
 TEST_F(UtilsWin, PaintMessagesAreHandledAndOthersWait) {
   NativeTestWindow window(WS_POPUP | WS_VISIBLE);
-  InvalidateRect(window, nullptr, FALSE);
+  NativeTestWindow inner(WS_CHILD | WS_VISIBLE, window);
+  for (const HWND hWnd : {HWND(window), HWND(inner)}) InvalidateRect(hWnd, nullptr, FALSE);
   PostMessageW(window, WM_APP, 0, 0);
   PumpPaintMessages();
-  EXPECT_FALSE(GetUpdateRect(window, nullptr, FALSE));
+  for (const HWND hWnd : {HWND(window), HWND(inner)}) EXPECT_FALSE(GetUpdateRect(hWnd, nullptr, FALSE));
   MSG message;
   EXPECT_TRUE(PeekMessageW(&message, window, WM_APP, WM_APP, PM_REMOVE));
 }
