@@ -266,7 +266,8 @@ class CWindowGlue : public IWindow {
   TError IWindow_SetGlobalAlpha(std::uint8_t alpha) override;
 
  protected:
-  virtual bool CWindowGlue_CheckInvariant() const = 0;
+  // What is left of an object that has ended is this class, and unsound.
+  virtual bool CWindowGlue_CheckInvariant() const { return false; }
   virtual TNativeWindow CWindowGlue_GetNativeWindow() = 0;
   virtual CViewImpl* CWindowGlue_GetOnDutyFocusView() = 0;
   virtual CViewImpl* CWindowGlue_GetConceptualFocusView() = 0;
@@ -297,7 +298,8 @@ class CDocumentWindowGlue : public IDocumentWindow {
   TError IDocumentWindow_Release() override;
 
  protected:
-  virtual bool CDocumentWindowGlue_CheckInvariant() const = 0;
+  // What is left of an object that has ended is this class, and unsound.
+  virtual bool CDocumentWindowGlue_CheckInvariant() const { return false; }
   virtual TDocumentWindowState CDocumentWindowGlue_GetState() = 0;
   virtual void CDocumentWindowGlue_SetState(const TDocumentWindowState& state) = 0;
   virtual IWindow* CDocumentWindowGlue_GetWindow() = 0;
@@ -322,7 +324,8 @@ class CModelessDialogGlue : public IModelessDialog {
   TError IModelessDialog_Release() override;
 
  protected:
-  virtual bool CModelessDialogGlue_CheckInvariant() const = 0;
+  // What is left of an object that has ended is this class, and unsound.
+  virtual bool CModelessDialogGlue_CheckInvariant() const { return false; }
   virtual TModelessDialogState CModelessDialogGlue_GetState() = 0;
   virtual void CModelessDialogGlue_SetState(const TModelessDialogState& state) = 0;
   virtual IWindow* CModelessDialogGlue_GetWindow() = 0;
@@ -347,7 +350,8 @@ class CModalDialogGlue : public IModalDialog {
   TError IModalDialog_Release() override;
 
  protected:
-  virtual bool CModalDialogGlue_CheckInvariant() const = 0;
+  // What is left of an object that has ended is this class, and unsound.
+  virtual bool CModalDialogGlue_CheckInvariant() const { return false; }
   virtual TModalDialogState CModalDialogGlue_GetState() = 0;
   virtual void CModalDialogGlue_SetState(const TModalDialogState& state) = 0;
   virtual IWindow* CModalDialogGlue_GetWindow() = 0;
@@ -371,7 +375,8 @@ class CFloatingWindowGlue : public IFloatingWindow {
   TError IFloatingWindow_Release() override;
 
  protected:
-  virtual bool CFloatingWindowGlue_CheckInvariant() const = 0;
+  // What is left of an object that has ended is this class, and unsound.
+  virtual bool CFloatingWindowGlue_CheckInvariant() const { return false; }
   virtual TFloatingWindowState CFloatingWindowGlue_GetState() = 0;
   virtual void CFloatingWindowGlue_SetState(const TFloatingWindowState& state) = 0;
   virtual IWindow* CFloatingWindowGlue_GetWindow() = 0;

@@ -69,6 +69,7 @@ CWinWindow::CWinWindow(CMorvaneImpl* morvane, TWindowKind windowKind, IModalOwne
       fCurrentCursor(nullptr),
       fWindowClass(WindowClassName(windowKind), WindowStubProcCallback,
                    WindowClassHasIcon(windowKind) ? morvane->GetAppIcon() : nullptr),
+      fIsToldActive(false),
       fMouseLeaveArmed(false),
       fHasCloseCommand(hasCloseCommand),
       fAlwaysOnTop(false),
@@ -212,12 +213,10 @@ bool CWinWindow::IsZoomed() const { return ::IsZoomed(fHwnd) != 0; }
 
 void CWinWindow::Restore() { ShowWindow(fHwnd, SW_RESTORE); }
 
-void CWinWindow::Activate() { SetActiveWindow(fHwnd); }
-
 void CWinWindow::FocusNow() {
   const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
   if (IsIconic()) Restore();
-  Activate();
+  BringWindowToFront(fHwnd);
 }
 
 void CWinWindow::Show() {
@@ -367,6 +366,8 @@ CWinWindow::~CWinWindow() {
   if (fHwnd) PopAppModalQuietly(fHwnd);
   if (IsModal() && fOwnerHwnd) EnableOwner(fOwnerHwnd);
   DismantleNativeWindow();
+  // Later use fails the invariant.
+  PoisonField(fRunBehavior, nullptr);
 }
 
 void CWinWindow::DismantleNativeWindow() {

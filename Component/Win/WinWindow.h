@@ -102,8 +102,8 @@ class CWinWindow : public CWindowGlue,
   // False while it is being made, and after Hide.
   bool HasBeenShown() const { return !fIsHidden; }
   void Restore();
-  void Activate();
-  // To the front and active, restored if it is minimized.
+  // To the front and active, restored if it is minimized. If a dialog blocks it, that comes to the front with
+  // this one behind it, and is active.
   void FocusNow();
 
   // Once, when the window is wired up and has its behaviour.
@@ -237,6 +237,9 @@ class CWinWindow : public CWindowGlue,
   // What a kind may do otherwise.
   virtual LRESULT OnSysCommand(TWinMessage message);
   virtual LRESULT OnNonClientHitTest(TWinMessage message);
+
+  // What to add to a rectangle in screen coordinates to get one in those of the native placement.
+  TPoint OffsetToNativePlacement() const;
 
   // The first thing that the destructor of every kind does, before its behaviour goes.
   void PrepareDestruction();
@@ -418,6 +421,7 @@ class CWinWindow : public CWindowGlue,
   CWindowClassRef fWindowClass;
   std::vector<IWinMsgEventListener*> fMsgEventListeners;
   std::map<HWND, IWinMsgEventListener*> fControlListeners;
+  bool fIsToldActive;  // what the behaviour was told last
   bool fMouseLeaveArmed;
   bool fHasCloseCommand;
   bool fAlwaysOnTop;

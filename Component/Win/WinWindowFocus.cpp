@@ -5,10 +5,13 @@
 // After the above.
 #include <commctrl.h>
 
+#include <utility>
+
 #include "Component/Portable/ViewImpl.h"
 #include "Component/Win/MorvaneImplWin.h"
 #include "Component/Win/UtilsWin.h"
 #include "Component/Win/WinWindow.h"
+#include "Component/Win/WinWindowModality.h"
 
 namespace NSMorvane {
 
@@ -166,6 +169,7 @@ void CWinWindow::SetFocusFromNative(CViewImpl* view) {
 
 void CWinWindow::OnActivated(bool& outHandled) {
   DebugPrint("CWinWindow::IWindowListener_OnActivated " + HandleText(fHwnd));
+  RaiseWithOwners(fHwnd);
   // While a window that blocks the application is active, floating windows are out of the way.
   fMorvane->ShowFloatingWindows(fWindowKind != kWindowKindAlertBox &&
                                 !(fWindowKind == kWindowKindModalDialog && !fOwnerHwnd));
@@ -177,6 +181,7 @@ void CWinWindow::OnActivated(bool& outHandled) {
     if (fFocusView == view) SendOnDutyFocusGained(view);
   }
   if (fTooltipHwnd) SendMessageW(fTooltipHwnd, TTM_ACTIVATE, TRUE, 0);
+  fIsToldActive = true;
   OnActivationChanged(true);
   fMorvane->RebuildAllMenuBars();
   // The default handling would move the keyboard behind the library's back.
@@ -185,7 +190,8 @@ void CWinWindow::OnActivated(bool& outHandled) {
 
 void CWinWindow::OnDeactivated() {
   DebugPrint("CWinWindow::IWindowListener_OnDeactivated " + HandleText(fHwnd));
-  OnActivationChanged(false);
+  // One that a dialog blocks may not have been told that it was active.
+  if (std::exchange(fIsToldActive, false)) OnActivationChanged(false);
   if (fFocusView) {
     SendOnDutyFocusLost(fFocusView);
     fMorvane->AbandonKeyReleases();

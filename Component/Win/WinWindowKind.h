@@ -7,18 +7,13 @@
 #include <string>
 
 #include "Component/Win/MorvaneImplWin.h"
-#include "Component/Win/UtilsWin.h"
 #include "Component/Win/WinWindow.h"
 
 namespace NSMorvane {
 
-// Native placements begin at the work area of the main monitor, rectangles of the client at its corner: what
-// to add to a rectangle of the client's to get a native one.
-inline TPoint OffsetToNativePlacement(IMorvane& morvane) {
-  const TRect origin = ScreenRectToWorkspace({0, 0, 0, 0}, morvane);
-  return {origin.fLeft, origin.fTop};
-}
-
+// Between native placements and those of the client, which are in screen coordinates; `offset` is what
+// OffsetToNativePlacement gives.
+//
 // The kinds differ in the flags that their placements have. One that is not there is not told, and false.
 template <class TPlacement>
 TPlacement PlacementForClient(const TWindowPlacement& placement, const TPoint& offset) {
@@ -84,7 +79,7 @@ class CWinWindowKind : public CWinWindow, public TKind::TGlue {
     state.fIdealClientSize = own.fIdealClientSize;
     state.fModified = own.fModified ? 1 : 0;
     std::copy_n(own.fTitle.begin(), std::min<std::size_t>(own.fTitle.size(), kTitleChars), state.fTitle);
-    state.fPlacement = PlacementForClient<TPlacement>(own.fPlacement, OffsetToNativePlacement(*fMorvane));
+    state.fPlacement = PlacementForClient<TPlacement>(own.fPlacement, OffsetToNativePlacement());
     return state;
   }
 
@@ -95,7 +90,7 @@ class CWinWindowKind : public CWinWindow, public TKind::TGlue {
     own.fIdealClientSize = state.fIdealClientSize;
     own.fModified = state.fModified == 1;
     own.fTitle.assign(state.fTitle, std::find(state.fTitle, state.fTitle + kTitleChars, u'\0'));
-    own.fPlacement = PlacementFromClient(state.fPlacement, OffsetToNativePlacement(*fMorvane));
+    own.fPlacement = PlacementFromClient(state.fPlacement, OffsetToNativePlacement());
     SetWindowState(own);
   }
 
@@ -109,7 +104,7 @@ class CWinWindowKind : public CWinWindow, public TKind::TGlue {
   bool OnPlacementChanged(const TWindowPlacement& oldPlacement,
                           const TWindowPlacement& newPlacement) override {
     if (!fBehavior) return false;
-    const TPoint offset = OffsetToNativePlacement(*fMorvane);
+    const TPoint offset = OffsetToNativePlacement();
     MORVANE_CHECK(
         (*fBehavior.*TKind::kOnPlacementChanged)(PlacementForClient<TPlacement>(oldPlacement, offset),
                                                  PlacementForClient<TPlacement>(newPlacement, offset)));

@@ -15,10 +15,14 @@ namespace NSMorvane {
 
 namespace {
 
-// A message that tries to activate or to click a window while a dialog blocks the application.
+// A message that tries to activate or to click a window that a dialog blocks.
 bool IsBlockedByModality(const TWinMessage& message) {
-  if (message.fMessage == WM_ACTIVATE && LOWORD(message.fWParam) == WA_ACTIVE)
-    return OnModalActivationAttempt(message.fHwnd);
+  if (message.fMessage == WM_ACTIVATE && LOWORD(message.fWParam) == WA_ACTIVE) {
+    // One in the task bar can be active; its dialog comes back with it. A dialog of the application comes
+    // now.
+    const bool isMinimized = HIWORD(message.fWParam) != 0;
+    return !(isMinimized && gAppModalDialogStack.empty()) && OnModalActivationAttempt(message.fHwnd);
+  }
   if (message.fMessage == WM_SETCURSOR && HIWORD(message.fLParam) == WM_LBUTTONDOWN)
     return OnModalClickAttempt(message.fHwnd);
   return false;

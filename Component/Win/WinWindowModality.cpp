@@ -19,13 +19,77 @@ bool Contains(const std::vector<HWND>& windows, HWND hWnd) {
   return std::find(windows.begin(), windows.end(), hWnd) != windows.end();
 }
 
-// Front to back: the stack, the newest dialog first, then the other windows in the order they have.
+// A dialog that is shown and blocks this window alone; of several the one that was active last, or else the
+// newest. Null if there is none.
+HWND FindDialogOver(HWND owner) {
+  const HWND lastActive = GetLastActivePopup(owner);
+  HWND dialog = nullptr;
+  for (const boost::weak_ptr<CWinWindow>& weakWindow : gWinWindows) {
+    const boost::shared_ptr<CWinWindow> window = weakWindow.lock();
+    if (!window || !window->IsModal() || window->GetOwnerHwnd() != owner || !window->HasBeenShown()) continue;
+    dialog = window->GetHwnd();
+    if (dialog == lastActive) break;
+  }
+  return dialog;
+}
+
+// The window, the dialog that blocks it, the one that blocks that, and so on.
+std::vector<HWND> DialogChain(HWND hWnd) {
+  std::vector<HWND> chain = {hWnd};
+  while (const HWND dialog = FindDialogOver(chain.back())) {
+    if (Contains(chain, dialog)) break;
+    chain.push_back(dialog);
+  }
+  return chain;
+}
+
+// Whether this window is `bottom`, or lies over it because that owns it.
+bool IsOver(HWND hWnd, HWND bottom) {
+  while (hWnd && hWnd != bottom) hWnd = GetWindow(hWnd, GW_OWNER);
+  return hWnd != nullptr;
+}
+
+// Whether a dialog blocks the whole application, and with it this window.
+bool IsBlockedByApp(HWND hWnd) {
+  return !gAppModalDialogStack.empty() && !IsOver(hWnd, gAppModalDialogStack.front());
+}
+
+// The window that can be used in the place of this one. It is the window itself, unless a dialog blocks it.
+HWND FindUsable(HWND hWnd) {
+  return DialogChain(IsBlockedByApp(hWnd) ? gAppModalDialogStack.front() : hWnd).back();
+}
+
+// Front to back: the stack, the newest dialog first, each under what lies over it, with the window that can
+// be used at the top; then the other windows. What is not said here has the order it has.
 std::vector<HWND> MergeModalOrder(const std::vector<HWND>& windows, const std::vector<HWND>& modalStack) {
-  std::vector<HWND> result = modalStack;
-  for (const HWND hWnd : windows)
-    if (!Contains(modalStack, hWnd)) result.push_back(hWnd);
+  std::vector<HWND> result;
+  const auto add = [&](HWND hWnd) {
+    if (!Contains(result, hWnd)) result.push_back(hWnd);
+  };
+  for (const HWND modal : modalStack) {
+    if (const HWND usable = DialogChain(modal).back(); Contains(windows, usable)) add(usable);
+    for (const HWND hWnd : windows)
+      if (hWnd != modal && IsOver(hWnd, modal)) add(hWnd);
+    add(modal);
+  }
+  for (const HWND hWnd : windows) add(hWnd);
   std::erase_if(result, [](HWND hWnd) { return !IsWindow(hWnd) || IsWindowHidden(hWnd); });
   return result;
+}
+
+// How many of these windows, from the front, have to be raised so that all lie in this order. All, if the
+// windows of another application can lie between them.
+std::size_t CountToRaise(const std::vector<HWND>& order) {
+  DWORD process = 0;
+  GetWindowThreadProcessId(GetForegroundWindow(), &process);
+  if (process != GetCurrentProcessId()) return order.size();
+  const std::vector<HWND> present = GetShownWindowsZ();
+  std::size_t count = order.size();
+  for (auto last = present.end(); count > 0; --count) {
+    last = std::find(present.begin(), last, order[count - 1]);
+    if (last == present.end() || *last != order[count - 1]) break;
+  }
+  return count;
 }
 
 // The windows to bring back from the task bar. Those that are minimized come back only if all are: the
@@ -37,7 +101,8 @@ std::vector<HWND> FindWindowsToRestore(const std::vector<HWND>& nativeWindows) {
   MORVANE_ASSERT(it!=nativeWindows.end());
   if (!gAppModalDialogStack.empty()) {
     const HWND parent = GetParent(*it++);
-    if (parent && Contains(nativeWindows, parent)) restoreList.push_back(parent);
+    // A maximized one would be made smaller.
+    if (parent && Contains(nativeWindows, parent) && IsWindowMinimized(parent)) restoreList.push_back(parent);
   }
   if (!restoreList.empty()) return restoreList;
   bool allAreMinimized = true;
@@ -53,26 +118,11 @@ std::vector<HWND> FindWindowsToRestore(const std::vector<HWND>& nativeWindows) {
   return allAreMinimized ? restoreList : std::vector<HWND>();
 }
 
-// A dialog that is shown and blocks this window alone; null if there is none.
-HWND FindDialogOver(HWND owner) {
-  for (const boost::weak_ptr<CWinWindow>& weakWindow : gWinWindows) {
-    const boost::shared_ptr<CWinWindow> window = weakWindow.lock();
-    if (window && window->IsModal() && window->GetOwnerHwnd() == owner && window->HasBeenShown())
-      return window->GetHwnd();
-  }
-  return nullptr;
-}
-
 // Enables this window or, if a dialog blocks it, that one. Not while a dialog blocks the whole application:
 // its end will.
 void EnableUnlessBlocked(HWND hWnd) {
-  for (std::size_t count = gWinWindows.size(); count > 0; --count) {
-    const HWND dialog = FindDialogOver(hWnd);
-    if (!dialog) break;
-    hWnd = dialog;
-  }
-  const bool isAppBlocked = !gAppModalDialogStack.empty() && gAppModalDialogStack.front() != hWnd;
-  if (!isAppBlocked || !IsRegisteredHwnd(hWnd)) EnableWindow(hWnd, TRUE);
+  hWnd = DialogChain(hWnd).back();
+  if (!IsBlockedByApp(hWnd) || !IsRegisteredHwnd(hWnd)) EnableWindow(hWnd, TRUE);
 }
 
 // The window of a group that could be used: the newest dialog of the one given. Not a dialog that is going,
@@ -91,9 +141,11 @@ void OrderWindows(const std::vector<HWND>& nativeWindows, bool activateFrontModa
     logLine += " activateFrontModal";
     restoreList = FindWindowsToRestore(nativeWindows);
   }
-  // From the bottom to the top, each to the top.
-  for (auto it = nativeWindows.rbegin(); it != nativeWindows.rend(); ++it) {
-    const HWND hWnd = *it;
+  const std::size_t raised = restoreList.empty() ? CountToRaise(nativeWindows) : nativeWindows.size();
+  // From the bottom to the top, each to the top. One that lies right is not touched: some systems paint anew
+  // what comes into sight in between, and take that for the order.
+  for (std::size_t i = nativeWindows.size(); i-- > 0;) {
+    const HWND hWnd = nativeWindows[i];
     if (!IsWindow(hWnd)) continue;  // a client has ended it, in a restore or before
     MORVANE_ASSERT(!IsWindowHidden(hWnd));
     if (Contains(restoreList, hWnd)) {
@@ -101,7 +153,7 @@ void OrderWindows(const std::vector<HWND>& nativeWindows, bool activateFrontModa
       logLine += " restore:";
       if (!IsWindow(hWnd)) continue;
     }
-    mover.Move(hWnd, HWND_TOP, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
+    if (i < raised) mover.Move(hWnd, HWND_TOP, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
     logLine.append(" ").append(HandleText(hWnd));
   }
   if (activateFrontModal) {
@@ -110,12 +162,13 @@ void OrderWindows(const std::vector<HWND>& nativeWindows, bool activateFrontModa
     });
     if (front != nativeWindows.end()) {
       EnableUnlessBlocked(*front);
-      SetForegroundWindow(*front);
+      SetForegroundWindow(DialogChain(*front).back());
       logLine += " activate: " + HandleText(*front);
     }
   }
   DebugPrint(logLine);
-  if (activateFrontModal && !gAppModalDialogStack.empty()) SetActiveWindow(gAppModalDialogStack.front());
+  if (activateFrontModal && !gAppModalDialogStack.empty())
+    SetActiveWindow(FindUsable(gAppModalDialogStack.front()));
 }
 
 void BringAppToFrontAndRestoreZOrder(const std::vector<HWND>& nativeWindows, bool activateFrontModal) {
@@ -181,19 +234,23 @@ CAppModalInstance::CAppModalInstance(HWND hWnd) : fHwnd(hWnd) {
 // Windows that are not the library's are left alone.
 void EnforceAppModality() {
   if (gAppModalDialogStack.empty()) return;
-  const HWND top = gAppModalDialogStack.front();
+  const HWND top = FindUsable(gAppModalDialogStack.front());
   std::vector<HWND> windows = GetShownWindowsZ();
   std::erase(windows, top);
-  const auto isTop = [top] { return !gAppModalDialogStack.empty() && gAppModalDialogStack.front() == top; };
+  const auto isTop = [top] {
+    return !gAppModalDialogStack.empty() && FindUsable(gAppModalDialogStack.front()) == top;
+  };
   for (const HWND w : windows) {
     if (!isTop()) return;  // a callback has ended the dialog or opened another, and that has been seen to
     // An owner of the top dialog cannot be used, and of any other group the window that could be.
     const HWND blocked = UsableWindow(w, top);
     if (!IsRegisteredHwnd(blocked)) continue;
+    // Several dialogs can lie over the front of the stack, side by side.
+    if (!IsBlockedByApp(blocked) && !FindDialogOver(blocked)) continue;
     EnableWindow(blocked, FALSE);
     if (isTop()) continue;
     // That has been seen to, but for this window: it was told before it was disabled.
-    if (gAppModalDialogStack.empty() || gAppModalDialogStack.front() == blocked) EnableUnlessBlocked(blocked);
+    if (FindUsable(blocked) == blocked) EnableUnlessBlocked(blocked);
     return;
   }
   if (isTop()) EnableWindow(top, TRUE);
@@ -203,22 +260,57 @@ void RefreshAppModality() {
   BringAppToFrontAndRestoreZOrder(MergeModalOrder(GetShownWindowsZ(), gAppModalDialogStack), true);
 }
 
+// --- To the front
+
+void RaiseWithOwners(HWND hWnd) {
+  std::vector<HWND> group;
+  for (; hWnd && IsRegisteredHwnd(hWnd) && IsWindowShown(hWnd); hWnd = GetWindow(hWnd, GW_OWNER))
+    group.push_back(hWnd);
+  for (auto it = group.rbegin(); it != group.rend(); ++it)
+    SetWindowPos(*it, HWND_TOP, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
+}
+
+void BringWindowToFront(HWND hWnd) {
+  if (IsBlockedByApp(hWnd)) {
+    RefreshAppModality();
+    return;
+  }
+  // From the bottom to the top. Clients can end the windows meanwhile.
+  std::vector<HWND> group = DialogChain(hWnd);
+  for (HWND owner = GetWindow(hWnd, GW_OWNER); owner; owner = GetWindow(owner, GW_OWNER))
+    group.insert(group.begin(), owner);
+  for (const HWND w : group) {
+    if (!IsRegisteredHwnd(w)) continue;
+    if (IsIconic(w)) ShowWindow(w, SW_RESTORE);
+    // The system hides them with a window that is minimized, and shows them only after it is active again.
+    ShowOwnedPopups(w, TRUE);
+  }
+  const HWND usable = FindUsable(hWnd);
+  if (!IsWindow(usable) || !IsWindowShown(usable)) return;
+  RaiseWithOwners(usable);
+  SetActiveWindow(usable);
+}
+
 // --- Attempts
 
 bool OnModalActivationAttempt(HWND hWnd) {
-  if (gAppModalDialogStack.empty()) return false;
-  const bool isBlocked = hWnd != gAppModalDialogStack.front();
-  BringAppToFrontAndRestoreZOrder(MergeModalOrder(GetShownWindowsZ(), gAppModalDialogStack), isBlocked);
+  const bool isBlocked = FindUsable(hWnd) != hWnd;
+  if (!gAppModalDialogStack.empty())
+    BringAppToFrontAndRestoreZOrder(MergeModalOrder(GetShownWindowsZ(), gAppModalDialogStack), isBlocked);
+  else if (isBlocked)
+    BringWindowToFront(hWnd);
   return isBlocked;
 }
 
 bool OnModalClickAttempt(HWND hWnd) {
   if (!OnModalActivationAttempt(hWnd)) return false;
   // Bringing the windows to the front can have ended dialogs.
-  if (gAppModalDialogStack.empty()) return true;
+  const HWND usable = FindUsable(hWnd);
+  if (usable == hWnd) return true;
+  SetForegroundWindow(usable);  // the click may have come to an application in the background
   FLASHWINFO flash = {};
   flash.cbSize = sizeof(flash);
-  flash.hwnd = gAppModalDialogStack.front();
+  flash.hwnd = usable;
   flash.dwFlags = FLASHW_CAPTION;
   flash.uCount = 3;
   flash.dwTimeout = 50;

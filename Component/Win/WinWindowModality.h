@@ -1,4 +1,5 @@
-// Dialogs that block the whole application: the stack of them, and the order of windows that follows from it.
+// Dialogs that block windows: the stack of those that block the whole application, which window can be used,
+// and the order of windows that follows from it.
 #pragma once
 
 #include <windows.h>
@@ -28,6 +29,13 @@ void EnableOwner(HWND owner);
 void EnforceAppModality();
 // Puts the windows in modal order and activates the front one.
 void RefreshAppModality();
+
+// Brings a window to the front and activates it, with its owners behind it. If a dialog blocks it, that is
+// the one that comes to the front and is activated: the last, if dialogs block dialogs. What is minimized of
+// all these is restored.
+void BringWindowToFront(HWND hWnd);
+// Only to the front, with its owners behind it: not every system does so for a window that becomes active.
+void RaiseWithOwners(HWND hWnd);
 
 // A window is about to be activated, or has been clicked; true if the message that told so must be swallowed.
 bool OnModalActivationAttempt(HWND hWnd);

@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+#include "Component/Win/UtilsWin.h"
+
 namespace NSMorvane {
 
 namespace {
@@ -78,6 +80,34 @@ TWindowPlacement FitPlacement(const TWindowStateRecord& wanted, const TWinWindow
       SetHeight(*rect, maximum.fHeight);
   }
   return placement;
+}
+
+TPoint OffsetToNativePlacement(IMorvane& morvane, bool isToolWindow) {
+  if (isToolWindow) return {0, 0};
+  const TRect origin = ScreenRectToWorkspace({0, 0, 0, 0}, morvane);
+  return {origin.fLeft, origin.fTop};
+}
+
+std::optional<TRect> LimitedMaximum(const TMonitorList& monitors, const TRect& start,
+                                    const TWinWindowState& state, const TFrameInsets& insets,
+                                    const TPoint& toNative) {
+  TSize size = state.fMaximumClientSize;
+  if (size.fWidth <= 0 && size.fHeight <= 0) return std::nullopt;
+  // Monitors are in screen coordinates.
+  const TRect onScreen = OffsetRectBy(start, -std::int64_t{toNative.fX}, -std::int64_t{toNative.fY});
+  const TMonitor& monitor = monitors.fMonitors[FindBestMonitor(monitors, onScreen)];
+  const std::int64_t workWidth = RectWidth(monitor.fWorkArea);
+  const std::int64_t workHeight = RectHeight(monitor.fWorkArea);
+  if (size.fWidth >= workWidth && size.fHeight >= workHeight) return std::nullopt;
+
+  if (size.fWidth == 0) size.fWidth = ToCoordinate(2 * workWidth);
+  if (size.fHeight == 0) size.fHeight = ToCoordinate(2 * workHeight);
+  const TSize frameSize = ClientSizeToFrameSize(size, insets);
+  TRect frame = onScreen;
+  SetWidth(frame, frameSize.fWidth);
+  SetHeight(frame, frameSize.fHeight);
+  const TSize minimum = ClientSizeToFrameSize(state.fMinimumClientSize, insets);
+  return OffsetRectBy(ConstrainRectToMonitor(monitor, frame, minimum), toNative.fX, toNative.fY);
 }
 
 }  // namespace NSMorvane

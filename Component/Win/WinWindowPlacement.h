@@ -5,12 +5,16 @@
 
 #include <windows.h>
 
+#include <optional>
+
 #include "Component/Portable/MorvaneImplUtilsGeometry.h"
 #include "Component/Portable/TextPackage.h"
+#include "Interface/MorvaneMonitors.h"
 #include "Interface/MorvaneWindow.h"
 
 namespace NSMorvane {
 
+class IMorvane;
 using NSTextPackage::TString;
 
 // What a window and its kind tell each other.
@@ -72,5 +76,17 @@ TRect NormalRect(const WINDOWPLACEMENT& wp, bool minimized, bool maximized, bool
 // comes as near to `wanted` as the sizes in `wanted` allow.
 TWindowPlacement FitPlacement(const TWindowStateRecord& wanted, const TWinWindowState& current,
                               TZoomState currentZoomState, const TFrameInsets& insets);
+
+// What to add to a rectangle in screen coordinates to get one in those of the native placement of a window.
+// They begin at the work area of the main monitor, but for tool windows, whose placement is in screen
+// coordinates.
+TPoint OffsetToNativePlacement(IMorvane& morvane, bool isToolWindow);
+
+// Where the maximize command takes a window whose size is limited and which now stands at `start`: as large
+// as the limits in `state` allow, at the same corner if it can stay in the work area of its monitor there.
+// Nothing if the limits are none for that monitor. `toNative` is what OffsetToNativePlacement gives.
+std::optional<TRect> LimitedMaximum(const TMonitorList& monitors, const TRect& start,
+                                    const TWinWindowState& state, const TFrameInsets& insets,
+                                    const TPoint& toNative);
 
 }  // namespace NSMorvane

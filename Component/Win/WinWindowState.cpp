@@ -78,6 +78,10 @@ void CWinWindow::TakeInitialState() {
   SetRootViewSize(client);
 }
 
+TPoint CWinWindow::OffsetToNativePlacement() const {
+  return NSMorvane::OffsetToNativePlacement(*fMorvane, GetWindowLongW(fHwnd, GWL_EXSTYLE) & WS_EX_TOOLWINDOW);
+}
+
 // --- Zoom state and placement
 
 bool CWinWindow::IsIdeal(const TRect& frameRect) const {

@@ -14,6 +14,7 @@
 #include "Component/Win/UtilsWin.h"
 #include "Component/Win/UtilsWinFiles.h"
 #include "Component/Win/WinWindow.h"
+#include "Component/Win/WinWindowModality.h"
 
 namespace NSMorvane {
 
@@ -21,7 +22,7 @@ namespace {
 
 // --- Dropped files
 
-// A block of global memory with the files that were dropped; it is freed at the end.
+// A block of global memory with the files that were dropped, or with anything; it is freed at the end.
 class CDroppedFiles : CNotCopied {
  public:
   explicit CDroppedFiles(HGLOBAL block) : fDrop(static_cast<HDROP>(block)) {}
@@ -103,6 +104,13 @@ LRESULT CWinWindow::OnSysCommand(TWinMessage message) {
     case SC_MAXIMIZE:
       if (OnMaximizeCommand()) return 0;
       break;
+    case SC_RESTORE: {
+      // As from the task bar, which knows nothing of dialogs: the system shows them only after it has
+      // activated the window.
+      const LRESULT result = ForwardMessage(message);
+      if (fClientsWindowReference) OnModalActivationAttempt(fHwnd);
+      return result;
+    }
     default:
       break;
   }
@@ -110,25 +118,14 @@ LRESULT CWinWindow::OnSysCommand(TWinMessage message) {
 }
 
 bool CWinWindow::OnMaximizeCommand() {
-  TSize size = fWindowState.fMaximumClientSize;
-  if (size.fWidth <= 0 && size.fHeight <= 0) return false;
   TMonitorList monitors;
   ThrowError(fMorvane->IMorvane_GetMonitors(monitors));
-  const TRect start = GetZoomState() == kWindowStateIdeal ? fWindowState.fIdealRect : fWindowState.fUserRect;
-  const TMonitor& monitor = monitors.fMonitors[FindBestMonitor(monitors, start)];
-  const std::int64_t workWidth = RectWidth(monitor.fWorkArea);
-  const std::int64_t workHeight = RectHeight(monitor.fWorkArea);
-  if (size.fWidth >= workWidth && size.fHeight >= workHeight) return false;
-
-  if (size.fWidth == 0) size.fWidth = ToCoordinate(2 * workWidth);
-  if (size.fHeight == 0) size.fHeight = ToCoordinate(2 * workHeight);
-  const TFrameInsets insets = GetFrameInsets();
-  const TSize frameSize = ClientSizeToFrameSize(size, insets);
-  const TRect frame = {start.fLeft, start.fTop, ToCoordinate(std::int64_t{start.fLeft} + frameSize.fWidth),
-                       ToCoordinate(std::int64_t{start.fTop} + frameSize.fHeight)};
-  const TSize minimum = ClientSizeToFrameSize(fWindowState.fMinimumClientSize, insets);
+  const TRect& start = GetZoomState() == kWindowStateIdeal ? fWindowState.fIdealRect : fWindowState.fUserRect;
+  const std::optional<TRect> rect =
+      LimitedMaximum(monitors, start, fWindowState, GetFrameInsets(), OffsetToNativePlacement());
+  if (!rect) return false;
   WINDOWPLACEMENT wp = GetPlacement(fHwnd);
-  wp.rcNormalPosition = ToNative(ConstrainRectToMonitor(monitor, frame, minimum));
+  wp.rcNormalPosition = ToNative(*rect);
   NSMorvane::SetPlacement(fHwnd, wp);
   return true;
 }
@@ -173,8 +170,9 @@ void CWinWindow::AdaptSizeGrip() {
 // --- Dropped files
 
 void CWinWindow::OnDropFiles(HGLOBAL drop) {
-  if (!drop || !IsSoundDrop(drop)) return;
+  if (GlobalFlags(drop) == GMEM_INVALID_HANDLE) return;  // there is nothing to be freed
   const CDroppedFiles files(drop);
+  if (!IsSoundDrop(drop)) return;
   const UINT count = files.GetCount();
   for (UINT index = 0; index < count; ++index) {
     const TString name = files.GetName(index);

@@ -127,6 +127,25 @@ TEST_IN_RUN(MenusTest, WholeBar) {
   Release(second);
 }
 
+// Documents and modeless dialogs as the client wants, modal dialogs with a close command, and nothing else.
+TEST_IN_RUN(MenusTest, WindowsInTheWindowMenu) {
+  SetUpBy([](IMenuBarState& state) { return state.IMenuBarState_SetFlags({0, 0, 0, 0, 1}); });
+  WindowRecord dialogs[5];
+  Open();
+  fIsDialogListed = 1;
+  Make(Kind::kModeless, dialogs[0]);
+  fIsDialogListed = 0;
+  Make(Kind::kModeless, dialogs[1]);
+  Make(Kind::kModal, dialogs[2], kWindowStyleBit23, fRecord.fOwner);
+  Make(Kind::kModal, dialogs[3], kPlain, fRecord.fOwner);
+  Make(Kind::kFloating, dialogs[4], kWindowStyleBit23);
+  Send(WM_NULL);
+  MenuLines lines = Bar();
+  std::erase_if(lines, [](const std::string& line) { return line.find(" E00") == line.npos; });
+  EXPECT_EQ(lines, (MenuLines{"   E000 checked", "   E001", "   E003"}));
+  for (WindowRecord& dialog : dialogs) Release(dialog);
+}
+
 // Commands go to the window, and then twice to the application.
 TEST_IN_RUN(MenusTest, Commands) {
   SetUpBy([](IMenuBarState& state) {

@@ -143,9 +143,12 @@ TEST_IN_RUN(MessagesTest, DroppedFiles) {
 
   // Drops that are none are ignored: cut within the list, within the header, and with the list beyond the
   // end.
+  // They are freed like any other.
   for (const WPARAM none : {WPARAM{0}, WPARAM{0x1234}, ~WPARAM{0}, MakeDrop({}), MakeDrop({L"a.txt"}, 2),
-                            MakeDrop({L"a.txt"}, 16), MakeDrop({L"a.txt"}, 0, 0x7FFFFFFF)})
+                            MakeDrop({L"a.txt"}, 16), MakeDrop({L"a.txt"}, 0, 0x7FFFFFFF)}) {
     EXPECT_EQ(CallsOf(WM_DROPFILES, none), "") << none;
+    EXPECT_EQ(GlobalFlags(reinterpret_cast<HGLOBAL>(none)), GMEM_INVALID_HANDLE) << none;
+  }
 }
 
 // --- Messages from anywhere

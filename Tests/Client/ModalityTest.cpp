@@ -92,6 +92,25 @@ class ModalityTest : public ClientWindowTest {
     EXPECT_EQ(picture.substr(0, front.size()), front);
     EXPECT_EQ(std::count(picture.begin(), picture.end(), '+'), 1) << picture;
   }
+  void PutSideBySide(const std::vector<std::string>& names) {
+    int left = 0;
+    for (const std::string& name : names) {
+      SetWindowPos(HwndOf(name), nullptr, left, 100, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+      left += 310;
+    }
+  }
+  // As a client is told.
+  std::string DocumentsInOrder() {
+    CVectorWindowReceiver receiver;
+    EXPECT_EQ(fMorvane->IMorvane_GetDocumentWindowsZ(receiver), kOK);
+    std::string text;
+    for (IWindow* const window : receiver.fWindows) {
+      TNativeWindow native = {};
+      EXPECT_EQ(window->IWindow_GetNativeWindow(native), kOK);
+      text += (text.empty() ? "" : " ") + fNames[native.fHwnd];
+    }
+    return text;
+  }
   HWND HwndOf(const std::string& name) { return fWindows[name].fHwnd; }
   std::map<std::string, Hook>& HooksOf(const std::string& name) { return fWindows[name].fHooks; }
 
@@ -158,7 +177,7 @@ TEST_IN_RUN(ModalityTest, DialogsBeginAndEnd) {
   const Hook end = [&] { return dialog.fRelease ? std::exchange(dialog.fRelease, nullptr)() : kOK; };
   for (const std::string owner : {"", "doc1"}) {
     // The active window is the owner, if there is one.
-    const std::string expected = owner.empty() ? "doc2+* doc1+" : "doc2+ doc1+*";
+    const std::string expected = owner.empty() ? "doc2+* doc1+" : "doc1+* doc2+";
     MakeNamed("A", owner, {{"ActivationChanged:1", end}});
     EXPECT_EQ(Picture(), expected);
     Do("^doc2");
@@ -177,7 +196,7 @@ TEST_IN_RUN(ModalityTest, DialogsOfOwners) {
                   {"^doc1", "doc1+* A+ modeless doc2+"},
                   {"+B", "B+* doc1 A modeless doc2"},
                   {"-B", "doc1+* A+ modeless doc2+"},
-                  {"^A -A", "doc1+ modeless+* doc2+"},
+                  {"^A -A", "modeless+* doc1+ doc2+"},
                   // The last of two frees the owner.
                   {"-modeless +A<doc1 +B<doc1 -A", "B+* doc1 doc2+"},
                   {"-B", "doc1+* doc2+"}});
@@ -218,6 +237,120 @@ TEST_IN_RUN(ModalityTest, DialogsOfOwners) {
   Do("+doc1 +A<doc1");
   HooksOf("A")["PlacementChanged"] = [this] { Do("-doc1"); };
   ExpectPictures({{"-A", "doc2+*"}});
+}
+
+// Whoever activates a window that a dialog blocks, or clicks it, gets the last of the dialogs over it, with
+// its owners behind it.
+TEST_IN_RUN(ModalityTest, ABlockedWindowGivesItsDialog) {
+  fRun.fHooks["SetupMenuBar"] = [this] {
+    TMenuBarFlags flags = {};
+    EXPECT_EQ(fRun.fMenuBar->IMenuBarState_GetFlags(flags), kOK);
+    flags.fShowWindowMenu = 1;
+    return fRun.fMenuBar->IMenuBarState_SetFlags(flags);
+  };
+  Do("+doc1 +doc2 +A<doc1 +B<A");
+  PutSideBySide({"doc1", "doc2", "A", "B"});
+  const auto minimize = [this] {
+    ShowWindow(HwndOf("doc1"), SW_MINIMIZE);
+    Turn();
+  };
+  const auto realClick = [this](const char* name) {
+    const TRect frame = NativeFrame(HwndOf(name));
+    Click({frame.fLeft + 60, frame.fBottom - 30}, {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP});
+    EXPECT_TRUE(YieldUntil([this] { return GetActiveWindow() == HwndOf("B"); }));
+  };
+  const std::pair<const char*, std::function<void()>> ways[] = {
+      {"operation", [&] { fWindows["doc1"].fFocusNow(); }},
+      {"operation, first dialog", [&] { fWindows["A"].fFocusNow(); }},
+      {"operation, last dialog", [&] { fWindows["B"].fFocusNow(); }},
+      {"menu", [&] { SendMessageW(HwndOf("doc2"), WM_COMMAND, 0xE000, 0); }},
+      {"menu, first dialog", [&] { SendMessageW(HwndOf("doc2"), WM_COMMAND, 0xE002, 0); }},
+      {"click", [&] { EXPECT_EQ(ClickOf(HwndOf("doc1")), 0); }},
+      {"real click", [&] { realClick("doc1"); }},
+      {"real click, first dialog", [&] { realClick("A"); }},
+      {"real click, last dialog", [&] { realClick("B"); }},
+      {"foreground", [&] { SetForegroundWindow(HwndOf("doc1")); }},
+      {"active", [&] { SetActiveWindow(HwndOf("A")); }},
+      {"task bar", [&] { minimize(), SendMessageW(HwndOf("doc1"), WM_SYSCOMMAND, SC_RESTORE, 0); }},
+      {"task bar, active",
+       [&] {
+         minimize(), SetForegroundWindow(HwndOf("doc1")),
+             SendMessageW(HwndOf("doc1"), WM_SYSCOMMAND, SC_RESTORE, 0);
+       }},
+      {"restored", [&] { minimize(), ShowWindow(HwndOf("doc1"), SW_RESTORE); }},
+      {"operation, minimized", [&] { minimize(), fWindows["doc1"].fFocusNow(); }},
+      {"operation on a dialog, minimized", [&] { minimize(), fWindows["A"].fFocusNow(); }},
+  };
+  for (const auto& [way, action] : ways) {
+    SCOPED_TRACE(way);
+    fWindows["doc2"].fFocusNow();
+    EXPECT_EQ(Picture(), "doc2+* B+ A doc1");
+    Turn();
+    for (const char* name : {"doc1", "A"}) fWindows[name].fLog.Take();
+    action();
+    EXPECT_EQ(Picture(), "B+* A doc1 doc2+");
+    EXPECT_EQ(DocumentsInOrder(), "doc1 doc2");
+    EXPECT_EQ(GetFocus(), HwndOf("B"));
+    Turn();
+    EXPECT_EQ(Picture(), "B+* A doc1 doc2+");
+    EXPECT_EQ(DocumentsInOrder(), "doc1 doc2");
+    EXPECT_EQ(GetFocus(), HwndOf("B"));
+    EXPECT_FALSE(IsIconic(HwndOf("doc1")));
+    for (const char* name : {"doc1", "A"})
+      EXPECT_EQ(fWindows[name].fLog.Count("ActivationChanged:0"),
+                fWindows[name].fLog.Count("ActivationChanged:1"))
+          << name;
+  }
+  // The dialogs end from the last to the first, and their owners have the keyboard then.
+  for (const auto& [steps, picture] : Rows{{"-B", "A+* doc1 doc2+"}, {"-A", "doc1+* doc2+"}}) {
+    Do(steps);
+    EXPECT_EQ(Picture(), picture);
+    EXPECT_EQ(GetFocus(), GetActiveWindow());
+  }
+  fRun.fHooks.erase("SetupMenuBar");
+}
+
+// A dialog with an owner over the dialog that blocks the application: it can be used, and that one cannot.
+TEST_IN_RUN(ModalityTest, ADialogOverTheDialogOfTheApplication) {
+  ExpectPictures({{"+doc1 +doc2 +X +A<X", "A+* X doc2 doc1"}});
+  for (const char* name : {"doc1", "X", "A"}) {
+    fWindows[name].fFocusNow();
+    ExpectBlockedBy("A+* X ");
+    ClickOf(HwndOf(name));
+    ExpectBlockedBy("A+* X ");
+    SetForegroundWindow(HwndOf(name));
+    ExpectBlockedBy("A+* X ");
+  }
+  ExpectPictures({{"+B<X", "B+* A+ X doc2 doc1"},
+                  {"-B", "A+* X doc2 doc1"},
+                  {"-A", "X+* doc2 doc1"},
+                  {"-X", "doc2+* doc1+"}});
+}
+
+// A window that becomes active comes to the front, also one that lies beside the others: so it is active
+// again after a dialog.
+TEST_IN_RUN(ModalityTest, ActivationRaises) {
+  Do("+doc1 +doc2 +doc3");
+  PutSideBySide({"doc1", "doc2", "doc3"});
+  const auto expectFront = [this](const std::string& front, const std::string& documents) {
+    EXPECT_EQ(Picture(), front);
+    EXPECT_EQ(DocumentsInOrder(), documents);
+  };
+  fWindows["doc1"].fFocusNow();
+  expectFront("doc1+* doc3+ doc2+", "doc1 doc3 doc2");
+  SetActiveWindow(HwndOf("doc2"));
+  expectFront("doc2+* doc1+ doc3+", "doc2 doc1 doc3");
+  Click({310 * 2 + 100, 300}, {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP});
+  EXPECT_TRUE(YieldUntil([this] { return GetActiveWindow() == HwndOf("doc3"); }));
+  expectFront("doc3+* doc2+ doc1+", "doc3 doc2 doc1");
+  PutAt(HWND_BOTTOM, fWindows["doc3"]);
+  fWindows["doc3"].fFocusNow();  // active already
+  expectFront("doc3+* doc2+ doc1+", "doc3 doc2 doc1");
+  fWindows["doc1"].fFocusNow();
+  Do("+A");
+  for (const char* name : {"doc3", "doc2"}) fWindows[name].fFocusNow();
+  Do("-A");
+  expectFront("doc1+* doc3+ doc2+", "doc1 doc3 doc2");
 }
 
 TEST_F(ModalityTest, QuittingClosesTheNewestDialogFirst) {

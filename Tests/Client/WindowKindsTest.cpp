@@ -1,6 +1,9 @@
 // The kinds of windows, as a client sees them: what they are natively, their states, how they begin and end,
 // blocking dialogs, window lists.
+#include <thread>
+
 #include "Support/ClientWindows.h"
+#include "Support/ImportPatch.h"
 
 namespace NSMorvaneTest {
 
@@ -87,6 +90,47 @@ TEST_IN_RUN(WindowKindsTest, States) {
   check(*static_cast<IFloatingWindow*>(Make(Kind::kFloating, fRecord, kWindowZoomableBit)), false);
 }
 
+// Clients place windows on the screen, the system from the work area on; but not tool windows.
+TEST_IN_RUN(WindowKindsTest, BesideATaskBarAtTheLeftAndTheTop) {
+  BOOL(WINAPI* const withTaskBar)
+  (HMONITOR, LPMONITORINFO) = [](HMONITOR monitor, LPMONITORINFO info) {
+    const BOOL result = GetMonitorInfoW(monitor, info);
+    info->rcWork.left += 60;
+    info->rcWork.top += 24;
+    return result;
+  };
+  const ImportPatch patch(L"Morvane.dll", "GetMonitorInfoW", withTaskBar);
+  const TRect onScreen = {140, 150, 440, 390}, fromWorkArea = {80, 126, 380, 366};
+  const auto check = [&](auto& window, const TRect& native) {
+    const HWND hwnd = fRecord.fHwnd;
+    const auto set = [&](auto& state) {
+      state.fMaximumClientSize = {250, 0};
+      state.fPlacement.fUserRect = onScreen;
+    };
+    EXPECT_EQ(ChangeState(window, set), kOK);
+    WINDOWPLACEMENT wp = {};
+    wp.length = sizeof(wp);
+    GetWindowPlacement(hwnd, &wp);
+    const TRect placed = NativeRect(wp.rcNormalPosition);
+    EXPECT_EQ(placed.fLeft, native.fLeft);
+    EXPECT_EQ(placed.fTop, native.fTop);
+    EXPECT_EQ(placed.fBottom, native.fBottom);
+    EXPECT_EQ(ChangeState(window, [&](auto& state) { EXPECT_EQ(state.fPlacement.fUserRect.fTop, 150); }),
+              kOK);
+    // As high as the work area.
+    SendMessageW(hwnd, WM_SYSCOMMAND, SC_MAXIMIZE, 0);
+    GetWindowPlacement(hwnd, &wp);
+    EXPECT_EQ(wp.rcNormalPosition.top, native.fTop - 126);
+    EXPECT_EQ(wp.rcNormalPosition.bottom, GetSystemMetrics(SM_CYSCREEN) + native.fTop - 150);
+    Release(fRecord);
+  };
+  Open(kSizeable);
+  check(*fRecord.fDocument, fromWorkArea);
+  check(*static_cast<IModelessDialog*>(Make(Kind::kModeless, fRecord, kWindowZoomableBit)), fromWorkArea);
+  check(*static_cast<IModalDialog*>(Make(Kind::kModal, fRecord)), fromWorkArea);
+  check(*static_cast<IFloatingWindow*>(Make(Kind::kFloating, fRecord, kWindowZoomableBit)), onScreen);
+}
+
 // Between its construction and its behaviour a window can be closed, and asked for its menu bar; or its
 // factory fails.
 TEST_IN_RUN(WindowKindsTest, WithoutABehaviour) {
@@ -164,6 +208,67 @@ TEST_IN_RUN(WindowKindsTest, ABlockingDialogThatEndsEarly) {
   EXPECT_EQ(Make(Kind::kModal, second, kPlain, nullptr, 1), nullptr);
   EXPECT_FALSE(IsWindow(second.fHwnd));
   fRun.fHooks.erase("Idle");
+}
+
+// A dialog that is going is moved above the screen, and stays natively visible until it has gone.
+TEST_IN_RUN(WindowKindsTest, WhereADialogGoes) {
+  WindowRecord dialog;
+  Open();
+  for (const bool hasOwner : {true, false}) {
+    auto& window =
+        *static_cast<IModalDialog*>(Make(Kind::kModal, dialog, kPlain, hasOwner ? fRecord.fOwner : nullptr));
+    EXPECT_EQ(ChangeState(window,
+                          [](auto& state) {
+                            state.fPlacement.fUserRect = {150, 120, 350, 260};
+                          }),
+              kOK);
+    TRect frame = {};
+    dialog.fHooks["deleted"] = [&] {
+      frame = NativeFrame(dialog.fHwnd);
+      EXPECT_TRUE(IsWindowVisible(dialog.fHwnd));
+    };
+    Release(dialog);
+    EXPECT_EQ(frame, hasOwner ? (TRect{50, -240, 250, -100}) : (TRect{150, -140, 350, 0}));
+  }
+}
+
+// --- The application in the background
+
+// Floating windows go and come with the application; the others stay. They come to be closed, too.
+TEST_F(WindowKindsTest, FloatingWindowsGoWithTheApplication) {
+  std::string told;
+  for (const char* flag : {"0", "1"})
+    fRun.fHooks[std::string("AppActivation:") + flag] = [&, flag] { told += flag; };
+  // Another application, as far as activation goes.
+  std::atomic<HWND> stranger = nullptr;
+  std::thread thread([&] {
+    stranger = CreateWindowExW(0, L"STATIC", L"stranger", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 700, 500, 90, 90,
+                               nullptr, nullptr, nullptr, nullptr);
+    MSG message;
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
+    DestroyWindow(stranger);
+  });
+  WindowRecord modeless, floating;
+  RunFrom([&] {
+    Then([&] {
+      Open();
+      Make(Kind::kModeless, modeless);
+      Make(Kind::kFloating, floating);
+      EXPECT_TRUE(YieldUntil([&] { return stranger != nullptr; }));
+      for (const bool isLast : {false, true}) {
+        SetForegroundWindow(Hwnd());
+        EXPECT_TRUE(YieldUntil([&] { return told.ends_with("1") && IsWindowVisible(floating.fHwnd); }));
+        SetForegroundWindow(stranger);
+        EXPECT_TRUE(YieldUntil([&] { return told.ends_with("0") && !IsWindowVisible(floating.fHwnd); }));
+        EXPECT_TRUE(IsWindowVisible(Hwnd()) && IsWindowVisible(modeless.fHwnd));
+        if (isLast) Quit();
+      }
+    });
+  });
+  EXPECT_EQ(floating.fLog.Count("RequestClose:1"), 1);
+  EXPECT_EQ(told.substr(0, 4), "1010");
+  PostThreadMessageW(GetWindowThreadProcessId(stranger, nullptr), WM_QUIT, 0, 0);
+  thread.join();
 }
 
 // --- Window lists

@@ -81,6 +81,20 @@ TEST_IN_RUN(WindowTest, WhatItIsToldBeforeItIsShownIsHowItAppears) {
   ExpectInStep({200, 150, 700, 550});
 }
 
+TEST_IN_RUN(WindowTest, MinimizedOrMaximizedBeforeItIsShown) {
+  for (const TFlag minimized : {1u, 0u}) {
+    fRecord.fHooks["factory"] = [=, this] { Place({200, 150, 700, 550}, minimized, !minimized); };
+    Open(kSizeable);
+    EXPECT_EQ(IsIconic(Hwnd()) != 0, minimized != 0);
+    EXPECT_EQ(IsZoomed(Hwnd()) != 0, minimized == 0);
+    ExpectInStep({200, 150, 700, 550});
+    ShowWindow(Hwnd(), SW_RESTORE);
+    EXPECT_EQ(NativeFrame(Hwnd()), (TRect{200, 150, 700, 550}));
+    Release(fRecord);
+    fRecord.fPlacements.clear();
+  }
+}
+
 // --- Following the user
 
 TEST_IN_RUN(WindowTest, MovingAndResizing) {

@@ -277,7 +277,7 @@ class ClientWindowTest : public ClientTest {
         made = fMorvane->IMorvane_CreateDocumentWindow(documentFactory, style, fIsListed, error);
         break;
       case Kind::kModeless:
-        made = fMorvane->IMorvane_CreateModelessDialog(modelessFactory, style, 0, error);
+        made = fMorvane->IMorvane_CreateModelessDialog(modelessFactory, style, fIsDialogListed, error);
         break;
       case Kind::kModal:
         made = fMorvane->IMorvane_CreateModalDialog(modalFactory, owner, blocking, style, error);
@@ -411,7 +411,8 @@ class ClientWindowTest : public ClientTest {
     return ViewCalls();
   }
 
-  TFlag fIsListed = 1;  // whether window menus list the documents that are made
+  TFlag fIsListed = 1;        // whether window menus list the documents that are made
+  TFlag fIsDialogListed = 0;  // and the modeless dialogs
   WindowRecord fRecord;
   std::deque<WindowRecord> fDocuments;
   ViewRecord fViewRecord;

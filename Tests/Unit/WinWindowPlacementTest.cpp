@@ -114,7 +114,7 @@ TEST_F(WinWindowPlacement, FitsWhatIsWanted) {
 
 TEST_F(WinWindowPlacement, BetweenNativePlacementsAndTheClient) {
   TwoMonitors morvane;
-  const TPoint offset = OffsetToNativePlacement(morvane);
+  const TPoint offset = OffsetToNativePlacement(morvane, false);
   const TWindowPlacement native = {true, true, kWindowStateIdeal, {40, 76, 240, 176}, {-60, -24, 40, 76}};
   const auto check = [&](const auto& client, bool minimized, bool maximized) {
     EXPECT_EQ(client.fZoomState, kWindowStateIdeal);
@@ -125,6 +125,36 @@ TEST_F(WinWindowPlacement, BetweenNativePlacementsAndTheClient) {
   };
   check(PlacementForClient<TDocumentWindowPlacement>(native, offset), true, true);
   check(PlacementForClient<TFloatingWindowPlacement>(native, offset), false, true);
+  EXPECT_EQ(OffsetToNativePlacement(morvane, true), (TPoint{0, 0}))
+      << "a tool window is placed on the screen";
+}
+
+// Up to the work area of the monitor, which begins at (60, 24); places are native ones, of either sort.
+TEST_F(WinWindowPlacement, MaximumOfALimitedWindow) {
+  TwoMonitors morvane;
+  TWinWindowState state;
+  const TRect none = {}, start = {100, 100, 407, 425};
+  const Rows<TSize, TSize, bool, TRect, TRect> rows = {
+      {{0, 0}, {0, 0}, false, start, none},
+      {{1220, 936}, {0, 0}, false, start, none},
+      {{1219, 936}, {0, 0}, false, start, {0, 0, 1220, 936}},
+      {{400, 200}, {0, 0}, false, start, {100, 100, 507, 325}},
+      {{400, 0}, {0, 0}, false, start, {100, 0, 507, 936}},
+      {{400, 0}, {0, 0}, true, start, {100, 24, 507, 960}},
+      {{0, 200}, {0, 0}, false, start, {0, 100, 1220, 325}},
+      {{0, 200}, {0, 0}, true, start, {60, 100, 1280, 325}},
+      // A wider minimum sticks out.
+      {{0, 200}, {1300, 0}, true, start, {60, 100, 1367, 325}},
+      // On the other monitor, most of it: what is native there differs from the screen, too.
+      {{400, 0}, {0, 0}, false, {-500, 10, -30, 100}, {-500, -17, -93, 576}},
+      {{400, 0}, {0, 0}, true, {-500, 10, -30, 100}, {-500, 7, -93, 600}}};
+  for (const auto& [maximum, minimum, isToolWindow, from, rect] : rows) {
+    state.fMaximumClientSize = maximum;
+    state.fMinimumClientSize = minimum;
+    const TPoint offset = OffsetToNativePlacement(morvane, isToolWindow);
+    const auto to = LimitedMaximum(morvane.Given<TMonitorList>(), from, state, kInsets, offset);
+    EXPECT_EQ(to.value_or(none), rect) << testing::PrintToString(maximum) << isToolWindow;
+  }
 }
 
 TEST_F(WinWindowPlacement, WorkspaceBeginsAtTheWorkAreaOfTheMainMonitor) {

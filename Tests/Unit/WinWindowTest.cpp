@@ -7,6 +7,8 @@
 
 #include "Component/Win/MorvaneImplWin.h"
 #include "Component/Win/UtilsWin.h"
+#include "Component/Win/WinDocumentWindow.h"
+#include "Component/Win/WinMouseShape.h"
 #include "Component/Win/WinWindowModality.h"
 #include "Interface/MorvaneDefaults.h"
 #include "Tests/Support/NativeTestWindow.h"
@@ -23,6 +25,8 @@ class CTestWindow : public CWinWindow {
   explicit CTestWindow(TWindowKind kind, IModalOwner* owner = nullptr, DWORD style = kPopupStyle)
       : CWinWindow(CMorvaneImpl::gMorvaneImpl, kind, owner, style, 0, false, false, true) {}
   ~CTestWindow() override { PrepareDestruction(); }
+
+  bool AreFieldsSound() const { return CWinWindow::CWindowGlue_CheckInvariant(); }
 
   using CWinWindow::fAlwaysOnTop;
 
@@ -194,6 +198,55 @@ TEST_F(WinWindowTest, ForeignDialogsOnTheStack) {
     EXPECT_TRUE(gAppModalDialogStack.empty());
     EXPECT_TRUE(IsWindowEnabled(window->GetHwnd()));
     EXPECT_EQ(GetActiveWindow(), window->GetHwnd());
+  });
+}
+
+// The owner of such a dialog comes back from the task bar with it; one that is not there stays as large as it
+// is.
+TEST_F(WinWindowTest, TheOwnerOfAForeignDialogIsRestored) {
+  InRun([&] {
+    CMorvaneImpl& morvane = *CMorvaneImpl::gMorvaneImpl;
+    TTestWindowPtr owner = Make(kWindowKindDocument), other = Make(kWindowKindDocument);
+    owner->Show();
+    other->Show();
+    ShowWindow(other->GetHwnd(), SW_MINIMIZE);
+    for (const int command : {SW_MINIMIZE, SW_MAXIMIZE}) {
+      NativeTestWindow dialog(WS_POPUP, owner->GetHwnd());
+      ShowWindow(owner->GetHwnd(), command);
+      ShowWindow(dialog, SW_SHOW);
+      morvane.PushAppModalInstance(dialog);
+      EXPECT_FALSE(owner->IsIconic());
+      EXPECT_EQ(owner->IsZoomed(), command == SW_MAXIMIZE);
+      EXPECT_TRUE(other->IsIconic());
+      morvane.PopAppModalInstance(dialog);
+    }
+  });
+}
+
+// Whoever uses an object that has ended is told so, as long as nothing else lies in its memory.
+TEST_F(WinWindowTest, UseAfterTheEnd) {
+  InRun([&] {
+    CMorvaneImpl* const morvane = CMorvaneImpl::gMorvaneImpl;
+    alignas(16) static std::byte storage[sizeof(CDocumentWindowImpl)];
+    const auto document = new (storage) CDocumentWindowImpl(morvane, 0, false);
+    IDocumentWindow* const kind = document;
+    IWindow* const window = document;
+    document->~CDocumentWindowImpl();
+    TFlag flag = 7;
+    EXPECT_EQ(kind->IDocumentWindow_FocusNow(), kBadInputProgrammingError);
+    EXPECT_EQ(window->IWindow_IsActive(flag), kBadInputProgrammingError);
+    EXPECT_EQ(TakeReports(),
+              "Bad Input to IDocumentWindow_FocusNow(): CDocumentWindowGlue_CheckInvariant(); "
+              "Bad Input to IWindow_IsActive(): CWindowGlue_CheckInvariant()");
+    // What is left of the fields, which a client does not get at.
+    const auto testWindow = new (storage) CTestWindow(kWindowKindDocument);
+    EXPECT_TRUE(testWindow->AreFieldsSound());
+    testWindow->~CTestWindow();
+    EXPECT_FALSE(testWindow->AreFieldsSound());
+    EXPECT_EQ(TakeReports(), "false");
+    const auto shape = ::new (storage) CMouseShapeImpl(LoadCursorW(nullptr, IDC_ARROW));
+    shape->~CMouseShapeImpl();
+    EXPECT_EQ(shape->CMouseShapeImpl::IMouseShape_CheckInvariant(), 0u);
   });
 }
 
