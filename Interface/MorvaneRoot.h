@@ -261,6 +261,9 @@ class IMorvane {
   virtual IView* IMorvane_CreateView(IViewBehaviorFactory& factory, IView& superView, const char* debugName,
                                      TError& outError) = 0;
   // Has a part of the view drawn again soon. `rect` is in window client coordinates and is cut to the view.
+  // In a view that is not in a permanent mode itself, the part becomes dirty in the nearest permanent view
+  // around it. A permanent view inside another one does not tell that: what changes in the inner one has to
+  // be invalidated in both, or the outer one goes on showing its copy of the old pixels.
   virtual TError IMorvane_InvalidateView(IView& view, const TRect& rect) = 0;
 
   // --- File dialogs. `dialogContext` tells which remembered folder, position and file type to use.

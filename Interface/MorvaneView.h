@@ -35,6 +35,9 @@ enum TViewDrawMode : std::uint32_t {
   kViewDrawPermanent16 = 6903,  // keeps a 16-bit bitmap of its own
   kViewDrawPermanent32 = 6904   // keeps a 32-bit bitmap of its own
 };
+// A permanent view and its subviews are drawn into its bitmap, and only where that is dirty. The library sees
+// to this when views move, change their mode or end, in all the bitmaps that show them; for what only the
+// client knows of, see IMorvane_InvalidateView. What fails to be drawn is tried again with the next paint.
 
 // What becomes dirty when a view's rectangle changes.
 enum TAutoInvalidation : std::uint32_t {
@@ -84,7 +87,9 @@ class IView {
   virtual TError IView_GetSuperView(IView*& out) = 0;
   // Whether the view and all its super views are enabled.
   virtual TError IView_IsEffectivelyEnabled(TFlag& outEnabledFlag) = 0;
-  // kBadInputProgrammingError for unknown flags or draw modes and for a rectangle turned inside out.
+  // kBadInputProgrammingError for unknown flags or draw modes and for a rectangle turned inside out. The
+  // subviews stay where they are. Another draw mode has the view drawn again. If a behaviour that hears of a
+  // changed kViewEnabled sets that flag itself, the last call holds.
   virtual TError IView_SetParams(const TViewParams& params) = 0;
   virtual TError IView_GetParams(TViewParams& params) = 0;
   // `out` has room for kDebugNameChars + 1 bytes.
@@ -95,7 +100,8 @@ class IView {
   virtual TError IView_SetTooltipText(const TChar* text) = 0;
   // Moves the view and all its subtree by (dx, dy) pixels. Not for root views. The only subview of a buffered
   // view is moved inside the buffer, and just the strip that comes into sight is drawn: this is how to
-  // scroll.
+  // scroll. All that the subview's rectangle shows is moved, so it must fill that, and the buffered view must
+  // not draw over it.
   virtual TError IView_Offset(std::int32_t dx, std::int32_t dy) = 0;
   // The subviews, the first drawn first.
   virtual TError IView_GetSubViewOrder(IViewListReceiver& out) = 0;

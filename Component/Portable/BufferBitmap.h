@@ -59,9 +59,10 @@ class CBufferBitmap {
   void* OpenPixels();
   void ClosePixels(void* pixelPtr);
 
-  // Origin and clip, saved only once at a time.
+  // Origin and clip, saved only once at a time: for as long as tools draw into the bitmap.
   void SaveState();
   void RestoreState();
+  bool IsBeingDrawnInto() const { return fSaveStateCount > 0; }
 
   // Returns the old origin. The clip keeps its logical coordinates.
   TPoint SetOrigin(TPoint newOrigin);

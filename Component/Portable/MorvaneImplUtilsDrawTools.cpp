@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include <boost/make_shared.hpp>
+#include <utility>
 
 #include "Component/Portable/MorvaneImplUtilsDrawing.h"
 
@@ -33,35 +34,44 @@ bool TTileIterator::GetNextTile(TRect& outTile) {
 // --- TDrawBracket
 
 TDrawBracket::TDrawBracket(IMorvaneRunBehavior* runBehavior, IDrawTools& tools)
-    : fRunBehavior(runBehavior), fTools(tools), fPauseCount(0) {
-  if (fRunBehavior != nullptr) MORVANE_CHECK(fRunBehavior->IMorvaneRunBehavior_OnBeginDraw(fTools));
+    : fRunBehavior(runBehavior), fTools(tools), fPauseCount(0), fIsBegun(false) {
+  Begin();
 }
 
 TDrawBracket::~TDrawBracket() {
   MORVANE_ASSERT(0==fPauseCount);
-  const TError error = End();
-  MORVANE_ASSERT(error == kOK);
+  End();
 }
 
 void TDrawBracket::Pause() {
-  if (fPauseCount++ > 0) return;
-  const TError error = End();
-  MORVANE_ASSERT(error == kOK);
+  if (fPauseCount++ == 0) End();
 }
 
 void TDrawBracket::Resume() {
-  if (--fPauseCount > 0) return;
+  if (--fPauseCount == 0) Begin();
+}
+
+bool TDrawBracket::BeginAgain() {
+  if (fIsBegun) return false;
+  Begin();
+  return true;
+}
+
+void TDrawBracket::Begin() {
   if (fRunBehavior != nullptr) MORVANE_CHECK(fRunBehavior->IMorvaneRunBehavior_OnBeginDraw(fTools));
+  fIsBegun = true;
 }
 
 // Called while exceptions pass through, so it lets out none of its own.
-TError TDrawBracket::End() {
-  if (fRunBehavior == nullptr) return kOK;
+void TDrawBracket::End() {
+  if (!std::exchange(fIsBegun, false) || fRunBehavior == nullptr) return;
+  TError error = kOtherError;
   try {
-    return fRunBehavior->IMorvaneRunBehavior_OnEndDraw(fTools);
+    error = fRunBehavior->IMorvaneRunBehavior_OnEndDraw(fTools);
   } catch (...) {
-    return kOtherError;
+    // As a code.
   }
+  MORVANE_ASSERT(error == kOK);
 }
 
 // --- CTileBitmapPool

@@ -108,40 +108,44 @@ class CToolsLoan {
 
 void DrawSubViews(const TPass& pass, CViewImpl& view);
 
-void LogIgnoredError(const IViewBehavior* behavior, TError error, const char* operation) {
+// Logged only; but what a buffer lacks now, it tries again with the next paint.
+void IgnoreError(CViewImpl& view, const IViewBehavior* behavior, TError error, const char* operation) {
+  view.RecordFailedDrawing();
   DebugPrint("The view behavior " + std::to_string(reinterpret_cast<std::intptr_t>(behavior)) +
              "returned the error " +  // sic, no blank
              std::to_string(static_cast<std::int32_t>(error)) + " when " + operation +
              " was called. The error has been ignored to avoid disrupting the drawing of other views.");
 }
 
-void DrawSelf(const TPass& pass, IViewBehavior* behavior) {
+void DrawSelf(const TPass& pass, CViewImpl& view, IViewBehavior* behavior) {
   if (behavior != nullptr) {
     const CToolsLoan loan(pass.fGlue);
     const TError error = behavior->IViewBehavior_Draw(pass.fTools);
-    if (error != kOK) LogIgnoredError(behavior, error, "IViewBehavior_Draw");
+    if (error != kOK) IgnoreError(view, behavior, error, "IViewBehavior_Draw");
   }
   if (pass.fSettings.fFlushViews && pass.fGlue != nullptr)
     pass.fGlue->CDrawToolsGlue_FlushToScreen(pass.fSettings.fDelayAfterFlushing != 0);
 }
 
-void PostProcess(const TPass& pass, IViewBehavior* behavior) {
+void PostProcess(const TPass& pass, CViewImpl& view, IViewBehavior* behavior) {
   if (behavior == nullptr) return;
   const CToolsLoan loan(pass.fGlue);
   const TError error = behavior->IViewBehavior_PostProcessDraw(pass.fTools);
-  if (error != kOK) LogIgnoredError(behavior, error, "IViewBehavior_PostProcessDraw");
+  if (error != kOK) IgnoreError(view, behavior, error, "IViewBehavior_PostProcessDraw");
 }
 
 void DrawDirect(const TPass& pass, CViewImpl& view) {
   // The view, and with it its behaviour, is kept alive by the caller.
   IViewBehavior* const behavior = view.GetBehavior();
-  DrawSelf(pass, behavior);
+  DrawSelf(pass, view, behavior);
   DrawSubViews(pass, view);
-  PostProcess(pass, behavior);
+  pass.fBracket.BeginAgain();
+  PostProcess(pass, view, behavior);
 }
 
-// One pass over the view into a bitmap, in a bracket of its own.
-void DrawIntoBuffer(const TPass& pass, CViewImpl& view, CBufferBitmapDrawTools& bufferTools) {
+// One pass over the view into a bitmap, in a bracket of its own. `dirtyBounds` is what the bitmap is to show.
+void DrawIntoBuffer(const TPass& pass, CViewImpl& view, const TRect& dirtyBounds,
+                    CBufferBitmapDrawTools& bufferTools) {
   if (pass.fSettings.fDrawPaintsRed && pass.fGlue != nullptr)
     pass.fGlue->CDrawToolsGlue_FlushToScreen(pass.fSettings.fDelayAfterFlushing != 0);
   // Clip and origin of the bitmap are in the care of the tools.
@@ -149,8 +153,7 @@ void DrawIntoBuffer(const TPass& pass, CViewImpl& view, CBufferBitmapDrawTools& 
   const CPortGuard guard(hdc);
   const CSelectionGuard bitmap(hdc, OBJ_BITMAP);
   TDrawBracket bracket(pass.fRunBehavior, bufferTools);
-  DrawDirect({pass.fRunBehavior, bracket, pass.fDirtyBounds, bufferTools, &bufferTools, pass.fSettings},
-             view);
+  DrawDirect({pass.fRunBehavior, bracket, dirtyBounds, bufferTools, &bufferTools, pass.fSettings}, view);
 }
 
 void CopyToTools(const TPass& pass, CPortClip& clip, const TRect& viewBounds, CBufferBitmap& bitmap,
@@ -179,7 +182,7 @@ void DrawInTiles(const TPass& pass, CPortClip& clip, CViewImpl& view, const TRec
   while (tiles.GetNextTile(tile)) {
     const TPoint origin = {tile.fLeft, tile.fTop};
     CBufferBitmapDrawTools tileTools(viewBufferBitmap, region.GetNativeRegion(), origin, pass.fGlue);
-    DrawIntoBuffer(pass, view, tileTools);
+    DrawIntoBuffer(pass, view, pass.fDirtyBounds, tileTools);
     CopyToTools(pass, clip, bounds, *viewBufferBitmap, origin, tile);
   }
 }
@@ -191,9 +194,15 @@ void DrawPermanent(const TPass& pass, CPortClip& clip, CViewImpl& view, const TR
   MORVANE_ASSERT(viewBufferBitmap != NULL);
   const TPoint topLeft = {bounds.fLeft, bounds.fTop};
   const CRegion region = view.TakeDirtyRegion();
-  if (!region.IsEmpty()) {
-    CBufferBitmapDrawTools bufferTools(viewBufferBitmap, region.GetNativeRegion(), topLeft, pass.fGlue);
-    DrawIntoBuffer(pass, view, bufferTools);
+  try {
+    if (!region.IsEmpty()) {
+      CBufferBitmapDrawTools bufferTools(viewBufferBitmap, region.GetNativeRegion(), topLeft, pass.fGlue);
+      // All of the region, also where nothing is to be redrawn on the screen: it counts as drawn afterwards.
+      DrawIntoBuffer(pass, view, bounds, bufferTools);
+    }
+  } catch (...) {
+    view.PutBackDirtyRegion(region);
+    throw;
   }
   const TPoint origin = viewBufferBitmap->GetOrigin();
   MORVANE_ASSERT((origin.fX == 0) && (origin.fY == 0));
@@ -201,9 +210,7 @@ void DrawPermanent(const TPass& pass, CPortClip& clip, CViewImpl& view, const TR
               {0, 0, ToCoordinate(RectWidth(bounds)), ToCoordinate(RectHeight(bounds))});
 }
 
-// A view whose clip is entered.
-void DrawEntered(const TPass& pass, CPortClip& clip, CViewImpl& view, const TRect& bounds) {
-  const CViewScope scope(pass.fGlue, clip, bounds);
+void DrawByMode(const TPass& pass, CPortClip& clip, CViewImpl& view, const TRect& bounds) {
   switch (view.GetDrawMode()) {
     case kViewDrawDirect:
       DrawDirect(pass, view);
@@ -219,6 +226,19 @@ void DrawEntered(const TPass& pass, CPortClip& clip, CViewImpl& view, const TRec
     default:
       view.GetBitmapForDrawing();  // throws
       break;
+  }
+}
+
+// A view whose clip is entered.
+void DrawEntered(const TPass& pass, CPortClip& clip, CViewImpl& view, const TRect& bounds) {
+  const CViewScope scope(pass.fGlue, clip, bounds);
+  try {
+    // The run behaviour may do something to the clip.
+    if (pass.fBracket.BeginAgain()) clip.Renew(bounds);
+    DrawByMode(pass, clip, view, bounds);
+  } catch (...) {
+    view.RecordFailedDrawing();
+    throw;
   }
 }
 

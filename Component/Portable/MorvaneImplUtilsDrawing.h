@@ -41,13 +41,18 @@ class TDrawBracket {
   // outermost pair is told.
   void Pause();
   void Resume();
+  // For whoever draws after somebody else: if the run behaviour has failed in Resume it gets another chance,
+  // and the result is true. Nothing is drawn, and no end is told, without a begin.
+  bool BeginAgain();
 
  private:
-  TError End();
+  void Begin();
+  void End();
 
   IMorvaneRunBehavior* fRunBehavior;
   IDrawTools& fTools;
   std::int32_t fPauseCount;
+  bool fIsBegun;
 };
 
 // The bitmaps for views that are drawn through a shared one, for the life of the process. Several are in use

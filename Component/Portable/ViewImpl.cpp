@@ -60,6 +60,8 @@ CViewImpl::CViewImpl(CMorvaneImpl* morvaneImpl, IWindow* motherWindow)
       fMotherWindow(motherWindow),
       fIsVisibleInTree(true),
       fIsEffectivelyEnabled(true),
+      fToldOwnEnabled(true),
+      fToldAncestorsEnabled(true),
       fDebugName("Root view"),
       fImplFocusTools(nullptr),
       fViewWindow(nullptr),
@@ -74,7 +76,7 @@ CViewImpl::CViewImpl(CMorvaneImpl* morvaneImpl, CViewImpl& superView, const std:
   fImplFocusTools = superView.fImplFocusTools;
   fViewWindow = superView.fViewWindow;
   fIsVisibleInTree = superView.fIsVisibleInTree;
-  fIsEffectivelyEnabled = superView.IsEffectivelyEnabled();
+  fIsEffectivelyEnabled = fToldAncestorsEnabled = superView.IsEffectivelyEnabled();
   superView.AddSubView(this);
   fSuperView = std::move(reference);
 }
@@ -134,7 +136,7 @@ CViewImpl::~CViewImpl() {
   RunDestructorStep([this] {
     if (HasFocus()) fImplFocusTools->IImplFocusTools_SetConceptualFocusView(nullptr);
   });
-  RunDestructorStep([this] { InvalidateRect(fRect, GetClipBounds()); });
+  RunDestructorStep([this] { InvalidateAround(fRect); });
   RunDestructorStep([this] { RemoveTooltip(); });
   RunDestructorStep([this] { fBehavior.reset(); });
   // Once more, if the behaviour stood in the way.
@@ -187,6 +189,8 @@ bool CViewImpl::HasFocus() const {
 void CViewImpl::CViewGlue_Release() {
   TViewImplPtr reference;
   reference.swap(fClientsViewReference);
+  // Otherwise it ends here, and sees to that itself.
+  if (!fSubViews.empty()) InvalidateAround(fRect);
 }
 
 void CViewImpl::ForgetWindow() {
@@ -265,11 +269,12 @@ bool CViewImpl::HasSubViewAt(const TPoint& point) const {
 // The point is in the rectangle of `view`. Most views are missed, at the price of one look at their
 // rectangle.
 void CViewImpl::AppendHits(const TViewImplPtr& view, const TPoint& point, std::vector<TViewImplPtr>& hits) {
+  if (view->IsHit(point)) hits.push_back(view);
+  if (!view->IsLive()) return;
   std::vector<TViewImplPtr> subViewsUnderPoint;
   for (const CViewImpl* subView : view->fSubViews)
     if (IsPointInRect(point, subView->fRect) && subView->IsLive())
       subViewsUnderPoint.push_back(subView->fClientsViewReference);
-  if (view->IsHit(point)) hits.push_back(view);
   for (const TViewImplPtr& subView : subViewsUnderPoint)
     if (subView->IsLive()) AppendHits(subView, point, hits);
 }
@@ -306,39 +311,66 @@ TError CViewImpl::IView_GetSubViewOrder(IViewListReceiver& out) {
 }
 
 void CViewImpl::CViewGlue_SetParams(const TViewParams& params) {
-  if (params.fFlags != fFlags) {
-    if (((params.fFlags ^ fFlags) & kViewEnabled) != 0)
-      SetEnabled((params.fFlags & kViewEnabled) != 0, fIsEffectivelyEnabled, fIsVisibleInTree);
-    const bool losesFocusable = (fFlags & ~params.fFlags & kViewFocusable) != 0;
-    if (losesFocusable && HasFocus()) {
-      MORVANE_ASSERT(fImplFocusTools != NULL);
-      // As long as it is focusable it would follow itself where there is no other.
-      if (!IsOnlyFocusCandidate(*this, *fImplFocusTools)) EjectFocus(*fImplFocusTools);
-    }
-    fFlags = params.fFlags;
-    if (losesFocusable && HasFocus()) EjectFocus(*fImplFocusTools);
+  // A behaviour that hears of the change may set the flags itself. It has the last word, so this call writes
+  // only those that it changes.
+  const std::uint32_t changedFlags = params.fFlags ^ fFlags;
+  if ((changedFlags & kViewEnabled) != 0)
+    SetEnabled((params.fFlags & kViewEnabled) != 0, fIsEffectivelyEnabled, fIsVisibleInTree);
+  const bool losesFocusable = (changedFlags & fFlags & kViewFocusable) != 0;
+  if (losesFocusable && HasFocus()) {
+    MORVANE_ASSERT(fImplFocusTools != NULL);
+    // As long as it is focusable it would follow itself where there is no other.
+    if (!IsOnlyFocusCandidate(*this, *fImplFocusTools)) EjectFocus(*fImplFocusTools);
   }
+  const std::uint32_t plainFlags = changedFlags & ~std::uint32_t{kViewEnabled};
+  fFlags = (fFlags & ~plainFlags) | (params.fFlags & plainFlags);
+  if (losesFocusable && HasFocus()) EjectFocus(*fImplFocusTools);
   fAutoInvalidation = params.fAutoInvalidation;
   SetBounds(params.fRect);
   if (params.fDrawMode != fDrawMode) {
     SetPermanentBuffer(MakePermanentBuffer(params.fDrawMode, fRect));
     fDrawMode = params.fDrawMode;
+    InvalidatePicture(fRect);
   }
 }
 
+// The whole subtree changes before anybody hears of it, so that whoever answers with another change finds no
+// tree that is half changed.
 void CViewImpl::SetEnabled(bool ownEnabled, bool ancestorsEnabled, bool visible) {
-  const bool changed =
+  std::vector<TViewImplPtr> changed;
+  ApplyEnabled(ownEnabled, ancestorsEnabled, visible, changed);
+  for (const TViewImplPtr& view : changed) view->TellEnabled();
+}
+
+// `changed` gets the live views that have something to hear, subviews before their super view.
+void CViewImpl::ApplyEnabled(bool ownEnabled, bool ancestorsEnabled, bool visible,
+                             std::vector<TViewImplPtr>& changed) {
+  const bool isChanged =
       ownEnabled != ((fFlags & kViewEnabled) != 0) || ancestorsEnabled != fIsEffectivelyEnabled;
   fFlags &= ~static_cast<std::uint32_t>(kViewEnabled);
   if (ownEnabled) fFlags |= kViewEnabled;
   fIsEffectivelyEnabled = ancestorsEnabled;
   fIsVisibleInTree = visible;
-  if (!changed) return;
-  for (const TViewImplPtr& subView : GetSubViews())
-    if (subView->IsLive())
-      subView->SetEnabled((subView->fFlags & kViewEnabled) != 0, ancestorsEnabled && ownEnabled, visible);
+  if (!isChanged) return;
+  for (const CViewImpl* subView : fSubViews)
+    if (const TViewImplPtr& reference = subView->fClientsViewReference)
+      reference->ApplyEnabled((reference->fFlags & kViewEnabled) != 0, ancestorsEnabled && ownEnabled,
+                              visible, changed);
+  if (IsLive()) changed.push_back(fClientsViewReference);
+}
+
+// Nothing if somebody has changed it back meanwhile, or has told it already.
+void CViewImpl::TellEnabled() {
+  if (!IsLive() || HasHeardEnabled()) return;
   if (fImplFocusTools && IsFocusInSubtree(*this)) EjectFocus(*fImplFocusTools);
+  if (!IsLive() || HasHeardEnabled()) return;
+  fToldOwnEnabled = (fFlags & kViewEnabled) != 0;
+  fToldAncestorsEnabled = fIsEffectivelyEnabled;
   if (fBehavior) fBehavior->IViewBehavior_OnEffectivelyEnabledChanged(IsEffectivelyEnabled() ? 1 : 0);
+}
+
+bool CViewImpl::HasHeardEnabled() const {
+  return fToldOwnEnabled == ((fFlags & kViewEnabled) != 0) && fToldAncestorsEnabled == fIsEffectivelyEnabled;
 }
 
 void CViewImpl::CViewGlue_SetTooltipText(const TString& text) {

@@ -98,10 +98,10 @@ class CViewImpl : public CViewGlue {
   void SetBounds(const TRect& rect);
   // The own rectangle cut to those of all super views; the zero rectangle if nothing is left.
   TRect GetClipBounds() const;
-  // The part inside `clipRect` becomes dirty: in the nearest buffered view, beginning with this one, and on
-  // the screen.
-  void InvalidateRect(const TRect& rect, const TRect& clipRect);
-  void InvalidateRegion(const CRegion& region, const TRect& clipRect);
+  // What the client asks for: the part of the view in `rect` becomes dirty, in the nearest buffered view,
+  // beginning with this one, and on the screen. Of the screen only what all super views leave in sight; a
+  // buffer records also what is out of sight, since that may come into sight without being drawn.
+  void InvalidateRect(const TRect& rect);
 
   // --- Buffers
 
@@ -113,7 +113,11 @@ class CViewImpl : public CViewGlue {
   // What has to be drawn into the own bitmap; from here on it counts as drawn, but for what lies outside the
   // super view. Permanent modes only.
   CRegion TakeDirtyRegion();
-  // The same region, left alone. Null but in the permanent modes.
+  // What was taken could not be drawn.
+  void PutBackDirtyRegion(const CRegion& region);
+  // The view could not be drawn: the bitmaps around it that are being drawn into have to try again.
+  void RecordFailedDrawing() noexcept;
+  // What has to be drawn, left alone. Null but in the permanent modes.
   const CRegion* GetDirtyRegion() const { return fCollapsedDirtyRegion.get(); }
 
   // --- Contract members that behaviours can end the view from: they keep it to their end
@@ -159,6 +163,9 @@ class CViewImpl : public CViewGlue {
 
   // Enabling and hits
   void SetEnabled(bool ownEnabled, bool ancestorsEnabled, bool visible);
+  void ApplyEnabled(bool ownEnabled, bool ancestorsEnabled, bool visible, std::vector<TViewImplPtr>& changed);
+  void TellEnabled();
+  bool HasHeardEnabled() const;
   bool HasFocus() const;
   bool IsHit(const TPoint& point) const;
   static void AppendHits(const TViewImplPtr& view, const TPoint& point, std::vector<TViewImplPtr>& hits);
@@ -166,16 +173,23 @@ class CViewImpl : public CViewGlue {
   // Bounds
   void BoundsChanged(const TRect& oldRect);
   TAutoInvalidation ResolveAutoInvalidation(const TRect& oldRect) const;
-  CViewImpl* FindNearestBufferedView();
-  void InvalidateDifference(const TRect& a, const TRect& b, const TRect& clipRect);
+  // The picture of this view has changed in `area`, a rectangle or a region: it becomes dirty on the screen
+  // and in the nearest buffer or, with `inAllBuffers`, in every one on the way up.
+  template <class TArea>
+  void Invalidate(TArea area, bool inAllBuffers);
+  void InvalidatePicture(const TRect& rect);
+  void InvalidateAround(const TRect& rect);
+  void InvalidateDifference(const TRect& a, const TRect& b);
   void MoveDirtyRegion(std::int64_t dx, std::int64_t dy);
   bool IsOnlySubView() const;
+  bool ScrollPixelsInSuperView(const TPoint& distance, const TRect& destination);
   void ScrollInSuperView(const TPoint& distance);
-  void MoveSubtree(std::int32_t dx, std::int32_t dy, const TRect& clip, bool handled);
+  void MoveSubtree(std::int32_t dx, std::int32_t dy, CViewImpl& around, bool handled);
   void MarkToolRectsDirty();
 
   // Buffers
   static TSize BufferSize(const TRect& rect);
+  bool IsBufferBeingDrawn() const;
   static TPermanentBuffer MakePermanentBuffer(TViewDrawMode mode, const TRect& rect);
   void SetPermanentBuffer(TPermanentBuffer buffer);
 
@@ -189,8 +203,10 @@ class CViewImpl : public CViewGlue {
   IWindow* fMotherWindow;
   TViewImplPtr fSuperView;  // a super view lives as long as its subviews
   std::vector<CViewImpl*> fSubViews;
-  bool fIsVisibleInTree;                                       // only handed down
-  bool fIsEffectivelyEnabled;                                  // as far as the super views go
+  bool fIsVisibleInTree;       // only handed down
+  bool fIsEffectivelyEnabled;  // as far as the super views go
+  bool fToldOwnEnabled;        // as the behaviour has last heard
+  bool fToldAncestorsEnabled;
   std::unique_ptr<CRegion> fCollapsedDirtyRegion;              // permanent modes only
   boost::shared_ptr<CBufferBitmap> fPermanentOffscreenBitmap;  // permanent modes only
   std::string fDebugName;

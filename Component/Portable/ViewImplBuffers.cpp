@@ -14,6 +14,10 @@ TSize CViewImpl::BufferSize(const TRect& rect) {
           ToCoordinate(std::max<std::int64_t>(1, RectHeight(rect)))};
 }
 
+bool CViewImpl::IsBufferBeingDrawn() const {
+  return fPermanentOffscreenBitmap && fPermanentOffscreenBitmap->IsBeingDrawnInto();
+}
+
 // Nothing for the other modes. All of a new bitmap is dirty.
 CViewImpl::TPermanentBuffer CViewImpl::MakePermanentBuffer(TViewDrawMode mode, const TRect& rect) {
   TPermanentBuffer buffer;
@@ -78,6 +82,24 @@ CRegion CViewImpl::TakeDirtyRegion() {
   CRegion result = *fCollapsedDirtyRegion;
   *fCollapsedDirtyRegion = rest;
   return result;
+}
+
+void CViewImpl::PutBackDirtyRegion(const CRegion& region) {
+  // Mode and place may have changed since.
+  if (!fCollapsedDirtyRegion) return;
+  CRegion part = region;
+  part.IntersectRect(fRect);
+  fCollapsedDirtyRegion->UnionRegion(part);
+}
+
+void CViewImpl::RecordFailedDrawing() noexcept {
+  try {
+    TRect part = fRect;
+    for (CViewImpl* view = this; view && IntersectRect(part, view->fRect); view = view->fSuperView.get())
+      if (view->IsBufferBeingDrawn()) view->fCollapsedDirtyRegion->UnionRect(part);
+  } catch (...) {
+    // What made the drawing fail is told by others.
+  }
 }
 
 }  // namespace NSMorvane

@@ -23,6 +23,23 @@ bool OffsetRegion(CRegion& region, std::int64_t dx, std::int64_t dy) {
 
 bool HaveSameTopLeft(const TRect& a, const TRect& b) { return a.fLeft == b.fLeft && a.fTop == b.fTop; }
 
+bool HaveSameSize(const TRect& a, const TRect& b) {
+  return RectWidth(a) == RectWidth(b) && RectHeight(a) == RectHeight(b);
+}
+
+// The two kinds of areas. Cutting tells whether anything is left.
+
+bool CutArea(TRect& area, const TRect& rect) { return IntersectRect(area, rect); }
+void AddArea(CRegion& region, const TRect& area) { region.UnionRect(area); }
+void InvalidateArea(IViewWindow& window, const TRect& area) { window.InvalidateRect(area); }
+
+bool CutArea(CRegion& area, const TRect& rect) {
+  area.IntersectRect(rect);
+  return !area.IsEmpty();
+}
+void AddArea(CRegion& region, const CRegion& area) { region.UnionRegion(area); }
+void InvalidateArea(IViewWindow& window, const CRegion& area) { window.InvalidateRegion(area); }
+
 }  // namespace
 
 // --- Invalidation
@@ -34,46 +51,44 @@ TRect CViewImpl::GetClipBounds() const {
   return clip;
 }
 
-void CViewImpl::InvalidateRect(const TRect& rect, const TRect& clipRect) {
-  TRect dirty = rect;
-  if (!IntersectRect(dirty, clipRect)) return;
-  if (CViewImpl* const buffered = FindNearestBufferedView()) {
-    TRect part = dirty;
-    if (IntersectRect(part, buffered->fRect)) buffered->fCollapsedDirtyRegion->UnionRect(part);
+// Every view cuts the area for itself and for those around it, not for those inside it: what a buffer records
+// may be out of sight.
+template <class TArea>
+void CViewImpl::Invalidate(TArea area, bool inAllBuffers) {
+  bool isRecorded = false;
+  for (CViewImpl* view = this; view; view = view->fSuperView.get()) {
+    if (!CutArea(area, view->fRect)) return;
+    if (!view->fCollapsedDirtyRegion || (isRecorded && !inAllBuffers)) continue;
+    AddArea(*view->fCollapsedDirtyRegion, area);
+    isRecorded = true;
   }
   // Also when a buffer has recorded it: its pixels have to get to the screen.
-  if (fViewWindow) fViewWindow->InvalidateRect(dirty);
+  if (fViewWindow) InvalidateArea(*fViewWindow, area);
 }
 
-void CViewImpl::InvalidateRegion(const CRegion& region, const TRect& clipRect) {
-  CRegion dirty = region;
-  dirty.IntersectRect(clipRect);
-  if (dirty.IsEmpty()) return;
-  if (CViewImpl* const buffered = FindNearestBufferedView()) {
-    CRegion part = dirty;
-    part.IntersectRect(buffered->fRect);
-    if (!part.IsEmpty()) buffered->fCollapsedDirtyRegion->UnionRegion(part);
-  }
-  if (fViewWindow) fViewWindow->InvalidateRegion(dirty);
+void CViewImpl::InvalidateRect(const TRect& rect) { Invalidate(rect, false); }
+
+void CViewImpl::InvalidatePicture(const TRect& rect) { Invalidate(rect, true); }
+
+// Where this view is, or was, in the picture.
+void CViewImpl::InvalidateAround(const TRect& rect) {
+  if (fSuperView)
+    fSuperView->InvalidatePicture(rect);
+  else if (fViewWindow && !IsEmptyRect(rect))
+    fViewWindow->InvalidateRect(rect);
 }
 
-CViewImpl* CViewImpl::FindNearestBufferedView() {
-  CViewImpl* view = this;
-  while (view && !view->fCollapsedDirtyRegion) view = view->fSuperView.get();
-  return view;
-}
-
-// What is in exactly one of the two rectangles. They are cut first: no region gets larger than the clip.
-void CViewImpl::InvalidateDifference(const TRect& a, const TRect& b, const TRect& clipRect) {
+// What is in exactly one of the two rectangles. They are cut first: no region gets larger than the view.
+void CViewImpl::InvalidateDifference(const TRect& a, const TRect& b) {
   TRect partOfA = a;
-  if (!IntersectRect(partOfA, clipRect)) partOfA = {};
+  if (!IntersectRect(partOfA, fRect)) partOfA = {};
   TRect partOfB = b;
-  if (!IntersectRect(partOfB, clipRect)) partOfB = {};
+  if (!IntersectRect(partOfB, fRect)) partOfB = {};
   CRegion difference(partOfA);
   difference.UnionRect(partOfB);
   TRect common = partOfA;
   if (IntersectRect(common, partOfB)) difference.SubtractRect(common);
-  InvalidateRegion(difference, clipRect);
+  Invalidate(difference, true);
 }
 
 // --- Bounds
@@ -88,30 +103,32 @@ void CViewImpl::SetBounds(const TRect& rect) {
   fRect = rect;
   if (newBuffer.fBitmap)
     SetPermanentBuffer(std::move(newBuffer));
-  else
+  else if (fAutoInvalidation == kAutoInvalidationNone && fSubViews.empty() && HaveSameSize(rect, oldRect))
     MoveDirtyRegion(static_cast<std::int64_t>(rect.fLeft) - oldRect.fLeft,
                     static_cast<std::int64_t>(rect.fTop) - oldRect.fTop);
+  else if (fCollapsedDirtyRegion)
+    // The subviews, among others, are at other places in the bitmap.
+    *fCollapsedDirtyRegion = CRegion(fRect);
   BoundsChanged(oldRect);
   MarkToolRectsDirty();
 }
 
 void CViewImpl::BoundsChanged(const TRect& oldRect) {
   if (!fSuperView) return;
-  const TRect clip = fSuperView->GetClipBounds();
   switch (ResolveAutoInvalidation(oldRect)) {
     case kAutoInvalidationFull:
-      InvalidateRect(oldRect, clip);
-      InvalidateRect(fRect, clip);
+      fSuperView->InvalidatePicture(oldRect);
+      fSuperView->InvalidatePicture(fRect);
       break;
     case kAutoInvalidationDifference:
-      InvalidateDifference(fRect, oldRect, clip);
+      fSuperView->InvalidateDifference(fRect, oldRect);
       break;
     default:
       break;
   }
   // Subviews must not leave stale pixels in the part that changed hands.
   if (fAutoInvalidation == kAutoInvalidationNone && !fSubViews.empty())
-    InvalidateDifference(fRect, oldRect, clip);
+    fSuperView->InvalidateDifference(fRect, oldRect);
 }
 
 // None, full or difference, for a view that was at `oldRect`.
@@ -128,9 +145,11 @@ TAutoInvalidation CViewImpl::ResolveAutoInvalidation(const TRect& oldRect) const
   return kAutoInvalidationNone;
 }
 
-// Pixels that wait to be drawn move with the bitmap that they are in.
+// Pixels that wait to be drawn move with the bitmap that they are in. What is being drawn right now lands at
+// the old place.
 void CViewImpl::MoveDirtyRegion(std::int64_t dx, std::int64_t dy) {
-  if (fCollapsedDirtyRegion && !OffsetRegion(*fCollapsedDirtyRegion, dx, dy))
+  if (!fCollapsedDirtyRegion) return;
+  if (IsBufferBeingDrawn() || !OffsetRegion(*fCollapsedDirtyRegion, dx, dy))
     *fCollapsedDirtyRegion = CRegion(fRect);
 }
 
@@ -147,15 +166,20 @@ void CViewImpl::CViewGlue_Offset(std::int32_t dx, std::int32_t dy) {
   const TPoint distance = LimitOffset(fRect, dx, dy);
   bool handled = false;
   if (IsPermanentMode(fDrawMode)) {
-    superView->InvalidateRect(fRect, superView->fRect);
-    superView->InvalidateRect(OffsetRectBy(fRect, distance.fX, distance.fY), superView->fRect);
+    superView->InvalidatePicture(fRect);
+    superView->InvalidatePicture(OffsetRectBy(fRect, distance.fX, distance.fY));
     MORVANE_ASSERT(fCollapsedDirtyRegion != NULL);
     handled = true;
   } else if (IsPermanentMode(superView->fDrawMode) && IsOnlySubView()) {
     ScrollInSuperView(distance);
     handled = true;
   }
-  MoveSubtree(dx, dy, superView->GetClipBounds(), handled);
+  try {
+    MoveSubtree(dx, dy, *superView, handled);
+  } catch (...) {
+    MarkToolRectsDirty();  // of those that have moved
+    MORVANE_RETHROW();
+  }
   MarkToolRectsDirty();
 }
 
@@ -165,51 +189,59 @@ bool CViewImpl::IsOnlySubView() const {
   return true;
 }
 
-// The super view is buffered, and shows nothing but this view: its pixels move inside the bitmap, and only
-// the strip that comes into sight is dirty.
-void CViewImpl::ScrollInSuperView(const TPoint& distance) {
-  CViewImpl& superView = *fSuperView;
-  const TRect superRect = superView.fRect;
-  TRect oldVisible = fRect;
-  if (!IntersectRect(oldVisible, superRect)) oldVisible = {};
-  TRect newVisible = OffsetRectBy(oldVisible, distance.fX, distance.fY);
-  if (IntersectRect(newVisible, superRect)) {
-    const boost::shared_ptr<CBufferBitmap> bufferBitmap = superView.GetBitmapForDrawing();
-    MORVANE_ASSERT(bufferBitmap != NULL);
-    const TPoint origin = bufferBitmap->GetOrigin();
-    MORVANE_ASSERT((origin.fX == 0) && (origin.fY == 0));
-    const TRect destination = OffsetRectBy(newVisible, -static_cast<std::int64_t>(superRect.fLeft),
-                                           -static_cast<std::int64_t>(superRect.fTop));
-    const TRect source = OffsetRectBy(destination, -static_cast<std::int64_t>(distance.fX),
-                                      -static_cast<std::int64_t>(distance.fY));
-    bufferBitmap->CopyToPort(bufferBitmap->GetNativePort(), {destination.fLeft, destination.fTop}, source);
-    superView.ReleaseBitmapForDrawing(bufferBitmap);
-  } else {
-    newVisible = {};
-  }
-
-  MORVANE_ASSERT(superView.fCollapsedDirtyRegion != NULL);
-  CRegion& dirty = *superView.fCollapsedDirtyRegion;
-  if (!OffsetRegion(dirty, distance.fX, distance.fY)) dirty = CRegion();
-  if (oldVisible.fLeft >= oldVisible.fRight && oldVisible.fTop >= oldVisible.fBottom) {
-    TRect comesIntoSight = OffsetRectBy(fRect, distance.fX, distance.fY);
-    if (IntersectRect(comesIntoSight, superRect)) dirty.UnionRect(comesIntoSight);
-  } else {
-    CRegion uncovered(oldVisible);
-    uncovered.SubtractRect(newVisible);
-    dirty.UnionRegion(uncovered);
-  }
-
-  CViewImpl* const bufferedViewsSuperView = superView.fSuperView.get();
-  MORVANE_ASSERT(NULL != bufferedViewsSuperView);
-  if (bufferedViewsSuperView)
-    bufferedViewsSuperView->InvalidateRect(superRect, bufferedViewsSuperView->fRect);
-  else if (fViewWindow)
-    fViewWindow->InvalidateRect(superRect);
+// Fills `destination`, in window coordinates, with the pixels that are one `distance` before it. False if
+// that cannot be: the bitmap's own drawing is going on.
+bool CViewImpl::ScrollPixelsInSuperView(const TPoint& distance, const TRect& destination) {
+  CViewImpl* const superView = fSuperView.get();
+  if (superView->IsBufferBeingDrawn()) return false;
+  const boost::shared_ptr<CBufferBitmap> bufferBitmap = superView->GetBitmapForDrawing();
+  MORVANE_ASSERT(bufferBitmap != NULL);
+  const TPoint origin = bufferBitmap->GetOrigin();
+  MORVANE_ASSERT((origin.fX == 0) && (origin.fY == 0));
+  const TRect inBitmap = OffsetRectBy(destination, -static_cast<std::int64_t>(superView->fRect.fLeft),
+                                      -static_cast<std::int64_t>(superView->fRect.fTop));
+  const TRect source = OffsetRectBy(inBitmap, -static_cast<std::int64_t>(distance.fX),
+                                    -static_cast<std::int64_t>(distance.fY));
+  bufferBitmap->CopyToPort(bufferBitmap->GetNativePort(), {inBitmap.fLeft, inBitmap.fTop}, source);
+  superView->ReleaseBitmapForDrawing(bufferBitmap);
+  return true;
 }
 
-// `clip` is for what the views leave behind. With `handled` their pixels are taken care of already.
-void CViewImpl::MoveSubtree(std::int32_t dx, std::int32_t dy, const TRect& clip, bool handled) {
+// The super view is buffered, and shows nothing but this view: its pixels move inside the bitmap, and only
+// what they leave and what comes into sight is dirty.
+void CViewImpl::ScrollInSuperView(const TPoint& distance) {
+  CViewImpl* const superView = fSuperView.get();
+  const TRect superRect = superView->fRect;
+  MORVANE_ASSERT(superView->fCollapsedDirtyRegion != NULL);
+  CRegion& dirty = *superView->fCollapsedDirtyRegion;
+  TRect oldVisible = fRect;
+  if (!IntersectRect(oldVisible, superRect)) oldVisible = {};
+  TRect newVisible = OffsetRectBy(fRect, distance.fX, distance.fY);
+  if (!IntersectRect(newVisible, superRect)) newVisible = {};
+  TRect moved = OffsetRectBy(oldVisible, distance.fX, distance.fY);
+  if (!IntersectRect(moved, superRect)) moved = {};
+  if (IsEmptyRect(moved) || ScrollPixelsInSuperView(distance, moved)) {
+    // Pixels that wait to be drawn move along, and those that wait beside the view stay.
+    CRegion movedDirt = dirty;
+    if (OffsetRegion(movedDirt, distance.fX, distance.fY)) {
+      movedDirt.IntersectRect(superRect);
+      dirty.UnionRegion(movedDirt);
+    }
+    CRegion uncovered(oldVisible);
+    uncovered.UnionRect(newVisible);
+    uncovered.SubtractRect(moved);
+    dirty.UnionRegion(uncovered);
+  } else {
+    dirty = CRegion(superRect);
+  }
+  CViewImpl* const bufferedViewsSuperView = superView->fSuperView.get();
+  MORVANE_ASSERT(NULL != bufferedViewsSuperView);
+  superView->InvalidateAround(superRect);
+}
+
+// `around`, the super view of all that moves, shows what the views leave behind. With `handled` their pixels
+// are taken care of already.
+void CViewImpl::MoveSubtree(std::int32_t dx, std::int32_t dy, CViewImpl& around, bool handled) {
   const TRect oldRect = fRect;
   const TPoint distance = LimitOffset(oldRect, dx, dy);
   fRect = OffsetRectBy(oldRect, distance.fX, distance.fY);
@@ -217,12 +249,12 @@ void CViewImpl::MoveSubtree(std::int32_t dx, std::int32_t dy, const TRect& clip,
   if (!handled) {
     switch (ResolveAutoInvalidation(oldRect)) {
       case kAutoInvalidationFull:
-        InvalidateRect(oldRect, clip);
-        InvalidateRect(fRect, GetClipBounds());
+        around.InvalidatePicture(oldRect);
+        InvalidatePicture(fRect);
         handled = fAutoInvalidation == kAutoInvalidationFull;
         break;
       case kAutoInvalidationDifference:
-        InvalidateDifference(fRect, oldRect, clip);
+        around.InvalidateDifference(fRect, oldRect);
         break;
       default:
         break;
@@ -231,7 +263,7 @@ void CViewImpl::MoveSubtree(std::int32_t dx, std::int32_t dy, const TRect& clip,
   if (fBehavior) MORVANE_CHECK(fBehavior->IViewBehavior_OnOffset(dx, dy));
   if (fSubViews.empty()) return;
   for (const TViewImplPtr& subView : GetSubViews())
-    if (subView->IsLive()) subView->MoveSubtree(dx, dy, clip, handled);
+    if (subView->IsLive()) subView->MoveSubtree(dx, dy, around, handled);
 }
 
 }  // namespace NSMorvane

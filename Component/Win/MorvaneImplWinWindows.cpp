@@ -214,8 +214,7 @@ IView* CMorvaneImpl::CMorvaneGlue_CreateView(IViewBehaviorFactory& factory, IVie
 }
 
 void CMorvaneImpl::CMorvaneGlue_InvalidateView(IView& view, const TRect& rect) {
-  CViewImpl& impl = ViewOf(view);
-  impl.InvalidateRect(rect, impl.GetClipBounds());
+  ViewOf(view).InvalidateRect(rect);
 }
 
 void CMorvaneImpl::CMorvaneGlue_DrawView(IView& view, IDrawTools& tools) {

@@ -17,31 +17,34 @@ constexpr TRect kEverything = {-1000, -1000, 1000, 1000};
 constexpr TViewDrawMode kModes[] = {kViewDrawDirect, kViewDrawTemporary16, kViewDrawTemporary32,
                                     kViewDrawPermanent16, kViewDrawPermanent32};
 
-// The pixel in column x and row y of the bitmap, whatever its origin.
-inline std::uint32_t PixelAt(CBufferBitmap& bitmap, int x, int y) {
-  const TBufferBitmapInfo& info = bitmap.GetInfo();
-  void* const pixels = bitmap.OpenPixels();
-  const char* const row = static_cast<const char*>(pixels) + y * info.fRowBytes;
-  const std::uint32_t pixel = info.fBitDepth == 16 ? reinterpret_cast<const std::uint16_t*>(row)[x]
-                                                   : reinterpret_cast<const std::uint32_t*>(row)[x];
-  bitmap.ClosePixels(pixels);
-  return pixel;
-}
-
 // All of them, row by row.
 inline std::vector<std::uint32_t> PixelsOf(CBufferBitmap& bitmap) {
+  const TBufferBitmapInfo& info = bitmap.GetInfo();
   std::vector<std::uint32_t> pixels;
-  for (int y = 0; y < bitmap.GetInfo().fHeight; ++y)
-    for (int x = 0; x < bitmap.GetInfo().fWidth; ++x) pixels.push_back(PixelAt(bitmap, x, y));
+  pixels.reserve(static_cast<std::size_t>(info.fWidth) * info.fHeight);
+  void* const opened = bitmap.OpenPixels();
+  for (int y = 0; y < info.fHeight; ++y) {
+    const char* const row = static_cast<const char*>(opened) + y * info.fRowBytes;
+    for (int x = 0; x < info.fWidth; ++x)
+      pixels.push_back(info.fBitDepth == 16 ? reinterpret_cast<const std::uint16_t*>(row)[x]
+                                            : reinterpret_cast<const std::uint32_t*>(row)[x]);
+  }
+  bitmap.ClosePixels(opened);
   return pixels;
+}
+
+// The pixel in column x and row y of the bitmap, whatever its origin.
+inline std::uint32_t PixelAt(CBufferBitmap& bitmap, int x, int y) {
+  return PixelsOf(bitmap)[static_cast<std::size_t>(y) * bitmap.GetInfo().fWidth + x];
 }
 
 // The box of the pixels that differ from 0, in columns and rows of the bitmap.
 inline TRect PaintedPixels(CBufferBitmap& bitmap) {
+  const std::vector<std::uint32_t> pixels = PixelsOf(bitmap);
+  const int width = bitmap.GetInfo().fWidth;
   CRegion painted;
-  for (int y = 0; y < bitmap.GetInfo().fHeight; ++y)
-    for (int x = 0; x < bitmap.GetInfo().fWidth; ++x)
-      if (PixelAt(bitmap, x, y) != 0) painted.UnionRect({x, y, x + 1, y + 1});
+  for (int i = 0; i < static_cast<int>(pixels.size()); ++i)
+    if (pixels[i] != 0) painted.UnionRect({i % width, i / width, i % width + 1, i / width + 1});
   return painted.GetBounds();
 }
 

@@ -31,35 +31,36 @@ struct Model {
   PixelSet fDirty;  // while buffered
 
   bool IsBuffered() const { return fMode == kViewDrawPermanent16 || fMode == kViewDrawPermanent32; }
-  bool IsInClip(const TPoint& p) const {
-    return IsPointInRect(p, fRect) && (!fSuperView || fSuperView->IsInClip(p));
-  }
-  // The nearest buffer takes its part of what is in both, the window all of it.
-  void Invalidate(const Contains& contains, const Contains& clip) {
-    Model* buffered = this;
-    while (buffered && !buffered->IsBuffered()) buffered = buffered->fSuperView;
-    const auto isDirty = [&](const TPoint& p) { return contains(p) && clip(p); };
-    if (buffered)
-      buffered->fDirty.Add([&](const TPoint& p) { return isDirty(p) && IsPointInRect(p, buffered->fRect); });
-    fScreen->Add(isDirty);
+  // In the picture of this view. Every buffer on the way up takes what the views so far have left of it, or
+  // the nearest one only, and the window what all have left.
+  void Invalidate(const Contains& contains, bool inAllBuffers = true) {
+    TRect clip = fRect;
+    const auto isLeft = [&](const TPoint& p) { return IsPointInRect(p, clip) && contains(p); };
+    bool isTaken = false;
+    for (Model* view = this; view; view = view->fSuperView) {
+      const TRect& rect = view->fRect;
+      clip = {std::max(clip.fLeft, rect.fLeft), std::max(clip.fTop, rect.fTop),
+              std::min(clip.fRight, rect.fRight), std::min(clip.fBottom, rect.fBottom)};
+      if (!view->IsBuffered() || (isTaken && !inAllBuffers)) continue;
+      view->fDirty.Add(isLeft);
+      isTaken = true;
+    }
+    fScreen->Add(isLeft);
   }
   static Contains In(const TRect& rect) { return PixelSet::In(rect); }
   static Contains InOne(const TRect& a, const TRect& b) {
     return [a, b](const TPoint& p) { return IsPointInRect(p, a) != IsPointInRect(p, b); };
   }
-  Contains Clip() {
-    return [this](const TPoint& p) { return IsInClip(p); };
-  }
-  // True if both rectangles are dirty as a whole.
-  bool InvalidateMoved(const TRect& old, const Contains& oldClip, const Contains& newClip) {
+  // `around` shows what the view leaves behind. True if both rectangles are dirty as a whole.
+  bool InvalidateMoved(const TRect& old, Model& around) {
     const bool sameCorner = old.fLeft == fRect.fLeft && old.fTop == fRect.fTop;
     if (fInvalidation == kAutoInvalidationFull ||
         (fInvalidation == kAutoInvalidationDifferenceTopLeft && !sameCorner)) {
-      Invalidate(In(old), oldClip);
-      Invalidate(In(fRect), newClip);
+      around.Invalidate(In(old));
+      Invalidate(In(fRect));
       return fInvalidation == kAutoInvalidationFull;
     }
-    if (fInvalidation != kAutoInvalidationNone) Invalidate(InOne(old, fRect), oldClip);
+    if (fInvalidation != kAutoInvalidationNone) around.Invalidate(InOne(old, fRect));
     return false;
   }
   void SetParams(const TRect& rect, TViewDrawMode mode, TAutoInvalidation invalidation) {
@@ -67,19 +68,19 @@ struct Model {
     const TRect old = fRect;
     fRect = rect;
     if (!(old == rect)) {
-      const auto side = [](std::int64_t length) { return std::max<std::int64_t>(1, length); };
-      if (side(RectWidth(old)) != side(RectWidth(rect)) || side(RectHeight(old)) != side(RectHeight(rect)))
+      const bool isResized = RectWidth(old) != RectWidth(rect) || RectHeight(old) != RectHeight(rect);
+      if (isResized || fInvalidation != kAutoInvalidationNone || !fSubViews.empty())
         AllDirty();
-      else if (IsBuffered())
+      else
         fDirty.Move(rect.fLeft - old.fLeft, rect.fTop - old.fTop);
-      if (fSuperView) {
-        InvalidateMoved(old, fSuperView->Clip(), fSuperView->Clip());
-        if (fInvalidation == kAutoInvalidationNone && !fSubViews.empty())
-          Invalidate(InOne(old, rect), fSuperView->Clip());
-      }
+      if (fSuperView) InvalidateMoved(old, *fSuperView);
+      if (fSuperView && fInvalidation == kAutoInvalidationNone && !fSubViews.empty())
+        fSuperView->Invalidate(InOne(old, rect));
     }
-    if (mode != fMode) AllDirty();
+    if (mode == fMode) return;
     fMode = mode;
+    AllDirty();
+    Invalidate(In(rect));
   }
   void AllDirty() { fDirty.Set(In(fRect)); }
   // What lies outside the super view has not reached the screen.
@@ -92,34 +93,30 @@ struct Model {
     const TRect moved = OffsetRectBy(fRect, dx, dy);
     bool handled = false;
     if (IsBuffered()) {
-      super.Invalidate(In(fRect), In(super.fRect));
-      super.Invalidate(In(moved), In(super.fRect));
+      super.Invalidate(In(fRect));
+      super.Invalidate(In(moved));
       handled = true;
     } else if (super.IsBuffered() && super.fSubViews.size() == 1) {
-      super.fDirty.Move(dx, dy);
-      bool wasSeen = false;
-      const auto wasVisible = [&](const TPoint& p) {
-        return IsPointInRect(p, fRect) && IsPointInRect(p, super.fRect);
-      };
-      PixelSet uncovered;
-      uncovered.Add([&](const TPoint& p) {
-        wasSeen = wasSeen || wasVisible(p);
-        return wasVisible(p) && !wasVisible({p.fX - dx, p.fY - dy});
-      });
+      const auto isInside = PixelSet::In(super.fRect);
+      const auto wasThere = PixelSet::In(fRect), isThere = PixelSet::In(moved);
+      PixelSet movedDirt = super.fDirty;
+      movedDirt.Move(dx, dy);
       super.fDirty.Add([&](const TPoint& p) {
-        return wasSeen ? uncovered(p) : IsPointInRect(p, moved) && IsPointInRect(p, super.fRect);
+        const TPoint from = {p.fX - dx, p.fY - dy};
+        const bool isCopied = wasThere(from) && isInside(from);
+        return isInside(p) && (movedDirt(p) || ((wasThere(p) || isThere(p)) && !isCopied));
       });
-      super.fSuperView->Invalidate(In(super.fRect), In(super.fSuperView->fRect));
+      super.fSuperView->Invalidate(In(super.fRect));
       handled = true;
     }
-    MoveSubtree(dx, dy, super.Clip(), handled);
+    MoveSubtree(dx, dy, super, handled);
   }
-  void MoveSubtree(std::int32_t dx, std::int32_t dy, const Contains& clip, bool handled) {
+  void MoveSubtree(std::int32_t dx, std::int32_t dy, Model& around, bool handled) {
     const TRect old = fRect;
     fRect = OffsetRectBy(fRect, dx, dy);
     if (IsBuffered()) fDirty.Move(dx, dy);
-    if (!handled) handled = InvalidateMoved(old, clip, Clip());
-    for (Model* subView : fSubViews) subView->MoveSubtree(dx, dy, clip, handled);
+    if (!handled) handled = InvalidateMoved(old, around);
+    for (Model* subView : fSubViews) subView->MoveSubtree(dx, dy, around, handled);
   }
 };
 
@@ -154,8 +151,8 @@ class RandomTree {
     if (kind < 3) return TakeDirtyRegion(model);
     if (kind == 3) {
       const TRect rect = SomeRect();
-      model.fView->InvalidateRect(rect, model.fView->GetClipBounds());
-      model.Invalidate(Model::In(rect), model.Clip());
+      model.fView->InvalidateRect(rect);
+      model.Invalidate(Model::In(rect), false);
       return "InvalidateRect";
     }
     const std::int32_t dx = fRandom(-9, 9), dy = fRandom(-9, 9);
@@ -247,7 +244,7 @@ TEST_F(ViewInvalidation, ViewsStopAtTheEdgeOfTheWorld) {
       EXPECT_EQ(kOK, view.IView_Offset(kMin, kMax));
       // A bitmap of that size cannot be had.
       EXPECT_EQ(mode == kViewDrawDirect, SetRect(view, {kMin, kMin, kMax, kMax}) == kOK);
-      view.InvalidateRect({kMin, kMin, kMax, kMax}, {kMin, kMin, kMax, kMax});
+      view.InvalidateRect({kMin, kMin, kMax, kMax});
       fWindow.ReleaseViews();
     }
 }
