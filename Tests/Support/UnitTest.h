@@ -49,14 +49,16 @@ class RecordedOutput : public IDebugOutput {
   void IDebugOutput_Assert(const char* file, std::int32_t line, const char* expression) override {
     fAssertFiles.push_back(std::string(file) + "(" + std::to_string(line) + ")");
     fAssertions.push_back(expression);
+    fTrace += fAssertions.back() + "! ";
   }
   void IDebugOutput_Print(const char* text) override {
     const std::string line = text;
     EXPECT_TRUE(line.starts_with("[Morvane] ")) << line;
     fLines.push_back(line.substr(std::min<std::size_t>(10, line.size())));
+    fTrace += fLines.back() + " ";
   }
-  void IDebugOutput_Indent() override {}
-  void IDebugOutput_Unindent() override {}
+  void IDebugOutput_Indent() override { fTrace += "> "; }
+  void IDebugOutput_Unindent() override { fTrace += "< "; }
 
   bool HasLine(const std::string& part) const {
     return std::any_of(fLines.begin(), fLines.end(),
@@ -66,6 +68,7 @@ class RecordedOutput : public IDebugOutput {
   Texts fAssertions;   // the expressions
   Texts fAssertFiles;  // where each stood, "file(line)"
   Texts fLines;        // printed lines, without the prefix
+  std::string fTrace;  // all together: assertions with a "!", deeper indentation as ">" and back as "<"
 
  private:
   IDebugOutput* fPrevious;

@@ -1,8 +1,10 @@
 // The contracts of views, windows, the kinds of windows and draw tools, over hooks that only record.
 #include <windows.h>
 
+#include "Component/Portable/MorvaneGlueValidators.h"
 #include "Tests/Support/Contract.h"
 #include "Tests/Support/FakeViewWindow.h"
+#include "Tests/Support/RecordingMorvane.h"
 
 namespace NSMorvaneTest {
 namespace {
@@ -31,6 +33,31 @@ class RecordingView : public CViewGlue, public Recorder {
   HOOK(std::vector<IView*>, CViewGlue_GetSubViewOrder)
   HOOK(void, CViewGlue_SetSubViewOrder, const std::vector<IView*>&)
   HOOK(void, CViewGlue_Release)
+};
+
+class RecordingWindow : public CWindowGlue, public Recorder {
+ public:
+  RecordingWindow() {
+    Given<TNativeWindow>() = {::GetDesktopWindow()};
+    Given<TRect>() = {1, 2, 3, 4};
+    Given<std::uint8_t>() = 7;
+  }
+
+ protected:
+  bool CWindowGlue_CheckInvariant() const override { return fSound; }
+  HOOK(TNativeWindow, CWindowGlue_GetNativeWindow)
+  HOOK(CViewImpl*, CWindowGlue_GetOnDutyFocusView)
+  HOOK(CViewImpl*, CWindowGlue_GetConceptualFocusView)
+  HOOK(void, CWindowGlue_SetConceptualFocusView, CViewImpl*)
+  HOOK(std::vector<CViewImpl*>, CWindowGlue_GetTabViews)
+  HOOK(void, CWindowGlue_SetTabViews, const std::vector<CViewImpl*>&)
+  HOOK(CViewImpl*, CWindowGlue_GetRootView)
+  HOOK(bool, CWindowGlue_IsActive)
+  HOOK(TRect, CWindowGlue_GetFrameRect)
+  HOOK(TRect, CWindowGlue_FrameRectToClientRect, const TRect&)
+  HOOK(TRect, CWindowGlue_ClientRectToFrameRect, const TRect&)
+  HOOK(std::uint8_t, CWindowGlue_GetGlobalAlpha)
+  HOOK(void, CWindowGlue_SetGlobalAlpha, std::uint8_t)
 };
 
 class RecordingTools : public CDrawToolsGlue, public Recorder {
@@ -117,6 +144,56 @@ TEST(ContractView, OrderTakesTheSameViewsOnly) {
   EXPECT_EQ(kBad, view.IView_SetSubViewOrder(nullptr, 2));
 }
 
+// All operations but the one that sets the tab views, which looks at real views.
+TEST(ContractWindow, Operations) {
+  static const TRect rect = {0, 0, 1, 1};
+  CheckGoodCalls<RecordingWindow>(
+      "CWindowGlue_CheckInvariant()",
+      {GOOD_ROW(IWindow_GetNativeWindow, "set", "-", out),
+       GOOD_ROW(IWindow_GetOnDutyFocusView, "set", "0", out),
+       GOOD_ROW(IWindow_GetConceptualFocusView, "set", "0", out),
+       GOOD_ROW(IWindow_SetConceptualFocusView, "-", "-", nullptr),
+       GOOD_ROW(IWindow_GetTabViews, "set", "-", out),
+       GOOD_ROW(IWindow_GetRootView, "set", "0: outRootView != NULL", out),
+       GOOD_ROW(IWindow_IsActive, "set", "-", out), GOOD_ROW(IWindow_GetFrameRect, "set", "-", out),
+       GOOD_ROW(IWindow_FrameRectToClientRect, "set", "-", rect, out),
+       GOOD_ROW(IWindow_ClientRectToFrameRect, "set", "-", rect, out),
+       GOOD_ROW(IWindow_GetGlobalAlpha, "set", "-", out), GOOD_ROW(IWindow_SetGlobalAlpha, "-", "-", 7)});
+  CheckResults<RecordingWindow>(
+      {{"IsValidNativeWindow(outNativeWindow)", [](auto& w) { w.template Given<TNativeWindow>() = {}; },
+        CALL(IWindow_GetNativeWindow(out))}});
+  RecordingWindow window;
+  struct : IViewListReceiver {
+    TError IViewListReceiver_ReceiveViews(IView* const*, std::uint32_t) override { return 100005; }
+  } receiver;
+  EXPECT_EQ(100005u, window.IWindow_GetTabViews(receiver));
+}
+
+TEST(ContractWindow, TabViews) {
+  FakeViewWindow views;
+  RecordingWindow window;
+  window.Given<CViewImpl*>() = &views.Root();
+  RecordedOutput output;
+  window.fSound = false;
+  EXPECT_EQ(kBad, window.IWindow_SetTabViews(nullptr, 0));
+  EXPECT_EQ("", Joined(window.fHooks));
+  window.fSound = true;
+  window.fOnHook = [&] {
+    if (window.fHooks.back() == "SetTabViews") window.fSound = false;
+  };
+  EXPECT_EQ(kOK, window.IWindow_SetTabViews(nullptr, 0));
+  EXPECT_EQ("Bad Input to IWindow_SetTabViews(): CWindowGlue_CheckInvariant(); CWindowGlue_CheckInvariant()",
+            Joined(output.fAssertions));
+  window.fSound = true;
+  window.fOnHook = [&] {
+    if (window.fHooks.back() == "SetTabViews") throw XBadFormat();
+  };
+  EXPECT_EQ(kBadFormatError, window.IWindow_SetTabViews(nullptr, 0));
+  // Without its root view the window has no view that could be in the list, and none that could not.
+  window.fGivesNull = true;
+  EXPECT_EQ(kBad, window.IWindow_SetTabViews(nullptr, 0));
+}
+
 TEST(ContractWindow, OnlyItsOwnViewsGetTheFocus) {
   RecordedOutput output;
   FakeViewWindow window, other;
@@ -194,6 +271,30 @@ CONTRACT_OF_OWNING_KIND(ModelessDialog)
 CONTRACT_OF_OWNING_KIND(ModalDialog)
 CONTRACT_OF_KIND(FloatingWindow, NOTHING, NOTHING)
 // clang-format on
+
+// What objects say when they come and go, and how deep.
+TEST(ContractWindowKinds, TraceTheirLives) {
+  RecordedOutput output;
+  const auto traceOf = [&](const std::function<void()>& live) {
+    output.fTrace.clear();
+    live();
+    return output.fTrace;
+  };
+  const Rows<std::string, std::function<void()>> rows = {
+      {"CWindowGlue", [] { RecordingWindow(); }},
+      {"CDocumentWindowGlue", [] { RecordingDocumentWindow(); }},
+      {"CModelessDialogGlue", [] { RecordingModelessDialog(); }},
+      {"CModalDialogGlue", [] { RecordingModalDialog(); }},
+      {"CFloatingWindowGlue", [] { RecordingFloatingWindow(); }},
+      {"CMorvaneGlue", [] { RecordingMorvane(); }}};
+  for (const auto& [name, live] : rows)
+    EXPECT_EQ(name + "::" + name + "() > < " + name + "::~" + name + "() > < ", traceOf(live));
+  // Two validators hold the indentation until they are through.
+  EXPECT_EQ("ValidateDebugSettings() > false! < ", traceOf([] {
+              ValidateDebugSettings({0, 0, 0, 0, 0, 0, 2});
+            }));
+  EXPECT_EQ("ValidateStartupParams() > false! < ", traceOf([] { ValidateStartupParams({}); }));
+}
 
 class ContractDrawTools : public ReportingTest {
  protected:

@@ -146,6 +146,32 @@ TEST(ContractRoot, ResultsAreChecked) {
   });
 }
 
+// A client that looks at its code from a callback sees neither a stale one nor success.
+TEST(ContractRoot, CodeOfACallThatIsOnItsWay) {
+  RecordingMorvane morvane;
+  TError error;
+  morvane.fOnHook = [&] { EXPECT_EQ(kProgrammingError, error) << morvane.fHooks.back(); };
+  const std::function<void()> calls[] = {
+      [&] { morvane.IMorvane_GetClipboardData(kFormat, error); },
+      [&] { morvane.IMorvane_CreateBuiltInIcon(static_cast<TBuiltinIcon>(3001), error); },
+      [&] { morvane.IMorvane_CreateIconForURL("file://C:\\", error); },
+      [&] { morvane.IMorvane_CreateResourceIcon("GICN/1", error); },
+      [&] { morvane.IMorvane_CreatePixmapIcon("", error); },
+      [&] { morvane.IMorvane_LoadResourceMouseShape("GCUR/1", error); },
+      [&] { morvane.IMorvane_CreateBuiltInMouseShape(static_cast<TBuiltInMouseShape>(1300), error); },
+      [&] { morvane.IMorvane_CreateDocumentWindow(gDocument, 0, 0, error); },
+      [&] { morvane.IMorvane_CreateModelessDialog(gModeless, 0, 0, error); },
+      [&] { morvane.IMorvane_CreateModalDialog(gModal, nullptr, 0, 0, error); },
+      [&] { morvane.IMorvane_CreateFloatingWindow(gFloating, 0, error); },
+      [&] { morvane.IMorvane_CreateView(Dummy<IViewBehaviorFactory>(), Dummy<IView>(), "", error); }};
+  for (const auto& call : calls) {
+    error = 100001;
+    call();
+    EXPECT_EQ(kOK, error);
+  }
+  EXPECT_EQ(std::size(calls), morvane.fHooks.size());
+}
+
 TEST(ContractRoot, ListsTextsAndArrays) {
   RecordedOutput output;
   RecordingMorvane morvane;

@@ -66,6 +66,16 @@ TEST_F(Resource, Keys) {
   }
 }
 
+TEST_F(Resource, PredefinedTypes) {
+  const Rows<TString, std::uint16_t> rows = {
+      {u"ACCL", 9},  {u"ANIC", 21}, {u"ANII", 22}, {u"BITM", 2},  {u"CURS", 1},  {u"DLOG", 17},
+      {u"FONT", 8},  {u"FNTD", 7},  {u"GCUR", 12}, {u"GICN", 14}, {u"HTML", 23}, {u"ICON", 3},
+      {u"MNFS", 24}, {u"MENU", 4},  {u"MSGT", 11}, {u"PLGP", 19}, {u"RCDA", 10}, {u"STRT", 6},
+      {u"VERS", 16}, {u"VXD ", 20}, {u"SSTR", 0},  {u"accl", 0},  {u"ACC", 0},   {u"", 0}};
+  for (const auto& [type, atom] : rows)
+    EXPECT_EQ(atom, PredefinedResourceType(type)) << NSTextPackage::StringToUTF8(type, false);
+}
+
 TEST_F(Resource, LoaderReadsTheProgramsResources) {
   IResourceLoader& loader = GetResourceLoader();
   const TResourceBytes bytes = loader.Load("SSTR/1001");
