@@ -279,12 +279,8 @@ void BringWindowToFront(HWND hWnd) {
   std::vector<HWND> group = DialogChain(hWnd);
   for (HWND owner = GetWindow(hWnd, GW_OWNER); owner; owner = GetWindow(owner, GW_OWNER))
     group.insert(group.begin(), owner);
-  for (const HWND w : group) {
-    if (!IsRegisteredHwnd(w)) continue;
-    if (IsIconic(w)) ShowWindow(w, SW_RESTORE);
-    // The system hides them with a window that is minimized, and shows them only after it is active again.
-    ShowOwnedPopups(w, TRUE);
-  }
+  for (const HWND w : group)
+    if (IsRegisteredHwnd(w) && IsIconic(w)) ShowWindow(w, SW_RESTORE);
   const HWND usable = FindUsable(hWnd);
   if (!IsWindow(usable) || !IsWindowShown(usable)) return;
   RaiseWithOwners(usable);

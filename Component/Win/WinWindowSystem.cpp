@@ -105,8 +105,8 @@ LRESULT CWinWindow::OnSysCommand(TWinMessage message) {
       if (OnMaximizeCommand()) return 0;
       break;
     case SC_RESTORE: {
-      // As from the task bar, which knows nothing of dialogs: the system shows them only after it has
-      // activated the window.
+      // As from the task bar, which knows nothing of dialogs: the system does not restore a window that one
+      // has disabled.
       const LRESULT result = ForwardMessage(message);
       if (fClientsWindowReference) OnModalActivationAttempt(fHwnd);
       return result;

@@ -242,12 +242,7 @@ TEST_IN_RUN(ModalityTest, DialogsOfOwners) {
 // Whoever activates a window that a dialog blocks, or clicks it, gets the last of the dialogs over it, with
 // its owners behind it.
 TEST_IN_RUN(ModalityTest, ABlockedWindowGivesItsDialog) {
-  fRun.fHooks["SetupMenuBar"] = [this] {
-    TMenuBarFlags flags = {};
-    EXPECT_EQ(fRun.fMenuBar->IMenuBarState_GetFlags(flags), kOK);
-    flags.fShowWindowMenu = 1;
-    return fRun.fMenuBar->IMenuBarState_SetFlags(flags);
-  };
+  fRun.fHooks["SetupMenuBar"] = [this] { return fRun.fMenuBar->IMenuBarState_SetFlags({0, 0, 0, 0, 1}); };
   Do("+doc1 +doc2 +A<doc1 +B<A");
   PutSideBySide({"doc1", "doc2", "A", "B"});
   const auto minimize = [this] {
@@ -274,8 +269,9 @@ TEST_IN_RUN(ModalityTest, ABlockedWindowGivesItsDialog) {
       {"task bar", [&] { minimize(), SendMessageW(HwndOf("doc1"), WM_SYSCOMMAND, SC_RESTORE, 0); }},
       {"task bar, active",
        [&] {
-         minimize(), SetForegroundWindow(HwndOf("doc1")),
-             SendMessageW(HwndOf("doc1"), WM_SYSCOMMAND, SC_RESTORE, 0);
+         minimize(), SetForegroundWindow(HwndOf("doc1"));
+         EXPECT_TRUE(IsIconic(HwndOf("doc1"))) << "not by being active alone";
+         SendMessageW(HwndOf("doc1"), WM_SYSCOMMAND, SC_RESTORE, 0);
        }},
       {"restored", [&] { minimize(), ShowWindow(HwndOf("doc1"), SW_RESTORE); }},
       {"operation, minimized", [&] { minimize(), fWindows["doc1"].fFocusNow(); }},
@@ -321,10 +317,19 @@ TEST_IN_RUN(ModalityTest, ADialogOverTheDialogOfTheApplication) {
     SetForegroundWindow(HwndOf(name));
     ExpectBlockedBy("A+* X ");
   }
-  ExpectPictures({{"+B<X", "B+* A+ X doc2 doc1"},
-                  {"-B", "A+* X doc2 doc1"},
-                  {"-A", "X+* doc2 doc1"},
-                  {"-X", "doc2+* doc1+"}});
+  // From the task bar only the dialog comes, which takes the window along where it is asked for.
+  ShowWindow(HwndOf("doc1"), SW_MINIMIZE);
+  const std::pair<UINT, WPARAM> taskBar = {WM_SYSCOMMAND, SC_RESTORE}, windowMenu = {WM_COMMAND, 0xE000};
+  for (const auto& [message, command] : {taskBar, windowMenu}) {
+    SendMessageW(HwndOf("doc1"), message, command, 0);
+    ExpectBlockedBy("A+* X ");
+    EXPECT_EQ(GetFocus(), HwndOf("A"));
+    EXPECT_EQ(IsIconic(HwndOf("doc1")) != 0, message == WM_SYSCOMMAND);
+  }
+  ExpectPictures({{"+B<X", "B+* A+ X doc1 doc2"},
+                  {"-B", "A+* X doc1 doc2"},
+                  {"-A", "X+* doc1 doc2"},
+                  {"-X", "doc1+* doc2+"}});
 }
 
 // A window that becomes active comes to the front, also one that lies beside the others: so it is active
