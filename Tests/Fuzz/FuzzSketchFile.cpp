@@ -56,6 +56,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   RequireEqual(document, Read(WriteSketchDocument(plain)));
 
+  // With one shape more, whatever the last line was.
+  CSketchDocument longer = document;
+  TShape line;
+  line.fPoints = {{1, 2}, {3, 4}};
+  longer.AppendShape(line);
+  RequireEqual(longer, Read(WriteSketchDocument(longer)));
+
   // A shape that goes and comes back leaves no trace, wherever it was; one that is changed changes its line
   // only.
   if (document.Shapes().empty()) return 0;
