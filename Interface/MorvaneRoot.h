@@ -51,13 +51,16 @@ class IMorvaneRunBehavior {
   virtual TError IMorvaneRunBehavior_OnStartUp() = 0;
   // Once, at the end; also in a second instance that has handed its files over.
   virtual TError IMorvaneRunBehavior_OnCleanUp() = 0;
-  // The user or the system asks the application to quit, or the last document window has gone. Ask the
-  // documents, then call IMorvane_StartQuitting. It may be ignored, and then comes again.
+  // The user or the system asks the application to quit, or there is no document window: the last one has
+  // gone, or nothing was opened. Ask the documents, then call IMorvane_StartQuitting. It may be ignored, and
+  // then comes again, without a document window after each message or idle call.
   virtual TError IMorvaneRunBehavior_OnQuitEvent() = 0;
-  // There is nothing to show: open an empty document, or nothing.
+  // There is nothing to show: open an empty document, or nothing, and the quit event follows.
   virtual TError IMorvaneRunBehavior_OnNoDocument(TNoDocumentKind kind) = 0;
   // One file to open, as a "file://" URL: from the command line, a second launch, or dropped on a document
-  // window.
+  // window. When no document window has come of all files, the quit event follows. What a second launch hands
+  // over is a full path, unless it is too long for that; one with blanks, of a file that does not exist,
+  // stands in quotes.
   virtual TError IMorvaneRunBehavior_OnOpenURL(const char* url) = 0;
   // Fill the menu bar of one document window.
   virtual TError IMorvaneRunBehavior_OnSetupMenuBar(IMenuBarState& state) = 0;
@@ -66,8 +69,9 @@ class IMorvaneRunBehavior {
   virtual TError IMorvaneRunBehavior_OnMenuCommand(const TMenuCommandEvent& event, TFlag& outHandled) = 0;
   // A key that nothing in the window has taken.
   virtual TError IMorvaneRunBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) = 0;
-  // Called when `inOutDelayMS` milliseconds have passed since the call before. 1 on the way in; at most
-  // 0x7FFFFFFF.
+  // Called when `inOutDelayMS` milliseconds have passed since the call before; the last answer holds. 1 on
+  // the way in; at most 0x7FFFFFFF. After a failure, and before the first answer, the calls come about once a
+  // second.
   virtual TError IMorvaneRunBehavior_OnIdle(std::int64_t& inOutDelayMS) = 0;
   // Around the drawing of a view tree.
   virtual TError IMorvaneRunBehavior_OnBeginDraw(IDrawTools& tools) = 0;
@@ -114,7 +118,8 @@ class IMorvane {
   virtual TError IMorvane_GetBehavior(IMorvaneRunBehavior*& outBehavior) const = 0;
   // Closes the visible windows one at a time, front first, each with
   // IxxxBehavior_OnRequestClose(kCloseByLibrary); when no window is left, IMorvane_Run ends. A window that
-  // stays stops the process where it is.
+  // stays stops the process where it is. While IMorvane_IsQuitting gives 1 already, it is out of order: that
+  // is reported as an assertion, and the front window is asked again.
   virtual TError IMorvane_StartQuitting() = 0;
   // Ends what IMorvane_StartQuitting began; only while IMorvane_IsQuitting gives 1. Windows that are closed
   // already stay closed.

@@ -14,6 +14,9 @@ class IFileSystemProbe {
   // The full, long spelling of the path of an existing file or folder, with a backslash at the end for a
   // folder. Empty if nothing of that name exists.
   virtual NSTextPackage::TString NormalizeExistingPath(const NSTextPackage::TString& path) const = 0;
+  // A path, of something that need not exist, from the root on. Empty for a text that is no path, and where
+  // there is no current folder.
+  virtual NSTextPackage::TString FullPath(const NSTextPackage::TString&) const { return {}; }
 
  protected:
   ~IFileSystemProbe() = default;
@@ -28,6 +31,12 @@ struct CCommandLine {
 // also in the middle of a word; the option ends at the next blank outside quotes. What is left are the files.
 // A program name that nothing follows and that has no quotes counts as a file.
 CCommandLine ParseCommandLine(const NSTextPackage::TString& commandLine, const IFileSystemProbe& probe);
+
+// The same command line for a process with another current folder: paths stand from the root on, as many of
+// them as fit into `maxLength` units. One with blanks, of something that does not exist, gets quotes to stay
+// in one piece.
+NSTextPackage::TString WithFullPaths(const NSTextPackage::TString& commandLine, const IFileSystemProbe& probe,
+                                     std::size_t maxLength);
 
 // The paths in a text, separated by blanks, each in its normal spelling if it exists and as it stands if it
 // does not. A path in quotes keeps them.

@@ -107,7 +107,7 @@ void DebugPrint(const std::string& text) { DebugPrint(text.c_str()); }
 
 void DebugThrown(const char* file, std::int32_t line) {
   // Sic: the prefix stands here too, so that the finished line carries it twice.
-  static char buffer[1024];
+  char buffer[1024];  // of its own: any thread may throw
   std::snprintf(buffer, sizeof(buffer), "[Morvane] Exception thrown at %s(%d)", file, static_cast<int>(line));
   DebugPrint(buffer);
 }

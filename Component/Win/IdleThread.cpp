@@ -11,29 +11,20 @@ constexpr DWORD kStopPollMS = 10;
 
 std::int64_t TickCount() { return GetTickCount(); }
 
-// A handle that nothing else closes: the call for drawing objects leaves a kernel object open until the
-// process ends. Where the system would take its small number for that of a drawing object, it is not called
-// at all.
-void GiveUp(HANDLE& handle) {
-  if (GetObjectType(handle) == 0) DeleteObject(handle);
-  handle = nullptr;
-}
-
 }  // namespace
 
 // --- CIdleSchedule
-
-std::int64_t CIdleSchedule::DueTime(std::int64_t now, std::int64_t delay) {
-  constexpr std::int64_t kHourMS = 3600 * 1000;
-  constexpr std::int64_t kGrainMS = 0x10000;
-  const std::int64_t time = now + delay;
-  return delay <= kHourMS ? time : (time | (kGrainMS - 1));
-}
 
 void CIdleSchedule::Schedule(std::int64_t time) {
   auto it = fTimes.begin();
   while (it != fTimes.end() && *it < time) ++it;
   if (it == fTimes.end() || *it > time) fTimes.insert(it, time);
+}
+
+void CIdleSchedule::ScheduleNext(std::int64_t now, std::int64_t time) {
+  Schedule(time);
+  if (fNext > now && fNext != time) fTimes.remove(fNext);
+  fNext = time;
 }
 
 std::int64_t CIdleSchedule::NextDueTime(std::int64_t now) {
@@ -54,16 +45,14 @@ bool CIdleSchedule::RemoveDueTimes(std::int64_t now) {
 // --- CIdleThread
 
 CIdleThread::CIdleThread(IIdleThreadOwner* owner)
-    : fOwner(owner), fMutex(nullptr), fWakeUpEvent(nullptr), fExitEvent(nullptr), fThread(nullptr) {
-  fMutex = CreateMutexW(nullptr, FALSE, nullptr);
-  if (!fMutex) MORVANE_THROW(XOutOfMemory());
-  fWakeUpEvent = CreateEventW(nullptr, FALSE, TRUE, nullptr);
-  if (!fWakeUpEvent) MORVANE_THROW(XOutOfMemory());
-  fExitEvent = CreateEventW(nullptr, FALSE, FALSE, nullptr);
-  if (!fExitEvent) MORVANE_THROW(XOutOfMemory());
-  fThread = CreateThread(nullptr, 0, ThreadProc, this, CREATE_SUSPENDED, nullptr);
-  if (!fThread) MORVANE_THROW(XOutOfMemory());
-  ResumeThread(fThread);
+    : fOwner(owner),
+      fMutex(CreateMutexW(nullptr, FALSE, nullptr)),
+      fWakeUpEvent(CreateEventW(nullptr, FALSE, TRUE, nullptr)),
+      fExitEvent(CreateEventW(nullptr, FALSE, FALSE, nullptr)) {
+  if (!fMutex.Get() || !fWakeUpEvent.Get() || !fExitEvent.Get()) MORVANE_THROW(XOutOfMemory());
+  fThread.Reset(CreateThread(nullptr, 0, ThreadProc, this, CREATE_SUSPENDED, nullptr));
+  if (!fThread.Get()) MORVANE_THROW(XOutOfMemory());
+  ResumeThread(fThread.Get());
   try {
     Schedule(TickCount() + kFirstWakeUpMS);
   } catch (...) {
@@ -72,63 +61,62 @@ CIdleThread::CIdleThread(IIdleThreadOwner* owner)
   }
 }
 
-CIdleThread::~CIdleThread() {
-  Stop();
-  GiveUp(fMutex);
-  GiveUp(fWakeUpEvent);
-  GiveUp(fExitEvent);
-}
+CIdleThread::~CIdleThread() { Stop(); }
 
 void CIdleThread::Stop() {
-  SetEvent(fExitEvent);
-  while (WaitForSingleObject(fThread, kStopPollMS) == WAIT_TIMEOUT) {
+  SetEvent(fExitEvent.Get());
+  while (WaitForSingleObject(fThread.Get(), kStopPollMS) == WAIT_TIMEOUT) {
     fOwner->DrainIdleMessages();
     // Again, as the thread may have gone through its wait just before.
-    SetEvent(fExitEvent);
+    SetEvent(fExitEvent.Get());
   }
 }
 
-void CIdleThread::LockDueTimes() {
-  if (WaitForSingleObject(fMutex, INFINITE) != WAIT_OBJECT_0) MORVANE_THROW(std::exception());
+template <class TChange>
+void CIdleThread::ChangeDueTimes(TChange&& change) {
+  if (WaitForSingleObject(fMutex.Get(), INFINITE) != WAIT_OBJECT_0) MORVANE_THROW(std::exception());
+  try {
+    change();
+  } catch (...) {
+    ReleaseMutex(fMutex.Get());
+    MORVANE_RETHROW();
+  }
+  ReleaseMutex(fMutex.Get());
 }
 
 void CIdleThread::Schedule(std::int64_t time) {
-  LockDueTimes();
-  try {
+  ChangeDueTimes([&] {
     fDueTimes.Schedule(time);
-  } catch (...) {
-    ReleaseMutex(fMutex);
-    MORVANE_RETHROW();
-  }
-  SetEvent(fWakeUpEvent);
-  ReleaseMutex(fMutex);
+    SetEvent(fWakeUpEvent.Get());
+  });
+}
+
+void CIdleThread::ScheduleNext(std::int64_t delay) {
+  ChangeDueTimes([&] {
+    const std::int64_t now = TickCount();
+    fDueTimes.ScheduleNext(now, now + delay);
+    SetEvent(fWakeUpEvent.Get());
+  });
 }
 
 std::int64_t CIdleThread::NextDueTime() {
-  LockDueTimes();
-  try {
-    const std::int64_t next = fDueTimes.NextDueTime(TickCount());
-    ReleaseMutex(fMutex);
-    return next;
-  } catch (...) {
-    ReleaseMutex(fMutex);
-    MORVANE_RETHROW();
-  }
+  std::int64_t next = 0;
+  ChangeDueTimes([&] { next = fDueTimes.NextDueTime(TickCount()); });
+  return next;
 }
 
 bool CIdleThread::RemoveDueTimes(std::int64_t now) {
-  LockDueTimes();
-  const bool isDue = fDueTimes.RemoveDueTimes(now);
-  ReleaseMutex(fMutex);
+  bool isDue = false;
+  ChangeDueTimes([&] { isDue = fDueTimes.RemoveDueTimes(now); });
   return isDue;
 }
 
 DWORD WINAPI CIdleThread::ThreadProc(void* argument) {
   CIdleThread* const threadInfo = static_cast<CIdleThread*>(argument);
   MORVANE_ASSERT(0!=threadInfo);
-  MORVANE_ASSERT(0!=threadInfo->fExitEvent);
-  MORVANE_ASSERT(0!=threadInfo->fWakeUpEvent);
-  const HANDLE events[] = {threadInfo->fExitEvent, threadInfo->fWakeUpEvent};
+  const HANDLE events[] = {threadInfo->fExitEvent.Get(), threadInfo->fWakeUpEvent.Get()};
+  MORVANE_ASSERT_TEXT("0!=threadInfo->fExitEvent", events[0] != nullptr);
+  MORVANE_ASSERT_TEXT("0!=threadInfo->fWakeUpEvent", events[1] != nullptr);
   bool running = true;
   while (running) {
     const std::int64_t now = TickCount();

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <list>
 
+#include "Component/Win/UtilsWinHandles.h"
+
 namespace NSMorvane {
 
 // Due times in milliseconds of GetTickCount, which is widened to 64 bits; its wrap is not handled. Knows
@@ -16,13 +18,12 @@ class CIdleSchedule {
   // After this, an empty list has its next due time.
   static constexpr std::int64_t kHeartbeatMS = 1000;
 
-  // When a client is to be called that asks for this delay, in milliseconds. One of more than an hour may
-  // become a minute longer, so that times fall together: a client that mostly waits to be woken up asks for a
-  // long one with each call, and would leave an entry behind each time.
-  static std::int64_t DueTime(std::int64_t now, std::int64_t delay);
-
   // Keeps the list ascending; a time that is in it already is not added again.
   void Schedule(std::int64_t time);
+  // The same for the time that the client has asked for, in the place of what it asked for the last time: one
+  // that mostly waits to be woken up asks for a long delay with each call, and would leave an entry behind
+  // each time. A time that has come already stays.
+  void ScheduleNext(std::int64_t now, std::int64_t time);
   // The first due time, which stays in the list. An empty list first gets the heartbeat.
   std::int64_t NextDueTime(std::int64_t now);
   // Removes everything at or before now. True if the client is to be told: something was removed, or the list
@@ -33,6 +34,7 @@ class CIdleSchedule {
 
  private:
   std::list<std::int64_t> fTimes;
+  std::int64_t fNext = 0;  // the client's last wish; 0 before the first
 };
 
 // What the idle thread needs from the root object.
@@ -60,19 +62,22 @@ class CIdleThread {
   // Adds a due time, in milliseconds of GetTickCount, and wakes the thread. A time in the past is due at
   // once.
   void Schedule(std::int64_t time);
+  // The time of the client's next call, `delay` milliseconds from now, and no longer the one before.
+  void ScheduleNext(std::int64_t delay);
 
  private:
+  template <class TChange>
+  void ChangeDueTimes(TChange&& change);
   static DWORD WINAPI ThreadProc(void* argument);
   std::int64_t NextDueTime();
   bool RemoveDueTimes(std::int64_t now);
-  void LockDueTimes();
   void Stop();
 
   IIdleThreadOwner* fOwner;  // not owned
-  HANDLE fMutex;             // guards fDueTimes, and is held for the list operation only
-  HANDLE fWakeUpEvent;
-  HANDLE fExitEvent;
-  HANDLE fThread;
+  CKernelHandle fMutex;      // guards fDueTimes, and is held for the list operation only
+  CKernelHandle fWakeUpEvent;
+  CKernelHandle fExitEvent;
+  CKernelHandle fThread;
   CIdleSchedule fDueTimes;
 };
 

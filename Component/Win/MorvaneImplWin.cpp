@@ -44,16 +44,18 @@ CMorvaneImpl::CMorvaneImpl()
     : fBehavior(nullptr),
       fDebugSettings{1, 1, 1, 1, 1, 0, 0},
       fIsInQuitMode(false),
+      fIsQuitEventDue(false),
       fAppIcon(nullptr),
       fAppIsActive(false),
       fLingerTimer(0),
       fLingerExpired(false),
       fLingerMS(0),
       fReopenRequested(false),
+      fUnannouncedCommandLines(0),
       fStartupFlag(false),
       fIdleDue(false),
       fMenuBarRebuildRequests(0),
-      fIsRebuildingMenuBars(false),
+      fMenuBarWaits(false),
       fMonitors(),
       fRegisteredAutoPlayMessage(0),
       fAutoPlaySuppressCount(0),
@@ -65,9 +67,10 @@ CMorvaneImpl::CMorvaneImpl()
   ParseCommandLine(TextFromWin(::GetCommandLineW()));
   if (!EnumerateMonitors(fMonitors)) MORVANE_THROW(std::exception());
   if (gMorvaneImpl) MORVANE_THROW(std::exception());
-  gMorvaneImpl = this;
   gPendingErrors.clear();
   gPendingErrors.reserve(kPendingErrorsAtHand);
+  // Nothing fails from here on: whoever is known must be whole.
+  gMorvaneImpl = this;
   gAfterNativeMessage = FlushAfterNativeMessage;
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
 }
@@ -141,12 +144,14 @@ void CMorvaneImpl::CMorvaneGlue_SetDebugSettings(const TDebugSettings& settings)
       window->InvalidateRect(FromNative(client));
     }
   }
+  const bool showsDebugMenu = settings.fDebugMenu && !old.fDebugMenu;
   fDebugSettings = settings;
-  RefreshDebugMenus();
+  RefreshDebugMenus(showsDebugMenu);
 }
 
-void CMorvaneImpl::RefreshDebugMenus() {
+void CMorvaneImpl::RefreshDebugMenus(bool makesMenuBars) {
   for (const boost::shared_ptr<CWinWindow>& window : GetVisibleDocumentWindows()) {
+    if (!makesMenuBars && !window->HasMenuBar()) continue;
     const CMenuBarState state = window->GetMenuBarState();
     window->RebuildCompleteMenuBar(state);
   }
@@ -156,7 +161,10 @@ void CMorvaneImpl::RefreshDebugMenus() {
 
 TMonitorList CMorvaneImpl::CMorvaneGlue_GetMonitors() {
   TMonitorList monitors;
-  if (EnumerateMonitors(monitors)) {
+  bool isListed = false;
+  // To ask a monitor that has just gone fails otherwise than to list them all.
+  const TError error = ErrorOf([&] { isListed = EnumerateMonitors(monitors); });
+  if (error == kOK && isListed) {
     fMonitors = monitors;
   } else {
     DebugPrint("Failed to get monitor list - reverting to last successful result...");

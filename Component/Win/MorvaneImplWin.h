@@ -97,10 +97,11 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
 
   // --- Loop (MorvaneImplWinRunLoop.cpp)
 
-  // Does what is due and handles one message, waiting for it; false for WM_QUIT. With quit mode on and no
-  // window left it does not wait, and false tells that there was no message.
+  // Does what is due and handles one message, waiting for it; false for WM_QUIT. Without a window the wait
+  // also ends when something has been sent, as an idle call may be due, and there is none while something
+  // else is due: false then tells that there was no message.
   bool RunOneTurn();
-  // The same without waiting; false if there was no message.
+  // The same without waiting, WM_QUIT included; false if there was no message.
   bool PumpOneMessage();
   // Wakes the idle logic and handles messages until no window of the library has this handle any more.
   void RunModalLoop(HWND hwnd);
@@ -111,8 +112,8 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   bool MenuBarsAreStale() const { return fMenuBarRebuildRequests != 0; }
   // Throws nothing.
   void FlushMenuBarRequests();
-  // After a change of the debug settings.
-  void RefreshDebugMenus();
+  // After a change of the debug settings. Windows without a menu bar get one only if it `makesMenuBars`.
+  void RefreshDebugMenus(bool makesMenuBars);
 
   // Another application, of which `threadId` is a thread, has got or lost the activation. `viaPost` leaves it
   // to the loop of the calling thread.
@@ -289,11 +290,14 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   bool OpenCommandLineFiles();
   void CallOnNoDocument(TNoDocumentKind kind);
   void ReopenIfRequested();
+  bool TakeMessage(MSG& outMsg, bool mayWait);
   void HandleMessage(const MSG& msg);
+  void OnSecondInstanceMessage();
   void HandleSecondInstance();
   bool PreTranslate(const MSG& msg);
   void DeliverError(TError code);
   void RebuildRequestedMenuBars();
+  void SetUpMenuBar(CWinWindow& window);
   void ApplyAppActivation(bool flag, DWORD threadId);
 
   // --- Hidden windows
@@ -347,6 +351,7 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   SRWLOCK fIdleThreadLock = SRWLOCK_INIT;
   boost::weak_ptr<CWinWindow> fQuitWindow;  // the one last asked to close
   bool fIsInQuitMode;
+  bool fIsQuitEventDue;  // something has changed that may leave the application without anything to show
   std::vector<std::pair<HWND, boost::shared_ptr<IWinAppModalInstance>>> fAppModalInstances;
   HICON fAppIcon;
   std::vector<TString> fCommandLineOptions;  // with their "/"
@@ -355,13 +360,15 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   UINT_PTR fLingerTimer;  // 0: not lingering
   bool fLingerExpired;
   std::uint32_t fLingerMS;
-  bool fReopenRequested;  // a second launch came without files
+  bool fReopenRequested;                   // a second launch came without files
+  std::uint32_t fUnannouncedCommandLines;  // that were read before their message came, if it ever does
   bool fStartupFlag;
   bool fIdleDue;
-  std::uint32_t fMenuBarRebuildRequests;  // since the last flush
-  bool fIsRebuildingMenuBars;
-  TMonitorList fMonitors;           // the last one that could be read
-  UINT fRegisteredAutoPlayMessage;  // 0 until it is first suppressed
+  std::uint32_t fMenuBarRebuildRequests;            // since the last flush
+  std::vector<const CWinWindow*> fMenuBarsInSetUp;  // the innermost last
+  bool fMenuBarWaits;                               // one of these has been asked for again
+  TMonitorList fMonitors;                           // the last one that could be read
+  UINT fRegisteredAutoPlayMessage;                  // 0 until it is first suppressed
   std::uint32_t fAutoPlaySuppressCount;
   std::vector<IMessageCallListener*> fMessageCallListeners;
   DWORD fMainThreadId;

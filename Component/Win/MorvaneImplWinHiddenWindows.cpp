@@ -47,6 +47,8 @@ CHiddenWindow::~CHiddenWindow() {
   Unregister();
 }
 
+CHiderWindow::~CHiderWindow() { DisownWindows(GetHwnd()); }
+
 void CHiddenWindow::Unregister() {
   const BOOL ucResult = ::UnregisterClassW(MAKEINTATOM(fClass), ::GetModuleHandleW(nullptr));
   MORVANE_ASSERT(ucResult);

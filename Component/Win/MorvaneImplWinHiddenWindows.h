@@ -32,6 +32,8 @@ class CHiddenWindow : CNotCopied {
 class CHiderWindow : public CHiddenWindow {
  public:
   explicit CHiderWindow(HICON icon) : CHiddenWindow(L"Hollowbrook Hider Window", WinHiderWindowProc, icon) {}
+  // Dialogs that are still open stay.
+  ~CHiderWindow();
 };
 
 // The target of private messages.

@@ -27,7 +27,7 @@ void CMorvaneImpl::RunIdleIfDue() {
   delay = std::clamp(delay, kMinimumIdleDelayMS, kMaximumIdleDelayMS);
   // After a failure nothing is scheduled: the idle thread's own heartbeat goes on.
   MORVANE_CHECK(code);
-  fIdleThread->Schedule(CIdleSchedule::DueTime(NowMS(), delay));
+  fIdleThread->ScheduleNext(delay);
 }
 
 // On the idle thread. The message only raises a flag, and nobody waits for it.

@@ -135,7 +135,7 @@ void CMorvaneImpl::CMorvaneGlue_AllocateMouseCapture(IWindow* window, IMouseCapt
   fMouseCaptureWindow = captureWindow;
   captureWindow->AttachMouseCapture(boost::shared_ptr<IMouseCapture>(owner, capture));
   // It may have let go of what it did not have yet.
-  if (captureWindow->GetClientsWindowReference()) fMouseCaptureWindow = captureWindow;
+  if (captureWindow->LockClientsWindowReference()) fMouseCaptureWindow = captureWindow;
 }
 
 void CMorvaneImpl::CMorvaneGlue_ReleaseMouseCapture() {

@@ -46,6 +46,7 @@ bool CMorvaneImpl::CMorvaneGlue_IsQuitting() { return fIsInQuitMode; }
 void CMorvaneImpl::LeaveQuitMode() {
   fQuitWindow.reset();
   fIsInQuitMode = false;
+  fIsQuitEventDue = true;
 }
 
 // --- Closing windows
@@ -54,11 +55,14 @@ void CMorvaneImpl::CloseNextWindow() {
   MORVANE_ASSERT(fQuitWindow.expired());
   // Those that are hidden because another application is active are to be closed as well.
   ShowFloatingWindows(true);
-  const std::vector<boost::shared_ptr<CWinWindow>> windows = GetVisibleWindowsZ();
+  std::vector<boost::shared_ptr<CWinWindow>> windows = GetVisibleWindowsZ();
   for (const boost::shared_ptr<CWinWindow>& winWindow : windows) MORVANE_ASSERT(winWindow->CheckInvariant());
   if (windows.empty()) return;
-  fQuitWindow = windows.front();
-  windows.front()->RequestCloseFromLibrary();
+  // The others may end while this one is asked.
+  const boost::shared_ptr<CWinWindow> front = windows.front();
+  windows.clear();
+  fQuitWindow = front;
+  front->RequestCloseFromLibrary();
 }
 
 void CMorvaneImpl::CloseNextWindowAfterMessage() {
@@ -75,7 +79,8 @@ void CMorvaneImpl::CloseNextWindowAfterMessage() {
 bool CMorvaneImpl::OnQueryEndSession() {
   if (fIsInQuitMode) return true;
   DispatchQuitEvent();
-  while (fIsInQuitMode && IsAnyWindowAlive()) RunOneTurn();
+  // What fails on the way is delivered, as in the main loop, and is no answer.
+  while (fIsInQuitMode && IsAnyWindowAlive()) DeliverError(ErrorOf([this] { RunOneTurn(); }));
   return fIsInQuitMode && !IsAnyWindowAlive();
 }
 

@@ -36,7 +36,10 @@ void CMorvaneImpl::CMorvaneGlue_Run(IMorvaneRunBehavior* behavior, const TStartu
 
   const TString instanceName = fStartupStrings.fCompanyName + fStartupStrings.fProductName;
   if (!TryBecomeFirstInstance(instanceName)) {
-    SendCommandLineToFirstInstance(instanceName, TextFromWin(::GetCommandLineW()));
+    // Paths are looked for in the current folder of the process that opens them.
+    const TString commandLine =
+        WithFullPaths(TextFromWin(::GetCommandLineW()), CFileSystemProbe(), kMaxSentCommandLine);
+    SendCommandLineToFirstInstance(instanceName, commandLine);
     if (behavior) MORVANE_CHECK(behavior->IMorvaneRunBehavior_OnCleanUp());
     delete behavior;
     return;
@@ -102,11 +105,17 @@ void CMorvaneImpl::FetchStartupLabels() {
 
 void CMorvaneImpl::RunMainLoop() {
   bool keepRunning = KeepRunning();
+  // The client has been asked to open something. If nothing came of it, no message tells of that.
+  fIsQuitEventDue = true;
   while (keepRunning && !fLingerExpired) {
+    if (!fCommandLineFiles.empty() || fReopenRequested) fIsQuitEventDue = true;
     const TError error = ErrorOf([this] {
       OpenCommandLineFiles();
       ReopenIfRequested();
       RunOneTurn();
+      // When quitting has been stopped while the application lingers, the lingering ends first.
+      if (!fIsInQuitMode && fLingerTimer != 0) return;
+      fIsQuitEventDue = false;
       if (!fIsInQuitMode && gDocumentWindowCount == 0) DispatchQuitEvent();
     });
     DeliverError(error);
@@ -149,19 +158,35 @@ void CMorvaneImpl::ReopenIfRequested() {
 
 bool CMorvaneImpl::RunOneTurn() {
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
+  // In case that the last one goes.
+  if (IsAnyWindowAlive()) fIsQuitEventDue = true;
   RunIdleIfDue();
   FlushMenuBarRequests();
   MSG msg = {};
-  if (fIsInQuitMode && !IsAnyWindowAlive()) {
-    // Lingering or about to leave: never block.
-    const BOOL result = ::PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE);
-    if (result) HandleMessage(msg);
-    return result == 1;
-  }
-  const BOOL result = ::GetMessageW(&msg, nullptr, 0, 0);
-  if (result != 0) HandleMessage(msg);
+  const bool isMessage = TakeMessage(msg, true) && msg.message != WM_QUIT;
+  if (isMessage) HandleMessage(msg);
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
-  return result == 1;
+  return isMessage;
+}
+
+// GetMessageW would not do: it handles what is sent to this thread without coming back, and without a window,
+// whose ticks turn the loop, that is all there may be. False if there is no message, but the loop has to
+// turn.
+bool CMorvaneImpl::TakeMessage(MSG& outMsg, bool mayWait) {
+  while (!::PeekMessageW(&outMsg, nullptr, 0, 0, PM_REMOVE)) {
+    if (IsCommandLinePending()) {
+      ++fUnannouncedCommandLines;
+      HandleSecondInstance();
+      return false;
+    }
+    const bool hasWindow = IsAnyWindowAlive();
+    // In quit mode the application is about to leave, unless it lingers: then a timer runs.
+    const bool isDue = fIdleDue || (fIsInQuitMode ? fLingerTimer == 0 : fIsQuitEventDue);
+    if (!mayWait || (!hasWindow && isDue)) return false;
+    ::MsgWaitForMultipleObjectsEx(0, nullptr, INFINITE, QS_ALLINPUT, 0);
+    mayWait = hasWindow;
+  }
+  return true;
 }
 
 bool CMorvaneImpl::PumpOneMessage() {
@@ -169,9 +194,9 @@ bool CMorvaneImpl::PumpOneMessage() {
   RunIdleIfDue();
   FlushMenuBarRequests();
   MSG msg = {};
-  const BOOL result = ::PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE);
-  if (result) HandleMessage(msg);
-  return result != 0;
+  const bool isMessage = TakeMessage(msg, false);
+  if (isMessage) HandleMessage(msg);
+  return isMessage;
 }
 
 void CMorvaneImpl::RunModalLoop(HWND hwnd) {
@@ -191,7 +216,7 @@ void CMorvaneImpl::RunModalLoop(HWND hwnd) {
 void CMorvaneImpl::HandleMessage(const MSG& msg) {
   const TError error = ErrorOf([&] {
     MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
-    if (msg.message == kMsgSecondInstance) HandleSecondInstance();
+    if (msg.message == kMsgSecondInstance) OnSecondInstanceMessage();
     if (msg.message == kMsgAppActivation) ApplyAppActivation(msg.wParam != 0, static_cast<DWORD>(msg.lParam));
     if (msg.message == WM_TIMER && msg.wParam == fLingerTimer && fLingerTimer != 0) {
       DebugPrint("Lingering complete, exiting...");
@@ -210,6 +235,15 @@ void CMorvaneImpl::HandleMessage(const MSG& msg) {
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
 }
 
+// The message goes to the thread, and any loop of the system's drops it. So the loop looks at the record,
+// too, and has perhaps read by now what the message tells of.
+void CMorvaneImpl::OnSecondInstanceMessage() {
+  if (!IsCommandLinePending() && fUnannouncedCommandLines > 0)
+    --fUnannouncedCommandLines;
+  else
+    HandleSecondInstance();
+}
+
 // Another process of this application has been started: whatever was ending goes on living.
 void CMorvaneImpl::HandleSecondInstance() {
   if (fLingerTimer != 0) {
@@ -217,9 +251,10 @@ void CMorvaneImpl::HandleSecondInstance() {
     StopLingerTimer();
   }
   LeaveQuitMode();
-  RefreshAppModality();
+  // Before a callback can turn the loop, which would find the command line waiting.
   ParseCommandLine(TakeSentCommandLine());
   if (fCommandLineFiles.empty()) fReopenRequested = true;
+  RefreshAppModality();
 }
 
 // True if a window has used the message up.
@@ -228,8 +263,8 @@ bool CMorvaneImpl::PreTranslate(const MSG& msg) {
   for (HWND hwnd = msg.hwnd; hwnd; hwnd = ::GetAncestor(hwnd, GA_PARENT)) {
     CWinWindow* const window = GetWindowForHwnd(hwnd);
     if (!window) continue;
-    const boost::shared_ptr<CWinWindow> reference = window->GetClientsWindowReference();
-    if (reference->PreTranslateMessage(msg)) return true;
+    const boost::shared_ptr<CWinWindow> reference = window->LockClientsWindowReference();
+    if (reference && reference->PreTranslateMessage(msg)) return true;
   }
   return false;
 }
@@ -265,14 +300,9 @@ void CMorvaneImpl::CMorvaneGlue_RequestMenuBarsSetup() {
 
 void CMorvaneImpl::FlushMenuBarRequests() {
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
-  // What is asked for during a rebuild waits for its end: a rebuild sends messages by itself, and with each
-  // of them would come here again.
-  if (fIsRebuildingMenuBars) return;
-  fIsRebuildingMenuBars = true;
   const TError error = ErrorOf([this] {
     if (fMenuBarRebuildRequests != 0) RebuildRequestedMenuBars();
   });
-  fIsRebuildingMenuBars = false;
   if (error != kOK) KeepPendingError(error);
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
 }
@@ -291,10 +321,26 @@ void CMorvaneImpl::RebuildRequestedMenuBars() {
   for (const boost::shared_ptr<CWinWindow>& window : GetVisibleDocumentWindows()) {
     // The window before may have ended this one.
     if (!window->IsVisible()) continue;
+    SetUpMenuBar(*window);
+  }
+}
+
+// The set-up sends messages by itself, can open a dialog even, and with each of them comes here again. What
+// is asked for the same window meanwhile waits for its end; the other windows need not.
+void CMorvaneImpl::SetUpMenuBar(CWinWindow& window) {
+  if (std::find(fMenuBarsInSetUp.begin(), fMenuBarsInSetUp.end(), &window) != fMenuBarsInSetUp.end()) {
+    fMenuBarWaits = true;
+    return;
+  }
+  fMenuBarsInSetUp.push_back(&window);
+  const TError error = ErrorOf([&] {
     CMenuBarState state;
     MORVANE_CHECK(fBehavior->IMorvaneRunBehavior_OnSetupMenuBar(state));
-    if (window->GetClientsWindowReference()) window->RunMenuBarSetup(state);
-  }
+    if (window.LockClientsWindowReference()) window.RunMenuBarSetup(state);
+  });
+  fMenuBarsInSetUp.pop_back();
+  if (fMenuBarsInSetUp.empty() && std::exchange(fMenuBarWaits, false)) RebuildAllMenuBars();
+  ThrowError(error);
 }
 
 // --- Activation of the application

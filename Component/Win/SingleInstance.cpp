@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <memory>
+#include <utility>
 
 #include "Component/Win/UtilsWin.h"
 
@@ -12,6 +13,10 @@ using NSTextPackage::TString;
 CFileMapping* gFileMappingInstance = nullptr;
 
 namespace {
+
+// What is in gFileMappingInstance, for as long as that is there.
+CFileMappingView* gInstanceView = nullptr;
+TSingleInstanceRecord* gInstanceRecord = nullptr;
 
 constexpr int kMaxTries = 100;
 constexpr DWORD kRetryMS = 100;
@@ -82,8 +87,8 @@ bool TryBecomeFirstInstance(const TString& name) {
   }
   // Before the view, which goes first if something fails from here on.
   auto mapping = std::make_unique<CFileMapping>(name, sizeof(TSingleInstanceRecord));
-  const CFileMappingView view(*mapping);
-  TSingleInstanceRecord& record = RecordIn(view);
+  auto view = std::make_unique<CFileMappingView>(*mapping);
+  TSingleInstanceRecord& record = RecordIn(*view);
   PendingFlag(record).store(0);
   record.fProcessId = ::GetCurrentProcessId();
   record.fThreadId = ::GetCurrentThreadId();
@@ -91,6 +96,8 @@ bool TryBecomeFirstInstance(const TString& name) {
   MSG msg;
   ::PeekMessageW(&msg, nullptr, WM_USER, WM_USER, PM_NOREMOVE);
   gFileMappingInstance = mapping.release();
+  gInstanceView = view.release();
+  gInstanceRecord = &record;
   return true;
 }
 
@@ -116,11 +123,12 @@ void SendCommandLineToFirstInstance(const TString& name, const TString& commandL
   }
 }
 
+bool IsCommandLinePending() { return gInstanceRecord && PendingFlag(*gInstanceRecord).load() != 0; }
+
 TString TakeSentCommandLine() {
   MORVANE_ASSERT(0!=gFileMappingInstance);
   if (!gFileMappingInstance) return TString();
-  const CFileMappingView view(*gFileMappingInstance);
-  TSingleInstanceRecord& record = RecordIn(view);
+  TSingleInstanceRecord& record = *gInstanceRecord;
   MORVANE_ASSERT_TEXT("dwordData[0]!=0", PendingFlag(record).load() != 0);
   // What the record says of the process does not matter here. Sic: the text has one "=".
   MORVANE_ASSERT_TEXT("processID=::GetCurrentProcessId()", ::GetCurrentProcessId() != 0);
@@ -132,6 +140,8 @@ TString TakeSentCommandLine() {
 }
 
 void ReleaseFirstInstance() {
+  gInstanceRecord = nullptr;
+  delete std::exchange(gInstanceView, nullptr);
   delete gFileMappingInstance;
   gFileMappingInstance = nullptr;
 }

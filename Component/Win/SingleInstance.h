@@ -54,7 +54,7 @@ class CFileMappingView {
   void* fAddress;
 };
 
-// The record of this process if it is the first one, and null otherwise. Open for the whole run.
+// The mapping of this process if it is the first one, and null otherwise. Open for the whole run.
 extern CFileMapping* gFileMappingInstance;
 
 // True if this process is now the first one of that name. The calling thread becomes the one that gets the
@@ -66,7 +66,10 @@ bool TryBecomeFirstInstance(const NSTextPackage::TString& name);
 void SendCommandLineToFirstInstance(const NSTextPackage::TString& name,
                                     const NSTextPackage::TString& commandLine);
 
-// The command line that kMsgSecondInstance announced. On the first process's main thread only.
+// Whether a command line waits in the record of this process. Costs next to nothing.
+bool IsCommandLinePending();
+
+// The command line that waits. On the first process's main thread only.
 NSTextPackage::TString TakeSentCommandLine();
 
 // From here on the next process is the first one.

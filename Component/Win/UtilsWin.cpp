@@ -60,6 +60,13 @@ std::string LogText(const wchar_t* text, int length) {
   return result;
 }
 
+// For the enumeration of windows: one of the library's that `owner` owns is owned by nobody from here on.
+BOOL CALLBACK LeaveToItself(HWND hWnd, LPARAM owner) {
+  if (GetWindow(hWnd, GW_OWNER) == reinterpret_cast<HWND>(owner) && IsRegisteredHwnd(hWnd))
+    SetWindowLongPtrW(hWnd, GWLP_HWNDPARENT, 0);
+  return TRUE;
+}
+
 bool CanBePopupParent(HWND hWnd) {
   if (GetWindowLongW(hWnd, GWL_EXSTYLE) & WS_EX_TOPMOST) return false;
   RECT rect;
@@ -212,6 +219,10 @@ void UnregisterHwnd(HWND hWnd) {
 bool IsRegisteredHwnd(HWND hWnd) {
   const CReadLock lock(gHwndRegistryLock);
   return Contains(gHwndRegistry, hWnd);
+}
+
+void DisownWindows(HWND owner) {
+  EnumThreadWindows(GetCurrentThreadId(), LeaveToItself, reinterpret_cast<LPARAM>(owner));
 }
 
 std::vector<HWND> GetTopLevelWindowsZ() {

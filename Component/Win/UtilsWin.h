@@ -76,6 +76,10 @@ void RegisterHwnd(HWND hWnd);
 void UnregisterHwnd(HWND hWnd);
 bool IsRegisteredHwnd(HWND hWnd);
 
+// The system destroys the windows that a window owns with it. Those of the library, which come to an end of
+// their own, are owned by nobody from here on.
+void DisownWindows(HWND owner);
+
 // The top-level windows of this process, front window first, without child windows.
 std::vector<HWND> GetTopLevelWindowsZ();
 // The same, without those that are not IsWindowShown.

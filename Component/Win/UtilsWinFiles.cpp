@@ -97,6 +97,14 @@ TString CFileSystemProbe::NormalizeExistingPath(const TString& path) const {
   return NSMorvane::NormalizeExistingPath(path);
 }
 
+// A colon is part of a drive's name; elsewhere it stands in whatever else a client may understand.
+TString CFileSystemProbe::FullPath(const TString& path) const {
+  if (path.empty() || path.find(u':', path.size() > 1 && path[1] == u':' ? 2 : 0) != TString::npos) return {};
+  TChar buffer[kMaxPathLength + 1] = {};
+  const DWORD length = ::GetFullPathNameW(WinText(path), kMaxPathLength, WinBuffer(buffer), nullptr);
+  return length < kMaxPathLength ? TString(buffer, length) : TString();
+}
+
 std::string PathToFileURL(const TString& path) {
   return kFileURLStart + NSTextPackage::StringToUTF8(path, false);
 }

@@ -26,6 +26,7 @@ NSTextPackage::TString NormalizeExistingPath(const NSTextPackage::TString& path)
 class CFileSystemProbe final : public IFileSystemProbe {
  public:
   NSTextPackage::TString NormalizeExistingPath(const NSTextPackage::TString& path) const override;
+  NSTextPackage::TString FullPath(const NSTextPackage::TString& path) const override;
 };
 
 // "file://" and the path as it is, in UTF-8: nothing is escaped and backslashes stay.

@@ -37,13 +37,6 @@ bool IsAnyWindowOfKind(TWindowKind kind) {
   });
 }
 
-// For the enumeration of windows: one of the library's that `owner` owns is owned by nobody from here on.
-BOOL CALLBACK LeaveToItself(HWND hwnd, LPARAM owner) {
-  if (GetWindow(hwnd, GW_OWNER) == reinterpret_cast<HWND>(owner) && IsRegisteredHwnd(hwnd))
-    SetWindowLongPtrW(hwnd, GWLP_HWNDPARENT, 0);
-  return TRUE;
-}
-
 }  // namespace
 
 // --- Construction
@@ -390,9 +383,8 @@ void CWinWindow::DismantleNativeWindow() {
   if (fHwnd) {
     RemoveFromHiddenWindows();
     UnregisterHwnd(fHwnd);
-    // The system destroys the windows that this one owns with it. A dialog that is still open, or that ends
-    // when its message is through, is left to its own end.
-    EnumThreadWindows(GetCurrentThreadId(), LeaveToItself, reinterpret_cast<LPARAM>(fHwnd));
+    // A dialog that is still open, or that ends when its message is through.
+    DisownWindows(fHwnd);
     const BOOL dwResult = DestroyWindow(fHwnd);
     MORVANE_ASSERT(dwResult);
     fHwnd = nullptr;

@@ -158,6 +158,7 @@ class CWinWindow : public CWindowGlue,
   virtual void ApplyMenuBarState(const CMenuBarState& state);
   void RebuildCompleteMenuBar(const CMenuBarState& state);
   const CMenuBarState& GetMenuBarState() const { return fMenuBarState; }
+  bool HasMenuBar() const { return fMenuHandle != nullptr; }
 
   // --- Order (WinWindowModality.cpp)
 

@@ -420,11 +420,10 @@ LRESULT CWinWindow::WindowProc(CNativeWindowWrapper& nativeWindow, HWND hwnd, UI
 
 LRESULT CWinWindow::AnswerQueryEndSession() {
   // Nothing keeps the window alive here, so that it can be closed.
-  try {
-    return fMorvane->OnQueryEndSession() ? 1 : 0;
-  } catch (...) {
-    return 0;
-  }
+  bool mayEnd = false;
+  const TError error = ErrorOf([&] { mayEnd = fMorvane->OnQueryEndSession(); });
+  if (error != kOK) KeepPendingError(error);
+  return mayEnd ? 1 : 0;
 }
 
 void CWinWindow::PreDispatch(const TWinMessage& message) {

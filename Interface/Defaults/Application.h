@@ -9,8 +9,8 @@
 
 namespace NSMorvane {
 
-// Asks for no idle call before a second has passed. OnQuitEvent does nothing: override it, or derive from
-// CDefaultApplication.
+// Asks for no idle call before a second has passed. OnQuitEvent and OnOpenURL do nothing: override them, or
+// derive from CDefaultApplication.
 class CDefaultRunBehavior : public IMorvaneRunBehavior {
  public:
   TError IMorvaneRunBehavior_OnStartUp() override { return kOK; }
@@ -45,10 +45,43 @@ class CDefaultRunBehavior : public IMorvaneRunBehavior {
 class CDefaultApplication : public CDefaultRunBehavior {
  public:
   explicit CDefaultApplication(IMorvane& morvane) : fMorvane(morvane) {}
-  TError IMorvaneRunBehavior_OnQuitEvent() override { return fMorvane.IMorvane_StartQuitting(); }
+  // Starts quitting, unless that has begun. Without a document window nobody but a dialog may be open: one
+  // that tells what went wrong, say, stays until it is answered, and the event comes again then.
+  TError IMorvaneRunBehavior_OnQuitEvent() override {
+    return Guarded([&]() -> TError {
+      TFlag isQuitting = 0;
+      ThrowIfFailed(fMorvane.IMorvane_IsQuitting(isQuitting));
+      if (isQuitting || (!HasDocumentWindow() && HasDialog())) return kOK;
+      return fMorvane.IMorvane_StartQuitting();
+    });
+  }
+  // For an application that opens no files: does what it does without them, unless a document window is open.
+  // When nothing came of that, it is not tried again, and the quit event follows.
+  TError IMorvaneRunBehavior_OnOpenURL(const char*) override {
+    return Guarded([&]() -> TError {
+      if (fOpensNothing || HasDocumentWindow()) return kOK;
+      fOpensNothing = true;
+      ThrowIfFailed(IMorvaneRunBehavior_OnNoDocument(kNoDocumentAtStart));
+      fOpensNothing = !HasDocumentWindow();
+      return kOK;
+    });
+  }
 
  protected:
   IMorvane& fMorvane;
+
+ private:
+  bool IsAny(TError (IMorvane::*listWindows)(IWindowListReceiver&)) {
+    CVectorWindowReceiver windows;
+    ThrowIfFailed((fMorvane.*listWindows)(windows));
+    return !windows.fWindows.empty();
+  }
+  bool HasDocumentWindow() { return IsAny(&IMorvane::IMorvane_GetDocumentWindowsZ); }
+  bool HasDialog() {
+    return IsAny(&IMorvane::IMorvane_GetModelessDialogsZ) || IsAny(&IMorvane::IMorvane_GetModalDialogsZ);
+  }
+
+  bool fOpensNothing = false;
 };
 
 // The names of an application that goes away with its last window. What the user reads is the product's name.

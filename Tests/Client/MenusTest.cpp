@@ -237,6 +237,17 @@ TEST_IN_RUN(MenusTest, SetUp) {
   Request();
   EXPECT_EQ(fOutput.CountLines("RequestMenuBarSetup for a behavior-less document window!!!"), 0);
 
+  // So is one that the application ends in its own part.
+  WindowRecord third;
+  MakeAnother(third);
+  ofApplication = [&, hook = ofApplication] {
+    ofApplication = hook;
+    Release(third);
+  };
+  third.fMenuBarSetups = 0;
+  Request();
+  EXPECT_EQ(third.fMenuBarSetups, 0);
+
   // Who asks for another one in the middle of each gets it after that. A failure is reported, and the next
   // request works.
   ofApplication = [&, depth = 0, letter = u'b']() mutable {
@@ -254,6 +265,52 @@ TEST_IN_RUN(MenusTest, SetUp) {
   Request();
   EXPECT_EQ(TitleIn(fRecord), "dw:");
   ExpectReported(100001);
+}
+
+// A blocking dialog in the set-up of one window holds up that one only.
+TEST_IN_RUN(MenusTest, DialogInASetUp) {
+  const char16_t* title = u"before";
+  SetUpBy([&](IMenuBarState& state) {
+    SetMenu(state, kMenu1, title, 1);
+    return kOK;
+  });
+  WindowRecord second, dialog;
+  Open();
+  MakeAnother(second);
+  Request();
+  fRecord.fHooks["SetupMenuBar"] = [&, this] {
+    fRecord.fHooks.clear();
+    Then([&, this] {
+      title = u"after";
+      EXPECT_EQ(fMorvane->IMorvane_RequestMenuBarsSetup(), kOK);
+    });
+    Then([&, this] {
+      EXPECT_EQ(TitleIn(second), "after:");
+      EXPECT_EQ(TitleIn(fRecord), "before:");
+      Release(dialog);
+    });
+    Make(Kind::kModal, dialog, kPlain, nullptr, 1);
+  };
+  Request();
+  Send(WM_NULL);
+  EXPECT_EQ(TitleIn(fRecord), "after:");
+  Release(second);
+}
+
+// A window without a menu bar gets one for the debug menu, and for no other debug setting.
+TEST_IN_RUN(MenusTest, DebugSettingsMakeNoMenuBar) {
+  Open();
+  TDebugSettings settings = {};
+  const auto hasMenuBarWith = [&, this](TFlag& flag, TFlag value) {
+    flag = value;
+    EXPECT_EQ(fMorvane->IMorvane_SetDebugSettings(settings), kOK);
+    return GetMenu(Hwnd()) != nullptr;
+  };
+  EXPECT_EQ(fMorvane->IMorvane_GetDebugSettings(settings), kOK);
+  EXPECT_FALSE(hasMenuBarWith(settings.fFlushViews, 1));
+  EXPECT_FALSE(hasMenuBarWith(settings.fDrawViewBounds, 0));
+  EXPECT_FALSE(hasMenuBarWith(settings.fDebugMenu, 0));
+  EXPECT_TRUE(hasMenuBarWith(settings.fDebugMenu, 1));
 }
 
 // --- Popup menus

@@ -53,6 +53,17 @@ TEST_IN_RUN(MessagesTest, ResultsAndCallbacks) {
   fRecord.fHooks.clear();
 }
 
+TEST_IN_RUN(MessagesTest, AutoPlayIsRefused) {
+  Open();
+  IWinExtensions* extensions = nullptr;
+  EXPECT_EQ(fMorvane->IMorvane_GetWinExtensions(extensions), kOK);
+  const UINT query = RegisterWindowMessageW(L"QueryCancelAutoPlay");
+  EXPECT_EQ(Send(query), 0);
+  EXPECT_EQ(extensions->IWinExtensions_SuppressAutoPlay(kAutoPlaySuppress), kOK);
+  EXPECT_EQ(Send(query), 1);
+  EXPECT_EQ(extensions->IWinExtensions_SuppressAutoPlay(kAutoPlayRelease), kOK);
+}
+
 // --- Sizes
 
 TEST_IN_RUN(MessagesTest, LimitsOfTheSize) {

@@ -17,6 +17,11 @@ class MouseCaptureTest : public MouseFixture {
     return fMorvane->IMorvane_AllocateMouseCapture(&Window(), capture);
   }
   void Capture() { EXPECT_EQ(Allocate(new RecordingCapture(fViewRecord)), kOK); }
+  static LRESULT CALLBACK ReleaseOnLoss(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_CAPTURECHANGED)
+      Release(*reinterpret_cast<WindowRecord*>(GetWindowLongPtrW(hwnd, GWLP_USERDATA)));
+    return DefWindowProcW(hwnd, message, wParam, lParam);
+  }
   void ReleaseMouse() { EXPECT_EQ(fMorvane->IMorvane_ReleaseMouseCapture(), kOK); }
 };
 
@@ -87,6 +92,15 @@ TEST_IN_RUN(MouseCaptureTest, CapturesEndInManyWays) {
   EXPECT_EQ(Sent(WM_LBUTTONDOWN), "a47/1< a44/1");
   EXPECT_EQ(Sent(WM_LBUTTONUP), "");
   ReleaseCapture();
+  // A window ends while the mouse is being taken for it.
+  WindowRecord gone;
+  Make(Kind::kDocument, gone);
+  SetWindowLongPtrW(other, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&gone));
+  SetWindowLongPtrW(other, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(ReleaseOnLoss));
+  SetCapture(other);
+  EXPECT_EQ(fMorvane->IMorvane_AllocateMouseCapture(gone.fWindow, new RecordingCapture(fViewRecord)), kOK);
+  EXPECT_EQ(gone.fLog.Last(), "deleted");
+  EXPECT_EQ(GetCapture(), nullptr);
   // The window ends.
   Capture();
   fViewRecord.fHooks["@:x"] = [] { EXPECT_EQ(GetCapture(), nullptr); };

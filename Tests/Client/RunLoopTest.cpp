@@ -1,6 +1,7 @@
 // IMorvane_Run from start to end, as a client without windows sees it: the order of the callbacks, failures,
 // messages, and idle calls.
 #include "Support/ClientFixture.h"
+#include "Support/PatchedImport.h"
 
 #include <stdexcept>
 #include <thread>
@@ -13,23 +14,44 @@ class RunLoopTest : public ClientTest {
     return FindWindowExW(HWND_MESSAGE, nullptr, windowClass, nullptr);
   }
   static HWND FindMessageWindow() { return FindHidden(L"Hollowbrook Message Window"); }
-  // What stands during a run and is gone after it: the two hidden windows, and the record by which second
-  // launches find this one.
+  // What stands during a run and is gone after it: the record by which second launches find this one, and the
+  // two hidden windows with their classes.
   std::vector<bool> Standing() const {
     const HANDLE record = OpenFileMappingW(FILE_MAP_READ, FALSE, (fCompany + L"Scenario").c_str());
     if (record) CloseHandle(record);
-    return {FindMessageWindow() != nullptr, FindHidden(L"Hollowbrook Hider Window") != nullptr,
-            record != nullptr};
+    std::vector<bool> standing = {record != nullptr};
+    for (const wchar_t* const name : {L"Hollowbrook Message Window", L"Hollowbrook Hider Window"}) {
+      WNDCLASSEXW description = {};
+      description.cbSize = sizeof(description);
+      standing.push_back(FindHidden(name) != nullptr);
+      standing.push_back(GetClassInfoExW(GetModuleHandleW(nullptr), name, &description) != 0);
+    }
+    return standing;
   }
   IMorvaneRunBehavior* Behavior() {
     IMorvaneRunBehavior* behavior = nullptr;
     EXPECT_EQ(fMorvane->IMorvane_GetBehavior(behavior), kOK);
     return behavior;
   }
+  void ExpectNothingIsLeft() {
+    EXPECT_EQ(Standing(), std::vector<bool>(5, false));
+    EXPECT_EQ(Behavior(), nullptr);
+    EXPECT_EQ(fOutput.TakeAssertions(), "0!=fBehavior; outBehavior != NULL");
+  }
   TError StartQuitting() { return fMorvane->IMorvane_StartQuitting(); }
   // A log that begins as one of a run without files does.
   static std::string Started(const std::string& log) { return "StartUp NoDocument:5003 " + log; }
 
+  static BOOL WINAPI CountPeek(MSG* message, HWND hwnd, UINT first, UINT last, UINT flags) {
+    ++sPeeks;
+    return PeekMessageW(message, hwnd, first, last, flags);
+  }
+  // Until something has been sent to this thread, without letting it in.
+  static void AwaitSentMessage() {
+    EXPECT_EQ(MsgWaitForMultipleObjects(0, nullptr, FALSE, kWaitLimitMS, QS_SENDMESSAGE), WAIT_OBJECT_0);
+  }
+
+  static inline int sPeeks;
   std::map<std::string, Hook>& fHooks = fRun.fHooks;
 };
 
@@ -46,10 +68,10 @@ TEST_F(RunLoopTest, FilesComeInOrderBeforeTheFirstMessage) {
 
 // Quitting while it starts up skips the loop, and so the files.
 TEST_F(RunLoopTest, WhatStandsDuringTheRun) {
-  fHooks["CleanUp"] = [this] { EXPECT_TRUE(Standing()[1] && Standing()[2]); };
+  fHooks["CleanUp"] = [this] { EXPECT_TRUE(Standing()[0]); };
   RunFrom(
       [this] {
-        EXPECT_EQ(Standing(), std::vector<bool>(3, true));
+        EXPECT_EQ(Standing(), std::vector<bool>(5, true));
         EXPECT_NE(dynamic_cast<RecordingRunBehavior*>(Behavior()), nullptr);
         EXPECT_FALSE(IsQuitting());
         CTextReceiver quitItem;
@@ -60,7 +82,7 @@ TEST_F(RunLoopTest, WhatStandsDuringTheRun) {
       },
       L"one.txt");
   EXPECT_EQ(fRun.fLog.Take(), "StartUp deleted CleanUp deleted");
-  EXPECT_EQ(Standing(), std::vector<bool>(3, false));
+  EXPECT_EQ(Standing(), std::vector<bool>(5, false));
 }
 
 // Outside the loop the run ends with the code, and the behaviour is left to the client.
@@ -86,11 +108,34 @@ TEST_F(RunLoopTest, FailuresOutsideTheLoopEndTheRun) {
     fHooks = row.fHooks;
     ExpectRunFails(row.fError);
     EXPECT_EQ(fRun.fLog.Take(), row.fLog);
-    EXPECT_EQ(Standing(), std::vector<bool>(3, false));
-    EXPECT_EQ(Behavior(), nullptr);
-    EXPECT_EQ(fOutput.TakeAssertions(), "0!=fBehavior; outBehavior != NULL");
+    ExpectNothingIsLeft();
     DeleteMorvane();
   }
+}
+
+// Here the text of the last label is missing from the program's resources.
+TEST_F(RunLoopTest, AMissingLabelEndsTheStart) {
+  const HRSRC resource = FindResourceW(nullptr, MAKEINTRESOURCEW(1000), L"SSTR");
+  char* const script = static_cast<char*>(LockResource(LoadResource(nullptr, resource)));
+  const DWORD size = SizeofResource(nullptr, resource);
+  const std::size_t label = std::string_view(script, size).find("\n133 {");
+  ASSERT_NE(label, std::string_view::npos);
+  DWORD protection = 0;
+  ASSERT_TRUE(VirtualProtect(script, size, PAGE_READWRITE, &protection));
+  script[label + 1] = '9';
+  CreateMorvane();
+  ExpectRunFails(kBadInputProgrammingError);
+  EXPECT_EQ(fRun.fLog.Take(), "deleted");
+  ExpectNothingIsLeft();
+}
+
+TEST_F(RunLoopTest, ARunWithoutABehaviourEndsByItself) {
+  CreateMorvane();
+  EXPECT_EQ(fMorvane->IMorvane_Run(nullptr, fParams), kOK);
+  EXPECT_EQ(fOutput.CountLines("Auto-handlig quit event since there is no behavior."), 1);
+  EXPECT_EQ(fOutput.CountLines("Skipping call to IMorvaneRunBehavior_OnCleanUp, since there is no behavior."),
+            1);
+  ExpectNothingIsLeft();
 }
 
 // --- Messages
@@ -170,6 +215,110 @@ TEST_F(RunLoopTest, ActivationIsToldOnChangesOnly) {
   ResumeThread(stranger);
   WaitForSingleObject(stranger, INFINITE);
   CloseHandle(stranger);
+}
+
+// An idle call that fails when something else has failed already: the first one is told of.
+TEST_F(RunLoopTest, AFailureThatWaitsGoesFirst) {
+  fHooks["AppMessage:3,0"] = TError(100010);
+  fHooks["Idle"] = [] {
+    SendMessageW(FindMessageWindow(), 1226, 3, 0);
+    return TError(100011);
+  };
+  fHooks["UnhandledError"] = [this] { Quit(); };
+  RunFrom(Hook());
+  fRun.fLog.Remove("QuitEvent");
+  EXPECT_EQ(fRun.fLog.Take(), Started("AppMessage:3,0 UnhandledError:100010 CleanUp deleted"));
+}
+
+// --- Without a window
+
+// Nothing posts a message, and yet idle calls come when they are due.
+TEST_F(RunLoopTest, IdleCallsWithoutAWindow) {
+  std::vector<DWORD> calls;
+  fHooks["Idle"] = [&] {
+    *fRun.fIdleDelay = 60;
+    calls.push_back(GetTickCount());
+    if (calls.size() == 5) Quit();
+  };
+  RunFrom(Hook());
+  ASSERT_EQ(calls.size(), 5u);
+  EXPECT_GE(calls[4] - calls[0], 4 * 60u - 20);
+}
+
+// A message that is sent does not end the wait for one by itself, and has all the same its consequences at
+// once: the idle call that it announces, and the report of what fails in it.
+TEST_F(RunLoopTest, WhatIsSentTurnsTheLoop) {
+  std::thread thread;
+  fHooks["Idle"] = [this] { *fRun.fIdleDelay = 0x7FFFFFFF; };
+  fHooks["AppMessage:5,0"] = TError(100050);
+  fHooks["UnhandledError"] = [this] { Quit(); };
+  RunFrom([&] {
+    EXPECT_TRUE(YieldUntil([this] { return fRun.fIdleCalls > 1; }));
+    Then([&] {
+      fHooks["Idle"] = [&] {
+        *fRun.fIdleDelay = 0x7FFFFFFF;
+        thread = std::thread([] { SendMessageW(FindMessageWindow(), 1226, 5, 0); });
+      };
+      EXPECT_EQ(fMorvane->IMorvane_WakeUpIdle(), kOK);
+      AwaitSentMessage();
+    });
+  });
+  thread.join();
+  fRun.fLog.Remove("QuitEvent");
+  EXPECT_EQ(fRun.fLog.Take(), Started("AppMessage:5,0 UnhandledError:100050 CleanUp deleted"));
+}
+
+// Nothing is opened, and no idle call is due: the quit event comes all the same, also after a failure, and
+// after the dialog that tells of it.
+TEST_F(RunLoopTest, QuitEventAfterNothingWasOpened) {
+  fHooks["Idle"] = [this] { *fRun.fIdleDelay = 0x7FFFFFFF; };
+  const Hook beIdle = [this] {
+    // The call of the first second was due before it could be asked for another time.
+    EXPECT_TRUE(YieldUntil([this] { return fRun.fIdleCalls > 1; }));
+  };
+  fHooks["OpenURL"] = beIdle;
+  fHooks["NoDocument"] = beIdle;
+  fHooks["QuitEvent"] = [this] { return StartQuitting(); };
+  for (const auto& [arguments, call] :
+       {std::pair{L"gone.txt", "OpenURL:file://gone.txt"}, {L"", "NoDocument:5003"}}) {
+    SetCommandLineOfThisProcess(L"\"app.exe\"");
+    fRun.fIdleCalls = 0;
+    RunFrom(Hook(), arguments);
+    EXPECT_EQ(fRun.fLog.Take(), std::string("StartUp ") + call + " QuitEvent CleanUp deleted");
+    DeleteMorvane();
+  }
+}
+
+// --- Lingering
+
+// The application stays for as long as it was told to, does not turn its loop all the time meanwhile, and
+// stops lingering, and begins anew, when quitting is stopped.
+TEST_F(RunLoopTest, LengthOfLingering) {
+  fParams.fLingerMS = 900;
+  const PatchedImport patch(L"Morvane.dll", "PeekMessageW", CountPeek);
+  DWORD begin = 0;
+  fHooks["Idle"] = [&] {
+    const bool isLingering = fOutput.CountLines("Entering lingering mode...") > 0;
+    *fRun.fIdleDelay = isLingering ? 0x7FFFFFFF : 20;
+    if (isLingering && begin == 0) {
+      EXPECT_EQ(fMorvane->IMorvane_StopQuitting(), kOK);
+    }
+  };
+  fHooks["QuitEvent"] = [&] {
+    begin = GetTickCount();
+    sPeeks = 0;
+    return StartQuitting();
+  };
+  RunFrom([this] { Then([this] { Quit(); }); });
+  const DWORD length = GetTickCount() - begin;
+  EXPECT_GE(length, 880u);
+  EXPECT_LT(length, 900u + 5000);
+  EXPECT_LT(sPeeks, 50);
+  EXPECT_EQ(fRun.fLog.Take(), Started("QuitEvent CleanUp deleted"));
+  for (const auto& [line, count] : {std::pair{"Entering lingering mode...", 2},
+                                    {"Cancelling lingering mode...", 1},
+                                    {"Lingering complete, exiting...", 1}})
+    EXPECT_EQ(fOutput.CountLines(line), count) << line;
 }
 
 // --- Idle

@@ -10,6 +10,9 @@ class SecondLaunchTest : public ClientWindowTest {
     fRun.fHooks.erase("QuitEvent");
     fGo = CreateEventW(nullptr, TRUE, FALSE, (fCompany + L" go").c_str());
     fReady = CreateSemaphoreW(nullptr, 0, 10, (fCompany + L" ready").c_str());
+    wchar_t folder[MAX_PATH] = {};
+    GetWindowsDirectoryW(folder, MAX_PATH);
+    fFolder = folder;
   }
   ~SecondLaunchTest() override {
     for (const HANDLE second : fSeconds) {
@@ -45,13 +48,18 @@ class SecondLaunchTest : public ClientWindowTest {
     PROCESS_INFORMATION process = {};
     SetEnvironmentVariableW(L"MORVANE_TEST_SECOND_OF", fCompany.c_str());
     SetEnvironmentVariableA("GTEST_FILTER", filter.c_str());
-    ASSERT_TRUE(CreateProcessW(program, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
-                               &startup, &process));
+    ASSERT_TRUE(CreateProcessW(program, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                               fFolder.c_str(), &startup, &process));
     CloseHandle(process.hThread);
     fSeconds.push_back(process.hProcess);
     EXPECT_EQ(WaitForSingleObject(fReady, kWaitLimitMS), DWORD(WAIT_OBJECT_0));
   }
   void LetSecondProcessesRun() { SetEvent(fGo); }
+  // The call for a file of the folder that the second processes start in, which is not the one of this
+  // process.
+  std::string OpenURL(const std::string& name, const std::string& quote = "") const {
+    return "OpenURL:file://" + quote + std::string(fFolder.begin(), fFolder.end()) + "\\" + name + quote;
+  }
   // The log without the quit events, whose number depends on how often the loop turns.
   std::string Log() {
     fRun.fLog.Remove("QuitEvent");
@@ -60,6 +68,7 @@ class SecondLaunchTest : public ClientWindowTest {
 
   HANDLE fGo;
   HANDLE fReady;
+  std::wstring fFolder;
   std::vector<HANDLE> fSeconds;
 };
 
@@ -84,9 +93,8 @@ TEST_F(SecondLaunchTest, HandsItsFilesOver) {
       },
       L"/first");
   EXPECT_EQ(options.fTexts, (std::vector<std::u16string>{u"/second", u"/third"}));
-  EXPECT_EQ(Log(),
-            "StartUp NoDocument:5003 OpenURL:file://\"quoted file.txt\" UnhandledError:100321 "
-            "OpenURL:file://plain.txt CleanUp deleted");
+  EXPECT_EQ(Log(), "StartUp NoDocument:5003 " + OpenURL("quoted file.txt", "\"") + " UnhandledError:100321 " +
+                       OpenURL("plain.txt") + " CleanUp deleted");
 }
 
 // The lingering is aborted. The quit event that follows at once is answered by quitting again, so that the
@@ -127,16 +135,16 @@ TEST_F(SecondLaunchTest, StopsTheClosingOfWindows) {
       LetSecondProcessesRun();
     });
   });
-  EXPECT_EQ(fRun.fLog.Take(),
-            "StartUp top.RequestClose:1 OpenURL:file://new.txt top.RequestClose:1 top.deleted "
-            "bottom.RequestClose:1 bottom.deleted CleanUp deleted");
+  EXPECT_EQ(fRun.fLog.Take(), "StartUp top.RequestClose:1 " + OpenURL("new.txt") +
+                                  " top.RequestClose:1 top.deleted "
+                                  "bottom.RequestClose:1 bottom.deleted CleanUp deleted");
 }
 
 // There is room for one command line at a time: while the first process is busy, one of the others waits. A
 // long command line is cut.
 TEST_F(SecondLaunchTest, WaitsForTheOneBefore) {
   if (RunAsSecondProcess()) return;
-  fRun.fHooks["OpenURL:file://b.txt"] = [this] { Quit(); };
+  fRun.fHooks[OpenURL("b.txt")] = [this] { Quit(); };
   RunFrom([this] {
     StartSecondProcess(std::wstring(4000, L'x'));
     LetSecondProcessesRun();
@@ -147,8 +155,35 @@ TEST_F(SecondLaunchTest, WaitsForTheOneBefore) {
   });
   wchar_t program[MAX_PATH] = {};
   const std::size_t inFront = GetModuleFileNameW(nullptr, program, MAX_PATH) + 3;  // quotes, a blank
-  EXPECT_EQ(Log(), "StartUp NoDocument:5003 OpenURL:file://" + std::string(2600 - inFront, 'x') +
-                       " OpenURL:file://b.txt CleanUp deleted");
+  EXPECT_EQ(Log(), "StartUp NoDocument:5003 OpenURL:file://" + std::string(2600 - inFront, 'x') + " " +
+                       OpenURL("b.txt") + " CleanUp deleted");
+}
+
+// A loop that is not the library's drops the message: the command line is seen all the same, and the place is
+// free for the next one. The message of the first is not taken for a launch when it comes after all.
+TEST_F(SecondLaunchTest, ALostMessageIsNotMissed) {
+  if (RunAsSecondProcess()) return;
+  fRun.fHooks[OpenURL("a.txt")] = [this] {
+    PostThreadMessageW(GetCurrentThreadId(), 1135, 0, 0);
+    StartSecondProcess(L"b.txt");
+  };
+  fRun.fHooks[OpenURL("b.txt")] = [this] { Quit(); };
+  RunFrom([this] {
+    fRun.fHooks["Idle"] = [this] { *fRun.fIdleDelay = 0x7FFFFFFF; };
+    StartSecondProcess(L"a.txt");
+    LetSecondProcessesRun();
+    bool wasDropped = false;
+    while (!wasDropped || WaitForSingleObject(fSeconds[0], 0) == WAIT_TIMEOUT) {
+      MSG message;
+      MsgWaitForMultipleObjects(1, fSeconds.data(), FALSE, kWaitLimitMS, QS_ALLINPUT);
+      while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        DispatchMessageW(&message);
+        wasDropped |= message.message == 1135;
+      }
+    }
+  });
+  EXPECT_EQ(Log(),
+            "StartUp NoDocument:5003 " + OpenURL("a.txt") + " " + OpenURL("b.txt") + " CleanUp deleted");
 }
 
 // The message alone, without a command line behind it, is reported, and opens the application anew like a

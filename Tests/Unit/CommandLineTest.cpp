@@ -16,13 +16,17 @@ class FakeFileSystem final : public IFileSystemProbe {
     const auto it = fPaths.find(path);
     return it == fPaths.end() ? TString() : it->second;
   }
+  TString FullPath(const TString& path) const override {
+    return !path.empty() && path.find(u':') == TString::npos ? u"D:\\" + path : TString();
+  }
   mutable std::size_t fQuestions = 0;
   // From any spelling to the normal one.
   std::map<TString, TString> fPaths = {{u"C:\\a", u"C:\\a"},
                                        {u"C:\\a b.txt", u"C:\\a b.txt"},
                                        {u"C:\\a b.txt c", u"C:\\a b.txt c"},
                                        {u"DIR~1", u"C:\\Directory\\"},
-                                       {u"x", u"X:\\x"}};
+                                       {u"x", u"X:\\x"},
+                                       {u"X:\\x", u"X:\\x"}};
 };
 
 // "option, option | file, file"
@@ -90,4 +94,26 @@ TEST_F(CommandLine, AskForNothingThatIsTooLong) {
   for (int i = 0; i < 2000; ++i) many += u" C:\\folder\\file.txt";
   EXPECT_EQ(2000u, SplitFileArguments(many, files).size());
   EXPECT_LE(files.fQuestions, 2000u * 80);
+}
+
+TEST_F(CommandLine, ForAnotherFolder) {
+  const Rows<TString, TString> rows = {
+      // Nothing to change.
+      {u"", u""},
+      {u"app.exe", u"app.exe"},
+      {u"\"app.exe\"", u"\"app.exe\""},
+      {u"\"app.exe x", u"\"app.exe x"},
+      {u"app.exe C:\\a b.txt  /o", u"app.exe C:\\a b.txt  /o"},
+      {u"app.exe mailto:x", u"app.exe mailto:x"},
+      // What exists, what does not, and what has quotes.
+      {u"app.exe /o x new /p", u"app.exe /o /p X:\\x D:\\new"},
+      {u"\"a pp.exe\" DIR~1 \"n w\" y", u"\"a pp.exe\" C:\\Directory\\ \"D:\\n w\" D:\\y"},
+      {u"app.exe \"y\" \"z\"", u"app.exe \"D:\\y\" \"D:\\z\""},
+      // As much as fits.
+      {u"app.exe n 2345678901234567890 m", u"app.exe D:\\n D:\\2345678901234567890 m"},
+      // Odd quotes would take in what follows.
+      {u"app.exe n /o\"1", u"app.exe n /o\"1"}};
+  for (const auto& [commandLine, expected] : rows)
+    EXPECT_EQ(expected, WithFullPaths(commandLine, FakeFileSystem(), 38))
+        << NSTextPackage::StringToUTF8(commandLine, false);
 }

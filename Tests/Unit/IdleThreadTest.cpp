@@ -49,18 +49,20 @@ class Owner : public IIdleThreadOwner {
 
 }  // namespace
 
-// Who is woken up again and again, and asks each time to be left alone, leaves no heap of times behind.
-TEST(IdleSchedule, LongDelaysFallTogether) {
-  constexpr std::int64_t kLongest = 0x7FFFFFFF;
+// Who is woken up again and again, and asks each time to be left alone, leaves no heap of times behind, and
+// is called to the millisecond.
+TEST(IdleSchedule, AWishTakesThePlaceOfTheOneBefore) {
+  constexpr std::int64_t kTwoHours = 2 * 3600 * 1000;
   CIdleSchedule schedule;
-  for (std::int64_t now = 0; now < 600000; now += 25) {
-    const std::int64_t time = CIdleSchedule::DueTime(now, kLongest);
-    EXPECT_GE(time, now + kLongest);
-    EXPECT_LT(time, now + kLongest + 66000);
-    schedule.Schedule(time);
-    EXPECT_EQ(CIdleSchedule::DueTime(now, 60000), now + 60000);
+  schedule.Schedule(5000);  // nobody's wish
+  for (std::int64_t now = 1; now < 4000; now += 25) {
+    schedule.ScheduleNext(now, now + kTwoHours);
+    ASSERT_EQ(schedule.Times(), (std::list<std::int64_t>{5000, now + kTwoHours}));
   }
-  EXPECT_LT(schedule.Times().size(), 12u);
+  // What has come already is still to be told of.
+  schedule.ScheduleNext(4000, 4010);
+  schedule.ScheduleNext(4010, 4020);
+  EXPECT_EQ(schedule.Times(), (std::list<std::int64_t>{4010, 4020, 5000}));
 }
 
 TEST(IdleSchedule, AgreesWithASet) {
@@ -121,6 +123,13 @@ TEST_F(IdleThread, EndsWhileNewsAreUnderWay) {
   }
   EXPECT_GE(owner.fDrained, 1);
   EXPECT_GE(owner.fReceived, 2);
-  // At once after the start as well, whether or not the first report has been made.
+  // At once after the start as well, whether or not the first report has been made. No handle stays open:
+  // the system gives out small numbers again.
+  const auto nextHandle = [] {
+    const CKernelHandle event(CreateEventW(nullptr, FALSE, FALSE, nullptr));
+    return reinterpret_cast<std::uintptr_t>(event.Get()) / 4;
+  };
+  const std::uintptr_t before = nextHandle();
   for (int i = 0; i < 20; ++i) CIdleThread thread(&owner);
+  EXPECT_LT(nextHandle(), before + 20);
 }

@@ -2,15 +2,36 @@
 // and requests while nobody listens. Runs are in the client tests.
 #include "Component/Win/MorvaneImplWin.h"
 
+#include <cstdlib>
+#include <cstring>
 #include <memory>
+#include <new>
 
 #include "Component/Win/MorvaneImplWinMessages.h"
 #include "Component/Win/UtilsWin.h"
+#include "Tests/Support/PatchedImport.h"
 #include "Tests/Support/UnitTest.h"
 
 using namespace NSMorvaneTest;
 
+// How many allocations succeed before one fails; none does while it is negative.
+static int gAllocationsLeft = -1;
+
+void* operator new(std::size_t size) {
+  void* const block =
+      gAllocationsLeft >= 0 && gAllocationsLeft-- == 0 ? nullptr : std::malloc(size ? size : 1);
+  if (!block) throw std::bad_alloc();
+  return block;
+}
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+
 namespace {
+
+BOOL WINAPI GetNoMonitorInfo(HMONITOR, MONITORINFO*) {
+  ::SetLastError(ERROR_INVALID_HANDLE);
+  return FALSE;
+}
 
 class MorvaneImplTest : public ReportingTest {
  protected:
@@ -38,6 +59,33 @@ TEST_F(MorvaneImplTest, ThereIsOneRootObject) {
     EXPECT_EQ(Create(name), kBadInputProgrammingError) << (name ? name : "null");
   fMorvane.reset();
   EXPECT_EQ(Create("IMorvane"), kOK);
+}
+
+// Whatever fails while it is made, the next one can be made.
+TEST_F(MorvaneImplTest, FailedConstructionLeavesNothing) {
+  fMorvane.reset();
+  int allocations = 0;
+  for (TError error = kOutOfMemoryError; error != kOK; ++allocations) {
+    std::vector<TError>().swap(gPendingErrors);
+    gAllocationsLeft = allocations;
+    error = Create("IMorvane");
+    gAllocationsLeft = -1;
+    ASSERT_TRUE(error == kOK || error == kOutOfMemoryError) << error << " at " << allocations;
+    ASSERT_EQ(error == kOK, CMorvaneImpl::gMorvaneImpl != nullptr);
+  }
+  EXPECT_GT(allocations, 3);
+}
+
+// A monitor can go between the list of all and the question about it.
+TEST_F(MorvaneImplTest, MonitorsThatCannotBeAsked) {
+  TMonitorList before;
+  ASSERT_EQ(fMorvane->IMorvane_GetMonitors(before), kOK);
+  const PatchedImport patch(nullptr, "GetMonitorInfoW", GetNoMonitorInfo);
+  TakeLines();
+  TMonitorList now;
+  EXPECT_EQ(fMorvane->IMorvane_GetMonitors(now), kOK);
+  EXPECT_TRUE(Has(TakeLines(), "Failed to get monitor list - reverting to last successful result..."));
+  EXPECT_EQ(0, std::memcmp(&now, &before, sizeof(now)));
 }
 
 TEST_F(MorvaneImplTest, AutoPlaySuppressionNests) {
