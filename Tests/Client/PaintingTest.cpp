@@ -105,6 +105,22 @@ TEST_IN_RUN(PaintingTest, ViewsFromBackToFront) {
   EXPECT_GT(paints, 0);
 }
 
+TEST_IN_RUN(PaintingTest, DialogsHaveABackgroundOfTheirOwn) {
+  ASSERT_NE(GetSysColor(COLOR_WINDOW), GetSysColor(COLOR_3DFACE));
+  for (const auto& [kind, color] : {std::pair(Kind::kDocument, COLOR_WINDOW),
+                                    {Kind::kModeless, COLOR_3DFACE},
+                                    {Kind::kModal, COLOR_3DFACE},
+                                    {Kind::kFloating, COLOR_WINDOW}}) {
+    WindowRecord record;
+    Make(kind, record);
+    UpdateWindow(record.fHwnd);
+    const HDC hdc = GetDC(record.fHwnd);
+    EXPECT_EQ(GetPixel(hdc, 5, 5), GetSysColor(color)) << static_cast<int>(kind);
+    ReleaseDC(record.fHwnd, hdc);
+    Release(record);
+  }
+}
+
 TEST_IN_RUN(PaintingTest, OnlyTheDirtyRegionIsTouched) {
   OpenPainted();
   TestView& view = MakeColored("a", {0, 0, 200, 200}, kRed);

@@ -72,12 +72,13 @@ inline auto Filling(const TRect& rect, COLORREF colour) {
   return Drawing([=](HDC hdc) { Fill(hdc, rect, colour); });
 }
 
-// Writes down which tools drawing begins and ends with, numbered in the order in which they come up.
+// Writes down which tools drawing begins and ends with, and refuses to, numbered in the order in which they
+// come up.
 class DrawingRunBehavior : public CDefaultRunBehavior {
  public:
   TError IMorvaneRunBehavior_OnBeginDraw(IDrawTools& tools) override {
-    fEvents.push_back("begin " + NumberOf(tools));
-    return fBeginError;
+    fEvents.push_back((fBeginError == kOK ? "begin " : "refuse ") + NumberOf(tools));
+    return std::exchange(fBeginError, kOK);
   }
   TError IMorvaneRunBehavior_OnEndDraw(IDrawTools& tools) override {
     fEvents.push_back("end " + NumberOf(tools));
@@ -86,7 +87,7 @@ class DrawingRunBehavior : public CDefaultRunBehavior {
   std::string TakeEvents() { return Joined(std::exchange(fEvents, {})); }
 
   Texts fEvents;
-  TError fBeginError = kOK;
+  TError fBeginError = kOK;  // once
   TError fEndError = kOK;
 
  private:
@@ -123,6 +124,10 @@ class DrawingTree : public FakeViewWindow {
   // A subview of the root view.
   CViewImpl& Add(const TRect& bounds, TViewDrawMode mode = kViewDrawDirect) {
     return Add(Root(), bounds, mode);
+  }
+  // What is invalid, as a window paints it until nothing is.
+  void DrawInvalid(CBufferBitmap& surface) {
+    for (int i = 0; i < 5 && !fInvalid.IsEmpty(); ++i) Draw(surface, std::exchange(fInvalid, CRegion()));
   }
   // As a window paints: onto a surface whose first pixel is at (0, 0), clipped to what is dirty.
   void Draw(CBufferBitmap& surface, const CRegion& dirty = CRegion(TRect{0, 0, 100, 100})) {

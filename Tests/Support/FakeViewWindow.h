@@ -162,7 +162,7 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewW
   void InvalidateRegion(const CRegion& region) override {
     for (const TRect& rect : region.GetRects()) InvalidateRect(rect);
   }
-  void MarkToolRectsDirty() override {}
+  void MarkToolRectsDirty() override { ++fToolRectMarks; }
   std::uint32_t AddTool(CViewImpl& view, const TString& text) override {
     AskForNativeTarget(view);
     if (fAddToolFails) return 0;
@@ -197,6 +197,7 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewW
   Log& fLog = *fSharedLog;
   std::vector<TRect> fInvalidRects;
   CRegion fInvalid;
+  int fToolRectMarks = 0;
 
  protected:
   bool CWindowGlue_CheckInvariant() const override { return true; }

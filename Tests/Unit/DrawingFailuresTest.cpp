@@ -29,6 +29,7 @@ class DrawingFailures : public ReportingTest {
   void ExpectBalancedBrackets(DrawingTree& tree) {
     std::set<std::string> open;
     for (const std::string& event : std::exchange(tree.fRunBehavior.fEvents, {})) {
+      if (event[0] == 'r') continue;
       const std::string tools = event.substr(event.find(' '));
       EXPECT_TRUE(event[0] == 'b' ? open.insert(tools).second : open.erase(tools) == 1) << event;
     }
@@ -102,6 +103,66 @@ TEST_F(DrawingFailures, AnExceptionOfTheFirstViewComesOutAndTheContextIsAsBefore
   ExpectBalancedBrackets(fTree);
 }
 
+// A buffer must not take for drawn what was not: it is tried again with the next paint, and only once it is
+// there no longer.
+TEST_F(DrawingFailures, WhatABufferLacksIsDrawnWithTheNextPaint) {
+  enum { kDrawThrows, kDrawReturnsACode, kPostProcessReturnsACode, kBracketFails, kAll };
+  for (const TViewDrawMode outerMode : kModes)
+    for (const TViewDrawMode mode : kModes)
+      for (int failure = 0; failure < kAll; ++failure) {
+        SCOPED_TRACE(std::to_string(outerMode) + " " + std::to_string(mode) + " " + std::to_string(failure));
+        DrawingTree tree({0, 0, 100, 100});
+        CViewImpl& outer = tree.Add({10, 10, 60, 60}, outerMode);
+        CViewImpl& inner = tree.Add(outer, {20, 20, 40, 40}, mode);
+        bool fails = true;
+        BehaviorOf(outer).fOnDraw = [&](IDrawTools& tools) {
+          if (fails && failure == kBracketFails) tree.fRunBehavior.fBeginError = 100001;
+          return Filling(kEverything, kRed)(tools);
+        };
+        BehaviorOf(inner).fOnDraw = [&](IDrawTools& tools) -> TError {
+          if (fails && failure == kDrawThrows) throw std::runtime_error("boom");
+          if (fails && failure == kDrawReturnsACode) return kOtherError;
+          return Filling(kEverything, kGreen)(tools);
+        };
+        BehaviorOf(inner).fOnPostProcess = [&](IDrawTools& tools) -> TError {
+          if (fails && failure == kPostProcessReturnsACode) return kOtherError;
+          return Filling({-1000, 30, 1000, 1000}, kBlue)(tools);
+        };
+        CBufferBitmap surface({100, 100}, 32);
+        tree.Draw(surface);
+        fails = false;
+        tree.fRunBehavior.fBeginError = kOK;
+        CBufferBitmap again({100, 100}, 32), expected({100, 100}, 32);
+        tree.Draw(again);
+        Fill(expected, outer.GetBounds(), kRed);
+        Fill(expected, {20, 20, 40, 30}, kGreen);
+        Fill(expected, {20, 30, 40, 40}, kBlue);
+        EXPECT_EQ(PixelsOf(expected), PixelsOf(again));
+        ExpectBalancedBrackets(tree);
+        const int draws = BehaviorOf(inner).fDraws;
+        tree.Draw(again);
+        const bool isKept = outer.GetDirtyRegion() || inner.GetDirtyRegion();
+        EXPECT_EQ(draws + (isKept ? 0 : 1), BehaviorOf(inner).fDraws);
+      }
+}
+
+// The run behaviour refuses to go on after a tile was copied. The views that follow are drawn in a bracket
+// all the same.
+TEST_F(DrawingFailures, ABracketThatBreaksIsBegunAgain) {
+  SetMode(fMiddle, kViewDrawTemporary32);
+  BehaviorOf(fMiddle).fOnPostProcess = [&](IDrawTools&) {
+    fTree.fRunBehavior.fBeginError = 100001;
+    return kOK;
+  };
+  fTree.Draw(fSurface);
+  EXPECT_EQ("begin 0; begin 1; end 1; end 0; refuse 0; begin 0; end 0", fTree.fRunBehavior.TakeEvents());
+  ExpectOthersUnharmed();
+  // It was the last one: what its super view draws on top is inside a bracket too.
+  fRight.IView_Release();
+  fTree.Draw(fSurface);
+  EXPECT_EQ("begin 0; begin 1; end 1; end 0; refuse 0; begin 0; end 0", fTree.fRunBehavior.TakeEvents());
+}
+
 // --- The tree changes under the walk
 
 // Views of another window take their places in memory, where the heap gives a place out twice.
@@ -149,6 +210,39 @@ TEST_F(DrawingFailures, AViewMayChangeItsModeAndSizeWhileItIsDrawn) {
         EXPECT_EQ((TRect{10, 10, edge, edge}), PaintedPixels(surface)) << from << " to " << to;
       }
     }
+}
+
+// With all the views on the way down being drawn into their buffers at this moment.
+TEST_F(DrawingFailures, AViewMayMoveWhileItIsDrawn) {
+  for (const TViewDrawMode frameMode : kModes)
+    for (const TViewDrawMode mode : kModes)
+      for (const bool bySetParams : {false, true}) {
+        SCOPED_TRACE(std::to_string(frameMode) + " " + std::to_string(mode));
+        DrawingTree tree({0, 0, 100, 100});
+        CViewImpl& frame = tree.Add({10, 10, 60, 60}, frameMode);
+        CViewImpl& page = tree.Add(frame, {20, 15, 45, 40}, mode);
+        CViewImpl& item = tree.Add(page, {28, 22, 33, 27});
+        SetInvalidation(page, bySetParams ? kAutoInvalidationNone : kAutoInvalidationFull);
+        BehaviorOf(frame).fOnDraw = Filling(kEverything, kRed);
+        BehaviorOf(item).fOnDraw = Filling(kEverything, kBlue);
+        bool moves = true;
+        BehaviorOf(page).fOnDraw = [&](IDrawTools& tools) {
+          if (std::exchange(moves, false)) {
+            if (!bySetParams) page.IView_Offset(5, 3);
+            // The subview stays, and a view without automatic invalidation sees to itself.
+            if (bySetParams) SetRect(page, {25, 18, 50, 43});
+            if (bySetParams) frame.InvalidateRect(frame.GetBounds());
+          }
+          return Filling(kEverything, kGreen)(tools);
+        };
+        CBufferBitmap surface({100, 100}, 32), expected({100, 100}, 32);
+        tree.fInvalid = CRegion(TRect{0, 0, 100, 100});
+        tree.DrawInvalid(surface);
+        Fill(expected, frame.GetBounds(), kRed);
+        Fill(expected, {25, 18, 50, 43}, kGreen);
+        Fill(expected, item.GetBounds(), kBlue);
+        EXPECT_EQ(PixelsOf(expected), PixelsOf(surface));
+      }
 }
 
 // A behaviour that handles messages can be painted again in the middle of its own drawing.

@@ -45,7 +45,19 @@ TEST_F(DrawingTools, BracketsTellBeginAndEnd) {
   // What fails to begin does not end.
   run.fBeginError = 100001;
   EXPECT_THROW(TDrawBracket(&run, tools), XApplicationError);
-  EXPECT_EQ("begin 0", run.TakeEvents());
+  run.fEndError = kOK;
+  EXPECT_EQ("refuse 0", run.TakeEvents());
+  // Nor what fails to go on; but that may be tried again.
+  {
+    TDrawBracket bracket(&run, tools);
+    bracket.Pause();
+    run.fBeginError = 100001;
+    EXPECT_THROW(bracket.Resume(), XApplicationError);
+    bracket.Pause();
+    run.fBeginError = 100001;
+    EXPECT_THROW(bracket.Resume(), XApplicationError);
+  }
+  EXPECT_EQ("begin 0; end 0; refuse 0; refuse 0", run.TakeEvents());
 }
 
 TEST_F(DrawingTools, ABitmapIsDrawnToInWindowCoordinates) {

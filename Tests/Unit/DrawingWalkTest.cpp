@@ -179,6 +179,81 @@ TEST_F(DrawingWalk, OnlyWhatIsDirtyAndInSightIsCalled) {
   for (CViewImpl* view : {&outside, &belowOutside, &outOfSuperView, &empty}) EXPECT_EQ(0, callsOf(view));
 }
 
+// The last one ends on top, for the eye and for the mouse.
+TEST_F(DrawingWalk, TheOrderOfSubViewsCanBeChanged) {
+  DrawingTree tree({0, 0, 100, 100});
+  std::vector<IView*> order;
+  std::vector<CViewImpl*> views;
+  const COLORREF colours[] = {kRed, kGreen, kBlue};
+  for (const COLORREF colour : colours) {
+    views.push_back(&tree.Add({10, 10, 20, 20}));
+    order.push_back(views.back());
+    BehaviorOf(*views.back()).fOnDraw = Filling(kEverything, colour);
+    BehaviorOf(*views.back()).fHitRects = {{10, 10, 20, 20}};
+  }
+  for (const int top : {2, 0, 1}) {
+    std::rotate(order.begin(), std::find(order.begin(), order.end(), views[top]) + 1, order.end());
+    EXPECT_EQ(kOK, tree.Root().IView_SetSubViewOrder(order.data(), 3));
+    CBufferBitmap surface({100, 100}, 32);
+    tree.Draw(surface);
+    EXPECT_EQ(colours[top], GetPixel(surface.GetNativePort().fHDC, 15, 15));
+    EXPECT_EQ(views[top], tree.Root().HitTest({15, 15}).back().get());
+  }
+}
+
+TEST_F(DrawingWalk, EachViewIsToldItsPartOfWhatIsDirty) {
+  for (const TViewDrawMode mode : {kViewDrawDirect, kViewDrawTemporary32}) {
+    DrawingTree tree({0, 0, 100, 100});
+    CViewImpl& outer = tree.Add({10, 10, 60, 60}, mode);
+    CViewImpl& inner = tree.Add(outer, {30, 20, 80, 50});
+    std::vector<TRectList> told;
+    const auto note = [&](IDrawTools& tools) {
+      void* region = nullptr;
+      EXPECT_EQ(kOK, tools.IDrawTools_GetDirtyRegion(region));
+      told.push_back(CRegion(static_cast<TNativeRegion>(region), true).GetRects());
+      return kOK;
+    };
+    for (CViewImpl* view : {&tree.Root(), &outer, &inner})
+      BehaviorOf(*view).fOnDraw = BehaviorOf(*view).fOnPostProcess = note;
+    CRegion dirty(TRect{0, 0, 50, 30});
+    dirty.UnionRect({40, 30, 70, 40});
+    CBufferBitmap surface({100, 100}, 32);
+    tree.Draw(surface, dirty);
+    const TRectList ofRoot = {{0, 0, 50, 30}, {40, 30, 70, 40}},
+                    ofOuter = {{10, 10, 50, 30}, {40, 30, 60, 40}},
+                    ofInner = {{30, 20, 50, 30}, {40, 30, 60, 40}};
+    EXPECT_EQ((std::vector<TRectList>{ofRoot, ofOuter, ofInner, ofInner, ofOuter, ofRoot}), told);
+  }
+}
+
+// For the eye of a developer: what is drawn shows at once, and slowly if wanted.
+TEST_F(DrawingWalk, DebugSettingsFlushWhatIsDrawn) {
+  DrawingTree tree({0, 0, 100, 100});
+  tree.Add({10, 10, 20, 20});
+  CViewImpl& view = tree.Add({30, 30, 40, 40});
+  for (const auto& [mode, flushes, red, delay, expected] :
+       Rows<TViewDrawMode, TFlag, TFlag, TFlag, std::vector<bool>>{
+           {kViewDrawDirect, 0, 0, 1, {}},
+           {kViewDrawDirect, 1, 0, 0, {false, false, false}},
+           {kViewDrawDirect, 1, 0, 1, {true, true, true}},
+           {kViewDrawDirect, 0, 1, 1, {}},
+           {kViewDrawTemporary16, 0, 1, 0, {false}},
+           {kViewDrawPermanent32, 0, 1, 1, {true}},
+           {kViewDrawPermanent32, 1, 1, 0, {false, false, false, false}}}) {
+    SetMode(view, kViewDrawDirect);
+    SetMode(view, mode);
+    CBufferBitmap surface({100, 100}, 32);
+    const CRegion all(tree.Root().GetBounds());
+    PlainTools tools(surface.GetNativePort().fHDC, all.GetNativeRegion());
+    TDebugSettings settings = {};
+    settings.fFlushViews = flushes;
+    settings.fDrawPaintsRed = red;
+    settings.fDelayAfterFlushing = delay;
+    tree.DrawWith(tools, settings);
+    EXPECT_EQ(expected, tools.fFlushes) << mode << " " << flushes << red << delay;
+  }
+}
+
 // The tools of someone else: the walk asks them for the port, once for each view.
 TEST_F(DrawingWalk, ForeignToolsAreOpenedForEachView) {
   class ForeignTools : public IDrawTools {

@@ -57,6 +57,7 @@ TEST_F(MenuBarState, BadInputChangesNothing) {
   fState.IMenuBarState_SetMenuTitle(kMenu1, u"Title");
   const CMenuBarState before = fState;
   TMenuItem read[2];
+  std::uint32_t count = 0;
   TMenuBarFlags badFlags{0, 0, 0, 0, 2};
   // The last two fail behind the wall: announced, without a failed clause.
   const Rows<std::string, std::function<TError()>> rows = {
@@ -65,6 +66,8 @@ TEST_F(MenuBarState, BadInputChangesNothing) {
        [&] { return fState.IMenuBarState_SetMenuItems(kMenu1, nullptr, sizeof(item)); }},
       {"SetMenuItems(): (numNewMenuItems * sizeof(TMenuItem)) == bufferSizeInBytes",
        [&] { return fState.IMenuBarState_SetMenuItems(kMenu1, &item, sizeof(item) - 1); }},
+      {"CountMenuItems(): IsValidMenu(menu)",
+       [&] { return fState.IMenuBarState_CountMenuItems(static_cast<TMenu>(14), count); }},
       {"SetMenuTitle(): ((menu >= kMenu1) && (menu <= kMenu6))",
        [&] { return fState.IMenuBarState_SetMenuTitle(kMenuHelp, u"x"); }},
       {"", [&] { return fState.IMenuBarState_GetMenuItems(kMenu1, read, sizeof(read)); }},
@@ -78,6 +81,14 @@ TEST_F(MenuBarState, BadInputChangesNothing) {
     EXPECT_TRUE(!text.empty() || fOutput.HasLine("Exception thrown at"));
     EXPECT_TRUE(fState == before);
   }
+  TakeLines();
+  // Not bad at all: as many as there are, and none.
+  EXPECT_EQ(kOK, fState.IMenuBarState_CountMenuItems(kMenu1, count));
+  EXPECT_EQ(1u, count);
+  EXPECT_EQ(kOK, fState.IMenuBarState_SetMenuItems(kMenu1, nullptr, 0));
+  EXPECT_EQ(kOK, fState.IMenuBarState_CountMenuItems(kMenu1, count));
+  EXPECT_EQ(0u, count);
+  EXPECT_EQ(kOK, fState.IMenuBarState_GetMenuItems(kMenu1, nullptr, 0));
 }
 
 TEST_F(MenuBarState, TextsAreCutOnTheWayOutAndNeverReadPastTheirArray) {

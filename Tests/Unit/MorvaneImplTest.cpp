@@ -9,6 +9,7 @@
 
 #include "Component/Win/MorvaneImplWinMessages.h"
 #include "Component/Win/UtilsWin.h"
+#include "Tests/Support/Drawing.h"
 #include "Tests/Support/PatchedImport.h"
 #include "Tests/Support/UnitTest.h"
 
@@ -86,6 +87,22 @@ TEST_F(MorvaneImplTest, MonitorsThatCannotBeAsked) {
   EXPECT_EQ(fMorvane->IMorvane_GetMonitors(now), kOK);
   EXPECT_TRUE(Has(TakeLines(), "Failed to get monitor list - reverting to last successful result..."));
   EXPECT_EQ(0, std::memcmp(&now, &before, sizeof(now)));
+}
+
+TEST_F(MorvaneImplTest, ViewsAreInvalidatedAndDrawn) {
+  DrawingTree tree({0, 0, 100, 100});
+  CViewImpl& view = tree.Add({10, 10, 60, 60});
+  BehaviorOf(view).fOnDraw = Filling(kEverything, kRed);
+  BehaviorOf(tree.Add(view, {20, 20, 80, 30})).fOnDraw = Filling(kEverything, kGreen);
+  EXPECT_EQ(fMorvane->IMorvane_InvalidateView(view, {0, 0, 20, 20}), kOK);
+  EXPECT_EQ(tree.fInvalidRects, (TRectList{{10, 10, 20, 20}}));
+  CBufferBitmap surface({100, 100}, 32), expected({100, 100}, 32);
+  const CRegion all(view.GetBounds());
+  PlainTools tools(surface.GetNativePort().fHDC, all.GetNativeRegion());
+  EXPECT_EQ(fMorvane->IMorvane_DrawView(view, tools), kOK);
+  Fill(expected, {10, 10, 60, 60}, kRed);
+  Fill(expected, {20, 20, 60, 30}, kGreen);
+  EXPECT_EQ(PixelsOf(surface), PixelsOf(expected));
 }
 
 TEST_F(MorvaneImplTest, AutoPlaySuppressionNests) {

@@ -80,6 +80,30 @@ TEST_F(Region, EveryOperationAgreesWithPixels) {
   EXPECT_EQ("", TakeLines());
 }
 
+TEST_F(Region, ACopyIsMadeOnceAndOnlyToBeWrittenTo) {
+  CRegion region(TRect{0, 0, 20, 20});
+  const TNativeRegion handle = region.GetNativeRegion();
+  {
+    CRegion copy = region;
+    copy.UnionRect({});
+    copy.SubtractRect({5, 5, 5, 9});
+    EXPECT_EQ(handle, copy.GetNativeRegion());
+    copy.UnionRect({20, 0, 30, 20});
+    const TNativeRegion own = copy.GetNativeRegion();
+    EXPECT_NE(handle, own);
+    copy.SubtractRect({0, 0, 5, 5});
+    copy.Offset(1, 1);
+    EXPECT_EQ(own, copy.GetNativeRegion());
+    const CRegion third = copy;
+    copy.IntersectRect({});
+    EXPECT_NE(own, copy.GetNativeRegion());
+    EXPECT_EQ(own, third.GetNativeRegion());
+  }
+  // Nobody shares it any more.
+  region.UnionRect({0, 0, 30, 30});
+  EXPECT_EQ(handle, region.GetNativeRegion());
+}
+
 TEST_F(Region, AnExternalHandleIsReadAndNeverWritten) {
   const HRGN handle = CreateRectRgn(1, 1, 20, 20);
   {

@@ -49,6 +49,9 @@ TEST_F(ViewTest, SuperViewLivesAsLongAsItsSubViews) {
   EXPECT_EQ("", TakeLog());
   EXPECT_TRUE(fRoot.GetSubViews().empty());
   EXPECT_EQ(std::vector<CViewImpl*>{&group}, fRoot.GetRawSubViews());
+  // It is not seen any more.
+  EXPECT_EQ((TRectList{{0, 0, 90, 90}}), fWindow.fInvalid.GetRects());
+  fWindow.fInvalid = CRegion();
   EXPECT_THROW(Make(group, "late"), std::invalid_argument);
   EXPECT_NE("", TakeReports());
   a.IView_Release();
@@ -102,6 +105,16 @@ TEST_F(ViewTest, EndOfADeepTree) {
   EXPECT_TRUE(fRoot.GetRawSubViews().empty());
 }
 
+// In memory that is still there afterwards.
+TEST_F(ViewTest, ADeletedViewIsNoGoodAnyMore) {
+  alignas(CViewImpl) unsigned char memory[sizeof(CViewImpl)];
+  CViewImpl* const view = new (memory) CViewImpl(nullptr, fRoot, "view");
+  EXPECT_TRUE(view->CheckInvariant());
+  view->~CViewImpl();
+  EXPECT_FALSE(view->CheckInvariant());
+  EXPECT_EQ(666u, view->GetFlags());
+}
+
 TEST_F(ViewTest, ViewsOutliveTheirWindow) {
   CViewImpl& group = Make(fRoot, "group", {0, 0, 90, 90}, kFocusable);
   CViewImpl& view = Make(group, "view", {0, 0, 10, 10}, kFocusable);
@@ -148,6 +161,34 @@ TEST_F(ViewTest, AViewThatIsGoneHasNoPlaceInTheOrder) {
   EXPECT_TRUE(fRoot.GetRawSubViews().empty());
 }
 
+TEST_F(ViewTest, AnOrderNamesEachSubViewOnce) {
+  CViewImpl& a = Make(fRoot, "a");
+  CViewImpl& b = Make(fRoot, "b");
+  IView* const orders[][3] = {{&b, &a, &a}, {&b, &b, &a}, {&a, nullptr, &b}};
+  for (const auto& order : orders) {
+    EXPECT_EQ(kBadInputProgrammingError, fRoot.IView_SetSubViewOrder(order, 3));
+    EXPECT_EQ((std::vector<CViewImpl*>{&a, &b}), fRoot.GetRawSubViews());
+  }
+  TakeReports();
+}
+
+TEST_F(ViewTest, OffsetIsToldFromTheTopAndStopsAtAFailure) {
+  CViewImpl& group = Make(fRoot, "group");
+  CViewImpl& a = Make(group, "a");
+  Make(a, "below a");
+  CViewImpl& b = Make(group, "b");
+  EXPECT_EQ(kOK, group.IView_Offset(3, -1));
+  EXPECT_EQ("group Offset 3 -1; a Offset 3 -1; below a Offset 3 -1; b Offset 3 -1", TakeLog());
+  EXPECT_EQ((TRect{3, -1, 13, 9}), b.GetBounds());
+  fWindow.fToolRectMarks = 0;
+  BehaviorOf(a).fError = 100001;
+  EXPECT_EQ(100001u, group.IView_Offset(1, 0));
+  EXPECT_EQ("group Offset 1 0; a Offset 1 0", TakeLog());
+  EXPECT_EQ((TRect{4, -1, 14, 9}), a.GetBounds());
+  EXPECT_EQ((TRect{3, -1, 13, 9}), b.GetBounds());
+  EXPECT_EQ(1, fWindow.fToolRectMarks);  // some have moved
+}
+
 TEST_F(ViewTest, ATooltipThatCannotBeHadChangesNothing) {
   CViewImpl& view = Make(fRoot, "view");
   fWindow.fAddToolFails = true;
@@ -174,7 +215,41 @@ TEST_F(ViewTest, EnablingIsHandedDown) {
   }
 }
 
+// A subview answers the first word that it hears of the group with another change of the group.
+TEST_F(ViewTest, TheLastWordOnEnablingHolds) {
+  CViewImpl& group = Make(fRoot, "group");
+  CViewImpl& a = Make(group, "a");
+  CViewImpl& b = Make(group, "b");
+  for (const auto& [from, to, answer, end, log] :
+       Rows<std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t, std::string>{
+           {1, 0, 1, 1, "a Enabled 0; a Enabled 1"},
+           {0, 3, 0, 2, "a Enabled 1; a Enabled 0"},
+           {1, 2, 4, 6, "a Enabled 0; b Enabled 0; group Enabled 0"}}) {
+    SetFlags(group, from);
+    TakeLog();
+    BehaviorOf(a).fOnCall = [&, answer = answer] {
+      BehaviorOf(a).fOnCall = nullptr;
+      SetFlags(group, answer);
+    };
+    SetFlags(group, to);
+    EXPECT_EQ(log, TakeLog());
+    EXPECT_EQ(end, group.GetFlags());
+    for (CViewImpl* view : {&group, &a, &b}) EXPECT_EQ((end & 1) != 0, view->IsEffectivelyEnabled());
+  }
+}
+
 // --- Hit test
+
+// The subviews are those behind the question.
+TEST_F(ViewTest, ABehaviorMayMoveAndEndViewsWhenAskedForItsRectangles) {
+  CViewImpl& group = Make(fRoot, "group");
+  CViewImpl& sub = Make(group, "sub", {50, 50, 60, 60});
+  BehaviorOf(sub).fHitRects = {{0, 0, 100, 100}};
+  BehaviorOf(group).fOnCall = [&] { SetRect(sub, {0, 0, 10, 10}); };
+  EXPECT_EQ(1u, fRoot.HitTest({5, 5}).size());
+  BehaviorOf(group).fOnCall = [&] { group.IView_Release(); };
+  EXPECT_EQ(0u, fRoot.HitTest({5, 5}).size());
+}
 
 TEST_F(ViewTest, HitsAreOutermostFirst) {
   BehaviorOf(fRoot).fHitRects = {fRoot.GetBounds()};
