@@ -154,8 +154,13 @@ TEST_F(DrawingFailures, ABracketThatBreaksIsBegunAgain) {
     fTree.fRunBehavior.fBeginError = 100001;
     return kOK;
   };
+  BehaviorOf(fRight).fOnDraw = [&](IDrawTools& tools) {
+    fTree.fRunBehavior.fEvents.push_back("draw");
+    return Filling(kEverything, kRed)(tools);
+  };
   fTree.Draw(fSurface);
-  EXPECT_EQ("begin 0; begin 1; end 1; end 0; refuse 0; begin 0; end 0", fTree.fRunBehavior.TakeEvents());
+  EXPECT_EQ("begin 0; begin 1; end 1; end 0; refuse 0; begin 0; draw; end 0",
+            fTree.fRunBehavior.TakeEvents());
   ExpectOthersUnharmed();
   // It was the last one: what its super view draws on top is inside a bracket too.
   fRight.IView_Release();

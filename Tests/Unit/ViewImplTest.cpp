@@ -113,6 +113,7 @@ TEST_F(ViewTest, ADeletedViewIsNoGoodAnyMore) {
   view->~CViewImpl();
   EXPECT_FALSE(view->CheckInvariant());
   EXPECT_EQ(666u, view->GetFlags());
+  EXPECT_EQ(666u, view->GetDrawMode());
 }
 
 TEST_F(ViewTest, ViewsOutliveTheirWindow) {
@@ -147,6 +148,23 @@ TEST_F(ViewTest, BuffersFollowTheDrawMode) {
   EXPECT_EQ((TRect{5, 5, 5, 15}), view.GetBounds());
   EXPECT_EQ(kViewDrawPermanent16, view.GetDrawMode());
   EXPECT_EQ(bitmap, view.GetBitmapForDrawing());
+}
+
+// What IView_SetParams leaves to be drawn in the bitmap of a view.
+TEST_F(ViewTest, ABitmapMovesAlongOnlyWithItsWholePicture) {
+  for (const auto& [from, to, hasSubView, invalidation, isKept] :
+       Rows<TRect, TRect, bool, TAutoInvalidation, bool>{
+           {{5, 5, 15, 15}, {6, 7, 16, 17}, false, kAutoInvalidationNone, true},
+           {{5, 5, 15, 15}, {6, 7, 16, 17}, true, kAutoInvalidationNone, false},
+           {{5, 5, 15, 15}, {6, 7, 16, 17}, false, kAutoInvalidationDifference, false},
+           {{5, 5, 5, 15}, {5, 5, 6, 15}, false, kAutoInvalidationNone, false}}) {
+    CViewImpl& view = fWindow.MakeView(fRoot, from, "view", kViewEnabled, kViewDrawPermanent16);
+    if (hasSubView) Make(view, "sub");
+    view.TakeDirtyRegion();
+    EXPECT_EQ(kOK, view.IView_SetParams({1, to, kViewDrawPermanent16, invalidation}));
+    EXPECT_EQ(isKept ? TRect{} : to, view.GetDirtyRegion()->GetBounds());
+    fWindow.ReleaseViews();
+  }
 }
 
 TEST_F(ViewTest, AViewThatIsGoneHasNoPlaceInTheOrder) {

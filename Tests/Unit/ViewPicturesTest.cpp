@@ -59,7 +59,7 @@ class PaintedTree {
     if (kind == 2) return SwapSubViews(*view.GetSuperView());
     if (kind < 6) return ChangeContent(view);
     if (kind == 6) return DrawElsewhere(view);
-    if (kind < 11) return ChangeParams(view);
+    if (kind < 12) return ChangeParams(view);
     return Move(view);
   }
 
@@ -217,11 +217,12 @@ class PaintedTree {
   std::string ChangeParams(CViewImpl& view) {
     const TRect old = view.GetBounds();
     TViewParams params = view.GetParams();
-    if (fRandom(0, 2) != 0) {
+    const int change = fRandom(0, 4);
+    if (change > 0) {
       const int dx = fRandom(-9, 9), dy = fRandom(-9, 9);
       params.fRect = OffsetRectBy(old, dx, dy);
-      if (fRandom(0, 1) == 0) params.fRect = {old.fLeft, old.fTop, params.fRect.fRight, params.fRect.fBottom};
-      if (fRandom(0, 2) == 0) params.fRect = SomeRect(*view.GetSuperView());
+      if (change == 1) params.fRect = {old.fLeft, old.fTop, params.fRect.fRight, params.fRect.fBottom};
+      if (change == 2) params.fRect = SomeRect(*view.GetSuperView());
       params.fRect.fRight = std::max(params.fRect.fRight, params.fRect.fLeft);
       params.fRect.fBottom = std::max(params.fRect.fBottom, params.fRect.fTop);
     }
@@ -269,7 +270,7 @@ class PaintedTree {
 using ViewPictures = ReportingTest;
 
 TEST_F(ViewPictures, RandomTreesLookAsIfTheyWereDrawnWhole) {
-  for (int seed = 1; seed <= 60 && !HasFailure(); ++seed) {
+  for (int seed = 1; seed <= 80 && !HasFailure(); ++seed) {
     PaintedTree tree(seed);
     Random random(seed + 1000);
     Texts steps;
