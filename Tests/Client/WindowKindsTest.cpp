@@ -3,7 +3,7 @@
 #include <thread>
 
 #include "Support/ClientWindows.h"
-#include "Support/ImportPatch.h"
+#include "Support/PatchedImport.h"
 
 namespace NSMorvaneTest {
 
@@ -99,7 +99,7 @@ TEST_IN_RUN(WindowKindsTest, BesideATaskBarAtTheLeftAndTheTop) {
     info->rcWork.top += 24;
     return result;
   };
-  const ImportPatch patch(L"Morvane.dll", "GetMonitorInfoW", withTaskBar);
+  const PatchedImport patch(L"Morvane.dll", "GetMonitorInfoW", withTaskBar);
   const TRect onScreen = {140, 150, 440, 390}, fromWorkArea = {80, 126, 380, 366};
   const auto check = [&](auto& window, const TRect& native) {
     const HWND hwnd = fRecord.fHwnd;
