@@ -33,7 +33,12 @@ class IDrawTools {
   // and is valid until the next view is drawn. `outNativeRegion` must be null on the way in.
   virtual TError IDrawTools_GetDirtyRegion(void*& outNativeRegion) = 0;
   // The native context, clipped to the view and at least to the box of the dirty region; what is drawn
-  // outside the region is not shown. Leave selected objects as they were found.
+  // outside the region is not shown. Leave selected objects as they were found, all the more those that you
+  // delete. Clip and origin are put right behind each view; everything else, such as colours, background mode
+  // and text alignment, stays as it is for the views that are drawn after this one onto the same surface: set
+  // what you need. What all views of a surface are to find, a font for example, is set once in
+  // IMorvaneRunBehavior_OnBeginDraw, which comes for each surface: for the window, and for the bitmap of each
+  // buffered view. The library takes it off behind the last one.
   virtual TError IDrawTools_OpenNativePort(TNativePort& out) = 0;
   virtual TError IDrawTools_CloseNativePort() = 0;
   // Direct access to the pixels. Nothing clips here: stay within the view and the dirty region.

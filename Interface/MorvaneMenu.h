@@ -42,6 +42,9 @@ struct TMenuItem {
   IIcon* fIcon;                  // may be null; not owned by the record
 };
 
+// Flags of IMorvane_DisplayPopupMenu and IMorvane_DisplayContextualMenu.
+enum : std::uint32_t { kPopupMenuLeftButtonOnly = 1 };  // the right button does not choose
+
 // A chosen menu item.
 struct TMenuCommandEvent {
   std::uint32_t fCommand;

@@ -55,9 +55,20 @@ class IMouseShape {
   virtual ~IMouseShape() = default;
 };
 
+// The buttons of the mouse: numbers, not bits. States of several buttons are their numbers put together with
+// OR, so that the middle button reads as left and right together.
+enum : std::uint32_t {
+  kMouseButtonNone = 0,
+  kMouseButtonLeft = 1,
+  kMouseButtonRight = 2,
+  kMouseButtonMiddle = 3,
+  kMouseButtonFourth = 4,
+  kMouseButtonFifth = 5
+};
+
 // What IMorvane_SampleMouseState gives.
 struct TMouseState {
-  std::uint32_t fButtons;    // left 1, right 2, middle 3; the fourth and fifth add 4 and 5
+  std::uint32_t fButtons;    // all that are down: kMouseButton..., put together with OR
   TPoint fPosition;          // both -15000 if it could not be read
   TModifierKeys fModifiers;  // the keys that are down now
   std::uint32_t fReserved[4];
@@ -83,7 +94,7 @@ enum TMouseEventType : std::uint32_t {
 struct TMouseEvent {
   std::uint32_t fType;  // TMouseEventType
   std::uint64_t fTimeMS;
-  std::uint32_t fButtons;  // 1 left, 2 right, 0 none
+  std::uint32_t fButtons;  // the one button that this is about: kMouseButtonLeft, kMouseButtonRight or none
   TPoint fPosition;
   TModifierKeys fModifiers;
   // In the pre pass: the views in front of this one, nearest first. Only for the length of the call.

@@ -65,13 +65,18 @@ class IMorvaneRunBehavior {
   // Fill the menu bar of one document window.
   virtual TError IMorvaneRunBehavior_OnSetupMenuBar(IMenuBarState& state) = 0;
   // A command that nothing in the window has taken. Set `outHandled`, 0 on the way in, to 1 if it is taken
-  // now; the same holds wherever an operation has this flag.
+  // now; the same holds wherever an operation has this flag. A command of a document window that is not taken
+  // here either comes a second time.
   virtual TError IMorvaneRunBehavior_OnMenuCommand(const TMenuCommandEvent& event, TFlag& outHandled) = 0;
-  // A key that nothing in the window has taken.
+  // A key that nothing in the window has taken. Tab is used up before, by the window, whether it moves the
+  // focus or not.
   virtual TError IMorvaneRunBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) = 0;
-  // Called when `inOutDelayMS` milliseconds have passed since the call before; the last answer holds. 1 on
-  // the way in; at most 0x7FFFFFFF. After a failure, and before the first answer, the calls come about once a
-  // second.
+  // Idle time. `inOutDelayMS`, 1 on the way in, is the delay of the next call in milliseconds: from 1 to
+  // 0x7FFFFFFF, to which other values are brought. The last answer holds: that of a call which
+  // IMorvane_WakeUpIdle has brought about takes the place of what was asked for before. A call comes when the
+  // loop turns after its time, which is within 25 ms while a window is shown and the thread is free. The
+  // first one comes right after the start. After a failure, and before the first answer, the calls come about
+  // once a second.
   virtual TError IMorvaneRunBehavior_OnIdle(std::int64_t& inOutDelayMS) = 0;
   // Around the drawing of a view tree.
   virtual TError IMorvaneRunBehavior_OnBeginDraw(IDrawTools& tools) = 0;
@@ -83,8 +88,10 @@ class IMorvaneRunBehavior {
   virtual TError IMorvaneRunBehavior_OnExitMenuLoop() = 0;
   // What IMorvane_PostAppMessage has posted.
   virtual TError IMorvaneRunBehavior_OnAppMessage(std::uint32_t a, std::uint32_t b) = 0;
-  // Something went wrong in a callback or in the library, and nobody was there to be told. The result is not
-  // looked at.
+  // Something went wrong in a callback or in the library, and nobody was there to be told. It comes when the
+  // message is through in which it happened; inside a loop of the system, which shows a menu or moves a
+  // window, when that has ended. Of several codes that are waiting then only the oldest one comes, and the
+  // others are dropped: the debug output has a line for each. The result is not looked at.
   virtual TError IMorvaneRunBehavior_OnUnhandledError(TError error) = 0;
 
   virtual ~IMorvaneRunBehavior() = default;
@@ -172,7 +179,9 @@ class IMorvane {
   virtual TError IMorvane_ReleaseMouseCapture() = 0;
   // Waits, for half a second at most, to see what becomes of a press of the left button, or of a single press
   // of the right one. Movements are taken out of the queue, the release stays in it. There is no capture
-  // meanwhile: a release outside of the window is not seen, and the press counts as held.
+  // meanwhile: a release outside of the window is not seen, and the press counts as held. A press of the pre
+  // pass is none here and gives kClickDragNotApplicable: hand over a copy of the event with the fType of the
+  // normal pass, kMouseEventClick or kMouseEventDoubleClick.
   virtual TError IMorvane_CheckForClickDragOperation(IWindow& window, const TMouseEvent& event,
                                                      TClickDragResult& outResult) = 0;
 
@@ -197,7 +206,8 @@ class IMorvane {
   // --- The loop from inside
   // Handles all waiting messages and returns.
   virtual TError IMorvane_Yield() = 0;
-  // Makes IMorvaneRunBehavior_OnIdle due at once. Safe from any thread while IMorvane_Run runs.
+  // Makes IMorvaneRunBehavior_OnIdle due at once, whatever delay it has asked for. Safe from any thread while
+  // IMorvane_Run runs.
   virtual TError IMorvane_WakeUpIdle() = 0;
 
   // --- Meaning of keys
@@ -205,12 +215,18 @@ class IMorvane {
   virtual TError IMorvane_ShortcutModsToModifiers(TShortcutModifiers shortcutMods,
                                                   TModifierKeys& outMods) = 0;
   // Whether one reading of the key is the wanted text, with just the wanted modifiers left over. With the
-  // wanted fPhysicalTest, the key must be on the numeric keypad too.
+  // wanted fPhysicalTest, the key must be on the numeric keypad too. Ctrl+Shift+S is wanted as "s" with
+  // Control and Shift, or as "S" with Control.
   virtual TError IMorvane_CanKeyBeInterpretedAs(const TPhysicalKeySpec& physicalKey,
                                                 const TModifierKeys& physicalMods,
                                                 const TKeyInterpretation& wantedInterpretation,
                                                 TFlag& outFlag) = 0;
-  // The reading that contains most of the modifiers; all zero if there is none.
+  // What the key is usually taken for: its character as it would be typed, and the modifiers that the
+  // character does not stand for. All zero if the key has no meaning, as a modifier key alone. On a US
+  // keyboard:
+  //   A               is "a", no modifiers
+  //   Shift+2         is "@", no modifiers: Shift is in the character
+  //   Ctrl+Shift+F5   is kKeyCharF1 + 4, Control and Shift: the key writes nothing that Shift could change
   virtual TError IMorvane_GetDefaultInterpretation(const TPhysicalKeySpec& physicalKey,
                                                    const TModifierKeys& physicalMods,
                                                    TKeyInterpretation& outInterpretation) = 0;
@@ -220,7 +236,7 @@ class IMorvane {
   virtual TError IMorvane_RequestMenuBarsSetup() = 0;
   // A menu with its corner at a point of the window's client area; returns when it has gone.
   // `inOutSelectedIndex` comes in as -1 or the number of an item, which has no effect here, and is the chosen
-  // item if `outSelectionMadeFlag` is 1. Bit 0 of `flags`: the right button does not choose.
+  // item if `outSelectionMadeFlag` is 1. `flags`: 0 or kPopupMenuLeftButtonOnly.
   virtual TError IMorvane_DisplayPopupMenu(const TMenuItem* items, std::uint32_t itemCount, IWindow& window,
                                            const TPoint& point, std::uint32_t flags,
                                            std::int16_t& inOutSelectedIndex, TFlag& outSelectionMadeFlag) = 0;
@@ -262,7 +278,10 @@ class IMorvane {
 
   // --- Views
   // A view under `superView`, last in its order, with an empty rectangle: give it one with IView_SetParams.
-  // `debugName` is cut to kDebugNameChars. End it with IView_Release.
+  // It is enabled, draws directly, and has kAutoInvalidationNone: nothing is drawn anew because it is there,
+  // or gets a rectangle, unless the parameters that bring the rectangle have another setting, as those have
+  // that ViewParams of MorvaneDefaults.h makes. `debugName` is cut to kDebugNameChars. End it with
+  // IView_Release.
   virtual IView* IMorvane_CreateView(IViewBehaviorFactory& factory, IView& superView, const char* debugName,
                                      TError& outError) = 0;
   // Has a part of the view drawn again soon. `rect` is in window client coordinates and is cut to the view.

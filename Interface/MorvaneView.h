@@ -29,9 +29,11 @@ enum : std::uint32_t {
 
 // How a view is buffered.
 enum TViewDrawMode : std::uint32_t {
-  kViewDrawDirect = 6900,       // draws straight onto the surface it is given
-  kViewDrawTemporary16 = 6901,  // through a shared 16-bit bitmap, tile by tile
-  kViewDrawTemporary32 = 6902,  // through a shared 32-bit bitmap, tile by tile
+  kViewDrawDirect = 6900,  // draws straight onto the surface it is given
+  // Tile by tile through a shared bitmap, whose pixels are at first whatever was there: such a view fills all
+  // of itself, or its subviews do.
+  kViewDrawTemporary16 = 6901,  // 16 bits a pixel
+  kViewDrawTemporary32 = 6902,  // 32 bits a pixel
   kViewDrawPermanent16 = 6903,  // keeps a 16-bit bitmap of its own
   kViewDrawPermanent32 = 6904   // keeps a 32-bit bitmap of its own
 };
@@ -79,6 +81,9 @@ class IRectsGetter {
 // A view. Made with IMorvane_CreateView, ended with IView_Release; all views must be released before their
 // window is. A view with subviews can be released: it is neither drawn nor hit any more, and ends with its
 // last subview.
+//
+// No flag hides a view. Give it an empty rectangle, and take kViewEnabled away, so that the focus leaves it:
+// then it is neither drawn nor hit, and all its subviews with it.
 class IView {
  public:
   virtual TError IView_GetBehavior(IViewBehavior*& out) = 0;
@@ -108,7 +113,9 @@ class IView {
   // The same views in another order; nothing is invalidated. kBadInputProgrammingError for any other set of
   // views.
   virtual TError IView_SetSubViewOrder(IView* const* subViews, std::uint32_t count) = 0;
-  // Ends the view and its behaviour. Do not use the pointer afterwards.
+  // Ends the view and its behaviour, here and now. From inside a callback of its behaviour, or of another
+  // view in the same pass of calls, it ends when the library is through with it; until then the one callback
+  // that may still come is the loss of the focus. Do not use the pointer afterwards.
   virtual TError IView_Release() = 0;
 
  protected:

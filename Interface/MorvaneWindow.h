@@ -1,7 +1,9 @@
 // Windows of every kind, and the behaviours that a client gives them.
 //
-// Frame rectangles are what the window covers with its frame, client rectangles what views draw in. The state
-// records hold frame rectangles in screen coordinates of the main monitor, whatever task bars take from it.
+// Frame rectangles are what the window covers with its frame, client rectangles what views draw in. All are
+// in pixels, and in one of two coordinate systems: screen coordinates begin at the corner of the main
+// monitor; work area coordinates begin at the corner of its work area, which is another place where a task
+// bar stands at the left or at the top.
 #pragma once
 
 #include "MorvaneKeyboard.h"
@@ -38,6 +40,10 @@ class IWindow {
   virtual TError IWindow_GetConceptualFocusView(IView*& out) = 0;
   // Null takes the focus away. kBadInputProgrammingError for a view of another window, or one that is not
   // focusable or not enabled.
+  //
+  // A view that is released, disabled or no longer focusable loses the focus. It goes to a view of the tab
+  // order that can have it: to the first one, and from a view that is just not focusable any more to the next
+  // one behind it. Without such a view nobody has it.
   virtual TError IWindow_SetConceptualFocusView(IView* newConceptualFocusView) = 0;
   // The views that Tab visits, in this order. The result is what the receiver returns.
   virtual TError IWindow_GetTabViews(IViewListReceiver& out) = 0;
@@ -45,10 +51,13 @@ class IWindow {
   virtual TError IWindow_SetTabViews(IView* const* tabViews, std::uint32_t count) = 0;
   virtual TError IWindow_GetRootView(IView*& outRootView) = 0;
   virtual TError IWindow_IsActive(TFlag& outActiveFlag) = 0;
-  // The frame of the window when it is neither minimized nor maximized, in coordinates that start at the main
-  // monitor's work area; of a maximized window what it covers, in screen coordinates.
+  // The frame that the window has when it is neither minimized nor maximized, in work area coordinates; in
+  // screen coordinates for a floating window. Of a maximized window what it covers, in screen coordinates.
+  // The state records have all rectangles in screen coordinates.
   virtual TError IWindow_GetFrameRect(TRect& out) = 0;
-  // Take off, or add, what the frame is wide on each side. The coordinate system stays.
+  // Take off, or add, what the frame is wide on each side. The coordinate system stays. For a document window
+  // that is not shown yet the frame is taken to hold a menu bar of one row: where there is none, the client
+  // area comes out higher by that row.
   virtual TError IWindow_FrameRectToClientRect(const TRect& in, TRect& out) = 0;
   virtual TError IWindow_ClientRectToFrameRect(const TRect& in, TRect& out) = 0;
   // 255 is opaque.
@@ -85,6 +94,17 @@ enum : TStyleFlags {
   kModelessDialogBorderlessBit = 0x02000000  // modeless dialogs: a bare window without a frame; alone only
 };
 
+// The same bits by what they do in each kind.
+enum : TStyleFlags {
+  kDocumentWindowSizeGripBit = kWindowStyleBit23,
+  kModelessDialogCloseBoxBit = kWindowStyleBit23,
+  kModelessDialogSizeGripBit = kWindowStyleBit24,
+  kModalDialogCloseBoxBit = kWindowStyleBit23,  // and it is listed in the window menu
+  kModalDialogSizeGripBit = kWindowStyleBit22,
+  kFloatingWindowCloseBoxBit = kWindowStyleBit23,
+  kFloatingWindowSizeGripBit = kWindowStyleBit24
+};
+
 // --- State records
 
 // Which of its two rectangles a window shows.
@@ -92,8 +112,9 @@ enum TZoomState : std::uint32_t { kWindowStateIdeal = 2200, kWindowStateUser = 2
 
 enum : std::size_t { kTitleChars = 1023 };
 
-// Frame rectangles, in screen coordinates: the user's is where the window was put, the ideal one where the
-// content would have it. fZoomState tells which of them is shown.
+// Frame rectangles of the window when it is neither minimized nor maximized, in screen coordinates: the
+// user's is where the window was put, the ideal one where the content would have it. fZoomState tells which
+// of them is shown.
 struct TDocumentWindowPlacement {
   TFlag fMinimized;
   TFlag fMaximized;
@@ -157,7 +178,9 @@ class IDocumentWindow {
   // What the window is now. Rectangles of a hidden or minimized window are those it returns to.
   virtual TError IDocumentWindow_GetState(TDocumentWindowState& state) = 0;
   // kBadInputProgrammingError for contradicting sizes or unknown flags. Sizes out of bounds are brought into
-  // them.
+  // them. The window moves if the rectangle that fZoomState names is another one than it has. A shown window
+  // is minimized, maximized or restored only along with such a move: fMinimized and fMaximized alone leave it
+  // as it is. In a window that is not shown yet they tell how it will appear.
   virtual TError IDocumentWindow_SetState(const TDocumentWindowState& state) = 0;
   // The interface that all kinds share; it lives as long as the window.
   virtual TError IDocumentWindow_GetWindow(IWindow*& outWindow) = 0;
