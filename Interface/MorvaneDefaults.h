@@ -4,7 +4,15 @@
 //   RunApplication          all of a main program: the root object, the run, the exit code.
 //   CDefault...             a default for each behaviour that a client implements. Everything answers kOK and
 //                           nothing is handled, so that a behaviour overrides just what it needs.
-//   CreateDocumentWindow    a document window with a behaviour of a given type, in one call.
+//   CreateDocumentWindow    a document window with a behaviour of a given type, in one call;
+//   CreateModalDialog
+//                           and the like for the other kinds.
+//   PlaceCascaded, PlaceCentred, PlaceBeside, SetClientSize
+//                           where a window first appears, and how large.
+//   CTimer                  calls back after a while, or again and again, and ends with its owner.
+//   IsKey, KeyOf            keys by their text: "Ctrl+S".
+//   PathOfURL               the path behind what OnOpenURL gets.
+//   CFailureOutput          hears assertions and failures, and nothing else of the debug output.
 //   CViewOf                 a view with a behaviour of a given type, made in one call, which ends with its
 //                           owner.
 //   RootViewOf, ChangeState and their like: what takes two calls or more of the interfaces.
@@ -23,6 +31,8 @@
 #include "Defaults/Factories.h"
 #include "Defaults/Files.h"
 #include "Defaults/Input.h"
+#include "Defaults/Placement.h"
+#include "Defaults/Timers.h"
 #include "Defaults/Views.h"
 #include "Defaults/Windows.h"
 #include "Morvane.h"

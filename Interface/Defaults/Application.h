@@ -5,12 +5,12 @@
 #include <string_view>
 #include <utility>
 
-#include "Common.h"
+#include "Timers.h"
 
 namespace NSMorvane {
 
-// Asks for no idle call before a second has passed. OnQuitEvent and OnOpenURL do nothing: override them, or
-// derive from CDefaultApplication.
+// Idle calls serve the timers; without one that is due before, the next call comes in a second. OnQuitEvent
+// and OnOpenURL do nothing: override them, or derive from CDefaultApplication.
 class CDefaultRunBehavior : public IMorvaneRunBehavior {
  public:
   TError IMorvaneRunBehavior_OnStartUp() override { return kOK; }
@@ -28,8 +28,10 @@ class CDefaultRunBehavior : public IMorvaneRunBehavior {
     return kOK;
   }
   TError IMorvaneRunBehavior_OnIdle(std::int64_t& inOutDelayMS) override {
-    inOutDelayMS = 1000;
-    return kOK;
+    CTimerList& timers = CTimerList::TheList();
+    const TError error = timers.RunDue();
+    inOutDelayMS = timers.DelayToNext(1000);
+    return error;
   }
   TError IMorvaneRunBehavior_OnBeginDraw(IDrawTools&) override { return kOK; }
   TError IMorvaneRunBehavior_OnEndDraw(IDrawTools&) override { return kOK; }
@@ -44,7 +46,7 @@ class CDefaultRunBehavior : public IMorvaneRunBehavior {
 // Quits when it is asked to, and when its last document window has gone.
 class CDefaultApplication : public CDefaultRunBehavior {
  public:
-  explicit CDefaultApplication(IMorvane& morvane) : fMorvane(morvane) {}
+  explicit CDefaultApplication(IMorvane& morvane) : fMorvane(morvane), fRootObject(morvane) {}
   // Starts quitting, unless that has begun. Without a document window nobody but a dialog may be open: one
   // that tells what went wrong, say, stays until it is answered, and the event comes again then.
   TError IMorvaneRunBehavior_OnQuitEvent() override {
@@ -82,6 +84,7 @@ class CDefaultApplication : public CDefaultRunBehavior {
   }
 
   bool fOpensNothing = false;
+  CRootObjectScope fRootObject;
 };
 
 // The names of an application that goes away with its last window. What the user reads is the product's name.
@@ -103,6 +106,7 @@ int RunApplication(const TStartupParams& params, TArguments&&... arguments) {
   const std::unique_ptr<IMorvane> morvane(Morvane_Create("IMorvane", &error));
   if (morvane) {
     error = Guarded([&] {
+      const CRootObjectScope scope(*morvane);
       ThrowIfFailed(morvane->IMorvane_SetDebugSettings(TDebugSettings{}));
       auto application = std::make_unique<TApplication>(*morvane, std::forward<TArguments>(arguments)...);
       const TError result = morvane->IMorvane_Run(application.get(), params);

@@ -1,10 +1,11 @@
-// What the other helpers stand on: failures, texts, rectangles, receivers, owning pointers.
+// What the other helpers stand on: failures, the root object, texts, rectangles, receivers, owning pointers.
 #pragma once
 
 #include <memory>
 #include <new>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "../Morvane.h"
@@ -41,6 +42,26 @@ TError Guarded(TBody&& body) {
     return kOtherError;
   }
 }
+
+// --- The root object
+
+// The root object of the program, for those helpers that are not handed it: the factories that give windows
+// their first place. It is known while RunApplication runs, while a CDefaultApplication lives, and while one
+// of these scopes does; null otherwise.
+inline IMorvane*& RootObject() {
+  static IMorvane* root = nullptr;
+  return root;
+}
+class CRootObjectScope {
+ public:
+  explicit CRootObjectScope(IMorvane& morvane) : fBefore(std::exchange(RootObject(), &morvane)) {}
+  ~CRootObjectScope() { RootObject() = fBefore; }
+  CRootObjectScope(const CRootObjectScope&) = delete;
+  CRootObjectScope& operator=(const CRootObjectScope&) = delete;
+
+ private:
+  IMorvane* const fBefore;
+};
 
 // --- Texts
 

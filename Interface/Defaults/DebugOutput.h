@@ -1,11 +1,18 @@
-// Hearing what the library says about itself.
+// Hearing what the library says about itself, or just what went wrong.
 #pragma once
+
+#include <algorithm>
+#include <functional>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <utility>
 
 #include "Common.h"
 
 namespace NSMorvane {
 
-// Forgets everything. Derive from it to see just the assertions.
+// Forgets everything.
 class CDefaultDebugOutput : public IDebugOutput {
  public:
   virtual ~CDefaultDebugOutput() = default;
@@ -13,6 +20,73 @@ class CDefaultDebugOutput : public IDebugOutput {
   void IDebugOutput_Print(const char*) override {}
   void IDebugOutput_Indent() override {}
   void IDebugOutput_Unindent() override {}
+};
+
+// Whether a line of IDebugOutput_Print tells a failure, such as a code that came back, an exception, a call
+// of the system that failed, or views that were not released; and not what windows and menu bars are doing.
+inline bool IsFailureLine(std::string_view line) {
+  constexpr std::string_view kFailures[] = {"Error at ",
+                                            "kUnsupported at ",
+                                            "Application-specific error at ",
+                                            "Bad error code at ",
+                                            "Exception thrown at ",
+                                            "Windows error ",
+                                            "returned the error ",
+                                            "Ignored an ",
+                                            "Ignored error (",
+                                            "Ignoring unhandled error ",
+                                            "Strange exception ",
+                                            "Failed to ",
+                                            " failed",
+                                            " refuses ",
+                                            " STILL ",
+                                            "There can only be one mouse capture",
+                                            " called with a ",
+                                            " for a behavior-less ",
+                                            "Not all subview were removed!",
+                                            "View: ",
+                                            "You must release all views",
+                                            "In WinPrepareMnemonic, ",
+                                            "Bad bounds for ",
+                                            "Bad bit depth for "};
+  return std::any_of(std::begin(kFailures), std::end(kFailures),
+                     [&](std::string_view each) { return line.find(each) != line.npos; });
+}
+
+// Hears assertions and failures only, as one line of text each, from its making to its end; what it hears is
+// told to `hear`. There is one debug output in a process: another one that was installed is not heard
+// meanwhile, and none is installed afterwards.
+//   CFailureOutput fFailures{fMorvane, [](const std::string& line) { std::fprintf(stderr, "%s\n",
+//   line.c_str()); }};
+// `hear` is called in the middle of the library's work, nearly always on the main thread: it must not call
+// back into the library. What it throws is dropped.
+class CFailureOutput : public CDefaultDebugOutput {
+ public:
+  CFailureOutput(IMorvane& morvane, std::function<void(const std::string&)> hear)
+      : fMorvane(morvane), fHear(std::move(hear)) {
+    fMorvane.IMorvane_SetDebugOutput(this);
+  }
+  ~CFailureOutput() override { fMorvane.IMorvane_SetDebugOutput(nullptr); }
+  CFailureOutput(const CFailureOutput&) = delete;
+  CFailureOutput& operator=(const CFailureOutput&) = delete;
+  void IDebugOutput_Assert(const char* file, std::int32_t line, const char* expression) override {
+    Tell([&] { return std::string(file) + "(" + std::to_string(line) + "): " + expression; });
+  }
+  void IDebugOutput_Print(const char* text) override {
+    if (IsFailureLine(text)) Tell([&] { return std::string(text); });
+  }
+
+ private:
+  template <class TText>
+  void Tell(TText&& text) {
+    Guarded([&] {
+      fHear(text());
+      return TError{kOK};
+    });
+  }
+
+  IMorvane& fMorvane;
+  const std::function<void(const std::string&)> fHear;
 };
 
 }  // namespace NSMorvane

@@ -1,9 +1,9 @@
-// Windows: their state, their root view, a document window in one call, and a default for each behaviour.
+// Windows: their state, size and root view, and a default for each behaviour.
 #pragma once
 
 #include <utility>
 
-#include "Factories.h"
+#include "Common.h"
 
 namespace NSMorvane {
 
@@ -65,21 +65,44 @@ IView& RootViewOf(TKind& window) {
   return *root;
 }
 
-// Makes and shows a document window whose behaviour is a TBehavior, made of the window and `arguments`; it is
-// listed in window menus. The window lives until it is released: by its behaviour, as a rule.
-template <class TBehavior, class... TArguments>
-TError CreateDocumentWindow(IMorvane& morvane, TStyleFlags style, TArguments&&... arguments) {
-  CDocumentWindowFactory<TBehavior, TArguments&&...> factory(std::forward<TArguments>(arguments)...);
-  TError error = kOK;
-  morvane.IMorvane_CreateDocumentWindow(factory, style, 1, error);
-  return error;
+// The rectangle that a window of this state shows when it is neither minimized nor maximized: its frame, in
+// screen coordinates.
+template <class TPlacement>
+TRect ShownRect(const TWindowState<TPlacement>& state) {
+  const TPlacement& placement = state.fPlacement;
+  return placement.fZoomState == kWindowStateIdeal ? placement.fIdealRect : placement.fUserRect;
 }
+
+// Gives the client area a size in pixels; the window keeps its left top corner. Of a document window that is
+// not shown yet this is the size with a menu bar of one row.
+template <class TKind>
+TError SetClientSize(TKind& window, const TSize& size) {
+  return Guarded([&] {
+    TRect frame = {};
+    ThrowIfFailed(WindowOf(window).IWindow_ClientRectToFrameRect({0, 0, size.fWidth, size.fHeight}, frame));
+    return ChangeState(window, [&](auto& state) {
+      const TRect old = ShownRect(state);
+      state.fPlacement.fUserRect = {old.fLeft, old.fTop, old.fLeft + WidthOf(frame),
+                                    old.fTop + HeightOf(frame)};
+      state.fPlacement.fZoomState = kWindowStateUser;
+    });
+  });
+}
+
+// What the factories do with a window that its behaviour has not placed; see Placement.h.
+enum TFirstPlace {
+  kFirstPlaceAsMade,    // nothing: the system's place
+  kFirstPlaceCascaded,  // beside the other documents
+  kFirstPlaceCentred,   // in the middle of its owner
+  kFirstPlaceBeside     // beside the front document
+};
 
 // --- Defaults
 
 // Closes when it is asked to.
 class CDefaultDocumentWindowBehavior : public IDocumentWindowBehavior {
  public:
+  static constexpr TFirstPlace kFirstPlace = kFirstPlaceCascaded;
   explicit CDefaultDocumentWindowBehavior(IDocumentWindow& window) : fWindow(window) {}
   TError IDocumentWindowBehavior_OnClientSizeChanged(const TSize&, const TSize&) override { return kOK; }
   TError IDocumentWindowBehavior_OnPlacementChanged(const TDocumentWindowPlacement&,
@@ -111,6 +134,7 @@ class CDefaultDocumentWindowBehavior : public IDocumentWindowBehavior {
 
 class CDefaultModelessDialogBehavior : public IModelessDialogBehavior {
  public:
+  static constexpr TFirstPlace kFirstPlace = kFirstPlaceCentred;
   explicit CDefaultModelessDialogBehavior(IModelessDialog& window) : fWindow(window) {}
   TError IModelessDialogBehavior_OnClientSizeChanged(const TSize&, const TSize&) override { return kOK; }
   TError IModelessDialogBehavior_OnPlacementChanged(const TModelessDialogPlacement&,
@@ -142,6 +166,7 @@ class CDefaultModelessDialogBehavior : public IModelessDialogBehavior {
 
 class CDefaultModalDialogBehavior : public IModalDialogBehavior {
  public:
+  static constexpr TFirstPlace kFirstPlace = kFirstPlaceCentred;
   explicit CDefaultModalDialogBehavior(IModalDialog& window) : fWindow(window) {}
   TError IModalDialogBehavior_OnClientSizeChanged(const TSize&, const TSize&) override { return kOK; }
   TError IModalDialogBehavior_OnPlacementChanged(const TModalDialogPlacement&,
@@ -171,6 +196,7 @@ class CDefaultModalDialogBehavior : public IModalDialogBehavior {
 
 class CDefaultFloatingWindowBehavior : public IFloatingWindowBehavior {
  public:
+  static constexpr TFirstPlace kFirstPlace = kFirstPlaceBeside;
   explicit CDefaultFloatingWindowBehavior(IFloatingWindow& window) : fWindow(window) {}
   TError IFloatingWindowBehavior_OnClientSizeChanged(const TSize&, const TSize&) override { return kOK; }
   TError IFloatingWindowBehavior_OnPlacementChanged(const TFloatingWindowPlacement&,

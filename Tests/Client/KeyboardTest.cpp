@@ -227,4 +227,33 @@ TEST_IN_RUN(KeyboardTest, ReleasesAreToldOnce) {
   EXPECT_EQ(LetGo('A'), "");
 }
 
+// --- Keys by their text
+
+TEST_IN_RUN(KeyboardTest, KeysByTheirText) {
+  OpenWithFocusTree();
+  SetFocus("leaf");
+  const struct {
+    std::vector<int> fHeld;
+    WPARAM fKey;
+    const char16_t* fText;
+    bool fIsKey;
+  } rows[] = {{{VK_CONTROL}, 'S', u"Ctrl+S", true},
+              {{VK_CONTROL}, 'S', u"S", false},
+              {{VK_CONTROL}, 'S', u"Ctrl+Nothing", false},
+              {{VK_CONTROL, VK_SHIFT}, 'S', u"Ctrl+S", false},
+              {{VK_CONTROL, VK_SHIFT}, 'S', u"Ctrl+Shift+S", true},
+              {{VK_SHIFT}, '2', u"Shift+2", true},
+              {{VK_SHIFT}, '2', u"@", true},
+              {{}, '2', u"@", false},
+              {{VK_SHIFT}, VK_F5, u"Shift+F5", true},
+              {{}, VK_ESCAPE, u"Esc", true},
+              {{}, VK_LEFT, u"Left", true},
+              {{}, VK_LEFT, u"Right", false}};
+  for (const auto& row : rows) {
+    Hold(row.fHeld);
+    Press(row.fKey);
+    EXPECT_EQ(IsKey(*fMorvane, fViewRecord.fKey, row.fText), row.fIsKey) << row.fKey << " " << &row - rows;
+  }
+}
+
 }  // namespace NSMorvaneTest

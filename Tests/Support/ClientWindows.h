@@ -7,6 +7,7 @@
 
 namespace NSMorvane {
 
+inline bool operator==(const TPoint& a, const TPoint& b) { return a.fX == b.fX && a.fY == b.fY; }
 inline bool operator==(const TSize& a, const TSize& b) {
   return a.fWidth == b.fWidth && a.fHeight == b.fHeight;
 }

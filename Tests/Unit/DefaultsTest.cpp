@@ -1,0 +1,152 @@
+// The helpers for clients that need no library: first places, keys and paths as texts, lines that tell a
+// failure.
+#include "Interface/MorvaneDefaults.h"
+
+#include "Component/Portable/MorvaneImplUtilsGeometry.h"
+#include "Tests/Support/UnitTest.h"
+
+using namespace NSMorvaneTest;
+
+namespace {
+
+// A main monitor with task bars at the left and the top, and a smaller one to its right.
+TMonitorList TwoMonitors() {
+  TMonitorList monitors = {};
+  monitors.fMonitorCount = 2;
+  monitors.fMonitors[0] = {{1000, 0, 1600, 400}, {1000, 0, 1600, 360}, 32};
+  monitors.fMonitors[1] = {{0, 0, 1000, 800}, {40, 30, 1000, 800}, 32};
+  monitors.fMainMonitorIndex = 1;
+  return monitors;
+}
+
+}  // namespace
+
+TEST(FirstPlaceTest, Rectangles) {
+  const TRect area = {40, 30, 1000, 800};
+  const TSize dialog = {200, 100};
+  const TMonitorList monitors = TwoMonitors();
+  const Rows<const char*, TRect, TRect> rows = {
+      {"centred", CentredRect(dialog, {300, 300, 700, 600}, area), {400, 400, 600, 500}},
+      {"over the right edge", CentredRect(dialog, {900, 700, 1100, 900}, area), {800, 700, 1000, 800}},
+      {"over the left edge", CentredRect(dialog, {-300, 0, 0, 60}, area), {40, 30, 240, 130}},
+      {"too large", CentredRect({2000, 1000}, {300, 300, 700, 600}, area), {40, 30, 2040, 1030}},
+      {"to the right", BesideRect(dialog, {100, 100, 700, 600}, {}, area), {708, 100, 908, 200}},
+      {"to the left", BesideRect(dialog, {300, 700, 900, 790}, {}, area), {92, 700, 292, 800}},
+      {"inside", BesideRect(dialog, area, {44, 80, 996, 796}, area), {788, 88, 988, 188}},
+      {"most of it right", WorkAreaFor(monitors, {900, 0, 1200, 100}), {1000, 0, 1600, 360}},
+      {"most of it left", WorkAreaFor(monitors, {700, 0, 1200, 100}), area},
+      {"nowhere", WorkAreaFor(monitors, {5000, 0, 5100, 100}), area},
+      {"by the work area", FrameOnScreen(monitors, {0, 0, 100, 100}), {40, 30, 140, 130}},
+      {"maximized", FrameOnScreen(monitors, {996, -4, 1604, 364}), {996, -4, 1604, 364}}};
+  for (const auto& [name, rect, wanted] : rows) EXPECT_EQ(rect, wanted) << name;
+}
+
+TEST(FirstPlaceTest, Cascade) {
+  const TRect area = {40, 30, 1000, 800};
+  const TRect first = {64, 54, 664, 554}, second = {92, 82, 692, 582}, third = {120, 110, 720, 610};
+  const TRect nearFirst = {70, 50, 300, 300}, elsewhere = {64, 300, 300, 500};
+  const Rows<const char*, TSize, std::vector<TRect>, TRect> rows = {
+      {"alone", {600, 500}, {}, first},
+      {"one", {600, 500}, {first}, second},
+      {"a gap", {600, 500}, {third, first}, second},
+      {"nearly there", {600, 500}, {nearFirst, second}, third},
+      {"not on the diagonal", {600, 500}, {elsewhere}, first},
+      {"no room, but free", {930, 740}, {first}, {92, 82, 1022, 822}},
+      {"as large as the area", {960, 770}, {}, {64, 54, 1024, 824}}};
+  for (const auto& [name, size, others, wanted] : rows)
+    EXPECT_EQ(CascadedRect(size, others, area), wanted) << name;
+  // However many there are, the title of the next one can be seen.
+  std::vector<TRect> all;
+  for (int i = 0; i < 60; ++i) {
+    all.push_back(CascadedRect({300, 200}, all, area));
+    EXPECT_EQ(
+        KeptIn({all.back().fLeft, all.back().fTop, all.back().fLeft + 20, all.back().fTop + 20}, area).fTop,
+        all.back().fTop)
+        << i;
+  }
+}
+
+TEST(KeyTextTest, KeysByTheirText) {
+  constexpr std::uint32_t c = kModifierControl, s = kModifierShift, a = kModifierAlt;
+  const Rows<TString, TString, std::uint32_t> rows = {{u"Ctrl+S", u"s", c},
+                                                      {u"ctrl+shift+s", u"s", c | s},
+                                                      {u"Alt+Ctrl+2", u"2", a | c},
+                                                      {u"x", u"x", 0},
+                                                      {u"Ctrl++", u"+", c},
+                                                      {u"+", u"+", 0},
+                                                      {u"Shift+Left", u"\xE017", s},
+                                                      {u"F1", u"\xE001", 0},
+                                                      {u"Ctrl+F15", u"\xE00F", c},
+                                                      {u"Esc", u"\x1B", 0},
+                                                      {u"Enter", u"\r", 0},
+                                                      {u"KeypadEnter", u"\n", 0},
+                                                      {u"Ctrl+Space", u" ", c},
+                                                      {u"Ctrl+f", u"f", c},
+                                                      {u"Ctrl+\u00E4", u"\u00E4", c},
+                                                      {u"\U0001F600", u"\U0001F600", 0},
+                                                      // None of these is a key.
+                                                      {u"", u"", 0},
+                                                      {u"Ctrl+", u"", 0},
+                                                      {u"Ctrl", u"", 0},
+                                                      {u"F0", u"", 0},
+                                                      {u"F16", u"", 0},
+                                                      {u"F05", u"", 0},
+                                                      {u"F99", u"", 0},
+                                                      {u"Cmd+S", u"", 0},
+                                                      {u"Ctrl+Save", u"", 0},
+                                                      {u"Ctrl +S", u"", 0}};
+  for (const auto& [text, keyText, keys] : rows) {
+    const TKeyInterpretation key = KeyOf(text);
+    const std::string name = NSTextPackage::StringToUTF8(text, false);
+    EXPECT_EQ(TString(key.fKeyText), keyText) << name;
+    EXPECT_EQ(key.fModifiers.fKeys, keys) << name;
+    EXPECT_EQ(key.fPhysicalTest, 0u) << name;
+  }
+}
+
+TEST(URLTest, PathsOfURLs) {
+  const Rows<std::string, TString> rows = {
+      {"file://C:\\a b\\c.txt", u"C:\\a b\\c.txt"},
+      {"file://\"C:\\a b.txt\"", u"C:\\a b.txt"},
+      {"file://\"C:\\cut.txt", u"C:\\cut.txt"},
+      {"file://\"", u""},
+      {"file://C:\\100%25 %41.txt", u"C:\\100%25 %41.txt"},
+      {"file://\\\\server\\share\\x", u"\\\\server\\share\\x"},
+      {"file://\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80", u"\u00E4\u20AC\U0001F600"},
+      {"file://\xED\xA0\x80x", u"\xD800x"},
+      // No UTF-8: cut short, overlong, too large, a lonely follower.
+      {"file://a\xE2\x82", u"a\xFFFD\xFFFD"},
+      {"file://\xC0\xAF\xE0\x80\xAF", u"\xFFFD\xFFFD\xFFFD\xFFFD\xFFFD"},
+      {"file://\xF5\x80x\xBF", u"\xFFFD\xFFFDx\xFFFD"},
+      {"file://\xF4\x90\x80\x80", u"\xFFFD\xFFFD\xFFFD\xFFFD"},
+      {"http://x", u""},
+      {"C:\\x", u""},
+      {"", u""}};
+  for (const auto& [url, path] : rows) EXPECT_EQ(PathOfURL(url), path) << url;
+}
+
+TEST(FailureLineTest, FailuresAreToldFromNews) {
+  const Rows<const char*, bool> rows = {
+      {"kBadFormatError at Component/Win/A.cpp(120): 12005", true},
+      {"kUnsupported at Component/Win/A.cpp(120): 12009", true},
+      {"Application-specific error at Component/Win/A.cpp(120): 100001", true},
+      {"Bad error code at Component/Win/A.cpp(120): 55", true},
+      {"[Morvane] Exception thrown at Component/Portable/Region.cpp(88)", true},
+      {"Windows error 5 at: Component/Win/WinWindow.cpp(210)", true},
+      {"The view behavior 1returned the error 12007 when IViewBehavior_Draw was called. ", true},
+      {"Ignored an exception (x) in DrawSubViews.", true},
+      {"Ignored error (12007) returned from IViewBehavior_OnOnDutyFocusChanged", true},
+      {"Not all subview were removed!", true},
+      {"View: Grid", true},
+      {"Failed to close next window, stopping quit mode!", true},
+      {"RequestClose for a behavior-less document window!!!", true},
+      {"Collapsed 5 rebuild menubar requests...", false},
+      {"Rebuilding Menu Bar...", false},
+      {"CMorvaneImpl::CMorvaneGlue_RequestMenuBarsSetup requested", false},
+      {"CWinWindow::IWindowListener_OnActivated 0001", false},
+      {"WinSetFocus 0001", false},
+      {"]Morvane] Entering quit mode...", false},
+      {"Ejecting focus from view being deleted...", false}};
+  for (const auto& [line, isFailure] : rows)
+    EXPECT_EQ(IsFailureLine("[Morvane] " + std::string(line)), isFailure) << line;
+}
