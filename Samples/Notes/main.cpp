@@ -17,7 +17,15 @@ using namespace NSMorvane;
 namespace {
 
 // [commands]
-enum TCommand : std::uint32_t { kNewBoard = 1, kNewNote, kNextColour, kRemoveNote, kBoardSettings, kAbout };
+enum TCommand : std::uint32_t {
+  kNewBoard = 1,
+  kNewNote,
+  kNextColour,
+  kChangingColour,
+  kRemoveNote,
+  kBoardSettings,
+  kAbout
+};
 // [end]
 
 constexpr COLORREF kNoteColours[] = {RGB(255, 241, 168), RGB(201, 231, 255), RGB(214, 245, 205),
@@ -33,13 +41,10 @@ void FillWith(HDC hdc, const TRect& rect, COLORREF colour) {
   ::DeleteObject(brush);
 }
 
+// In the font that the application has set for all views.
 void DrawLabel(HDC hdc, const TRect& rect, const wchar_t* text, UINT format) {
   RECT box = ToNative(rect);
-  const HGDIOBJ oldFont = ::SelectObject(hdc, ::GetStockObject(DEFAULT_GUI_FONT));
-  const int oldMode = ::SetBkMode(hdc, TRANSPARENT);
   ::DrawTextW(hdc, text, -1, &box, format);
-  ::SetBkMode(hdc, oldMode);
-  ::SelectObject(hdc, oldFont);
 }
 
 TRect Inset(const TRect& rect, int by) {
@@ -47,13 +52,12 @@ TRect Inset(const TRect& rect, int by) {
 }
 
 // [menu item]
-TMenuItem Item(std::u16string_view text, std::uint32_t command, std::u16string_view key = {}) {
+TMenuItem Item(std::u16string_view text, std::uint32_t command, std::u16string_view shortcut = {}) {
   TMenuItem item = {};
   CopyText(item.fText, text);
   item.fStateFlags = kMenuItemEnabled;
   item.fCommand = command;
-  CopyText(item.fShortcut.fKeyText, key);
-  if (!key.empty()) item.fShortcut.fModifiers.fKeys = kModifierControl;
+  item.fShortcut = KeyOf(shortcut);
   return item;
 }
 
@@ -87,15 +91,12 @@ class CButtonView : public CDefaultHitViewBehavior {
     return fMorvane.IMorvane_InvalidateView(fView, RectOf(fView));
   }
   TError IViewBehavior_HandleClick(const TMouseEvent& event, TFlag& outHandled) override {
-    outHandled = event.fType == kMouseEventClick && event.fButtons == 1 ? 1 : 0;
+    outHandled = event.fType == kMouseEventClick && event.fButtons == kMouseButtonLeft ? 1 : 0;
     return outHandled != 0 ? fAction() : kOK;
   }
   TError IViewBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) override {
-    const TKeyInterpretation space = {u" ", {0, 0}, 0};
-    TError error =
-        fMorvane.IMorvane_CanKeyBeInterpretedAs(event.fPhysicalKey, event.fModifiers, space, outHandled);
-    if (error == kOK && outHandled != 0) error = fAction();
-    return error;
+    outHandled = IsKey(fMorvane, event, u"Space") ? 1 : 0;
+    return outHandled != 0 ? fAction() : kOK;
   }
 
  private:
@@ -139,13 +140,8 @@ class CMessageDialog : public CDefaultModalDialogBehavior {
 
   // The button has Space; here are the keys that any button might have.
   TError IModalDialogBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) override {
-    for (const TChar key : {kKeyCharReturn, kKeyCharEscape}) {
-      const TKeyInterpretation wanted = {{key}, {0, 0}, 0};
-      const TError error =
-          fMorvane.IMorvane_CanKeyBeInterpretedAs(event.fPhysicalKey, event.fModifiers, wanted, outHandled);
-      if (error != kOK || outHandled != 0) return error == kOK ? fWindow.IModalDialog_Release() : error;
-    }
-    return kOK;
+    outHandled = IsKey(fMorvane, event, u"Return") || IsKey(fMorvane, event, u"Escape") ? 1 : 0;
+    return outHandled != 0 ? fWindow.IModalDialog_Release() : kOK;
   }
 
  private:
@@ -158,11 +154,8 @@ class CMessageDialog : public CDefaultModalDialogBehavior {
 // [blocking]
 // Blocks the whole application, and returns when the dialog has gone.
 TError ShowAbout(IMorvane& morvane) {
-  CModalDialogFactory<CMessageDialog, IMorvane&, std::wstring> factory(
-      morvane, L"Notes, the program behind the guide of Morvane.");
-  TError error = kOK;
-  morvane.IMorvane_CreateModalDialog(factory, nullptr, 1, 0, error);
-  return error;
+  return RunModalDialog<CMessageDialog>(morvane, 0, morvane,
+                                        L"Notes, the program behind the guide of Morvane.");
 }
 // [end]
 
@@ -209,7 +202,11 @@ class CNoteDrag : public CDefaultMouseCapture {
 class CNoteView : public CDefaultHitViewBehavior {
  public:
   CNoteView(IView& view, IMorvane& morvane, IBoard& board, std::wstring text)
-      : CDefaultHitViewBehavior(view), fMorvane(morvane), fBoard(board), fText(std::move(text)) {}
+      : CDefaultHitViewBehavior(view),
+        fMorvane(morvane),
+        fBoard(board),
+        fText(std::move(text)),
+        fColourTimer(morvane) {}
 
   // [draw]
   TError IViewBehavior_Draw(IDrawTools& tools) override {
@@ -226,7 +223,7 @@ class CNoteView : public CDefaultHitViewBehavior {
   TError IViewBehavior_HandleClick(const TMouseEvent& event, TFlag& outHandled) override {
     outHandled = 1;
     if (event.fType == kMouseEventContextClick) return ShowMenu(event.fPosition);
-    if (event.fType != kMouseEventClick || event.fButtons != 1) {
+    if (event.fType != kMouseEventClick || event.fButtons != kMouseButtonLeft) {
       outHandled = 0;
       return kOK;
     }
@@ -258,17 +255,15 @@ class CNoteView : public CDefaultHitViewBehavior {
   }
   TError IViewBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) override {
     struct TStep {
-      TChar fKey;
+      std::u16string_view fKey;
       TPoint fDistance;
     };
     static constexpr TStep kSteps[] = {
-        {kKeyCharLeft, {-8, 0}}, {kKeyCharRight, {8, 0}}, {kKeyCharUp, {0, -8}}, {kKeyCharDown, {0, 8}}};
+        {u"Left", {-8, 0}}, {u"Right", {8, 0}}, {u"Up", {0, -8}}, {u"Down", {0, 8}}};
     for (const TStep& step : kSteps) {
-      const TKeyInterpretation wanted = {{step.fKey}, {0, 0}, 0};
-      const TError error =
-          fMorvane.IMorvane_CanKeyBeInterpretedAs(event.fPhysicalKey, event.fModifiers, wanted, outHandled);
-      if (error != kOK || outHandled != 0)
-        return error != kOK ? error : fView.IView_Offset(step.fDistance.fX, step.fDistance.fY);
+      if (!IsKey(fMorvane, event, step.fKey)) continue;
+      outHandled = 1;
+      return fView.IView_Offset(step.fDistance.fX, step.fDistance.fY);
     }
     return kOK;
   }
@@ -287,7 +282,11 @@ class CNoteView : public CDefaultHitViewBehavior {
 
  private:
   std::vector<TMenuItem> Items() const {
-    return {Item(u"Next _colour", kNextColour, u"k"), Item(u"_Remove", kRemoveNote, u"r")};
+    std::vector<TMenuItem> items = {Item(u"Next _colour", kNextColour, u"Ctrl+K"),
+                                    Item(u"C_hanging colour", kChangingColour, u"Ctrl+Shift+K"),
+                                    Item(u"_Remove", kRemoveNote, u"Ctrl+R")};
+    if (fIsChanging) items[1].fStateFlags |= kMenuItemChecked;
+    return items;
   }
   // [popup]
   TError ShowMenu(const TPoint& point) {
@@ -305,8 +304,9 @@ class CNoteView : public CDefaultHitViewBehavior {
   TError Perform(std::uint32_t command, TFlag& outHandled) {
     switch (command) {
       case kNextColour:
-        fColour = (fColour + 1) % std::size(kNoteColours);
-        return Redraw();
+        return NextColour();
+      case kChangingColour:
+        return ToggleChanging();
       case kRemoveNote:
         return fBoard.RemoveNote(fView);
       default:
@@ -314,12 +314,30 @@ class CNoteView : public CDefaultHitViewBehavior {
         return kOK;
     }
   }
+  // [timer]
+  // The timer ends with the note.
+  TError ToggleChanging() {
+    fIsChanging = !fIsChanging;
+    TError error = kOK;
+    if (fIsChanging)
+      error = fColourTimer.CallEvery(800, [this] { return NextColour(); });
+    else
+      fColourTimer.Stop();
+    return error == kOK ? fMorvane.IMorvane_RequestMenuBarsSetup() : error;
+  }
+  TError NextColour() {
+    fColour = (fColour + 1) % std::size(kNoteColours);
+    return Redraw();
+  }
+  // [end]
   TError Redraw() { return fMorvane.IMorvane_InvalidateView(fView, RectOf(fView)); }
 
   IMorvane& fMorvane;
   IBoard& fBoard;
   std::wstring fText;
   std::size_t fColour = 0;
+  CTimer fColourTimer;
+  bool fIsChanging = false;
   bool fHasFocus = false;
 };
 
@@ -350,6 +368,7 @@ class CBoardWindow : public CDefaultDocumentWindowBehavior, public IBoard {
   CBoardWindow(IDocumentWindow& window, IMorvane& morvane)
       : CDefaultDocumentWindowBehavior(window), fMorvane(morvane) {
     ThrowIfFailed(ChangeState(window, [](auto& state) { CopyText(state.fTitle, u"Board"); }));
+    ThrowIfFailed(SetClientSize(window, {420, 320}));
     ThrowIfFailed(fBoard.Create(morvane, RootViewOf(window), "Board", ViewParams(kViewDrawPermanent32)));
     ThrowIfFailed(fPaper.Create(morvane, *fBoard.View(), "Paper", ViewParams(), *fBoard.View()));
     ThrowIfFailed(SetRect(*fPaper.View(), {0, 0, 2000, 2000}));
@@ -366,7 +385,7 @@ class CBoardWindow : public CDefaultDocumentWindowBehavior, public IBoard {
   // [window menu]
   TError IDocumentWindowBehavior_OnSetupMenuBar(IMenuBarState& state) override {
     return SetItems(state, kMenuDocument,
-                    {Item(u"_New note", kNewNote, u"n"), Item(u"_Settings", kBoardSettings)});
+                    {Item(u"_New note", kNewNote, u"Ctrl+N"), Item(u"_Settings", kBoardSettings)});
   }
   TError IDocumentWindowBehavior_OnMenuCommand(const TMenuCommandEvent& event, TFlag& outHandled) override {
     outHandled = 1;
@@ -384,10 +403,8 @@ class CBoardWindow : public CDefaultDocumentWindowBehavior, public IBoard {
     IModalOwner* owner = nullptr;
     TError error = fWindow.IDocumentWindow_GetModalOwner(owner);
     if (error != kOK) return error;
-    CModalDialogFactory<CMessageDialog, IMorvane&, std::wstring> factory(
-        fMorvane, L"This dialog belongs to its board. Other boards go on.");
-    fMorvane.IMorvane_CreateModalDialog(factory, owner, 0, 0, error);
-    return error;
+    return CreateModalDialog<CMessageDialog>(fMorvane, owner, 0, fMorvane,
+                                             L"This dialog belongs to its board. Other boards go on.");
   }
   // [end]
 
@@ -435,6 +452,13 @@ class CNotesApplication : public CDefaultApplication {
   using CDefaultApplication::CDefaultApplication;
 
   TError IMorvaneRunBehavior_OnNoDocument(TNoDocumentKind) override { return OpenBoard(); }
+  // What is set here stands for all views.
+  TError IMorvaneRunBehavior_OnBeginDraw(IDrawTools& tools) override {
+    const COpenPort port(tools);
+    ::SelectObject(port, ::GetStockObject(DEFAULT_GUI_FONT));
+    ::SetBkMode(port, TRANSPARENT);
+    return kOK;
+  }
   TError IMorvaneRunBehavior_OnSetupMenuBar(IMenuBarState& state) override {
     TMenuBarFlags flags = {};
     TError error = state.IMenuBarState_GetFlags(flags);
@@ -442,7 +466,8 @@ class CNotesApplication : public CDefaultApplication {
     flags.fShowWindowMenu = 1;
     if (error == kOK) error = state.IMenuBarState_SetFlags(flags);
     if (error != kOK) return error;
-    return SetItems(state, kMenuApplication, {Item(u"New _board", kNewBoard, u"b"), Item(u"_About", kAbout)});
+    return SetItems(state, kMenuApplication,
+                    {Item(u"New _board", kNewBoard, u"Ctrl+B"), Item(u"_About", kAbout)});
   }
   TError IMorvaneRunBehavior_OnMenuCommand(const TMenuCommandEvent& event, TFlag& outHandled) override {
     outHandled = 1;

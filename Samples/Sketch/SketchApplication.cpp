@@ -26,11 +26,11 @@ constexpr std::uint32_t kMessagePaletteAbove = 1;
 constexpr std::uint32_t kMessageShowPalette = 2;
 constexpr TPoint kPaletteCorner = {10, 24};  // in the client area of the document in front
 constexpr std::int64_t kScrollIntervalMS = 25;
-constexpr std::int64_t kNotBeforeWokenUp = 0x7FFFFFFF;
 
 }  // namespace
 
-CSketchApplication::CSketchApplication(IMorvane& morvane) : CDefaultApplication(morvane) {
+CSketchApplication::CSketchApplication(IMorvane& morvane)
+    : CDefaultApplication(morvane), fScrollTimer(morvane) {
   fStyle.fKind = TShapeKind::kRectangle;
   fStyle.fWidth = 3;
   fStyle.fFill = 0x7FB2F0;
@@ -54,21 +54,7 @@ TError CSketchApplication::IMorvaneRunBehavior_OnNoDocument(TNoDocumentKind) {
 
 TError CSketchApplication::IMorvaneRunBehavior_OnOpenURL(const char* url) {
   return Guarded([&] {
-    OpenFile(PathFromURL(url));
-    return TError{kOK};
-  });
-}
-
-// There is nothing to do in idle time but to scroll while the mouse rests; KeepScrolling wakes it up for
-// that.
-TError CSketchApplication::IMorvaneRunBehavior_OnIdle(std::int64_t& inOutDelayMS) {
-  inOutDelayMS = kNotBeforeWokenUp;
-  if (!fScrolling) return kOK;
-  return Guarded([&] {
-    if (fScrolling->ScrollWithDrag())
-      inOutDelayMS = kScrollIntervalMS;
-    else
-      fScrolling = nullptr;
+    OpenFile(PathOfURL(url));
     return TError{kOK};
   });
 }
@@ -90,7 +76,7 @@ TError CSketchApplication::IMorvaneRunBehavior_OnUnhandledError(TError error) {
   if (fIsReporting || IsQuitting()) return kOK;
   fIsReporting = true;
   const TError told = Guarded([&] {
-    ShowMessage({fMorvane, nullptr, MiddleOfScreen(fMorvane)},
+    ShowMessage({fMorvane, nullptr},
                 {u"Sketch",
                  u"Something could not be done",
                  {u"There may be too little memory. Save your documents.",
@@ -183,8 +169,18 @@ bool CSketchApplication::PerformShortcut(const TKeyEvent& event, bool alsoPlain)
 
 void CSketchApplication::KeepScrolling(CSketchWindow& window) {
   if (fScrolling) return;
+  ThrowIfFailed(fScrollTimer.CallEvery(kScrollIntervalMS, [this] { return ScrollOn(); }));
   fScrolling = &window;
-  ThrowIfFailed(fMorvane.IMorvane_WakeUpIdle());
+}
+
+// It goes on while the mouse rests.
+TError CSketchApplication::ScrollOn() {
+  return Guarded([&] {
+    if (fScrolling && fScrolling->ScrollWithDrag()) return TError{kOK};
+    fScrolling = nullptr;
+    fScrollTimer.Stop();
+    return TError{kOK};
+  });
 }
 
 // --- Quitting
@@ -244,7 +240,7 @@ void CSketchApplication::ShowPalette(bool shown) {
     const HWND active = ::GetActiveWindow();
     CFloatingWindowFactory<CSketchPalette, IMorvane&, CSketchApplication&> factory(fMorvane, *this);
     TError error = kOK;
-    fMorvane.IMorvane_CreateFloatingWindow(factory, kWindowStyleBit23, error);
+    fMorvane.IMorvane_CreateFloatingWindow(factory, kFloatingWindowCloseBoxBit, error);
     ThrowIfFailed(error);
     fPalette = factory.Made();
     if (active)
@@ -280,13 +276,13 @@ void CSketchApplication::ShowProperties() {
   }
   CModelessDialogFactory<CSketchPropertiesDialog, IMorvane&, CSketchApplication&> factory(fMorvane, *this);
   TError error = kOK;
-  fMorvane.IMorvane_CreateModelessDialog(factory, kWindowStyleBit23, 0, error);
+  fMorvane.IMorvane_CreateModelessDialog(factory, kModelessDialogCloseBoxBit, 0, error);
   ThrowIfFailed(error);
   fProperties = factory.Made();
 }
 
 void CSketchApplication::ShowAbout() {
-  ShowMessage({fMorvane, nullptr, MiddleOfScreen(fMorvane)},
+  ShowMessage({fMorvane, nullptr},
               {u"About Sketch",
                u"Sketch 0.1",
                {u"A vector drawing program.", u"The sample of a whole application of Morvane."},

@@ -25,7 +25,6 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
   NSMorvane::TError IMorvaneRunBehavior_OnQuitEvent() override;
   NSMorvane::TError IMorvaneRunBehavior_OnNoDocument(NSMorvane::TNoDocumentKind kind) override;
   NSMorvane::TError IMorvaneRunBehavior_OnOpenURL(const char* url) override;
-  NSMorvane::TError IMorvaneRunBehavior_OnIdle(std::int64_t& inOutDelayMS) override;
   NSMorvane::TError IMorvaneRunBehavior_OnAppMessage(std::uint32_t message, std::uint32_t rounds) override;
   NSMorvane::TError IMorvaneRunBehavior_OnUnhandledError(NSMorvane::TError error) override;
 
@@ -85,12 +84,14 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
 
  private:
   NSMorvane::TRect FrontFrame() const;
+  NSMorvane::TError ScrollOn();
 
   std::vector<CSketchWindow*> fWindows;
   CSketchWindow* fFront = nullptr;
   CSketchCommandWindow* fQuitWindow = nullptr;  // the last one that was asked to close by quitting
   CSketchWindow* fScrolling = nullptr;          // the one that scrolls with a drag
-  std::uint32_t fUntitledCount = 0;             // so far
+  NSMorvane::CTimer fScrollTimer;
+  std::uint32_t fUntitledCount = 0;  // so far
   TSketchTool fTool = TSketchTool::kSelect;
   TShape fStyle;
   std::vector<TShape> fCopied;

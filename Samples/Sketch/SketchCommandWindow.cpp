@@ -13,15 +13,12 @@ using namespace NSMorvane;
 
 namespace {
 
-constexpr std::int32_t kScreenMargin = 24;   // left free around a new window
-constexpr std::int32_t kCascadeStep = 28;    // from one new window to the next
-constexpr std::int32_t kCascadeWindows = 8;  // before it starts again
+constexpr std::int32_t kScreenMargin = 24;  // left free around a new window
 
 }  // namespace
 
 void SetUpWindow(IMorvane& morvane, IDocumentWindow& window, const std::u16string& title,
                  const TSize& minimum, TSize ideal) {
-  static std::int32_t windowsSoFar = 0;
   TMonitorList monitors;
   ThrowIfFailed(morvane.IMorvane_GetMonitors(monitors));
   const TRect& screen = monitors.fMonitors[monitors.fMainMonitorIndex].fWorkArea;
@@ -31,17 +28,11 @@ void SetUpWindow(IMorvane& morvane, IDocumentWindow& window, const std::u16strin
                       HeightOf(screen) - HeightOf(frame) - 2 * kScreenMargin};
   ideal.fWidth = std::max(std::min(ideal.fWidth, room.fWidth), minimum.fWidth);
   ideal.fHeight = std::max(std::min(ideal.fHeight, room.fHeight), minimum.fHeight);
-  const std::int32_t shift = kCascadeStep * (windowsSoFar++ % kCascadeWindows);
-  const std::int32_t left = screen.fLeft + kScreenMargin + std::clamp(room.fWidth - ideal.fWidth, 0, shift);
-  const std::int32_t top = screen.fTop + kScreenMargin + std::clamp(room.fHeight - ideal.fHeight, 0, shift);
 
   ThrowIfFailed(ChangeState(window, [&](TDocumentWindowState& state) {
     CopyText(state.fTitle, title);
     state.fMinimumClientSize = minimum;
     state.fIdealClientSize = ideal;
-    // The ideal rectangle gets the ideal size, at the place of the user's rectangle.
-    state.fPlacement.fUserRect = {left, top, left + WidthOf(state.fPlacement.fUserRect),
-                                  top + HeightOf(state.fPlacement.fUserRect)};
     state.fPlacement.fZoomState = kWindowStateIdeal;
   }));
 }
@@ -61,7 +52,7 @@ bool CSketchCommandWindow::IsBlocked() const {
 TDialogPlace CSketchCommandWindow::DialogPlace() const {
   IModalOwner* owner = nullptr;
   ThrowIfFailed(fWindow.IDocumentWindow_GetModalOwner(owner));
-  return {fMorvane, owner, MiddleOf(Window())};
+  return {fMorvane, owner};
 }
 
 // --- Commands

@@ -55,8 +55,8 @@ class CSketchCommandWindow : public NSMorvane::CDefaultDocumentWindowBehavior, p
   std::u16string fPath;
 };
 
-// Gives a new window its title, its least size, its first size (`ideal`, as far as the main monitor has room
-// for it) and its place, a little below and to the right of the window before.
+// Gives a new window its title, its least size, and its first size: `ideal`, as far as the main monitor has
+// room for it.
 void SetUpWindow(NSMorvane::IMorvane& morvane, NSMorvane::IDocumentWindow& window,
                  const std::u16string& title, const NSMorvane::TSize& minimum, NSMorvane::TSize ideal);
 

@@ -27,7 +27,8 @@ class CSketchModalDialog : public CDefaultModalDialogBehavior {
                      const TSize& size)
       : CDefaultModalDialogBehavior(window),
         fForm(place.fMorvane, WindowOf(window), RootViewOf(window), size) {
-    PlaceDialog(window, title, size, place.fMiddle);
+    ThrowIfFailed(ChangeState(window, [&](auto& state) { CopyText(state.fTitle, title); }));
+    ThrowIfFailed(SetClientSize(window, size));
   }
 
   TError IModalDialogBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) override {
@@ -70,11 +71,8 @@ class CSketchModalDialog : public CDefaultModalDialogBehavior {
 
 template <class TDialog, class... TArguments>
 void ShowModal(const TDialogPlace& place, TArguments&&... arguments) {
-  CModalDialogFactory<TDialog, const TDialogPlace&, TArguments&&...> factory(
-      place, std::forward<TArguments>(arguments)...);
-  TError error = kOK;
-  place.fMorvane.IMorvane_CreateModalDialog(factory, place.fOwner, 0, kWindowStyleBit23, error);
-  ThrowIfFailed(error);
+  ThrowIfFailed(CreateModalDialog<TDialog>(place.fMorvane, place.fOwner, kModalDialogCloseBoxBit, place,
+                                           std::forward<TArguments>(arguments)...));
 }
 
 // --- Message
@@ -250,18 +248,6 @@ TPoint ClientCornerOnScreen(IWindow& window) {
   POINT corner = {0, 0};
   ::ClientToScreen(native.fHwnd, &corner);
   return {corner.x, corner.y};
-}
-
-TPoint MiddleOf(IWindow& window) {
-  const TRect frame = FrameOnScreen(window);
-  return {(frame.fLeft + frame.fRight) / 2, (frame.fTop + frame.fBottom) / 2};
-}
-
-TPoint MiddleOfScreen(IMorvane& morvane) {
-  TMonitorList monitors;
-  ThrowIfFailed(morvane.IMorvane_GetMonitors(monitors));
-  const TRect& area = monitors.fMonitors[monitors.fMainMonitorIndex].fWorkArea;
-  return {(area.fLeft + area.fRight) / 2, (area.fTop + area.fBottom) / 2};
 }
 
 void ShowMessage(const TDialogPlace& place, const TMessage& message,

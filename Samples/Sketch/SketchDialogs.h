@@ -36,18 +36,14 @@ void PlaceDialog(TKind& window, const std::u16string& title, const NSMorvane::TS
   }));
 }
 
-// In screen coordinates: the frame of a window, the upper left corner of its client area, the middle of a
-// window, and that of the main monitor.
+// In screen coordinates: the frame of a window, and the upper left corner of its client area.
 NSMorvane::TRect FrameOnScreen(NSMorvane::IWindow& window);
 NSMorvane::TPoint ClientCornerOnScreen(NSMorvane::IWindow& window);
-NSMorvane::TPoint MiddleOf(NSMorvane::IWindow& window);
-NSMorvane::TPoint MiddleOfScreen(NSMorvane::IMorvane& morvane);
 
 // What a dialog is to be shown over: its owner, or null for one that blocks the whole application.
 struct TDialogPlace {
   NSMorvane::IMorvane& fMorvane;
   NSMorvane::IModalOwner* fOwner;
-  NSMorvane::TPoint fMiddle;
 };
 
 // Belongs to the behaviour of a window that shows dialogs. What is to be done with an answer goes through

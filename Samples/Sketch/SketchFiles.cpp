@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <cstring>
-#include <string_view>
 
 #include "SketchDocumentFile.h"
 #include "SketchGdi.h"
@@ -12,7 +11,6 @@ namespace NSSketch {
 
 namespace {
 
-constexpr std::string_view kScheme = "file://";
 constexpr LONGLONG kMaxFileBytes = 64 * 1024 * 1024;
 constexpr int kMaxTemporaries = 100;  // names tried for the file that is written first
 
@@ -97,13 +95,6 @@ DWORD WriteNewFile(const std::u16string& path, const std::string& bytes) {
 }
 
 }  // namespace
-
-std::u16string PathFromURL(const char* url) {
-  std::string_view path(url);
-  if (path.starts_with(kScheme)) path.remove_prefix(kScheme.size());
-  if (path.size() >= 2 && path.front() == '"' && path.back() == '"') path = path.substr(1, path.size() - 2);
-  return TextFromUTF8(path);
-}
 
 std::u16string NameOfPath(const std::u16string& path) {
   const std::size_t last = path.find_last_not_of(u"\\/");  // a folder's path may end with a separator

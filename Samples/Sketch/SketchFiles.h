@@ -1,4 +1,4 @@
-// Files of documents, told as "file://" URLs.
+// Files of documents.
 #pragma once
 
 #include <string>
@@ -6,9 +6,6 @@
 #include "SketchDocument.h"
 
 namespace NSSketch {
-
-// The path of a URL from the library. A command line may have left quotes around the path.
-std::u16string PathFromURL(const char* url);
 
 // The last part of a path.
 std::u16string NameOfPath(const std::u16string& path);

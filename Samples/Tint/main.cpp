@@ -26,6 +26,7 @@ enum TCommand : std::uint32_t { kDetails = 1, kSave, kFirstTint };
 
 constexpr std::uint32_t kTints[] = {0xD9822B, 0x2F9E60, 0x2F6FDE};  // 0x00RRGGBB
 constexpr const char16_t* kTintNames[] = {u"_Orange", u"_Green", u"_Blue"};
+constexpr const char16_t* kTintKeys[] = {u"Ctrl+1", u"Ctrl+2", u"Ctrl+3"};
 constexpr std::uint32_t kFirstTintOfAll = 0x808890;
 
 RECT ToNative(const TRect& rect) { return {rect.fLeft, rect.fTop, rect.fRight, rect.fBottom}; }
@@ -35,14 +36,6 @@ void FillWith(HDC hdc, const TRect& rect, std::uint32_t tint) {
   const HBRUSH brush = ::CreateSolidBrush(RGB((tint >> 16) & 0xFF, (tint >> 8) & 0xFF, tint & 0xFF));
   ::FillRect(hdc, &box, brush);
   ::DeleteObject(brush);
-}
-
-// Of a state: where the window first appears, told from where it would without this.
-template <class TState>
-void MoveBy(TState& state, std::int32_t dx, std::int32_t dy) {
-  TRect& rect = state.fPlacement.fUserRect;
-  rect = {rect.fLeft + dx, rect.fTop + dy, rect.fRight + dx, rect.fBottom + dy};
-  state.fPlacement.fZoomState = kWindowStateUser;
 }
 
 std::wstring HexOf(std::uint32_t tint) {
@@ -75,16 +68,12 @@ class CTextView : public CDefaultHitViewBehavior {
     RECT box = ToNative(RectOf(fView));
     const COpenPort port(tools);
     if (fOnClick) ::DrawFrameControl(port, &box, DFC_BUTTON, DFCS_BUTTONPUSH);
-    const HGDIOBJ oldFont = ::SelectObject(port, ::GetStockObject(DEFAULT_GUI_FONT));
-    const int oldMode = ::SetBkMode(port, TRANSPARENT);
     const UINT across = fOnClick ? DT_CENTER : DT_LEFT;
     ::DrawTextW(port, fText.c_str(), -1, &box, across | DT_VCENTER | DT_SINGLELINE);
-    ::SetBkMode(port, oldMode);
-    ::SelectObject(port, oldFont);
     return kOK;
   }
   TError IViewBehavior_HandleClick(const TMouseEvent& event, TFlag& outHandled) override {
-    outHandled = fOnClick && event.fType == kMouseEventClick && event.fButtons == 1 ? 1 : 0;
+    outHandled = fOnClick && event.fType == kMouseEventClick && event.fButtons == kMouseButtonLeft ? 1 : 0;
     return outHandled != 0 ? fOnClick() : kOK;
   }
 
@@ -145,7 +134,7 @@ class CSwatchView : public CDefaultHitViewBehavior {
     return kOK;
   }
   TError IViewBehavior_HandleClick(const TMouseEvent& event, TFlag& outHandled) override {
-    outHandled = event.fType == kMouseEventClick && event.fButtons == 1 ? 1 : 0;
+    outHandled = event.fType == kMouseEventClick && event.fButtons == kMouseButtonLeft ? 1 : 0;
     return outHandled != 0 ? fOnClick() : kOK;
   }
 
@@ -162,7 +151,6 @@ class CPalette : public CDefaultFloatingWindowBehavior {
       : CDefaultFloatingWindowBehavior(window) {
     ThrowIfFailed(ChangeState(window, [](auto& state) {
       CopyText(state.fTitle, u"Tints");
-      MoveBy(state, 320, 0);
       state.fMinimumClientSize = state.fMaximumClientSize = {132, 44};
     }));
     std::int32_t left = 8;
@@ -179,11 +167,7 @@ class CPalette : public CDefaultFloatingWindowBehavior {
 };
 
 TError ShowPalette(IMorvane& morvane, const std::function<TError(std::uint32_t)>& choose) {
-  CFloatingWindowFactory<CPalette, IMorvane&, const std::function<TError(std::uint32_t)>&> factory(morvane,
-                                                                                                   choose);
-  TError error = kOK;
-  morvane.IMorvane_CreateFloatingWindow(factory, 0, error);
-  return error;
+  return CreateFloatingWindow<CPalette>(morvane, 0, morvane, choose);
 }
 // [end]
 
@@ -197,7 +181,6 @@ class CDetails : public CDefaultModelessDialogBehavior {
       : CDefaultModelessDialogBehavior(dialog), fMorvane(morvane), fOnGone(onGone) {
     ThrowIfFailed(ChangeState(dialog, [](auto& state) {
       CopyText(state.fTitle, u"Details");
-      MoveBy(state, 320, 100);
       state.fMinimumClientSize = state.fMaximumClientSize = {180, 48};
     }));
     ThrowIfFailed(fLabel.Create(morvane, RootViewOf(dialog), "Label", ViewParams(), L""));
@@ -212,10 +195,8 @@ class CDetails : public CDefaultModelessDialogBehavior {
   TError Focus() { return fWindow.IModelessDialog_FocusNow(); }
 
   TError IModelessDialogBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) override {
-    const TKeyInterpretation escape = {{kKeyCharEscape}, {0, 0}, 0};
-    const TError error =
-        fMorvane.IMorvane_CanKeyBeInterpretedAs(event.fPhysicalKey, event.fModifiers, escape, outHandled);
-    return error == kOK && outHandled != 0 ? fWindow.IModelessDialog_Release() : error;
+    outHandled = IsKey(fMorvane, event, u"Escape") ? 1 : 0;
+    return outHandled != 0 ? fWindow.IModelessDialog_Release() : kOK;
   }
 
  private:
@@ -226,7 +207,7 @@ class CDetails : public CDefaultModelessDialogBehavior {
 
 CDetails* OpenDetails(IMorvane& morvane, const std::function<void()>& onGone, TError& outError) {
   CModelessDialogFactory<CDetails, IMorvane&, const std::function<void()>&> factory(morvane, onGone);
-  morvane.IMorvane_CreateModelessDialog(factory, kWindowStyleBit23, 0, outError);  // with a close box
+  morvane.IMorvane_CreateModelessDialog(factory, kModelessDialogCloseBoxBit, 0, outError);
   return outError == kOK ? factory.Made() : nullptr;
 }
 // [end]
@@ -257,12 +238,11 @@ class CQuestion : public CDefaultModalDialogBehavior {
 
   TError IModalDialogBehavior_OnRequestClose(TCloseReason) override { return Answer(TAnswer::kCancel); }
   TError IModalDialogBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) override {
-    constexpr TChar kKeys[] = {kKeyCharReturn, u'd', kKeyCharEscape};
+    constexpr const char16_t* kKeys[] = {u"Return", u"D", u"Escape"};
     for (std::size_t i = 0; i < std::size(kKeys); ++i) {
-      const TKeyInterpretation key = {{kKeys[i]}, {0, 0}, 0};
-      const TError error =
-          fMorvane.IMorvane_CanKeyBeInterpretedAs(event.fPhysicalKey, event.fModifiers, key, outHandled);
-      if (error != kOK || outHandled != 0) return error == kOK ? Answer(static_cast<TAnswer>(i)) : error;
+      if (!IsKey(fMorvane, event, kKeys[i])) continue;
+      outHandled = 1;
+      return Answer(static_cast<TAnswer>(i));
     }
     return kOK;
   }
@@ -305,6 +285,7 @@ class CSheetWindow : public CDefaultDocumentWindowBehavior, public ISheet {
     const std::wstring name = fPath.empty() ? L"Untitled" : fPath.substr(fPath.find_last_of(L"\\/") + 1);
     ThrowIfFailed(ChangeState(
         window, [&](auto& state) { CopyText(state.fTitle, std::u16string(name.begin(), name.end())); }));
+    ThrowIfFailed(SetClientSize(window, {320, 200}));
     // A bitmap of 32 bits for the length of each paint, whatever the depth of the screen.
     ThrowIfFailed(fRamp.Create(morvane, RootViewOf(window), "Ramp", ViewParams(kViewDrawTemporary32), *this));
     fApplication.OnNew(this);
@@ -342,9 +323,9 @@ class CSheetWindow : public CDefaultDocumentWindowBehavior, public ISheet {
     IModalOwner* owner = nullptr;
     if (error == kOK) error = fWindow.IDocumentWindow_GetModalOwner(owner);
     if (error != kOK) return error;
-    CModalDialogFactory<CQuestion, IMorvane&, std::function<TError(TAnswer)>> factory(
-        fMorvane, [this, isQuitting](TAnswer answer) { return OnAnswer(answer, isQuitting); });
-    fMorvane.IMorvane_CreateModalDialog(factory, owner, 0, 0, error);
+    error = CreateModalDialog<CQuestion>(fMorvane, owner, 0, fMorvane, [this, isQuitting](TAnswer answer) {
+      return OnAnswer(answer, isQuitting);
+    });
     fIsAsking = error == kOK;
     return error;
   }
@@ -359,19 +340,18 @@ class CSheetWindow : public CDefaultDocumentWindowBehavior, public ISheet {
   // [end]
 
   TError IDocumentWindowBehavior_OnSetupMenuBar(IMenuBarState& state) override {
-    const auto item = [](std::u16string_view text, std::uint32_t command, char16_t key) {
+    const auto item = [](std::u16string_view text, std::uint32_t command, std::u16string_view shortcut) {
       TMenuItem made = {};
       CopyText(made.fText, text);
       made.fStateFlags = kMenuItemEnabled;
       made.fCommand = command;
-      made.fShortcut.fKeyText[0] = key;
-      made.fShortcut.fModifiers.fKeys = kModifierControl;
+      made.fShortcut = KeyOf(shortcut);
       return made;
     };
-    const TMenuItem document[] = {item(u"_Save", kSave, u's'), item(u"_Details", kDetails, u'i')};
+    const TMenuItem document[] = {item(u"_Save", kSave, u"Ctrl+S"), item(u"_Details", kDetails, u"Ctrl+I")};
     TMenuItem tints[std::size(kTints)];
     for (std::uint32_t i = 0; i < std::size(kTints); ++i)
-      tints[i] = item(kTintNames[i], kFirstTint + i, static_cast<char16_t>(u'1' + i));
+      tints[i] = item(kTintNames[i], kFirstTint + i, kTintKeys[i]);
     TMenuBarFlags flags = {};
     TError error = state.IMenuBarState_GetFlags(flags);
     flags.fSecondMenuItemEnabled = 1;
@@ -425,23 +405,30 @@ class CSheetWindow : public CDefaultDocumentWindowBehavior, public ISheet {
 
 class CTintApplication : public CDefaultApplication, public IApplication {
  public:
-  using CDefaultApplication::CDefaultApplication;
+  // [failures]
+  // What goes wrong stands in the debugger's log.
+  explicit CTintApplication(IMorvane& morvane)
+      : CDefaultApplication(morvane),
+        fFailures(morvane, [](const std::string& line) { ::OutputDebugStringA((line + "\n").c_str()); }) {}
+  // [end]
 
   TError IMorvaneRunBehavior_OnNoDocument(TNoDocumentKind) override { return Open({}); }
+  // [font]
+  // Before the views of a window are drawn: what is set here stands for all of them.
+  TError IMorvaneRunBehavior_OnBeginDraw(IDrawTools& tools) override {
+    const COpenPort port(tools);
+    ::SelectObject(port, ::GetStockObject(DEFAULT_GUI_FONT));
+    ::SetBkMode(port, TRANSPARENT);
+    return kOK;
+  }
+  // [end]
 
   // [open files]
   // Each file that is handed over, wherever it comes from: the command line, a drop on a document window, or
   // a second launch, which then ends.
   TError IMorvaneRunBehavior_OnOpenURL(const char* url) override {
-    std::string_view path(url);
-    constexpr std::string_view kScheme = "file://";
-    if (path.starts_with(kScheme)) path.remove_prefix(kScheme.size());
-    // As it stood on a command line, it may have its quotes yet.
-    if (path.size() > 1 && path.front() == '"' && path.back() == '"') path = path.substr(1, path.size() - 2);
-    wchar_t wide[MAX_PATH] = {};
-    const int length =
-        ::MultiByteToWideChar(CP_UTF8, 0, path.data(), static_cast<int>(path.size()), wide, MAX_PATH - 1);
-    return length > 0 ? Open(wide) : kBadInputProgrammingError;
+    const std::u16string path = PathOfURL(url);
+    return path.empty() ? TError{kBadInputProgrammingError} : Open({path.begin(), path.end()});
   }
   // [end]
 
@@ -488,6 +475,7 @@ class CTintApplication : public CDefaultApplication, public IApplication {
     return shown == kOK && fFront ? fFront->Focus() : shown;  // the keys go on to the document
   }
 
+  CFailureOutput fFailures;
   std::vector<ISheet*> fSheets;
   ISheet* fFront = nullptr;
   CDetails* fDetails = nullptr;  // the library's
