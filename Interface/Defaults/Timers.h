@@ -95,7 +95,7 @@ class CTimerList {
 // main thread is free. A callback may delete its timer and its owner. The code that it returns, or what it
 // throws as in Guarded, is handed to IMorvaneRunBehavior_OnUnhandledError, and the timer goes on.
 //
-// Timers must end before the root object does.
+// All of it is for the main thread, and timers must end before the root object does.
 class CTimer {
  public:
   explicit CTimer(IMorvane& morvane) : fMorvane(morvane) {}
