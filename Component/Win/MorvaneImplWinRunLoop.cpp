@@ -3,6 +3,7 @@
 // The order of the steps is part of the behaviour. Nothing here holds an iterator across a callback: a
 // callback may run a loop of its own and come back here.
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "Component/Portable/MorvaneImplUtilsMenuBarState.h"
@@ -128,7 +129,9 @@ void CMorvaneImpl::RunMainLoop() {
 void CMorvaneImpl::ParseCommandLine(const TString& commandLine) {
   CCommandLine parsed = NSMorvane::ParseCommandLine(commandLine, CFileSystemProbe());
   fCommandLineOptions = std::move(parsed.fOptions);
-  fCommandLineFiles = std::move(parsed.fFiles);
+  // Behind those of an earlier launch that still wait for a dialog to end: none gets lost.
+  fCommandLineFiles.insert(fCommandLineFiles.end(), std::make_move_iterator(parsed.fFiles.begin()),
+                           std::make_move_iterator(parsed.fFiles.end()));
 }
 
 // False if there were none.

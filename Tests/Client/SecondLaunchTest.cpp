@@ -186,6 +186,22 @@ TEST_F(SecondLaunchTest, ALostMessageIsNotMissed) {
             "StartUp NoDocument:5003 " + OpenURL("a.txt") + " " + OpenURL("b.txt") + " CleanUp deleted");
 }
 
+// While a file is being opened, with a dialog perhaps, the others wait, and those of a second launch behind
+// them.
+TEST_F(SecondLaunchTest, FilesThatWaitAreKept) {
+  if (RunAsSecondProcess()) return;
+  fRun.fHooks["OpenURL:file://a.txt"] = [this] {
+    StartSecondProcess(L"c.txt");
+    LetSecondProcessesRun();
+    EXPECT_TRUE(YieldUntil([this] { return WaitForSingleObject(fSeconds[0], 0) == WAIT_OBJECT_0; }));
+    Turn();
+  };
+  fRun.fHooks[OpenURL("c.txt")] = [this] { Quit(); };
+  RunFrom(Hook(), L"a.txt b.txt");
+  EXPECT_EQ(Log(),
+            "StartUp OpenURL:file://a.txt OpenURL:file://b.txt " + OpenURL("c.txt") + " CleanUp deleted");
+}
+
 // The message alone, without a command line behind it, is reported, and opens the application anew like a
 // launch without files.
 TEST_F(SecondLaunchTest, MessageWithoutACommandLine) {
