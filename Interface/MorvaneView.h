@@ -134,7 +134,7 @@ class IViewBehavior {
   // IView_Offset has moved the view, itself or with a super view.
   virtual TError IViewBehavior_OnOffset(std::int32_t dx, std::int32_t dy) = 0;
   virtual TError IViewBehavior_OnEffectivelyEnabledChanged(TFlag enabled) = 0;
-  // The view, or one of its subviews, gets the keys from now on, or no longer.
+  // The view, or one of its subviews, gets the keys from now on, or no longer: in turns, once each time.
   virtual TError IViewBehavior_OnOnDutyFocusChanged(TFlag gained) = 0;
   // `event.fType` tells the pre-click pass from the normal one.
   virtual TError IViewBehavior_HandleClick(const TMouseEvent& event, TFlag& outHandled) = 0;

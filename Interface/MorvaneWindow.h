@@ -39,7 +39,8 @@ class IWindow {
   // The view that has the focus within this window, whether the window is active or not; or null.
   virtual TError IWindow_GetConceptualFocusView(IView*& out) = 0;
   // Null takes the focus away. kBadInputProgrammingError for a view of another window, or one that is not
-  // focusable or not enabled.
+  // focusable or not enabled. If the view fails when it is asked for its control, the focus stays, and its
+  // code is the result.
   //
   // A view that is released, disabled or no longer focusable loses the focus. It goes to a view of the tab
   // order that can have it: to the first one, and from a view that is just not focusable any more to the next

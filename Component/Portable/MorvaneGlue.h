@@ -444,7 +444,8 @@ class CIconGlue : public IIcon {
 // The window as the view tree sees it. All windows implement it; it never reaches the client.
 class IImplFocusTools {
  public:
-  // Both give the same view, whether the window is active or not.
+  // Both give the same view, whether the window is active or not: the one that will have the focus when the
+  // change under way is through.
   virtual CViewImpl* IImplFocusTools_GetOnDutyFocusView() = 0;
   virtual CViewImpl* IImplFocusTools_GetConceptualFocusView() = 0;
   virtual void IImplFocusTools_SetConceptualFocusView(CViewImpl* view) = 0;

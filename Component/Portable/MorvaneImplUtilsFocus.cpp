@@ -9,9 +9,10 @@ namespace NSMorvane {
 std::vector<CViewImpl*> GetFocusableTabViews(IImplFocusTools& tools) {
   std::vector<CViewImpl*> views;
   tools.IImplFocusTools_GetTabViews(views);
-  views.erase(std::remove_if(views.begin(), views.end(),
-                             [](const CViewImpl* view) { return !view->CanBeFocusTargetNow(); }),
-              views.end());
+  views.erase(
+      std::remove_if(views.begin(), views.end(),
+                     [](const CViewImpl* view) { return !view->IsLive() || !view->CanBeFocusTargetNow(); }),
+      views.end());
   return views;
 }
 
@@ -46,10 +47,11 @@ CViewImpl* FindPreviousFocusView(CViewImpl* anchorView, IImplFocusTools& tools) 
 bool IsFocusInSubtree(const CViewImpl& view) {
   IWindow* const motherWindow = view.GetMotherWindow();
   MORVANE_ASSERT(motherWindow != NULL);
-  IView* focusView = nullptr;
-  if (!motherWindow || motherWindow->IWindow_GetOnDutyFocusView(focusView) != kOK) return false;
+  IImplFocusTools* const tools = view.GetFocusTools();
+  TFlag isActive = 0;
+  if (!motherWindow || !tools || motherWindow->IWindow_IsActive(isActive) != kOK || !isActive) return false;
   // The walk up ends at the root view at the latest, which has no super view.
-  const CViewImpl* current = dynamic_cast<CViewImpl*>(focusView);
+  const CViewImpl* current = tools->IImplFocusTools_GetOnDutyFocusView();
   while (current && current != &view) current = current->GetSuperView().get();
   return current == &view;
 }

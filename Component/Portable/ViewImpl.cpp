@@ -11,7 +11,7 @@ namespace NSMorvane {
 
 namespace {
 
-// What a step of a destructor throws ends here, and the next step follows.
+// What a step of a view's end throws stops here, and the next step follows.
 template <class TStep>
 void RunDestructorStep(const TStep& step) noexcept {
   try {
@@ -93,7 +93,7 @@ TViewImplPtr CViewImpl::MakeSubView(CMorvaneImpl* morvaneImpl, IViewBehaviorFact
   try {
     view->SetBehavior(ownedBehavior);
   } catch (...) {
-    view->fClientsViewReference.reset();
+    view->CViewGlue_Release();
     MORVANE_RETHROW();
   }
   return view;
@@ -128,14 +128,7 @@ CViewImpl::~CViewImpl() {
   MORVANE_ASSERT(fClientsViewReference.get() == NULL);
   MORVANE_ASSERT(CheckInvariant());
   MORVANE_ASSERT(fSubViews.empty());
-  // No callback from here on can give it the focus back.
-  fFlags &= ~static_cast<std::uint32_t>(kViewFocusable);
   RunDestructorStep([this] { LeaveTabViews(); });
-  RunDestructorStep([this] { GiveUpFocus(); });
-  // A behaviour that refuses the focus must not leave it here.
-  RunDestructorStep([this] {
-    if (HasFocus()) fImplFocusTools->IImplFocusTools_SetConceptualFocusView(nullptr);
-  });
   RunDestructorStep([this] { InvalidateAround(fRect); });
   RunDestructorStep([this] { RemoveTooltip(); });
   RunDestructorStep([this] { fBehavior.reset(); });
@@ -191,6 +184,9 @@ void CViewImpl::CViewGlue_Release() {
   reference.swap(fClientsViewReference);
   // Otherwise it ends here, and sees to that itself.
   if (!fSubViews.empty()) InvalidateAround(fRect);
+  // From here on it cannot get the focus back. Behind its subviews it keeps its place in the tab list.
+  if (fSubViews.empty()) RunDestructorStep([this] { LeaveTabViews(); });
+  RunDestructorStep([this] { GiveUpFocus(); });
 }
 
 void CViewImpl::ForgetWindow() {

@@ -58,6 +58,8 @@ class CViewImpl : public CViewGlue {
   IViewBehavior* GetBehavior() const { return fBehavior.get(); }
   // Null once the window has gone before its views.
   IWindow* GetMotherWindow() const { return fMotherWindow; }
+  // The window, or null once that has gone before its views.
+  IImplFocusTools* GetFocusTools() const { return fImplFocusTools; }
   // Null for a root view.
   const TViewImplPtr& GetSuperView() const { return fSuperView; }
   // The live ones, the first drawn first.

@@ -169,8 +169,8 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   void NotifyModifierKeyListeners(const TModifierKeysEvent& previous, const TModifierKeysEvent& now);
   // Calls and forgets what waits for the release of this key.
   void OnKeyReleased(const TPhysicalKeySpec& key);
-  // Calls and forgets all that waits for a release: the keyboard has gone elsewhere.
-  void AbandonKeyReleases();
+  // Calls and forgets all that waits for a release: the keyboard has gone elsewhere. The first failure.
+  TError AbandonKeyReleases();
 
   // --- IWinExtensions (MorvaneImplWinExtensions.cpp)
 

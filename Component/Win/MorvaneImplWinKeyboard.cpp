@@ -99,14 +99,11 @@ TError CMorvaneImpl::CallKeyRelease(const boost::shared_ptr<TKeyReleaseEntry>& e
   const boost::shared_ptr<TKeyReleaseEntry> called = entry;
   called->fIsCalled = true;
   TError error = kOK;
-  try {
+  const TError thrownError = ErrorOf([&] {
     if (called->fCallback) error = called->fCallback->IKeyReleaseCallback_OnKeyReleased(key, reason);
-  } catch (...) {
-    fKeyReleaseCallbacks.remove(called);
-    MORVANE_RETHROW();
-  }
+  });
   fKeyReleaseCallbacks.remove(called);
-  return error;
+  return thrownError != kOK ? thrownError : error;
 }
 
 void CMorvaneImpl::OnKeyReleased(const TPhysicalKeySpec& key) {
@@ -121,8 +118,9 @@ bool CMorvaneImpl::IsWaiting(const boost::shared_ptr<TKeyReleaseEntry>& entry) c
                                   fKeyReleaseCallbacks.end();
 }
 
-// Here, too, those that are there now: one that is installed on the way waits for the next occasion.
-void CMorvaneImpl::AbandonKeyReleases() {
+// Here, too, those that are there now: one that is installed on the way waits for the next occasion. A
+// failure is no reason not to call the others.
+TError CMorvaneImpl::AbandonKeyReleases() {
   TError firstError = kOK;
   for (const auto& entry : TKeyReleaseList(fKeyReleaseCallbacks)) {
     if (!IsWaiting(entry)) continue;
@@ -130,7 +128,7 @@ void CMorvaneImpl::AbandonKeyReleases() {
     const TError error = CallKeyRelease(entry, key, kKeyReleaseDeactivated);
     if (firstError == kOK) firstError = error;
   }
-  MORVANE_CHECK(firstError);
+  return firstError;
 }
 
 }  // namespace NSMorvane

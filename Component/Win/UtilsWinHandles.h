@@ -20,6 +20,16 @@ class CNotCopied {
   ~CNotCopied() = default;
 };
 
+// Sets a flag while it lives.
+class CFlagScope : CNotCopied {
+ public:
+  explicit CFlagScope(bool& flag) : fFlag(flag) { fFlag = true; }
+  ~CFlagScope() { fFlag = false; }
+
+ private:
+  bool& fFlag;
+};
+
 // --- Owners
 
 // DeleteObject. THandle is HBITMAP, HBRUSH, HFONT, HPEN or HRGN. Null is allowed and owns nothing.

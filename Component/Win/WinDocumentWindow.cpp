@@ -40,8 +40,8 @@ TError CDocumentWindowImpl::IDocumentWindow_FocusNow() {
 bool CDocumentWindowImpl::OnMenuCommand(const TMenuCommandEvent& event) {
   TFlag handled = 0;
   // Held for the walk, and its super views with it.
-  const TViewImplPtr focusView =
-      fFocusView && fFocusView->IsLive() ? fFocusView->GetClientsViewReference() : TViewImplPtr();
+  const CViewImpl* const focus = fFocus.GetView();
+  const TViewImplPtr focusView = focus && focus->IsLive() ? focus->GetClientsViewReference() : TViewImplPtr();
   for (const CViewImpl* view = focusView.get(); view; view = view->GetSuperView().get()) {
     if (!view->IsLive()) continue;  // released, it lives on behind its subviews only
     IViewBehavior* const behavior = view->GetBehavior();

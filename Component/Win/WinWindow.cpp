@@ -49,7 +49,8 @@ CWinWindow::CWinWindow(CMorvaneImpl* morvane, TWindowKind windowKind, IModalOwne
       fWindowKind(windowKind),
       fOwnerHwnd(NativeOwner(owner)),
       fIsHidden(true),
-      fFocusView(nullptr),
+      fFocus(*this, *this),
+      fIsDeactivating(false),
       fListedInWindowMenu(listedInWindowMenu),
       fTimerID(0),
       fInMouseTrackingCheck(false),
@@ -182,7 +183,7 @@ void CWinWindow::RemoveChildWindow(const CWinWindow* childWindow) {
 bool CWinWindow::CWindowGlue_CheckInvariant() const {
   // The root view and the focus view stand for all others.
   if (fRunBehavior && !(fRootView && !fRootView->CheckInvariant()) &&
-      !(fFocusView && !fFocusView->CheckInvariant()) && !(fHwnd && !IsWindow(fHwnd)) &&
+      !(fFocus.GetView() && !fFocus.GetView()->CheckInvariant()) && !(fHwnd && !IsWindow(fHwnd)) &&
       !(fNativeWindowWrapper && !fNativeWindowWrapper->CheckInvariant()))
     return true;
   MORVANE_UNREACHED();
@@ -347,6 +348,7 @@ void CWinWindow::KillWindowTimer() {
 CWinWindow::~CWinWindow() {
   MORVANE_ASSERT(CheckInvariant());
   fIsEnding = true;  // the kind is gone
+  fFocus.Forget();
   if (fRootView && !fRootView->GetRawSubViews().empty()) {
     DebugPrint("Not all subview were removed!");  // sic
     for (const CViewImpl* const view : fRootView->GetRawSubViews())

@@ -35,6 +35,7 @@
 #include "Component/Portable/MorvaneGlue.h"
 #include "Component/Portable/MorvaneImplUtilsGeometry.h"
 #include "Component/Portable/MorvaneImplUtilsMenuBarState.h"
+#include "Component/Portable/WindowFocus.h"
 #include "Component/Win/NativeWindowWrapper.h"
 #include "Component/Win/WinMouseQueries.h"
 #include "Component/Win/WinMsgEventListener.h"
@@ -68,6 +69,7 @@ struct TWindowMenuItem {
 class CWinWindow : public CWindowGlue,
                    public IModalOwner,
                    public IImplFocusTools,
+                   public IFocusWindow,
                    public INativeWindowWrapper_ProcListener,
                    public IViewWindow {
  public:
@@ -134,12 +136,16 @@ class CWinWindow : public CWindowGlue,
   TError IWindow_GetTabViews(IViewListReceiver& out) override;
   TError IWindow_SetGlobalAlpha(std::uint8_t alpha) override;
 
-  CViewImpl* IImplFocusTools_GetOnDutyFocusView() override { return fFocusView; }
-  CViewImpl* IImplFocusTools_GetConceptualFocusView() override { return fFocusView; }
+  CViewImpl* IImplFocusTools_GetOnDutyFocusView() override { return fFocus.GetNextView(); }
+  CViewImpl* IImplFocusTools_GetConceptualFocusView() override { return fFocus.GetNextView(); }
   void IImplFocusTools_SetConceptualFocusView(CViewImpl* view) override;
   void IImplFocusTools_GetTabViews(std::vector<CViewImpl*>& out) override { out = fTabViews; }
   void IImplFocusTools_SetTabViews(std::vector<CViewImpl*> tabViews) override;
   boost::shared_ptr<void> IImplFocusTools_KeepAlive() override { return fClientsWindowReference; }
+
+  bool IFocusWindow_IsActive() override;
+  void IFocusWindow_GiveKeyboard(const TNativeWindow& control) override;
+  void IFocusWindow_OnFocusChanged() override;
 
   TError IModalOwner_GetNativeWindow(TNativeWindow& out) override;
 
@@ -286,10 +292,6 @@ class CWinWindow : public CWindowGlue,
   void OnDeactivated();
   void OnReceivedFocus();
   void OnLostFocus();
-  void SendOnDutyFocusGained(CViewImpl* view);
-  void SendOnDutyFocusLost(CViewImpl* view);
-  HWND GetNativeFocusTarget(CViewImpl* view);
-  void RequestMenuBarsAfterFocusChange();
 
   // --- Messages
 
@@ -401,7 +403,8 @@ class CWinWindow : public CWindowGlue,
   TWinWindowState fWindowState;
   bool fIsHidden;  // true until Show, and after Hide
   boost::shared_ptr<IMouseCapture> fMouseCapture;
-  CViewImpl* fFocusView;
+  CWindowFocus fFocus;
+  bool fIsDeactivating;
   std::vector<CViewImpl*> fTabViews;
   std::list<boost::weak_ptr<CViewImpl>> fMouseTrackingViews;  // those that the mouse is inside of
   std::vector<boost::weak_ptr<CViewImpl>> fLastHitViews;

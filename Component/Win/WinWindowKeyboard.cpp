@@ -96,9 +96,9 @@ bool CWinWindow::OfferKeyToFocusChain(const TKeyEvent& event) {
 
 bool CWinWindow::OfferAlongFocusChain(bool endsWithView,
                                       const std::function<void(IViewBehavior&, TFlag&)>& offer) {
-  if (!fFocusView || !fFocusView->IsLive()) return false;
+  if (!fFocus.GetView() || !fFocus.GetView()->IsLive()) return false;
   // Held for the walk, and its super views with it: views can end themselves and each other.
-  const TViewImplPtr focusView = fFocusView->GetClientsViewReference();
+  const TViewImplPtr focusView = fFocus.GetView()->GetClientsViewReference();
   for (CViewImpl* view = focusView.get(); view; view = view->GetSuperView().get()) {
     IViewBehavior* const behavior = view->IsLive() ? view->GetBehavior() : nullptr;
     if (!behavior) continue;
@@ -113,8 +113,8 @@ bool CWinWindow::OfferAlongFocusChain(bool endsWithView,
 bool CWinWindow::MoveFocusByTab(const TKeyEvent& event) {
   if (event.fPhysicalKey.fVirtualKey != VK_TAB) return false;
   const bool backwards = (event.fModifiers.fKeys & kModifierShift) != 0;
-  CViewImpl* const view =
-      backwards ? FindPreviousFocusView(fFocusView, *this) : FindNextFocusView(fFocusView, *this);
+  CViewImpl* const anchor = fFocus.GetNextView();
+  CViewImpl* const view = backwards ? FindPreviousFocusView(anchor, *this) : FindNextFocusView(anchor, *this);
   if (view) CWindowGlue_SetConceptualFocusView(view);
   return true;
 }

@@ -94,7 +94,7 @@ void CWinWindow::RunMenuBarSetup(CMenuBarState& state) {
   RequestMenuBarSetup(state);
   if (!fClientsWindowReference) return;  // released by that
   // The focus view comes last and so has the last word.
-  const std::vector<TViewImplPtr> focusChain = ViewChain(fFocusView);
+  const std::vector<TViewImplPtr> focusChain = ViewChain(fFocus.GetView());
   for (auto view = focusChain.rbegin(); view != focusChain.rend(); ++view) {
     // An earlier one may have released it.
     IViewBehavior* const behavior = (*view)->IsLive() ? (*view)->GetBehavior() : nullptr;

@@ -48,16 +48,6 @@ bool TakeTurn(const char* passName, TTurn&& turn) {
   return false;
 }
 
-// Set while it lives.
-class CFlagScope : CNotCopied {
- public:
-  explicit CFlagScope(bool& flag) : fFlag(flag) { fFlag = true; }
-  ~CFlagScope() { fFlag = false; }
-
- private:
-  bool& fFlag;
-};
-
 // What is known of the window system may be wrong once a client has been called.
 class CForgetScope : CNotCopied {
  public:
@@ -404,7 +394,7 @@ bool CWinWindow::DispatchClick(TMouseEvent& event) {
 bool CWinWindow::PreClick(TMouseEvent& event, const TViews& hitViews) {
   ToPreClick(event);
   const std::vector<IView*> clientViews = ClientViews(hitViews);
-  CViewImpl* focusTarget = fFocusView;
+  CViewImpl* focusTarget = nullptr;
   bool changeFocus = false;
   bool isHandled = false;
   for (std::size_t i = 0; i < hitViews.size() && !isHandled; ++i) {
@@ -419,19 +409,17 @@ bool CWinWindow::PreClick(TMouseEvent& event, const TViews& hitViews) {
       if (const std::uint32_t numViews = event.fViewCount; event.fViews) MORVANE_ASSERT(numViews > 0);
       IViewBehavior* const behavior = view.GetBehavior();
       if (!behavior) return false;
-      const CViewImpl* const oldFocusView = fFocusView;
+      const CViewImpl* const oldFocusView = fFocus.GetView();
       TFlag handled = 0;
       MORVANE_CHECK(behavior->IViewBehavior_HandleClick(event, handled));
-      if (fFocusView != oldFocusView) {
-        // The behaviour has seen to the focus itself.
-        focusTarget = fFocusView;
-        changeFocus = false;
-      }
+      // The behaviour may have seen to the focus itself.
+      if (fFocus.GetView() != oldFocusView) changeFocus = false;
       return handled != 0;
     });
   }
-  // A view that has been released meanwhile is on its way out.
-  if (changeFocus && focusTarget->IsLive()) IImplFocusTools_SetConceptualFocusView(focusTarget);
+  // It may have been released or disabled meanwhile.
+  if (changeFocus && focusTarget->IsLive() && focusTarget->CanBeFocusTargetNow())
+    IImplFocusTools_SetConceptualFocusView(focusTarget);
   return isHandled;
 }
 

@@ -63,12 +63,6 @@ bool IsSoundDrop(HGLOBAL block) {
 // Input methods notify of what is done here, too.
 bool gIsSuppressingInputMethod = false;
 
-class CSuppressionScope : CNotCopied {
- public:
-  CSuppressionScope() { gIsSuppressingInputMethod = true; }
-  ~CSuppressionScope() { gIsSuppressingInputMethod = false; }
-};
-
 // Names of classes come in any case.
 bool IsEditControl(HWND hwnd) {
   wchar_t className[32] = {};
@@ -189,7 +183,7 @@ void CWinWindow::OnDropFiles(HGLOBAL drop) {
 
 void CWinWindow::OnImeNotify(WPARAM command) {
   if (!GetSystemMetrics(SM_IMMENABLED) || command != IMN_SETOPENSTATUS || gIsSuppressingInputMethod) return;
-  const CSuppressionScope scope;
+  const CFlagScope scope(gIsSuppressingInputMethod);
   try {
     const HWND focus = GetFocus();
     if (!focus || !IsEditControl(focus)) SuppressInputMethod();

@@ -130,7 +130,7 @@ void CWinWindow::DestroyTooltipWindow() {
 std::uint32_t CWinWindow::AddTool(CViewImpl& view, const TString& text) {
   const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
   CreateTooltipWindow();
-  const HWND control = GetNativeFocusTarget(&view);
+  const HWND control = GetNativeFocusTarget(view).fHwnd;
   TTTOOLINFOW controlInfo = MakeControlToolInfo(fHwnd, control);
   if (control) AddNativeTool(fTooltipHwnd, controlInfo, text);
   const std::uint32_t toolNumber = gNextToolId++;
@@ -159,7 +159,7 @@ void CWinWindow::UpdateToolText(std::uint32_t toolTipHandle, CViewImpl&, const T
 void CWinWindow::RemoveTool(std::uint32_t toolNumber, CViewImpl& view) {
   if (toolNumber == 0) return;
   const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
-  const HWND control = fTooltipHwnd ? GetNativeFocusTarget(&view) : nullptr;
+  const HWND control = fTooltipHwnd ? GetNativeFocusTarget(view).fHwnd : nullptr;
   if (fTooltipHwnd) {
     TTTOOLINFOW info = MakeToolInfo(fHwnd, toolNumber);
     SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, info);

@@ -26,10 +26,10 @@ TEST_IN_RUN(WindowFocusTest, SuperViewsAreToldToo) {
   EXPECT_EQ(CallsOfFocus("leaf"), "outer:on inner:on leaf:on");
   EXPECT_EQ(CallsOfFocus("other"), "leaf:off inner:off outer:off other:on");
 
-  // Nor is the focus another one if the native control of the next view is not to be had.
+  // The focus comes back if the native control of the next view is not to be had.
   fViewRecord.fHooks = {{"other:target", TError(100322)}};
   SetFocus("leaf");
-  EXPECT_EQ(CallsOfFocus("other", 100322), "leaf:off inner:off outer:off");
+  EXPECT_EQ(CallsOfFocus("other", 100322), "leaf:off inner:off outer:off outer:on inner:on leaf:on");
   EXPECT_EQ(Focus(), "leaf");
   fViewRecord.fHooks.clear();
 
@@ -63,10 +63,34 @@ TEST_IN_RUN(WindowFocusTest, AnInactiveWindow) {
   EXPECT_EQ(CallsOfFocus("other"), "");
   EXPECT_EQ(ViewCallsOf([this] { SetActiveWindow(Hwnd()); }), "other:on");
   EXPECT_EQ(GetFocus(), fOther->fControl);
+  // While it is not active, a view keeps the focus that it could not have; no longer.
+  SetActiveWindow(second.fHwnd);
+  SetTabViews({"inner"});
+  EXPECT_EQ(ViewCallsOf([this] { SetFlags("other", kViewFocusable); }), "");
+  EXPECT_EQ(Focus(), "other");
+  EXPECT_EQ(ViewCallsOf([this] { SetActiveWindow(Hwnd()); }), "outer:on inner:on");
   Release(second);
 }
 
-// Its super views are told all the same, and the focus goes on to the next view that Tab would visit.
+TEST_IN_RUN(WindowFocusTest, AControlTakesTheKeyboard) {
+  OpenWithFocusTree();
+  SetFocus("leaf");
+  const HWND control = MakeControl();
+  EXPECT_EQ(ViewCallsOf([=] { ::SetFocus(control); }), "leaf:off inner:off outer:off");
+  EXPECT_EQ(Focus(), "leaf");
+  EXPECT_EQ(ViewCallsOf([this] { ::SetFocus(Hwnd()); }), "outer:on inner:on leaf:on");
+  ::SetFocus(control);
+  EXPECT_EQ(CallsOfFocus("leaf"), "outer:on inner:on leaf:on");
+  EXPECT_EQ(GetFocus(), Hwnd());
+  ::SetFocus(control);
+  EXPECT_EQ(CallsOfFocus("other"), "other:on");
+  EXPECT_EQ(GetFocus(), Hwnd());
+  // Nobody hears twice that the window is left.
+  ::SetFocus(control);
+  EXPECT_EQ(ViewCallsOf([this] { Send(WM_ACTIVATE, WA_INACTIVE); }), "");
+}
+
+// Its super views are told all the same. Whoever would have had the focus without the change is not.
 TEST_IN_RUN(WindowFocusTest, AViewThatEndsItselfWhenItGoesOffDuty) {
   OpenWithFocusTree();
   SetTabViews({"leaf", "other", "inner"});
@@ -75,12 +99,8 @@ TEST_IN_RUN(WindowFocusTest, AViewThatEndsItselfWhenItGoesOffDuty) {
     fViewRecord.fHooks.clear();
     ReleaseView("leaf");
   };
-  ViewCalls();
-  SetFocus("inner");
+  EXPECT_EQ(CallsOfFocus("inner"), "leaf:off inner:off outer:off outer:on inner:on leaf:x");
   EXPECT_EQ(Focus(), "inner");
-  CallLog& log = fViewRecord.fLog;
-  EXPECT_EQ(log.Last(), "inner:on");
-  EXPECT_EQ(log.Count("other:off"), 1);  // it has gained in between
   // One that is disabled, or released, while it gets the focus.
   SetTabViews({});
   fViewRecord.fHooks["inner:off"] = [this] { SetFlags("other", kViewFocusable); };
@@ -91,7 +111,7 @@ TEST_IN_RUN(WindowFocusTest, AViewThatEndsItselfWhenItGoesOffDuty) {
   fViewRecord.fHooks["inner:off"] = [this] { ReleaseView("other"); };
   SetFocus("other");
   EXPECT_EQ(Focus(), "");
-  EXPECT_EQ(log.Last(), "other:x");
+  EXPECT_EQ(fViewRecord.fLog.Last(), "other:x");
   fViewRecord.fHooks.clear();
 }
 

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "Component/Portable/ViewImpl.h"
+#include "Component/Portable/WindowFocus.h"
 #include "Interface/MorvaneDefaults.h"
 
 namespace NSMorvaneTest {
@@ -103,7 +104,7 @@ inline TError SetInvalidation(CViewImpl& view, TAutoInvalidation invalidation) {
   return SetParam(view, &TViewParams::fAutoInvalidation, invalidation);
 }
 
-class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewWindow {
+class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IFocusWindow, public IViewWindow {
  public:
   explicit FakeViewWindow(const TRect& rootRect = {0, 0, 400, 300}) {
     const TViewImplPtr root(new CViewImpl(nullptr, this));
@@ -144,6 +145,7 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewW
   // As the window's end does it, whatever views are left.
   void EndRootView() {
     if (!fRootView) return;
+    fFocus.Forget();
     if (!fRootView->GetRawSubViews().empty()) fRootView->ForgetWindow();
     fRootView->IView_Release();
     fRootView = nullptr;
@@ -164,7 +166,7 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewW
   }
   void MarkToolRectsDirty() override { ++fToolRectMarks; }
   std::uint32_t AddTool(CViewImpl& view, const TString& text) override {
-    AskForNativeTarget(view);
+    GetNativeFocusTarget(view);
     if (fAddToolFails) return 0;
     fTools[++fLastTool] = text;
     return fLastTool;
@@ -173,22 +175,26 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewW
     fTools.at(tool) = text;
   }
   void RemoveTool(std::uint32_t tool, CViewImpl& view) override {
-    AskForNativeTarget(view);
+    GetNativeFocusTarget(view);
     fTools.erase(tool);
   }
 
-  CViewImpl* IImplFocusTools_GetOnDutyFocusView() override { return fFocusView; }
-  CViewImpl* IImplFocusTools_GetConceptualFocusView() override { return fFocusView; }
-  void IImplFocusTools_SetConceptualFocusView(CViewImpl* view) override {
-    CWindowGlue_SetConceptualFocusView(view);
-  }
+  CViewImpl* IImplFocusTools_GetOnDutyFocusView() override { return fFocus.GetNextView(); }
+  CViewImpl* IImplFocusTools_GetConceptualFocusView() override { return fFocus.GetNextView(); }
+  void IImplFocusTools_SetConceptualFocusView(CViewImpl* view) override { fFocus.PassOn(view); }
   void IImplFocusTools_GetTabViews(std::vector<CViewImpl*>& out) override { out = fTabViews; }
   void IImplFocusTools_SetTabViews(std::vector<CViewImpl*> tabViews) override { fTabViews = tabViews; }
   boost::shared_ptr<void> IImplFocusTools_KeepAlive() override { return {}; }
 
+  bool IFocusWindow_IsActive() override { return fIsActive; }
+  void IFocusWindow_GiveKeyboard(const TNativeWindow&) override {}
+  void IFocusWindow_OnFocusChanged() override {}
+  CViewImpl* FocusView() const { return fFocus.GetView(); }
+
   // What the window is told, and what it says.
   bool fAddToolFails = false;
-  CViewImpl* fFocusView = nullptr;
+  bool fIsActive = true;
+  CWindowFocus fFocus{*this, *this};
   std::vector<CViewImpl*> fTabViews;
   std::map<std::uint32_t, TString> fTools;
 
@@ -202,21 +208,13 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewW
  protected:
   bool CWindowGlue_CheckInvariant() const override { return true; }
   TNativeWindow CWindowGlue_GetNativeWindow() override { return {nullptr}; }
-  CViewImpl* CWindowGlue_GetOnDutyFocusView() override { return fFocusView; }
-  CViewImpl* CWindowGlue_GetConceptualFocusView() override { return fFocusView; }
-  // Tells the views alone, and not their super views.
-  void CWindowGlue_SetConceptualFocusView(CViewImpl* view) override {
-    if (view == fFocusView) return;
-    if (fFocusView && fFocusView->GetBehavior())
-      fFocusView->GetBehavior()->IViewBehavior_OnOnDutyFocusChanged(0);
-    if (view) AskForNativeTarget(*view);
-    fFocusView = view;
-    if (view && view->GetBehavior()) view->GetBehavior()->IViewBehavior_OnOnDutyFocusChanged(1);
-  }
+  CViewImpl* CWindowGlue_GetOnDutyFocusView() override { return fIsActive ? FocusView() : nullptr; }
+  CViewImpl* CWindowGlue_GetConceptualFocusView() override { return FocusView(); }
+  void CWindowGlue_SetConceptualFocusView(CViewImpl* view) override { fFocus.SetView(view); }
   std::vector<CViewImpl*> CWindowGlue_GetTabViews() override { return fTabViews; }
   void CWindowGlue_SetTabViews(const std::vector<CViewImpl*>& tabViews) override { fTabViews = tabViews; }
   CViewImpl* CWindowGlue_GetRootView() override { return fRootView; }
-  bool CWindowGlue_IsActive() override { return true; }
+  bool CWindowGlue_IsActive() override { return fIsActive; }
   TRect CWindowGlue_GetFrameRect() override { return {}; }
   TRect CWindowGlue_FrameRectToClientRect(const TRect& rect) override { return rect; }
   TRect CWindowGlue_ClientRectToFrameRect(const TRect& rect) override { return rect; }
@@ -224,11 +222,6 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IViewW
   void CWindowGlue_SetGlobalAlpha(std::uint8_t) override {}
 
  private:
-  void AskForNativeTarget(CViewImpl& view) {
-    TNativeWindow target = {};
-    if (view.GetBehavior()) MORVANE_CHECK(view.GetBehavior()->IViewBehavior_GetNativeFocusTarget(target));
-  }
-
   CViewImpl* fRootView = nullptr;
   std::vector<boost::weak_ptr<CViewImpl>> fViews;
   std::uint32_t fLastTool = 0;

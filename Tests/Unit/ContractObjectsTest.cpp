@@ -221,7 +221,7 @@ TEST(ContractWindow, OnlyItsOwnViewsGetTheFocus) {
   EXPECT_EQ(kOK, window.IWindow_SetTabViews(nullptr, 0));
   EXPECT_EQ(kOK, window.IWindow_SetConceptualFocusView(view));
   SetFlags(own, kViewEnabled);
-  EXPECT_EQ(nullptr, window.fFocusView);
+  EXPECT_EQ(nullptr, window.FocusView());
   expectBad(window.IWindow_SetConceptualFocusView(view),
             focus + "dynamic_cast<CViewImpl*>(newConceptualFocusView)->CanBeFocusTargetNow())");
   window.ReleaseViews();

@@ -50,6 +50,12 @@ TEST_F(FocusSearch, NeighboursBothWays) {
   EXPECT_EQ(Views{&c}, GetFocusableTabViews(fWindow));
   SetFlags(c, kViewFocusable);
   check({{nullptr, nullptr, nullptr}, {&a, nullptr, nullptr}});
+  // Nor does one that has been released, and lives on behind its subview.
+  SetFlags(group, kFocusable);
+  SetFlags(a, kFocusable);
+  fWindow.fTabViews = {&a, &group, &b};
+  group.IView_Release();
+  check({{&a, &b, &b}});
 }
 
 // Three ways to lose the focus, each with others in the tab list and with none.
@@ -70,7 +76,7 @@ TEST_F(FocusSearch, WhoeverCannotKeepTheFocusHandsItOn) {
     EXPECT_EQ(kOK, fWindow.IWindow_SetConceptualFocusView(&view));
     if (end != kDeleted) SetFlags(view, end == kUnfocusable ? kViewEnabled : kViewFocusable);
     if (end == kDeleted) view.IView_Release();
-    EXPECT_EQ(expected, fWindow.fFocusView) << end;
+    EXPECT_EQ(expected, fWindow.FocusView()) << end;
     if (end != kDeleted) view.IView_Release();
     if (end != kUnfocusable) TakeReports();
   }
@@ -79,16 +85,15 @@ TEST_F(FocusSearch, WhoeverCannotKeepTheFocusHandsItOn) {
 
 TEST_F(FocusSearch, DisablingASuperViewMovesTheFocusOutOfIt) {
   fWindow.fTabViews = {&a, &b, &c};
-  fWindow.fFocusView = &a;
+  fWindow.fFocus.SetView(&a);
   EXPECT_TRUE(IsFocusInSubtree(fWindow.Root()) && IsFocusInSubtree(group) && IsFocusInSubtree(a));
   EXPECT_FALSE(IsFocusInSubtree(b) || IsFocusInSubtree(c));
   SetFlags(group, 0);
-  EXPECT_EQ(&c, fWindow.fFocusView);
-  // Enabling moves it as well.
+  EXPECT_EQ(&c, fWindow.FocusView());
+  // Enabling moves it as well, away from a view that has got it while it was disabled.
   SetFlags(group, kViewEnabled);
-  fWindow.fFocusView = &b;
   SetFlags(b, kViewFocusable);
-  fWindow.fFocusView = &b;
+  fWindow.fFocus.OnControlFocused(&b);
   SetFlags(b, kFocusable);
-  EXPECT_EQ(&c, fWindow.fFocusView);
+  EXPECT_EQ(&c, fWindow.FocusView());
 }

@@ -65,13 +65,13 @@ TEST_F(ViewTest, EndOfAViewStepByStep) {
   CViewImpl& other = Make(fRoot, "other", {0, 0, 5, 5}, kFocusable);
   CViewImpl& view = Make(fRoot, "view", {380, 0, 450, 20}, kFocusable);
   fWindow.fTabViews = {&view, &other};
-  fWindow.fFocusView = &view;
+  fWindow.fFocus.SetView(&view);
   view.IView_SetTooltipText(u"tip");
   Texts steps;
   // Losing the focus, the question for the native target when the tool goes, the end of the behaviour.
   BehaviorOf(view).fOnCall = BehaviorOf(view).fOnDeleted = [&] {
     steps.push_back((fWindow.fTabViews.size() == 1 ? "out of tabs, " : "in tabs, ") +
-                    std::string(fWindow.fFocusView == &other ? "focus moved, " : "has focus, ") +
+                    std::string(fWindow.FocusView() == &other ? "focus moved, " : "has focus, ") +
                     (fWindow.fInvalidRects.empty() ? "clean, " : "invalid, ") +
                     (fWindow.fTools.empty() ? "no tool, " : "tool, ") +
                     (fRoot.GetRawSubViews().size() == 2 ? "in tree" : "out of tree"));
@@ -89,10 +89,10 @@ TEST_F(ViewTest, EndOfAViewStepByStep) {
   // It goes through even if the next view refuses the focus.
   CViewImpl& next = Make(fRoot, "next", {0, 0, 20, 20}, kFocusable);
   fWindow.fTabViews = {&next, &other};
-  fWindow.fFocusView = &next;
+  fWindow.fFocus.SetView(&next);
   BehaviorOf(other).fError = 100002;
   EXPECT_EQ(kOK, next.IView_Release());
-  EXPECT_EQ(nullptr, fWindow.fFocusView);
+  EXPECT_EQ(nullptr, fWindow.FocusView());
 }
 
 TEST_F(ViewTest, EndOfADeepTree) {
@@ -121,7 +121,7 @@ TEST_F(ViewTest, ViewsOutliveTheirWindow) {
   CViewImpl& view = Make(group, "view", {0, 0, 10, 10}, kFocusable);
   view.IView_SetTooltipText(u"tip");
   fWindow.fTabViews = {&view};
-  fWindow.fFocusView = &view;
+  fWindow.fFocus.SetView(&view);
   fWindow.EndRootView();
   EXPECT_EQ(nullptr, view.GetMotherWindow());
   fWindow.Reset();
