@@ -70,6 +70,7 @@ CWinWindow::CWinWindow(CMorvaneImpl* morvane, TWindowKind windowKind, IModalOwne
       fSizeGripHwnd(nullptr),
       fTooltipHwnd(nullptr),
       fTooltipRectsDirty(true),
+      fHasNewTools(false),
       fMenuBarRebuilds(0),
       fMenuBarIsWhole(true),
       fIsEnding(false),

@@ -371,6 +371,7 @@ class CWinWindow : public CWindowGlue,
   void DestroyTooltipWindow();
   // Brings the rectangles of the tools up to date.
   void UpdateToolRects();
+  void TellTooltipsOfRestingMouse();
 
   // --- Menu bar
 
@@ -432,6 +433,7 @@ class CWinWindow : public CWindowGlue,
   HWND fSizeGripHwnd;
   HWND fTooltipHwnd;
   bool fTooltipRectsDirty;
+  bool fHasNewTools;  // since the rectangles were brought up to date
   CMenuBarState fMenuBarState;
   std::vector<TWindowMenuItem> fWindowMenuItems;  // as of the last build of the menu bar
   std::uint32_t fMenuBarRebuilds;

@@ -9,6 +9,7 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <optional>
 
 #include "Component/Portable/ViewImpl.h"
 #include "Component/Win/MorvaneImplWin.h"
@@ -30,6 +31,7 @@ constexpr std::int32_t kUnitsPerNotch = 120;
 // What the lines about ignored exceptions call the passes.
 constexpr char kPreTrackingPass[] = "pre pass of CWinWindow::DispatchMouseTracking.";
 constexpr char kNormalTrackingPass[] = "normal pass of CWinWindow::DispatchMouseTracking.";
+constexpr char kExitPass[] = "exits of CWinWindow::DispatchMouseTracking.";
 constexpr char kPreShapePhase[] = "pre phase of CWinWindow::RefreshMouseShape.";
 constexpr char kNormalShapePhase[] = "normal phase of CWinWindow::RefreshMouseShape.";
 constexpr char kClickPhase[] = "pre-click phase of CMacRootViewBehavior::HandleClick.";  // both of them; sic
@@ -48,7 +50,8 @@ bool TakeTurn(const char* passName, TTurn&& turn) {
   return false;
 }
 
-// What is known of the window system may be wrong once a client has been called.
+// What is known of the window system may be wrong once a client has been called. It stands in front of the
+// list of views that it is about: whoever goes with that is a client, too.
 class CForgetScope : CNotCopied {
  public:
   explicit CForgetScope(CMouseGlance& glance) : fGlance(glance) {}
@@ -210,11 +213,13 @@ void CWinWindow::CheckMouseTracking(const TPoint& point) {
   if (fInMouseTrackingCheck || fMouseCapture) return;
   const CFlagScope scope(fInMouseTrackingCheck);
   try {
+    std::optional<CForgetScope> forgetScope;
     // The view inspector is not built yet: here it will follow the mouse.
     const TViews hitViews = FindTrackableViews(point);
     std::erase_if(fLastHitViews, [](const auto& view) { return view.expired(); });
     if (std::equal(fLastHitViews.begin(), fLastHitViews.end(), hitViews.begin(), hitViews.end(), IsSameView))
       return;
+    forgetScope.emplace(fMouseGlance);
     std::uint64_t now = 0;
     MORVANE_CHECK(fMorvane->IMorvane_GetCurrentMS(now));
     const TMouseTracking event = MakeTracking(now, point);
@@ -236,10 +241,11 @@ void CWinWindow::DispatchMouseTracking(const TMouseTracking& event) {
   // A menu, a control, or another window of the client.
   if (fMouseGlance.GetCaptureWindow()) return;
 
+  std::optional<CForgetScope> forgetScope;
   const TViews hitViews = FindTrackableViews(event.fState.fPosition);
   fLastHitViews.assign(hitViews.begin(), hitViews.end());
   if (hitViews.empty() && fMouseTrackingViews.empty()) return;
-  const CForgetScope forgetScope(fMouseGlance);
+  forgetScope.emplace(fMouseGlance);
   std::ptrdiff_t nodeViewIndex = -1;
   std::ptrdiff_t rootViewIndex = -1;
   if (!hitViews.empty()) {
@@ -261,22 +267,24 @@ void CWinWindow::SendMouseExits(const TViews& newMouseTrackingViews) {
   // One that another one's exit releases still gets its own.
   TViews insideViews;
   for (const boost::weak_ptr<CViewImpl>& view : fMouseTrackingViews) insideViews.push_back(view.lock());
-  // The new ones hold at once: a behaviour may handle messages itself.
-  std::list<boost::weak_ptr<CViewImpl>> before(newMouseTrackingViews.begin(), newMouseTrackingViews.end());
-  before.swap(fMouseTrackingViews);
   auto view = insideViews.rbegin();
-  for (auto i = before.rbegin(); i != before.rend(); ++i, ++view) {
+  for (auto i = fMouseTrackingViews.rbegin(); i != fMouseTrackingViews.rend(); ++i, ++view) {
     MORVANE_ASSERT(!(i->expired()));
     const auto& views = newMouseTrackingViews;
     IViewBehavior* const behavior = (*view)->GetBehavior();
     if (!behavior || std::find(views.begin(), views.end(), *view) != views.end()) continue;
-    const TError error = behavior->IViewBehavior_OnMouseEnterExit(0);
+    TError error = kOK;
+    TakeTurn(kExitPass, [&] {
+      error = behavior->IViewBehavior_OnMouseEnterExit(0);
+      return error == kOK;
+    });
     if (error != kOK)
-      DebugPrint("The view behavior " + HandleText(behavior) + "returned the error " +  // sic, no blank
+      DebugPrint("The view behavior " + HandleText(behavior) + "returned the error " +
                  NumberText(static_cast<std::int32_t>(error)) +
                  " when IViewBehavior_OnMouseEnterExit was called. The error will be ignored in order to not "
                  "disrupt the mouse tracking.");
   }
+  fMouseTrackingViews.assign(newMouseTrackingViews.begin(), newMouseTrackingViews.end());
 }
 
 void CWinWindow::ArmMouseLeave() {
@@ -319,9 +327,10 @@ std::unique_ptr<IMouseShape> CWinWindow::AskForMouseShape(const TMouseShapeReque
   }
   if (fMouseGlance.GetCaptureWindow()) return nullptr;
 
+  std::optional<CForgetScope> forgetScope;
   const TViews hitViews = FindTrackableViews(request.fPosition);
   if (hitViews.empty()) return nullptr;
-  const CForgetScope forgetScope(fMouseGlance);
+  forgetScope.emplace(fMouseGlance);
   // The answer of the last view that was asked stands, handled or not.
   const auto ask = [&](const TViewImplPtr& view, TMousePhase phase) {
     return TakeTurn(phase == kMousePhasePre ? kPreShapePhase : kNormalShapePhase, [&] {

@@ -6,6 +6,7 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "Component/Portable/ViewImpl.h"
 #include "Component/Win/UtilsWin.h"
@@ -42,9 +43,22 @@ LRESULT SendToolMessage(HWND tooltip, UINT message, TTTOOLINFOW& info) {
   return SendMessageW(tooltip, message, 0, reinterpret_cast<LPARAM>(&info));
 }
 
+// The control breaks lines where the system does.
+TString TipText(const TString& text) {
+  TString result;
+  for (const TChar unit : text) unit == 0x2029 ? result += u"\r\n" : result += unit;
+  return result;
+}
+
+// The control copies the text.
+LRESULT SendToolText(HWND tooltip, UINT message, TTTOOLINFOW& info, const TString& text) {
+  const TString tipText = TipText(text);
+  info.lpszText = const_cast<wchar_t*>(WinText(tipText));
+  return SendToolMessage(tooltip, message, info);
+}
+
 void AddNativeTool(HWND tooltip, TTTOOLINFOW& info, const TString& text) {
-  info.lpszText = const_cast<wchar_t*>(WinText(text));  // the control copies it
-  if (!SendToolMessage(tooltip, TTM_ADDTOOLW, info)) ThrowError(kOtherError);
+  if (!SendToolText(tooltip, TTM_ADDTOOLW, info, text)) ThrowError(kOtherError);
 }
 
 RECT ToolRect(const CViewImpl& view) { return ToNative(view.GetClipBounds()); }
@@ -145,6 +159,7 @@ std::uint32_t CWinWindow::AddTool(CViewImpl& view, const TString& text) {
     if (control) SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, controlInfo);
     MORVANE_RETHROW();
   }
+  fTooltipRectsDirty = fHasNewTools = true;
   return toolNumber;
 }
 
@@ -152,8 +167,7 @@ void CWinWindow::UpdateToolText(std::uint32_t toolTipHandle, CViewImpl&, const T
   MORVANE_ASSERT(0!=toolTipHandle);
   MORVANE_ASSERT(0!=fTooltipHwnd);
   TTTOOLINFOW info = MakeToolInfo(fHwnd, toolTipHandle);
-  info.lpszText = const_cast<wchar_t*>(WinText(text));
-  SendToolMessage(fTooltipHwnd, TTM_UPDATETIPTEXTW, info);
+  SendToolText(fTooltipHwnd, TTM_UPDATETIPTEXTW, info, text);
 }
 
 void CWinWindow::RemoveTool(std::uint32_t toolNumber, CViewImpl& view) {
@@ -182,6 +196,21 @@ void CWinWindow::UpdateToolRects() {
     UpdateToolRect(fHwnd, fTooltipHwnd, view->GetTooltipHandle(), *view);
   }
   if (fTooltipViews.size() != count) fTooltipRectsDirty = true;
+  if (std::exchange(fHasNewTools, false)) TellTooltipsOfRestingMouse();
+}
+
+// They learn of the mouse by its movements, and of a tool that has come under it by none.
+void CWinWindow::TellTooltipsOfRestingMouse() {
+  MSG move = {};
+  if (!GetCursorPos(&move.pt)) return;
+  move.hwnd = WindowFromPoint(move.pt);
+  if (move.hwnd != fHwnd && !IsChild(fHwnd, move.hwnd)) return;
+  POINT place = move.pt;
+  if (!ScreenToClient(move.hwnd, &place)) return;
+  move.message = WM_MOUSEMOVE;
+  move.lParam = MAKELPARAM(place.x, place.y);
+  move.time = GetTickCount();
+  SendMessageW(fTooltipHwnd, TTM_RELAYEVENT, 0, reinterpret_cast<LPARAM>(&move));
 }
 
 }  // namespace NSMorvane

@@ -61,6 +61,17 @@ TEST_IN_RUN(KeyboardTest, AKeyGoesUntilSomebodyTakesIt) {
     hook.fHandled = 0;
   }
   EXPECT_EQ(Press(255), "");
+  // What somebody takes stays from the system, which would close the window for this one.
+  fRecord.fHooks["RequestClose"] = kOK;
+  const auto closesByKey = [this](TFlag handled) {
+    fViewRecord.fHooks["leaf:key"] = Handles(handled);
+    Press(VK_F4, 0x20000000, WM_SYSKEYDOWN);
+    Turn();
+    return fRecord.fLog.Count("RequestClose:0");
+  };
+  EXPECT_EQ(closesByKey(1), 0);
+  EXPECT_EQ(closesByKey(0), 1);
+  fRecord.fHooks.erase("RequestClose");
   SetFocus("");
   EXPECT_EQ(Press('A'), "window:key run:key");
 
@@ -225,6 +236,15 @@ TEST_IN_RUN(KeyboardTest, ReleasesAreToldOnce) {
   SetFocus("other");
   EXPECT_EQ(ViewCallsOf(deactivate), "other:off a65:714 b66:714");
   EXPECT_EQ(LetGo('A'), "");
+  // One that fails, in whatever way, does not keep the others from their call.
+  for (const auto& [hook, error] :
+       {std::pair(Hook(100321), TError(100321)), std::pair(Hook([] { throw 5; }), TError(kOtherError))}) {
+    install('A', {&a});
+    install('B', {&b});
+    fViewRecord.fHooks["a"] = hook;
+    EXPECT_EQ(ViewCallsOf(deactivate), "a65:714 b66:714");
+    ExpectReported(error);
+  }
 }
 
 // --- Keys by their text

@@ -363,9 +363,10 @@ TEST_IN_RUN(PopupMenusTest, ChoiceByKeyAndButton) {
   const TUse uses[] = {{false, {VK_DOWN, VK_DOWN, VK_RETURN}, 0, 2},
                        {false, {VK_ESCAPE}, 0, -1},
                        {false, {VK_UP, VK_RIGHT, VK_RETURN}, 1, 4},
-                       {true, {}, 0, 0}};
+                       {true, {}, 0, 0},
+                       {true, {VK_ESCAPE}, 1, -1}};
   Open();
-  for (int i = 0; i < 8; ++i) {
+  for (int i = 0; i < 10; ++i) {
     const TUse& use = uses[i / 2];
     const bool contextual = i % 2;
     SCOPED_TRACE(i);

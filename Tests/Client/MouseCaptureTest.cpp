@@ -161,6 +161,30 @@ TEST_IN_RUN(MouseCaptureTest, TheShapeFollowsItsArbitration) {
   ReleaseMouse();
 }
 
+// It is the front one of two windows that is asked.
+TEST_IN_RUN(MouseCaptureTest, TheShapeOfTwoWindows) {
+  OpenWithView();
+  WindowRecord second;
+  Make(Kind::kDocument, second);
+  const TRect frame = NativeFrame(Hwnd());
+  SetWindowPos(second.fHwnd, HWND_TOP, frame.fLeft, frame.fTop, 300, 300, 0);
+  MakeView("s", {0, 0, 300, 300}, &RootViewOf(*second.fDocument), kTrackable);
+  PutUnderMouse(kInside);
+  fViewRecord.fShapes = {{"s?", kMouseShapeHand}, {"a?", kMouseShapeText}};
+  Turn();
+  const auto arbitrate = [this](HWND place, WindowRecord& window) {
+    PutAt(place, window);
+    SetCursor(nullptr);
+    return ViewCallsOf([this] { EXPECT_EQ(fMorvane->IMorvane_RequestMouseShapeArbitration(), kOK); });
+  };
+  EXPECT_EQ(arbitrate(HWND_TOP, second), "s?< s?");
+  EXPECT_TRUE(PointerIs(IDC_HAND));
+  EXPECT_EQ(arbitrate(HWND_TOP, fRecord), "a?< a?");
+  EXPECT_TRUE(PointerIs(IDC_IBEAM));
+  ReleaseViews();
+  Release(second);
+}
+
 TEST_IN_RUN(MouseCaptureTest, TheStateOfTheMouseIsSampled) {
   OpenWithView();
   TMouseState state = {};
@@ -177,6 +201,24 @@ TEST_IN_RUN(MouseCaptureTest, TheStateOfTheMouseIsSampled) {
   const POINT place = OnScreen(fMouse);
   SendInputs({KeyInput(VK_SHIFT), MouseInput(place, MOUSEEVENTF_LEFTDOWN)});
   EXPECT_TRUE(becomes(1, kModifierShift));
+  // Every record has what is held down now; presses have a button of their own.
+  SetFlags("a", kTrackable | kViewFocusable);
+  SetFocus("a");
+  PutUnderMouse(kInside);
+  for (const bool isCaptured : {false, true}) {
+    if (isCaptured) Capture();
+    ViewRecord& record = fViewRecord;
+    record.fTracking = {}, record.fShapeRequest = {}, record.fClick = {}, record.fWheel = {};
+    for (const UINT message : {WM_MOUSEMOVE, WM_RBUTTONDOWN}) SendMouse(message);
+    Send(WM_MOUSEWHEEL, MAKEWPARAM(0, 120), MAKELPARAM(place.x, place.y));
+    const TMouseShapeRequest& tracked = record.fTracking.fState;
+    EXPECT_EQ((std::vector<std::uint32_t>{
+                  tracked.fButtons, tracked.fModifiers.fKeys, record.fShapeRequest.fButtons,
+                  record.fShapeRequest.fModifiers.fKeys, record.fClick.fButtons,
+                  record.fClick.fModifiers.fKeys, record.fWheel.fButtons, record.fWheel.fModifiers.fKeys}),
+              (std::vector<std::uint32_t>{1, 2, 1, 2, 2, 2, 1, 2}));
+  }
+  ReleaseMouse();
   SendInputs({MouseInput(place, MOUSEEVENTF_LEFTUP), MouseInput(place, MOUSEEVENTF_RIGHTDOWN),
               KeyInput(VK_SHIFT, KEYEVENTF_KEYUP)});
   EXPECT_TRUE(becomes(2, 0));

@@ -115,6 +115,15 @@ TEST_IN_RUN(MouseTest, ViewsClaimEventsAndFail) {
        {"pre pass of CWinWindow::DispatchMouseTracking", "normal pass of CWinWindow::DispatchMouseTracking",
         "pre phase of CWinWindow::RefreshMouseShape", "normal phase of CWinWindow::RefreshMouseShape"})
     EXPECT_EQ(countIgnored(failure, pass), 1);
+  EXPECT_EQ(
+      std::count_if(fOutput.fLines.begin(), fOutput.fLines.end(),
+                    [](const std::string& line) {
+                      return line.starts_with("[Morvane] The view behavior ") &&
+                             line.ends_with(
+                                 "returned the error 100001 when IViewBehavior_OnMouseEnterExit was called. "
+                                 "The error will be ignored in order to not disrupt the mouse tracking.");
+                    }),
+      1);
 
   // Who fails to enter has no turn, but counts as entered.
   fHooks = {{"b+", Fails()}};
@@ -129,6 +138,9 @@ TEST_IN_RUN(MouseTest, ViewsClaimEventsAndFail) {
   EXPECT_EQ(Sent(WM_MOUSEMOVE), "a<bc b<c c< c+ c. b. a+ a." + kShapes);
   EXPECT_EQ(countIgnored("exception (text)", "normal pass of CWinWindow::DispatchMouseTracking"), 1);
   EXPECT_EQ(countIgnored("unknown exception", "normal phase of CWinWindow::RefreshMouseShape"), 1);
+  fHooks = {{"b-", [] { throw 5; }}};
+  EXPECT_EQ(Tracked(kNowhere), "c- b- a-");
+  EXPECT_EQ(Tracked(kNowhere), "");
 }
 
 TEST_IN_RUN(MouseTest, ViewsGoAndComeDuringAPass) {
@@ -187,6 +199,11 @@ TEST_IN_RUN(MouseTest, AWindowOnTopTakesTheMouse) {
   EXPECT_EQ(Sent(WM_MOUSEMOVE) + Tracked(kNowhere), "");
   ReleaseCapture();
   EXPECT_EQ(Ticked(), "c- b- a-");
+  // It is captured while a view goes that nobody needs any more.
+  fHooks = {{"c.", Releases("c")}, {"c:x", [&] { SetCapture(other); }}};
+  PutUnderMouse(kOverABC);
+  EXPECT_EQ(Sent(WM_MOUSEMOVE), "a<bc b<c c< c+ c. b+ b. a+ a. a?< b?< b? a? c:x");
+  ReleaseCapture();
 }
 
 TEST_IN_RUN(MouseTest, ClicksGoToTheFrontAndBack) {
@@ -201,6 +218,10 @@ TEST_IN_RUN(MouseTest, ClicksGoToTheFrontAndBack) {
           {{{"a47/1<", [] { throw 5; }}, {"c44/1", Fails()}}, pre + "c44/1 b44/1 a44/1"},
       },
       WM_LBUTTONDOWN);
+  // Both passes have the same words for it.
+  const std::string phase = " in pre-click phase of CMacRootViewBehavior::HandleClick.";
+  EXPECT_EQ(fOutput.CountLines("Ignored an exception (std::exception)" + phase), 1);
+  EXPECT_EQ(fOutput.CountLines("Ignored an unknown exception" + phase), 1);
   Tracked(kOverD);
   EXPECT_EQ(fViewRecord.fClick.fPosition.fX, fMouse.x);
   const std::pair<UINT, const char*> rows[] = {{WM_LBUTTONDBLCLK, "d48/1< d45/1"},
@@ -236,6 +257,17 @@ TEST_IN_RUN(MouseTest, AClickMovesTheFocus) {
   }
 }
 
+namespace {
+
+int gWheelsOfSystem = 0;
+
+LRESULT CALLBACK CountWheels(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+  gWheelsOfSystem += message == WM_MOUSEWHEEL;
+  return DefWindowProcW(hwnd, message, wParam, lParam);
+}
+
+}  // namespace
+
 TEST_IN_RUN(MouseTest, TheWheelGoesAlongTheFocusChain) {
   const auto wheel = [this](int delta) {
     const POINT place = OnScreen({150, 150});
@@ -248,8 +280,21 @@ TEST_IN_RUN(MouseTest, TheWheelGoesAlongTheFocusChain) {
   EXPECT_EQ(wheel(120), "cW1 bW1 aW1");
   EXPECT_EQ(fViewRecord.fWheel.fPosition.fX, 150);
   EXPECT_EQ(wheel(-359), "cW-2 bW-2 aW-2");
+  // The system passes it on to a parent window, unless somebody takes it.
+  const HWND parent =
+      CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+  SetWindowLongPtrW(parent, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(CountWheels));
+  const LONG style = GetWindowLongW(Hwnd(), GWL_STYLE);
+  SetWindowLongW(Hwnd(), GWL_STYLE, style | WS_CHILD);
+  SetParent(Hwnd(), parent);
+  EXPECT_EQ(wheel(120), "cW1 bW1 aW1");
+  EXPECT_EQ(gWheelsOfSystem, 1);
   fHooks = {{"bW", Handles()}};
   EXPECT_EQ(wheel(120), "cW1 bW1");
+  EXPECT_EQ(gWheelsOfSystem, 1);
+  SetParent(Hwnd(), nullptr);
+  SetWindowLongW(Hwnd(), GWL_STYLE, style);
+  DestroyWindow(parent);
   fHooks = {{"cW", Releases("c")}};
   EXPECT_EQ(wheel(120), "cW1 c:off b:off a:off bW1 aW1 c:x");
 }

@@ -1,5 +1,5 @@
 // Tooltips of views, seen from their native control.
-#include "Support/ClientWindows.h"
+#include "Support/MouseFixture.h"
 // After the above.
 #include <commctrl.h>
 
@@ -55,6 +55,10 @@ TEST_IN_RUN(TooltipsTest, ToolsFollowTheirViews) {
   EXPECT_TRUE(GetWindowLongW(Tooltip(), GWL_EXSTYLE) & WS_EX_TOPMOST);
   EXPECT_EQ(Tell(TTM_GETMAXTIPWIDTH), 300);
 
+  SetText("other", u"a\u2029b");
+  EXPECT_EQ(Tools(), "leaf 10 10 90 90; a\r\nb 10 10 90 90; ");
+  SetText("other", u"\u2029");
+  EXPECT_EQ(Tools(), "leaf 10 10 90 90; \r\n 10 10 90 90; ");
   SetText("other", u"a & b");
   SetText("leaf", u"new");
   // Cut to all super views, and at the next tick only.
@@ -82,6 +86,16 @@ TEST_IN_RUN(TooltipsTest, ToolsFollowTheirViews) {
   fViewRecord.fHooks.clear();
 }
 
+// The mouse does not move any more when there is something to tell about the place that it is over.
+TEST_IN_RUN(TooltipsTest, ATipForAMouseThatRests) {
+  OpenWithFocusTree();
+  PutMouse(OnScreen({50, 50}));
+  Turn();
+  SetText("leaf", u"tip");
+  Tell(TTM_SETDELAYTIME, TTDT_INITIAL, 10);
+  EXPECT_TRUE(YieldUntil([this] { return IsWindowVisible(Tooltip()) != 0; }));
+}
+
 namespace {
 
 CallLog gHeard;
@@ -98,6 +112,7 @@ LRESULT CALLBACK RecordingTooltipProc(HWND hwnd, UINT message, WPARAM wParam, LP
 
 TEST_IN_RUN(TooltipsTest, WhatTheControlHears) {
   WindowRecord second;
+  PutMouse({0, 0});
   OpenWithFocusTree();
   SetText("leaf", u"leaf");
   gTooltipProc = reinterpret_cast<WNDPROC>(
@@ -105,6 +120,18 @@ TEST_IN_RUN(TooltipsTest, WhatTheControlHears) {
   Make(Kind::kDocument, second);
   SetActiveWindow(Hwnd());
   EXPECT_EQ(gHeard.Take(), "activate:0 activate:1");
+  // Off during a capture, and on after it, whoever ends it.
+  const auto capture = [this] {
+    EXPECT_EQ(fMorvane->IMorvane_AllocateMouseCapture(&Window(), new RecordingCapture(fViewRecord)), kOK);
+    return gHeard.Take();
+  };
+  EXPECT_EQ(capture(), "activate:0");
+  EXPECT_EQ(fMorvane->IMorvane_ReleaseMouseCapture(), kOK);
+  EXPECT_EQ(gHeard.Take(), "activate:1");
+  EXPECT_EQ(capture(), "activate:0");
+  SetCapture(second.fHwnd);
+  EXPECT_EQ(gHeard.Take(), "activate:1");
+  ReleaseCapture();
   // Each press is followed by a release, so that it looks like a whole click. It hears of all windows.
   const std::pair<UINT, const char*> rows[] = {
       {WM_MOUSEMOVE, "512"},       {WM_LBUTTONDOWN, "513 514"}, {WM_LBUTTONDBLCLK, "515 514"},

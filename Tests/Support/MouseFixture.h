@@ -14,6 +14,7 @@ class RecordingCapture : public CDefaultMouseCapture {
   ~RecordingCapture() override { fRecord.Call("@:x"); }
 
   TError IMouseCapture_OnMouseDown(const TMouseEvent& event) override {
+    fRecord.fClick = event;
     return fRecord.Call("@" + ClickWord(event));
   }
   TError IMouseCapture_OnMouseUp(const TMouseEvent& event) override {
@@ -24,6 +25,7 @@ class RecordingCapture : public CDefaultMouseCapture {
     return fRecord.Call("@.");
   }
   TError IMouseCapture_OnMouseWheel(const TMouseWheelEvent& event, TFlag& outHandled) override {
+    fRecord.fWheel = event;
     return fRecord.Call("@W", std::to_string(event.fDeltaNotches), &outHandled);
   }
   TError IMouseCapture_OnModifiersChanged(const TModifierKeysEvent& before,
@@ -34,7 +36,8 @@ class RecordingCapture : public CDefaultMouseCapture {
   TError IMouseCapture_OnKeyDown(const TKeyEvent&, TFlag& outHandled) override {
     return fRecord.Call("@:key", "", &outHandled);
   }
-  IMouseShape* IMouseCapture_GetMouseShape(const TMouseShapeRequest&, TError& outError) override {
+  IMouseShape* IMouseCapture_GetMouseShape(const TMouseShapeRequest& request, TError& outError) override {
+    fRecord.fShapeRequest = request;
     return fRecord.AnswerShape("@?", nullptr, outError);
   }
 

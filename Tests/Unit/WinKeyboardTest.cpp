@@ -135,6 +135,13 @@ TEST_F(WinKeyboardTest, Shortcuts) {
   EXPECT_EQ(MakeShortcutText(application, Reading(u"\u00E4", kC)), u"131+\u00C4");
 }
 
+TEST_F(WinKeyboardTest, ModifierKeys) {
+  std::vector<UINT> keys;
+  for (UINT key = 0; key < 300; ++key)
+    if (IsModifierVirtualKey(key)) keys.push_back(key);
+  EXPECT_EQ(keys, (std::vector<UINT>{16, 17, 18, 160, 161, 162, 163, 164, 165}));
+}
+
 TEST_F(WinKeyboardTest, WhatIsHeldDown) {
   BYTE before[256];
   ASSERT_TRUE(::GetKeyboardState(before));

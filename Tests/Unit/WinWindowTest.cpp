@@ -2,6 +2,9 @@
 // own. What a client sees of windows is in the client tests.
 #include "Component/Win/WinWindow.h"
 
+// After windows.h.
+#include <imm.h>
+
 #include <functional>
 #include <memory>
 
@@ -12,6 +15,7 @@
 #include "Component/Win/WinWindowModality.h"
 #include "Interface/MorvaneDefaults.h"
 #include "Tests/Support/NativeTestWindow.h"
+#include "Tests/Support/PatchedImport.h"
 #include "Tests/Support/UnitTest.h"
 
 using namespace NSMorvaneTest;
@@ -28,6 +32,7 @@ class CTestWindow : public CWinWindow {
 
   bool AreFieldsSound() const { return CWinWindow::CWindowGlue_CheckInvariant(); }
 
+  using CWinWindow::fAcceleratorTable;
   using CWinWindow::fAlwaysOnTop;
 
  protected:
@@ -247,6 +252,104 @@ TEST_F(WinWindowTest, UseAfterTheEnd) {
     const auto shape = ::new (storage) CMouseShapeImpl(LoadCursorW(nullptr, IDC_ARROW));
     shape->~CMouseShapeImpl();
     EXPECT_EQ(shape->CMouseShapeImpl::IMouseShape_CheckInvariant(), 0u);
+  });
+}
+
+// The keys of a table as "key/number", the first one first.
+std::string KeysOf(HACCEL table) {
+  ACCEL keys[8] = {};
+  const int count = CopyAcceleratorTableW(table, keys, 8);
+  std::string text;
+  for (int i = 0; i < count; ++i)
+    text += std::to_string(keys[i].key) + "/" + std::to_string(keys[i].cmd) + " ";
+  return text;
+}
+
+TEST_F(WinWindowTest, ShortcutsFollowTheMenus) {
+  InRun([&] {
+    const TTestWindowPtr window = Make(kWindowKindDocument);
+    const auto apply = [&](const std::vector<char16_t>& keys) {
+      std::vector<TMenuItem> items;
+      for (const char16_t key : keys) {
+        TMenuItem& item = items.emplace_back();
+        CopyText(item.fText, u"item");
+        item.fStateFlags = kMenuItemEnabled;
+        item.fShortcut.fKeyText[0] = key;
+      }
+      CMenuBarState state;
+      EXPECT_EQ(
+          state.IMenuBarState_SetMenuItems(kMenuDocument, items.data(),
+                                           static_cast<std::uint32_t>(items.size() * sizeof(TMenuItem))),
+          kOK);
+      window->ApplyMenuBarState(state);
+      return window->fAcceleratorTable;
+    };
+    const HACCEL first = apply({kKeyCharF1, kKeyCharF1 + 1});
+    EXPECT_EQ(KeysOf(first), "112/40960 113/40961 ");
+    const HACCEL second = apply({kKeyCharF1 + 1, 0, kKeyCharF1});
+    EXPECT_EQ(KeysOf(second), "113/40960 112/40962 ");
+    EXPECT_TRUE(first != second && CopyAcceleratorTableW(first, nullptr, 0) == 0)
+        << "the old table is still there";
+    EXPECT_EQ(apply({0}), nullptr);
+    EXPECT_EQ(CopyAcceleratorTableW(second, nullptr, 0), 0);
+  });
+}
+
+// --- Input methods
+
+namespace {
+
+// What the system answers, and what is done with it; this one has no input methods.
+struct {
+  HIMC fContext = nullptr;
+  BOOL fIsOpen = TRUE;
+  std::string fCalls;
+} gInputMethod;
+
+int WINAPI TestGetSystemMetrics(int index) { return index == SM_IMMENABLED ? 1 : 7; }
+HIMC WINAPI TestGetContext(HWND) {
+  gInputMethod.fCalls += "get ";
+  return gInputMethod.fContext;
+}
+BOOL WINAPI TestGetOpenStatus(HIMC) { return gInputMethod.fIsOpen; }
+BOOL WINAPI TestSetOpenStatus(HIMC, BOOL open) {
+  gInputMethod.fCalls += open ? "open " : "close ";
+  if (open) return FALSE;
+  // It notifies of that, too.
+  SendMessageW(GetActiveWindow(), WM_IME_NOTIFY, IMN_SETOPENSTATUS, 0);
+  return TRUE;
+}
+BOOL WINAPI TestReleaseContext(HWND, HIMC context) {
+  gInputMethod.fCalls += context == gInputMethod.fContext ? "release " : "? ";
+  return TRUE;
+}
+
+}  // namespace
+
+TEST_F(WinWindowTest, InputMethodsStayClosed) {
+  InRun([&] {
+    const TTestWindowPtr window = Make(kWindowKindDocument);
+    window->Show();
+    const HWND edit = CreateWindowExW(0, L"Edit", L"", WS_CHILD, 0, 0, 10, 10, window->GetHwnd(), nullptr,
+                                      nullptr, nullptr);
+    const PatchedImport metrics(nullptr, "GetSystemMetrics", TestGetSystemMetrics);
+    const PatchedImport get(nullptr, "ImmGetContext", TestGetContext);
+    const PatchedImport isOpen(nullptr, "ImmGetOpenStatus", TestGetOpenStatus);
+    const PatchedImport setOpen(nullptr, "ImmSetOpenStatus", TestSetOpenStatus);
+    const PatchedImport release(nullptr, "ImmReleaseContext", TestReleaseContext);
+    const auto notify = [&](WPARAM what) {
+      SendMessageW(window->GetHwnd(), WM_IME_NOTIFY, what, 0);
+      return std::exchange(gInputMethod.fCalls, {});
+    };
+    EXPECT_EQ(notify(IMN_SETOPENSTATUS), "get ");
+    EXPECT_TRUE(fOutput.HasLine("Strange exception was swallowed in IME suppression handler."));
+    gInputMethod.fContext = reinterpret_cast<HIMC>(4711);
+    EXPECT_EQ(notify(IMN_SETOPENSTATUS), "get close release ");
+    EXPECT_EQ(notify(IMN_SETCONVERSIONMODE), "");
+    gInputMethod.fIsOpen = FALSE;
+    EXPECT_EQ(notify(IMN_SETOPENSTATUS), "get release ");
+    SetFocus(edit);
+    EXPECT_EQ(notify(IMN_SETOPENSTATUS), "");
   });
 }
 
