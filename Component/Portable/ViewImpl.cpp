@@ -357,8 +357,12 @@ void CViewImpl::ApplyEnabled(bool ownEnabled, bool ancestorsEnabled, bool visibl
 
 // Nothing if somebody has changed it back meanwhile, or has told it already.
 void CViewImpl::TellEnabled() {
-  if (!IsLive() || HasHeardEnabled()) return;
-  if (fImplFocusTools && IsFocusInSubtree(*this)) EjectFocus(*fImplFocusTools);
+  if (!IsLive()) return;
+  // One that has heard of it may have got the focus in between.
+  const bool hasHeard = HasHeardEnabled();
+  if ((!hasHeard || (HasFocus() && !CanBeFocusTargetNow())) && fImplFocusTools && IsFocusInSubtree(*this))
+    EjectFocus(*fImplFocusTools);
+  if (hasHeard) return;
   if (!IsLive() || HasHeardEnabled()) return;
   fToldOwnEnabled = (fFlags & kViewEnabled) != 0;
   fToldAncestorsEnabled = fIsEffectivelyEnabled;

@@ -82,9 +82,11 @@ void CWindowFocus::Change(CViewImpl* view, bool isFromControl) {
   const CRunningChange change(*this, view);
   GoOffDuty();
   if (change.IsOvertaken()) return;
-  // It may have been released, or disabled, in a window that is not active: then it has not passed the focus
-  // on.
-  if (view && !(view->IsLive() && (isFromControl || view->CanBeFocusTargetNow()))) return EjectFocus(fTools);
+  // It may have been disabled while the window was not active: then it has not passed the focus on.
+  const auto canTakeIt = [&] {
+    return !view || (view->IsLive() && (isFromControl || view->CanBeFocusTargetNow()));
+  };
+  if (!canTakeIt()) return EjectFocus(fTools);
   if (view && !isFromControl && fWindow.IFocusWindow_IsActive()) {
     TNativeWindow control = {};
     try {
@@ -96,6 +98,7 @@ void CWindowFocus::Change(CViewImpl* view, bool isFromControl) {
     if (change.IsOvertaken()) return;
     GiveKeyboard(control);
     if (change.IsOvertaken()) return;
+    if (!canTakeIt()) return EjectFocus(fTools);
   }
   // The old view may go with this, once the new one is in its place.
   const TViewImplPtr oldView = std::exchange(fView, std::exchange(fNextView, nullptr));
