@@ -187,7 +187,8 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IFocus
   boost::shared_ptr<void> IImplFocusTools_KeepAlive() override { return {}; }
 
   bool IFocusWindow_IsActive() override { return fIsActive; }
-  void IFocusWindow_GiveKeyboard(const TNativeWindow&) override {}
+  // As the native windows tell it.
+  void IFocusWindow_GiveKeyboard(const TNativeWindow&) override { fFocus.OnKeyboardLost(); }
   void IFocusWindow_OnFocusChanged() override {}
   CViewImpl* FocusView() const { return fFocus.GetView(); }
 

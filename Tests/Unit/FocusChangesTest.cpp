@@ -123,6 +123,18 @@ TEST_F(FocusChanges, ARefusedFocusComesBack) {
   EXPECT_EQ(kRefusal, fWindow.IWindow_SetConceptualFocusView(&d));
   EXPECT_EQ("c- b- a- root-", TakeTold(fWindow));
   EXPECT_EQ(nullptr, fWindow.FocusView());
+  // A view that cannot have it any more does not get it, nor does one that has been asked for its control.
+  SetFlags(c, kFocusable);
+  BehaviorOf(d).fError = kOK;
+  for (CViewImpl* const from : {&e, static_cast<CViewImpl*>(nullptr)}) {
+    fFocus.SetView(from);
+    fWindow.fLog = {"asked"};
+    fHooks[from ? "e Focus 0" : "asked"] = [this] { Activate(false), SetFlags(d, kViewFocusable); };
+    EXPECT_EQ(kOK, fWindow.IWindow_SetConceptualFocusView(&d));
+    EXPECT_EQ(&c, fWindow.FocusView());
+    Activate(true);
+    SetFlags(d, kFocusable);
+  }
 }
 
 // Two views that hand the focus to each other are stopped.
