@@ -204,7 +204,8 @@ class IMorvane {
   virtual IMouseShape* IMorvane_CreateBuiltInMouseShape(TBuiltInMouseShape mouseShape, TError& outError) = 0;
 
   // --- The loop from inside
-  // Handles all waiting messages and returns.
+  // Handles all waiting messages and returns. A view that is never done painting, such as an animation that
+  // invalidates itself in Draw, keeps it no longer than for a few paints of its window.
   virtual TError IMorvane_Yield() = 0;
   // Makes IMorvaneRunBehavior_OnIdle due at once, whatever delay it has asked for. Safe from any thread while
   // IMorvane_Run runs.

@@ -114,8 +114,8 @@ class IView {
   // views.
   virtual TError IView_SetSubViewOrder(IView* const* subViews, std::uint32_t count) = 0;
   // Ends the view and its behaviour, here and now. From inside a callback of its behaviour, or of another
-  // view in the same pass of calls, it ends when the library is through with it; until then the one callback
-  // that may still come is the loss of the focus. Do not use the pointer afterwards.
+  // view in the same pass of calls, it ends when the library is through with it; until then its behaviour may
+  // hear that it has lost the focus, and get what is left of that pass. Do not use the pointer afterwards.
   virtual TError IView_Release() = 0;
 
  protected:

@@ -54,7 +54,7 @@ version: 1.2.3.0 of type 1
 text: Bäcker & Söhne
 text: The "probe"
 text: 1.2.3
-text: © \ 2026
+text: © \ 2026; one
 text: Probe-per-monitor.exe
 text: Probes
 icon: 1

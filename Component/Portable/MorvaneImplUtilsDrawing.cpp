@@ -197,8 +197,11 @@ void DrawPermanent(const TPass& pass, CPortClip& clip, CViewImpl& view, const TR
   try {
     if (!region.IsEmpty()) {
       CBufferBitmapDrawTools bufferTools(viewBufferBitmap, region.GetNativeRegion(), topLeft, pass.fGlue);
-      // All of the region, also where nothing is to be redrawn on the screen: it counts as drawn afterwards.
-      DrawIntoBuffer(pass, view, bounds, bufferTools);
+      // Also where nothing is to be redrawn on the screen: all that the super view leaves in sight counts as
+      // drawn afterwards.
+      TRect drawn = bounds;
+      if (view.GetSuperView() && !IntersectRect(drawn, view.GetSuperView()->GetBounds())) drawn = {};
+      DrawIntoBuffer(pass, view, drawn, bufferTools);
     }
   } catch (...) {
     view.PutBackDirtyRegion(region);

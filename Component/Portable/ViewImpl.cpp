@@ -182,11 +182,12 @@ bool CViewImpl::HasFocus() const {
 void CViewImpl::CViewGlue_Release() {
   TViewImplPtr reference;
   reference.swap(fClientsViewReference);
-  // Otherwise it ends here, and sees to that itself.
-  if (!fSubViews.empty()) InvalidateAround(fRect);
   // From here on it cannot get the focus back. Behind its subviews it keeps its place in the tab list.
   if (fSubViews.empty()) RunDestructorStep([this] { LeaveTabViews(); });
   RunDestructorStep([this] { GiveUpFocus(); });
+  // It is not drawn any more, while a walk or its subviews may keep it alive. Otherwise it ends here, and
+  // sees to that itself.
+  if (reference.use_count() > 1) RunDestructorStep([this] { InvalidateAround(fRect); });
 }
 
 void CViewImpl::ForgetWindow() {
@@ -310,17 +311,23 @@ void CViewImpl::CViewGlue_SetParams(const TViewParams& params) {
   // A behaviour that hears of the change may set the flags itself. It has the last word, so this call writes
   // only those that it changes.
   const std::uint32_t changedFlags = params.fFlags ^ fFlags;
+  // A view that fails when it is to get the focus does not keep the rest from being done.
+  TError focusError = kOK;
+  const auto ejectFocus = [&] {
+    const TError error = ErrorOf([this] { EjectFocus(*fImplFocusTools); });
+    if (focusError == kOK) focusError = error;
+  };
   if ((changedFlags & kViewEnabled) != 0)
-    SetEnabled((params.fFlags & kViewEnabled) != 0, fIsEffectivelyEnabled, fIsVisibleInTree);
+    focusError = SetEnabled((params.fFlags & kViewEnabled) != 0, fIsEffectivelyEnabled, fIsVisibleInTree);
   const bool losesFocusable = (changedFlags & fFlags & kViewFocusable) != 0;
   if (losesFocusable && HasFocus()) {
     MORVANE_ASSERT(fImplFocusTools != NULL);
     // As long as it is focusable it would follow itself where there is no other.
-    if (!IsOnlyFocusCandidate(*this, *fImplFocusTools)) EjectFocus(*fImplFocusTools);
+    if (!IsOnlyFocusCandidate(*this, *fImplFocusTools)) ejectFocus();
   }
   const std::uint32_t plainFlags = changedFlags & ~std::uint32_t{kViewEnabled};
   fFlags = (fFlags & ~plainFlags) | (params.fFlags & plainFlags);
-  if (losesFocusable && HasFocus()) EjectFocus(*fImplFocusTools);
+  if (losesFocusable && HasFocus()) ejectFocus();
   fAutoInvalidation = params.fAutoInvalidation;
   SetBounds(params.fRect);
   if (params.fDrawMode != fDrawMode) {
@@ -328,14 +335,20 @@ void CViewImpl::CViewGlue_SetParams(const TViewParams& params) {
     fDrawMode = params.fDrawMode;
     InvalidatePicture(fRect);
   }
+  MORVANE_CHECK(focusError);
 }
 
 // The whole subtree changes before anybody hears of it, so that whoever answers with another change finds no
 // tree that is half changed.
-void CViewImpl::SetEnabled(bool ownEnabled, bool ancestorsEnabled, bool visible) {
+TError CViewImpl::SetEnabled(bool ownEnabled, bool ancestorsEnabled, bool visible) {
   std::vector<TViewImplPtr> changed;
   ApplyEnabled(ownEnabled, ancestorsEnabled, visible, changed);
-  for (const TViewImplPtr& view : changed) view->TellEnabled();
+  TError firstError = kOK;
+  for (const TViewImplPtr& view : changed) {
+    const TError error = view->TellEnabled();
+    if (firstError == kOK) firstError = error;
+  }
+  return firstError;
 }
 
 // `changed` gets the live views that have something to hear, subviews before their super view.
@@ -355,18 +368,20 @@ void CViewImpl::ApplyEnabled(bool ownEnabled, bool ancestorsEnabled, bool visibl
   if (IsLive()) changed.push_back(fClientsViewReference);
 }
 
-// Nothing if somebody has changed it back meanwhile, or has told it already.
-void CViewImpl::TellEnabled() {
-  if (!IsLive()) return;
+// Nothing if somebody has changed it back meanwhile, or has told it already. The result is the code of a view
+// that was to get the focus.
+TError CViewImpl::TellEnabled() {
+  if (!IsLive()) return kOK;
   // One that has heard of it may have got the focus in between.
   const bool hasHeard = HasHeardEnabled();
+  TError error = kOK;
   if ((!hasHeard || (HasFocus() && !CanBeFocusTargetNow())) && fImplFocusTools && IsFocusInSubtree(*this))
-    EjectFocus(*fImplFocusTools);
-  if (hasHeard) return;
-  if (!IsLive() || HasHeardEnabled()) return;
+    error = ErrorOf([this] { EjectFocus(*fImplFocusTools); });
+  if (hasHeard || !IsLive() || HasHeardEnabled()) return error;
   fToldOwnEnabled = (fFlags & kViewEnabled) != 0;
   fToldAncestorsEnabled = fIsEffectivelyEnabled;
   if (fBehavior) fBehavior->IViewBehavior_OnEffectivelyEnabledChanged(IsEffectivelyEnabled() ? 1 : 0);
+  return error;
 }
 
 bool CViewImpl::HasHeardEnabled() const {

@@ -164,9 +164,10 @@ class CViewImpl : public CViewGlue {
   static void ReleaseSuperViews(TViewImplPtr view);
 
   // Enabling and hits
-  void SetEnabled(bool ownEnabled, bool ancestorsEnabled, bool visible);
+  // The first code of a view that was to get the focus and failed.
+  TError SetEnabled(bool ownEnabled, bool ancestorsEnabled, bool visible);
   void ApplyEnabled(bool ownEnabled, bool ancestorsEnabled, bool visible, std::vector<TViewImplPtr>& changed);
-  void TellEnabled();
+  TError TellEnabled();
   bool HasHeardEnabled() const;
   bool HasFocus() const;
   bool IsHit(const TPoint& point) const;

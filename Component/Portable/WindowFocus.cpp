@@ -49,6 +49,11 @@ class CWindowFocus::CRunningChange {
     ++fFocus.fChangesInARow;
   }
   ~CRunningChange() {
+    // Nothing of one that has failed on its way is left behind.
+    if (!IsOvertaken()) {
+      fFocus.fIsChanging = false;
+      fFocus.fNextView.reset();
+    }
     if (--fFocus.fRunningChanges == 0) fFocus.fChangesInARow = 0;
   }
   CRunningChange(const CRunningChange&) = delete;
@@ -104,7 +109,7 @@ void CWindowFocus::Change(CViewImpl* view, bool isFromControl) {
   const TViewImplPtr oldView = std::exchange(fView, std::exchange(fNextView, nullptr));
   fIsChanging = false;
   fIsFromControl = isFromControl;
-  if (fWindow.IFocusWindow_IsActive()) fIsOnDuty = true;
+  fIsOnDuty = fWindow.IFocusWindow_IsActive();
   if (!fView && fIsOnDuty) GiveKeyboard({});
   GoOnDuty();
   fWindow.IFocusWindow_OnFocusChanged();
@@ -116,6 +121,8 @@ void CWindowFocus::StayWithOldView() {
   fIsChanging = false;
   // It may be no longer what it was when it was told.
   if (fView && !CanKeepFocus()) fView.reset();
+  fIsOnDuty = fWindow.IFocusWindow_IsActive();
+  if (!fView && fIsOnDuty) GiveKeyboard({});
   GoOnDuty();
   fWindow.IFocusWindow_OnFocusChanged();
 }

@@ -101,8 +101,8 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   // also ends when something has been sent, as an idle call may be due, and there is none while something
   // else is due: false then tells that there was no message.
   bool RunOneTurn();
-  // The same without waiting, WM_QUIT included; false if there was no message.
-  bool PumpOneMessage();
+  // The same without waiting, WM_QUIT included; false if there was no message. `outMsg` is the one there was.
+  bool PumpOneMessage(MSG& outMsg);
   // Wakes the idle logic and handles messages until no window of the library has this handle any more.
   void RunModalLoop(HWND hwnd);
 
@@ -293,6 +293,7 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   bool TakeMessage(MSG& outMsg, bool mayWait);
   void HandleMessage(const MSG& msg);
   void OnSecondInstanceMessage();
+  bool NoticeCommandLine();
   void HandleSecondInstance();
   bool PreTranslate(const MSG& msg);
   void DeliverError(TError code);

@@ -1,9 +1,11 @@
 // Idle calls on the main thread, yielding, and the clock. The thread behind them is in IdleThread.h.
 #include <algorithm>
+#include <vector>
 
 #include "Component/Win/MorvaneImplWin.h"
 #include "Component/Win/MorvaneImplWinHiddenWindows.h"
 #include "Component/Win/MorvaneImplWinMessages.h"
+#include "Component/Win/UtilsWin.h"
 #include "Component/Win/UtilsWinHandles.h"
 
 namespace NSMorvane {
@@ -71,8 +73,14 @@ void CMorvaneImpl::EndIdleThread() {
   }
 }
 
+// A paint comes when nothing else waits. Views that are never done do not keep this from ending, and each
+// window has its turn.
 void CMorvaneImpl::CMorvaneGlue_Yield() {
-  while (PumpOneMessage()) {
+  std::vector<HWND> painted;
+  for (MSG msg = {}; PumpOneMessage(msg);) {
+    if (msg.message != WM_PAINT) continue;
+    if (std::find(painted.begin(), painted.end(), msg.hwnd) != painted.end()) return PumpPaintMessages();
+    painted.push_back(msg.hwnd);
   }
 }
 

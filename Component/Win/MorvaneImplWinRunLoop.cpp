@@ -177,11 +177,7 @@ bool CMorvaneImpl::RunOneTurn() {
 // turn.
 bool CMorvaneImpl::TakeMessage(MSG& outMsg, bool mayWait) {
   while (!::PeekMessageW(&outMsg, nullptr, 0, 0, PM_REMOVE)) {
-    if (IsCommandLinePending()) {
-      ++fUnannouncedCommandLines;
-      HandleSecondInstance();
-      return false;
-    }
+    if (NoticeCommandLine()) return false;
     const bool hasWindow = IsAnyWindowAlive();
     // In quit mode the application is about to leave, unless it lingers: then a timer runs.
     const bool isDue = fIdleDue || (fIsInQuitMode ? fLingerTimer == 0 : fIsQuitEventDue);
@@ -192,13 +188,12 @@ bool CMorvaneImpl::TakeMessage(MSG& outMsg, bool mayWait) {
   return true;
 }
 
-bool CMorvaneImpl::PumpOneMessage() {
+bool CMorvaneImpl::PumpOneMessage(MSG& outMsg) {
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
   RunIdleIfDue();
   FlushMenuBarRequests();
-  MSG msg = {};
-  const bool isMessage = TakeMessage(msg, false);
-  if (isMessage) HandleMessage(msg);
+  const bool isMessage = TakeMessage(outMsg, false);
+  if (isMessage) HandleMessage(outMsg);
   return isMessage;
 }
 
@@ -207,7 +202,8 @@ void CMorvaneImpl::RunModalLoop(HWND hwnd) {
   while (GetWindowForHwnd(hwnd)) {
     // An idle call that fails is reported as in the main loop, and must not end this one before the dialog.
     bool hadMessage = false;
-    DeliverError(ErrorOf([&] { hadMessage = PumpOneMessage(); }));
+    MSG msg = {};
+    DeliverError(ErrorOf([&] { hadMessage = PumpOneMessage(msg); }));
     // The idle call of the pass before the wait can have ended the last window there is: waiting for a
     // message comes only after another look.
     if (!hadMessage && GetWindowForHwnd(hwnd))
@@ -220,6 +216,8 @@ void CMorvaneImpl::HandleMessage(const MSG& msg) {
   const TError error = ErrorOf([&] {
     MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
     if (msg.message == kMsgSecondInstance) OnSecondInstanceMessage();
+    // Behind all that is posted; a view that is never done painting leaves no other time to look.
+    if (msg.message == WM_PAINT) NoticeCommandLine();
     if (msg.message == kMsgAppActivation) ApplyAppActivation(msg.wParam != 0, static_cast<DWORD>(msg.lParam));
     if (msg.message == WM_TIMER && msg.wParam == fLingerTimer && fLingerTimer != 0) {
       DebugPrint("Lingering complete, exiting...");
@@ -245,6 +243,14 @@ void CMorvaneImpl::OnSecondInstanceMessage() {
     --fUnannouncedCommandLines;
   else
     HandleSecondInstance();
+}
+
+// False if none is waiting.
+bool CMorvaneImpl::NoticeCommandLine() {
+  if (!IsCommandLinePending()) return false;
+  ++fUnannouncedCommandLines;
+  HandleSecondInstance();
+  return true;
 }
 
 // Another process of this application has been started: whatever was ending goes on living.

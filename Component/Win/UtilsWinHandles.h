@@ -23,11 +23,12 @@ class CNotCopied {
 // Sets a flag while it lives.
 class CFlagScope : CNotCopied {
  public:
-  explicit CFlagScope(bool& flag) : fFlag(flag) { fFlag = true; }
-  ~CFlagScope() { fFlag = false; }
+  explicit CFlagScope(bool& flag) : fFlag(flag), fBefore(std::exchange(flag, true)) {}
+  ~CFlagScope() { fFlag = fBefore; }
 
  private:
   bool& fFlag;
+  const bool fBefore;
 };
 
 // --- Owners

@@ -75,11 +75,18 @@ void CWinWindow::OnActivated(bool& outHandled) {
   // While a window that blocks the application is active, floating windows are out of the way.
   fMorvane->ShowFloatingWindows(fWindowKind != kWindowKindAlertBox &&
                                 !(fWindowKind == kWindowKindModalDialog && !fOwnerHwnd));
+  const bool wasActive = CWindowGlue_IsActive();
+  const bool wasToldActive = fIsToldActive;
   // A view that fails does not keep the others from learning of it.
   const TError error = ErrorOf([this] { fFocus.OnActivated(); });
-  ActivateTooltips(true);
-  fIsToldActive = true;
-  OnActivationChanged(true);
+  // A view can have activated another window, or opened a dialog that is through by now.
+  const bool isLeft = wasActive && !CWindowGlue_IsActive();
+  const bool isToldMeanwhile = !wasToldActive && fIsToldActive;
+  if (!isLeft && !isToldMeanwhile) {
+    ActivateTooltips(true);
+    fIsToldActive = true;
+    OnActivationChanged(true);
+  }
   fMorvane->RebuildAllMenuBars();
   MORVANE_CHECK(error);
   // The default handling would move the keyboard behind the library's back.

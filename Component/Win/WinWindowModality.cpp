@@ -245,8 +245,12 @@ void EnforceAppModality() {
     // An owner of the top dialog cannot be used, and of any other group the window that could be.
     const HWND blocked = UsableWindow(w, top);
     if (!IsRegisteredHwnd(blocked)) continue;
-    // Several dialogs can lie over the front of the stack, side by side.
-    if (!IsBlockedByApp(blocked) && !FindDialogOver(blocked)) continue;
+    // Several dialogs can lie over the front of the stack, side by side. Another dialog, which has gone, may
+    // have blocked them.
+    if (!IsBlockedByApp(blocked) && !FindDialogOver(blocked)) {
+      EnableWindow(blocked, TRUE);
+      continue;
+    }
     EnableWindow(blocked, FALSE);
     if (isTop()) continue;
     // That has been seen to, but for this window: it was told before it was disabled.
@@ -282,7 +286,8 @@ void BringWindowToFront(HWND hWnd) {
   for (const HWND w : group)
     if (IsRegisteredHwnd(w) && IsIconic(w)) ShowWindow(w, SW_RESTORE);
   const HWND usable = FindUsable(hWnd);
-  if (!IsWindow(usable) || !IsWindowShown(usable)) return;
+  // Floating windows that went with the application come back when one of them is activated.
+  if (!IsWindow(usable) || IsWindowHidden(usable)) return;
   RaiseWithOwners(usable);
   SetActiveWindow(usable);
 }

@@ -125,7 +125,8 @@ void CWinWindow::CreateTooltipWindow() {
   fTooltipHwnd = tooltip;
   gTooltipWindows.push_back(tooltip);
   SetWindowPos(tooltip, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-  SendMessageW(tooltip, TTM_ACTIVATE, TRUE, 0);
+  // A capture that ends switches it on.
+  SendMessageW(tooltip, TTM_ACTIVATE, fMouseCapture ? FALSE : TRUE, 0);
   SendMessageW(tooltip, TTM_SETMAXTIPWIDTH, 0, kMaxTipWidth);
 }
 

@@ -39,6 +39,7 @@ inline bool IsFailureLine(std::string_view line) {
                                             "Failed to ",
                                             " failed",
                                             " refuses ",
+                                            " passed on too often",
                                             " STILL ",
                                             "There can only be one mouse capture",
                                             " called with a ",

@@ -439,7 +439,7 @@ class CTintApplication : public CDefaultApplication, public IApplication {
   TError Quit() override {
     for (ISheet* const sheet : fSheets)
       if (sheet->IsModified()) return sheet->Ask(true);
-    return fMorvane.IMorvane_StartQuitting();
+    return CDefaultApplication::IMorvaneRunBehavior_OnQuitEvent();  // may be called twice
   }
   // [end]
 

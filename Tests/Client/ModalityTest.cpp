@@ -326,7 +326,10 @@ TEST_IN_RUN(ModalityTest, ADialogOverTheDialogOfTheApplication) {
     EXPECT_EQ(GetFocus(), HwndOf("A"));
     EXPECT_EQ(IsIconic(HwndOf("doc1")) != 0, message == WM_SYSCOMMAND);
   }
+  // A dialog of the application that goes leaves both as they were.
   ExpectPictures({{"+B<X", "B+* A+ X doc1 doc2"},
+                  {"+Y", "Y+* B A X doc1 doc2"},
+                  {"-Y", "B+* A+ X doc1 doc2"},
                   {"-B", "A+* X doc1 doc2"},
                   {"-A", "X+* doc1 doc2"},
                   {"-X", "doc1+* doc2+"}});

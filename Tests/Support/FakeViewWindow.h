@@ -188,7 +188,10 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IFocus
 
   bool IFocusWindow_IsActive() override { return fIsActive; }
   // As the native windows tell it.
-  void IFocusWindow_GiveKeyboard(const TNativeWindow&) override { fFocus.OnKeyboardLost(); }
+  void IFocusWindow_GiveKeyboard(const TNativeWindow&) override {
+    ++fKeyboardGifts;
+    fFocus.OnKeyboardLost();
+  }
   void IFocusWindow_OnFocusChanged() override {}
   CViewImpl* FocusView() const { return fFocus.GetView(); }
 
@@ -205,6 +208,7 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IFocus
   std::vector<TRect> fInvalidRects;
   CRegion fInvalid;
   int fToolRectMarks = 0;
+  int fKeyboardGifts = 0;
 
  protected:
   bool CWindowGlue_CheckInvariant() const override { return true; }

@@ -287,3 +287,15 @@ TEST_F(DrawingWalk, ForeignToolsAreOpenedForEachView) {
   EXPECT_EQ(5, tools.fClosed);
   EXPECT_EQ((TRect{0, 0, 40, 20}), PaintedPixels(tools.fSurface));
 }
+
+// What the super view hides is not drawn into the bitmap each time.
+TEST_F(DrawingWalk, OfABitmapOnlyWhatIsInSightIsDrawn) {
+  DrawingTree tree({0, 0, 50, 50});
+  CViewImpl& content = tree.Add(tree.Root(), {0, 0, 50, 500}, kViewDrawPermanent32);
+  CViewImpl& seen = tree.Add(content, {0, 40, 50, 60}, kViewDrawDirect);
+  CViewImpl& hidden = tree.Add(content, {0, 60, 50, 80}, kViewDrawDirect);
+  CBufferBitmap surface({50, 50}, 32);
+  tree.Draw(surface, CRegion(TRect{0, 0, 10, 10}));
+  EXPECT_EQ(1, BehaviorOf(seen).fDraws);
+  EXPECT_EQ(0, BehaviorOf(hidden).fDraws);
+}

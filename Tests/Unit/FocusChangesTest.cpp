@@ -118,11 +118,13 @@ TEST_F(FocusChanges, ARefusedFocusComesBack) {
   EXPECT_EQ(kRefusal, fWindow.IWindow_SetConceptualFocusView(&d));
   EXPECT_EQ("c- b- a- root- root+ a+ b+ c+", TakeTold(fWindow));
   EXPECT_EQ(&c, fWindow.FocusView());
-  // Unless the old view cannot have it any more.
+  // Unless the old view cannot have it any more: then the window takes the keyboard from its control.
   fHooks["c Focus 0"] = SetsFlags(c, kViewFocusable);
+  fWindow.fKeyboardGifts = 0;
   EXPECT_EQ(kRefusal, fWindow.IWindow_SetConceptualFocusView(&d));
   EXPECT_EQ("c- b- a- root-", TakeTold(fWindow));
   EXPECT_EQ(nullptr, fWindow.FocusView());
+  EXPECT_EQ(1, fWindow.fKeyboardGifts);
   // A view that cannot have it any more does not get it, nor does one that has been asked for its control.
   SetFlags(c, kFocusable);
   BehaviorOf(d).fError = kOK;
@@ -134,6 +136,19 @@ TEST_F(FocusChanges, ARefusedFocusComesBack) {
     EXPECT_EQ(&c, fWindow.FocusView());
     Activate(true);
     SetFlags(d, kFocusable);
+  }
+}
+
+// The window is on its way out, and its focus has not heard of it yet.
+TEST_F(FocusChanges, NobodyGetsTheKeyboardOfAWindowThatIsLeft) {
+  for (CViewImpl* const next : {&d, static_cast<CViewImpl*>(nullptr)}) {
+    fWindow.fIsActive = true;
+    fFocus.SetView(&c);
+    fWindow.fKeyboardGifts = 0;
+    fWindow.fIsActive = false;
+    EXPECT_EQ("c- b- a- root-", ToldOf(next));
+    Activate(false);
+    EXPECT_EQ(0, fWindow.fKeyboardGifts);
   }
 }
 

@@ -256,6 +256,36 @@ TEST_F(ViewTest, TheLastWordOnEnablingHolds) {
   }
 }
 
+// The view that is to get the focus fails. The code is the result, and all the rest is done.
+TEST_F(ViewTest, AFocusThatIsRefusedStopsNothing) {
+  CViewImpl& group = Make(fRoot, "group");
+  CViewImpl& sub = Make(group, "sub");
+  CViewImpl& other = Make(fRoot, "other");
+  for (CViewImpl* view : {&sub, &other}) SetFlags(*view, kViewEnabled | kViewFocusable);
+  fWindow.fTabViews = {&sub, &other};
+  fWindow.fFocus.SetView(&sub);
+  BehaviorOf(other).fError = 100009;
+  TakeLog();
+  TViewParams params = group.GetParams();
+  params.fFlags = 0;
+  params.fRect = {1, 2, 3, 4};
+  EXPECT_EQ(100009u, group.IView_SetParams(params));
+  EXPECT_EQ(params.fRect, group.GetBounds());
+  const std::string log = TakeLog();
+  EXPECT_NE(log.npos, log.find("sub Enabled 0"));
+  EXPECT_NE(log.npos, log.find("group Enabled 0"));
+  EXPECT_EQ(nullptr, fWindow.FocusView());
+}
+
+// A walk holds a view that ends itself; nobody draws it any more.
+TEST_F(ViewTest, AReleasedViewIsInvalidatedAtOnce) {
+  CViewImpl& view = Make(fRoot, "view", {10, 10, 20, 20});
+  const TViewImplPtr held = view.GetClientsViewReference();
+  fWindow.Reset();
+  EXPECT_EQ(kOK, view.IView_Release());
+  EXPECT_FALSE(fWindow.fInvalid.IsEmpty());
+}
+
 // --- Hit test
 
 // The subviews are those behind the question.
