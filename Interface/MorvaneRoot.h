@@ -75,8 +75,8 @@ class IMorvaneRunBehavior {
   // 0x7FFFFFFF, to which other values are brought. The last answer holds: that of a call which
   // IMorvane_WakeUpIdle has brought about takes the place of what was asked for before. A call comes when the
   // loop turns after its time, which is within 25 ms while a window is shown and the thread is free. The
-  // first one comes right after the start. After a failure, and before the first answer, the calls come about
-  // once a second.
+  // first one comes right after the start. A call that fails asks for nothing: the next one comes when one
+  // that was asked for before is due, or else after about a second.
   virtual TError IMorvaneRunBehavior_OnIdle(std::int64_t& inOutDelayMS) = 0;
   // Around the drawing of a view tree.
   virtual TError IMorvaneRunBehavior_OnBeginDraw(IDrawTools& tools) = 0;

@@ -92,8 +92,9 @@ class CTimerList {
 // Callbacks come on the main thread, from IMorvaneRunBehavior_OnIdle of CDefaultRunBehavior; a behaviour that
 // overrides it calls that one too, and does not lengthen the delay that comes out. They come while the system
 // shows a menu or the user moves a window too. They are never early, and some 25 ms late at most while the
-// main thread is free. A callback may delete its timer and its owner. The code that it returns, or what it
-// throws as in Guarded, is handed to IMorvaneRunBehavior_OnUnhandledError, and the timer goes on.
+// main thread is free; up to a second where a behaviour's own OnIdle fails. A callback may delete its timer
+// and its owner. The code that it returns, or what it throws as in Guarded, is handed to
+// IMorvaneRunBehavior_OnUnhandledError, and the timer goes on.
 //
 // All of it is for the main thread, and timers must end before the root object does.
 class CTimer {
