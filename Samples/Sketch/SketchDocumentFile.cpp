@@ -365,10 +365,13 @@ class CWriter {
     if (!hasBackground && fDocument.Background() != defaults.Background()) AddNewLine(background);
   }
 
-  // Adds lines as they were read. What was the last line of a file may have had no line end.
+  // Adds lines as they were read. What was the last line of a file may have had no line end, or half of one.
   void Add(std::string_view lines) {
     if (lines.empty()) return;
-    if (fOut.size() > fStart && fOut.back() != '\n') fOut += fDocument.FileParts().fLineEnd;
+    if (fOut.size() > fStart && fOut.back() == '\r')
+      fOut += '\n';
+    else if (fOut.size() > fStart && fOut.back() != '\n')
+      fOut += fDocument.FileParts().fLineEnd;
     fOut += lines;
   }
   void AddNewLine(const std::string& line) { Add(line + fDocument.FileParts().fLineEnd); }

@@ -123,4 +123,8 @@ TEST(SketchDocument, ChangesOnlyTheLinesOfWhatHasChanged) {
   // A new shape comes behind the last line.
   document.AppendShape(before);
   EXPECT_EQ(WriteSketchDocument(document), kSample + "\nrectangle 10 20 110 120 width=3 fill=#FFCC00\n");
+  // Also where that has half a line end.
+  CSketchDocument half = Read("\r\n\t\r");
+  half.AppendShape(before);
+  EXPECT_EQ(WriteSketchDocument(half), "\r\n\t\r\nrectangle 10 20 110 120 width=3 fill=#FFCC00\r\n");
 }
