@@ -121,7 +121,7 @@ void CWindowFocus::StayWithOldView() {
   fIsChanging = false;
   // It may be no longer what it was when it was told.
   if (fView && !CanKeepFocus()) fView.reset();
-  fIsOnDuty = fWindow.IFocusWindow_IsActive();
+  fIsOnDuty = fIsOnDuty && fWindow.IFocusWindow_IsActive();
   if (!fView && fIsOnDuty) GiveKeyboard({});
   GoOnDuty();
   fWindow.IFocusWindow_OnFocusChanged();
