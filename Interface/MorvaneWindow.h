@@ -187,7 +187,9 @@ class IDocumentWindow {
   virtual TError IDocumentWindow_GetWindow(IWindow*& outWindow) = 0;
   // To make dialogs owned by this window.
   virtual TError IDocumentWindow_GetModalOwner(IModalOwner*& out) = 0;
-  // Brings the window to the front and activates it, restoring it if it is minimized.
+  // Brings the window to the front and activates it, restoring it if it is minimized. If a modal dialog
+  // blocks the window, the dialog at the end of the chain is activated instead, in front of the windows it
+  // blocks.
   virtual TError IDocumentWindow_FocusNow() = 0;
   // Null for a window whose factory made none.
   virtual TError IDocumentWindow_GetBehavior(IDocumentWindowBehavior*& outBehavior) = 0;

@@ -167,7 +167,7 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
 
   // A modifier key has gone down or up.
   void NotifyModifierKeyListeners(const TModifierKeysEvent& previous, const TModifierKeysEvent& now);
-  // Calls and forgets what waits for the release of this key.
+  // Calls and forgets what waits for the release of this key. Throws the first failure when all are called.
   void OnKeyReleased(const TPhysicalKeySpec& key);
   // Calls and forgets all that waits for a release: the keyboard has gone elsewhere. The first failure.
   TError AbandonKeyReleases();
@@ -320,6 +320,7 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   using TKeyReleaseList = std::list<boost::shared_ptr<TKeyReleaseEntry>>;
   // Still in the list, whatever the others did, and not called yet.
   bool IsWaiting(const boost::shared_ptr<TKeyReleaseEntry>& entry) const;
+  TError CallKeyReleases(TKeyReleaseReason reason, const TPhysicalKeySpec* releasedKey);
   TError CallKeyRelease(const boost::shared_ptr<TKeyReleaseEntry>& entry, const TPhysicalKeySpec& key,
                         TKeyReleaseReason reason);
 

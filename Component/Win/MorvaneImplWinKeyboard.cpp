@@ -80,7 +80,8 @@ void CMorvaneImpl::CMorvaneGlue_InstallKeyReleaseCallback(std::uint32_t virtualK
 
 void CMorvaneImpl::CMorvaneGlue_RemoveKeyReleaseCallback(std::uint32_t virtualKey,
                                                          IKeyReleaseCallback* callback) {
-  // One that is being called goes by itself: another one with the same pair is meant rather.
+  // One that is being called is removed after its call anyway. If there is another one with the same pair,
+  // that one is meant.
   auto found = fKeyReleaseCallbacks.end();
   for (auto entry = fKeyReleaseCallbacks.begin(); entry != fKeyReleaseCallbacks.end(); ++entry) {
     if ((*entry)->fVirtualKey != virtualKey || (*entry)->fCallback != callback) continue;
@@ -107,25 +108,24 @@ TError CMorvaneImpl::CallKeyRelease(const boost::shared_ptr<TKeyReleaseEntry>& e
 }
 
 void CMorvaneImpl::OnKeyReleased(const TPhysicalKeySpec& key) {
-  // Those that are there now: one that installs itself again waits for the next release.
-  for (const auto& entry : TKeyReleaseList(fKeyReleaseCallbacks))
-    if (entry->fVirtualKey == key.fVirtualKey && IsWaiting(entry))
-      MORVANE_CHECK(CallKeyRelease(entry, key, kKeyReleaseKeyUp));
+  MORVANE_CHECK(CallKeyReleases(kKeyReleaseKeyUp, &key));
 }
+
+TError CMorvaneImpl::AbandonKeyReleases() { return CallKeyReleases(kKeyReleaseDeactivated, nullptr); }
 
 bool CMorvaneImpl::IsWaiting(const boost::shared_ptr<TKeyReleaseEntry>& entry) const {
   return !entry->fIsCalled && std::find(fKeyReleaseCallbacks.begin(), fKeyReleaseCallbacks.end(), entry) !=
                                   fKeyReleaseCallbacks.end();
 }
 
-// Here, too, those that are there now: one that is installed on the way waits for the next occasion. A
-// failure is no reason not to call the others.
-TError CMorvaneImpl::AbandonKeyReleases() {
+// Calls those that are there now: one that is installed on the way waits for the next occasion. A failure is
+// no reason not to call the others; the first one is returned.
+TError CMorvaneImpl::CallKeyReleases(TKeyReleaseReason reason, const TPhysicalKeySpec* releasedKey) {
   TError firstError = kOK;
   for (const auto& entry : TKeyReleaseList(fKeyReleaseCallbacks)) {
-    if (!IsWaiting(entry)) continue;
-    const TPhysicalKeySpec key = {static_cast<std::uint8_t>(entry->fVirtualKey), 0, 0};
-    const TError error = CallKeyRelease(entry, key, kKeyReleaseDeactivated);
+    if ((releasedKey && entry->fVirtualKey != releasedKey->fVirtualKey) || !IsWaiting(entry)) continue;
+    const TPhysicalKeySpec ownKey = {static_cast<std::uint8_t>(entry->fVirtualKey), 0, 0};
+    const TError error = CallKeyRelease(entry, releasedKey ? *releasedKey : ownKey, reason);
     if (firstError == kOK) firstError = error;
   }
   return firstError;

@@ -226,9 +226,9 @@ TError PlaceBeside(IMorvane& morvane, TKind& window, IWindow* document = nullptr
 
 // --- For the factories
 
-// Gives a window whose behaviour has just been made its first place, unless the behaviour has moved it from
-// `made`, the rectangle that it had before. Without a root object (see CRootObjectScope), or when something
-// fails, it stays where it is.
+// Gives a window whose behaviour has just been made its first place, unless the behaviour has moved its top
+// left corner away from that of `made`, the rectangle that it had before. Without a root object (see
+// CRootObjectScope), or when something fails, it stays where it is.
 template <class TBehavior, class TKind>
 void GiveFirstPlace(TKind& window, const TRect& made, IModalOwner* owner) {
   if constexpr (requires { TBehavior::kFirstPlace; }) {
