@@ -225,6 +225,11 @@ TEST_IN_RUN(PaintingTest, TheSizeGripIsNeverPaintedOver) {
   Repaint(place);
   EXPECT_EQ(view.fDrawCalls, 0);
   EXPECT_FALSE(IsDirty());
+  // It is painted along with the window, before its own message comes.
+  InvalidateRect(Hwnd(), nullptr, FALSE);
+  InvalidateRect(grip, nullptr, FALSE);
+  Send(WM_PAINT);
+  EXPECT_FALSE(GetUpdateRect(grip, nullptr, FALSE));
   // A zoomed window has nothing to grip.
   for (const int command : {SW_SHOW, SW_SHOWMAXIMIZED, SW_RESTORE}) {
     const bool isZoomed = command == SW_SHOWMAXIMIZED;

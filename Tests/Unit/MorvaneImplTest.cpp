@@ -60,6 +60,10 @@ TEST_F(MorvaneImplTest, ThereIsOneRootObject) {
     EXPECT_EQ(Create(name), kBadInputProgrammingError) << (name ? name : "null");
   fMorvane.reset();
   EXPECT_EQ(Create("IMorvane"), kOK);
+  CMorvaneImpl* const impl = std::exchange(CMorvaneImpl::gMorvaneImpl, nullptr);
+  EXPECT_FALSE(fMorvane->IMorvane_CheckInvariant());
+  CMorvaneImpl::gMorvaneImpl = impl;
+  EXPECT_EQ(TakeReports(), "false");
 }
 
 // Whatever fails while it is made, the next one can be made.
