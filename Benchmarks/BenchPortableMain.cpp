@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "Cells.h"
-#include "Component/Portable/Region.h"
-#include "Component/Portable/ViewImpl.h"
+#include "Component/Portable/Surfaces/Region.h"
+#include "Component/Portable/Views/ViewImpl.h"
 #include "Measure.h"
 #include "Tests/Support/FakeViewWindow.h"
 

@@ -2,15 +2,15 @@
 // from its fourth word on: the text, which ends at the first zero, and behind that the names of the files
 // that exist, each with a zero behind it. A unit of the text is a byte of the input.
 //
-// sources: Component/Portable/CommandLine.cpp Component/Portable/TextPackage.cpp
-// sources: Component/Portable/MorvaneImplUtils.cpp
+// sources: Component/Portable/Opening/CommandLine.cpp Component/Portable/Text/TextPackage.cpp
+// sources: Component/Portable/Base/MorvaneImplUtils.cpp
 #include <algorithm>
 #include <cstdlib>
 #include <set>
 
-#include "Component/Portable/CommandLine.h"
-#include "Component/Portable/SingleInstanceRecord.h"
-#include "Component/Portable/TextPackage.h"
+#include "Component/Portable/Opening/CommandLine.h"
+#include "Component/Portable/Opening/SingleInstanceRecord.h"
+#include "Component/Portable/Text/TextPackage.h"
 
 using namespace NSMorvane;
 using NSTextPackage::TString;

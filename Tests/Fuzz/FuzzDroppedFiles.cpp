@@ -1,8 +1,8 @@
 // Blocks of dropped files. What is called sound is walked in the way of the system's functions, which look
 // for no end; the address sanitizer stands at the ends of the block.
 //
-// sources: Component/Portable/DroppedFiles.cpp
-#include "Component/Portable/DroppedFiles.h"
+// sources: Component/Portable/Opening/DroppedFiles.cpp
+#include "Component/Portable/Opening/DroppedFiles.h"
 
 #include <cstdlib>
 #include <cstring>

@@ -1,18 +1,18 @@
 // Texts from their bytes on: decoding and encoding of the text package, and string scripts with the keys of
 // their strings. For those, the input is a key, a zero byte and the bytes of the bank.
 //
-// sources: Component/Portable/StringScript.cpp Component/Portable/ResourceStringCache.cpp
-// sources: Component/Portable/ResourceKey.cpp Component/Portable/TextPackage.cpp
-// sources: Component/Portable/MorvaneImplUtils.cpp
+// sources: Component/Portable/Resources/StringScript.cpp Component/Portable/Resources/ResourceStringCache.cpp
+// sources: Component/Portable/Resources/ResourceKey.cpp Component/Portable/Text/TextPackage.cpp
+// sources: Component/Portable/Base/MorvaneImplUtils.cpp
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
 
-#include "Component/Portable/MorvaneImplUtils.h"
-#include "Component/Portable/ResourceKey.h"
-#include "Component/Portable/ResourceStringCache.h"
-#include "Component/Portable/StringScript.h"
-#include "Component/Portable/TextPackage.h"
+#include "Component/Portable/Base/MorvaneImplUtils.h"
+#include "Component/Portable/Resources/ResourceKey.h"
+#include "Component/Portable/Resources/ResourceStringCache.h"
+#include "Component/Portable/Resources/StringScript.h"
+#include "Component/Portable/Text/TextPackage.h"
 
 using namespace NSMorvane;
 using namespace NSTextPackage;

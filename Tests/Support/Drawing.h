@@ -3,8 +3,8 @@
 
 #include <windows.h>
 
-#include "Component/Portable/BufferBitmap.h"
-#include "Component/Portable/MorvaneImplUtilsDrawing.h"
+#include "Component/Portable/Drawing/DrawingWalk.h"
+#include "Component/Portable/Surfaces/BufferBitmap.h"
 #include "Tests/Support/FakeViewWindow.h"
 #include "Tests/Support/UnitTest.h"
 

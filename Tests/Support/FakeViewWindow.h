@@ -10,8 +10,8 @@
 #include <utility>
 #include <vector>
 
-#include "Component/Portable/ViewImpl.h"
-#include "Component/Portable/WindowFocus.h"
+#include "Component/Portable/Views/ViewImpl.h"
+#include "Component/Portable/Windows/WindowFocus.h"
 #include "Interface/MorvaneDefaults.h"
 
 namespace NSMorvaneTest {

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "Component/Portable/MorvaneImplUtilsGeometry.h"
-#include "Component/Portable/Region.h"
+#include "Component/Portable/Base/Geometry.h"
+#include "Component/Portable/Surfaces/Region.h"
 
 namespace NSMorvaneTest {
 

@@ -12,8 +12,8 @@
 #include <utility>
 #include <vector>
 
-#include "Component/Portable/MorvaneImplUtils.h"
-#include "Component/Portable/TextPackage.h"
+#include "Component/Portable/Base/MorvaneImplUtils.h"
+#include "Component/Portable/Text/TextPackage.h"
 #include "Tests/Support/PrintGeometry.h"
 
 namespace NSMorvaneTest {

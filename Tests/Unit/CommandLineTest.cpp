@@ -1,5 +1,5 @@
 // Command lines on a file system made up in memory.
-#include "Component/Portable/CommandLine.h"
+#include "Component/Portable/Opening/CommandLine.h"
 
 #include <map>
 

@@ -1,7 +1,7 @@
 // The contracts of views, windows, the kinds of windows and draw tools, over hooks that only record.
 #include <windows.h>
 
-#include "Component/Portable/MorvaneGlueValidators.h"
+#include "Component/Portable/Contract/MorvaneGlueValidators.h"
 #include "Tests/Support/Contract.h"
 #include "Tests/Support/FakeViewWindow.h"
 #include "Tests/Support/RecordingMorvane.h"

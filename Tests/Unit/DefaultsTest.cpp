@@ -2,7 +2,7 @@
 // failure.
 #include "Interface/MorvaneDefaults.h"
 
-#include "Component/Portable/MorvaneImplUtilsGeometry.h"
+#include "Component/Portable/Base/Geometry.h"
 #include "Tests/Support/UnitTest.h"
 
 using namespace NSMorvaneTest;
@@ -131,8 +131,8 @@ TEST(FailureLineTest, FailuresAreToldFromNews) {
       {"kUnsupported at Component/Win/A.cpp(120): 12009", true},
       {"Application-specific error at Component/Win/A.cpp(120): 100001", true},
       {"Bad error code at Component/Win/A.cpp(120): 55", true},
-      {"[Morvane] Exception thrown at Component/Portable/Region.cpp(88)", true},
-      {"Windows error 5 at: Component/Win/WinWindow.cpp(210)", true},
+      {"[Morvane] Exception thrown at Component/Portable/Surfaces/Region.cpp(88)", true},
+      {"Windows error 5 at: Component/Win/Window/WinWindow.cpp(210)", true},
       {"The view behavior 1returned the error 12007 when IViewBehavior_Draw was called. ", true},
       {"Ignored an exception (x) in DrawSubViews.", true},
       {"Ignored error (12007) returned from IViewBehavior_OnOnDutyFocusChanged", true},

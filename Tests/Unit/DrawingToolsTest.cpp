@@ -1,7 +1,7 @@
 // The pieces of the drawing walk, each alone.
 #include <cstring>
 
-#include "Component/Portable/MorvaneImplUtilsPortState.h"
+#include "Component/Portable/Surfaces/PortState.h"
 #include "Tests/Support/Drawing.h"
 
 using namespace NSMorvaneTest;

@@ -1,7 +1,7 @@
 // Paths on a folder of this test's own, URLs, and file types.
-#include "Component/Win/UtilsWinFiles.h"
+#include "Component/Win/Platform/UtilsWinFiles.h"
 
-#include "Component/Win/UtilsWin.h"
+#include "Component/Win/Platform/UtilsWin.h"
 #include "Tests/Support/UnitTest.h"
 
 using namespace NSMorvaneTest;

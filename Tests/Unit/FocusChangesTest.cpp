@@ -1,9 +1,9 @@
 // Who is told of changes of focus, also when those who are told bring about the next one.
-#include "Component/Portable/WindowFocus.h"
+#include "Component/Portable/Windows/WindowFocus.h"
 
 #include <set>
 
-#include "Component/Portable/MorvaneImplUtilsFocus.h"
+#include "Component/Portable/Views/FocusSearch.h"
 #include "Tests/Support/FakeViewWindow.h"
 #include "Tests/Support/UnitTest.h"
 

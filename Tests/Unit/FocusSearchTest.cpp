@@ -1,5 +1,5 @@
 // The search along the tab list, and where the focus goes when its view cannot keep it.
-#include "Component/Portable/MorvaneImplUtilsFocus.h"
+#include "Component/Portable/Views/FocusSearch.h"
 #include "Tests/Support/FakeViewWindow.h"
 #include "Tests/Support/UnitTest.h"
 

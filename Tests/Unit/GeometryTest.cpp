@@ -1,5 +1,5 @@
 // Rectangle arithmetic against answers found pixel by pixel or by search.
-#include "Component/Portable/MorvaneImplUtilsGeometry.h"
+#include "Component/Portable/Base/Geometry.h"
 #include "Tests/Support/UnitTest.h"
 
 using namespace NSMorvaneTest;

@@ -1,5 +1,5 @@
 // The list of due times, and the thread that watches it.
-#include "Component/Win/IdleThread.h"
+#include "Component/Win/Application/IdleThread.h"
 
 #include <atomic>
 #include <set>

@@ -1,14 +1,14 @@
 // The root object without a run: its life, the small hooks, private messages, and what it does with failures
 // and requests while nobody listens. Runs are in the client tests.
-#include "Component/Win/MorvaneImplWin.h"
+#include "Component/Win/Application/MorvaneImplWin.h"
 
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <new>
 
-#include "Component/Win/MorvaneImplWinMessages.h"
-#include "Component/Win/UtilsWin.h"
+#include "Component/Win/Application/MorvaneImplWinMessages.h"
+#include "Component/Win/Platform/UtilsWin.h"
 #include "Tests/Support/Drawing.h"
 #include "Tests/Support/PatchedImport.h"
 #include "Tests/Support/UnitTest.h"

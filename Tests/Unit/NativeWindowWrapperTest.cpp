@@ -1,5 +1,5 @@
 // The chain of listeners on a native window, and what happens when parts of it go during a message.
-#include "Component/Win/NativeWindowWrapper.h"
+#include "Component/Win/Platform/NativeWindowWrapper.h"
 
 #include <functional>
 #include <latch>

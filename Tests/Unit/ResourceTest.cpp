@@ -4,10 +4,10 @@
 #include <map>
 #include <set>
 
-#include "Component/Portable/ResourceKey.h"
-#include "Component/Portable/ResourceLoader.h"
-#include "Component/Portable/ResourceStringCache.h"
-#include "Component/Portable/StringScript.h"
+#include "Component/Portable/Resources/ResourceKey.h"
+#include "Component/Portable/Resources/ResourceLoader.h"
+#include "Component/Portable/Resources/ResourceStringCache.h"
+#include "Component/Portable/Resources/StringScript.h"
 #include "Tests/Support/UnitTest.h"
 
 using namespace NSMorvaneTest;

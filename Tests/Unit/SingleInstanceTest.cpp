@@ -1,7 +1,7 @@
 // The record of the first process. What later processes make of it is in the client tests.
-#include "Component/Win/SingleInstance.h"
+#include "Component/Win/Launch/SingleInstance.h"
 
-#include "Component/Win/UtilsWin.h"
+#include "Component/Win/Platform/UtilsWin.h"
 #include "Tests/Support/UnitTest.h"
 
 using namespace NSMorvaneTest;

@@ -1,5 +1,5 @@
 // What is a string script and what is not.
-#include "Component/Portable/StringScript.h"
+#include "Component/Portable/Resources/StringScript.h"
 #include "Tests/Support/UnitTest.h"
 
 using namespace NSStringScript;

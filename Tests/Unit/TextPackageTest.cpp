@@ -2,8 +2,8 @@
 #include <cstring>
 #include <memory>
 
-#include "Component/Portable/StringScript.h"
-#include "Component/Portable/TextPackage.h"
+#include "Component/Portable/Resources/StringScript.h"
+#include "Component/Portable/Text/TextPackage.h"
 #include "Tests/Support/UnitTest.h"
 
 using namespace NSTextPackage;

@@ -1,8 +1,8 @@
 // Platform helpers: failed system calls, lists of windows, monitors, moves of several windows.
-#include "Component/Win/UtilsWin.h"
+#include "Component/Win/Platform/UtilsWin.h"
 
-#include "Component/Portable/MorvaneImplUtilsGeometry.h"
-#include "Component/Win/UtilsWinHandles.h"
+#include "Component/Portable/Base/Geometry.h"
+#include "Component/Win/Platform/UtilsWinHandles.h"
 #include "Tests/Support/NativeTestWindow.h"
 #include "Tests/Support/UnitTest.h"
 

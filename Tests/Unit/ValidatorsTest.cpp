@@ -3,7 +3,7 @@
 
 #include <functional>
 
-#include "Component/Portable/MorvaneGlueValidators.h"
+#include "Component/Portable/Contract/MorvaneGlueValidators.h"
 #include "Interface/MorvaneDefaults.h"
 #include "Tests/Support/UnitTest.h"
 

@@ -1,5 +1,5 @@
 // Views: life and death, parameters, enabling, tooltips, order, hit test.
-#include "Component/Portable/BufferBitmap.h"
+#include "Component/Portable/Surfaces/BufferBitmap.h"
 #include "Tests/Support/FakeViewWindow.h"
 #include "Tests/Support/UnitTest.h"
 

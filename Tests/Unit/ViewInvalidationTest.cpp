@@ -1,6 +1,6 @@
 // What becomes dirty when views change: single cases, and random trees against a model that knows nothing but
 // pixels.
-#include "Component/Portable/BufferBitmap.h"
+#include "Component/Portable/Surfaces/BufferBitmap.h"
 #include "Tests/Support/FakeViewWindow.h"
 #include "Tests/Support/PixelSet.h"
 #include "Tests/Support/UnitTest.h"

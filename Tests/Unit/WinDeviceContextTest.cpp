@@ -1,8 +1,8 @@
 // Device contexts, the offscreen buffer and its surfaces, the draw tools of a window.
-#include "Component/Win/WinDeviceContext.h"
+#include "Component/Win/Drawing/WinDeviceContext.h"
 
-#include "Component/Win/UtilsWin.h"
-#include "Component/Win/WinDrawTools.h"
+#include "Component/Win/Drawing/WinDrawTools.h"
+#include "Component/Win/Platform/UtilsWin.h"
 #include "Tests/Support/Drawing.h"
 #include "Tests/Support/NativeTestWindow.h"
 

@@ -1,8 +1,8 @@
 // Readings of keys on a small layout of the test's own: A and 2 with shifted and AltGr texts, a dead key,
 // keys that give no text or a long one.
-#include "Component/Win/WinKeyboard.h"
+#include "Component/Win/Input/WinKeyboard.h"
 
-#include "Component/Win/UtilsWin.h"
+#include "Component/Win/Platform/UtilsWin.h"
 #include "Tests/Support/RecordingMorvane.h"
 
 using namespace NSMorvaneTest;

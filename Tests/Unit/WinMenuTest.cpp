@@ -1,9 +1,9 @@
 // Native menus and accelerator tables as the builder makes them, read back.
-#include "Component/Win/WinMenu.h"
+#include "Component/Win/Menus/WinMenu.h"
 
 #include <memory>
 
-#include "Component/Win/MorvaneImplWin.h"
+#include "Component/Win/Application/MorvaneImplWin.h"
 #include "Interface/MorvaneDefaults.h"
 #include "Tests/Support/NativeMenus.h"
 #include "Tests/Support/UnitTest.h"

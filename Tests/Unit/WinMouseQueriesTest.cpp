@@ -1,5 +1,5 @@
 // Where the mouse was in a tick. Whose it is, is in the client tests.
-#include "Component/Win/WinMouseQueries.h"
+#include "Component/Win/Input/WinMouseQueries.h"
 
 #include "Tests/Support/NativeTestWindow.h"
 #include "Tests/Support/UnitTest.h"

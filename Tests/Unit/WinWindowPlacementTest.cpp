@@ -1,8 +1,8 @@
 // Where windows stand: frames and limits, and what the platform and the client each call a placement.
-#include "Component/Win/WinWindowPlacement.h"
+#include "Component/Win/Window/WinWindowPlacement.h"
 
-#include "Component/Win/UtilsWin.h"
-#include "Component/Win/WinWindowKind.h"
+#include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/WindowKinds/WinWindowKind.h"
 #include "Tests/Support/RecordingMorvane.h"
 
 using namespace NSMorvaneTest;

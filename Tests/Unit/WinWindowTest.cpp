@@ -1,6 +1,6 @@
 // The window object from the library's side: a kind of window that records what it is told, in a run of its
 // own. What a client sees of windows is in the client tests.
-#include "Component/Win/WinWindow.h"
+#include "Component/Win/Window/WinWindow.h"
 
 // After windows.h.
 #include <imm.h>
@@ -8,11 +8,11 @@
 #include <functional>
 #include <memory>
 
-#include "Component/Win/MorvaneImplWin.h"
-#include "Component/Win/UtilsWin.h"
-#include "Component/Win/WinDocumentWindow.h"
-#include "Component/Win/WinMouseShape.h"
-#include "Component/Win/WinWindowModality.h"
+#include "Component/Win/Application/MorvaneImplWin.h"
+#include "Component/Win/Input/WinMouseShape.h"
+#include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/WinWindowModality.h"
+#include "Component/Win/WindowKinds/WinDocumentWindow.h"
 #include "Interface/MorvaneDefaults.h"
 #include "Tests/Support/NativeTestWindow.h"
 #include "Tests/Support/PatchedImport.h"

@@ -1,0 +1,112 @@
+// The contract members of the draw tools, and the dirty region of the view that is being drawn.
+#include <windows.h>
+
+#include "Component/Portable/Contract/MorvaneGlue.h"
+#include "Component/Portable/Contract/MorvaneGlueContract.h"
+
+namespace NSMorvane {
+
+CDrawToolsGlue::CDrawToolsGlue(const TNativePort& nativePort, void* dirtyRegion)
+    : fNativePort(nativePort), fDirtyRegion(dirtyRegion) {
+  MORVANE_ASSERT(fNativePort.fHDC != NULL);
+}
+
+CDrawToolsGlue::~CDrawToolsGlue() {
+  MORVANE_ASSERT(!fNativePortIsOpen);
+  MORVANE_ASSERT(!fRawPixelsAreOpen);
+}
+
+TError CDrawToolsGlue::IDrawTools_GetDirtyRegion(void*& outNativeRegion) {
+  MORVANE_REQUIRE("CDrawToolsGlue::IDrawTools_GetDirtyRegion", (outNativeRegion == NULL));
+  TError outError;
+  CallHook(outError, [&] {
+    if (!fCachedCurrentDirtyRegionIsValid) {
+      fCachedCurrentDirtyRegion = CRegion(static_cast<HRGN>(fDirtyRegion), true);
+      for (const TRect& bounds : fCurrentViewSubtreeBounds) fCachedCurrentDirtyRegion.IntersectRect(bounds);
+      fCachedCurrentDirtyRegionIsValid = true;
+    }
+    outNativeRegion = fCachedCurrentDirtyRegion.GetNativeRegion();
+  });
+  MORVANE_ASSERT(IsValidError(outError));
+  return outError;
+}
+
+TError CDrawToolsGlue::IDrawTools_OpenNativePort(TNativePort& out) {
+  MORVANE_REQUIRE_SEQUENCE("CDrawToolsGlue::IDrawTools_OpenNativePort", !fNativePortIsOpen);
+  MORVANE_REQUIRE_SEQUENCE("CDrawToolsGlue::IDrawTools_OpenNativePort", !fRawPixelsAreOpen);
+  TError outError;
+  CallHook(outError, [&] {
+    out = CDrawToolsGlue_GetNativePort();
+    fNativePortIsOpen = true;
+  });
+  MORVANE_ASSERT(IsValidError(outError));
+  return outError;
+}
+
+TError CDrawToolsGlue::IDrawTools_CloseNativePort() {
+  // Closing the wrong one of the two is bad input, and goes before the sequence. Sic: it reports under the
+  // name of the opening.
+  MORVANE_REQUIRE("CDrawToolsGlue::IDrawTools_OpenNativePort", !fRawPixelsAreOpen);
+  MORVANE_REQUIRE_SEQUENCE("CDrawToolsGlue::IDrawTools_CloseNativePort", fNativePortIsOpen);
+  TError outError;
+  CallHook(outError, [&] {
+    CDrawToolsGlue_CloseNativePort();
+    fNativePortIsOpen = false;
+  });
+  MORVANE_ASSERT(IsValidError(outError));
+  return outError;
+}
+
+TError CDrawToolsGlue::IDrawTools_OpenRawPixels(TRawPixels& out) {
+  MORVANE_REQUIRE_SEQUENCE("CDrawToolsGlue::IDrawTools_OpenRawPixels", !fNativePortIsOpen);
+  MORVANE_REQUIRE_SEQUENCE("CDrawToolsGlue::IDrawTools_OpenRawPixels", !fRawPixelsAreOpen);
+  TError outError;
+  CallHook(outError, [&] {
+    out = CDrawToolsGlue_OpenRawPixels();
+    fRawPixelsAreOpen = true;
+  });
+  MORVANE_ASSERT(IsValidError(outError));
+  return outError;
+}
+
+TError CDrawToolsGlue::IDrawTools_CloseRawPixels() {
+  MORVANE_REQUIRE("CDrawToolsGlue::IDrawTools_CloseRawPixels", !fNativePortIsOpen);
+  MORVANE_REQUIRE_SEQUENCE("CDrawToolsGlue::IDrawTools_CloseRawPixels", fRawPixelsAreOpen);
+  TError outError;
+  CallHook(outError, [&] {
+    CDrawToolsGlue_CloseRawPixels();
+    fRawPixelsAreOpen = false;
+  });
+  MORVANE_ASSERT(IsValidError(outError));
+  return outError;
+}
+
+void CDrawToolsGlue::PushViewBounds(const TRect& bounds) {
+  MORVANE_ASSERT(!fNativePortIsOpen);
+  MORVANE_ASSERT(!fRawPixelsAreOpen);
+  fCachedCurrentDirtyRegionIsValid = false;
+  fCurrentViewSubtreeBounds.push_back(bounds);
+}
+
+void CDrawToolsGlue::PopViewBounds(const TRect& rect) {
+  MORVANE_ASSERT(!fNativePortIsOpen);
+  MORVANE_ASSERT(!fRawPixelsAreOpen);
+  fCachedCurrentDirtyRegionIsValid = false;
+  MORVANE_ASSERT(fCurrentViewSubtreeBounds.size() > 0);
+  if (fCurrentViewSubtreeBounds.empty()) return;
+  const TRect& top = fCurrentViewSubtreeBounds.back();
+  MORVANE_ASSERT(top.fLeft == rect.fLeft);
+  MORVANE_ASSERT(top.fTop == rect.fTop);
+  MORVANE_ASSERT(top.fRight == rect.fRight);
+  MORVANE_ASSERT(top.fBottom == rect.fBottom);
+  fCurrentViewSubtreeBounds.pop_back();
+}
+
+void CDrawToolsGlue::CloseWhatIsLeftOpen() {
+  MORVANE_ASSERT(!fNativePortIsOpen);
+  MORVANE_ASSERT(!fRawPixelsAreOpen);
+  if (fNativePortIsOpen) IDrawTools_CloseNativePort();
+  if (fRawPixelsAreOpen) IDrawTools_CloseRawPixels();
+}
+
+}  // namespace NSMorvane

@@ -1,0 +1,371 @@
+// The drawing walk.
+#include "Component/Portable/Drawing/DrawingWalk.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <string>
+
+#include "Component/Portable/Surfaces/PortState.h"
+#include "Component/Portable/Views/ViewImpl.h"
+
+namespace NSMorvane {
+
+namespace {
+
+// Where the walk is drawing to. It changes on the way into a buffer.
+struct TPass {
+  IMorvaneRunBehavior* fRunBehavior;
+  TDrawBracket& fBracket;
+  TRect fDirtyBounds;
+  IDrawTools& fTools;
+  CDrawToolsGlue* fGlue;  // fTools, if they are the library's own
+  const TDebugSettings& fSettings;
+};
+
+// --- Guards
+
+// One view on the way down.
+class CViewScope {
+ public:
+  CViewScope(CDrawToolsGlue* glue, CPortClip& clip, const TRect& bounds)
+      : fGlue(glue), fClip(clip), fBounds(bounds) {
+    if (fGlue != nullptr) fGlue->PushViewBounds(fBounds);
+  }
+  ~CViewScope() {
+    if (fGlue != nullptr) fGlue->PopViewBounds(fBounds);
+    fClip.Leave();
+  }
+  CViewScope(const CViewScope&) = delete;
+  CViewScope& operator=(const CViewScope&) = delete;
+
+ private:
+  CDrawToolsGlue* fGlue;
+  CPortClip& fClip;
+  TRect fBounds;
+};
+
+// A bracket that is paused for a while, and goes on even if an exception comes by.
+class CBracketPause {
+ public:
+  explicit CBracketPause(TDrawBracket& bracket) : fBracket(&bracket) { fBracket->Pause(); }
+  ~CBracketPause() {
+    if (fBracket == nullptr) return;
+    try {
+      fBracket->Resume();
+    } catch (...) {
+      // The exception that came by is the one to tell.
+    }
+  }
+  void Resume() {
+    TDrawBracket* const bracket = fBracket;
+    fBracket = nullptr;
+    bracket->Resume();
+  }
+  CBracketPause(const CBracketPause&) = delete;
+  CBracketPause& operator=(const CBracketPause&) = delete;
+
+ private:
+  TDrawBracket* fBracket;
+};
+
+// The bitmap of a view for one drawing.
+class CViewBitmap {
+ public:
+  explicit CViewBitmap(CViewImpl& view) : fView(view), fBitmap(view.GetBitmapForDrawing()) {}
+  ~CViewBitmap() {
+    try {
+      fView.ReleaseBitmapForDrawing(fBitmap);
+    } catch (...) {
+      // The view's mode has changed under the drawing, and the bitmap ends here.
+    }
+  }
+  CViewBitmap(const CViewBitmap&) = delete;
+  CViewBitmap& operator=(const CViewBitmap&) = delete;
+
+  CBufferBitmap* Get() const { return fBitmap.get(); }
+
+ private:
+  CViewImpl& fView;
+  boost::shared_ptr<CBufferBitmap> fBitmap;
+};
+
+// A behaviour has the tools.
+class CToolsLoan {
+ public:
+  explicit CToolsLoan(CDrawToolsGlue* glue) : fGlue(glue) {}
+  ~CToolsLoan() {
+    if (fGlue != nullptr) fGlue->CloseWhatIsLeftOpen();
+  }
+  CToolsLoan(const CToolsLoan&) = delete;
+  CToolsLoan& operator=(const CToolsLoan&) = delete;
+
+ private:
+  CDrawToolsGlue* fGlue;
+};
+
+// --- One view
+
+void DrawSubViews(const TPass& pass, CViewImpl& view);
+
+// Logged only; but what a buffer lacks now, it tries again with the next paint.
+void IgnoreError(CViewImpl& view, const IViewBehavior* behavior, TError error, const char* operation) {
+  view.RecordFailedDrawing();
+  DebugPrint("The view behavior " + std::to_string(reinterpret_cast<std::intptr_t>(behavior)) +
+             "returned the error " +  // sic, no blank
+             std::to_string(static_cast<std::int32_t>(error)) + " when " + operation +
+             " was called. The error has been ignored to avoid disrupting the drawing of other views.");
+}
+
+void DrawSelf(const TPass& pass, CViewImpl& view, IViewBehavior* behavior) {
+  if (behavior != nullptr) {
+    const CToolsLoan loan(pass.fGlue);
+    const TError error = behavior->IViewBehavior_Draw(pass.fTools);
+    if (error != kOK) IgnoreError(view, behavior, error, "IViewBehavior_Draw");
+  }
+  if (pass.fSettings.fFlushViews && pass.fGlue != nullptr)
+    pass.fGlue->CDrawToolsGlue_FlushToScreen(pass.fSettings.fDelayAfterFlushing != 0);
+}
+
+void PostProcess(const TPass& pass, CViewImpl& view, IViewBehavior* behavior) {
+  if (behavior == nullptr) return;
+  const CToolsLoan loan(pass.fGlue);
+  const TError error = behavior->IViewBehavior_PostProcessDraw(pass.fTools);
+  if (error != kOK) IgnoreError(view, behavior, error, "IViewBehavior_PostProcessDraw");
+}
+
+void DrawDirect(const TPass& pass, CViewImpl& view) {
+  // The view, and with it its behaviour, is kept alive by the caller.
+  IViewBehavior* const behavior = view.GetBehavior();
+  DrawSelf(pass, view, behavior);
+  DrawSubViews(pass, view);
+  pass.fBracket.BeginAgain();
+  PostProcess(pass, view, behavior);
+}
+
+// One pass over the view into a bitmap, in a bracket of its own. `dirtyBounds` is what the bitmap is to show.
+void DrawIntoBuffer(const TPass& pass, CViewImpl& view, const TRect& dirtyBounds,
+                    CBufferBitmapDrawTools& bufferTools) {
+  if (pass.fSettings.fDrawPaintsRed && pass.fGlue != nullptr)
+    pass.fGlue->CDrawToolsGlue_FlushToScreen(pass.fSettings.fDelayAfterFlushing != 0);
+  // Clip and origin of the bitmap are in the care of the tools.
+  const HDC hdc = bufferTools.CDrawToolsGlue_GetNativePort().fHDC;
+  const CPortGuard guard(hdc);
+  const CSelectionGuard bitmap(hdc, OBJ_BITMAP);
+  TDrawBracket bracket(pass.fRunBehavior, bufferTools);
+  DrawDirect({pass.fRunBehavior, bracket, dirtyBounds, bufferTools, &bufferTools, pass.fSettings}, view);
+}
+
+void CopyToTools(const TPass& pass, CPortClip& clip, const TRect& viewBounds, CBufferBitmap& bitmap,
+                 TPoint destPoint, const TRect& sourceRect) {
+  CBracketPause pause(pass.fBracket);
+  // The run behaviour has just had the port.
+  clip.Renew(viewBounds);
+  TNativePort port = {};
+  ThrowError(pass.fTools.IDrawTools_OpenNativePort(port));
+  bitmap.CopyToPort(port, destPoint, sourceRect);
+  ThrowError(pass.fTools.IDrawTools_CloseNativePort());
+  pause.Resume();
+}
+
+void DrawInTiles(const TPass& pass, CPortClip& clip, CViewImpl& view, const TRect& bounds) {
+  const CViewBitmap bitmap(view);
+  CBufferBitmap* const viewBufferBitmap = bitmap.Get();
+  MORVANE_ASSERT(viewBufferBitmap != NULL);
+  void* nativeRegion = nullptr;
+  ThrowError(pass.fTools.IDrawTools_GetDirtyRegion(nativeRegion));
+  // A copy of its own: a behaviour that draws with these tools from inside a tile makes them change theirs.
+  CRegion region;
+  region.UnionRegion(CRegion(static_cast<TNativeRegion>(nativeRegion), true));
+  TTileIterator tiles(bounds, {viewBufferBitmap->GetInfo().fWidth, viewBufferBitmap->GetInfo().fHeight});
+  TRect tile;
+  while (tiles.GetNextTile(tile)) {
+    const TPoint origin = {tile.fLeft, tile.fTop};
+    CBufferBitmapDrawTools tileTools(viewBufferBitmap, region.GetNativeRegion(), origin, pass.fGlue);
+    DrawIntoBuffer(pass, view, pass.fDirtyBounds, tileTools);
+    CopyToTools(pass, clip, bounds, *viewBufferBitmap, origin, tile);
+  }
+}
+
+void DrawPermanent(const TPass& pass, CPortClip& clip, CViewImpl& view, const TRect& bounds) {
+  // Kept, since a behaviour may give the view another one.
+  const boost::shared_ptr<CBufferBitmap> bitmap = view.GetBitmapForDrawing();
+  CBufferBitmap* const viewBufferBitmap = bitmap.get();
+  MORVANE_ASSERT(viewBufferBitmap != NULL);
+  const TPoint topLeft = {bounds.fLeft, bounds.fTop};
+  const CRegion region = view.TakeDirtyRegion();
+  try {
+    if (!region.IsEmpty()) {
+      CBufferBitmapDrawTools bufferTools(viewBufferBitmap, region.GetNativeRegion(), topLeft, pass.fGlue);
+      // Also where nothing is to be redrawn on the screen: all that the super view leaves in sight counts as
+      // drawn afterwards.
+      TRect drawn = bounds;
+      if (view.GetSuperView() && !IntersectRect(drawn, view.GetSuperView()->GetBounds())) drawn = {};
+      DrawIntoBuffer(pass, view, drawn, bufferTools);
+    }
+  } catch (...) {
+    view.PutBackDirtyRegion(region);
+    throw;
+  }
+  const TPoint origin = viewBufferBitmap->GetOrigin();
+  MORVANE_ASSERT((origin.fX == 0) && (origin.fY == 0));
+  CopyToTools(pass, clip, bounds, *viewBufferBitmap, topLeft,
+              {0, 0, ToCoordinate(RectWidth(bounds)), ToCoordinate(RectHeight(bounds))});
+}
+
+void DrawByMode(const TPass& pass, CPortClip& clip, CViewImpl& view, const TRect& bounds) {
+  switch (view.GetDrawMode()) {
+    case kViewDrawDirect:
+      DrawDirect(pass, view);
+      break;
+    case kViewDrawTemporary16:
+    case kViewDrawTemporary32:
+      DrawInTiles(pass, clip, view, bounds);
+      break;
+    case kViewDrawPermanent16:
+    case kViewDrawPermanent32:
+      DrawPermanent(pass, clip, view, bounds);
+      break;
+    default:
+      view.GetBitmapForDrawing();  // throws
+      break;
+  }
+}
+
+// A view whose clip is entered.
+void DrawEntered(const TPass& pass, CPortClip& clip, CViewImpl& view, const TRect& bounds) {
+  const CViewScope scope(pass.fGlue, clip, bounds);
+  try {
+    // The run behaviour may do something to the clip.
+    if (pass.fBracket.BeginAgain()) clip.Renew(bounds);
+    DrawByMode(pass, clip, view, bounds);
+  } catch (...) {
+    view.RecordFailedDrawing();
+    throw;
+  }
+}
+
+// --- The views of a list
+
+// The subviews as they stand at the start, in that order. Drawing one may release, reorder or add others:
+// what is to be drawn is announced with BeforeDrawing, and from the first one on the walk goes by a copy.
+class CSubViewIterator {
+ public:
+  explicit CSubViewIterator(const CViewImpl& superView) : fCurrentList(superView.GetRawSubViews()) {}
+
+  // The next one that is still live and meets `box`, null after the last. Most views of a small paint are
+  // missed, at the price of one look at their rectangle.
+  CViewImpl* GetNext(const TRect& box) {
+    const std::vector<CViewImpl*>& views = fIsCopied ? fViews : fCurrentList;
+    while (fNext < views.size()) {
+      const std::size_t index = fNext++;
+      CViewImpl* const view = views[index];
+      if (fIsCopied && !Exists(index)) continue;
+      if (DoRectsMeet(view->GetBounds(), box) && view->IsLive()) return view;
+    }
+    return nullptr;
+  }
+
+  void BeforeDrawing() {
+    if (fIsCopied) return;
+    fViews = fCurrentList;
+    fIsCopied = true;
+  }
+
+ private:
+  // A view is in the list as long as it exists, nearly always at its old place.
+  bool Exists(std::size_t index) const {
+    CViewImpl* const view = fViews[index];
+    return (index < fCurrentList.size() && fCurrentList[index] == view) ||
+           std::find(fCurrentList.begin(), fCurrentList.end(), view) != fCurrentList.end();
+  }
+
+  const std::vector<CViewImpl*>& fCurrentList;
+  std::vector<CViewImpl*> fViews;
+  bool fIsCopied = false;
+  std::size_t fNext = 0;
+};
+
+// Draws one subview, and lets nothing out that goes wrong in it.
+template <class TDraw>
+void DrawGuarded(CViewImpl& subView, TDraw&& draw) {
+  const TViewImplPtr keepAlive = subView.GetClientsViewReference();
+  try {
+    draw();
+  } catch (const std::exception& e) {
+    DebugPrint(std::string("Ignored an exception (") + e.what() + ") in DrawSubViews.");
+  } catch (...) {
+    DebugPrint("Ignored an unknown exception in DrawSubViews.");
+  }
+}
+
+// With the library's own tools the port stays the same for all subviews, and so does its clip, which is read
+// here once. A subview that is not to be drawn costs one comparison of rectangles.
+void DrawSubViewsWithGlue(const TPass& pass, CSubViewIterator& subViews) {
+  CPortClip clip(pass.fGlue->CDrawToolsGlue_GetNativePort().fHDC);
+  TRect box = clip.GetBox();
+  if (!IntersectRect(box, pass.fDirtyBounds)) return;
+  while (CViewImpl* const subView = subViews.GetNext(box)) {
+    subViews.BeforeDrawing();
+    const TRect bounds = subView->GetBounds();
+    if (clip.Enter(bounds)) DrawGuarded(*subView, [&] { DrawEntered(pass, clip, *subView, bounds); });
+  }
+}
+
+void DrawSubViews(const TPass& pass, CViewImpl& view) {
+  if (view.GetRawSubViews().empty()) return;
+  CSubViewIterator subViews(view);
+  if (pass.fGlue != nullptr) {
+    DrawSubViewsWithGlue(pass, subViews);
+    return;
+  }
+  while (CViewImpl* const subView = subViews.GetNext(pass.fDirtyBounds)) {
+    subViews.BeforeDrawing();
+    DrawGuarded(*subView, [&] {
+      DrawView(pass.fRunBehavior, pass.fBracket, *subView, pass.fDirtyBounds, pass.fTools, pass.fSettings);
+    });
+  }
+}
+
+HDC GetPort(IDrawTools& tools, CDrawToolsGlue* glue) {
+  TNativePort nativePort = {};
+  if (glue != nullptr) {
+    nativePort = glue->CDrawToolsGlue_GetNativePort();
+  } else {
+    ThrowError(tools.IDrawTools_OpenNativePort(nativePort));
+    ThrowError(tools.IDrawTools_CloseNativePort());
+  }
+  MORVANE_ASSERT(nativePort.fHDC != NULL);
+  return nativePort.fHDC;
+}
+
+}  // namespace
+
+void DrawView(IMorvaneRunBehavior* runBehavior, TDrawBracket& bracket, CViewImpl& view,
+              const TRect& dirtyBounds, IDrawTools& tools, const TDebugSettings& settings) {
+  const TRect bounds = view.GetBounds();
+  TRect dirty = bounds;
+  if (!IntersectRect(dirty, dirtyBounds)) return;
+  const TViewImplPtr keepAlive = view.IsLive() ? view.GetClientsViewReference() : TViewImplPtr();
+  CDrawToolsGlue* const glue = dynamic_cast<CDrawToolsGlue*>(&tools);
+  const HDC hdc = GetPort(tools, glue);
+  const CStateRestorer state(hdc);
+  const CPortGuard guard(hdc);
+  CClipRegions::GetInstance().StartOver();
+  CPortClip clip(hdc);
+  if (!clip.Enter(bounds)) return;
+  DrawEntered({runBehavior, bracket, dirtyBounds, tools, glue, settings}, clip, view, bounds);
+}
+
+void DrawSubViews(IMorvaneRunBehavior* runBehavior, TDrawBracket& bracket, CViewImpl& view,
+                  const TRect& dirtyBounds, IDrawTools& tools, const TDebugSettings& settings) {
+  const TViewImplPtr keepAlive = view.IsLive() ? view.GetClientsViewReference() : TViewImplPtr();
+  CDrawToolsGlue* const glue = dynamic_cast<CDrawToolsGlue*>(&tools);
+  const HDC hdc = GetPort(tools, glue);
+  const CStateRestorer state(hdc);
+  const CPortGuard guard(hdc);
+  CClipRegions::GetInstance().StartOver();
+  DrawSubViews({runBehavior, bracket, dirtyBounds, tools, glue, settings}, view);
+}
+
+}  // namespace NSMorvane

@@ -1,0 +1,189 @@
+#include "Component/Portable/Menus/MenuBarState.h"
+
+#include <tuple>
+
+#include "Component/Portable/Contract/MorvaneGlueContract.h"
+
+namespace NSMorvane {
+
+namespace {
+
+bool AreEqual(const TKeyInterpretation& a, const TKeyInterpretation& b) {
+  return NSTextPackage::ArrayToString(a.fKeyText) == NSTextPackage::ArrayToString(b.fKeyText) &&
+         a.fModifiers.fKeys == b.fModifiers.fKeys && a.fModifiers.fReserved == b.fModifiers.fReserved &&
+         a.fPhysicalTest == b.fPhysicalTest;
+}
+
+bool AreEqual(const IIcon* a, const IIcon* b) {
+  if (!a || !b) return a == b;
+  TFlag equal = 0;
+  MORVANE_CHECK(a->IIcon_AreEqual(*b, equal));
+  return equal == 1;
+}
+
+boost::shared_ptr<IIcon> CloneIcon(const IIcon* icon) {
+  if (!icon) return {};
+  TError error = kOK;
+  boost::shared_ptr<IIcon> clone(icon->IIcon_Clone(error));
+  MORVANE_CHECK(error);
+  return clone;
+}
+
+}  // namespace
+
+CMenuItem::CMenuItem(const TMenuItem& item)
+    : fSubmenuName(NSTextPackage::ArrayToString(item.fSubmenuName)),
+      fText(NSTextPackage::ArrayToString(item.fText)),
+      fStateFlags(item.fStateFlags),
+      fShortcut(item.fShortcut),
+      fCommand(item.fCommand),
+      fIcon(CloneIcon(item.fIcon)) {}
+
+CMenuItem CMenuItem::WithEscapedText(const TMenuItem& item) {
+  CMenuItem result(item);
+  TString escaped;
+  for (TChar c : result.fText) escaped.append(c == u'_' ? 2 : 1, c);
+  result.fText = escaped;
+  return result;
+}
+
+bool CMenuItem::operator==(const CMenuItem& other) const {
+  return fSubmenuName == other.fSubmenuName && fText == other.fText && fStateFlags == other.fStateFlags &&
+         fCommand == other.fCommand && AreEqual(fShortcut, other.fShortcut) &&
+         AreEqual(fIcon.get(), other.fIcon.get());
+}
+
+void CMenuItem::ToRecord(TMenuItem& out) const {
+  NSTextPackage::CopyChars(out.fSubmenuName, fSubmenuName.c_str(), kMenuTextChars);
+  NSTextPackage::CopyChars(out.fText, fText.c_str(), kMenuTextChars);
+  out.fStateFlags = fStateFlags;
+  out.fShortcut = fShortcut;
+  out.fCommand = fCommand;
+  out.fIcon = fIcon.get();
+}
+
+bool IsValidMenu(TMenu menu) {
+  if (menu < kMenuCount) return true;
+  MORVANE_UNREACHED();
+  return false;
+}
+
+bool IsValidMenuBarFlags(const TMenuBarFlags& flags) {
+  return ValidateFlag(flags.fShowHelpItem) && ValidateFlag(flags.fHelpItemEnabled) &&
+         ValidateFlag(flags.fQuitEnabled) && ValidateFlag(flags.fSecondMenuItemEnabled) &&
+         ValidateFlag(flags.fShowWindowMenu);
+}
+
+bool CMenuBarState::operator==(const CMenuBarState& other) const {
+  const auto values = [](const CMenuBarState& s) {
+    return std::tie(s.fLists, s.fTitles, s.fShowHelpItem, s.fHelpItemEnabled, s.fQuitEnabled,
+                    s.fSecondMenuItemEnabled, s.fShowWindowMenu, s.fReserved);
+  };
+  return values(*this) == values(other);
+}
+
+const std::vector<CMenuItem>& CMenuBarState::GetList(TMenu menu) const {
+  if (menu < kMenuCount) return fLists[menu];
+  MORVANE_UNREACHED();
+  MORVANE_THROW(std::invalid_argument("invalid menu"));
+}
+
+const TString& CMenuBarState::GetTitle(TMenu menu) const {
+  if (menu >= kMenu1 && menu <= kMenu6) return fTitles[menu - kMenu1];
+  MORVANE_UNREACHED();
+  MORVANE_THROW(std::invalid_argument("invalid menu"));
+}
+
+TError CMenuBarState::IMenuBarState_GetFlags(TMenuBarFlags& outFlags) {
+  MORVANE_REQUIRE("IMenuBarState_GetFlags()", CheckInvariant());
+  outFlags = TMenuBarFlags{};
+  TError outError;
+  CallHook(outError, [&] {
+    outFlags = {fShowHelpItem, fHelpItemEnabled, fQuitEnabled, fSecondMenuItemEnabled, fShowWindowMenu};
+  });
+  MORVANE_AFTER(CheckInvariant());
+  MORVANE_ASSERT(IsValidMenuBarFlags(outFlags));
+  return outError;
+}
+
+TError CMenuBarState::IMenuBarState_SetFlags(const TMenuBarFlags& inFlags) {
+  MORVANE_REQUIRE("IMenuBarState_SetFlags()", CheckInvariant());
+  MORVANE_REQUIRE("IMenuBarState_SetFlags()", IsValidMenuBarFlags(inFlags));
+  TError outError;
+  CallHook(outError, [&] {
+    fShowHelpItem = inFlags.fShowHelpItem == 1;
+    fHelpItemEnabled = inFlags.fHelpItemEnabled == 1;
+    fQuitEnabled = inFlags.fQuitEnabled == 1;
+    fSecondMenuItemEnabled = inFlags.fSecondMenuItemEnabled == 1;
+    fShowWindowMenu = inFlags.fShowWindowMenu == 1;
+  });
+  MORVANE_AFTER(CheckInvariant());
+  return outError;
+}
+
+TError CMenuBarState::IMenuBarState_CountMenuItems(TMenu menu, std::uint32_t& outCount) {
+  MORVANE_REQUIRE("IMenuBarState_CountMenuItems()", CheckInvariant());
+  MORVANE_REQUIRE("IMenuBarState_CountMenuItems()", IsValidMenu(menu));
+  TError outError;
+  CallHook(outError, [&] { outCount = static_cast<std::uint32_t>(GetList(menu).size()); });
+  MORVANE_AFTER(CheckInvariant());
+  return outError;
+}
+
+TError CMenuBarState::IMenuBarState_GetMenuItems(TMenu menu, TMenuItem* outBuffer,
+                                                 std::uint32_t bufferSizeInBytes) {
+  MORVANE_REQUIRE("IMenuBarState_GetMenuItems()", CheckInvariant());
+  MORVANE_REQUIRE("IMenuBarState_GetMenuItems()", IsValidMenu(menu));
+  MORVANE_REQUIRE("IMenuBarState_GetMenuItems()", (outBuffer != NULL) || (bufferSizeInBytes == 0));
+  TError outError;
+  CallHook(outError, [&] {
+    const std::vector<CMenuItem> items = GetList(menu);
+    if (bufferSizeInBytes != items.size() * sizeof(TMenuItem))
+      MORVANE_THROW(std::invalid_argument("bad buffer size"));
+    for (const CMenuItem& item : items) item.ToRecord(*outBuffer++);
+  });
+  MORVANE_AFTER(CheckInvariant());
+  return outError;
+}
+
+TError CMenuBarState::IMenuBarState_SetMenuItems(TMenu menu, const TMenuItem* inBuffer,
+                                                 std::uint32_t bufferSizeInBytes) {
+  MORVANE_REQUIRE("IMenuBarState_SetMenuItems()", CheckInvariant());
+  MORVANE_REQUIRE("IMenuBarState_SetMenuItems()", IsValidMenu(menu));
+  MORVANE_REQUIRE("IMenuBarState_SetMenuItems()", (inBuffer != NULL) || (bufferSizeInBytes == 0));
+  const std::size_t numNewMenuItems = bufferSizeInBytes / sizeof(TMenuItem);
+  MORVANE_REQUIRE("IMenuBarState_SetMenuItems()", (numNewMenuItems * sizeof(TMenuItem)) == bufferSizeInBytes);
+  TError outError;
+  CallHook(outError, [&] {
+    std::vector<CMenuItem> items;
+    items.reserve(numNewMenuItems);
+    for (std::size_t i = 0; i < numNewMenuItems; ++i) items.emplace_back(inBuffer[i]);
+    fLists[menu].swap(items);
+  });
+  MORVANE_AFTER(CheckInvariant());
+  return outError;
+}
+
+TError CMenuBarState::IMenuBarState_GetMenuTitle(TMenu menu, TChar* outTitle) {
+  MORVANE_REQUIRE("IMenuBarState_GetMenuTitle()", CheckInvariant());
+  MORVANE_REQUIRE("IMenuBarState_GetMenuTitle()", ((menu >= kMenu1) && (menu <= kMenu6)));
+  TError outError;
+  CallHook(outError, [&] {
+    if (!outTitle) MORVANE_THROW(std::invalid_argument(""));
+    outTitle[0] = 0;
+    NSTextPackage::CopyChars(outTitle, GetTitle(menu).c_str(), kMenuTextChars);
+  });
+  MORVANE_AFTER(CheckInvariant());
+  return outError;
+}
+
+TError CMenuBarState::IMenuBarState_SetMenuTitle(TMenu menu, const TChar* title) {
+  MORVANE_REQUIRE("IMenuBarState_SetMenuTitle()", CheckInvariant());
+  MORVANE_REQUIRE("IMenuBarState_SetMenuTitle()", ((menu >= kMenu1) && (menu <= kMenu6)));
+  TError outError;
+  CallHook(outError, [&] { fTitles[menu - kMenu1] = CheckedText(title); });
+  MORVANE_AFTER(CheckInvariant());
+  return outError;
+}
+
+}  // namespace NSMorvane

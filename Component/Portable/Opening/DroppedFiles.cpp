@@ -1,0 +1,36 @@
+#include "Component/Portable/Opening/DroppedFiles.h"
+
+#include <cstring>
+
+namespace NSMorvane {
+
+namespace {
+
+// Whether a list of names ends with an empty one inside the block. The system takes even an empty list to
+// begin with a name.
+template <class TUnit>
+bool IsTerminatedList(const std::byte* list, std::size_t size) {
+  bool atStart = false;
+  for (; size >= sizeof(TUnit); list += sizeof(TUnit), size -= sizeof(TUnit)) {
+    TUnit unit;
+    std::memcpy(&unit, list, sizeof(unit));
+    if (unit == 0 && atStart) return true;
+    atStart = unit == 0;
+  }
+  return false;
+}
+
+}  // namespace
+
+bool IsSoundDroppedFilesBlock(const std::byte* block, std::size_t size) {
+  TDroppedFilesHeader header;
+  if (size < sizeof(header)) return false;
+  std::memcpy(&header, block, sizeof(header));
+  if (header.fNamesOffset > size) return false;
+  const std::byte* const list = block + header.fNamesOffset;
+  const std::size_t listSize = size - header.fNamesOffset;
+  return header.fIsWide != 0 ? IsTerminatedList<std::uint16_t>(list, listSize)
+                             : IsTerminatedList<std::uint8_t>(list, listSize);
+}
+
+}  // namespace NSMorvane

@@ -1,0 +1,176 @@
+#include "Component/Portable/Surfaces/BufferBitmap.h"
+
+#include <windows.h>
+
+#include <boost/make_shared.hpp>
+#include <limits>
+
+#include "Component/Portable/Base/MorvaneImplUtils.h"
+#include "Component/Portable/Surfaces/NativeOwners.h"
+
+namespace NSMorvane {
+
+namespace {
+
+constexpr COLORREF kCopyBackground = 0x02000000;
+
+HDC MakeScreenCompatibleContext() {
+  const HDC screen = GetDC(nullptr);
+  const HDC context = CreateCompatibleDC(screen);
+  if (screen != nullptr) ReleaseDC(nullptr, screen);
+  if (context == nullptr) MORVANE_THROW(XOutOfMemory());
+  return context;
+}
+
+HBITMAP MakeSection(HDC context, const TSize& size, std::int32_t depth, void*& outPixels) {
+  BITMAPINFO info = {};
+  info.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
+  info.bmiHeader.biWidth = size.fWidth;
+  info.bmiHeader.biHeight = -size.fHeight;  // top-down
+  info.bmiHeader.biPlanes = 1;
+  info.bmiHeader.biBitCount = static_cast<WORD>(depth);
+  info.bmiHeader.biCompression = BI_RGB;
+  return CreateDIBSection(context, &info, DIB_RGB_COLORS, &outPixels, nullptr, 0);
+}
+
+}  // namespace
+
+bool IsPossibleBitmapSize(const TSize& size, std::int32_t depth) {
+  if (size.fWidth <= 0 || size.fHeight <= 0) return false;
+  const std::int64_t rowBytes = (static_cast<std::int64_t>(size.fWidth) * depth + 31) / 32 * 4;
+  return rowBytes <= std::numeric_limits<std::int32_t>::max() / size.fHeight;
+}
+
+// --- CStateRestorer
+
+CStateRestorer::CStateRestorer(HDC__* hdc) : fHDC(hdc), fClipRegion(nullptr), fWindowOrigin() {
+  POINT origin = {};
+  if (!GetWindowOrgEx(fHDC, &origin)) MORVANE_THROW(std::exception());
+  fWindowOrigin = {origin.x, origin.y};
+  TRegionOwner region(CreateRectRgn(0, 0, 0, 0));
+  if (region == nullptr) MORVANE_THROW(XOutOfMemory());
+  const int result = GetClipRgn(fHDC, region.get());
+  if (result == 1) {
+    fClipRegion = region.release();
+  } else if (result != 0) {
+    MORVANE_ASSERT(result == -1);
+    MORVANE_THROW(std::exception());
+  }
+}
+
+CStateRestorer::~CStateRestorer() {
+  Restore();
+  if (fClipRegion != nullptr) DeleteObject(fClipRegion);
+}
+
+void CStateRestorer::Restore() const {
+  SetWindowOrgEx(fHDC, fWindowOrigin.fX, fWindowOrigin.fY, nullptr);
+  SelectClipRgn(fHDC, fClipRegion);
+}
+
+// --- CBufferBitmap
+
+CBufferBitmap::CBufferBitmap(TSize size, std::int32_t depth)
+    : fCurrentOrigin(),
+      fHDC(nullptr),
+      fHBitmap(nullptr),
+      fOldBitmap(nullptr),
+      fPixelPtr(nullptr),
+      fSaveStateCount(0),
+      fInfo() {
+  TContextOwner context(MakeScreenCompatibleContext());
+
+  const TRegionOwner clip(CreateRectRgn(0, 0, size.fWidth, size.fHeight));
+  if (clip == nullptr || SelectClipRgn(context.get(), clip.get()) == ERROR) MORVANE_THROW(std::exception());
+
+  TBitmapOwner bitmap;
+  if (IsPossibleBitmapSize(size, depth)) bitmap.reset(MakeSection(context.get(), size, depth, fPixelPtr));
+  if (bitmap == nullptr) MORVANE_THROW(XOutOfMemory());
+
+  DIBSECTION section = {};
+  if (GetObjectW(bitmap.get(), sizeof(section), &section) != sizeof(section)) MORVANE_THROW(std::exception());
+  fInfo.fWidth = section.dsBmih.biWidth;
+  fInfo.fHeight = section.dsBmih.biHeight < 0 ? -section.dsBmih.biHeight : section.dsBmih.biHeight;
+  fInfo.fBitDepth = section.dsBmih.biBitCount;
+  fInfo.fRowBytes = (section.dsBm.bmWidthBytes + 3) / 4 * 4;
+
+  fOldBitmap = static_cast<HBITMAP>(SelectObject(context.get(), bitmap.get()));
+  if (fOldBitmap == nullptr) MORVANE_THROW(std::exception());
+  fHDC = context.release();
+  fHBitmap = bitmap.release();
+}
+
+CBufferBitmap::~CBufferBitmap() {
+  MORVANE_ASSERT(fSaveStateCount == 0);
+  if (!fSavedStateStack.empty()) {
+    MORVANE_UNREACHED();
+    fSavedStateStack.clear();
+  }
+  SelectObject(fHDC, fOldBitmap);
+  DeleteObject(fHBitmap);
+  DeleteDC(fHDC);
+}
+
+void* CBufferBitmap::OpenPixels() {
+  // The platform may hold drawing calls back.
+  GdiFlush();
+  return fPixelPtr;
+}
+
+void CBufferBitmap::ClosePixels(void* pixelPtr) { MORVANE_ASSERT((NULL==pixelPtr) || (pixelPtr==fPixelPtr)); }
+
+void CBufferBitmap::SaveState() {
+  MORVANE_ASSERT(fSaveStateCount == 0);
+  fSavedStateStack.push_back(boost::make_shared<CStateRestorer>(fHDC));
+  ++fSaveStateCount;
+}
+
+void CBufferBitmap::RestoreState() {
+  MORVANE_ASSERT(fSaveStateCount == 1);
+  MORVANE_ASSERT(fSavedStateStack.size() > 0);
+  if (fSavedStateStack.empty()) return;
+  fSavedStateStack.pop_back();
+  POINT origin = {fCurrentOrigin.fX, fCurrentOrigin.fY};
+  GetWindowOrgEx(fHDC, &origin);
+  fCurrentOrigin = {origin.x, origin.y};
+  --fSaveStateCount;
+}
+
+TPoint CBufferBitmap::SetOrigin(TPoint newOrigin) {
+  const TPoint oldOrigin = fCurrentOrigin;
+  if (newOrigin == oldOrigin) return oldOrigin;
+  POINT prevPoint = {};
+  if (!SetWindowOrgEx(fHDC, newOrigin.fX, newOrigin.fY, &prevPoint)) MORVANE_THROW(std::exception());
+  MORVANE_ASSERT((prevPoint.x == fCurrentOrigin.fX) && (prevPoint.y == fCurrentOrigin.fY));
+  fCurrentOrigin = newOrigin;
+  const TPoint shift = {ToCoordinate(static_cast<std::int64_t>(oldOrigin.fX) - newOrigin.fX),
+                        ToCoordinate(static_cast<std::int64_t>(oldOrigin.fY) - newOrigin.fY)};
+  if (OffsetClipRgn(fHDC, shift.fX, shift.fY) == ERROR) MORVANE_THROW(std::exception());
+  return oldOrigin;
+}
+
+void CBufferBitmap::ClipToRegion(TNativeRegion nativeRegion) {
+  if (SelectClipRgn(fHDC, nativeRegion) == ERROR) MORVANE_THROW(std::exception());
+  if (fCurrentOrigin == TPoint{}) return;
+  const TPoint shift = {ToCoordinate(-static_cast<std::int64_t>(fCurrentOrigin.fX)),
+                        ToCoordinate(-static_cast<std::int64_t>(fCurrentOrigin.fY))};
+  if (OffsetClipRgn(fHDC, shift.fX, shift.fY) == ERROR) MORVANE_THROW(std::exception());
+}
+
+void CBufferBitmap::CopyToPort(const TNativePort& port, TPoint destPoint, const TRect& sourceRect) {
+  const HDC target = port.fHDC;
+  const COLORREF oldBackground = SetBkColor(target, kCopyBackground);
+  const int oldOperation = SetROP2(target, R2_COPYPEN);
+  const int oldBackgroundMode = SetBkMode(target, TRANSPARENT);
+  const int oldMapMode = SetMapMode(target, MM_TEXT);
+  const BOOL okFlag =
+      BitBlt(target, destPoint.fX, destPoint.fY, ToCoordinate(RectWidth(sourceRect)),
+             ToCoordinate(RectHeight(sourceRect)), fHDC, sourceRect.fLeft, sourceRect.fTop, SRCCOPY);
+  MORVANE_ASSERT(okFlag);
+  SetROP2(target, oldOperation);
+  SetBkMode(target, oldBackgroundMode);
+  SetMapMode(target, oldMapMode);
+  SetBkColor(target, oldBackground);
+}
+
+}  // namespace NSMorvane

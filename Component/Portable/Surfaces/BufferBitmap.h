@@ -1,0 +1,88 @@
+// An offscreen surface of pixels with a native context to draw into it.
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+#include <cstdint>
+#include <vector>
+
+#include "Component/Portable/Surfaces/Region.h"
+#include "Interface/MorvaneDrawing.h"
+#include "Interface/MorvaneTypes.h"
+
+struct HBITMAP__;
+
+namespace NSMorvane {
+
+struct TBufferBitmapInfo {
+  std::int32_t fWidth;
+  std::int32_t fHeight;
+  std::int32_t fRowBytes;  // a multiple of 4
+  std::int32_t fBitDepth;  // 16, with 5 bits for each of red, green and blue, or 32
+  bool fTopDown;           // always false
+};
+
+// The clip region and the window origin of a context, kept from construction and put back by destruction.
+class CStateRestorer {
+ public:
+  explicit CStateRestorer(HDC__* hdc);
+  ~CStateRestorer();
+  // Puts them back ahead of time.
+  void Restore() const;
+  // In device coordinates; null: there was no clip. It stays this object's.
+  TNativeRegion GetClipRegion() const { return fClipRegion; }
+  CStateRestorer(const CStateRestorer&) = delete;
+  CStateRestorer& operator=(const CStateRestorer&) = delete;
+
+ private:
+  HDC__* fHDC;
+  TNativeRegion fClipRegion;
+  TPoint fWindowOrigin;
+};
+
+// The platform counts the bytes of a bitmap in 32 bits; nothing that overflows them may reach it.
+bool IsPossibleBitmapSize(const TSize& size, std::int32_t depth);
+
+// Coordinates given to the context are logical ones: they start at the origin, which is the logical
+// coordinate shown at the first pixel. Failing platform calls throw.
+class CBufferBitmap {
+ public:
+  // `depth` is 16 or 32. The content is black. A size that cannot be had is std::bad_alloc.
+  CBufferBitmap(TSize size, std::int32_t depth);
+  ~CBufferBitmap();
+  CBufferBitmap(const CBufferBitmap&) = delete;
+  CBufferBitmap& operator=(const CBufferBitmap&) = delete;
+
+  TNativePort GetNativePort() const { return {fHDC}; }
+  const TBufferBitmapInfo& GetInfo() const { return fInfo; }
+
+  // The first pixel of the topmost row. What was drawn before is in the pixels.
+  void* OpenPixels();
+  void ClosePixels(void* pixelPtr);
+
+  // Origin and clip, saved only once at a time: for as long as tools draw into the bitmap.
+  void SaveState();
+  void RestoreState();
+  bool IsBeingDrawnInto() const { return fSaveStateCount > 0; }
+
+  // Returns the old origin. The clip keeps its logical coordinates.
+  TPoint SetOrigin(TPoint newOrigin);
+  TPoint GetOrigin() const { return fCurrentOrigin; }
+  // Replaces the clip by a region in logical coordinates. The region stays the caller's and is not kept.
+  void ClipToRegion(TNativeRegion nativeRegion);
+
+  // `sourceRect` is in logical coordinates of this bitmap, `destPoint` in those of the port. The port may be
+  // this bitmap's own. A copy that fails is only reported.
+  void CopyToPort(const TNativePort& port, TPoint destPoint, const TRect& sourceRect);
+
+ private:
+  TPoint fCurrentOrigin;
+  HDC__* fHDC;
+  HBITMAP__* fHBitmap;
+  HBITMAP__* fOldBitmap;  // what the context held before
+  void* fPixelPtr;
+  std::vector<boost::shared_ptr<CStateRestorer>> fSavedStateStack;
+  std::int32_t fSaveStateCount;
+  TBufferBitmapInfo fInfo;
+};
+
+}  // namespace NSMorvane

@@ -1,0 +1,194 @@
+#include "Component/Portable/Surfaces/PortState.h"
+
+#include <algorithm>
+
+namespace NSMorvane {
+
+namespace {
+
+bool operator!=(const POINT& a, const POINT& b) { return a.x != b.x || a.y != b.y; }
+
+}  // namespace
+
+// --- CPortMapping
+
+CPortMapping::CPortMapping(HDC hdc)
+    : fGraphicsMode(GetGraphicsMode(hdc)),
+      fMapMode(GetMapMode(hdc)),
+      fLayout(GetLayout(hdc)),
+      fViewportOrigin(),
+      fWindowOrigin() {
+  GetViewportOrgEx(hdc, &fViewportOrigin);
+  GetWindowOrgEx(hdc, &fWindowOrigin);
+}
+
+void CPortMapping::Restore(HDC hdc) const {
+  if (GetGraphicsMode(hdc) != fGraphicsMode) {
+    // A world transform stands in the way of the compatible mode.
+    ModifyWorldTransform(hdc, nullptr, MWT_IDENTITY);
+    SetGraphicsMode(hdc, fGraphicsMode);
+  }
+  if (GetMapMode(hdc) != fMapMode) SetMapMode(hdc, fMapMode);
+  POINT origin = fViewportOrigin;
+  GetViewportOrgEx(hdc, &origin);
+  if (origin != fViewportOrigin) SetViewportOrgEx(hdc, fViewportOrigin.x, fViewportOrigin.y, nullptr);
+  origin = fWindowOrigin;
+  GetWindowOrgEx(hdc, &origin);
+  if (origin != fWindowOrigin) SetWindowOrgEx(hdc, fWindowOrigin.x, fWindowOrigin.y, nullptr);
+}
+
+// --- CPortGuard
+
+CPortGuard::CPortGuard(HDC hdc)
+    : fHDC(hdc),
+      fMapping(hdc),
+      fTextColour(GetTextColor(hdc)),
+      fBackgroundColour(GetBkColor(hdc)),
+      fBackgroundMode(GetBkMode(hdc)),
+      fRasterOperation(GetROP2(hdc)),
+      fTextAlign(GetTextAlign(hdc)),
+      fFont(hdc, OBJ_FONT),
+      fPen(hdc, OBJ_PEN),
+      fBrush(hdc, OBJ_BRUSH) {}
+
+CPortGuard::~CPortGuard() {
+  SetTextColor(fHDC, fTextColour);
+  SetBkColor(fHDC, fBackgroundColour);
+  SetBkMode(fHDC, fBackgroundMode);
+  SetROP2(fHDC, fRasterOperation);
+  SetTextAlign(fHDC, fTextAlign);
+  fMapping.Restore(fHDC);
+}
+
+// --- CClipRegions
+
+CClipRegions& CClipRegions::GetInstance() {
+  // Never destroyed: at the end of the process it is too late to talk to the platform.
+  static CClipRegions& regions = *new CClipRegions;
+  return regions;
+}
+
+HRGN CClipRegions::GetNext(const TRect& deviceRect) {
+  if (fNext == kMaxRegions) return nullptr;
+  if (fNext == fEntries.size()) {
+    fEntries.push_back({TRect{}, nullptr});
+    fEntries.back().fRegion = CreateRectRgn(0, 0, 0, 0);
+  }
+  TEntry& entry = fEntries[fNext++];
+  if (!(entry.fRect == deviceRect)) {
+    entry.fRect = TRect{};
+    if (!SetRectRgn(entry.fRegion, deviceRect.fLeft, deviceRect.fTop, deviceRect.fRight, deviceRect.fBottom))
+      return nullptr;
+    entry.fRect = deviceRect;
+  }
+  return entry.fRegion;
+}
+
+// --- CPortClip
+
+CPortClip::CPortClip(HDC hdc) : fHDC(hdc), fMapping(hdc), fShape(kNothing), fBox(), fIsIntact(true) {
+  RECT box = {};
+  const int complexity = GetClipBox(hdc, &box);
+  if (complexity == ERROR || complexity == NULLREGION) return;
+  fBox = {box.left, box.top, box.right, box.bottom};
+  if (IsEmptyRect(fBox)) return;
+  if (complexity == SIMPLEREGION && fMapping.IsPixelMapping()) {
+    fShape = kOneRect;
+    return;
+  }
+  fShape = kUnknown;
+  fState.emplace(hdc);
+  // The surface of a memory context is one rectangle, so its clip region alone makes the shape. What can be
+  // drawn of a window may have any shape.
+  if (fState->GetClipRegion() == nullptr || !fMapping.IsPixelMapping() || GetObjectType(hdc) != OBJ_MEMDC)
+    return;
+  const TPoint shift = fMapping.GetShift();
+  for (const TRect& rect : CRegion(fState->GetClipRegion(), true).GetRects()) {
+    TRect logical =
+        OffsetRectBy(rect, -static_cast<std::int64_t>(shift.fX), -static_cast<std::int64_t>(shift.fY));
+    if (NSMorvane::IntersectRect(logical, fBox)) fRects.push_back(logical);
+  }
+  fShape = kRects;
+}
+
+CPortClip::~CPortClip() {
+  if (!fIsIntact) BringBack();
+}
+
+bool CPortClip::Enter(const TRect& bounds) {
+  switch (fShape) {
+    case kOneRect: {
+      TRect visible = bounds;
+      if (!NSMorvane::IntersectRect(visible, fBox)) return false;
+      return (fIsIntact && visible == fBox) || Select(visible);
+    }
+    case kRects:
+      return SelectWithinRects(bounds);
+    case kUnknown:
+      return SelectByPlatform(bounds);
+    case kNothing:
+      break;
+  }
+  return false;
+}
+
+void CPortClip::Renew(const TRect& bounds) {
+  fIsIntact = false;
+  Enter(bounds);
+}
+
+void CPortClip::Leave() {
+  fMapping.Restore(fHDC);
+  fIsIntact = false;
+}
+
+// `rect` lies in one rectangle of the shape and meets no other, and the mapping is one of pixels.
+bool CPortClip::Select(const TRect& rect) {
+  const TPoint shift = fMapping.GetShift();
+  const HRGN region = CClipRegions::GetInstance().GetNext(OffsetRectBy(rect, shift.fX, shift.fY));
+  int complexity = ERROR;
+  if (region != nullptr) {
+    complexity = SelectClipRgn(fHDC, region);
+  } else {
+    if (!fIsIntact) SelectClipRgn(fHDC, nullptr);
+    complexity = IntersectClipRect(fHDC, rect.fLeft, rect.fTop, rect.fRight, rect.fBottom);
+  }
+  fIsIntact = false;
+  return complexity != ERROR && complexity != NULLREGION;
+}
+
+bool CPortClip::SelectWithinRects(const TRect& bounds) {
+  TRect found = {};
+  for (const TRect& rect : fRects) {
+    if (rect.fTop >= bounds.fBottom) break;
+    TRect visible = bounds;
+    if (!NSMorvane::IntersectRect(visible, rect)) continue;
+    if (!IsEmptyRect(found)) return SelectByPlatform(bounds);
+    found = visible;
+    if (found == bounds) break;
+  }
+  return !IsEmptyRect(found) && Select(found);
+}
+
+bool CPortClip::SelectByPlatform(const TRect& bounds) {
+  if (!fIsIntact) BringBack();
+  const RECT native = {bounds.fLeft, bounds.fTop, bounds.fRight, bounds.fBottom};
+  if (!RectVisible(fHDC, &native)) return false;
+  fIsIntact = false;
+  if (IntersectClipRect(fHDC, bounds.fLeft, bounds.fTop, bounds.fRight, bounds.fBottom) == NULLREGION)
+    return false;
+  RECT box = {};
+  const int complexity = GetClipBox(fHDC, &box);
+  return complexity != ERROR && complexity != NULLREGION && box.left < box.right && box.top < box.bottom;
+}
+
+void CPortClip::BringBack() {
+  if (fState) {
+    fState->Restore();
+  } else if (fShape == kOneRect) {
+    Select(fBox);
+  }
+  fIsIntact = true;
+}
+
+}  // namespace NSMorvane

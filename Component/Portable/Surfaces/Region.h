@@ -1,0 +1,90 @@
+// A set of pixels, as a value. Copies share one native region until one of them is written to.
+#pragma once
+
+#include <cstdint>
+
+#include "Component/Portable/Base/Geometry.h"
+#include "Interface/MorvaneTypes.h"
+
+struct HRGN__;
+
+namespace NSMorvane {
+
+// The platform's handle of a region, an HRGN.
+using TNativeRegion = HRGN__*;
+
+// The native region that several CRegion objects share, with their count. Only CRegion uses it.
+class CNativeRegionWrapper {
+ public:
+  // Made on the heap, with a count of 0. An `external` region belongs to someone else, who keeps it alive; it
+  // is never written to or deleted here.
+  CNativeRegionWrapper(TNativeRegion nativeRegion, bool external);
+  CNativeRegionWrapper(const CNativeRegionWrapper&) = delete;
+  CNativeRegionWrapper& operator=(const CNativeRegionWrapper&) = delete;
+
+  bool DebugValidate() const {
+    return fNativeRegion != nullptr && (fIsExternal == 0 || fIsExternal == 1) && fReferenceCount >= 0;
+  }
+  void AddReference();
+  // The last release deletes the wrapper.
+  void Release();
+  TNativeRegion GetNativeRegion() const;
+  // Whether a write would be seen by someone else.
+  bool IsShared() const;
+  // The bounding box. An empty region has the zero rectangle.
+  TRect GetBounds();
+  // After every write to the native region.
+  void InvalidateCachedBounds();
+
+ private:
+  ~CNativeRegionWrapper();
+
+  TNativeRegion fNativeRegion;
+  std::int32_t fIsExternal;
+  std::int32_t fReferenceCount;
+  TRect fCachedBounds;
+  bool fCachedBoundsAreValid;
+};
+
+// Not thread-safe: the count is a plain number. Every operation that fails leaves the region as it was.
+class CRegion {
+ public:
+  // Empty.
+  CRegion();
+  explicit CRegion(const TRect& rect);
+  CRegion(const CRegion& other);
+  // With `external` 0 the handle is taken over, once the constructor is through. Otherwise it stays the
+  // caller's, who must keep it alive and unchanged as long as this region or a copy of it may be read.
+  CRegion(TNativeRegion nativeRegion, bool external);
+  ~CRegion();
+  CRegion& operator=(const CRegion& other);
+
+  bool DebugValidate() const {
+    return fNativeRegionWrapper != nullptr && fNativeRegionWrapper->DebugValidate();
+  }
+
+  // The bounding box, remembered until the next write. The zero rectangle for an empty region.
+  TRect GetBounds() const;
+  // Stays the region's, and is good until the region is written to, assigned to or destroyed. Not to be
+  // changed.
+  TNativeRegion GetNativeRegion() const;
+  bool IsEmpty() const;
+  // The region cut into rectangles: band by band from the top, each band from the left.
+  TRectList GetRects() const;
+
+  // An empty rectangle leaves these two without effect.
+  void UnionRect(const TRect& rect);
+  void SubtractRect(const TRect& rect);
+  void IntersectRect(const TRect& rect);
+  void UnionRegion(const CRegion& other);
+  void Offset(std::int32_t dx, std::int32_t dy);
+
+ private:
+  void MakeUnique();
+  void CombineWithRect(const TRect& rect, int mode);
+  void CombineWith(TNativeRegion nativeRegion, int mode);
+
+  CNativeRegionWrapper* fNativeRegionWrapper;
+};
+
+}  // namespace NSMorvane

@@ -1,0 +1,75 @@
+#include "Component/Portable/Views/FocusSearch.h"
+
+#include <algorithm>
+
+#include "Component/Portable/Views/ViewImpl.h"
+
+namespace NSMorvane {
+
+std::vector<CViewImpl*> GetFocusableTabViews(IImplFocusTools& tools) {
+  std::vector<CViewImpl*> views;
+  tools.IImplFocusTools_GetTabViews(views);
+  views.erase(
+      std::remove_if(views.begin(), views.end(),
+                     [](const CViewImpl* view) { return !view->IsLive() || !view->CanBeFocusTargetNow(); }),
+      views.end());
+  return views;
+}
+
+CViewImpl* FindFocusView(const std::vector<CViewImpl*>& views, CViewImpl* anchorView,
+                         TFocusDirection direction) {
+  if (views.empty()) return nullptr;
+  const bool next = direction == kFindNext;
+  if (!next) MORVANE_ASSERT(direction == kFindPrevious);
+  // A missing anchor is at the end of the list.
+  auto place = anchorView ? std::find(views.begin(), views.end(), anchorView) : views.end();
+  if (next) {
+    if (place != views.end()) ++place;
+    if (place == views.end()) place = views.begin();
+  } else {
+    if (place == views.begin()) place = views.end();
+    --place;
+  }
+  CViewImpl* const view = *place;
+  MORVANE_ASSERT(view != NULL);
+  MORVANE_ASSERT(view != anchorView);
+  return view;
+}
+
+CViewImpl* FindNextFocusView(CViewImpl* anchorView, IImplFocusTools& tools) {
+  return FindFocusView(GetFocusableTabViews(tools), anchorView, kFindNext);
+}
+
+CViewImpl* FindPreviousFocusView(CViewImpl* anchorView, IImplFocusTools& tools) {
+  return FindFocusView(GetFocusableTabViews(tools), anchorView, kFindPrevious);
+}
+
+bool IsFocusInSubtree(const CViewImpl& view) {
+  IWindow* const motherWindow = view.GetMotherWindow();
+  MORVANE_ASSERT(motherWindow != NULL);
+  IImplFocusTools* const tools = view.GetFocusTools();
+  TFlag isActive = 0;
+  if (!motherWindow || !tools || motherWindow->IWindow_IsActive(isActive) != kOK || !isActive) return false;
+  // The walk up ends at the root view at the latest, which has no super view.
+  const CViewImpl* current = tools->IImplFocusTools_GetOnDutyFocusView();
+  while (current && current != &view) current = current->GetSuperView().get();
+  return current == &view;
+}
+
+bool IsOnlyFocusCandidate(const CViewImpl& view, IImplFocusTools& tools) {
+  const std::vector<CViewImpl*> views = GetFocusableTabViews(tools);
+  return views.size() == 1 && views[0] == &view;
+}
+
+void EjectFocus(IImplFocusTools& tools) {
+  const boost::shared_ptr<void> keptAlive = tools.IImplFocusTools_KeepAlive();
+  CViewImpl* const currentFocusView = tools.IImplFocusTools_GetConceptualFocusView();
+  if (!currentFocusView) return;
+  CViewImpl* const newFocusView = FindNextFocusView(currentFocusView, tools);
+  MORVANE_ASSERT(newFocusView != currentFocusView);
+  tools.IImplFocusTools_SetConceptualFocusView(newFocusView);
+  CViewImpl* const newCurrentFocusView = tools.IImplFocusTools_GetConceptualFocusView();
+  MORVANE_ASSERT(newCurrentFocusView != currentFocusView);
+}
+
+}  // namespace NSMorvane

@@ -1,0 +1,444 @@
+// Views: life, parameters, enabling, tooltips, hit test.
+#include "Component/Portable/Views/ViewImpl.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "Component/Portable/Surfaces/BufferBitmap.h"
+#include "Component/Portable/Views/FocusSearch.h"
+
+namespace NSMorvane {
+
+namespace {
+
+// What a step of a view's end throws stops here, and the next step follows.
+template <class TStep>
+void RunDestructorStep(const TStep& step) noexcept {
+  try {
+    try {
+      step();
+    } catch (const std::exception& e) {
+      DebugPrint(std::string("Ignored an exception (") + e.what() + ") in CViewImpl::~CViewImpl.");
+    } catch (...) {
+      DebugPrint("Ignored an unknown exception in CViewImpl::~CViewImpl.");
+    }
+  } catch (...) {
+    // Not even the line could be printed.
+  }
+}
+
+// Looks for the point in the rectangles that a behaviour hands over.
+class CRectGetter : public IRectsGetter {
+ public:
+  explicit CRectGetter(const TPoint& point) : fPoint(point) {}
+
+  TError IRectsGetter_AddRects(const TRect* rects, std::uint32_t count) override {
+    if (!rects && count > 0) return kBadInputProgrammingError;
+    for (std::uint32_t i = 0; i < count && !fIsHit; ++i) fIsHit = IsPointInRect(fPoint, rects[i]);
+    return kOK;
+  }
+  bool IsHit() const { return fIsHit; }
+
+ private:
+  TPoint fPoint;
+  bool fIsHit = false;
+};
+
+// See ReleaseSuperViews.
+TViewImplPtr* gSuperViewTaker = nullptr;
+
+}  // namespace
+
+// --- Life
+
+CViewImpl::CViewImpl(CMorvaneImpl* morvaneImpl, IWindow* motherWindow)
+    : fMorvaneImpl(morvaneImpl),
+      fFlags(kViewEnabled),
+      fRect(),
+      fDrawMode(kViewDrawDirect),
+      fAutoInvalidation(kAutoInvalidationNone),
+      fMotherWindow(motherWindow),
+      fIsVisibleInTree(true),
+      fIsEffectivelyEnabled(true),
+      fToldOwnEnabled(true),
+      fToldAncestorsEnabled(true),
+      fDebugName("Root view"),
+      fImplFocusTools(nullptr),
+      fViewWindow(nullptr),
+      fTooltipHandle(0) {}
+
+CViewImpl::CViewImpl(CMorvaneImpl* morvaneImpl, CViewImpl& superView, const std::string& debugName)
+    : CViewImpl(morvaneImpl, superView.fMotherWindow) {
+  // The object is whole already: if something is thrown from here on, the destructor runs.
+  TViewImplPtr reference = superView.GetClientsViewReference();
+  if (!reference) MORVANE_THROW(std::invalid_argument(""));
+  fDebugName.assign(debugName, 0, kDebugNameChars);
+  fImplFocusTools = superView.fImplFocusTools;
+  fViewWindow = superView.fViewWindow;
+  fIsVisibleInTree = superView.fIsVisibleInTree;
+  fIsEffectivelyEnabled = fToldAncestorsEnabled = superView.IsEffectivelyEnabled();
+  superView.AddSubView(this);
+  fSuperView = std::move(reference);
+}
+
+TViewImplPtr CViewImpl::MakeSubView(CMorvaneImpl* morvaneImpl, IViewBehaviorFactory& factory,
+                                    CViewImpl& superView, const std::string& debugName) {
+  const TViewImplPtr view(new CViewImpl(morvaneImpl, superView, debugName));
+  TError error = kOK;
+  IViewBehavior* const behavior = factory.IViewBehaviorFactory_CreateBehavior(*view, error);
+  const boost::shared_ptr<IViewBehavior> ownedBehavior(behavior);
+  MORVANE_CHECK(error);
+  MORVANE_ASSERT(behavior != NULL);
+  view->SetClientsViewReference(view);
+  try {
+    view->SetBehavior(ownedBehavior);
+  } catch (...) {
+    view->CViewGlue_Release();
+    MORVANE_RETHROW();
+  }
+  return view;
+}
+
+void CViewImpl::SetClientsViewReference(TViewImplPtr reference) {
+  MORVANE_ASSERT(0==fClientsViewReference.get());
+  fClientsViewReference = std::move(reference);
+}
+
+TViewImplPtr CViewImpl::GetClientsViewReference() const {
+  MORVANE_ASSERT(0!=fClientsViewReference.get());
+  TViewImplPtr newReference = fClientsViewReference;
+  MORVANE_ASSERT(newReference.get() != NULL);
+  return newReference;
+}
+
+void CViewImpl::SetBehavior(boost::shared_ptr<IViewBehavior> behavior) {
+  MORVANE_ASSERT(fBehavior.get() == NULL);
+  fBehavior = std::move(behavior);
+  if (!fSuperView) {
+    IImplFocusTools* const document = dynamic_cast<IImplFocusTools*>(fMotherWindow);
+    MORVANE_ASSERT(0!=document);
+    fImplFocusTools = document;
+    fViewWindow = dynamic_cast<IViewWindow*>(fMotherWindow);
+  }
+  if (fBehavior && fViewWindow && !fTooltipText.empty()) AddTooltip(TString(fTooltipText));
+}
+
+CViewImpl::~CViewImpl() {
+  TViewImplPtr* const superViewTaker = std::exchange(gSuperViewTaker, nullptr);
+  MORVANE_ASSERT(fClientsViewReference.get() == NULL);
+  MORVANE_ASSERT(CheckInvariant());
+  MORVANE_ASSERT(fSubViews.empty());
+  RunDestructorStep([this] { LeaveTabViews(); });
+  RunDestructorStep([this] { InvalidateAround(fRect); });
+  RunDestructorStep([this] { RemoveTooltip(); });
+  RunDestructorStep([this] { fBehavior.reset(); });
+  // Once more, if the behaviour stood in the way.
+  RunDestructorStep([this] { RemoveTooltip(); });
+  RunDestructorStep([this] {
+    if (fSuperView) fSuperView->RemoveSubView(this);
+  });
+  PoisonField(fDrawMode, static_cast<TViewDrawMode>(666));
+  PoisonField(fFlags, std::uint32_t{666});
+  fDebugName = "<deleted>";
+  if (superViewTaker)
+    superViewTaker->swap(fSuperView);
+  else
+    ReleaseSuperViews(std::move(fSuperView));
+}
+
+// The last subview of a view that is gone takes it along, and that one perhaps its own super view. Each
+// destructor of such a chain hands its super view out to this loop, where the next one runs: so a deep tree
+// needs no deep stack.
+void CViewImpl::ReleaseSuperViews(TViewImplPtr view) {
+  while (view) {
+    TViewImplPtr nextView;
+    gSuperViewTaker = &nextView;
+    view.reset();
+    gSuperViewTaker = nullptr;
+    view.swap(nextView);
+  }
+}
+
+void CViewImpl::LeaveTabViews() {
+  if (!fImplFocusTools) return;
+  std::vector<CViewImpl*> tabViews;
+  fImplFocusTools->IImplFocusTools_GetTabViews(tabViews);
+  tabViews.erase(std::remove(tabViews.begin(), tabViews.end(), this), tabViews.end());
+  fImplFocusTools->IImplFocusTools_SetTabViews(std::move(tabViews));
+}
+
+void CViewImpl::GiveUpFocus() {
+  if (!HasFocus()) return;
+  DebugPrint("Ejecting focus from view being deleted...");
+  DebugIndentScope indent;
+  EjectFocus(*fImplFocusTools);
+}
+
+bool CViewImpl::HasFocus() const {
+  return fImplFocusTools && (fImplFocusTools->IImplFocusTools_GetOnDutyFocusView() == this ||
+                             fImplFocusTools->IImplFocusTools_GetConceptualFocusView() == this);
+}
+
+void CViewImpl::CViewGlue_Release() {
+  TViewImplPtr reference;
+  reference.swap(fClientsViewReference);
+  // From here on it cannot get the focus back. Behind its subviews it keeps its place in the tab list.
+  if (fSubViews.empty()) RunDestructorStep([this] { LeaveTabViews(); });
+  RunDestructorStep([this] { GiveUpFocus(); });
+  // It is not drawn any more, while a walk or its subviews may keep it alive. Otherwise it ends here, and
+  // sees to that itself.
+  if (reference.use_count() > 1) RunDestructorStep([this] { InvalidateAround(fRect); });
+}
+
+void CViewImpl::ForgetWindow() {
+  fMotherWindow = nullptr;
+  fImplFocusTools = nullptr;
+  fViewWindow = nullptr;
+  fTooltipHandle = 0;
+  for (CViewImpl* subView : fSubViews) subView->ForgetWindow();
+}
+
+bool CViewImpl::CheckInvariant() const {
+  return fDrawMode >= kViewDrawDirect && fDrawMode <= kViewDrawPermanent32 && fFlags < 16 &&
+         (fClientsViewReference.get() == nullptr || fClientsViewReference.get() == this) &&
+         fDebugName.length() < 256;
+}
+
+// --- The tree
+
+void CViewImpl::AddSubView(CViewImpl* view) { fSubViews.push_back(view); }
+
+void CViewImpl::RemoveSubView(CViewImpl* view) {
+  const auto found = std::find(fSubViews.begin(), fSubViews.end(), view);
+  if (found == fSubViews.end()) {
+    DebugPrint("RemoveSubView called with a view that isn't a sub view!");
+    MORVANE_THROW(std::logic_error(""));
+  }
+  fSubViews.erase(found);
+}
+
+std::vector<TViewImplPtr> CViewImpl::GetSubViews() const {
+  std::vector<TViewImplPtr> result;
+  result.reserve(fSubViews.size());
+  for (const CViewImpl* subView : fSubViews)
+    if (subView->IsLive()) result.push_back(subView->fClientsViewReference);
+  return result;
+}
+
+std::vector<IView*> CViewImpl::CViewGlue_GetSubViewOrder() {
+  std::vector<IView*> result;
+  result.reserve(fSubViews.size());
+  for (CViewImpl* subView : fSubViews)
+    if (subView->IsLive()) result.push_back(subView);
+  return result;
+}
+
+// A view that is gone is none of the client's concern, but stays in the list until it dies.
+void CViewImpl::CViewGlue_SetSubViewOrder(const std::vector<IView*>& subViews) {
+  std::vector<CViewImpl*> newOrder;
+  newOrder.reserve(fSubViews.size());
+  for (IView* subView : subViews) newOrder.push_back(dynamic_cast<CViewImpl*>(subView));
+  for (CViewImpl* subView : fSubViews)
+    if (!subView->IsLive()) newOrder.push_back(subView);
+  std::vector<CViewImpl*> sortedOld = fSubViews;
+  std::vector<CViewImpl*> sortedNew = newOrder;
+  std::sort(sortedOld.begin(), sortedOld.end());
+  std::sort(sortedNew.begin(), sortedNew.end());
+  if (sortedOld != sortedNew) MORVANE_THROW(std::invalid_argument(""));
+  fSubViews.swap(newOrder);
+}
+
+// --- Hit test
+
+std::vector<TViewImplPtr> CViewImpl::HitTest(const TPoint& point) const {
+  std::vector<TViewImplPtr> hits;
+  if (IsLive() && IsPointInRect(point, fRect)) AppendHits(TViewImplPtr(fClientsViewReference), point, hits);
+  return hits;
+}
+
+bool CViewImpl::HasSubViewAt(const TPoint& point) const {
+  return IsPointInRect(point, fRect) &&
+         std::any_of(fSubViews.begin(), fSubViews.end(), [&](const CViewImpl* subView) {
+           return IsPointInRect(point, subView->fRect) && subView->IsLive();
+         });
+}
+
+// The point is in the rectangle of `view`. Most views are missed, at the price of one look at their
+// rectangle.
+void CViewImpl::AppendHits(const TViewImplPtr& view, const TPoint& point, std::vector<TViewImplPtr>& hits) {
+  if (view->IsHit(point)) hits.push_back(view);
+  if (!view->IsLive()) return;
+  std::vector<TViewImplPtr> subViewsUnderPoint;
+  for (const CViewImpl* subView : view->fSubViews)
+    if (IsPointInRect(point, subView->fRect) && subView->IsLive())
+      subViewsUnderPoint.push_back(subView->fClientsViewReference);
+  for (const TViewImplPtr& subView : subViewsUnderPoint)
+    if (subView->IsLive()) AppendHits(subView, point, hits);
+}
+
+bool CViewImpl::IsHit(const TPoint& point) const {
+  if (!fBehavior) return false;
+  CRectGetter getter(point);
+  MORVANE_CHECK(fBehavior->IViewBehavior_GetHitRects(getter));
+  return getter.IsHit() && IsLive();
+}
+
+// --- Parameters
+
+// The client's record may change during callbacks: what has been validated is what gets set.
+TError CViewImpl::IView_SetParams(const TViewParams& params) {
+  const TViewImplPtr keptAlive = fClientsViewReference;
+  const TViewParams stableParams = params;
+  return CViewGlue::IView_SetParams(stableParams);
+}
+
+TError CViewImpl::IView_SetTooltipText(const TChar* text) {
+  const TViewImplPtr keptAlive = fClientsViewReference;
+  return CViewGlue::IView_SetTooltipText(text);
+}
+
+TError CViewImpl::IView_Offset(std::int32_t dx, std::int32_t dy) {
+  const TViewImplPtr keptAlive = fClientsViewReference;
+  return CViewGlue::IView_Offset(dx, dy);
+}
+
+TError CViewImpl::IView_GetSubViewOrder(IViewListReceiver& out) {
+  const TViewImplPtr keptAlive = fClientsViewReference;
+  return CViewGlue::IView_GetSubViewOrder(out);
+}
+
+void CViewImpl::CViewGlue_SetParams(const TViewParams& params) {
+  // A behaviour that hears of the change may set the flags itself. It has the last word, so this call writes
+  // only those that it changes.
+  const std::uint32_t changedFlags = params.fFlags ^ fFlags;
+  // A view that fails when it is to get the focus does not keep the rest from being done.
+  TError focusError = kOK;
+  const auto ejectFocus = [&] {
+    const TError error = ErrorOf([this] { EjectFocus(*fImplFocusTools); });
+    if (focusError == kOK) focusError = error;
+  };
+  if ((changedFlags & kViewEnabled) != 0)
+    focusError = SetEnabled((params.fFlags & kViewEnabled) != 0, fIsEffectivelyEnabled, fIsVisibleInTree);
+  const bool losesFocusable = (changedFlags & fFlags & kViewFocusable) != 0;
+  if (losesFocusable && HasFocus()) {
+    MORVANE_ASSERT(fImplFocusTools != NULL);
+    // As long as it is focusable it would follow itself where there is no other.
+    if (!IsOnlyFocusCandidate(*this, *fImplFocusTools)) ejectFocus();
+  }
+  const std::uint32_t plainFlags = changedFlags & ~std::uint32_t{kViewEnabled};
+  fFlags = (fFlags & ~plainFlags) | (params.fFlags & plainFlags);
+  if (losesFocusable && HasFocus()) ejectFocus();
+  fAutoInvalidation = params.fAutoInvalidation;
+  SetBounds(params.fRect);
+  if (params.fDrawMode != fDrawMode) {
+    SetPermanentBuffer(MakePermanentBuffer(params.fDrawMode, fRect));
+    fDrawMode = params.fDrawMode;
+    InvalidatePicture(fRect);
+  }
+  MORVANE_CHECK(focusError);
+}
+
+// The whole subtree changes before anybody hears of it, so that whoever answers with another change finds no
+// tree that is half changed.
+TError CViewImpl::SetEnabled(bool ownEnabled, bool ancestorsEnabled, bool visible) {
+  std::vector<TViewImplPtr> changed;
+  ApplyEnabled(ownEnabled, ancestorsEnabled, visible, changed);
+  TError firstError = kOK;
+  for (const TViewImplPtr& view : changed) {
+    const TError error = view->TellEnabled();
+    if (firstError == kOK) firstError = error;
+  }
+  return firstError;
+}
+
+// `changed` gets the live views that have something to hear, subviews before their super view.
+void CViewImpl::ApplyEnabled(bool ownEnabled, bool ancestorsEnabled, bool visible,
+                             std::vector<TViewImplPtr>& changed) {
+  const bool isChanged =
+      ownEnabled != ((fFlags & kViewEnabled) != 0) || ancestorsEnabled != fIsEffectivelyEnabled;
+  fFlags &= ~static_cast<std::uint32_t>(kViewEnabled);
+  if (ownEnabled) fFlags |= kViewEnabled;
+  fIsEffectivelyEnabled = ancestorsEnabled;
+  fIsVisibleInTree = visible;
+  if (!isChanged) return;
+  for (const CViewImpl* subView : fSubViews)
+    if (const TViewImplPtr& reference = subView->fClientsViewReference)
+      reference->ApplyEnabled((reference->fFlags & kViewEnabled) != 0, ancestorsEnabled && ownEnabled,
+                              visible, changed);
+  if (IsLive()) changed.push_back(fClientsViewReference);
+}
+
+// Nothing if somebody has changed it back meanwhile, or has told it already. The result is the code of a view
+// that was to get the focus.
+TError CViewImpl::TellEnabled() {
+  if (!IsLive()) return kOK;
+  // One that has heard of it may have got the focus in between.
+  const bool hasHeard = HasHeardEnabled();
+  TError error = kOK;
+  if ((!hasHeard || (HasFocus() && !CanBeFocusTargetNow())) && fImplFocusTools && IsFocusInSubtree(*this))
+    error = ErrorOf([this] { EjectFocus(*fImplFocusTools); });
+  if (hasHeard || !IsLive() || HasHeardEnabled()) return error;
+  fToldOwnEnabled = (fFlags & kViewEnabled) != 0;
+  fToldAncestorsEnabled = fIsEffectivelyEnabled;
+  if (fBehavior) fBehavior->IViewBehavior_OnEffectivelyEnabledChanged(IsEffectivelyEnabled() ? 1 : 0);
+  return error;
+}
+
+bool CViewImpl::HasHeardEnabled() const {
+  return fToldOwnEnabled == ((fFlags & kViewEnabled) != 0) && fToldAncestorsEnabled == fIsEffectivelyEnabled;
+}
+
+void CViewImpl::CViewGlue_SetTooltipText(const TString& text) {
+  if (text == fTooltipText) return;
+  TString newText = text;
+  if (fBehavior && fViewWindow) {
+    if (newText.empty()) {
+      RemoveTooltip();
+    } else if (fTooltipHandle != 0) {
+      fViewWindow->UpdateToolText(fTooltipHandle, *this, newText);
+    } else {
+      AddTooltip(newText);
+      if (fTooltipHandle == 0) MORVANE_THROW(XOutOfMemory());
+    }
+  }
+  fTooltipText.swap(newText);
+}
+
+// Both ask the behaviour for its control, and it may set another text meanwhile.
+
+void CViewImpl::AddTooltip(const TString& text) {
+  const std::uint32_t added = fViewWindow->AddTool(*this, text);
+  const std::uint32_t handle = std::exchange(fTooltipHandle, added);
+  if (handle != 0) fViewWindow->RemoveTool(handle, *this);
+}
+
+void CViewImpl::RemoveTooltip() {
+  if (fTooltipHandle == 0 || !fViewWindow) return;
+  const std::uint32_t handle = std::exchange(fTooltipHandle, 0);
+  try {
+    fViewWindow->RemoveTool(handle, *this);
+  } catch (...) {
+    if (fTooltipHandle == 0) fTooltipHandle = handle;
+    MORVANE_RETHROW();
+  }
+}
+
+// --- Plain hooks
+
+bool CViewImpl::CViewGlue_CheckInvariant() const { return CheckInvariant(); }
+
+IViewBehavior* CViewImpl::CViewGlue_GetBehavior() { return fBehavior.get(); }
+
+IWindow* CViewImpl::CViewGlue_GetMotherWindow() { return fMotherWindow; }
+
+IView* CViewImpl::CViewGlue_GetSuperView() { return fSuperView.get(); }
+
+bool CViewImpl::CViewGlue_IsEffectivelyEnabled() { return IsEffectivelyEnabled(); }
+
+TViewParams CViewImpl::CViewGlue_GetParams() { return GetParams(); }
+
+std::string CViewImpl::CViewGlue_GetDebugName() { return fDebugName; }
+
+TString CViewImpl::CViewGlue_GetTooltipText() { return fTooltipText; }
+
+}  // namespace NSMorvane

@@ -1,0 +1,269 @@
+// Views: bounds, invalidation, moving.
+#include <utility>
+
+#include "Component/Portable/Surfaces/BufferBitmap.h"
+#include "Component/Portable/Views/ViewImpl.h"
+
+namespace NSMorvane {
+
+namespace {
+
+// False, with the region where it was, if it would leave the range of coordinates.
+bool OffsetRegion(CRegion& region, std::int64_t dx, std::int64_t dy) {
+  if (region.IsEmpty()) return true;
+  const TRect bounds = region.GetBounds();
+  const TRect moved = OffsetRectBy(bounds, dx, dy);
+  if (moved.fLeft != bounds.fLeft + dx || moved.fTop != bounds.fTop + dy ||
+      moved.fRight != bounds.fRight + dx || moved.fBottom != bounds.fBottom + dy)
+    return false;
+  if (ToCoordinate(dx) != dx || ToCoordinate(dy) != dy) return false;
+  region.Offset(static_cast<std::int32_t>(dx), static_cast<std::int32_t>(dy));
+  return true;
+}
+
+bool HaveSameTopLeft(const TRect& a, const TRect& b) { return a.fLeft == b.fLeft && a.fTop == b.fTop; }
+
+bool HaveSameSize(const TRect& a, const TRect& b) {
+  return RectWidth(a) == RectWidth(b) && RectHeight(a) == RectHeight(b);
+}
+
+// The two kinds of areas. Cutting tells whether anything is left.
+
+bool CutArea(TRect& area, const TRect& rect) { return IntersectRect(area, rect); }
+void AddArea(CRegion& region, const TRect& area) { region.UnionRect(area); }
+void InvalidateArea(IViewWindow& window, const TRect& area) { window.InvalidateRect(area); }
+
+bool CutArea(CRegion& area, const TRect& rect) {
+  area.IntersectRect(rect);
+  return !area.IsEmpty();
+}
+void AddArea(CRegion& region, const CRegion& area) { region.UnionRegion(area); }
+void InvalidateArea(IViewWindow& window, const CRegion& area) { window.InvalidateRegion(area); }
+
+}  // namespace
+
+// --- Invalidation
+
+TRect CViewImpl::GetClipBounds() const {
+  TRect clip = fRect;
+  for (const CViewImpl* view = fSuperView.get(); view; view = view->fSuperView.get())
+    if (!IntersectRect(clip, view->fRect)) return {};
+  return clip;
+}
+
+// Every view cuts the area for itself and for those around it, not for those inside it: what a buffer records
+// may be out of sight.
+template <class TArea>
+void CViewImpl::Invalidate(TArea area, bool inAllBuffers) {
+  bool isRecorded = false;
+  for (CViewImpl* view = this; view; view = view->fSuperView.get()) {
+    if (!CutArea(area, view->fRect)) return;
+    if (!view->fCollapsedDirtyRegion || (isRecorded && !inAllBuffers)) continue;
+    AddArea(*view->fCollapsedDirtyRegion, area);
+    isRecorded = true;
+  }
+  // Also when a buffer has recorded it: its pixels have to get to the screen.
+  if (fViewWindow) InvalidateArea(*fViewWindow, area);
+}
+
+void CViewImpl::InvalidateRect(const TRect& rect) { Invalidate(rect, false); }
+
+void CViewImpl::InvalidatePicture(const TRect& rect) { Invalidate(rect, true); }
+
+// Where this view is, or was, in the picture.
+void CViewImpl::InvalidateAround(const TRect& rect) {
+  if (fSuperView)
+    fSuperView->InvalidatePicture(rect);
+  else if (fViewWindow && !IsEmptyRect(rect))
+    fViewWindow->InvalidateRect(rect);
+}
+
+// What is in exactly one of the two rectangles. They are cut first: no region gets larger than the view.
+void CViewImpl::InvalidateDifference(const TRect& a, const TRect& b) {
+  TRect partOfA = a;
+  if (!IntersectRect(partOfA, fRect)) partOfA = {};
+  TRect partOfB = b;
+  if (!IntersectRect(partOfB, fRect)) partOfB = {};
+  CRegion difference(partOfA);
+  difference.UnionRect(partOfB);
+  TRect common = partOfA;
+  if (IntersectRect(common, partOfB)) difference.SubtractRect(common);
+  Invalidate(difference, true);
+}
+
+// --- Bounds
+
+void CViewImpl::SetBounds(const TRect& rect) {
+  if (rect == fRect) return;
+  const TRect oldRect = fRect;
+  // Made first: a bitmap that cannot be had leaves the view as it was.
+  TPermanentBuffer newBuffer;
+  if (IsPermanentMode(fDrawMode) && !(BufferSize(rect) == BufferSize(oldRect)))
+    newBuffer = MakePermanentBuffer(fDrawMode, rect);
+  fRect = rect;
+  if (newBuffer.fBitmap)
+    SetPermanentBuffer(std::move(newBuffer));
+  else if (fAutoInvalidation == kAutoInvalidationNone && fSubViews.empty() && HaveSameSize(rect, oldRect))
+    MoveDirtyRegion(static_cast<std::int64_t>(rect.fLeft) - oldRect.fLeft,
+                    static_cast<std::int64_t>(rect.fTop) - oldRect.fTop);
+  else if (fCollapsedDirtyRegion)
+    // The subviews, among others, are at other places in the bitmap.
+    *fCollapsedDirtyRegion = CRegion(fRect);
+  BoundsChanged(oldRect);
+  MarkToolRectsDirty();
+}
+
+void CViewImpl::BoundsChanged(const TRect& oldRect) {
+  if (!fSuperView) return;
+  switch (ResolveAutoInvalidation(oldRect)) {
+    case kAutoInvalidationFull:
+      fSuperView->InvalidatePicture(oldRect);
+      fSuperView->InvalidatePicture(fRect);
+      break;
+    case kAutoInvalidationDifference:
+      fSuperView->InvalidateDifference(fRect, oldRect);
+      break;
+    default:
+      break;
+  }
+  // Subviews must not leave stale pixels in the part that changed hands.
+  if (fAutoInvalidation == kAutoInvalidationNone && !fSubViews.empty())
+    fSuperView->InvalidateDifference(fRect, oldRect);
+}
+
+// None, full or difference, for a view that was at `oldRect`.
+TAutoInvalidation CViewImpl::ResolveAutoInvalidation(const TRect& oldRect) const {
+  switch (fAutoInvalidation) {
+    case kAutoInvalidationNone:
+    case kAutoInvalidationFull:
+    case kAutoInvalidationDifference:
+      return fAutoInvalidation;
+    case kAutoInvalidationDifferenceTopLeft:
+      return HaveSameTopLeft(fRect, oldRect) ? kAutoInvalidationDifference : kAutoInvalidationFull;
+  }
+  MORVANE_UNREACHED();
+  return kAutoInvalidationNone;
+}
+
+// Pixels that wait to be drawn move with the bitmap that they are in. What is being drawn right now lands at
+// the old place.
+void CViewImpl::MoveDirtyRegion(std::int64_t dx, std::int64_t dy) {
+  if (!fCollapsedDirtyRegion) return;
+  if (IsBufferBeingDrawn() || !OffsetRegion(*fCollapsedDirtyRegion, dx, dy))
+    *fCollapsedDirtyRegion = CRegion(fRect);
+}
+
+void CViewImpl::MarkToolRectsDirty() {
+  if (fViewWindow) fViewWindow->MarkToolRectsDirty();
+}
+
+// --- Moving
+
+void CViewImpl::CViewGlue_Offset(std::int32_t dx, std::int32_t dy) {
+  CViewImpl* const superView = fSuperView.get();
+  MORVANE_ASSERT(superView != NULL);
+  if (!superView) MORVANE_THROW(std::invalid_argument(""));
+  const TPoint distance = LimitOffset(fRect, dx, dy);
+  bool handled = false;
+  if (IsPermanentMode(fDrawMode)) {
+    superView->InvalidatePicture(fRect);
+    superView->InvalidatePicture(OffsetRectBy(fRect, distance.fX, distance.fY));
+    MORVANE_ASSERT(fCollapsedDirtyRegion != NULL);
+    handled = true;
+  } else if (IsPermanentMode(superView->fDrawMode) && IsOnlySubView()) {
+    ScrollInSuperView(distance);
+    handled = true;
+  }
+  try {
+    MoveSubtree(dx, dy, *superView, handled);
+  } catch (...) {
+    MarkToolRectsDirty();  // of those that have moved
+    MORVANE_RETHROW();
+  }
+  MarkToolRectsDirty();
+}
+
+bool CViewImpl::IsOnlySubView() const {
+  for (const CViewImpl* view : fSuperView->fSubViews)
+    if (view != this && view->IsLive()) return false;
+  return true;
+}
+
+// Fills `destination`, in window coordinates, with the pixels that are one `distance` before it. False if
+// that cannot be: the bitmap's own drawing is going on.
+bool CViewImpl::ScrollPixelsInSuperView(const TPoint& distance, const TRect& destination) {
+  CViewImpl* const superView = fSuperView.get();
+  if (superView->IsBufferBeingDrawn()) return false;
+  const boost::shared_ptr<CBufferBitmap> bufferBitmap = superView->GetBitmapForDrawing();
+  MORVANE_ASSERT(bufferBitmap != NULL);
+  const TPoint origin = bufferBitmap->GetOrigin();
+  MORVANE_ASSERT((origin.fX == 0) && (origin.fY == 0));
+  const TRect inBitmap = OffsetRectBy(destination, -static_cast<std::int64_t>(superView->fRect.fLeft),
+                                      -static_cast<std::int64_t>(superView->fRect.fTop));
+  const TRect source = OffsetRectBy(inBitmap, -static_cast<std::int64_t>(distance.fX),
+                                    -static_cast<std::int64_t>(distance.fY));
+  bufferBitmap->CopyToPort(bufferBitmap->GetNativePort(), {inBitmap.fLeft, inBitmap.fTop}, source);
+  superView->ReleaseBitmapForDrawing(bufferBitmap);
+  return true;
+}
+
+// The super view is buffered, and shows nothing but this view: its pixels move inside the bitmap, and only
+// what they leave and what comes into sight is dirty.
+void CViewImpl::ScrollInSuperView(const TPoint& distance) {
+  CViewImpl* const superView = fSuperView.get();
+  const TRect superRect = superView->fRect;
+  MORVANE_ASSERT(superView->fCollapsedDirtyRegion != NULL);
+  CRegion& dirty = *superView->fCollapsedDirtyRegion;
+  TRect oldVisible = fRect;
+  if (!IntersectRect(oldVisible, superRect)) oldVisible = {};
+  TRect newVisible = OffsetRectBy(fRect, distance.fX, distance.fY);
+  if (!IntersectRect(newVisible, superRect)) newVisible = {};
+  TRect moved = OffsetRectBy(oldVisible, distance.fX, distance.fY);
+  if (!IntersectRect(moved, superRect)) moved = {};
+  if (IsEmptyRect(moved) || ScrollPixelsInSuperView(distance, moved)) {
+    // Pixels that wait to be drawn move along, and those that wait beside the view stay.
+    CRegion movedDirt = dirty;
+    if (OffsetRegion(movedDirt, distance.fX, distance.fY)) {
+      movedDirt.IntersectRect(superRect);
+      dirty.UnionRegion(movedDirt);
+    }
+    CRegion uncovered(oldVisible);
+    uncovered.UnionRect(newVisible);
+    uncovered.SubtractRect(moved);
+    dirty.UnionRegion(uncovered);
+  } else {
+    dirty = CRegion(superRect);
+  }
+  CViewImpl* const bufferedViewsSuperView = superView->fSuperView.get();
+  MORVANE_ASSERT(NULL != bufferedViewsSuperView);
+  superView->InvalidateAround(superRect);
+}
+
+// `around`, the super view of all that moves, shows what the views leave behind. With `handled` their pixels
+// are taken care of already.
+void CViewImpl::MoveSubtree(std::int32_t dx, std::int32_t dy, CViewImpl& around, bool handled) {
+  const TRect oldRect = fRect;
+  const TPoint distance = LimitOffset(oldRect, dx, dy);
+  fRect = OffsetRectBy(oldRect, distance.fX, distance.fY);
+  MoveDirtyRegion(distance.fX, distance.fY);
+  if (!handled) {
+    switch (ResolveAutoInvalidation(oldRect)) {
+      case kAutoInvalidationFull:
+        around.InvalidatePicture(oldRect);
+        InvalidatePicture(fRect);
+        handled = fAutoInvalidation == kAutoInvalidationFull;
+        break;
+      case kAutoInvalidationDifference:
+        around.InvalidateDifference(fRect, oldRect);
+        break;
+      default:
+        break;
+    }
+  }
+  if (fBehavior) MORVANE_CHECK(fBehavior->IViewBehavior_OnOffset(dx, dy));
+  if (fSubViews.empty()) return;
+  for (const TViewImplPtr& subView : GetSubViews())
+    if (subView->IsLive()) subView->MoveSubtree(dx, dy, around, handled);
+}
+
+}  // namespace NSMorvane

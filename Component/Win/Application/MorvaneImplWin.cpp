@@ -1,0 +1,183 @@
+#include "Component/Win/Application/MorvaneImplWin.h"
+
+#include <commctrl.h>
+
+#include "Component/Portable/Resources/ResourceLoader.h"
+#include "Component/Portable/Resources/ResourceStringCache.h"
+#include "Component/Win/Application/MorvaneImplWinHiddenWindows.h"
+#include "Component/Win/Platform/NativeWindowWrapper.h"
+#include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/WinWindow.h"
+#include "Component/Win/Window/WinWindowModality.h"
+
+namespace NSMorvane {
+
+std::vector<TError> gPendingErrors;
+int gDocumentWindowCount = 0;
+CMorvaneImpl* CMorvaneImpl::gMorvaneImpl = nullptr;
+
+namespace {
+
+constexpr int kAppIconId = 1;
+// Only the first one is delivered; it must have room when there is no memory left.
+constexpr std::size_t kPendingErrorsAtHand = 16;
+
+// The windows of the file dialogs are wrapped too and live on threads of their own.
+void FlushAfterNativeMessage() {
+  CMorvaneImpl* morvane = CMorvaneImpl::gMorvaneImpl;
+  if (morvane && morvane->IsMainThread()) morvane->FlushMenuBarRequests();
+}
+
+}  // namespace
+
+void KeepPendingError(TError error) noexcept {
+  try {
+    gPendingErrors.push_back(error);
+  } catch (...) {
+    MORVANE_UNREACHED();
+  }
+}
+
+// --- Life
+
+CMorvaneImpl::CMorvaneImpl()
+    : fBehavior(nullptr),
+      fDebugSettings{1, 1, 1, 1, 1, 0, 0},
+      fIsInQuitMode(false),
+      fIsQuitEventDue(false),
+      fAppIcon(nullptr),
+      fAppIsActive(false),
+      fLingerTimer(0),
+      fLingerExpired(false),
+      fLingerMS(0),
+      fReopenRequested(false),
+      fUnannouncedCommandLines(0),
+      fStartupFlag(false),
+      fIdleDue(false),
+      fMenuBarRebuildRequests(0),
+      fMenuBarWaits(false),
+      fMonitors(),
+      fRegisteredAutoPlayMessage(0),
+      fAutoPlaySuppressCount(0),
+      fMainThreadId(::GetCurrentThreadId()) {
+  INITCOMMONCONTROLSEX controls = {};
+  controls.dwSize = sizeof(controls);
+  controls.dwICC = ICC_WIN95_CLASSES;
+  if (!::InitCommonControlsEx(&controls)) MORVANE_THROW(std::exception());
+  ParseCommandLine(TextFromWin(::GetCommandLineW()));
+  if (!EnumerateMonitors(fMonitors)) MORVANE_THROW(std::exception());
+  if (gMorvaneImpl) MORVANE_THROW(std::exception());
+  gPendingErrors.clear();
+  gPendingErrors.reserve(kPendingErrorsAtHand);
+  // Nothing fails from here on: whoever is known must be whole.
+  gMorvaneImpl = this;
+  gAfterNativeMessage = FlushAfterNativeMessage;
+  MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
+}
+
+CMorvaneImpl::~CMorvaneImpl() {
+  MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
+  MORVANE_ASSERT(fQuitWindow.expired());
+  MORVANE_ASSERT(0==fBehavior);
+  EndAllWindows();
+  EndIdleThread();
+  fHiderWindow.reset();
+  EndMessageWindow();
+  gAfterNativeMessage = nullptr;
+  gMorvaneImpl = nullptr;
+}
+
+// Other threads may post messages and wake the idle thread; what belongs to the main thread is not tested
+// there.
+bool CMorvaneImpl::CMorvaneGlue_CheckInvariant() const {
+  if (this != gMorvaneImpl) {
+    MORVANE_UNREACHED();
+    return false;
+  }
+  if (!IsMainThread()) return true;
+  const boost::shared_ptr<CWinWindow> captureWindow = fMouseCaptureWindow.lock();
+  if (!captureWindow) return true;
+  if (!fBehavior || !captureWindow->CheckInvariant()) {
+    MORVANE_UNREACHED();
+    return false;
+  }
+  return true;
+}
+
+IMorvaneRunBehavior* CMorvaneImpl::CMorvaneGlue_GetBehavior() {
+  MORVANE_ASSERT(0!=fBehavior);
+  return fBehavior;
+}
+
+IMorvaneRunBehavior* CMorvaneImpl::CMorvaneGlue_GetBehavior() const {
+  MORVANE_ASSERT(0!=fBehavior);
+  return fBehavior;
+}
+
+HICON CMorvaneImpl::GetAppIcon() {
+  if (!fAppIcon) {
+    fAppIcon = ::LoadIconW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(kAppIconId));
+    if (!fAppIcon) DebugPrint("No application icon found, going with OS default...");
+  }
+  return fAppIcon;
+}
+
+// --- Debug settings
+
+TDebugSettings CMorvaneImpl::CMorvaneGlue_GetDebugSettings() { return fDebugSettings; }
+
+void CMorvaneImpl::CMorvaneGlue_SetDebugSettings(const TDebugSettings& settings) {
+  const TDebugSettings& old = fDebugSettings;
+  if (settings.fDrawViewBounds == old.fDrawViewBounds &&
+      settings.fDrawMouseViewInfo == old.fDrawMouseViewInfo) {
+    if (settings.fDebugMenu == old.fDebugMenu &&
+        settings.fDrawInvalidationBlue == old.fDrawInvalidationBlue &&
+        settings.fDrawPaintsRed == old.fDrawPaintsRed && settings.fFlushViews == old.fFlushViews &&
+        settings.fDelayAfterFlushing == old.fDelayAfterFlushing) {
+      return;
+    }
+  } else {
+    // These two show on what is on the screen already.
+    for (const boost::shared_ptr<CWinWindow>& window : GetWindows()) {
+      RECT client = {};
+      if (!::GetClientRect(window->GetHwnd(), &client)) MORVANE_THROW_LAST_ERROR();
+      window->InvalidateRect(FromNative(client));
+    }
+  }
+  const bool showsDebugMenu = settings.fDebugMenu && !old.fDebugMenu;
+  fDebugSettings = settings;
+  RefreshDebugMenus(showsDebugMenu);
+}
+
+void CMorvaneImpl::RefreshDebugMenus(bool makesMenuBars) {
+  for (const boost::shared_ptr<CWinWindow>& window : GetVisibleDocumentWindows()) {
+    if (!makesMenuBars && !window->HasMenuBar()) continue;
+    const CMenuBarState state = window->GetMenuBarState();
+    window->RebuildCompleteMenuBar(state);
+  }
+}
+
+// --- Small hooks
+
+TMonitorList CMorvaneImpl::CMorvaneGlue_GetMonitors() {
+  TMonitorList monitors;
+  bool isListed = false;
+  // To ask a monitor that has just gone fails otherwise than to list them all.
+  const TError error = ErrorOf([&] { isListed = EnumerateMonitors(monitors); });
+  if (error == kOK && isListed) {
+    fMonitors = monitors;
+  } else {
+    DebugPrint("Failed to get monitor list - reverting to last successful result...");
+  }
+  return fMonitors;
+}
+
+TString CMorvaneImpl::CMorvaneGlue_GetResourceString(const std::string& key) {
+  return GetResourceStringCache(GetResourceLoader()).GetString(key);
+}
+
+void* CMorvaneImpl::CMorvaneGlue_GetMacExtensions() { return nullptr; }
+
+IWinExtensions* CMorvaneImpl::CMorvaneGlue_GetWinExtensions() { return this; }
+
+}  // namespace NSMorvane

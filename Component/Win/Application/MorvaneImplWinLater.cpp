@@ -1,0 +1,94 @@
+// Every operation of the root object that this build does not have. Those that a client can call give
+// kUnsupported.
+#include "Component/Win/Application/MorvaneImplWin.h"
+
+namespace NSMorvane {
+
+namespace {
+
+[[noreturn]] void ThrowUnsupported() { MORVANE_THROW(XUnsupportedInterface()); }
+
+}  // namespace
+
+// --- What the run loop calls
+
+// The system report is not built yet.
+void CMorvaneImpl::LogSystemReport() {}
+
+// File dialogs are not built yet: nobody sends these messages.
+void CMorvaneImpl::OnFileDialogMessage(UINT, LPARAM) { ThrowUnsupported(); }
+
+// --- Clipboard
+
+bool CMorvaneImpl::CMorvaneGlue_IsFormatOnClipboard(const TClipboardFormat&) { ThrowUnsupported(); }
+
+std::unique_ptr<IData> CMorvaneImpl::CMorvaneGlue_GetClipboardData(const TClipboardFormat&) {
+  ThrowUnsupported();
+}
+
+void CMorvaneImpl::CMorvaneGlue_ReplaceClipboardContents(const std::vector<TClipboardFormat>&,
+                                                         IClipboardDataGetter*) {
+  ThrowUnsupported();
+}
+
+// --- Icons
+
+std::unique_ptr<IIcon> CMorvaneImpl::CMorvaneGlue_CreateBuiltInIcon(TBuiltinIcon) { ThrowUnsupported(); }
+
+std::unique_ptr<IIcon> CMorvaneImpl::CMorvaneGlue_CreateIconForURL(const std::string&) { ThrowUnsupported(); }
+
+std::unique_ptr<IIcon> CMorvaneImpl::CMorvaneGlue_CreateResourceIcon(const std::string&) {
+  ThrowUnsupported();
+}
+
+std::unique_ptr<IIcon> CMorvaneImpl::CMorvaneGlue_CreatePixmapIcon(const void*) { ThrowUnsupported(); }
+
+HICON__* CMorvaneImpl::IWinExtensions_GetIconHandle(const IIcon&, std::uint32_t, TError& outError) {
+  outError = kUnsupported;
+  return nullptr;
+}
+
+IIcon* CMorvaneImpl::IWinExtensions_CreateIconFromHandles(HICON__*, HICON__*, HICON__*, HICON__*,
+                                                          TError& outError) {
+  outError = kUnsupported;
+  return nullptr;
+}
+
+// --- Alert boxes and file dialogs
+
+void CMorvaneImpl::CMorvaneGlue_CreateAlertBox(IModalOwner*, bool, const TAlertSpec&, IAlertBoxListener*) {
+  ThrowUnsupported();
+}
+
+void CMorvaneImpl::CMorvaneGlue_CreateSaveAsDialog(ISaveAsDialogBehavior*, std::uint32_t, IModalOwner*, bool,
+                                                   const TString&, const std::vector<TFileType>&,
+                                                   const TString&) {
+  ThrowUnsupported();
+}
+
+void CMorvaneImpl::CMorvaneGlue_CreateOpenDialog(IOpenDialogBehavior*, std::uint32_t, IModalOwner*, bool,
+                                                 bool, const std::vector<TFileType>&, const TString&,
+                                                 IOpenDialogCustomizeBehavior*) {
+  ThrowUnsupported();
+}
+
+void CMorvaneImpl::CMorvaneGlue_CreateDirectoryChooserDialog(IDirectoryChooserBehavior*, std::uint32_t,
+                                                             IModalOwner*, bool, const TString&) {
+  ThrowUnsupported();
+}
+
+void CMorvaneImpl::CMorvaneGlue_CreateSaveChangesDialog(ISaveChangesBehavior*, IModalOwner*, bool,
+                                                        const TString&, TCloseReason) {
+  ThrowUnsupported();
+}
+
+// --- Native controls in views
+
+IWinNativeControlCallbackToken* CMorvaneImpl::IWinExtensions_HostNativeControl(HWND__*,
+                                                                               IWinNativeControlCallback*,
+                                                                               IView&, TError& outError) {
+  outError = kUnsupported;
+  return nullptr;
+}
+
+}  // namespace NSMorvane

@@ -1,0 +1,181 @@
+// The root object's services around the mouse: its state, its shape, the capture, and whether a press becomes
+// a drag.
+#include <boost/make_shared.hpp>
+
+#include "Component/Win/Application/MorvaneImplWin.h"
+#include "Component/Win/Input/WinKeyboard.h"
+#include "Component/Win/Input/WinMouseShape.h"
+#include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/WinWindow.h"
+
+namespace NSMorvane {
+
+namespace {
+
+enum : std::int32_t { kUnknownPosition = -15000 };
+
+// A press becomes a drag when the mouse leaves the box around it, and none when it stays too long.
+enum : std::int32_t { kDragBoxHalfWidth = 3 };
+constexpr std::int32_t kDragLimitMS = 500;
+
+// Whether the limit lies between the two times. The clock of 32 bits begins anew every 49 days.
+bool HasPassedDragLimit(std::uint64_t now, std::uint64_t then) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(now) - static_cast<std::uint32_t>(then)) >
+         kDragLimitMS;
+}
+
+// The messages looked at; turns of the wheel to the side come behind them and are left alone.
+enum : UINT { kFirstMouseMessage = WM_MOUSEFIRST, kLastMouseMessage = WM_XBUTTONDBLCLK };
+
+HWND HwndOf(IWindow& window) {
+  TNativeWindow native = {};
+  ThrowError(window.IWindow_GetNativeWindow(native));
+  return native.fHwnd;
+}
+
+// A client can implement IWindow too; such a window is none of the library's. The same goes for one that has
+// been released.
+boost::shared_ptr<CWinWindow> LiveWindowOf(IWindow& window) {
+  const CWinWindow* const winWindow = dynamic_cast<CWinWindow*>(&window);
+  boost::shared_ptr<CWinWindow> reference;
+  if (winWindow) reference = winWindow->LockClientsWindowReference();
+  if (!reference) MORVANE_THROW(std::invalid_argument(""));
+  return reference;
+}
+
+TMouseShapeRequest ShapeRequest(const TMouseState& state) {
+  TMouseShapeRequest request = {};
+  request.fButtons = state.fButtons;
+  request.fPosition = state.fPosition;
+  request.fModifiers = state.fModifiers;
+  return request;
+}
+
+// A child window's messages come in its own coordinates.
+bool IsNearPress(const TPoint& press, HWND hwnd, const MSG& move) {
+  POINT position = {static_cast<std::int16_t>(LOWORD(move.lParam)),
+                    static_cast<std::int16_t>(HIWORD(move.lParam))};
+  if (move.hwnd != hwnd) MapWindowPoints(move.hwnd, hwnd, &position, 1);
+  const std::int64_t dx = std::int64_t{position.x} - press.fX;
+  const std::int64_t dy = std::int64_t{position.y} - press.fY;
+  const auto isInside = [](std::int64_t d) { return d >= -kDragBoxHalfWidth && d < kDragBoxHalfWidth; };
+  return isInside(dx) && isInside(dy);
+}
+
+bool IsButtonUp(UINT message) {
+  return message == WM_LBUTTONUP || message == WM_RBUTTONUP || message == WM_MBUTTONUP ||
+         message == WM_XBUTTONUP;
+}
+
+}  // namespace
+
+// --- State and shape
+
+TMouseState CMorvaneImpl::CMorvaneGlue_SampleMouseState(IWindow* window) {
+  TMouseState state = {};
+  state.fModifiers = GetAsyncModifiers();
+  state.fButtons = GetAsyncMouseButtons();
+  POINT position;
+  if (!GetCursorPos(&position)) {
+    state.fPosition = {kUnknownPosition, kUnknownPosition};
+    return state;
+  }
+  if (window && !ScreenToClient(HwndOf(*window), &position)) MORVANE_THROW_LAST_ERROR();
+  state.fPosition = FromNative(position);
+  return state;
+}
+
+void CMorvaneImpl::CMorvaneGlue_SetOverrideMouseShape(IMouseShape* overrideShape) {
+  SetOverrideCursor(overrideShape ? NativeCursorOf(*overrideShape) : nullptr);
+}
+
+void CMorvaneImpl::CMorvaneGlue_RequestMouseShapeArbitration() {
+  const auto refresh = [&](CWinWindow& window) {
+    window.RefreshMouseShape(ShapeRequest(CMorvaneGlue_SampleMouseState(&window)));
+  };
+  if (const boost::shared_ptr<CWinWindow> captureWindow = fMouseCaptureWindow.lock()) {
+    refresh(*captureWindow);
+    return;
+  }
+  POINT cursor;
+  if (!GetCursorPos(&cursor)) return;
+  for (const boost::shared_ptr<CWinWindow>& window : GetVisibleWindowsZ()) {
+    RECT rect = {};
+    if (!GetWindowRect(window->GetHwnd(), &rect)) MORVANE_THROW_LAST_ERROR();
+    if (!PtInRect(&rect, cursor)) continue;
+    refresh(*window);
+    return;
+  }
+}
+
+std::unique_ptr<IMouseShape> CMorvaneImpl::CMorvaneGlue_LoadResourceMouseShape(const std::string& key) {
+  return LoadMouseShape(key);
+}
+
+std::unique_ptr<IMouseShape> CMorvaneImpl::CMorvaneGlue_CreateBuiltInMouseShape(
+    TBuiltInMouseShape mouseShape) {
+  return MakeBuiltInMouseShape(mouseShape);
+}
+
+// --- Capture
+
+void CMorvaneImpl::CMorvaneGlue_AllocateMouseCapture(IWindow* window, IMouseCapture* capture) {
+  MORVANE_ASSERT(capture != 0);
+  MORVANE_ASSERT(window != 0);
+  if (!fMouseCaptureWindow.expired()) {
+    DebugPrint("There can only be one mouse capture at a time.");
+    MORVANE_UNREACHED();
+    MORVANE_THROW(XIllegalCallSequence());
+  }
+  const boost::shared_ptr<CWinWindow> captureWindow = LiveWindowOf(*window);
+  // The object is the library's from where nothing can fail any more.
+  const auto owner = boost::make_shared<std::unique_ptr<IMouseCapture>>();
+  owner->reset(capture);
+  // A client that is told of something on the way finds the mouse taken.
+  fMouseCaptureWindow = captureWindow;
+  captureWindow->AttachMouseCapture(boost::shared_ptr<IMouseCapture>(owner, capture));
+  // It may have let go of what it did not have yet.
+  if (captureWindow->LockClientsWindowReference()) fMouseCaptureWindow = captureWindow;
+}
+
+void CMorvaneImpl::CMorvaneGlue_ReleaseMouseCapture() {
+  if (const boost::shared_ptr<CWinWindow> captureWindow = fMouseCaptureWindow.lock())
+    captureWindow->DetachMouseCapture();
+  fMouseCaptureWindow.reset();
+}
+
+// --- Click or drag
+
+TClickDragResult CMorvaneImpl::CMorvaneGlue_CheckForClickDragOperation(IWindow& window,
+                                                                       const TMouseEvent& event) {
+  const HWND hwnd = HwndOf(window);
+  const bool isClick = event.fType == kMouseEventClick;
+  const bool leftActive = event.fButtons == 1 && (isClick || event.fType == kMouseEventDoubleClick);
+  const bool rightActive = event.fButtons == 2 && isClick;
+  if (!leftActive && !rightActive) return kClickDragNotApplicable;
+  // Null would stand for all windows of the thread.
+  if (!IsWindow(hwnd)) MORVANE_THROW(std::invalid_argument(""));
+  // What is waiting may end the window or change the client's record.
+  const TPoint press = event.fPosition;
+  const std::uint64_t pressTime = event.fTimeMS;
+  const std::uint64_t start = CMorvaneGlue_GetCurrentMS();
+  while (true) {
+    MSG msg;
+    if (PeekMessageW(&msg, hwnd, kFirstMouseMessage, kLastMouseMessage, PM_NOREMOVE)) {
+      if (msg.message == WM_LBUTTONUP && leftActive) return kClickDragReleased;
+      if (msg.message == WM_RBUTTONUP && rightActive) return kClickDragReleased;
+      if (msg.message == WM_MOUSEMOVE) {
+        PeekMessageW(&msg, hwnd, WM_MOUSEMOVE, WM_MOUSEMOVE, PM_REMOVE);
+        MORVANE_ASSERT(msg.message == WM_MOUSEMOVE);
+        if (!IsNearPress(press, hwnd, msg)) return kClickDragDragged;
+      } else if (!IsButtonUp(msg.message)) {
+        PeekMessageW(&msg, hwnd, msg.message, msg.message, PM_REMOVE);
+      }
+    }
+    // By the loop's own start too: a client may hand over a time that is still to come.
+    const std::uint64_t now = CMorvaneGlue_GetCurrentMS();
+    if (HasPassedDragLimit(now, pressTime) || HasPassedDragLimit(now, start)) return kClickDragHeld;
+  }
+}
+
+}  // namespace NSMorvane

@@ -1,0 +1,230 @@
+// Making windows and views, and the lists of windows.
+#include <algorithm>
+#include <boost/make_shared.hpp>
+
+#include "Component/Portable/Drawing/DrawingWalk.h"
+#include "Component/Portable/Views/ViewImpl.h"
+#include "Component/Win/Application/MorvaneImplWin.h"
+#include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/WinWindow.h"
+#include "Component/Win/Window/WinWindowModality.h"
+#include "Component/Win/WindowKinds/WinDocumentWindow.h"
+#include "Component/Win/WindowKinds/WinFloatingWindow.h"
+#include "Component/Win/WindowKinds/WinModalDialog.h"
+#include "Component/Win/WindowKinds/WinModelessDialog.h"
+
+namespace NSMorvane {
+
+namespace {
+
+// A client can implement IView too; such a view is none of the library's.
+CViewImpl& ViewOf(IView& view) {
+  CViewImpl* const impl = dynamic_cast<CViewImpl*>(&view);
+  if (!impl) MORVANE_THROW(std::invalid_argument(""));
+  return *impl;
+}
+
+}  // namespace
+
+// --- Lists
+
+std::vector<boost::shared_ptr<CWinWindow>> CMorvaneImpl::GetWindows() {
+  std::vector<boost::shared_ptr<CWinWindow>> windows;
+  for (const boost::weak_ptr<CWinWindow>& entry : gWinWindows) {
+    if (boost::shared_ptr<CWinWindow> window = entry.lock()) windows.push_back(std::move(window));
+  }
+  return windows;
+}
+
+bool CMorvaneImpl::IsAnyWindowAlive() {
+  return std::any_of(gWinWindows.begin(), gWinWindows.end(),
+                     [](const boost::weak_ptr<CWinWindow>& window) { return !window.expired(); });
+}
+
+CWinWindow* CMorvaneImpl::GetWindowForHwnd(HWND hwnd) const {
+  for (const boost::weak_ptr<CWinWindow>& entry : gWinWindows) {
+    const boost::shared_ptr<CWinWindow> window = entry.lock();
+    if (window && window->GetHwnd() == hwnd) return window.get();
+  }
+  return nullptr;
+}
+
+boost::shared_ptr<CWinWindow> CMorvaneImpl::GetWindowForHwndChecked(HWND hwnd) const {
+  const CWinWindow* const window = GetWindowForHwnd(hwnd);
+  if (!window) {
+    MORVANE_UNREACHED();
+    MORVANE_THROW(std::exception());
+  }
+  return window->GetClientsWindowReference();
+}
+
+std::vector<boost::shared_ptr<CWinWindow>> CMorvaneImpl::GetVisibleWindowsZ() const {
+  std::vector<boost::shared_ptr<CWinWindow>> windows;
+  for (const HWND hwnd : GetShownWindowsZ()) {
+    if (const CWinWindow* const window = GetWindowForHwnd(hwnd)) {
+      windows.push_back(window->GetClientsWindowReference());
+    }
+  }
+  return windows;
+}
+
+std::vector<boost::shared_ptr<CWinWindow>> CMorvaneImpl::GetVisibleDocumentWindows() const {
+  std::vector<boost::shared_ptr<CWinWindow>> windows;
+  for (const boost::shared_ptr<CWinWindow>& documentWindow : GetVisibleWindowsZ()) {
+    if (documentWindow->GetWindowKind() != kWindowKindDocument) continue;
+    MORVANE_ASSERT(documentWindow->CheckInvariant());
+    if (documentWindow->IsVisible()) windows.push_back(documentWindow);
+  }
+  return windows;
+}
+
+namespace {
+
+std::vector<IWindow*> WindowsOfKind(const std::vector<boost::shared_ptr<CWinWindow>>& windows,
+                                    TWindowKind kind, const char* invariant) {
+  std::vector<IWindow*> result;
+  for (const boost::shared_ptr<CWinWindow>& window : windows) {
+    if (window->GetWindowKind() != kind) continue;
+    MORVANE_ASSERT_TEXT(invariant, window->CheckInvariant());
+    if (window->IsVisible()) result.push_back(window.get());
+  }
+  return result;
+}
+
+}  // namespace
+
+std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetDocumentWindowsZ() {
+  return WindowsOfKind(GetVisibleWindowsZ(), kWindowKindDocument, "documentWindow->CheckInvariant()");
+}
+
+std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetModelessDialogsZ() {
+  return WindowsOfKind(GetVisibleWindowsZ(), kWindowKindModelessDialog, "modelessDialog->CheckInvariant()");
+}
+
+std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetModalDialogsZ() {
+  return WindowsOfKind(GetVisibleWindowsZ(), kWindowKindModalDialog, "modalDialog->CheckInvariant()");
+}
+
+std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetFloatingWindowsZ() {
+  return WindowsOfKind(GetVisibleWindowsZ(), kWindowKindFloating, "floatingWindow->CheckInvariant()");
+}
+
+// --- Making windows
+
+namespace {
+
+// Wires a new window up, gives it the behaviour that the factory makes, and shows it. After a failure nothing
+// of it is left.
+template <class TKind, class TFactory>
+void StartWindow(const boost::shared_ptr<TKind>& window, TFactory& factory,
+                 typename TKind::TBehavior* (TFactory::*createBehavior)(typename TKind::TInterface&,
+                                                                        TError&)) {
+  window->SetClientsWindowReference(window);
+  try {
+    TError error = kProgrammingError;
+    std::unique_ptr<typename TKind::TBehavior> behavior((factory.*createBehavior)(*window, error));
+    MORVANE_CHECK(error);
+    window->SetBehavior(std::move(behavior));
+    window->Show();
+  } catch (...) {
+    // The window holds itself; unless a callback has released it already, it has to let go.
+    if (window->LockClientsWindowReference()) window->ReleaseWindow();
+    throw;
+  }
+}
+
+}  // namespace
+
+// A window tells the run behaviour what happens to it.
+void CMorvaneImpl::RequireRun() const {
+  MORVANE_ASSERT(0!=fBehavior);
+  if (!fBehavior) MORVANE_THROW(XIllegalCallSequence());
+}
+
+IDocumentWindow* CMorvaneImpl::CMorvaneGlue_CreateDocumentWindow(IDocumentWindowBehaviorFactory& factory,
+                                                                 TStyleFlags styleFlags,
+                                                                 bool listedInWindowMenu) {
+  RequireRun();
+  const boost::shared_ptr<CDocumentWindowImpl> window(
+      new CDocumentWindowImpl(this, styleFlags, listedInWindowMenu));
+  StartWindow(window, factory,
+              &IDocumentWindowBehaviorFactory::IDocumentWindowBehaviorFactory_CreateBehavior);
+  RebuildAllMenuBars();
+  return window.get();
+}
+
+IModelessDialog* CMorvaneImpl::CMorvaneGlue_CreateModelessDialog(IModelessDialogBehaviorFactory& factory,
+                                                                 TStyleFlags styleFlags,
+                                                                 bool listedInWindowMenu) {
+  RequireRun();
+  const boost::shared_ptr<CModelessDialogImpl> window(
+      new CModelessDialogImpl(this, styleFlags, listedInWindowMenu));
+  StartWindow(window, factory,
+              &IModelessDialogBehaviorFactory::IModelessDialogBehaviorFactory_CreateBehavior);
+  RebuildAllMenuBars();
+  return window.get();
+}
+
+IModalDialog* CMorvaneImpl::CMorvaneGlue_CreateModalDialog(IModalDialogBehaviorFactory& factory,
+                                                           IModalOwner* owner, bool blocking,
+                                                           TStyleFlags styleFlags) {
+  RequireRun();
+  boost::shared_ptr<CModalDialogImpl> window(new CModalDialogImpl(this, owner, styleFlags));
+  StartWindow(window, factory, &IModalDialogBehaviorFactory::IModalDialogBehaviorFactory_CreateBehavior);
+  if (!blocking) return window.get();
+  const HWND hwnd = window->GetHwnd();
+  window.reset();  // so that the dialog ends when it is released
+  RunModalLoop(hwnd);
+  return nullptr;
+}
+
+IFloatingWindow* CMorvaneImpl::CMorvaneGlue_CreateFloatingWindow(IFloatingWindowBehaviorFactory& factory,
+                                                                 TStyleFlags styleFlags) {
+  RequireRun();
+  const boost::shared_ptr<CFloatingWindowImpl> window(new CFloatingWindowImpl(this, styleFlags));
+  StartWindow(window, factory,
+              &IFloatingWindowBehaviorFactory::IFloatingWindowBehaviorFactory_CreateBehavior);
+  return window.get();
+}
+
+// --- Dialogs that are none of the library's windows
+
+void CMorvaneImpl::PushAppModalInstance(HWND dialog) {
+  for (const auto& instance : fAppModalInstances) {
+    if (instance.first != dialog) continue;
+    MORVANE_UNREACHED();
+    return;
+  }
+  fAppModalInstances.emplace_back(dialog, boost::make_shared<CAppModalInstance>(dialog));
+}
+
+void CMorvaneImpl::PopAppModalInstance(HWND dialog) {
+  const auto it = std::find_if(fAppModalInstances.begin(), fAppModalInstances.end(),
+                               [&](const auto& instance) { return instance.first == dialog; });
+  if (it == fAppModalInstances.end()) return;
+  const auto instance = std::move(*it);  // its end can call the client
+  fAppModalInstances.erase(it);
+}
+
+// --- Views
+
+IView* CMorvaneImpl::CMorvaneGlue_CreateView(IViewBehaviorFactory& factory, IView& superView,
+                                             const std::string& debugName) {
+  return CViewImpl::MakeSubView(this, factory, ViewOf(superView), debugName).get();
+}
+
+void CMorvaneImpl::CMorvaneGlue_InvalidateView(IView& view, const TRect& rect) {
+  ViewOf(view).InvalidateRect(rect);
+}
+
+void CMorvaneImpl::CMorvaneGlue_DrawView(IView& view, IDrawTools& tools) {
+  CViewImpl& impl = ViewOf(view);
+  // Kept and copied: the run behaviour is called before the drawing and after it.
+  const TViewImplPtr keepAlive = impl.IsLive() ? impl.GetClientsViewReference() : TViewImplPtr();
+  const TRect bounds = impl.GetBounds();
+  const TDebugSettings settings = fDebugSettings;
+  TDrawBracket bracket(fBehavior, tools);
+  DrawView(fBehavior, bracket, impl, bounds, tools, settings);
+}
+
+}  // namespace NSMorvane

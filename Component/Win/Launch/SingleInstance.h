@@ -1,0 +1,78 @@
+// One process of an application per session. The first one creates a shared record under the application's
+// name; a later one leaves its command line there, posts kMsgSecondInstance to the first one's main thread,
+// and ends.
+//
+// The record has no lock but fCommandLinePending: of two processes that write at the same moment one loses.
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <cstdint>
+
+#include "Component/Portable/Opening/SingleInstanceRecord.h"
+#include "Component/Portable/Text/TextPackage.h"
+
+namespace NSMorvane {
+
+// What a process posts to the main thread of the first one: a command line waits.
+constexpr UINT kMsgSecondInstance = 1135;
+
+// A named piece of memory that processes share. What fails goes to ThrowLastError.
+class CFileMapping {
+ public:
+  // Creates it, or opens it if it is already there.
+  CFileMapping(const NSTextPackage::TString& name, std::uint32_t size);
+  // Opens one that another process has made, and waits up to ten seconds for that.
+  explicit CFileMapping(const NSTextPackage::TString& name);
+  ~CFileMapping();
+  CFileMapping(const CFileMapping&) = delete;
+  CFileMapping& operator=(const CFileMapping&) = delete;
+
+  HANDLE GetHandle() const { return fHandle; }
+
+ private:
+  NSTextPackage::TString fName;
+  std::uint32_t fSize;  // 0 for one that was opened
+  HANDLE fHandle;
+};
+
+// The memory of a mapping at an address of this process.
+class CFileMappingView {
+ public:
+  explicit CFileMappingView(const CFileMapping& mapping);
+  ~CFileMappingView();
+  CFileMappingView(const CFileMappingView&) = delete;
+  CFileMappingView& operator=(const CFileMappingView&) = delete;
+
+  void* GetAddress() const { return fAddress; }
+  // The bytes from there on, which are whole pages.
+  std::size_t GetSize() const;
+
+ private:
+  const CFileMapping& fMapping;
+  void* fAddress;
+};
+
+// The mapping of this process if it is the first one, and null otherwise. Open for the whole run.
+extern CFileMapping* gFileMappingInstance;
+
+// True if this process is now the first one of that name. The calling thread becomes the one that gets the
+// messages.
+bool TryBecomeFirstInstance(const NSTextPackage::TString& name);
+
+// Hands a command line to the first process, of which up to kMaxSentCommandLine units arrive. Waits for about
+// ten seconds while another one is pending and then drops it without a word.
+void SendCommandLineToFirstInstance(const NSTextPackage::TString& name,
+                                    const NSTextPackage::TString& commandLine);
+
+// Whether a command line waits in the record of this process. Costs next to nothing.
+bool IsCommandLinePending();
+
+// The command line that waits. On the first process's main thread only.
+NSTextPackage::TString TakeSentCommandLine();
+
+// From here on the next process is the first one.
+void ReleaseFirstInstance();
+
+}  // namespace NSMorvane

@@ -1,0 +1,121 @@
+// Native menus out of the portable descriptions of a client: the menus, the builder of one level of them,
+// texts with mnemonics, accelerator tables.
+//
+// All of it belongs to the main thread. A failed call of the system goes through ThrowLastError.
+#pragma once
+
+#include <windows.h>
+
+#include <boost/shared_ptr.hpp>
+#include <memory>
+#include <vector>
+
+#include "Component/Portable/Menus/MenuBarState.h"
+
+namespace NSMorvane {
+
+class IMorvane;
+
+// --- Numbers of native items
+
+enum : UINT {
+  // Items of the client: the number minus the first is the position in the window's list of items.
+  kFirstClientCommand = 0xA000,
+  kLastClientCommand = 0xAFFF,
+  kQuitCommand = 50001,
+  kHelpItemCommand = kMenuCommandHelp,
+  kSecondMenuItemCommand = kMenuCommandClose,
+  kStayOnTopCommand = 60001,
+  // Items of the window list: the number minus the first is the position in the list of all windows.
+  kFirstWindowListCommand = 0xE000,
+  kLastWindowListCommand = 0xE100
+};
+
+// --- Texts
+
+// From the library's mark of a mnemonic, `_` (and `__` for an underscore), to that of the system, `&`. For
+// labels of buttons, too.
+TString WinPrepareMnemonic(const TString& text);
+
+// --- Menus
+
+// A native menu, which it destroys if it owns it. A menu in another one is the other one's.
+class CMenu {
+ public:
+  CMenu(HMENU menuHandle, bool ownsHandle);
+  virtual ~CMenu();
+  CMenu(const CMenu&) = delete;
+  CMenu& operator=(const CMenu&) = delete;
+
+  HMENU GetHandle() const { return fMenuHandle; }
+  // The caller owns the menu from here on.
+  HMENU Detach();
+
+ private:
+  HMENU fMenuHandle;
+  bool fOwnsHandle;
+};
+
+class CMenuBar : public CMenu {
+ public:
+  CMenuBar() : CMenu(CreateMenu(), true) {}
+};
+
+class CPopupMenu : public CMenu {
+ public:
+  CPopupMenu() : CMenu(CreatePopupMenu(), true) {}
+};
+
+// --- The builder
+
+// Fills one menu from its beginning to its end. It lives for one build, its children with it.
+class CMenuBuilder {
+ public:
+  // A menu bar. Every client item that is added to it or below goes to the end of `items`, too, which must
+  // outlive the builder, and gets the number `firstCommand` plus its position there.
+  CMenuBuilder(std::vector<CMenuItem>& items, UINT firstCommand);
+  CMenuBuilder(const CMenuBuilder&) = delete;
+  CMenuBuilder& operator=(const CMenuBuilder&) = delete;
+
+  // The handle of the menu so far; that of a child belongs to its parent's menu.
+  HMENU GetHandle() const { return fMenu->GetHandle(); }
+  // The finished menu bar: the caller owns it from here on.
+  HMENU Detach() { return fMenu->Detach(); }
+
+  // In a menu bar it is enabled. In any other menu it is grey until its first item that is not. The builder
+  // stays this one's, and may be used until the next item or submenu is added here.
+  CMenuBuilder& AddSubmenu(const TString& name);
+  // An item that is none of the client's. `nativeFlags` are MF_GRAYED and MF_CHECKED.
+  void AddNativeItem(const TString& text, UINT command, UINT nativeFlags);
+  // Before the next item, if there is an item in front of it already.
+  void MarkSeparator();
+  // Items with the same submenu name, one right after the other, make one submenu. The names of shortcut keys
+  // come from the application's texts.
+  void AddMenuItem(IMorvane& application, const CMenuItem& item);
+  void AddMenuItems(IMorvane& application, const std::vector<CMenuItem>& items);
+
+ private:
+  CMenuBuilder(CMenuBuilder& parent, HMENU popup);
+
+  void Append(UINT nativeFlags, UINT_PTR commandOrSubmenu, const TString& text);
+  void FlushSeparator();
+  void EnablePath();
+
+  std::unique_ptr<CMenu> fMenu;
+  CMenuBuilder* fParent;  // null at the root
+  std::vector<boost::shared_ptr<CMenuBuilder>> fSubmenuBuilders;
+  TString fLastSubmenuName;
+  bool fSeparatorPending;
+  std::vector<CMenuItem>& fItems;
+  UINT fFirstCommand;
+  UINT fNativeItemCount;
+  bool fIsEnabled;  // the item of the parent that stands for this menu, and all above it
+};
+
+// --- Accelerators
+
+// The shortcuts of all enabled items, with the numbers that a builder gave them; null if there are none. The
+// caller owns the table.
+HACCEL MakeAcceleratorTable(const std::vector<CMenuItem>& items, UINT firstCommand);
+
+}  // namespace NSMorvane

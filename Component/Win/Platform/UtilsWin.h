@@ -1,0 +1,117 @@
+// Helpers that every platform file uses: text and geometry across the border to Win32, failed system calls,
+// questions about windows, lists of windows, monitors, the default font. Owners of native resources are in
+// UtilsWinHandles.h. All of it belongs to the main thread, unless told otherwise.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "Component/Portable/Base/MorvaneImplUtils.h"
+#include "Interface/MorvaneMonitors.h"
+
+namespace NSMorvane {
+
+class IMorvane;
+
+// --- Text
+
+// TChar and wchar_t are both UTF-16 units here; only the type system keeps them apart.
+static_assert(sizeof(TChar) == sizeof(wchar_t));
+
+inline const wchar_t* WinText(const TChar* text) { return reinterpret_cast<const wchar_t*>(text); }
+inline const wchar_t* WinText(const std::u16string& text) { return WinText(text.c_str()); }
+// For calls that write into a buffer.
+inline wchar_t* WinBuffer(TChar* buffer) { return reinterpret_cast<wchar_t*>(buffer); }
+
+// Null gives the empty text.
+std::u16string TextFromWin(const wchar_t* text);
+std::u16string TextFromWin(const wchar_t* text, std::size_t length);
+
+// A number as decimal text.
+std::string NumberText(std::int64_t number);
+// A handle or an address as decimal text.
+std::string HandleText(const void* handle);
+
+// --- Geometry
+
+inline RECT ToNative(const TRect& r) { return RECT{r.fLeft, r.fTop, r.fRight, r.fBottom}; }
+inline POINT ToNative(const TPoint& p) { return POINT{p.fX, p.fY}; }
+inline SIZE ToNative(const TSize& s) { return SIZE{s.fWidth, s.fHeight}; }
+inline TRect FromNative(const RECT& r) { return TRect{r.left, r.top, r.right, r.bottom}; }
+inline TPoint FromNative(const POINT& p) { return TPoint{p.x, p.y}; }
+inline TSize FromNative(const SIZE& s) { return TSize{s.cx, s.cy}; }
+
+// --- Failed system calls
+
+// Turns GetLastError() into a log line with the given position and an exception: std::bad_alloc for the two
+// codes of memory shortage, std::exception for all others. Returns, in silence, when the last error is 0; the
+// caller then goes on as if its call had worked. Nothing may run between the failed call and this one.
+void ThrowLastError(const char* file, std::int32_t line);
+
+// --- Windows
+
+// The windows that the library has hidden, natively or by moving them above the screen. Written by the window
+// module alone. Sic: assertions show the name.
+extern std::vector<HWND> sHidddenWindows;
+
+WINDOWPLACEMENT GetPlacement(HWND hWnd);
+void SetPlacement(HWND hWnd, const WINDOWPLACEMENT& wp);
+bool IsWindowMinimized(HWND hWnd);
+bool IsWindowMaximized(HWND hWnd);
+
+// Natively visible and not hidden by the library: what "shown" means everywhere.
+bool IsWindowShown(HWND hWnd);
+
+// Gives the keyboard to a window of this thread. A failure is only logged.
+void WinSetFocus(HWND hWnd);
+
+// Changes neither place nor activation.
+void SetWindowTopMost(HWND hWnd, bool topMost);
+
+// The windows that the library has made or hooked; any thread may ask and register.
+void RegisterHwnd(HWND hWnd);
+void UnregisterHwnd(HWND hWnd);
+bool IsRegisteredHwnd(HWND hWnd);
+
+// The system destroys the windows that a window owns with it. Those of the library, which come to an end of
+// their own, are owned by nobody from here on.
+void DisownWindows(HWND owner);
+
+// The top-level windows of this process, front window first, without child windows.
+std::vector<HWND> GetTopLevelWindowsZ();
+// The same, without those that are not IsWindowShown.
+std::vector<HWND> GetShownWindowsZ();
+
+// Whether a thread of any process owns a window that the list of all top-level windows does not know, which
+// is a message-only one. (Wine lists those with neither, so that the answer is always false there.)
+bool ThreadOwnsUnlistedWindow(DWORD threadId);
+
+// The point, in screen coordinates, on which a popup is to be centred: the middle of its parent. Without a
+// parent that of the frontmost shown window with a title and an area, other than the popup itself, minimized
+// and topmost ones; without such a window that of the desktop. Both handles may be null.
+TPoint GetPopupCenter(HWND window, HWND parent);
+
+// Handles the paint messages that are waiting for windows of this thread, one for each.
+void PumpPaintMessages();
+
+// The font of dialogs and alert boxes, made on first use and never to be deleted by the caller. On a screen
+// of other than 96 dots per inch its height is scaled back to that of 96.
+HFONT GetDefaultFont();
+
+// --- Monitors
+
+// Fills the list; false on failure, and then its content means nothing.
+bool EnumerateMonitors(TMonitorList& outMonitors);
+// The second half of it: at most kMaxMonitors of the handles, in their order.
+bool DescribeMonitors(const std::vector<HMONITOR>& monitorVector, TMonitorList& outMonitors);
+
+// Between screen coordinates and those of WINDOWPLACEMENT, which begin at the work area of the main monitor.
+TRect ScreenRectToWorkspace(const TRect& rect, IMorvane& morvane);
+TRect WorkspaceRectToScreen(const TRect& rect, IMorvane& morvane);
+
+}  // namespace NSMorvane
+
+#define MORVANE_THROW_LAST_ERROR() ::NSMorvane::ThrowLastError(__FILE__, __LINE__)

@@ -1,0 +1,182 @@
+// Owners of native resources: one tiny class for each way of release, and nothing else in them. Declare
+// object, context and selection in that order, so that they unwind in the right one.
+#pragma once
+
+#include <windows.h>
+
+#include <utility>
+
+#include "Component/Portable/Base/MorvaneImplUtils.h"
+
+namespace NSMorvane {
+
+class CNotCopied {
+ public:
+  CNotCopied(const CNotCopied&) = delete;
+  CNotCopied& operator=(const CNotCopied&) = delete;
+
+ protected:
+  CNotCopied() = default;
+  ~CNotCopied() = default;
+};
+
+// Sets a flag while it lives.
+class CFlagScope : CNotCopied {
+ public:
+  explicit CFlagScope(bool& flag) : fFlag(flag), fBefore(std::exchange(flag, true)) {}
+  ~CFlagScope() { fFlag = fBefore; }
+
+ private:
+  bool& fFlag;
+  const bool fBefore;
+};
+
+// --- Owners
+
+// DeleteObject. THandle is HBITMAP, HBRUSH, HFONT, HPEN or HRGN. Null is allowed and owns nothing.
+template <class THandle>
+class CGdiObject : CNotCopied {
+ public:
+  explicit CGdiObject(THandle object = nullptr) : fObject(object) {}
+  ~CGdiObject() { Reset(); }
+  void Reset(THandle object = nullptr) {
+    if (fObject) DeleteObject(fObject);
+    fObject = object;
+  }
+  // The caller owns the object from here on.
+  THandle Detach() { return std::exchange(fObject, nullptr); }
+  THandle Get() const { return fObject; }
+
+ private:
+  THandle fObject;
+};
+
+// DeleteDC, for contexts of CreateCompatibleDC and CreateDCW. Null is allowed and owns nothing.
+class CCreatedDC : CNotCopied {
+ public:
+  explicit CCreatedDC(HDC hdc) : fHDC(hdc) {}
+  ~CCreatedDC() {
+    if (fHDC) DeleteDC(fHDC);
+  }
+  HDC Get() const { return fHDC; }
+
+ private:
+  HDC fHDC;
+};
+
+// GetDC and ReleaseDC. A null window stands for the screen. Get() is null when the system refused.
+class CWindowDC : CNotCopied {
+ public:
+  explicit CWindowDC(HWND hwnd) : fHwnd(hwnd), fHDC(GetDC(hwnd)) {}
+  ~CWindowDC() {
+    if (fHDC) ReleaseDC(fHwnd, fHDC);
+  }
+  HDC Get() const { return fHDC; }
+
+ private:
+  HWND fHwnd;
+  HDC fHDC;
+};
+
+// CloseHandle, for events, threads and file mappings. Null is allowed and owns nothing.
+class CKernelHandle : CNotCopied {
+ public:
+  explicit CKernelHandle(HANDLE handle = nullptr) : fHandle(handle) {}
+  ~CKernelHandle() { Reset(); }
+  void Reset(HANDLE handle = nullptr) {
+    if (fHandle) CloseHandle(fHandle);
+    fHandle = handle;
+  }
+  HANDLE Detach() { return std::exchange(fHandle, nullptr); }
+  HANDLE Get() const { return fHandle; }
+
+ private:
+  HANDLE fHandle;
+};
+
+// --- Restorers
+
+// Selects a bitmap, brush, font or pen, and puts back at the end what was selected before. If the selection
+// fails, IsSelected() is false and nothing is put back.
+class CObjectSelection : CNotCopied {
+ public:
+  CObjectSelection(HDC hdc, HGDIOBJ object) : fHDC(hdc), fPrevious(SelectObject(hdc, object)) {}
+  ~CObjectSelection() {
+    if (fPrevious) SelectObject(fHDC, fPrevious);
+  }
+  bool IsSelected() const { return fPrevious != nullptr; }
+
+ private:
+  HDC fHDC;
+  HGDIOBJ fPrevious;
+};
+
+// Keeps the clip region of a context and selects it again at the end; no clip becomes no clip. It touches
+// nothing else of the context, so it may stand around changes of origin, font or mode that are to last.
+class CClipRegionSaver : CNotCopied {
+ public:
+  explicit CClipRegionSaver(HDC hdc) : fHDC(hdc), fRegion(CreateRectRgn(0, 0, 0, 0)) {
+    const int result = GetClipRgn(fHDC, fRegion);
+    if (result == 1) return;
+    if (fRegion) DeleteObject(std::exchange(fRegion, nullptr));
+    if (result == 0) return;
+    MORVANE_ASSERT(result == -1);
+    MORVANE_THROW(std::exception());
+  }
+  ~CClipRegionSaver() {
+    SelectClipRgn(fHDC, fRegion);
+    if (fRegion) DeleteObject(fRegion);
+  }
+
+ private:
+  HDC fHDC;
+  HRGN fRegion;  // null: there was no clip
+};
+
+// Moves several windows in one step, which happens when this dies.
+class CDeferredWindowMover : CNotCopied {
+ public:
+  // count is only a hint to the system.
+  explicit CDeferredWindowMover(int count) : fHwdp(BeginDeferWindowPos(count)) {
+    if (!fHwdp) MORVANE_THROW(XOutOfMemory());
+  }
+  // As SetWindowPos. The test looks at the sequence as it was before this call: a call that fails is noticed
+  // by the next one only.
+  void Move(HWND hwnd, HWND insertAfter, int x, int y, int cx, int cy, UINT flags) {
+    const HDWP next = DeferWindowPos(fHwdp, hwnd, insertAfter, x, y, cx, cy, flags);
+    if (!fHwdp) MORVANE_THROW(XOutOfMemory());
+    fHwdp = next;
+  }
+  ~CDeferredWindowMover() {
+    MORVANE_ASSERT(0!=fHwdp);
+    const BOOL okFlag = EndDeferWindowPos(fHwdp);
+    MORVANE_ASSERT(FALSE!=okFlag);
+  }
+
+ private:
+  HDWP fHwdp;
+};
+
+// --- Locks
+
+// For the few tables that the threads of the file dialogs share with the main thread. Never hold one across
+// an assertion, a message or any other way into foreign code.
+class CReadLock : CNotCopied {
+ public:
+  explicit CReadLock(SRWLOCK& lock) : fLock(lock) { AcquireSRWLockShared(&fLock); }
+  ~CReadLock() { ReleaseSRWLockShared(&fLock); }
+
+ private:
+  SRWLOCK& fLock;
+};
+
+class CWriteLock : CNotCopied {
+ public:
+  explicit CWriteLock(SRWLOCK& lock) : fLock(lock) { AcquireSRWLockExclusive(&fLock); }
+  ~CWriteLock() { ReleaseSRWLockExclusive(&fLock); }
+
+ private:
+  SRWLOCK& fLock;
+};
+
+}  // namespace NSMorvane

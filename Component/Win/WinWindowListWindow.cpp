@@ -1,8 +1,0 @@
-#include "Component/Win/WinWindowListWindow.h"
-
-namespace NSMorvane {
-
-// The window list is not built yet: nothing opens.
-void OpenWindowList() {}
-
-}  // namespace NSMorvane

@@ -1,0 +1,397 @@
+// The life of a window.
+#include "Component/Win/Window/WinWindow.h"
+
+#include <windows.h>
+// After the above.
+#include <shellapi.h>
+
+#include <algorithm>
+#include <boost/make_shared.hpp>
+
+#include "Component/Portable/Views/ViewImpl.h"
+#include "Component/Win/Application/MorvaneImplWin.h"
+#include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/WinRootViewBehavior.h"
+#include "Component/Win/Window/WinWindowModality.h"
+
+namespace NSMorvane {
+
+std::vector<boost::weak_ptr<CWinWindow>> gWinWindows;
+
+namespace {
+
+// Drives mouse tracking, tooltip rectangles and idle calls.
+enum : UINT { kTimerMS = 25 };
+
+HWND NativeOwner(IModalOwner* owner) {
+  if (!owner) return nullptr;
+  TNativeWindow native = {};
+  MORVANE_CHECK(owner->IModalOwner_GetNativeWindow(native));
+  return native.fHwnd;
+}
+
+bool IsAnyWindowOfKind(TWindowKind kind) {
+  return std::any_of(gWinWindows.begin(), gWinWindows.end(), [&](const auto& window) {
+    const boost::shared_ptr<CWinWindow> locked = window.lock();
+    return locked && locked->GetWindowKind() == kind;
+  });
+}
+
+}  // namespace
+
+// --- Construction
+
+CWinWindow::CWinWindow(CMorvaneImpl* morvane, TWindowKind windowKind, IModalOwner* owner, DWORD style,
+                       DWORD exStyle, bool makeSizeGrip, bool listedInWindowMenu, bool hasCloseCommand)
+    : fMorvane(morvane),
+      fRunBehavior(morvane->GetBehavior()),
+      fRootView(nullptr),
+      fWindowKind(windowKind),
+      fOwnerHwnd(NativeOwner(owner)),
+      fIsHidden(true),
+      fFocus(*this, *this),
+      fIsDeactivating(false),
+      fListedInWindowMenu(listedInWindowMenu),
+      fTimerID(0),
+      fInMouseTrackingCheck(false),
+      fInDispatchMouseTracking(false),
+      fInRefreshMouseShape(false),
+      fClientSize(),
+      fHwnd(nullptr),
+      fMenuHandle(nullptr),
+      fAcceleratorTable(nullptr),
+      fCurrentCursor(nullptr),
+      fWindowClass(WindowClassName(windowKind), WindowStubProcCallback,
+                   WindowClassHasIcon(windowKind) ? morvane->GetAppIcon() : nullptr),
+      fIsToldActive(false),
+      fMouseLeaveArmed(false),
+      fHasCloseCommand(hasCloseCommand),
+      fAlwaysOnTop(false),
+      fSizeGripHwnd(nullptr),
+      fTooltipHwnd(nullptr),
+      fTooltipRectsDirty(true),
+      fHasNewTools(false),
+      fMenuBarRebuilds(0),
+      fMenuBarIsWhole(true),
+      fIsEnding(false),
+      fGlobalAlpha(255) {
+  try {
+    MakeNativeWindow(style, exStyle, makeSizeGrip);
+    MakeRootView();
+    TakeInitialState();
+    fTimerID = SetTimer(fHwnd, 0, kTimerMS, nullptr);
+    if (!fTimerID) MORVANE_THROW_LAST_ERROR();
+    if (fWindowKind == kWindowKindDocument) DragAcceptFiles(fHwnd, TRUE);
+  } catch (...) {
+    DismantleNativeWindow();
+    throw;
+  }
+}
+
+HWND CWinWindow::ChooseNativeOwner() {
+  if (fWindowKind == kWindowKindDocument || fWindowKind == kWindowKindFloating) return fOwnerHwnd;
+  if (!fOwnerHwnd) {
+    fAlwaysOnTop = AnyShownWindowIsAlwaysOnTop();
+    const bool standsAlone =
+        !IsAnyWindowOfKind(kWindowKindDocument) &&
+        (fWindowKind == kWindowKindModelessDialog || !IsAnyWindowOfKind(kWindowKindModelessDialog));
+    return standsAlone ? nullptr : fMorvane->GetHiderWindow();
+  }
+  const CWinWindow* const owner = fMorvane->GetWindowForHwnd(fOwnerHwnd);
+  fAlwaysOnTop = owner ? owner->fAlwaysOnTop : AnyShownWindowIsAlwaysOnTop();
+  return fOwnerHwnd;
+}
+
+void CWinWindow::MakeNativeWindow(DWORD style, DWORD exStyle, bool makeSizeGrip) {
+  const HWND nativeOwner = ChooseNativeOwner();
+  const HWND hwnd = CreateWindowExW(exStyle, WinText(fWindowClass.GetName()), L"", style, 100, 100, 300, 300,
+                                    nativeOwner, nullptr, GetModuleHandleW(nullptr), this);
+  if (!hwnd) {
+    const DWORD error = GetLastError();
+    fHwnd = nullptr;
+    SetLastError(error);
+    MORVANE_THROW_LAST_ERROR();
+    MORVANE_THROW(std::exception());  // the window was refused without an error of the system
+  }
+  RegisterHwnd(fHwnd);
+  SendMessageW(fHwnd, WM_SETFONT, reinterpret_cast<WPARAM>(GetDefaultFont()), FALSE);
+  if (!makeSizeGrip) return;
+  fSizeGripHwnd = CreateWindowExW(
+      WS_EX_NOPARENTNOTIFY, L"SCROLLBAR", nullptr,
+      WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_CLIPCHILDREN | SBS_SIZEGRIP | SBS_SIZEBOXBOTTOMRIGHTALIGN,
+      0, 0, 0, 0, fHwnd, nullptr, GetModuleHandleW(nullptr), nullptr);
+  if (!fSizeGripHwnd) MORVANE_THROW(XOutOfMemory());
+}
+
+// The class procedure. It exists only until the wrapper takes over, within the first message that it sees.
+LRESULT CALLBACK CWinWindow::WindowStubProcCallback(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_NCCREATE) {
+    const auto* const creation = reinterpret_cast<const CREATESTRUCTW*>(lParam);
+    auto* const window = static_cast<CWinWindow*>(creation->lpCreateParams);
+    MORVANE_ASSERT(0!=window);
+    if (!window) return FALSE;
+    if (!window->fNativeWindowWrapper) {
+      try {
+        window->fNativeWindowWrapper = boost::make_shared<CNativeWindowWrapper>(hwnd);
+        window->fNativeWindowWrapper->AddProcListener(window);
+        window->fHwnd = hwnd;
+        return window->fNativeWindowWrapper->Dispatch(hwnd, message, wParam, lParam);
+      } catch (...) {
+        return FALSE;  // the creation fails
+      }
+    }
+  }
+  if (message == WM_SHOWWINDOW)
+    DebugPrint("CWinWindow::WindowStubProcCallback forwarding WM_SHOWWINDOW to DefWindowProc() ");  // sic
+  return DefWindowProcW(hwnd, message, wParam, lParam);
+}
+
+void CWinWindow::MakeRootView() {
+  fRootViewReference.reset(new CViewImpl(fMorvane, this));
+  fRootView = fRootViewReference.get();
+  fRootView->SetClientsViewReference(fRootViewReference);
+  fRootView->SetBehavior(boost::make_shared<CWinRootViewBehavior>());
+}
+
+// --- Wiring
+
+void CWinWindow::SetClientsWindowReference(const boost::shared_ptr<CWinWindow>& reference) {
+  MORVANE_ASSERT(0==fClientsWindowReference.get());
+  CWinWindow* const parent = fMorvane->GetWindowForHwnd(GetParent(fHwnd));
+  gWinWindows.reserve(gWinWindows.size() + 1);
+  if (parent) {
+    parent->AddChildWindow(reference);
+    fParentWindow = parent->GetClientsWindowReference();
+  }
+  gWinWindows.push_back(reference);
+  fClientsWindowReference = reference;
+}
+
+boost::shared_ptr<CWinWindow> CWinWindow::GetClientsWindowReference() const {
+  MORVANE_ASSERT(0!=fClientsWindowReference.get());
+  return fClientsWindowReference;
+}
+
+void CWinWindow::AddChildWindow(const boost::shared_ptr<CWinWindow>& childWindow) {
+  MORVANE_ASSERT(std::find(fChildWindows.begin(),fChildWindows.end(),childWindow)==fChildWindows.end());
+  fChildWindows.push_back(childWindow);
+}
+
+void CWinWindow::RemoveChildWindow(const CWinWindow* childWindow) {
+  std::erase_if(fChildWindows, [&](const auto& child) { return child.get() == childWindow; });
+}
+
+bool CWinWindow::CWindowGlue_CheckInvariant() const {
+  // The root view and the focus view stand for all others.
+  if (fRunBehavior && !(fRootView && !fRootView->CheckInvariant()) &&
+      !(fFocus.GetView() && !fFocus.GetView()->CheckInvariant()) && !(fHwnd && !IsWindow(fHwnd)) &&
+      !(fNativeWindowWrapper && !fNativeWindowWrapper->CheckInvariant()))
+    return true;
+  MORVANE_UNREACHED();
+  return false;
+}
+
+TNativeWindow CWinWindow::CWindowGlue_GetNativeWindow() { return TNativeWindow{fHwnd}; }
+
+TError CWinWindow::IModalOwner_GetNativeWindow(TNativeWindow& out) {
+  out.fHwnd = fHwnd;
+  return kOK;
+}
+
+// --- Showing and hiding
+
+bool CWinWindow::IsVisible() const { return IsWindowShown(fHwnd); }
+
+bool CWinWindow::IsIconic() const { return ::IsIconic(fHwnd) != 0; }
+
+bool CWinWindow::IsZoomed() const { return ::IsZoomed(fHwnd) != 0; }
+
+void CWinWindow::Restore() { ShowWindow(fHwnd, SW_RESTORE); }
+
+void CWinWindow::FocusNow() {
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
+  if (IsIconic()) Restore();
+  BringWindowToFront(fHwnd);
+}
+
+void CWinWindow::Show() {
+  // A window that has been released must not come onto the screen any more. Painting and every callback below
+  // can release it.
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
+  const auto isReleased = [&] { return !fClientsWindowReference; };
+  if (isReleased()) return;
+
+  MORVANE_ASSERT(CheckInvariant());
+  MORVANE_ASSERT(!IsVisible());
+  PumpPaintMessages();
+  if (isReleased()) return;
+  SetClientSize(fWindowState.fClientSize);
+  if (isReleased()) return;
+  SetPlacement(BuildPlacement(GetNormalRect(fWindowState.fMinimized, fWindowState.fMaximized)));
+  if (isReleased()) return;
+
+  const int showCommand = fWindowState.fMinimized   ? SW_SHOWMINIMIZED
+                          : fWindowState.fMaximized ? SW_SHOWMAXIMIZED
+                                                    : SW_SHOWNORMAL;
+  fIsHidden = false;
+  RemoveFromHiddenWindows();
+  DebugPrint("CWinWindow::Show " + HandleText(fHwnd) + " " + NumberText(showCommand));
+  const BOOL previouslyVisible = ShowWindow(fHwnd, showCommand);
+  MORVANE_ASSERT(!previouslyVisible);
+  if (isReleased()) return;
+  if (!UpdateWindow(fHwnd)) MORVANE_THROW_LAST_ERROR();
+  if (isReleased()) return;
+  // A dialog that blocks the application may have taken it out of the way: it comes back with the others.
+  if (fWindowKind == kWindowKindFloating && !gAppModalDialogStack.empty() && !IsVisible()) return;
+  if (!IsVisible()) {
+    if (IsWindowHidden(fHwnd))
+      DebugPrint("CWinWindow is STILL in the hidden list, after being RemoveFromHiddenWindows()'d!");
+    else
+      DebugPrint("CWinWindow HWND refuses to get WS_VISIBLE!");
+    MORVANE_UNREACHED();
+  }
+  if (fAlwaysOnTop) SetWindowTopMost(fHwnd, true);
+  if (isReleased()) return;
+  MORVANE_ASSERT(IsVisible());
+  if (IsModal()) {
+    if (fOwnerHwnd)
+      EnableWindow(fOwnerHwnd, FALSE);
+    else
+      PushAppModal(fHwnd);
+  }
+  EnforceAppModality();
+  if (!isReleased()) SetActiveWindow(fHwnd);
+}
+
+void CWinWindow::Hide() {
+  MORVANE_ASSERT(CheckInvariant());
+  MORVANE_ASSERT(0!=fHwnd);
+  if (IsModal()) {
+    if (fOwnerHwnd)
+      EnableOwner(fOwnerHwnd);
+    else
+      PopAppModal(fHwnd);
+  }
+  EnforceAppModality();
+  AddToHiddenWindows();
+  fIsHidden = true;
+}
+
+void CWinWindow::AddToHiddenWindows() {
+  if (IsWindowHidden(fHwnd)) return;
+  sHidddenWindows.reserve(sHidddenWindows.size() + 1);
+  if (fWindowKind == kWindowKindModalDialog || fOwnerHwnd) {
+    // Above the screen, and natively visible.
+    RECT parentRect = {};
+    if (const HWND parent = GetParent(fHwnd)) GetWindowRect(parent, &parentRect);
+    RECT native = {};
+    GetWindowRect(fHwnd, &native);
+    const TRect rect = FromNative(native);
+    const std::int64_t left = static_cast<std::int64_t>(rect.fLeft) - parentRect.left;
+    const std::int64_t top = static_cast<std::int64_t>(rect.fTop) - parentRect.top -
+                             (static_cast<std::int64_t>(rect.fBottom) - GetSystemMetrics(SM_YVIRTUALSCREEN));
+    MoveWindow(fHwnd, ToCoordinate(left), ToCoordinate(top), ToCoordinate(RectWidth(rect)),
+               ToCoordinate(RectHeight(rect)), TRUE);
+  } else {
+    ShowWindow(fHwnd, SW_HIDE);
+  }
+  if (!IsWindowHidden(fHwnd)) sHidddenWindows.push_back(fHwnd);
+}
+
+void CWinWindow::RemoveFromHiddenWindows() {
+  const auto it = std::find(sHidddenWindows.begin(), sHidddenWindows.end(), fHwnd);
+  if (it != sHidddenWindows.end()) sHidddenWindows.erase(it);
+  MORVANE_ASSERT(sHidddenWindows.end() == std::find(sHidddenWindows.begin(), sHidddenWindows.end(), fHwnd));
+}
+
+// --- The end
+
+void CWinWindow::RequestCloseFromLibrary() {
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
+  RequestClose(kCloseByLibrary);
+}
+
+void CWinWindow::ReleaseWindow() {
+  MORVANE_ASSERT(CheckInvariant());
+  MORVANE_ASSERT(fClientsWindowReference.get()!=0);
+  // The last holder, unless the window is in the middle of a message: it goes when this function returns, and
+  // the window with it.
+  const boost::shared_ptr<CWinWindow> reference = fClientsWindowReference;
+  if (fClientsWindowReference && fMouseCapture) {
+    const BOOL result = ReleaseCapture();
+    MORVANE_ASSERT(result);
+  }
+  if (!fClientsWindowReference) return;  // it is ending already
+  // A parent that is ending too does so after it has let go of this one.
+  const boost::shared_ptr<CWinWindow> parent = fParentWindow.lock();
+  fClientsWindowReference.reset();
+  std::erase_if(gWinWindows, [&](const auto& window) { return window.lock() == reference; });
+  fMorvane->RebuildAllMenuBars();
+  Hide();
+  if (parent) parent->RemoveChildWindow(this);
+}
+
+void CWinWindow::PrepareDestruction() {
+  if (fTimerID) {
+    KillWindowTimer();
+    AddToHiddenWindows();
+  }
+  fControlListeners.clear();
+}
+
+void CWinWindow::KillWindowTimer() {
+  if (!fTimerID) return;
+  // Some systems keep the timer under the number 0 that SetTimer was called with, and not under its result.
+  if (!KillTimer(fHwnd, fTimerID)) KillTimer(fHwnd, 0);
+  fTimerID = 0;
+}
+
+CWinWindow::~CWinWindow() {
+  MORVANE_ASSERT(CheckInvariant());
+  fIsEnding = true;  // the kind is gone
+  fFocus.Forget();
+  if (fRootView && !fRootView->GetRawSubViews().empty()) {
+    DebugPrint("Not all subview were removed!");  // sic
+    for (const CViewImpl* const view : fRootView->GetRawSubViews())
+      DebugPrint("View: " + view->GetDebugName());
+    DebugPrint("You must release all views in a window before the window is deleted!");
+    MORVANE_UNREACHED();
+  }
+  MORVANE_ASSERT(fChildWindows.size()==0);
+  DestroyTooltipWindow();
+  if (fHwnd) PopAppModalQuietly(fHwnd);
+  if (IsModal() && fOwnerHwnd) EnableOwner(fOwnerHwnd);
+  DismantleNativeWindow();
+  // Later use fails the invariant.
+  PoisonField(fRunBehavior, nullptr);
+}
+
+void CWinWindow::DismantleNativeWindow() {
+  if (fNativeWindowWrapper) {
+    fNativeWindowWrapper->RemoveProcListener(this);
+    fNativeWindowWrapper.reset();
+  }
+  KillWindowTimer();
+  if (fRootView) {
+    if (!fRootView->GetRawSubViews().empty()) fRootView->ForgetWindow();
+    fRootView->IView_Release();
+    fRootView = nullptr;
+    fRootViewReference.reset();
+  }
+  if (fAcceleratorTable) {
+    const BOOL datResult = DestroyAcceleratorTable(fAcceleratorTable);
+    MORVANE_ASSERT(datResult);
+    fAcceleratorTable = nullptr;
+  }
+  if (fHwnd) {
+    RemoveFromHiddenWindows();
+    UnregisterHwnd(fHwnd);
+    // A dialog that is still open, or that ends when its message is through.
+    DisownWindows(fHwnd);
+    const BOOL dwResult = DestroyWindow(fHwnd);
+    MORVANE_ASSERT(dwResult);
+    fHwnd = nullptr;
+  }
+}
+
+}  // namespace NSMorvane

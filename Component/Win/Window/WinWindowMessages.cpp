@@ -1,0 +1,488 @@
+// The message function of windows: the stages that every message goes through, and the table from messages to
+// their handlers. What a handler decides lives in the file of its topic.
+#include <algorithm>
+#include <iterator>
+#include <optional>
+
+#include "Component/Win/Application/MorvaneImplWin.h"
+#include "Component/Win/Application/MorvaneImplWinMessages.h"
+#include "Component/Win/Drawing/WinDeviceContext.h"
+#include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/WinWindow.h"
+#include "Component/Win/Window/WinWindowModality.h"
+
+namespace NSMorvane {
+
+namespace {
+
+// A message that tries to activate or to click a window that a dialog blocks.
+bool IsBlockedByModality(const TWinMessage& message) {
+  if (message.fMessage == WM_ACTIVATE && LOWORD(message.fWParam) == WA_ACTIVE) {
+    // One in the task bar can be active; its dialog comes back with it. A dialog of the application comes
+    // now.
+    const bool isMinimized = HIWORD(message.fWParam) != 0;
+    return !(isMinimized && gAppModalDialogStack.empty()) && OnModalActivationAttempt(message.fHwnd);
+  }
+  if (message.fMessage == WM_SETCURSOR && HIWORD(message.fLParam) == WM_LBUTTONDOWN)
+    return OnModalClickAttempt(message.fHwnd);
+  return false;
+}
+
+// The messages after which another view may be under the mouse. The right button going down is none of them.
+bool CanMoveViewsUnderMouse(UINT message) {
+  switch (message) {
+    case WM_SIZE:
+    case WM_ACTIVATE:
+    case WM_SETCURSOR:
+    case WM_WINDOWPOSCHANGED:
+    case WM_NOTIFY:
+    case WM_KEYDOWN:
+    case WM_KEYUP:
+    case WM_SYSKEYDOWN:
+    case WM_SYSKEYUP:
+    case WM_COMMAND:
+    case WM_HSCROLL:
+    case WM_VSCROLL:
+    case WM_MOUSEMOVE:
+    case WM_LBUTTONDOWN:
+    case WM_LBUTTONUP:
+    case WM_LBUTTONDBLCLK:
+    case WM_RBUTTONUP:
+    case WM_MOUSEWHEEL:
+    case WM_MOUSELEAVE:
+      return true;
+    default:
+      return false;
+  }
+}
+
+// What the user does with a window. Files dropped on it, and keys that go up, are the application's.
+bool IsUserInput(UINT message) {
+  if (message == WM_KEYUP || message == WM_SYSKEYUP) return false;
+  return message == WM_CLOSE || message == WM_HELP || message == WM_COMMAND ||
+         (message >= WM_KEYFIRST && message <= WM_KEYLAST) ||
+         (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST);
+}
+
+// Whether the memory that a message points to can be there. Messages come from anywhere.
+constexpr DWORD kWritable = PAGE_READWRITE | PAGE_WRITECOPY | PAGE_EXECUTE_READWRITE | PAGE_EXECUTE_WRITECOPY;
+constexpr DWORD kReadable = kWritable | PAGE_READONLY | PAGE_EXECUTE_READ;
+
+bool IsAccessible(const void* block, std::size_t size, DWORD protection) {
+  const std::uintptr_t begin = reinterpret_cast<std::uintptr_t>(block);
+  MEMORY_BASIC_INFORMATION info;
+  if (!block || !VirtualQuery(block, &info, sizeof(info))) return false;
+  if (info.State != MEM_COMMIT || !(info.Protect & protection) || (info.Protect & PAGE_GUARD)) return false;
+  const std::uintptr_t end = reinterpret_cast<std::uintptr_t>(info.BaseAddress) + info.RegionSize;
+  return end - begin >= size;
+}
+
+TPoint PointInMessage(LPARAM lParam) {
+  return {static_cast<std::int16_t>(LOWORD(lParam)), static_cast<std::int16_t>(HIWORD(lParam))};
+}
+
+TPoint ScreenToClientChecked(HWND hwnd, const TPoint& point) {
+  POINT result = ToNative(point);
+  if (!ScreenToClient(hwnd, &result)) MORVANE_THROW_LAST_ERROR();
+  return FromNative(result);
+}
+
+}  // namespace
+
+// --- The table
+
+class CWinWindow::CMessageTable {
+ public:
+  // With a value the message ends here, and the value is its result. Without one it is forwarded.
+  using TResult = std::optional<LRESULT>;
+  using THandler = TResult (*)(CWinWindow& window, TWinMessage& message);
+
+  // Null for a message that is only forwarded.
+  static THandler Find(UINT message);
+
+ private:
+  struct TRow {
+    UINT fMessage;
+    THandler fHandler;
+  };
+
+  static constexpr TResult kForward = std::nullopt;
+
+  // --- Life and size
+
+  static TResult OnCreate(CWinWindow& window, TWinMessage& message) {
+    const LRESULT result = window.ForwardMessage(message);
+    if (!window.fHasCloseCommand) window.GrayCloseCommand();
+    return result;
+  }
+  static TResult OnDestroy(CWinWindow& window, TWinMessage&) {
+    const boost::shared_ptr<CNativeWindowWrapper>& fNativeWindowWrapper = window.fNativeWindowWrapper;
+    MORVANE_ASSERT(fNativeWindowWrapper.get()!=0);
+    if (fNativeWindowWrapper) MORVANE_ASSERT(fNativeWindowWrapper->CheckInvariant());
+    return kForward;
+  }
+  static TResult OnSize(CWinWindow& window, TWinMessage&) {
+    window.SyncWindowStateOnSize();
+    window.PlaceSizeGrip();
+    return kForward;
+  }
+  static TResult OnWindowPosChanged(CWinWindow& window, TWinMessage&) {
+    window.SyncWindowState();
+    window.AdaptSizeGrip();
+    return kForward;
+  }
+  static TResult OnGetMinMaxInfo(CWinWindow& window, TWinMessage& message) {
+    const auto info = reinterpret_cast<MINMAXINFO*>(message.fLParam);
+    if (IsAccessible(info, sizeof(*info), kWritable)) window.OnGetMinMaxInfo(*info);
+    return 0;
+  }
+  static TResult OnClose(CWinWindow& window, TWinMessage&) {
+    window.OnCloseRequest();
+    return 0;
+  }
+  static TResult OnDisplayChange(CWinWindow&, TWinMessage&) {
+    ForgetDisplayDepth();
+    return kForward;
+  }
+
+  // --- Activation and focus
+
+  static TResult OnActivate(CWinWindow& window, TWinMessage& message) {
+    const WORD state = LOWORD(message.fWParam);
+    const bool minimized = HIWORD(message.fWParam) != 0;
+    DebugPrint(minimized ? "WM_ACTIVATE minimized" : "WM_ACTIVATE ");
+    bool handled = false;
+    if (state == WA_ACTIVE || state == WA_CLICKACTIVE) {
+      if (minimized) return kForward;
+      window.OnActivated(handled);
+      window.fMorvane->RebuildAllMenuBars();
+    } else {
+      MORVANE_ASSERT_TEXT("LOWORD(wParam) == WA_INACTIVE", state == WA_INACTIVE);
+      window.OnDeactivated();
+    }
+    return handled ? TResult(0) : kForward;
+  }
+  static TResult OnSetFocus(CWinWindow& window, TWinMessage& message) {
+    window.OnReceivedFocus();
+    const LRESULT uiState = SendMessageW(message.fHwnd, WM_QUERYUISTATE, 0, 0);
+    SendMessageW(message.fHwnd, WM_UPDATEUISTATE, MAKEWPARAM(UIS_INITIALIZE, uiState), 0);
+    return kForward;
+  }
+  static TResult OnKillFocus(CWinWindow& window, TWinMessage&) {
+    window.OnLostFocus();
+    return kForward;
+  }
+  static TResult OnActivateApp(CWinWindow& window, TWinMessage& message) {
+    window.fMorvane->OnAppActivation(message.fWParam == 1, static_cast<DWORD>(message.fLParam), false);
+    return kForward;
+  }
+
+  // --- Painting
+
+  static TResult OnPaint(CWinWindow& window, TWinMessage&) {
+    window.HandlePaint();
+    return 0;
+  }
+  static TResult OnEraseBackground(CWinWindow&, TWinMessage&) {
+    return 0;  // the whole client area is painted
+  }
+
+  // --- Mouse
+
+  static TResult OnSetCursor(CWinWindow& window, TWinMessage& message) {
+    if (reinterpret_cast<HWND>(message.fWParam) != window.fHwnd) return kForward;
+    HCURSOR cursor = nullptr;
+    switch (LOWORD(message.fLParam)) {
+      case HTGROWBOX:
+        cursor = LoadCursorW(nullptr, IDC_SIZENWSE);
+        break;
+      case HTCLIENT:
+        cursor = gOverrideCursor ? gOverrideCursor : window.fCurrentCursor;
+        if (!cursor) return kForward;
+        break;
+      default:
+        return kForward;
+    }
+    SetCursor(cursor);
+    return 1;
+  }
+  static TResult OnNcHitTest(CWinWindow& window, TWinMessage& message) {
+    return window.OnNonClientHitTest(message);
+  }
+  static TResult OnMouseMove(CWinWindow& window, TWinMessage& message) {
+    window.DispatchMouseMove({PointInMessage(message.fLParam), 0, kNoButton, 0});
+    window.ArmMouseLeave();
+    return kForward;
+  }
+  template <int kClickCount, int kButton>
+  static TResult OnButtonDown(CWinWindow& window, TWinMessage& message) {
+    window.DispatchMouseDown({PointInMessage(message.fLParam), kClickCount, kButton, 0});
+    return kForward;
+  }
+  static TResult OnLeftButtonUp(CWinWindow& window, TWinMessage& message) {
+    window.DispatchMouseUp({PointInMessage(message.fLParam), 0, kLeftButton, 0});
+    return kForward;
+  }
+  static TResult OnRightButtonUp(CWinWindow& window, TWinMessage& message) {
+    const TMouseMessage mouseMessage = {PointInMessage(message.fLParam), 0, kRightButton, 0};
+    window.DispatchMouseUp(mouseMessage);
+    window.DispatchContextClick(mouseMessage);
+    return kForward;
+  }
+  static TResult OnMouseWheel(CWinWindow& window, TWinMessage& message) {
+    const TPoint point = ScreenToClientChecked(window.fHwnd, PointInMessage(message.fLParam));
+    const std::int16_t delta = static_cast<std::int16_t>(HIWORD(message.fWParam));
+    return window.DispatchMouseWheel({point, 0, kNoButton, delta}) ? TResult(0) : kForward;
+  }
+  static TResult OnMouseLeave(CWinWindow& window, TWinMessage&) {
+    const TPoint position = PointInMessage(static_cast<LPARAM>(GetMessagePos()));
+    try {
+      window.DispatchMouseMove({ScreenToClientChecked(window.fHwnd, position), 0, kNoButton, 0});
+    } catch (...) {
+      window.fMouseLeaveArmed = false;
+      MORVANE_RETHROW();
+    }
+    window.fMouseLeaveArmed = false;
+    return kForward;
+  }
+  static TResult OnForwardedMouseMove(CWinWindow& window, TWinMessage& message) {
+    POINT point = ToNative(PointInMessage(message.fLParam));
+    if (!ClientToScreen(reinterpret_cast<HWND>(message.fWParam), &point)) return kForward;
+    window.DispatchMouseMove({ScreenToClientChecked(window.fHwnd, FromNative(point)), 0, kNoButton, 0});
+    return kForward;
+  }
+
+  // --- Keyboard and commands
+
+  static TResult OnKey(CWinWindow& window, TWinMessage& message) {
+    const auto key = MakeKeyMessage(message.fHwnd, message.fMessage, message.fWParam, message.fLParam);
+    if (!key) return kForward;
+    bool handled = false;
+    if (message.fMessage == WM_KEYDOWN || message.fMessage == WM_SYSKEYDOWN)
+      window.DispatchKeyDown(*key, handled);
+    else
+      window.DispatchKeyUp(*key, handled);
+    return handled ? TResult(0) : kForward;
+  }
+  static TResult OnHelp(CWinWindow& window, TWinMessage&) {
+    window.OnHelpRequested();
+    return 1;
+  }
+  static TResult OnCommand(CWinWindow& window, TWinMessage& message) {
+    if (message.fLParam == 0)
+      window.OnCommand(LOWORD(message.fWParam));
+    else
+      window.CallControlListener(reinterpret_cast<HWND>(message.fLParam), message);
+    return kForward;
+  }
+  static TResult OnNotify(CWinWindow& window, TWinMessage& message) {
+    const auto header = reinterpret_cast<const NMHDR*>(message.fLParam);
+    if (IsAccessible(header, sizeof(*header), kReadable))
+      window.CallControlListener(header->hwndFrom, message);
+    return kForward;
+  }
+  static TResult OnSysCommand(CWinWindow& window, TWinMessage& message) {
+    return window.OnSysCommand(message);
+  }
+  static TResult OnInitMenu(CWinWindow& window, TWinMessage&) {
+    if (window.fMorvane->MenuBarsAreStale()) {
+      DebugPrint("Rebuilding menu bar due to WM_INITMENU");
+      window.fMorvane->RebuildAllMenuBars();
+    }
+    return kForward;
+  }
+  static TResult OnEnterMenuLoop(CWinWindow& window, TWinMessage&) {
+    IMorvaneRunBehavior* const behavior = window.fMorvane->GetBehavior();
+    MORVANE_ASSERT(NULL != behavior);
+    if (behavior) MORVANE_CHECK(behavior->IMorvaneRunBehavior_OnEnterMenuLoop());
+    return kForward;
+  }
+  static TResult OnExitMenuLoop(CWinWindow& window, TWinMessage&) {
+    IMorvaneRunBehavior* const behavior = window.fMorvane->GetBehavior();
+    MORVANE_ASSERT(NULL != behavior);
+    if (behavior) MORVANE_CHECK(behavior->IMorvaneRunBehavior_OnExitMenuLoop());
+    return kForward;
+  }
+
+  // --- Files and input methods
+
+  static TResult OnDropFiles(CWinWindow& window, TWinMessage& message) {
+    window.OnDropFiles(reinterpret_cast<HGLOBAL>(message.fWParam));
+    return kForward;
+  }
+  static TResult OnImeNotify(CWinWindow& window, TWinMessage& message) {
+    window.OnImeNotify(message.fWParam);
+    return kForward;
+  }
+};
+
+CWinWindow::CMessageTable::THandler CWinWindow::CMessageTable::Find(UINT message) {
+  // In ascending order.
+  static constexpr TRow kRows[] = {
+      {WM_CREATE, OnCreate},
+      {WM_DESTROY, OnDestroy},
+      {WM_SIZE, OnSize},
+      {WM_ACTIVATE, OnActivate},
+      {WM_SETFOCUS, OnSetFocus},
+      {WM_KILLFOCUS, OnKillFocus},
+      {WM_PAINT, OnPaint},
+      {WM_CLOSE, OnClose},
+      {WM_ERASEBKGND, OnEraseBackground},
+      {WM_ACTIVATEAPP, OnActivateApp},
+      {WM_SETCURSOR, OnSetCursor},
+      {WM_GETMINMAXINFO, OnGetMinMaxInfo},
+      {WM_WINDOWPOSCHANGED, OnWindowPosChanged},
+      {WM_NOTIFY, OnNotify},
+      {WM_HELP, OnHelp},
+      {WM_DISPLAYCHANGE, OnDisplayChange},
+      {WM_NCHITTEST, OnNcHitTest},
+      {WM_KEYDOWN, OnKey},
+      {WM_KEYUP, OnKey},
+      {WM_SYSKEYDOWN, OnKey},
+      {WM_SYSKEYUP, OnKey},
+      {WM_COMMAND, OnCommand},
+      {WM_SYSCOMMAND, OnSysCommand},
+      {WM_HSCROLL, OnCommand},
+      {WM_VSCROLL, OnCommand},
+      {WM_INITMENU, OnInitMenu},
+      {WM_MOUSEMOVE, OnMouseMove},
+      {WM_LBUTTONDOWN, OnButtonDown<1, kLeftButton>},
+      {WM_LBUTTONUP, OnLeftButtonUp},
+      {WM_LBUTTONDBLCLK, OnButtonDown<2, kLeftButton>},
+      {WM_RBUTTONDOWN, OnButtonDown<1, kRightButton>},
+      {WM_RBUTTONUP, OnRightButtonUp},
+      {WM_RBUTTONDBLCLK, OnButtonDown<2, kRightButton>},
+      {WM_MOUSEWHEEL, OnMouseWheel},
+      {WM_ENTERMENULOOP, OnEnterMenuLoop},
+      {WM_EXITMENULOOP, OnExitMenuLoop},
+      {WM_DROPFILES, OnDropFiles},
+      {WM_IME_NOTIFY, OnImeNotify},
+      {WM_MOUSELEAVE, OnMouseLeave},
+      {kForwardedMouseMoveMessage, OnForwardedMouseMove},
+  };
+  const auto isBefore = [](const TRow& a, const TRow& b) { return a.fMessage < b.fMessage; };
+  static_assert(std::is_sorted(std::begin(kRows), std::end(kRows), isBefore));
+  const TRow* const row =
+      std::lower_bound(std::begin(kRows), std::end(kRows), TRow{message, nullptr}, isBefore);
+  return row != std::end(kRows) && row->fMessage == message ? row->fHandler : nullptr;
+}
+
+// --- The stages
+
+LRESULT CWinWindow::WindowProc(CNativeWindowWrapper& nativeWindow, HWND hwnd, UINT message, WPARAM wParam,
+                               LPARAM lParam) {
+  if (fIsEnding) return nativeWindow.CallNextProc(this, hwnd, message, wParam, lParam);
+  MORVANE_ASSERT(CheckInvariant());
+  MORVANE_ASSERT(0!=fHwnd);
+  if (fMorvane->IsAutoPlayQuery(message)) {
+    SetWindowLongPtrW(hwnd, DWLP_MSGRESULT, 1);
+    return 1;
+  }
+  if (message == WM_QUERYENDSESSION) return AnswerQueryEndSession();
+
+  TError error = kOK;
+  LRESULT result = 0;
+  // The window lives as long as its message is being handled, whatever a callback does. Whether it has gone
+  // at the end of that shows in its wrapper.
+  const boost::weak_ptr<CNativeWindowWrapper> wrapper = fNativeWindowWrapper;
+  boost::shared_ptr<CWinWindow> self = fClientsWindowReference;
+  try {
+    TWinMessage winMessage = {false, hwnd, message, wParam, lParam};
+    if (IsBlockedByModality(winMessage)) return 0;
+    PreDispatch(winMessage);
+    CallMsgEventListeners(winMessage, result);
+    // A window that has been released, and lives on for the message that it is in the middle of, may be in a
+    // loop of the system's, which hands out more. The user has left it.
+    const auto handler = self || !IsUserInput(message) ? CMessageTable::Find(message) : nullptr;
+    if (handler)
+      if (const auto ended = handler(*this, winMessage)) return *ended;
+  } catch (const std::exception& e) {
+    error = ErrorFromException(&e);
+  } catch (...) {
+    error = kOtherError;
+  }
+  if (error != kOK) KeepPendingError(error);
+  // The native procedure would destroy the window under this object, also after a failure. For one that has
+  // been released it would ask the owner for help.
+  if (message == WM_CLOSE) return 0;
+  if (message == WM_HELP && !self) return 1;
+
+  self.reset();
+  if (wrapper.expired()) return result;  // the window is gone, and so are its fields
+
+  // Only a plain pointer from here on: the window, which owns the wrapper, must be able to end with it.
+  CNativeWindowWrapper* const rawWindowWrapper = wrapper.lock().get();
+  MORVANE_ASSERT(rawWindowWrapper != NULL);
+  result = rawWindowWrapper->CallNextProc(this, hwnd, message, wParam, lParam);
+  if (!wrapper.expired()) MORVANE_ASSERT(CheckInvariant());
+  return result;
+}
+
+LRESULT CWinWindow::AnswerQueryEndSession() {
+  // Nothing keeps the window alive here, so that it can be closed.
+  bool mayEnd = false;
+  const TError error = ErrorOf([&] { mayEnd = fMorvane->OnQueryEndSession(); });
+  if (error != kOK) KeepPendingError(error);
+  return mayEnd ? 1 : 0;
+}
+
+void CWinWindow::PreDispatch(const TWinMessage& message) {
+  fMouseGlance.Forget();
+  if (message.fMessage == WM_CAPTURECHANGED && fMouseCapture) OnMouseCaptureLost();
+  if (message.fMessage == WM_THEMECHANGED) {
+    IMorvaneRunBehavior* const behavior = fMorvane->GetBehavior();
+    if (behavior) MORVANE_CHECK(behavior->IMorvaneRunBehavior_OnThemeChanged());
+  }
+  // The position of the mouse is costly, and of use to these only.
+  const bool isTick = message.fMessage == WM_TIMER;
+  if (!(isTick || CanMoveViewsUnderMouse(message.fMessage)) || !IsVisible()) return;
+  if (const std::optional<POINT> cursor = GetCursorForMessage(message)) {
+    CheckMouseTracking(ScreenToClientChecked(fHwnd, FromNative(*cursor)));
+    if (isTick && fTooltipHwnd && fTooltipRectsDirty) UpdateToolRects();
+  }
+  if (isTick) fMorvane->RunIdleIfDue();
+}
+
+LRESULT CWinWindow::ForwardMessage(const TWinMessage& message) {
+  return fNativeWindowWrapper->CallNextProc(this, message.fHwnd, message.fMessage, message.fWParam,
+                                            message.fLParam);
+}
+
+LRESULT CWinWindow::OnNonClientHitTest(TWinMessage message) { return ForwardMessage(message); }
+
+// --- Listeners
+
+void CWinWindow::AddMsgEventListener(IWinMsgEventListener* listener) {
+  fMsgEventListeners.push_back(listener);
+}
+
+void CWinWindow::RemoveMsgEventListener(IWinMsgEventListener* listener) {
+  const auto it = std::find(fMsgEventListeners.begin(), fMsgEventListeners.end(), listener);
+  if (it != fMsgEventListeners.end()) fMsgEventListeners.erase(it);
+}
+
+void CWinWindow::AddControlListener(HWND controlHwnd, IWinMsgEventListener* listener) {
+  fControlListeners[controlHwnd] = listener;
+}
+
+void CWinWindow::RemoveControlListener(HWND controlHwnd) { fControlListeners.erase(controlHwnd); }
+
+void CWinWindow::CallMsgEventListeners(TWinMessage& message, LRESULT& inOutResult) {
+  if (fMsgEventListeners.empty()) return;
+  // A listener may take itself or others out.
+  for (IWinMsgEventListener* const listener : std::vector<IWinMsgEventListener*>(fMsgEventListeners)) {
+    if (message.fHandled) return;
+    if (std::find(fMsgEventListeners.begin(), fMsgEventListeners.end(), listener) == fMsgEventListeners.end())
+      continue;
+    inOutResult = listener->IWinMsgEventListener_OnMessage(message);
+    fMouseGlance.Forget();
+  }
+}
+
+void CWinWindow::CallControlListener(HWND controlHwnd, TWinMessage& message) {
+  if (!controlHwnd || !IsWindow(controlHwnd)) return;
+  const auto it = fControlListeners.find(controlHwnd);
+  if (it != fControlListeners.end()) it->second->IWinMsgEventListener_OnMessage(message);
+}
+
+}  // namespace NSMorvane

@@ -1,0 +1,113 @@
+#include "Component/Win/Window/WinWindowPlacement.h"
+
+#include <cstdlib>
+
+#include "Component/Win/Platform/UtilsWin.h"
+
+namespace NSMorvane {
+
+namespace {
+
+enum : std::int32_t { kIdealTolerance = 5 };
+
+// The frame around the client area of `frameRect`, with that area given another size at the same corner.
+TRect WithClientSize(const TRect& frameRect, const TSize& clientSize, const TFrameInsets& insets) {
+  TRect clientRect = FrameRectToClientRect(frameRect, insets);
+  clientRect.fRight = ToCoordinate(static_cast<std::int64_t>(clientRect.fLeft) + clientSize.fWidth);
+  clientRect.fBottom = ToCoordinate(static_cast<std::int64_t>(clientRect.fTop) + clientSize.fHeight);
+  return ClientRectToFrameRect(clientRect, insets);
+}
+
+void SetWidth(TRect& rect, std::int64_t width) { rect.fRight = ToCoordinate(rect.fLeft + width); }
+void SetHeight(TRect& rect, std::int64_t height) { rect.fBottom = ToCoordinate(rect.fTop + height); }
+
+}  // namespace
+
+TRect FrameRectToClientRect(const TRect& frameRect, const TFrameInsets& insets) {
+  return {ToCoordinate(static_cast<std::int64_t>(frameRect.fLeft) + insets.fLeft),
+          ToCoordinate(static_cast<std::int64_t>(frameRect.fTop) + insets.fTop),
+          ToCoordinate(static_cast<std::int64_t>(frameRect.fRight) - insets.fRight),
+          ToCoordinate(static_cast<std::int64_t>(frameRect.fBottom) - insets.fBottom)};
+}
+
+TRect ClientRectToFrameRect(const TRect& clientRect, const TFrameInsets& insets) {
+  return {ToCoordinate(static_cast<std::int64_t>(clientRect.fLeft) - insets.fLeft),
+          ToCoordinate(static_cast<std::int64_t>(clientRect.fTop) - insets.fTop),
+          ToCoordinate(static_cast<std::int64_t>(clientRect.fRight) + insets.fRight),
+          ToCoordinate(static_cast<std::int64_t>(clientRect.fBottom) + insets.fBottom)};
+}
+
+TSize ClientSizeToFrameSize(const TSize& clientSize, const TFrameInsets& insets) {
+  const TRect frameRect = ClientRectToFrameRect({0, 0, clientSize.fWidth, clientSize.fHeight}, insets);
+  return {ToCoordinate(RectWidth(frameRect)), ToCoordinate(RectHeight(frameRect))};
+}
+
+bool IsClientSizeIdeal(const TRect& frameRect, const TSize& idealSize, const TFrameInsets& insets) {
+  const TRect clientRect = FrameRectToClientRect(frameRect, insets);
+  return std::abs(RectWidth(clientRect) - idealSize.fWidth) < kIdealTolerance &&
+         std::abs(RectHeight(clientRect) - idealSize.fHeight) < kIdealTolerance;
+}
+
+TRect NormalRect(const WINDOWPLACEMENT& wp, bool minimized, bool maximized, bool clientIsEmpty) {
+  TRect rect = {wp.rcNormalPosition.left, wp.rcNormalPosition.top, wp.rcNormalPosition.right,
+                wp.rcNormalPosition.bottom};
+  if (clientIsEmpty) minimized = true;
+  if (!minimized && !maximized) return rect;
+  const POINT& corner = minimized ? wp.ptMinPosition : wp.ptMaxPosition;
+  return {corner.x, corner.y, ToCoordinate(corner.x + RectWidth(rect)),
+          ToCoordinate(corner.y + RectHeight(rect))};
+}
+
+TWindowPlacement FitPlacement(const TWindowStateRecord& wanted, const TWinWindowState& current,
+                              TZoomState currentZoomState, const TFrameInsets& insets) {
+  TWindowPlacement placement = wanted.fPlacement;
+  const TSize& ideal = wanted.fIdealClientSize;
+  if (ideal.fWidth != 0 && ideal.fHeight != 0 && !(ideal == current.fIdealClientSize))
+    placement.fIdealRect = WithClientSize(current.fIdealRect, ideal, insets);
+  if (placement.fZoomState != currentZoomState && placement.fZoomState == kWindowStateIdeal)
+    placement.fIdealRect = WithClientSize(placement.fUserRect, ideal, insets);
+
+  const TSize minimum = ClientSizeToFrameSize(wanted.fMinimumClientSize, insets);
+  const TSize maximum = ClientSizeToFrameSize(wanted.fMaximumClientSize, insets);
+  for (TRect* const rect : {&placement.fUserRect, &placement.fIdealRect}) {
+    if (wanted.fMinimumClientSize.fWidth != 0 && RectWidth(*rect) < minimum.fWidth)
+      SetWidth(*rect, minimum.fWidth);
+    if (wanted.fMinimumClientSize.fHeight != 0 && RectHeight(*rect) < minimum.fHeight)
+      SetHeight(*rect, minimum.fHeight);
+    if (wanted.fMaximumClientSize.fWidth != 0 && RectWidth(*rect) > maximum.fWidth)
+      SetWidth(*rect, maximum.fWidth);
+    if (wanted.fMaximumClientSize.fHeight != 0 && RectHeight(*rect) > maximum.fHeight)
+      SetHeight(*rect, maximum.fHeight);
+  }
+  return placement;
+}
+
+TPoint OffsetToNativePlacement(IMorvane& morvane, bool isToolWindow) {
+  if (isToolWindow) return {0, 0};
+  const TRect origin = ScreenRectToWorkspace({0, 0, 0, 0}, morvane);
+  return {origin.fLeft, origin.fTop};
+}
+
+std::optional<TRect> LimitedMaximum(const TMonitorList& monitors, const TRect& start,
+                                    const TWinWindowState& state, const TFrameInsets& insets,
+                                    const TPoint& toNative) {
+  TSize size = state.fMaximumClientSize;
+  if (size.fWidth <= 0 && size.fHeight <= 0) return std::nullopt;
+  // Monitors are in screen coordinates.
+  const TRect onScreen = OffsetRectBy(start, -std::int64_t{toNative.fX}, -std::int64_t{toNative.fY});
+  const TMonitor& monitor = monitors.fMonitors[FindBestMonitor(monitors, onScreen)];
+  const std::int64_t workWidth = RectWidth(monitor.fWorkArea);
+  const std::int64_t workHeight = RectHeight(monitor.fWorkArea);
+  if (size.fWidth >= workWidth && size.fHeight >= workHeight) return std::nullopt;
+
+  if (size.fWidth == 0) size.fWidth = ToCoordinate(2 * workWidth);
+  if (size.fHeight == 0) size.fHeight = ToCoordinate(2 * workHeight);
+  const TSize frameSize = ClientSizeToFrameSize(size, insets);
+  TRect frame = onScreen;
+  SetWidth(frame, frameSize.fWidth);
+  SetHeight(frame, frameSize.fHeight);
+  const TSize minimum = ClientSizeToFrameSize(state.fMinimumClientSize, insets);
+  return OffsetRectBy(ConstrainRectToMonitor(monitor, frame, minimum), toNative.fX, toNative.fY);
+}
+
+}  // namespace NSMorvane

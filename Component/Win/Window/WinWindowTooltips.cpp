@@ -1,0 +1,217 @@
+// The tooltips of a window. Each view with a text has a tool in the window's tooltip control, and a second
+// one on the native control that it hosts. The rectangles of the tools follow the views at the next tick.
+#include "Component/Win/Window/WinWindowTooltips.h"
+
+// After windows.h.
+#include <commctrl.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "Component/Portable/Views/ViewImpl.h"
+#include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/WinWindow.h"
+
+namespace NSMorvane {
+
+std::vector<HWND> gTooltipWindows;
+
+namespace {
+
+std::uint32_t gNextToolId = 1;
+
+constexpr LPARAM kMaxTipWidth = 300;
+
+// The tool of a view, by its number.
+TTTOOLINFOW MakeToolInfo(HWND window, std::uint32_t toolNumber) {
+  TTTOOLINFOW info = {};
+  info.cbSize = TTTOOLINFOW_V2_SIZE;
+  info.hwnd = window;
+  info.uId = toolNumber;
+  return info;
+}
+
+// The tool of a native control.
+TTTOOLINFOW MakeControlToolInfo(HWND window, HWND control) {
+  TTTOOLINFOW info = MakeToolInfo(window, 0);
+  info.uFlags = TTF_IDISHWND;
+  info.uId = reinterpret_cast<UINT_PTR>(control);
+  return info;
+}
+
+LRESULT SendToolMessage(HWND tooltip, UINT message, TTTOOLINFOW& info) {
+  return SendMessageW(tooltip, message, 0, reinterpret_cast<LPARAM>(&info));
+}
+
+// The control breaks lines where the system does.
+TString TipText(const TString& text) {
+  TString result;
+  for (const TChar unit : text) unit == 0x2029 ? result += u"\r\n" : result += unit;
+  return result;
+}
+
+// The control copies the text.
+LRESULT SendToolText(HWND tooltip, UINT message, TTTOOLINFOW& info, const TString& text) {
+  const TString tipText = TipText(text);
+  info.lpszText = const_cast<wchar_t*>(WinText(tipText));
+  return SendToolMessage(tooltip, message, info);
+}
+
+void AddNativeTool(HWND tooltip, TTTOOLINFOW& info, const TString& text) {
+  if (!SendToolText(tooltip, TTM_ADDTOOLW, info, text)) ThrowError(kOtherError);
+}
+
+RECT ToolRect(const CViewImpl& view) { return ToNative(view.GetClipBounds()); }
+
+void UpdateToolRect(HWND window, HWND toolTipWindow, std::uint32_t toolTipHandle, const CViewImpl& view) {
+  MORVANE_ASSERT(0!=window);
+  MORVANE_ASSERT(0!=toolTipWindow);
+  MORVANE_ASSERT(0!=toolTipHandle);
+  TTTOOLINFOW info = MakeToolInfo(window, toolTipHandle);
+  info.rect = ToolRect(view);
+  SendToolMessage(toolTipWindow, TTM_NEWTOOLRECTW, info);
+}
+
+// What a press must be followed by for the tooltips to take it for a whole click; 0 for all other messages.
+UINT ReleaseAfter(UINT message) {
+  switch (message) {
+    case WM_LBUTTONDOWN:
+    case WM_LBUTTONDBLCLK:
+      return WM_LBUTTONUP;
+    case WM_RBUTTONDOWN:
+      return WM_RBUTTONUP;
+    case WM_MBUTTONDOWN:
+      return WM_MBUTTONUP;
+    default:
+      return 0;
+  }
+}
+
+bool IsRelayed(UINT message) {
+  return message == WM_MOUSEMOVE || message == WM_LBUTTONUP || message == WM_RBUTTONUP ||
+         message == WM_MBUTTONUP || ReleaseAfter(message) != 0;
+}
+
+}  // namespace
+
+void RelayToTooltips(const MSG& message) {
+  if (!IsRelayed(message.message)) return;
+  // By index: whoever hears of a tip may make or end windows.
+  for (std::size_t i = 0; i < gTooltipWindows.size(); ++i) {
+    const HWND tooltip = gTooltipWindows[i];
+    MSG relayed = message;
+    SendMessageW(tooltip, TTM_RELAYEVENT, 0, reinterpret_cast<LPARAM>(&relayed));
+    relayed.message = ReleaseAfter(message.message);
+    if (relayed.message != 0) SendMessageW(tooltip, TTM_RELAYEVENT, 0, reinterpret_cast<LPARAM>(&relayed));
+  }
+}
+
+// --- The tooltip control
+
+void CWinWindow::CreateTooltipWindow() {
+  if (fTooltipHwnd) return;
+  INITCOMMONCONTROLSEX controls = {};
+  controls.dwSize = sizeof(controls);
+  controls.dwICC = ICC_WIN95_CLASSES;
+  if (!InitCommonControlsEx(&controls)) MORVANE_THROW(std::exception());
+  gTooltipWindows.reserve(gTooltipWindows.size() + 1);  // so that nothing can fail behind the creation
+  const HWND tooltip = CreateWindowExW(
+      WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, CW_USEDEFAULT,
+      CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, fHwnd, nullptr, GetModuleHandleW(nullptr), nullptr);
+  if (!tooltip) {
+    MORVANE_THROW_LAST_ERROR();
+    MORVANE_THROW(std::exception());
+  }
+  fTooltipHwnd = tooltip;
+  gTooltipWindows.push_back(tooltip);
+  SetWindowPos(tooltip, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  // A capture that ends switches it on.
+  SendMessageW(tooltip, TTM_ACTIVATE, fMouseCapture ? FALSE : TRUE, 0);
+  SendMessageW(tooltip, TTM_SETMAXTIPWIDTH, 0, kMaxTipWidth);
+}
+
+void CWinWindow::DestroyTooltipWindow() {
+  if (!fTooltipHwnd) return;
+  std::erase(gTooltipWindows, fTooltipHwnd);
+  const BOOL okFlag = DestroyWindow(fTooltipHwnd);
+  MORVANE_ASSERT(0!=okFlag);
+  fTooltipHwnd = nullptr;
+}
+
+// --- Tools
+
+// Adding and removing ask the view's behaviour, which may end the window or change the list of views.
+
+std::uint32_t CWinWindow::AddTool(CViewImpl& view, const TString& text) {
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
+  CreateTooltipWindow();
+  const HWND control = GetNativeFocusTarget(view).fHwnd;
+  TTTOOLINFOW controlInfo = MakeControlToolInfo(fHwnd, control);
+  if (control) AddNativeTool(fTooltipHwnd, controlInfo, text);
+  const std::uint32_t toolNumber = gNextToolId++;
+  TTTOOLINFOW info = MakeToolInfo(fHwnd, toolNumber);
+  info.rect = ToolRect(view);
+  try {
+    AddNativeTool(fTooltipHwnd, info, text);
+    if (std::find(fTooltipViews.begin(), fTooltipViews.end(), &view) == fTooltipViews.end())
+      fTooltipViews.push_back(&view);
+  } catch (...) {
+    SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, info);
+    if (control) SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, controlInfo);
+    MORVANE_RETHROW();
+  }
+  fTooltipRectsDirty = fHasNewTools = true;
+  return toolNumber;
+}
+
+void CWinWindow::UpdateToolText(std::uint32_t toolTipHandle, CViewImpl&, const TString& text) {
+  MORVANE_ASSERT(0!=toolTipHandle);
+  MORVANE_ASSERT(0!=fTooltipHwnd);
+  TTTOOLINFOW info = MakeToolInfo(fHwnd, toolTipHandle);
+  SendToolText(fTooltipHwnd, TTM_UPDATETIPTEXTW, info, text);
+}
+
+void CWinWindow::RemoveTool(std::uint32_t toolNumber, CViewImpl& view) {
+  if (toolNumber == 0) return;
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
+  const HWND control = fTooltipHwnd ? GetNativeFocusTarget(view).fHwnd : nullptr;
+  if (fTooltipHwnd) {
+    TTTOOLINFOW info = MakeToolInfo(fHwnd, toolNumber);
+    SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, info);
+    if (control) {
+      TTTOOLINFOW controlInfo = MakeControlToolInfo(fHwnd, control);
+      SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, controlInfo);
+    }
+  }
+  // The view stays listed while it has another tool.
+  if (view.GetTooltipHandle() == 0) std::erase(fTooltipViews, &view);
+}
+
+void CWinWindow::UpdateToolRects() {
+  fTooltipRectsDirty = false;
+  const std::size_t count = fTooltipViews.size();
+  // By index: a tip that goes is told to the window, and so to clients.
+  for (std::size_t i = 0; i < fTooltipViews.size(); ++i) {
+    const CViewImpl* const view = fTooltipViews[i];
+    MORVANE_ASSERT(view->CheckInvariant());
+    UpdateToolRect(fHwnd, fTooltipHwnd, view->GetTooltipHandle(), *view);
+  }
+  if (fTooltipViews.size() != count) fTooltipRectsDirty = true;
+  if (std::exchange(fHasNewTools, false)) TellTooltipsOfRestingMouse();
+}
+
+// They learn of the mouse by its movements, and of a tool that has come under it by none.
+void CWinWindow::TellTooltipsOfRestingMouse() {
+  MSG move = {};
+  if (!GetCursorPos(&move.pt)) return;
+  move.hwnd = WindowFromPoint(move.pt);
+  if (move.hwnd != fHwnd && !IsChild(fHwnd, move.hwnd)) return;
+  POINT place = move.pt;
+  if (!ScreenToClient(move.hwnd, &place)) return;
+  move.message = WM_MOUSEMOVE;
+  move.lParam = MAKELPARAM(place.x, place.y);
+  move.time = GetTickCount();
+  SendMessageW(fTooltipHwnd, TTM_RELAYEVENT, 0, reinterpret_cast<LPARAM>(&move));
+}
+
+}  // namespace NSMorvane

@@ -1,0 +1,63 @@
+#include "Component/Win/WindowKinds/WinDocumentWindow.h"
+
+#include "Component/Portable/Views/ViewImpl.h"
+
+namespace NSMorvane {
+
+namespace {
+
+DWORD DocumentWindowStyle(TStyleFlags styleFlags) {
+  DWORD style = WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN | WS_MINIMIZEBOX;
+  style |= styleFlags & kWindowResizableBit ? WS_THICKFRAME : WS_BORDER;
+  if (styleFlags & kWindowZoomableBit) style |= WS_MAXIMIZEBOX;
+  return style;
+}
+
+}  // namespace
+
+CDocumentWindowImpl::CDocumentWindowImpl(CMorvaneImpl* morvane, TStyleFlags styleFlags,
+                                         bool listedInWindowMenu)
+    : CWinWindowKind(morvane, kWindowKindDocument, nullptr, DocumentWindowStyle(styleFlags), 0,
+                     (styleFlags & kWindowStyleBit23) != 0, listedInWindowMenu, true) {
+  ++gDocumentWindowCount;
+}
+
+CDocumentWindowImpl::~CDocumentWindowImpl() {
+  EndKind();
+  --gDocumentWindowCount;
+}
+
+TError CDocumentWindowImpl::IDocumentWindow_SetState(const TState& state) {
+  const boost::shared_ptr<CWinWindow> keepAlive = LockClientsWindowReference();
+  return CDocumentWindowGlue::IDocumentWindow_SetState(state);
+}
+
+TError CDocumentWindowImpl::IDocumentWindow_FocusNow() {
+  const boost::shared_ptr<CWinWindow> keepAlive = LockClientsWindowReference();
+  return CDocumentWindowGlue::IDocumentWindow_FocusNow();
+}
+
+bool CDocumentWindowImpl::OnMenuCommand(const TMenuCommandEvent& event) {
+  TFlag handled = 0;
+  // Held for the walk, and its super views with it.
+  const CViewImpl* const focus = fFocus.GetView();
+  const TViewImplPtr focusView = focus && focus->IsLive() ? focus->GetClientsViewReference() : TViewImplPtr();
+  for (const CViewImpl* view = focusView.get(); view; view = view->GetSuperView().get()) {
+    if (!view->IsLive()) continue;  // released, it lives on behind its subviews only
+    IViewBehavior* const behavior = view->GetBehavior();
+    if (!behavior) break;  // the walk ends here, this view is not passed over
+    MORVANE_CHECK(behavior->IViewBehavior_OnMenuCommand(event, handled));
+    if (handled) return true;
+  }
+  if (fBehavior) {
+    MORVANE_CHECK(fBehavior->IDocumentWindowBehavior_OnMenuCommand(event, handled));
+    if (handled) return true;
+  }
+  // Asked for anew: the run, and its behaviour, can have ended before the window.
+  IMorvaneRunBehavior* const runBehavior = fMorvane->GetBehavior();
+  if (!runBehavior) return false;
+  MORVANE_CHECK(runBehavior->IMorvaneRunBehavior_OnMenuCommand(event, handled));
+  return handled != 0;
+}
+
+}  // namespace NSMorvane

@@ -1,0 +1,35 @@
+#include "Component/Win/WindowKinds/WinFloatingWindow.h"
+
+namespace NSMorvane {
+
+namespace {
+
+DWORD FloatingWindowStyle(TStyleFlags styleFlags) {
+  DWORD style = WS_POPUP | WS_CLIPCHILDREN | WS_CAPTION | WS_SYSMENU;
+  style |= styleFlags & kWindowResizableBit ? WS_THICKFRAME : WS_BORDER;
+  if (styleFlags & kWindowZoomableBit) style |= WS_MAXIMIZEBOX;
+  return style;
+}
+
+constexpr DWORD kFloatingWindowExStyle = WS_EX_WINDOWEDGE | WS_EX_TOOLWINDOW | WS_EX_TOPMOST;
+
+}  // namespace
+
+CFloatingWindowImpl::CFloatingWindowImpl(CMorvaneImpl* morvane, TStyleFlags styleFlags)
+    : CWinWindowKind(morvane, kWindowKindFloating, nullptr, FloatingWindowStyle(styleFlags),
+                     kFloatingWindowExStyle, (styleFlags & kWindowStyleBit24) != 0, false,
+                     (styleFlags & kWindowStyleBit23) != 0) {}
+
+CFloatingWindowImpl::~CFloatingWindowImpl() { EndKind(); }
+
+TError CFloatingWindowImpl::IFloatingWindow_SetState(const TState& state) {
+  const boost::shared_ptr<CWinWindow> keepAlive = LockClientsWindowReference();
+  return CFloatingWindowGlue::IFloatingWindow_SetState(state);
+}
+
+TError CFloatingWindowImpl::IFloatingWindow_FocusNow() {
+  const boost::shared_ptr<CWinWindow> keepAlive = LockClientsWindowReference();
+  return CFloatingWindowGlue::IFloatingWindow_FocusNow();
+}
+
+}  // namespace NSMorvane

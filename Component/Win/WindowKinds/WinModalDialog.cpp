@@ -1,0 +1,35 @@
+#include "Component/Win/WindowKinds/WinModalDialog.h"
+
+namespace NSMorvane {
+
+namespace {
+
+DWORD ModalDialogStyle(TStyleFlags styleFlags) {
+  DWORD style = WS_POPUP | WS_CLIPSIBLINGS | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME;
+  if (styleFlags & kWindowResizableBit) style |= WS_THICKFRAME;
+  return style;
+}
+
+constexpr DWORD kModalDialogExStyle = WS_EX_CONTROLPARENT | WS_EX_WINDOWEDGE | WS_EX_DLGMODALFRAME;
+
+}  // namespace
+
+// One with a close command is also in the list of windows.
+CModalDialogImpl::CModalDialogImpl(CMorvaneImpl* morvane, IModalOwner* owner, TStyleFlags styleFlags)
+    : CWinWindowKind(morvane, kWindowKindModalDialog, owner, ModalDialogStyle(styleFlags),
+                     kModalDialogExStyle, (styleFlags & kWindowStyleBit22) != 0,
+                     (styleFlags & kWindowStyleBit23) != 0, (styleFlags & kWindowStyleBit23) != 0) {}
+
+CModalDialogImpl::~CModalDialogImpl() { EndKind(); }
+
+TError CModalDialogImpl::IModalDialog_SetState(const TState& state) {
+  const boost::shared_ptr<CWinWindow> keepAlive = LockClientsWindowReference();
+  return CModalDialogGlue::IModalDialog_SetState(state);
+}
+
+TError CModalDialogImpl::IModalDialog_FocusNow() {
+  const boost::shared_ptr<CWinWindow> keepAlive = LockClientsWindowReference();
+  return CModalDialogGlue::IModalDialog_FocusNow();
+}
+
+}  // namespace NSMorvane

@@ -1,0 +1,36 @@
+#include "Component/Win/WindowKinds/WinModelessDialog.h"
+
+namespace NSMorvane {
+
+namespace {
+
+DWORD ModelessDialogStyle(TStyleFlags styleFlags) {
+  DWORD style = WS_POPUP | WS_CLIPCHILDREN;
+  if (styleFlags & kModelessDialogBorderlessBit) return style;
+  style |= WS_CAPTION | WS_SYSMENU;
+  style |= styleFlags & kWindowResizableBit ? WS_THICKFRAME : WS_BORDER;
+  if (styleFlags & kWindowZoomableBit) style |= WS_MAXIMIZEBOX;
+  return style;
+}
+
+}  // namespace
+
+CModelessDialogImpl::CModelessDialogImpl(CMorvaneImpl* morvane, TStyleFlags styleFlags,
+                                         bool listedInWindowMenu)
+    : CWinWindowKind(morvane, kWindowKindModelessDialog, nullptr, ModelessDialogStyle(styleFlags), 0,
+                     (styleFlags & kWindowStyleBit24) != 0, listedInWindowMenu,
+                     (styleFlags & kWindowStyleBit23) != 0) {}
+
+CModelessDialogImpl::~CModelessDialogImpl() { EndKind(); }
+
+TError CModelessDialogImpl::IModelessDialog_SetState(const TState& state) {
+  const boost::shared_ptr<CWinWindow> keepAlive = LockClientsWindowReference();
+  return CModelessDialogGlue::IModelessDialog_SetState(state);
+}
+
+TError CModelessDialogImpl::IModelessDialog_FocusNow() {
+  const boost::shared_ptr<CWinWindow> keepAlive = LockClientsWindowReference();
+  return CModelessDialogGlue::IModelessDialog_FocusNow();
+}
+
+}  // namespace NSMorvane

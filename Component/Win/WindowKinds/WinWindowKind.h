@@ -1,0 +1,153 @@
+// What the four kinds of windows that clients make have in common: a window with a behaviour of the client's,
+// and a state record in the client's coordinates. A kind adds its native style, and its names for all that.
+#pragma once
+
+#include <algorithm>
+#include <memory>
+#include <string>
+
+#include "Component/Win/Application/MorvaneImplWin.h"
+#include "Component/Win/Window/WinWindow.h"
+
+namespace NSMorvane {
+
+// Between native placements and those of the client, which are in screen coordinates; `offset` is what
+// OffsetToNativePlacement gives.
+//
+// The kinds differ in the flags that their placements have. One that is not there is not told, and false.
+template <class TPlacement>
+TPlacement PlacementForClient(const TWindowPlacement& placement, const TPoint& offset) {
+  const std::int64_t dx = -static_cast<std::int64_t>(offset.fX);
+  const std::int64_t dy = -static_cast<std::int64_t>(offset.fY);
+  TPlacement out = {};
+  if constexpr (requires { out.fMinimized; }) out.fMinimized = placement.fMinimized ? 1 : 0;
+  if constexpr (requires { out.fMaximized; }) out.fMaximized = placement.fMaximized ? 1 : 0;
+  out.fZoomState = placement.fZoomState;
+  out.fUserRect = OffsetRectBy(placement.fUserRect, dx, dy);
+  out.fIdealRect = OffsetRectBy(placement.fIdealRect, dx, dy);
+  return out;
+}
+
+template <class TPlacement>
+TWindowPlacement PlacementFromClient(const TPlacement& placement, const TPoint& offset) {
+  TWindowPlacement out;
+  if constexpr (requires { placement.fMinimized; }) out.fMinimized = placement.fMinimized == 1;
+  if constexpr (requires { placement.fMaximized; }) out.fMaximized = placement.fMaximized == 1;
+  out.fZoomState = placement.fZoomState;
+  out.fUserRect = OffsetRectBy(placement.fUserRect, offset.fX, offset.fY);
+  out.fIdealRect = OffsetRectBy(placement.fIdealRect, offset.fX, offset.fY);
+  return out;
+}
+
+// TKind names the classes of a kind, the operations of its behaviour, and the kind itself for the log.
+template <class TKind>
+class CWinWindowKind : public CWinWindow, public TKind::TGlue {
+ public:
+  using TInterface = typename TKind::TInterface;
+  using TBehavior = typename TKind::TBehavior;
+  using TState = typename TKind::TState;
+  using TPlacement = decltype(TState::fPlacement);
+
+  // Once. The window owns it.
+  void SetBehavior(std::unique_ptr<TBehavior> behavior) {
+    MORVANE_ASSERT_TEXT("0==fBehavior", !fBehavior);
+    MORVANE_ASSERT_TEXT("0!=behavior", behavior != nullptr);
+    fBehavior = std::move(behavior);
+  }
+
+ protected:
+  CWinWindowKind(CMorvaneImpl* morvane, TWindowKind windowKind, IModalOwner* owner, DWORD style,
+                 DWORD exStyle, bool makeSizeGrip, bool listedInWindowMenu, bool hasCloseCommand)
+      : CWinWindow(morvane, windowKind, owner, style, exStyle, makeSizeGrip, listedInWindowMenu,
+                   hasCloseCommand) {}
+
+  // What the destructor of every kind does first: the behaviour goes while all of the window still stands.
+  void EndKind() {
+    PrepareDestruction();
+    fBehavior.reset();
+  }
+
+  TBehavior* GetKindBehavior() const { return fBehavior.get(); }
+
+  // --- The state as the client sees it
+
+  TState GetKindState() {
+    const TWindowStateRecord own = GetWindowState();
+    TState state = {};
+    state.fMinimumClientSize = own.fMinimumClientSize;
+    state.fMaximumClientSize = own.fMaximumClientSize;
+    state.fIdealClientSize = own.fIdealClientSize;
+    state.fModified = own.fModified ? 1 : 0;
+    std::copy_n(own.fTitle.begin(), std::min<std::size_t>(own.fTitle.size(), kTitleChars), state.fTitle);
+    state.fPlacement = PlacementForClient<TPlacement>(own.fPlacement, OffsetToNativePlacement());
+    return state;
+  }
+
+  void SetKindState(const TState& state) {
+    TWindowStateRecord own;
+    own.fMinimumClientSize = state.fMinimumClientSize;
+    own.fMaximumClientSize = state.fMaximumClientSize;
+    own.fIdealClientSize = state.fIdealClientSize;
+    own.fModified = state.fModified == 1;
+    own.fTitle.assign(state.fTitle, std::find(state.fTitle, state.fTitle + kTitleChars, u'\0'));
+    own.fPlacement = PlacementFromClient(state.fPlacement, OffsetToNativePlacement());
+    SetWindowState(own);
+  }
+
+  // --- What the window asks of its kind
+
+  bool OnClientSizeChanged(const TSize& oldSize, const TSize& newSize) override {
+    if (!fBehavior) return false;
+    MORVANE_CHECK((*fBehavior.*TKind::kOnClientSizeChanged)(oldSize, newSize));
+    return true;
+  }
+  bool OnPlacementChanged(const TWindowPlacement& oldPlacement,
+                          const TWindowPlacement& newPlacement) override {
+    if (!fBehavior) return false;
+    const TPoint offset = OffsetToNativePlacement();
+    MORVANE_CHECK(
+        (*fBehavior.*TKind::kOnPlacementChanged)(PlacementForClient<TPlacement>(oldPlacement, offset),
+                                                 PlacementForClient<TPlacement>(newPlacement, offset)));
+    return true;
+  }
+  void OnActivationChanged(bool active) override {
+    if (fBehavior) MORVANE_CHECK((*fBehavior.*TKind::kOnActivationChanged)(active ? 1 : 0));
+  }
+  bool OnKeyDown(const TKeyEvent& event) override {
+    if (!fBehavior) return false;
+    TFlag handled = 0;
+    MORVANE_CHECK((*fBehavior.*TKind::kHandleKeyDown)(event, handled));
+    return handled == 1;
+  }
+  void OnKeyboardFocusChanged(bool focused) override {
+    if (fBehavior) MORVANE_CHECK((*fBehavior.*TKind::kOnKeyboardFocusChanged)(focused ? 1 : 0));
+  }
+  bool OnHelpRequested() override {
+    if (!fBehavior) return false;
+    TFlag handled = 0;
+    MORVANE_CHECK((*fBehavior.*TKind::kOnHelpRequested)(handled));
+    return handled == 1;
+  }
+  void RequestClose(TCloseReason reason) override {
+    if (!fBehavior) {
+      DebugPrint(std::string("RequestClose for a behavior-less ") + TKind::kNameInLog + "!!!");
+      ReleaseWindow();
+      return;
+    }
+    MORVANE_ASSERT(CheckInvariant());
+    MORVANE_CHECK((*fBehavior.*TKind::kOnRequestClose)(reason));
+  }
+  void RequestMenuBarSetup(CMenuBarState& state) override {
+    if (!fBehavior) {
+      DebugPrint(std::string("RequestMenuBarSetup for a behavior-less ") + TKind::kNameInLog + "!!!");
+      return;
+    }
+    MORVANE_CHECK((*fBehavior.*TKind::kOnSetupMenuBar)(state));
+  }
+  // Commands of dialogs and floating windows go to the run behaviour.
+  bool OnMenuCommand(const TMenuCommandEvent&) override { return false; }
+
+  std::unique_ptr<TBehavior> fBehavior;
+};
+
+}  // namespace NSMorvane
