@@ -1,8 +1,8 @@
 // The chain of listeners on a native window, and what happens when parts of it go during a message.
 #include "Component/Win/Platform/NativeWindowWrapper.h"
 
+#include <atomic>
 #include <functional>
-#include <latch>
 #include <thread>
 
 #include "Tests/Support/NativeTestWindow.h"
@@ -178,16 +178,19 @@ TEST_F(NativeWindowWrapperTest, OverriderGoesWithItsWindow) {
 
 TEST_F(NativeWindowWrapperTest, ThreadsHaveTheirWindowsSideBySide) {
   // One subclasses again and again while the other's messages look their wrapper up.
-  std::latch ready(3);
+  std::atomic<int> waiting = 3;
+  const auto meet = [&] {
+    for (--waiting; waiting > 0;) std::this_thread::yield();
+  };
   const auto change = [&] {
     const NativeTestWindow window(WS_POPUP);
-    ready.arrive_and_wait();
+    meet();
     for (int i = 0; i < 1000; ++i) CNativeWindowWrapper wrapper(window);
   };
   const auto use = [&] {
     const NativeTestWindow window(WS_POPUP);
     CNativeWindowWrapper wrapper(window);
-    ready.arrive_and_wait();
+    meet();
     for (int i = 0; i < 20000; ++i) SendMessageW(window, WM_NULL, 0, 0);
   };
   gAfterNativeMessage = [] {};
