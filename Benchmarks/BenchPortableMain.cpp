@@ -40,7 +40,7 @@ void MeasureHitTests(const TOptions& options) {
   CHitViewFactory factory;
   for (int i = 0; i < kHitViews; ++i) {
     rects.push_back(CellRect(i));
-    views.push_back(CViewImpl::MakeSubView(nullptr, factory, window.Root(), "Cell").get());
+    views.push_back(CViewImpl::MakeSubView(factory, window.Root(), "Cell").get());
     NSMorvaneTest::SetRect(*views.back(), {rects[static_cast<std::size_t>(i)].left, rects.back().top,
                                            rects.back().right, rects.back().bottom});
   }

@@ -107,7 +107,7 @@ inline TError SetInvalidation(CViewImpl& view, TAutoInvalidation invalidation) {
 class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IFocusWindow, public IViewWindow {
  public:
   explicit FakeViewWindow(const TRect& rootRect = {0, 0, 400, 300}) {
-    const TViewImplPtr root(new CViewImpl(nullptr, this));
+    const TViewImplPtr root(new CViewImpl(this));
     root->SetClientsViewReference(root);
     root->SetBehavior(boost::shared_ptr<IViewBehavior>(new RecordingViewBehavior("root", fSharedLog)));
     root->SetBounds(rootRect);
@@ -134,7 +134,7 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IFocus
       const std::string& fName;
       const std::shared_ptr<Log>& fLog;
     } factory(name, fSharedLog);
-    const TViewImplPtr view = CViewImpl::MakeSubView(nullptr, factory, superView, name);
+    const TViewImplPtr view = CViewImpl::MakeSubView(factory, superView, name);
     fViews.push_back(view);
     SetRect(*view, rect);
     if (flags != kViewEnabled) SetFlags(*view, flags);

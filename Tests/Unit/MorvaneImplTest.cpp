@@ -7,7 +7,8 @@
 #include <memory>
 #include <new>
 
-#include "Component/Win/Application/MorvaneImplWinMessages.h"
+#include "Component/Portable/Base/PendingErrors.h"
+#include "Component/Win/Platform/PrivateMessages.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Tests/Support/Drawing.h"
 #include "Tests/Support/PatchedImport.h"
@@ -40,7 +41,7 @@ class MorvaneImplTest : public ReportingTest {
     EXPECT_EQ(Create("IMorvane"), kOK);
     TakeLines();
   }
-  ~MorvaneImplTest() override { gPendingErrors.clear(); }
+  ~MorvaneImplTest() override { TakePendingError(); }
 
   TError Create(const char* name) {
     TError error = kOK;
@@ -71,7 +72,6 @@ TEST_F(MorvaneImplTest, FailedConstructionLeavesNothing) {
   fMorvane.reset();
   int allocations = 0;
   for (TError error = kOutOfMemoryError; error != kOK; ++allocations) {
-    std::vector<TError>().swap(gPendingErrors);
     gAllocationsLeft = allocations;
     error = Create("IMorvane");
     gAllocationsLeft = -1;
@@ -151,7 +151,7 @@ TEST_F(MorvaneImplTest, ListenerCallsReachKnownListenersOnly) {
   };
   Impl().AddMessageCallListener(&listener);
   for (const UINT message : {kMsgListenerCall1, kMsgListenerCall2, kMsgListenerCall3}) send(message);
-  EXPECT_EQ(gPendingErrors, (std::vector<TError>{kBadFormatError}));
+  EXPECT_EQ(TakePendingError(), kBadFormatError);
   EXPECT_EQ(TakeReports(), "");
   Impl().RemoveMessageCallListener(&listener);
   send(kMsgListenerCall1);

@@ -33,7 +33,7 @@ TEST_F(ViewTest, FactoryThatFailsLeavesNothing) {
     IViewBehavior* fBehavior = nullptr;
     TError fError = 100007;
   } factory;
-  const auto make = [&] { return CViewImpl::MakeSubView(nullptr, factory, fRoot, std::string(300, 'n')); };
+  const auto make = [&] { return CViewImpl::MakeSubView(factory, fRoot, std::string(300, 'n')); };
   EXPECT_THROW(make(), std::exception);
   factory.fBehavior = new RecordingViewBehavior("made", fWindow.fSharedLog);
   EXPECT_THROW(make(), std::exception);
@@ -108,7 +108,7 @@ TEST_F(ViewTest, EndOfADeepTree) {
 // In memory that is still there afterwards.
 TEST_F(ViewTest, ADeletedViewIsNoGoodAnyMore) {
   alignas(CViewImpl) unsigned char memory[sizeof(CViewImpl)];
-  CViewImpl* const view = new (memory) CViewImpl(nullptr, fRoot, "view");
+  CViewImpl* const view = new (memory) CViewImpl(fRoot, "view");
   EXPECT_TRUE(view->CheckInvariant());
   view->~CViewImpl();
   EXPECT_FALSE(view->CheckInvariant());
@@ -334,7 +334,7 @@ TEST_F(ViewTest, RectangleListThatIsNotThere) {
       return new Behavior;
     }
   } factory;
-  const TViewImplPtr view = CViewImpl::MakeSubView(nullptr, factory, fRoot, "view");
+  const TViewImplPtr view = CViewImpl::MakeSubView(factory, fRoot, "view");
   SetRect(*view, {0, 0, 10, 10});
   EXPECT_THROW(view->HitTest({5, 5}), std::invalid_argument);
   view->IView_Release();

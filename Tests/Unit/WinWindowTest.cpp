@@ -11,6 +11,7 @@
 #include "Component/Win/Application/MorvaneImplWin.h"
 #include "Component/Win/Input/WinMouseShape.h"
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/WindowRegistry.h"
 #include "Component/Win/Window/WinWindowModality.h"
 #include "Component/Win/WindowKinds/WinDocumentWindow.h"
 #include "Interface/MorvaneDefaults.h"
@@ -65,7 +66,7 @@ class CTestOwner : public IModalOwner {
 
 // Everything process-wide that windows leave traces in.
 auto Traces() {
-  return std::make_tuple(gWinWindows.size(), gWindowClasses.size(), sHidddenWindows.size(),
+  return std::make_tuple(gWindowRegistry->GetWindows().size(), gWindowClasses.size(), sHidddenWindows.size(),
                          GetTopLevelWindowsZ().size());
 }
 

@@ -51,9 +51,8 @@ TViewImplPtr* gSuperViewTaker = nullptr;
 
 // --- Life
 
-CViewImpl::CViewImpl(CMorvaneImpl* morvaneImpl, IWindow* motherWindow)
-    : fMorvaneImpl(morvaneImpl),
-      fFlags(kViewEnabled),
+CViewImpl::CViewImpl(IWindow* motherWindow)
+    : fFlags(kViewEnabled),
       fRect(),
       fDrawMode(kViewDrawDirect),
       fAutoInvalidation(kAutoInvalidationNone),
@@ -67,8 +66,8 @@ CViewImpl::CViewImpl(CMorvaneImpl* morvaneImpl, IWindow* motherWindow)
       fViewWindow(nullptr),
       fTooltipHandle(0) {}
 
-CViewImpl::CViewImpl(CMorvaneImpl* morvaneImpl, CViewImpl& superView, const std::string& debugName)
-    : CViewImpl(morvaneImpl, superView.fMotherWindow) {
+CViewImpl::CViewImpl(CViewImpl& superView, const std::string& debugName)
+    : CViewImpl(superView.fMotherWindow) {
   // The object is whole already: if something is thrown from here on, the destructor runs.
   TViewImplPtr reference = superView.GetClientsViewReference();
   if (!reference) MORVANE_THROW(std::invalid_argument(""));
@@ -81,9 +80,9 @@ CViewImpl::CViewImpl(CMorvaneImpl* morvaneImpl, CViewImpl& superView, const std:
   fSuperView = std::move(reference);
 }
 
-TViewImplPtr CViewImpl::MakeSubView(CMorvaneImpl* morvaneImpl, IViewBehaviorFactory& factory,
-                                    CViewImpl& superView, const std::string& debugName) {
-  const TViewImplPtr view(new CViewImpl(morvaneImpl, superView, debugName));
+TViewImplPtr CViewImpl::MakeSubView(IViewBehaviorFactory& factory, CViewImpl& superView,
+                                    const std::string& debugName) {
+  const TViewImplPtr view(new CViewImpl(superView, debugName));
   TError error = kOK;
   IViewBehavior* const behavior = factory.IViewBehaviorFactory_CreateBehavior(*view, error);
   const boost::shared_ptr<IViewBehavior> ownedBehavior(behavior);

@@ -21,7 +21,6 @@
 namespace NSMorvane {
 
 class CBufferBitmap;
-class CMorvaneImpl;
 class CViewImpl;
 
 using TViewImplPtr = boost::shared_ptr<CViewImpl>;
@@ -30,15 +29,15 @@ class CViewImpl : public CViewGlue {
  public:
   // --- Life
 
-  // A root view. Window and root object stay the caller's.
-  CViewImpl(CMorvaneImpl* morvaneImpl, IWindow* motherWindow);
+  // A root view. The window stays the caller's.
+  explicit CViewImpl(IWindow* motherWindow);
   // The last subview of `superView`, in the same window. std::invalid_argument if that is gone already. The
   // name is cut to kDebugNameChars.
-  CViewImpl(CMorvaneImpl* morvaneImpl, CViewImpl& superView, const std::string& debugName);
+  CViewImpl(CViewImpl& superView, const std::string& debugName);
   // A live subview whose behaviour comes from the client's factory. If the factory fails, its code is thrown
   // and the view is gone again. The result is held by its own client reference.
-  static TViewImplPtr MakeSubView(CMorvaneImpl* morvaneImpl, IViewBehaviorFactory& factory,
-                                  CViewImpl& superView, const std::string& debugName);
+  static TViewImplPtr MakeSubView(IViewBehaviorFactory& factory, CViewImpl& superView,
+                                  const std::string& debugName);
   ~CViewImpl() override;
   CViewImpl(const CViewImpl&) = delete;
   CViewImpl& operator=(const CViewImpl&) = delete;
@@ -196,7 +195,6 @@ class CViewImpl : public CViewGlue {
   static TPermanentBuffer MakePermanentBuffer(TViewDrawMode mode, const TRect& rect);
   void SetPermanentBuffer(TPermanentBuffer buffer);
 
-  CMorvaneImpl* fMorvaneImpl;
   TViewImplPtr fClientsViewReference;  // stands for the client's hold; null: the view counts as gone
   std::uint32_t fFlags;
   TRect fRect;

@@ -2,25 +2,24 @@
 
 #include <commctrl.h>
 
+#include <boost/make_shared.hpp>
+
+#include "Component/Portable/Base/PendingErrors.h"
 #include "Component/Portable/Resources/ResourceLoader.h"
 #include "Component/Portable/Resources/ResourceStringCache.h"
 #include "Component/Win/Application/MorvaneImplWinHiddenWindows.h"
 #include "Component/Win/Platform/NativeWindowWrapper.h"
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/WindowRegistry.h"
 #include "Component/Win/Window/WinWindow.h"
-#include "Component/Win/Window/WinWindowModality.h"
 
 namespace NSMorvane {
 
-std::vector<TError> gPendingErrors;
-int gDocumentWindowCount = 0;
 CMorvaneImpl* CMorvaneImpl::gMorvaneImpl = nullptr;
 
 namespace {
 
 constexpr int kAppIconId = 1;
-// Only the first one is delivered; it must have room when there is no memory left.
-constexpr std::size_t kPendingErrorsAtHand = 16;
 
 // The windows of the file dialogs are wrapped too and live on threads of their own.
 void FlushAfterNativeMessage() {
@@ -30,18 +29,11 @@ void FlushAfterNativeMessage() {
 
 }  // namespace
 
-void KeepPendingError(TError error) noexcept {
-  try {
-    gPendingErrors.push_back(error);
-  } catch (...) {
-    MORVANE_UNREACHED();
-  }
-}
-
 // --- Life
 
 CMorvaneImpl::CMorvaneImpl()
     : fBehavior(nullptr),
+      fWindows(boost::make_shared<CWindowRegistry>()),
       fDebugSettings{1, 1, 1, 1, 1, 0, 0},
       fIsInQuitMode(false),
       fIsQuitEventDue(false),
@@ -67,10 +59,10 @@ CMorvaneImpl::CMorvaneImpl()
   ParseCommandLine(TextFromWin(::GetCommandLineW()));
   if (!EnumerateMonitors(fMonitors)) MORVANE_THROW(std::exception());
   if (gMorvaneImpl) MORVANE_THROW(std::exception());
-  gPendingErrors.clear();
-  gPendingErrors.reserve(kPendingErrorsAtHand);
+  TakePendingError();  // of the root object before this one
   // Nothing fails from here on: whoever is known must be whole.
   gMorvaneImpl = this;
+  gWindowRegistry = fWindows.get();
   gAfterNativeMessage = FlushAfterNativeMessage;
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
 }
@@ -79,12 +71,13 @@ CMorvaneImpl::~CMorvaneImpl() {
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
   MORVANE_ASSERT(fQuitWindow.expired());
   MORVANE_ASSERT(0==fBehavior);
-  EndAllWindows();
+  fWindows->ReleaseAll();
   EndIdleThread();
   fHiderWindow.reset();
   EndMessageWindow();
   gAfterNativeMessage = nullptr;
   gMorvaneImpl = nullptr;
+  gWindowRegistry = nullptr;
 }
 
 // Other threads may post messages and wake the idle thread; what belongs to the main thread is not tested
@@ -138,7 +131,7 @@ void CMorvaneImpl::CMorvaneGlue_SetDebugSettings(const TDebugSettings& settings)
     }
   } else {
     // These two show on what is on the screen already.
-    for (const boost::shared_ptr<CWinWindow>& window : GetWindows()) {
+    for (const boost::shared_ptr<CWinWindow>& window : fWindows->GetWindows()) {
       RECT client = {};
       if (!::GetClientRect(window->GetHwnd(), &client)) MORVANE_THROW_LAST_ERROR();
       window->InvalidateRect(FromNative(client));
@@ -150,7 +143,7 @@ void CMorvaneImpl::CMorvaneGlue_SetDebugSettings(const TDebugSettings& settings)
 }
 
 void CMorvaneImpl::RefreshDebugMenus(bool makesMenuBars) {
-  for (const boost::shared_ptr<CWinWindow>& window : GetVisibleDocumentWindows()) {
+  for (const boost::shared_ptr<CWinWindow>& window : fWindows->GetVisibleDocumentWindows()) {
     if (!makesMenuBars && !window->HasMenuBar()) continue;
     const CMenuBarState state = window->GetMenuBarState();
     window->RebuildCompleteMenuBar(state);

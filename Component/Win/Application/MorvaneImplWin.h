@@ -30,6 +30,7 @@
 #include "Component/Portable/Contract/MorvaneGlue.h"
 #include "Component/Win/Application/IdleThread.h"
 #include "Component/Win/Launch/MorvaneImplWinStartupStrings.h"
+#include "Component/Win/Window/WindowHost.h"
 #include "Interface/Morvane.h"
 
 namespace NSMorvane {
@@ -38,16 +39,6 @@ class CHiderWindow;
 class CMessageWindow;
 class CWinWindow;
 class IWinAppModalInstance;
-
-// Errors that could not be thrown on because the system's stack was in between. DeliverError reports the
-// oldest and drops the others.
-extern std::vector<TError> gPendingErrors;
-
-// Keeps an error for the next delivery. Throws nothing: without memory, the older ones have to do.
-void KeepPendingError(TError error) noexcept;
-
-// How many document windows live.
-extern int gDocumentWindowCount;
 
 // The object behind kMsgListenerCall1 to kMsgListenerCall3.
 class IMessageCallListener {
@@ -60,7 +51,10 @@ class IMessageCallListener {
   virtual ~IMessageCallListener() = default;
 };
 
-class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public IIdleThreadOwner {
+class CMorvaneImpl final : public CMorvaneGlue,
+                           public IWinExtensions,
+                           public IIdleThreadOwner,
+                           public IWindowHost {
  public:
   // --- Life (MorvaneImplWin.cpp)
 
@@ -78,22 +72,19 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   // Null while there is none.
   static CMorvaneImpl* gMorvaneImpl;
 
-  const TStartupStrings& GetStartupStrings() const { return fStartupStrings; }
-  const TDebugSettings& GetDebugSettings() const { return fDebugSettings; }
-  // Null outside IMorvane_Run, and in a run without a behaviour.
-  IMorvaneRunBehavior* GetBehavior() const { return fBehavior; }
+  // --- IWindowHost, what the files below have of it aside
 
-  // The application's icon, with the number 1 in its resources, or null if it has none.
-  HICON GetAppIcon();
-
-  // Whether a message is the system's question about starting a program of inserted media, and that is
-  // suppressed. The window then answers 1 and handles the message no further.
-  bool IsAutoPlayQuery(UINT message);
+  IMorvane& GetMorvane() override { return *this; }
+  const TStartupStrings& GetStartupStrings() const override { return fStartupStrings; }
+  const TDebugSettings& GetDebugSettings() const override { return fDebugSettings; }
+  IMorvaneRunBehavior* GetBehavior() const override { return fBehavior; }
+  const boost::shared_ptr<CWindowRegistry>& GetWindowRegistry() const override { return fWindows; }
+  HICON GetAppIcon() override;
+  bool IsAutoPlayQuery(UINT message) override;
 
   bool IsMainThread() const { return ::GetCurrentThreadId() == fMainThreadId; }
 
-  // The window that has the mouse capture has lost it.
-  void ForgetMouseCaptureWindow() { fMouseCaptureWindow.reset(); }
+  void ForgetMouseCaptureWindow() override { fMouseCaptureWindow.reset(); }
 
   // --- Loop (MorvaneImplWinRunLoop.cpp)
 
@@ -106,24 +97,19 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   // Wakes the idle logic and handles messages until no window of the library has this handle any more.
   void RunModalLoop(HWND hwnd);
 
-  // Asks for the menu bars of all document windows to be filled anew, at the next flush.
-  void RebuildAllMenuBars() { CMorvaneGlue_RequestMenuBarsSetup(); }
-  // Asked for, and not yet done.
-  bool MenuBarsAreStale() const { return fMenuBarRebuildRequests != 0; }
+  void RequestMenuBars() override { CMorvaneGlue_RequestMenuBarsSetup(); }
+  bool MenuBarsAreStale() const override { return fMenuBarRebuildRequests != 0; }
   // Throws nothing.
   void FlushMenuBarRequests();
   // After a change of the debug settings. Windows without a menu bar get one only if it `makesMenuBars`.
   void RefreshDebugMenus(bool makesMenuBars);
 
-  // Another application, of which `threadId` is a thread, has got or lost the activation. `viaPost` leaves it
-  // to the loop of the calling thread.
-  void OnAppActivation(bool flag, DWORD threadId, bool viaPost);
-  void ShowFloatingWindows(bool show);
+  void OnAppActivation(bool flag, DWORD threadId) override;
+  void ShowFloatingWindows(bool show) override;
 
   // --- Hidden windows (MorvaneImplWinHiddenWindows.cpp)
 
-  // The owner of windows that have none; null outside IMorvane_Run.
-  HWND GetHiderWindow() const;
+  HWND GetHiderWindow() const override;
 
   // The procedure of the message window.
   LRESULT HandlePrivateMessage(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
@@ -134,15 +120,12 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
 
   // --- Quitting (MorvaneImplWinQuit.cpp)
 
-  // The user or the system wants the application to quit.
-  void DispatchQuitEvent();
-  // Runs a loop of its own until all windows have gone or quitting has been stopped; true if the session may
-  // end.
-  bool OnQueryEndSession();
+  void DispatchQuitEvent() override;
+  bool OnQueryEndSession() override;
 
   // --- Idle (MorvaneImplWinIdle.cpp)
 
-  void RunIdleIfDue();
+  void RunIdleIfDue() override;
   // Called by the idle thread.
   void NotifyIdleDue() override;
   // For waits that another thread's messages must pass.
@@ -150,27 +133,15 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
 
   // --- Windows (MorvaneImplWinWindows.cpp)
 
-  // Released windows are not found any more. Null, or an exception, for any other handle.
-  CWinWindow* GetWindowForHwnd(HWND hwnd) const;
-  boost::shared_ptr<CWinWindow> GetWindowForHwndChecked(HWND hwnd) const;
-  // Front window first, without those that the library has hidden.
-  std::vector<boost::shared_ptr<CWinWindow>> GetVisibleWindowsZ() const;
-  std::vector<boost::shared_ptr<CWinWindow>> GetVisibleDocumentWindows() const;
-  // All that have not been released, in order of creation.
-  static std::vector<boost::shared_ptr<CWinWindow>> GetWindows();
-  static bool IsAnyWindowAlive();
   // A dialog of the system's, of whatever thread, blocks the application until it is popped. Once for each.
   void PushAppModalInstance(HWND dialog);
   void PopAppModalInstance(HWND dialog);
 
   // --- Keyboard (MorvaneImplWinKeyboard.cpp)
 
-  // A modifier key has gone down or up.
-  void NotifyModifierKeyListeners(const TModifierKeysEvent& previous, const TModifierKeysEvent& now);
-  // Calls and forgets what waits for the release of this key. Throws the first failure when all are called.
-  void OnKeyReleased(const TPhysicalKeySpec& key);
-  // Calls and forgets all that waits for a release: the keyboard has gone elsewhere. The first failure.
-  TError AbandonKeyReleases();
+  void NotifyModifierKeyListeners(const TModifierKeysEvent& previous, const TModifierKeysEvent& now) override;
+  void OnKeyReleased(const TPhysicalKeySpec& key) override;
+  TError AbandonKeyReleases() override;
 
   // --- IWinExtensions (MorvaneImplWinExtensions.cpp)
 
@@ -281,7 +252,6 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   void FetchStartupLabels();
   void RunMainLoop();
   void AbandonRun();
-  void EndAllWindows();
   void MakeMessageWindow();
   void EndMessageWindow();
   void StartIdleThread();
@@ -299,7 +269,6 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   void DeliverError(TError code);
   void RebuildRequestedMenuBars();
   void SetUpMenuBar(CWinWindow& window);
-  void ApplyAppActivation(bool flag, DWORD threadId);
 
   // --- Hidden windows
   bool IsOwnMessage(WPARAM wParam) const;
@@ -340,6 +309,7 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWinExtensions, public II
   // --- Fields
 
   IMorvaneRunBehavior* fBehavior;  // owned from IMorvane_Run on
+  const boost::shared_ptr<CWindowRegistry> fWindows;
   TStartupStrings fStartupStrings;
   TDebugSettings fDebugSettings;
   boost::weak_ptr<CWinWindow> fMouseCaptureWindow;

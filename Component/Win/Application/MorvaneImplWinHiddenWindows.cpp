@@ -2,8 +2,9 @@
 
 #include <algorithm>
 
+#include "Component/Portable/Base/PendingErrors.h"
 #include "Component/Win/Application/MorvaneImplWin.h"
-#include "Component/Win/Application/MorvaneImplWinMessages.h"
+#include "Component/Win/Platform/PrivateMessages.h"
 #include "Component/Win/Platform/UtilsWin.h"
 
 namespace NSMorvane {

@@ -4,7 +4,7 @@
 
 #include "Component/Win/Application/MorvaneImplWin.h"
 #include "Component/Win/Application/MorvaneImplWinHiddenWindows.h"
-#include "Component/Win/Application/MorvaneImplWinMessages.h"
+#include "Component/Win/Platform/PrivateMessages.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Platform/UtilsWinHandles.h"
 

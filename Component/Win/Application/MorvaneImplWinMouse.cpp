@@ -6,6 +6,7 @@
 #include "Component/Win/Input/WinKeyboard.h"
 #include "Component/Win/Input/WinMouseShape.h"
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/WindowRegistry.h"
 #include "Component/Win/Window/WinWindow.h"
 
 namespace NSMorvane {
@@ -99,7 +100,7 @@ void CMorvaneImpl::CMorvaneGlue_RequestMouseShapeArbitration() {
   }
   POINT cursor;
   if (!GetCursorPos(&cursor)) return;
-  for (const boost::shared_ptr<CWinWindow>& window : GetVisibleWindowsZ()) {
+  for (const boost::shared_ptr<CWinWindow>& window : fWindows->GetVisibleWindowsZ()) {
     RECT rect = {};
     if (!GetWindowRect(window->GetHwnd(), &rect)) MORVANE_THROW_LAST_ERROR();
     if (!PtInRect(&rect, cursor)) continue;

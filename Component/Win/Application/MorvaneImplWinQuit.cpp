@@ -7,6 +7,7 @@
 //   lingering  on          none      not 0
 //   leaving    on          none      0
 #include "Component/Win/Application/MorvaneImplWin.h"
+#include "Component/Win/Window/WindowRegistry.h"
 #include "Component/Win/Window/WinWindow.h"
 
 namespace NSMorvane {
@@ -55,7 +56,7 @@ void CMorvaneImpl::CloseNextWindow() {
   MORVANE_ASSERT(fQuitWindow.expired());
   // Those that are hidden because another application is active are to be closed as well.
   ShowFloatingWindows(true);
-  std::vector<boost::shared_ptr<CWinWindow>> windows = GetVisibleWindowsZ();
+  std::vector<boost::shared_ptr<CWinWindow>> windows = fWindows->GetVisibleWindowsZ();
   for (const boost::shared_ptr<CWinWindow>& winWindow : windows) MORVANE_ASSERT(winWindow->CheckInvariant());
   if (windows.empty()) return;
   // The others may end while this one is asked.
@@ -66,7 +67,7 @@ void CMorvaneImpl::CloseNextWindow() {
 }
 
 void CMorvaneImpl::CloseNextWindowAfterMessage() {
-  if (!fIsInQuitMode || !fQuitWindow.expired() || GetVisibleWindowsZ().empty()) return;
+  if (!fIsInQuitMode || !fQuitWindow.expired() || fWindows->GetVisibleWindowsZ().empty()) return;
   try {
     CloseNextWindow();
   } catch (...) {
@@ -80,13 +81,13 @@ bool CMorvaneImpl::OnQueryEndSession() {
   if (fIsInQuitMode) return true;
   DispatchQuitEvent();
   // What fails on the way is delivered, as in the main loop, and is no answer.
-  while (fIsInQuitMode && IsAnyWindowAlive()) DeliverError(ErrorOf([this] { RunOneTurn(); }));
-  return fIsInQuitMode && !IsAnyWindowAlive();
+  while (fIsInQuitMode && fWindows->IsAnyWindow()) DeliverError(ErrorOf([this] { RunOneTurn(); }));
+  return fIsInQuitMode && !fWindows->IsAnyWindow();
 }
 
 // --- Lingering
 
-bool CMorvaneImpl::KeepRunning() const { return !fIsInQuitMode || IsAnyWindowAlive(); }
+bool CMorvaneImpl::KeepRunning() const { return !fIsInQuitMode || fWindows->IsAnyWindow(); }
 
 // The end of a pass of the main loop: whether there is to be another one.
 bool CMorvaneImpl::DecideOnLingering(bool keepRunning) {

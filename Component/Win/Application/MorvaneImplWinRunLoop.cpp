@@ -6,14 +6,16 @@
 #include <iterator>
 #include <utility>
 
+#include "Component/Portable/Base/PendingErrors.h"
 #include "Component/Portable/Menus/MenuBarState.h"
 #include "Component/Win/Application/MorvaneImplWin.h"
 #include "Component/Win/Application/MorvaneImplWinHiddenWindows.h"
-#include "Component/Win/Application/MorvaneImplWinMessages.h"
 #include "Component/Win/Input/WinMouseQueries.h"
 #include "Component/Win/Launch/SingleInstance.h"
+#include "Component/Win/Platform/PrivateMessages.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Platform/UtilsWinFiles.h"
+#include "Component/Win/Window/WindowRegistry.h"
 #include "Component/Win/Window/WinWindow.h"
 #include "Component/Win/Window/WinWindowModality.h"
 #include "Component/Win/Window/WinWindowTooltips.h"
@@ -76,28 +78,12 @@ void CMorvaneImpl::CMorvaneGlue_Run(IMorvaneRunBehavior* behavior, const TStartu
 
 // After a failure. The behaviour stays the client's, and hears nothing of it.
 void CMorvaneImpl::AbandonRun() {
-  EndAllWindows();
+  fWindows->ReleaseAll();
   EndIdleThread();
   fHiderWindow.reset();
   EndMessageWindow();
   ReleaseFirstInstance();
   fBehavior = nullptr;
-}
-
-// All at once, oldest first, without asking anybody.
-void CMorvaneImpl::EndAllWindows() {
-  try {
-    while (!gWinWindows.empty()) {
-      const boost::shared_ptr<CWinWindow> window = gWinWindows.front().lock();
-      if (window) {
-        window->ReleaseWindow();
-      } else {
-        gWinWindows.erase(gWinWindows.begin());
-      }
-    }
-  } catch (...) {
-    MORVANE_UNREACHED();
-  }
 }
 
 void CMorvaneImpl::FetchStartupLabels() {
@@ -117,7 +103,7 @@ void CMorvaneImpl::RunMainLoop() {
       // When quitting has been stopped while the application lingers, the lingering ends first.
       if (!fIsInQuitMode && fLingerTimer != 0) return;
       fIsQuitEventDue = false;
-      if (!fIsInQuitMode && gDocumentWindowCount == 0) DispatchQuitEvent();
+      if (!fIsInQuitMode && !fWindows->IsAnyDocumentWindowLeft()) DispatchQuitEvent();
     });
     DeliverError(error);
     keepRunning = DecideOnLingering(KeepRunning());
@@ -147,7 +133,7 @@ bool CMorvaneImpl::OpenCommandLineFiles() {
 }
 
 void CMorvaneImpl::CallOnNoDocument(TNoDocumentKind kind) {
-  if (!GetVisibleDocumentWindows().empty()) return;
+  if (!fWindows->GetVisibleDocumentWindows().empty()) return;
   if (fBehavior) MORVANE_CHECK(fBehavior->IMorvaneRunBehavior_OnNoDocument(kind));
 }
 
@@ -162,7 +148,7 @@ void CMorvaneImpl::ReopenIfRequested() {
 bool CMorvaneImpl::RunOneTurn() {
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
   // In case that the last one goes.
-  if (IsAnyWindowAlive()) fIsQuitEventDue = true;
+  if (fWindows->IsAnyWindow()) fIsQuitEventDue = true;
   RunIdleIfDue();
   FlushMenuBarRequests();
   MSG msg = {};
@@ -178,7 +164,7 @@ bool CMorvaneImpl::RunOneTurn() {
 bool CMorvaneImpl::TakeMessage(MSG& outMsg, bool mayWait) {
   while (!::PeekMessageW(&outMsg, nullptr, 0, 0, PM_REMOVE)) {
     if (NoticeCommandLine()) return false;
-    const bool hasWindow = IsAnyWindowAlive();
+    const bool hasWindow = fWindows->IsAnyWindow();
     // In quit mode the application is about to leave, unless it lingers: then a timer runs.
     const bool isDue = fIdleDue || (fIsInQuitMode ? fLingerTimer == 0 : fIsQuitEventDue);
     if (!mayWait || (!hasWindow && isDue)) return false;
@@ -199,14 +185,14 @@ bool CMorvaneImpl::PumpOneMessage(MSG& outMsg) {
 
 void CMorvaneImpl::RunModalLoop(HWND hwnd) {
   DeliverError(IMorvane_WakeUpIdle());
-  while (GetWindowForHwnd(hwnd)) {
+  while (fWindows->Find(hwnd)) {
     // An idle call that fails is reported as in the main loop, and must not end this one before the dialog.
     bool hadMessage = false;
     MSG msg = {};
     DeliverError(ErrorOf([&] { hadMessage = PumpOneMessage(msg); }));
     // The idle call of the pass before the wait can have ended the last window there is: waiting for a
     // message comes only after another look.
-    if (!hadMessage && GetWindowForHwnd(hwnd))
+    if (!hadMessage && fWindows->Find(hwnd))
       ::MsgWaitForMultipleObjectsEx(0, nullptr, INFINITE, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
   }
 }
@@ -218,7 +204,7 @@ void CMorvaneImpl::HandleMessage(const MSG& msg) {
     if (msg.message == kMsgSecondInstance) OnSecondInstanceMessage();
     // Behind all that is posted; a view that is never done painting leaves no other time to look.
     if (msg.message == WM_PAINT) NoticeCommandLine();
-    if (msg.message == kMsgAppActivation) ApplyAppActivation(msg.wParam != 0, static_cast<DWORD>(msg.lParam));
+    if (msg.message == kMsgAppActivation) OnAppActivation(msg.wParam != 0, static_cast<DWORD>(msg.lParam));
     if (msg.message == WM_TIMER && msg.wParam == fLingerTimer && fLingerTimer != 0) {
       DebugPrint("Lingering complete, exiting...");
       StopLingerTimer();
@@ -270,7 +256,7 @@ void CMorvaneImpl::HandleSecondInstance() {
 bool CMorvaneImpl::PreTranslate(const MSG& msg) {
   RelayToTooltips(msg);
   for (HWND hwnd = msg.hwnd; hwnd; hwnd = ::GetAncestor(hwnd, GA_PARENT)) {
-    CWinWindow* const window = GetWindowForHwnd(hwnd);
+    CWinWindow* const window = fWindows->Find(hwnd);
     if (!window) continue;
     const boost::shared_ptr<CWinWindow> reference = window->LockClientsWindowReference();
     if (reference && reference->PreTranslateMessage(msg)) return true;
@@ -281,10 +267,7 @@ bool CMorvaneImpl::PreTranslate(const MSG& msg) {
 // --- Errors
 
 void CMorvaneImpl::DeliverError(TError code) {
-  if (!gPendingErrors.empty()) {
-    code = gPendingErrors.front();
-    gPendingErrors.clear();
-  }
+  if (const TError pending = TakePendingError(); pending != kOK) code = pending;
   if (code == kOK) return;
   try {
     if (fBehavior) {
@@ -327,7 +310,7 @@ void CMorvaneImpl::RebuildRequestedMenuBars() {
   }
   DebugPrint("Rebuilding Menu Bar...");
   DebugIndentScope indent;
-  for (const boost::shared_ptr<CWinWindow>& window : GetVisibleDocumentWindows()) {
+  for (const boost::shared_ptr<CWinWindow>& window : fWindows->GetVisibleDocumentWindows()) {
     // The window before may have ended this one.
     if (!window->IsVisible()) continue;
     SetUpMenuBar(*window);
@@ -348,21 +331,13 @@ void CMorvaneImpl::SetUpMenuBar(CWinWindow& window) {
     if (window.LockClientsWindowReference()) window.RunMenuBarSetup(state);
   });
   fMenuBarsInSetUp.pop_back();
-  if (fMenuBarsInSetUp.empty() && std::exchange(fMenuBarWaits, false)) RebuildAllMenuBars();
+  if (fMenuBarsInSetUp.empty() && std::exchange(fMenuBarWaits, false)) RequestMenuBars();
   ThrowError(error);
 }
 
 // --- Activation of the application
 
-void CMorvaneImpl::OnAppActivation(bool flag, DWORD threadId, bool viaPost) {
-  if (!viaPost) {
-    ApplyAppActivation(flag, threadId);
-  } else if (!::PostMessageW(nullptr, kMsgAppActivation, flag ? 1 : 0, static_cast<LPARAM>(threadId))) {
-    MORVANE_THROW_LAST_ERROR();
-  }
-}
-
-void CMorvaneImpl::ApplyAppActivation(bool flag, DWORD threadId) {
+void CMorvaneImpl::OnAppActivation(bool flag, DWORD threadId) {
   MORVANE_ASSERT(0!=fBehavior);
   // The threads of the library own message-only windows: as long as one of them has the focus, the
   // application is active.
@@ -379,15 +354,11 @@ void CMorvaneImpl::ApplyAppActivation(bool flag, DWORD threadId) {
 
 void CMorvaneImpl::ShowFloatingWindows(bool show) {
   // Most applications have none, and listing the windows of the desktop is costly.
-  const bool isAny = std::any_of(gWinWindows.begin(), gWinWindows.end(), [](const auto& weakWindow) {
-    const boost::shared_ptr<CWinWindow> window = weakWindow.lock();
-    return window && window->GetWindowKind() == kWindowKindFloating;
-  });
-  if (!isAny) return;
+  if (!fWindows->IsAnyOfKind(kWindowKindFloating)) return;
   const std::vector<HWND> handles = GetTopLevelWindowsZ();
   // The lowest first, so that their order stays.
   for (auto it = handles.rbegin(); it != handles.rend(); ++it) {
-    const CWinWindow* const window = GetWindowForHwnd(*it);
+    const CWinWindow* const window = fWindows->Find(*it);
     if (!window || window->GetWindowKind() != kWindowKindFloating || !window->HasBeenShown()) continue;
     const bool isVisible = (::GetWindowLongW(*it, GWL_STYLE) & WS_VISIBLE) != 0;
     if (isVisible != show) ::ShowWindow(*it, show ? SW_SHOWNA : SW_HIDE);

@@ -6,6 +6,7 @@
 #include "Component/Portable/Views/ViewImpl.h"
 #include "Component/Win/Application/MorvaneImplWin.h"
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/WindowRegistry.h"
 #include "Component/Win/Window/WinWindow.h"
 #include "Component/Win/Window/WinWindowModality.h"
 #include "Component/Win/WindowKinds/WinDocumentWindow.h"
@@ -28,56 +29,6 @@ CViewImpl& ViewOf(IView& view) {
 
 // --- Lists
 
-std::vector<boost::shared_ptr<CWinWindow>> CMorvaneImpl::GetWindows() {
-  std::vector<boost::shared_ptr<CWinWindow>> windows;
-  for (const boost::weak_ptr<CWinWindow>& entry : gWinWindows) {
-    if (boost::shared_ptr<CWinWindow> window = entry.lock()) windows.push_back(std::move(window));
-  }
-  return windows;
-}
-
-bool CMorvaneImpl::IsAnyWindowAlive() {
-  return std::any_of(gWinWindows.begin(), gWinWindows.end(),
-                     [](const boost::weak_ptr<CWinWindow>& window) { return !window.expired(); });
-}
-
-CWinWindow* CMorvaneImpl::GetWindowForHwnd(HWND hwnd) const {
-  for (const boost::weak_ptr<CWinWindow>& entry : gWinWindows) {
-    const boost::shared_ptr<CWinWindow> window = entry.lock();
-    if (window && window->GetHwnd() == hwnd) return window.get();
-  }
-  return nullptr;
-}
-
-boost::shared_ptr<CWinWindow> CMorvaneImpl::GetWindowForHwndChecked(HWND hwnd) const {
-  const CWinWindow* const window = GetWindowForHwnd(hwnd);
-  if (!window) {
-    MORVANE_UNREACHED();
-    MORVANE_THROW(std::exception());
-  }
-  return window->GetClientsWindowReference();
-}
-
-std::vector<boost::shared_ptr<CWinWindow>> CMorvaneImpl::GetVisibleWindowsZ() const {
-  std::vector<boost::shared_ptr<CWinWindow>> windows;
-  for (const HWND hwnd : GetShownWindowsZ()) {
-    if (const CWinWindow* const window = GetWindowForHwnd(hwnd)) {
-      windows.push_back(window->GetClientsWindowReference());
-    }
-  }
-  return windows;
-}
-
-std::vector<boost::shared_ptr<CWinWindow>> CMorvaneImpl::GetVisibleDocumentWindows() const {
-  std::vector<boost::shared_ptr<CWinWindow>> windows;
-  for (const boost::shared_ptr<CWinWindow>& documentWindow : GetVisibleWindowsZ()) {
-    if (documentWindow->GetWindowKind() != kWindowKindDocument) continue;
-    MORVANE_ASSERT(documentWindow->CheckInvariant());
-    if (documentWindow->IsVisible()) windows.push_back(documentWindow);
-  }
-  return windows;
-}
-
 namespace {
 
 std::vector<IWindow*> WindowsOfKind(const std::vector<boost::shared_ptr<CWinWindow>>& windows,
@@ -94,19 +45,23 @@ std::vector<IWindow*> WindowsOfKind(const std::vector<boost::shared_ptr<CWinWind
 }  // namespace
 
 std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetDocumentWindowsZ() {
-  return WindowsOfKind(GetVisibleWindowsZ(), kWindowKindDocument, "documentWindow->CheckInvariant()");
+  return WindowsOfKind(fWindows->GetVisibleWindowsZ(), kWindowKindDocument,
+                       "documentWindow->CheckInvariant()");
 }
 
 std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetModelessDialogsZ() {
-  return WindowsOfKind(GetVisibleWindowsZ(), kWindowKindModelessDialog, "modelessDialog->CheckInvariant()");
+  return WindowsOfKind(fWindows->GetVisibleWindowsZ(), kWindowKindModelessDialog,
+                       "modelessDialog->CheckInvariant()");
 }
 
 std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetModalDialogsZ() {
-  return WindowsOfKind(GetVisibleWindowsZ(), kWindowKindModalDialog, "modalDialog->CheckInvariant()");
+  return WindowsOfKind(fWindows->GetVisibleWindowsZ(), kWindowKindModalDialog,
+                       "modalDialog->CheckInvariant()");
 }
 
 std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetFloatingWindowsZ() {
-  return WindowsOfKind(GetVisibleWindowsZ(), kWindowKindFloating, "floatingWindow->CheckInvariant()");
+  return WindowsOfKind(fWindows->GetVisibleWindowsZ(), kWindowKindFloating,
+                       "floatingWindow->CheckInvariant()");
 }
 
 // --- Making windows
@@ -149,7 +104,7 @@ IDocumentWindow* CMorvaneImpl::CMorvaneGlue_CreateDocumentWindow(IDocumentWindow
       new CDocumentWindowImpl(this, styleFlags, listedInWindowMenu));
   StartWindow(window, factory,
               &IDocumentWindowBehaviorFactory::IDocumentWindowBehaviorFactory_CreateBehavior);
-  RebuildAllMenuBars();
+  RequestMenuBars();
   return window.get();
 }
 
@@ -161,7 +116,7 @@ IModelessDialog* CMorvaneImpl::CMorvaneGlue_CreateModelessDialog(IModelessDialog
       new CModelessDialogImpl(this, styleFlags, listedInWindowMenu));
   StartWindow(window, factory,
               &IModelessDialogBehaviorFactory::IModelessDialogBehaviorFactory_CreateBehavior);
-  RebuildAllMenuBars();
+  RequestMenuBars();
   return window.get();
 }
 
@@ -210,7 +165,7 @@ void CMorvaneImpl::PopAppModalInstance(HWND dialog) {
 
 IView* CMorvaneImpl::CMorvaneGlue_CreateView(IViewBehaviorFactory& factory, IView& superView,
                                              const std::string& debugName) {
-  return CViewImpl::MakeSubView(this, factory, ViewOf(superView), debugName).get();
+  return CViewImpl::MakeSubView(factory, ViewOf(superView), debugName).get();
 }
 
 void CMorvaneImpl::CMorvaneGlue_InvalidateView(IView& view, const TRect& rect) {

@@ -9,14 +9,13 @@
 #include <boost/make_shared.hpp>
 
 #include "Component/Portable/Views/ViewImpl.h"
-#include "Component/Win/Application/MorvaneImplWin.h"
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/WindowHost.h"
+#include "Component/Win/Window/WindowRegistry.h"
 #include "Component/Win/Window/WinRootViewBehavior.h"
 #include "Component/Win/Window/WinWindowModality.h"
 
 namespace NSMorvane {
-
-std::vector<boost::weak_ptr<CWinWindow>> gWinWindows;
 
 namespace {
 
@@ -30,21 +29,15 @@ HWND NativeOwner(IModalOwner* owner) {
   return native.fHwnd;
 }
 
-bool IsAnyWindowOfKind(TWindowKind kind) {
-  return std::any_of(gWinWindows.begin(), gWinWindows.end(), [&](const auto& window) {
-    const boost::shared_ptr<CWinWindow> locked = window.lock();
-    return locked && locked->GetWindowKind() == kind;
-  });
-}
-
 }  // namespace
 
 // --- Construction
 
-CWinWindow::CWinWindow(CMorvaneImpl* morvane, TWindowKind windowKind, IModalOwner* owner, DWORD style,
+CWinWindow::CWinWindow(IWindowHost* host, TWindowKind windowKind, IModalOwner* owner, DWORD style,
                        DWORD exStyle, bool makeSizeGrip, bool listedInWindowMenu, bool hasCloseCommand)
-    : fMorvane(morvane),
-      fRunBehavior(morvane->GetBehavior()),
+    : fHost(host),
+      fWindows(host->GetWindowRegistry()),
+      fRunBehavior(host->GetBehavior()),
       fRootView(nullptr),
       fWindowKind(windowKind),
       fOwnerHwnd(NativeOwner(owner)),
@@ -62,7 +55,7 @@ CWinWindow::CWinWindow(CMorvaneImpl* morvane, TWindowKind windowKind, IModalOwne
       fAcceleratorTable(nullptr),
       fCurrentCursor(nullptr),
       fWindowClass(WindowClassName(windowKind), WindowStubProcCallback,
-                   WindowClassHasIcon(windowKind) ? morvane->GetAppIcon() : nullptr),
+                   WindowClassHasIcon(windowKind) ? host->GetAppIcon() : nullptr),
       fIsToldActive(false),
       fMouseLeaveArmed(false),
       fHasCloseCommand(hasCloseCommand),
@@ -91,14 +84,14 @@ CWinWindow::CWinWindow(CMorvaneImpl* morvane, TWindowKind windowKind, IModalOwne
 HWND CWinWindow::ChooseNativeOwner() {
   if (fWindowKind == kWindowKindDocument || fWindowKind == kWindowKindFloating) return fOwnerHwnd;
   if (!fOwnerHwnd) {
-    fAlwaysOnTop = AnyShownWindowIsAlwaysOnTop();
+    fAlwaysOnTop = fWindows->IsAnyAlwaysOnTop();
     const bool standsAlone =
-        !IsAnyWindowOfKind(kWindowKindDocument) &&
-        (fWindowKind == kWindowKindModelessDialog || !IsAnyWindowOfKind(kWindowKindModelessDialog));
-    return standsAlone ? nullptr : fMorvane->GetHiderWindow();
+        !fWindows->IsAnyOfKind(kWindowKindDocument) &&
+        (fWindowKind == kWindowKindModelessDialog || !fWindows->IsAnyOfKind(kWindowKindModelessDialog));
+    return standsAlone ? nullptr : fHost->GetHiderWindow();
   }
-  const CWinWindow* const owner = fMorvane->GetWindowForHwnd(fOwnerHwnd);
-  fAlwaysOnTop = owner ? owner->fAlwaysOnTop : AnyShownWindowIsAlwaysOnTop();
+  const CWinWindow* const owner = fWindows->Find(fOwnerHwnd);
+  fAlwaysOnTop = owner ? owner->fAlwaysOnTop : fWindows->IsAnyAlwaysOnTop();
   return fOwnerHwnd;
 }
 
@@ -147,7 +140,7 @@ LRESULT CALLBACK CWinWindow::WindowStubProcCallback(HWND hwnd, UINT message, WPA
 }
 
 void CWinWindow::MakeRootView() {
-  fRootViewReference.reset(new CViewImpl(fMorvane, this));
+  fRootViewReference.reset(new CViewImpl(this));
   fRootView = fRootViewReference.get();
   fRootView->SetClientsViewReference(fRootViewReference);
   fRootView->SetBehavior(boost::make_shared<CWinRootViewBehavior>());
@@ -157,13 +150,13 @@ void CWinWindow::MakeRootView() {
 
 void CWinWindow::SetClientsWindowReference(const boost::shared_ptr<CWinWindow>& reference) {
   MORVANE_ASSERT(0==fClientsWindowReference.get());
-  CWinWindow* const parent = fMorvane->GetWindowForHwnd(GetParent(fHwnd));
-  gWinWindows.reserve(gWinWindows.size() + 1);
+  CWinWindow* const parent = fWindows->Find(GetParent(fHwnd));
+  fWindows->MakeRoomForOne();
   if (parent) {
     parent->AddChildWindow(reference);
     fParentWindow = parent->GetClientsWindowReference();
   }
-  gWinWindows.push_back(reference);
+  fWindows->Add(reference);
   fClientsWindowReference = reference;
 }
 
@@ -325,8 +318,8 @@ void CWinWindow::ReleaseWindow() {
   // A parent that is ending too does so after it has let go of this one.
   const boost::shared_ptr<CWinWindow> parent = fParentWindow.lock();
   fClientsWindowReference.reset();
-  std::erase_if(gWinWindows, [&](const auto& window) { return window.lock() == reference; });
-  fMorvane->RebuildAllMenuBars();
+  fWindows->Remove(this);
+  fHost->RequestMenuBars();
   Hide();
   if (parent) parent->RemoveChildWindow(this);
 }

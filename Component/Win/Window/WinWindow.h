@@ -47,15 +47,13 @@
 namespace NSMorvane {
 
 class CMenuBuilder;
-class CMorvaneImpl;
+class CWindowRegistry;
+class IWindowHost;
 class COffscreenContext;
 class CPaintContext;
 class CRegion;
 class CViewImpl;
 class CWinWindow;
-
-// Every window that the root object has wired up, in order of creation.
-extern std::vector<boost::weak_ptr<CWinWindow>> gWinWindows;
 
 // An item of the library's own in the window menu.
 struct TWindowMenuItem {
@@ -89,7 +87,7 @@ class CWinWindow : public CWindowGlue,
   bool IsListedInWindowMenu() const { return fListedInWindowMenu; }
   bool HasCloseCommand() const { return fHasCloseCommand; }
 
-  // Wires the window up: it takes the reference that the client holds it by, stands in gWinWindows from here
+  // Wires the window up: it takes the reference that the client holds it by, stands in the registry from here
   // on, and among the child windows of its native parent. Once, by whoever made the window.
   void SetClientsWindowReference(const boost::shared_ptr<CWinWindow>& reference);
   // A copy; the window lives as long as one is left.
@@ -207,7 +205,7 @@ class CWinWindow : public CWindowGlue,
 
  protected:
   // `owner` may be null. The window is made, but neither wired up nor shown.
-  CWinWindow(CMorvaneImpl* morvane, TWindowKind windowKind, IModalOwner* owner, DWORD style, DWORD exStyle,
+  CWinWindow(IWindowHost* host, TWindowKind windowKind, IModalOwner* owner, DWORD style, DWORD exStyle,
              bool makeSizeGrip, bool listedInWindowMenu, bool hasCloseCommand);
 
   // --- Hooks of the contract layer
@@ -391,7 +389,8 @@ class CWinWindow : public CWindowGlue,
 
  protected:
   boost::shared_ptr<CNativeWindowWrapper> fNativeWindowWrapper;  // empty until WM_NCCREATE
-  CMorvaneImpl* fMorvane;
+  IWindowHost* fHost;
+  const boost::shared_ptr<CWindowRegistry> fWindows;
   boost::shared_ptr<CWinWindow> fClientsWindowReference;  // empty before wiring up and after ReleaseWindow
   IMorvaneRunBehavior* fRunBehavior;                      // never called: the run can end before the window
   std::vector<CMenuItem> fMenuItems;                      // the position plus 0xA000 is the native command

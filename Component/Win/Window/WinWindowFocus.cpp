@@ -6,15 +6,15 @@
 #include <utility>
 
 #include "Component/Portable/Views/ViewImpl.h"
-#include "Component/Win/Application/MorvaneImplWin.h"
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/WindowHost.h"
 #include "Component/Win/Window/WinWindow.h"
 #include "Component/Win/Window/WinWindowModality.h"
 
 namespace NSMorvane {
 
 // Views of the focus chain add to the menu bar, so that it follows the focus.
-void CWinWindow::IFocusWindow_OnFocusChanged() { fMorvane->RebuildAllMenuBars(); }
+void CWinWindow::IFocusWindow_OnFocusChanged() { fHost->RequestMenuBars(); }
 
 // The system still takes a window for the active one while it tells it that it is no longer.
 bool CWinWindow::IFocusWindow_IsActive() { return CWindowGlue_IsActive() && !fIsDeactivating; }
@@ -73,8 +73,8 @@ void CWinWindow::OnActivated(bool& outHandled) {
   DebugPrint("CWinWindow::IWindowListener_OnActivated " + HandleText(fHwnd));
   RaiseWithOwners(fHwnd);
   // While a window that blocks the application is active, floating windows are out of the way.
-  fMorvane->ShowFloatingWindows(fWindowKind != kWindowKindAlertBox &&
-                                !(fWindowKind == kWindowKindModalDialog && !fOwnerHwnd));
+  fHost->ShowFloatingWindows(fWindowKind != kWindowKindAlertBox &&
+                             !(fWindowKind == kWindowKindModalDialog && !fOwnerHwnd));
   const bool wasActive = CWindowGlue_IsActive();
   const bool wasToldActive = fIsToldActive;
   // A view that fails does not keep the others from learning of it.
@@ -87,7 +87,7 @@ void CWinWindow::OnActivated(bool& outHandled) {
     fIsToldActive = true;
     OnActivationChanged(true);
   }
-  fMorvane->RebuildAllMenuBars();
+  fHost->RequestMenuBars();
   MORVANE_CHECK(error);
   // The default handling would move the keyboard behind the library's back.
   outHandled = true;
@@ -102,9 +102,9 @@ void CWinWindow::OnDeactivated() {
   // Without a focus view the window does not hold the keyboard for anybody.
   const bool holdsKeyboard = fFocus.GetView() != nullptr;
   fFocus.OnDeactivated();
-  const TError releaseError = holdsKeyboard ? fMorvane->AbandonKeyReleases() : kOK;
+  const TError releaseError = holdsKeyboard ? fHost->AbandonKeyReleases() : kOK;
   ActivateTooltips(false);
-  fMorvane->RebuildAllMenuBars();
+  fHost->RequestMenuBars();
   MORVANE_CHECK(activationError);
   MORVANE_CHECK(releaseError);
 }

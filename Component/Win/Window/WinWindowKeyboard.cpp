@@ -3,8 +3,8 @@
 // shortcut of the window list, until somebody takes it.
 #include "Component/Portable/Views/FocusSearch.h"
 #include "Component/Portable/Views/ViewImpl.h"
-#include "Component/Win/Application/MorvaneImplWin.h"
 #include "Component/Win/Input/WinKeyboard.h"
+#include "Component/Win/Window/WindowHost.h"
 #include "Component/Win/Window/WinWindow.h"
 #include "Component/Win/Window/WinWindowListWindow.h"
 
@@ -64,7 +64,7 @@ void CWinWindow::NotifyModifierListeners(const TWinKeyMessage& message) {
   if (const boost::shared_ptr<IMouseCapture> capture = fMouseCapture)
     MORVANE_CHECK(capture->IMouseCapture_OnModifiersChanged(previous, event));
   else
-    fMorvane->NotifyModifierKeyListeners(previous, event);
+    fHost->NotifyModifierKeyListeners(previous, event);
   // Not if whoever was told has handled messages, and another event with them.
   if (number == gEventCount) gLastModifierEvent = event;
 }
@@ -120,7 +120,7 @@ bool CWinWindow::MoveFocusByTab(const TKeyEvent& event) {
 }
 
 bool CWinWindow::OfferKeyToApplication(const TKeyEvent& event) {
-  IMorvaneRunBehavior* const behavior = fMorvane->GetBehavior();
+  IMorvaneRunBehavior* const behavior = fHost->GetBehavior();
   if (!behavior) return false;
   TFlag handled = 0;
   MORVANE_CHECK(behavior->IMorvaneRunBehavior_HandleKeyDown(event, handled));
@@ -130,8 +130,8 @@ bool CWinWindow::OfferKeyToApplication(const TKeyEvent& event) {
 bool CWinWindow::OpenWindowListByKey(const TKeyEvent& event) {
   constexpr TKeyInterpretation kWindowListKey = {{u'w'}, {kModifierMask, 0}, 0};
   TFlag isWindowListKey = 0;
-  MORVANE_CHECK(fMorvane->IMorvane_CanKeyBeInterpretedAs(event.fPhysicalKey, event.fModifiers, kWindowListKey,
-                                                         isWindowListKey));
+  MORVANE_CHECK(fHost->GetMorvane().IMorvane_CanKeyBeInterpretedAs(event.fPhysicalKey, event.fModifiers,
+                                                                   kWindowListKey, isWindowListKey));
   if (!isWindowListKey) return false;
   OpenWindowList();
   return true;
@@ -141,7 +141,7 @@ bool CWinWindow::OpenWindowListByKey(const TKeyEvent& event) {
 
 // Views are not told of them, and nobody takes them.
 void CWinWindow::DispatchKeyUp(const TWinKeyMessage& message, bool&) {
-  fMorvane->OnKeyReleased(PhysicalKeyOf(message));
+  fHost->OnKeyReleased(PhysicalKeyOf(message));
 }
 
 }  // namespace NSMorvane

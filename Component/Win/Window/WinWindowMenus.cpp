@@ -2,10 +2,12 @@
 #include <utility>
 
 #include "Component/Portable/Views/ViewImpl.h"
-#include "Component/Win/Application/MorvaneImplWin.h"
 #include "Component/Win/Input/WinKeyboard.h"
+#include "Component/Win/Launch/MorvaneImplWinStartupStrings.h"
 #include "Component/Win/Menus/WinMenu.h"
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/WindowHost.h"
+#include "Component/Win/Window/WindowRegistry.h"
 #include "Component/Win/Window/WinWindow.h"
 
 namespace NSMorvane {
@@ -115,9 +117,9 @@ std::vector<TWindowMenuItem> CWinWindow::MakeWindowMenuItems(const CMenuBarState
   std::vector<TWindowMenuItem> items;
   if (!state.ShowWindowMenu()) return items;
   const auto checked = [](bool flag) -> UINT { return flag ? MF_CHECKED : MF_UNCHECKED; };
-  items.push_back({fMorvane->GetStartupStrings().fAlwaysOnTopItem, kStayOnTopCommand, checked(fAlwaysOnTop)});
+  items.push_back({fHost->GetStartupStrings().fAlwaysOnTopItem, kStayOnTopCommand, checked(fAlwaysOnTop)});
   UINT command = kFirstWindowListCommand;
-  for (const boost::shared_ptr<CWinWindow>& window : CMorvaneImpl::GetWindows()) {
+  for (const boost::shared_ptr<CWinWindow>& window : fWindows->GetWindows()) {
     if (window->fListedInWindowMenu && items.size() <= kMaxListedWindows && command <= kLastWindowListCommand)
       items.push_back({EscapeText(window->GetTitle()), command, checked(window.get() == this)});
     ++command;
@@ -127,22 +129,22 @@ std::vector<TWindowMenuItem> CWinWindow::MakeWindowMenuItems(const CMenuBarState
 
 void CWinWindow::ComposeMenuBar(CMenuBuilder& bar, const CMenuBarState& state,
                                 const std::vector<TWindowMenuItem>& windowMenuItems) {
-  const TStartupStrings& strings = fMorvane->GetStartupStrings();
+  const TStartupStrings& strings = fHost->GetStartupStrings();
 
   CMenuBuilder& firstMenu = bar.AddSubmenu(strings.fFirstMenuTitle);
-  firstMenu.AddMenuItems(*fMorvane, state.GetList(kMenuApplication));
+  firstMenu.AddMenuItems(fHost->GetMorvane(), state.GetList(kMenuApplication));
   firstMenu.MarkSeparator();
   firstMenu.AddNativeItem(strings.fQuitItem, kQuitCommand, state.QuitEnabled() ? MF_ENABLED : MF_GRAYED);
 
   CMenuBuilder& secondMenu = bar.AddSubmenu(strings.fSecondMenuTitle);
-  secondMenu.AddMenuItems(*fMorvane, state.GetList(kMenuDocument));
+  secondMenu.AddMenuItems(fHost->GetMorvane(), state.GetList(kMenuDocument));
   secondMenu.MarkSeparator();
-  secondMenu.AddMenuItem(
-      *fMorvane, MakeMenuItem(strings.fCloseItem, state.SecondMenuItemEnabled(), kSecondMenuItemCommand));
+  secondMenu.AddMenuItem(fHost->GetMorvane(), MakeMenuItem(strings.fCloseItem, state.SecondMenuItemEnabled(),
+                                                           kSecondMenuItemCommand));
 
   for (const TMenu menu : {kMenu1, kMenu2, kMenu3, kMenu4, kMenu5, kMenu6}) {
     const std::vector<CMenuItem>& items = state.GetList(menu);
-    if (!items.empty()) bar.AddSubmenu(state.GetTitle(menu)).AddMenuItems(*fMorvane, items);
+    if (!items.empty()) bar.AddSubmenu(state.GetTitle(menu)).AddMenuItems(fHost->GetMorvane(), items);
   }
 
   if (state.ShowWindowMenu()) {
@@ -151,17 +153,17 @@ void CWinWindow::ComposeMenuBar(CMenuBuilder& bar, const CMenuBarState& state,
       windowMenu.AddNativeItem(item.fText, item.fCommand, item.fNativeFlags);
       if (item.fCommand != kStayOnTopCommand) continue;
       windowMenu.MarkSeparator();
-      windowMenu.AddMenuItems(*fMorvane, state.GetList(kMenuWindow));
+      windowMenu.AddMenuItems(fHost->GetMorvane(), state.GetList(kMenuWindow));
       windowMenu.MarkSeparator();
     }
   }
 
   if (state.ShowHelpItem() || !state.GetList(kMenuHelp).empty()) {
     CMenuBuilder& lastMenu = bar.AddSubmenu(strings.fLastMenuTitle);
-    lastMenu.AddMenuItems(*fMorvane, state.GetList(kMenuHelp));
+    lastMenu.AddMenuItems(fHost->GetMorvane(), state.GetList(kMenuHelp));
     if (state.ShowHelpItem()) {
       lastMenu.MarkSeparator();
-      lastMenu.AddMenuItem(*fMorvane,
+      lastMenu.AddMenuItem(fHost->GetMorvane(),
                            MakeMenuItem(strings.fDisplayName, state.HelpItemEnabled(), kHelpItemCommand));
     }
   }
@@ -187,7 +189,7 @@ void CWinWindow::RebuildCompleteMenuBar(const CMenuBarState& state) {
   // A new bar can change the size of the client area, and whoever is told of that can have the bar rebuilt;
   // with an older state, perhaps.
   if (rebuild != fMenuBarRebuilds) {
-    fMorvane->RebuildAllMenuBars();
+    fHost->RequestMenuBars();
     return;
   }
   fMenuBarIsWhole = true;
@@ -268,12 +270,12 @@ void CWinWindow::OnCommand(UINT commandId) {
   }
   if (commandId == kStayOnTopCommand) SetAlwaysOnTop(!fAlwaysOnTop);
   if (commandId == kQuitCommand) {
-    fMorvane->DispatchQuitEvent();
+    fHost->DispatchQuitEvent();
     return;
   }
   if (commandId >= kFirstWindowListCommand && commandId <= kLastWindowListCommand) {
     const std::size_t windowIndex = commandId - kFirstWindowListCommand;
-    const std::vector<boost::shared_ptr<CWinWindow>> windows = CMorvaneImpl::GetWindows();
+    const std::vector<boost::shared_ptr<CWinWindow>> windows = fWindows->GetWindows();
     MORVANE_ASSERT(windowIndex < windows.size());
     if (windowIndex < windows.size()) windows[windowIndex]->FocusNow();
     return;
@@ -285,7 +287,7 @@ void CWinWindow::DispatchMenuCommand(std::uint32_t command) {
   const TMenuCommandEvent event = {command, GetCurrentModifiers()};
   if (OnMenuCommand(event)) return;
   // Asked for anew: the run, and its behaviour, can have ended before the window.
-  IMorvaneRunBehavior* const runBehavior = fMorvane->GetBehavior();
+  IMorvaneRunBehavior* const runBehavior = fHost->GetBehavior();
   if (!runBehavior) return;
   TFlag handled = 0;
   MORVANE_CHECK(runBehavior->IMorvaneRunBehavior_OnMenuCommand(event, handled));

@@ -4,10 +4,11 @@
 #include <iterator>
 #include <optional>
 
-#include "Component/Win/Application/MorvaneImplWin.h"
-#include "Component/Win/Application/MorvaneImplWinMessages.h"
+#include "Component/Portable/Base/PendingErrors.h"
 #include "Component/Win/Drawing/WinDeviceContext.h"
+#include "Component/Win/Platform/PrivateMessages.h"
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/WindowHost.h"
 #include "Component/Win/Window/WinWindow.h"
 #include "Component/Win/Window/WinWindowModality.h"
 
@@ -155,7 +156,7 @@ class CWinWindow::CMessageTable {
     if (state == WA_ACTIVE || state == WA_CLICKACTIVE) {
       if (minimized) return kForward;
       window.OnActivated(handled);
-      window.fMorvane->RebuildAllMenuBars();
+      window.fHost->RequestMenuBars();
     } else {
       MORVANE_ASSERT_TEXT("LOWORD(wParam) == WA_INACTIVE", state == WA_INACTIVE);
       window.OnDeactivated();
@@ -173,7 +174,7 @@ class CWinWindow::CMessageTable {
     return kForward;
   }
   static TResult OnActivateApp(CWinWindow& window, TWinMessage& message) {
-    window.fMorvane->OnAppActivation(message.fWParam == 1, static_cast<DWORD>(message.fLParam), false);
+    window.fHost->OnAppActivation(message.fWParam == 1, static_cast<DWORD>(message.fLParam));
     return kForward;
   }
 
@@ -285,20 +286,20 @@ class CWinWindow::CMessageTable {
     return window.OnSysCommand(message);
   }
   static TResult OnInitMenu(CWinWindow& window, TWinMessage&) {
-    if (window.fMorvane->MenuBarsAreStale()) {
+    if (window.fHost->MenuBarsAreStale()) {
       DebugPrint("Rebuilding menu bar due to WM_INITMENU");
-      window.fMorvane->RebuildAllMenuBars();
+      window.fHost->RequestMenuBars();
     }
     return kForward;
   }
   static TResult OnEnterMenuLoop(CWinWindow& window, TWinMessage&) {
-    IMorvaneRunBehavior* const behavior = window.fMorvane->GetBehavior();
+    IMorvaneRunBehavior* const behavior = window.fHost->GetBehavior();
     MORVANE_ASSERT(NULL != behavior);
     if (behavior) MORVANE_CHECK(behavior->IMorvaneRunBehavior_OnEnterMenuLoop());
     return kForward;
   }
   static TResult OnExitMenuLoop(CWinWindow& window, TWinMessage&) {
-    IMorvaneRunBehavior* const behavior = window.fMorvane->GetBehavior();
+    IMorvaneRunBehavior* const behavior = window.fHost->GetBehavior();
     MORVANE_ASSERT(NULL != behavior);
     if (behavior) MORVANE_CHECK(behavior->IMorvaneRunBehavior_OnExitMenuLoop());
     return kForward;
@@ -374,7 +375,7 @@ LRESULT CWinWindow::WindowProc(CNativeWindowWrapper& nativeWindow, HWND hwnd, UI
   if (fIsEnding) return nativeWindow.CallNextProc(this, hwnd, message, wParam, lParam);
   MORVANE_ASSERT(CheckInvariant());
   MORVANE_ASSERT(0!=fHwnd);
-  if (fMorvane->IsAutoPlayQuery(message)) {
+  if (fHost->IsAutoPlayQuery(message)) {
     SetWindowLongPtrW(hwnd, DWLP_MSGRESULT, 1);
     return 1;
   }
@@ -421,7 +422,7 @@ LRESULT CWinWindow::WindowProc(CNativeWindowWrapper& nativeWindow, HWND hwnd, UI
 LRESULT CWinWindow::AnswerQueryEndSession() {
   // Nothing keeps the window alive here, so that it can be closed.
   bool mayEnd = false;
-  const TError error = ErrorOf([&] { mayEnd = fMorvane->OnQueryEndSession(); });
+  const TError error = ErrorOf([&] { mayEnd = fHost->OnQueryEndSession(); });
   if (error != kOK) KeepPendingError(error);
   return mayEnd ? 1 : 0;
 }
@@ -430,7 +431,7 @@ void CWinWindow::PreDispatch(const TWinMessage& message) {
   fMouseGlance.Forget();
   if (message.fMessage == WM_CAPTURECHANGED && fMouseCapture) OnMouseCaptureLost();
   if (message.fMessage == WM_THEMECHANGED) {
-    IMorvaneRunBehavior* const behavior = fMorvane->GetBehavior();
+    IMorvaneRunBehavior* const behavior = fHost->GetBehavior();
     if (behavior) MORVANE_CHECK(behavior->IMorvaneRunBehavior_OnThemeChanged());
   }
   // The position of the mouse is costly, and of use to these only.
@@ -440,7 +441,7 @@ void CWinWindow::PreDispatch(const TWinMessage& message) {
     CheckMouseTracking(ScreenToClientChecked(fHwnd, FromNative(*cursor)));
     if (isTick && fTooltipHwnd && fTooltipRectsDirty) UpdateToolRects();
   }
-  if (isTick) fMorvane->RunIdleIfDue();
+  if (isTick) fHost->RunIdleIfDue();
 }
 
 LRESULT CWinWindow::ForwardMessage(const TWinMessage& message) {

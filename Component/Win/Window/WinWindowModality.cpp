@@ -4,9 +4,11 @@
 #include <string>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
-#include "Component/Win/Application/MorvaneImplWin.h"
+#include "Component/Portable/Base/PendingErrors.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Platform/UtilsWinHandles.h"
+#include "Component/Win/Window/WindowHost.h"
+#include "Component/Win/Window/WindowRegistry.h"
 #include "Component/Win/Window/WinWindow.h"
 
 namespace NSMorvane {
@@ -24,9 +26,9 @@ bool Contains(const std::vector<HWND>& windows, HWND hWnd) {
 HWND FindDialogOver(HWND owner) {
   const HWND lastActive = GetLastActivePopup(owner);
   HWND dialog = nullptr;
-  for (const boost::weak_ptr<CWinWindow>& weakWindow : gWinWindows) {
-    const boost::shared_ptr<CWinWindow> window = weakWindow.lock();
-    if (!window || !window->IsModal() || window->GetOwnerHwnd() != owner || !window->HasBeenShown()) continue;
+  if (!gWindowRegistry) return nullptr;
+  for (const boost::shared_ptr<CWinWindow>& window : gWindowRegistry->GetWindows()) {
+    if (!window->IsModal() || window->GetOwnerHwnd() != owner || !window->HasBeenShown()) continue;
     dialog = window->GetHwnd();
     if (dialog == lastActive) break;
   }
@@ -325,15 +327,7 @@ void CWinWindow::SetAlwaysOnTop(bool flag) {
   if (flag == fAlwaysOnTop) return;
   SetWindowTopMost(fHwnd, flag);
   fAlwaysOnTop = flag;
-  fMorvane->RebuildAllMenuBars();
-}
-
-bool AnyShownWindowIsAlwaysOnTop() {
-  return std::any_of(gWinWindows.begin(), gWinWindows.end(), [](const auto& weakWindow) {
-    const boost::shared_ptr<CWinWindow> window = weakWindow.lock();
-    MORVANE_ASSERT(NULL != window);
-    return window && window->IsVisible() && window->IsAlwaysOnTop();
-  });
+  fHost->RequestMenuBars();
 }
 
 }  // namespace NSMorvane

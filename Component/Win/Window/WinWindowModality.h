@@ -61,7 +61,4 @@ class CAppModalInstance : public IWinAppModalInstance {
 // One that the library has hidden, natively or by moving it above the screen.
 bool IsWindowHidden(HWND hWnd);
 
-// Whether any shown window of the library is always on top.
-bool AnyShownWindowIsAlwaysOnTop();
-
 }  // namespace NSMorvane

@@ -12,10 +12,10 @@
 #include <optional>
 
 #include "Component/Portable/Views/ViewImpl.h"
-#include "Component/Win/Application/MorvaneImplWin.h"
 #include "Component/Win/Input/WinKeyboard.h"
 #include "Component/Win/Input/WinMouseShape.h"
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/WindowHost.h"
 #include "Component/Win/Window/WinWindow.h"
 
 namespace NSMorvane {
@@ -221,7 +221,7 @@ void CWinWindow::CheckMouseTracking(const TPoint& point) {
       return;
     forgetScope.emplace(fMouseGlance);
     std::uint64_t now = 0;
-    MORVANE_CHECK(fMorvane->IMorvane_GetCurrentMS(now));
+    MORVANE_CHECK(fHost->GetMorvane().IMorvane_GetCurrentMS(now));
     const TMouseTracking event = MakeTracking(now, point);
     DispatchMouseTracking(event);
     RefreshMouseShapeInMessage(event.fState);
@@ -486,7 +486,7 @@ void CWinWindow::DetachMouseCapture() {
 
 // Somebody else has taken the mouse. The client's object simply drops out.
 void CWinWindow::OnMouseCaptureLost() {
-  fMorvane->ForgetMouseCaptureWindow();
+  fHost->ForgetMouseCaptureWindow();
   boost::shared_ptr<IMouseCapture> capture;
   capture.swap(fMouseCapture);
   // In a window that is not active they stay off; mostly the capture goes because another one is.

@@ -6,10 +6,10 @@
 #include "Component/Portable/Drawing/DrawingWalk.h"
 #include "Component/Portable/Surfaces/BufferBitmap.h"
 #include "Component/Portable/Views/ViewImpl.h"
-#include "Component/Win/Application/MorvaneImplWin.h"
 #include "Component/Win/Drawing/WinDeviceContext.h"
 #include "Component/Win/Drawing/WinDrawTools.h"
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/WindowHost.h"
 #include "Component/Win/Window/WinWindow.h"
 
 namespace NSMorvane {
@@ -94,14 +94,13 @@ void CWinWindow::HandlePaint() {
 void CWinWindow::OnPaint(CPaintContext& target) {
   const CRegion& region = target.GetRegion();
   if (region.IsEmpty()) return;
-  if (fMorvane->GetDebugSettings().fDrawPaintsRed && IsVisible()) FlashPaint(target);
+  if (fHost->GetDebugSettings().fDrawPaintsRed && IsVisible()) FlashPaint(target);
   const DWORD start = GetTickCount();
   COffscreenContext buffer(target, region.GetBounds());
   FillBackground(buffer);
   DrawRootView(buffer, region);
   for (const TRect& rect : region.GetRects()) buffer.CopyToTarget(rect);
-  if (fMorvane->GetDebugSettings().fDrawViewBounds)
-    DrawViewBounds(target, *fRootView, fRootView->GetBounds());
+  if (fHost->GetDebugSettings().fDrawViewBounds) DrawViewBounds(target, *fRootView, fRootView->GetBounds());
   DrawMouseViewInfo();
   fPaintSamples.Add({start, GetTickCount()});
   MORVANE_ASSERT(CheckInvariant());
@@ -117,8 +116,8 @@ void CWinWindow::DrawRootView(COffscreenContext& buffer, const CRegion& region) 
   // Copies: callbacks may change what these are taken from.
   const CRegion dirtyRegion(region);
   const TRect bounds = fRootView->GetBounds();
-  const TDebugSettings settings = fMorvane->GetDebugSettings();
-  IMorvaneRunBehavior* const runBehavior = fMorvane->GetBehavior();
+  const TDebugSettings settings = fHost->GetDebugSettings();
+  IMorvaneRunBehavior* const runBehavior = fHost->GetBehavior();
   CWinDrawTools tools({buffer.GetBuffer().GetHDC()}, dirtyRegion, buffer);
   TDrawBracket bracket(runBehavior, tools);
   DrawView(runBehavior, bracket, *fRootView, bounds, tools, settings);
@@ -127,13 +126,13 @@ void CWinWindow::DrawRootView(COffscreenContext& buffer, const CRegion& region) 
 // --- Invalidation
 
 void CWinWindow::InvalidateRect(const TRect& rect) {
-  if (fMorvane->GetDebugSettings().fDrawInvalidationBlue && !IsEmptyRect(rect)) FlashInvalidation({rect});
+  if (fHost->GetDebugSettings().fDrawInvalidationBlue && !IsEmptyRect(rect)) FlashInvalidation({rect});
   NativeInvalidateRect(rect);
 }
 
 void CWinWindow::InvalidateRegion(const CRegion& region) {
   if (region.IsEmpty()) return;
-  if (fMorvane->GetDebugSettings().fDrawInvalidationBlue) FlashInvalidation(region.GetRects());
+  if (fHost->GetDebugSettings().fDrawInvalidationBlue) FlashInvalidation(region.GetRects());
   NativeInvalidateRegion(region);
 }
 
@@ -156,7 +155,7 @@ void CWinWindow::FlashInvalidation(const TRectList& rects) {
   if (!IsVisible()) return;
   const CWindowDC windowDC(fHwnd);
   for (const TRect& rect : rects) FlashRect(windowDC.Get(), rect);
-  if (fMorvane->GetDebugSettings().fDelayAfterFlushing) Sleep(30);
+  if (fHost->GetDebugSettings().fDelayAfterFlushing) Sleep(30);
 }
 
 void CWinWindow::FlashPaint(CPaintContext& target) {
@@ -165,7 +164,7 @@ void CWinWindow::FlashPaint(CPaintContext& target) {
   const CGdiObject<HBRUSH> brush(CreateSolidBrush(0x0000D0));
   if (!brush.Get()) MORVANE_THROW(std::exception());
   if (!FillRgn(target.GetHDC(), region.GetNativeRegion(), brush.Get())) MORVANE_THROW(std::exception());
-  if (fMorvane->GetDebugSettings().fDelayAfterFlushing) Sleep(50);
+  if (fHost->GetDebugSettings().fDelayAfterFlushing) Sleep(50);
 }
 
 void CWinWindow::DrawMouseViewInfo() {

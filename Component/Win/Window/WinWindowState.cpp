@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "Component/Portable/Views/ViewImpl.h"
-#include "Component/Win/Application/MorvaneImplWin.h"
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/WindowHost.h"
 #include "Component/Win/Window/WinWindow.h"
 
 namespace NSMorvane {
@@ -79,7 +79,8 @@ void CWinWindow::TakeInitialState() {
 }
 
 TPoint CWinWindow::OffsetToNativePlacement() const {
-  return NSMorvane::OffsetToNativePlacement(*fMorvane, GetWindowLongW(fHwnd, GWL_EXSTYLE) & WS_EX_TOOLWINDOW);
+  return NSMorvane::OffsetToNativePlacement(fHost->GetMorvane(),
+                                            GetWindowLongW(fHwnd, GWL_EXSTYLE) & WS_EX_TOOLWINDOW);
 }
 
 // --- Zoom state and placement
@@ -244,7 +245,7 @@ void CWinWindow::SetWindowState(const TWindowStateRecord& state) {
     SetNativeTitle(state.fModified ? state.fTitle + u"*" : state.fTitle);
     fWindowState.fTitle = state.fTitle;
     fWindowState.fModified = state.fModified;
-    fMorvane->RebuildAllMenuBars();
+    fHost->RequestMenuBars();
   }
 }
 

@@ -10,9 +10,9 @@
 
 #include "Component/Portable/Opening/CommandLine.h"
 #include "Component/Portable/Opening/DroppedFiles.h"
-#include "Component/Win/Application/MorvaneImplWin.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Platform/UtilsWinFiles.h"
+#include "Component/Win/Window/WindowHost.h"
 #include "Component/Win/Window/WinWindow.h"
 #include "Component/Win/Window/WinWindowModality.h"
 
@@ -92,7 +92,7 @@ LRESULT CWinWindow::OnSysCommand(TWinMessage message) {
   switch (message.fWParam & ~WPARAM{0xF}) {
     case SC_MINIMIZE: {
       // A window that blocks the application stays where it is.
-      if (IsModal() && (!fOwnerHwnd || GetParent(fHwnd) == fMorvane->GetHiderWindow())) return 0;
+      if (IsModal() && (!fOwnerHwnd || GetParent(fHwnd) == fHost->GetHiderWindow())) return 0;
       break;
     }
     case SC_MAXIMIZE:
@@ -113,7 +113,7 @@ LRESULT CWinWindow::OnSysCommand(TWinMessage message) {
 
 bool CWinWindow::OnMaximizeCommand() {
   TMonitorList monitors;
-  ThrowError(fMorvane->IMorvane_GetMonitors(monitors));
+  ThrowError(fHost->GetMorvane().IMorvane_GetMonitors(monitors));
   const TRect& start = GetZoomState() == kWindowStateIdeal ? fWindowState.fIdealRect : fWindowState.fUserRect;
   const std::optional<TRect> rect =
       LimitedMaximum(monitors, start, fWindowState, GetFrameInsets(), OffsetToNativePlacement());
@@ -171,7 +171,7 @@ void CWinWindow::OnDropFiles(HGLOBAL drop) {
   for (UINT index = 0; index < count; ++index) {
     const TString name = files.GetName(index);
     for (const TString& path : SplitFileArguments(name, CFileSystemProbe())) {
-      IMorvaneRunBehavior* const behavior = fMorvane->GetBehavior();
+      IMorvaneRunBehavior* const behavior = fHost->GetBehavior();
       if (behavior) MORVANE_CHECK(behavior->IMorvaneRunBehavior_OnOpenURL(PathToFileURL(path).c_str()));
     }
   }

@@ -1,6 +1,8 @@
 #include "Component/Win/WindowKinds/WinDocumentWindow.h"
 
 #include "Component/Portable/Views/ViewImpl.h"
+#include "Component/Win/Window/WindowHost.h"
+#include "Component/Win/Window/WindowRegistry.h"
 
 namespace NSMorvane {
 
@@ -15,16 +17,15 @@ DWORD DocumentWindowStyle(TStyleFlags styleFlags) {
 
 }  // namespace
 
-CDocumentWindowImpl::CDocumentWindowImpl(CMorvaneImpl* morvane, TStyleFlags styleFlags,
-                                         bool listedInWindowMenu)
-    : CWinWindowKind(morvane, kWindowKindDocument, nullptr, DocumentWindowStyle(styleFlags), 0,
+CDocumentWindowImpl::CDocumentWindowImpl(IWindowHost* host, TStyleFlags styleFlags, bool listedInWindowMenu)
+    : CWinWindowKind(host, kWindowKindDocument, nullptr, DocumentWindowStyle(styleFlags), 0,
                      (styleFlags & kWindowStyleBit23) != 0, listedInWindowMenu, true) {
-  ++gDocumentWindowCount;
+  fWindows->CountDocumentWindow(1);
 }
 
 CDocumentWindowImpl::~CDocumentWindowImpl() {
   EndKind();
-  --gDocumentWindowCount;
+  fWindows->CountDocumentWindow(-1);
 }
 
 TError CDocumentWindowImpl::IDocumentWindow_SetState(const TState& state) {
@@ -54,7 +55,7 @@ bool CDocumentWindowImpl::OnMenuCommand(const TMenuCommandEvent& event) {
     if (handled) return true;
   }
   // Asked for anew: the run, and its behaviour, can have ended before the window.
-  IMorvaneRunBehavior* const runBehavior = fMorvane->GetBehavior();
+  IMorvaneRunBehavior* const runBehavior = fHost->GetBehavior();
   if (!runBehavior) return false;
   MORVANE_CHECK(runBehavior->IMorvaneRunBehavior_OnMenuCommand(event, handled));
   return handled != 0;

@@ -23,7 +23,7 @@ struct TDocumentWindowKind {
 
 class CDocumentWindowImpl final : public CWinWindowKind<TDocumentWindowKind> {
  public:
-  CDocumentWindowImpl(CMorvaneImpl* morvane, TStyleFlags styleFlags, bool listedInWindowMenu);
+  CDocumentWindowImpl(IWindowHost* host, TStyleFlags styleFlags, bool listedInWindowMenu);
   ~CDocumentWindowImpl() override;
 
   // The behaviour can end the window from within these two: they keep it to their end.

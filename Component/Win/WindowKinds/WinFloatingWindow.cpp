@@ -15,8 +15,8 @@ constexpr DWORD kFloatingWindowExStyle = WS_EX_WINDOWEDGE | WS_EX_TOOLWINDOW | W
 
 }  // namespace
 
-CFloatingWindowImpl::CFloatingWindowImpl(CMorvaneImpl* morvane, TStyleFlags styleFlags)
-    : CWinWindowKind(morvane, kWindowKindFloating, nullptr, FloatingWindowStyle(styleFlags),
+CFloatingWindowImpl::CFloatingWindowImpl(IWindowHost* host, TStyleFlags styleFlags)
+    : CWinWindowKind(host, kWindowKindFloating, nullptr, FloatingWindowStyle(styleFlags),
                      kFloatingWindowExStyle, (styleFlags & kWindowStyleBit24) != 0, false,
                      (styleFlags & kWindowStyleBit23) != 0) {}
 

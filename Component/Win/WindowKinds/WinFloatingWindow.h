@@ -24,7 +24,7 @@ struct TFloatingWindowKind {
 
 class CFloatingWindowImpl final : public CWinWindowKind<TFloatingWindowKind> {
  public:
-  CFloatingWindowImpl(CMorvaneImpl* morvane, TStyleFlags styleFlags);
+  CFloatingWindowImpl(IWindowHost* host, TStyleFlags styleFlags);
   ~CFloatingWindowImpl() override;
 
   // The behaviour can end the window from within these two: they keep it to their end.

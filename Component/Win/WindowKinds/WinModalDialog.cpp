@@ -15,10 +15,10 @@ constexpr DWORD kModalDialogExStyle = WS_EX_CONTROLPARENT | WS_EX_WINDOWEDGE | W
 }  // namespace
 
 // One with a close command is also in the list of windows.
-CModalDialogImpl::CModalDialogImpl(CMorvaneImpl* morvane, IModalOwner* owner, TStyleFlags styleFlags)
-    : CWinWindowKind(morvane, kWindowKindModalDialog, owner, ModalDialogStyle(styleFlags),
-                     kModalDialogExStyle, (styleFlags & kWindowStyleBit22) != 0,
-                     (styleFlags & kWindowStyleBit23) != 0, (styleFlags & kWindowStyleBit23) != 0) {}
+CModalDialogImpl::CModalDialogImpl(IWindowHost* host, IModalOwner* owner, TStyleFlags styleFlags)
+    : CWinWindowKind(host, kWindowKindModalDialog, owner, ModalDialogStyle(styleFlags), kModalDialogExStyle,
+                     (styleFlags & kWindowStyleBit22) != 0, (styleFlags & kWindowStyleBit23) != 0,
+                     (styleFlags & kWindowStyleBit23) != 0) {}
 
 CModalDialogImpl::~CModalDialogImpl() { EndKind(); }
 

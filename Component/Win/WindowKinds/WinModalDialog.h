@@ -24,7 +24,7 @@ struct TModalDialogKind {
 class CModalDialogImpl final : public CWinWindowKind<TModalDialogKind> {
  public:
   // `owner` may be null.
-  CModalDialogImpl(CMorvaneImpl* morvane, IModalOwner* owner, TStyleFlags styleFlags);
+  CModalDialogImpl(IWindowHost* host, IModalOwner* owner, TStyleFlags styleFlags);
   ~CModalDialogImpl() override;
 
   // The behaviour can end the window from within these two: they keep it to their end.

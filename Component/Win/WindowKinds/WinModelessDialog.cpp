@@ -15,9 +15,8 @@ DWORD ModelessDialogStyle(TStyleFlags styleFlags) {
 
 }  // namespace
 
-CModelessDialogImpl::CModelessDialogImpl(CMorvaneImpl* morvane, TStyleFlags styleFlags,
-                                         bool listedInWindowMenu)
-    : CWinWindowKind(morvane, kWindowKindModelessDialog, nullptr, ModelessDialogStyle(styleFlags), 0,
+CModelessDialogImpl::CModelessDialogImpl(IWindowHost* host, TStyleFlags styleFlags, bool listedInWindowMenu)
+    : CWinWindowKind(host, kWindowKindModelessDialog, nullptr, ModelessDialogStyle(styleFlags), 0,
                      (styleFlags & kWindowStyleBit24) != 0, listedInWindowMenu,
                      (styleFlags & kWindowStyleBit23) != 0) {}
 

@@ -23,7 +23,7 @@ struct TModelessDialogKind {
 
 class CModelessDialogImpl final : public CWinWindowKind<TModelessDialogKind> {
  public:
-  CModelessDialogImpl(CMorvaneImpl* morvane, TStyleFlags styleFlags, bool listedInWindowMenu);
+  CModelessDialogImpl(IWindowHost* host, TStyleFlags styleFlags, bool listedInWindowMenu);
   ~CModelessDialogImpl() override;
 
   // The behaviour can end the window from within these two: they keep it to their end.

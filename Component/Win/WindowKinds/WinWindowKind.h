@@ -6,7 +6,6 @@
 #include <memory>
 #include <string>
 
-#include "Component/Win/Application/MorvaneImplWin.h"
 #include "Component/Win/Window/WinWindow.h"
 
 namespace NSMorvane {
@@ -56,9 +55,9 @@ class CWinWindowKind : public CWinWindow, public TKind::TGlue {
   }
 
  protected:
-  CWinWindowKind(CMorvaneImpl* morvane, TWindowKind windowKind, IModalOwner* owner, DWORD style,
-                 DWORD exStyle, bool makeSizeGrip, bool listedInWindowMenu, bool hasCloseCommand)
-      : CWinWindow(morvane, windowKind, owner, style, exStyle, makeSizeGrip, listedInWindowMenu,
+  CWinWindowKind(IWindowHost* host, TWindowKind windowKind, IModalOwner* owner, DWORD style, DWORD exStyle,
+                 bool makeSizeGrip, bool listedInWindowMenu, bool hasCloseCommand)
+      : CWinWindow(host, windowKind, owner, style, exStyle, makeSizeGrip, listedInWindowMenu,
                    hasCloseCommand) {}
 
   // What the destructor of every kind does first: the behaviour goes while all of the window still stands.

@@ -23,7 +23,8 @@ enum : UINT {
   // Sent by the threads of the file dialogs, with the modal window as lParam.
   kMsgPushAppModal = 1133,
   kMsgPopAppModal = 1134,
-  // Posted to the main thread, without a window: wParam 1 or 0, lParam the id of the other thread.
+  // To the main thread, without a window: wParam 1 or 0, lParam the id of the other thread. Nothing in the
+  // library posts it.
   kMsgAppActivation = 1136,
   // As the results of the other dialogs; nothing in the library sends these.
   kMsgFolderDialogAccepted = 1137,
