@@ -8,7 +8,7 @@
 #include <memory>
 #include <typeindex>
 
-#include "Component/Portable/Contract/MorvaneGlue.h"
+#include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Interface/MorvaneDefaults.h"
 #include "Tests/Support/UnitTest.h"
 

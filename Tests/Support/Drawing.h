@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include "Component/Portable/Contract/MorvaneGlueDrawTools.h"
 #include "Component/Portable/Drawing/DrawingWalk.h"
 #include "Component/Portable/Surfaces/BufferBitmap.h"
 #include "Tests/Support/FakeViewWindow.h"

@@ -10,7 +10,10 @@
 #include <utility>
 #include <vector>
 
+#include "Component/Portable/Surfaces/Region.h"
 #include "Component/Portable/Views/ViewImpl.h"
+#include "Component/Portable/Views/ViewWindow.h"
+#include "Component/Portable/Windows/MorvaneGlueWindow.h"
 #include "Component/Portable/Windows/WindowFocus.h"
 #include "Interface/MorvaneDefaults.h"
 

@@ -1,6 +1,7 @@
 // A root object with the real contract layer and hooks that only record, or do what a test wants of them.
 #pragma once
 
+#include "Component/Portable/Contract/MorvaneGlueRoot.h"
 #include "Tests/Support/Contract.h"
 
 namespace NSMorvaneTest {

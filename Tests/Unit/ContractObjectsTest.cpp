@@ -1,7 +1,11 @@
 // The contracts of views, windows, the kinds of windows and draw tools, over hooks that only record.
 #include <windows.h>
 
+#include "Component/Portable/Contract/MorvaneGlueDrawTools.h"
 #include "Component/Portable/Contract/MorvaneGlueValidators.h"
+#include "Component/Portable/Contract/MorvaneGlueView.h"
+#include "Component/Portable/Windows/MorvaneGlueWindow.h"
+#include "Component/Portable/Windows/MorvaneGlueWindowKinds.h"
 #include "Tests/Support/Contract.h"
 #include "Tests/Support/FakeViewWindow.h"
 #include "Tests/Support/RecordingMorvane.h"

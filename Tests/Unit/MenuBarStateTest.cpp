@@ -1,7 +1,7 @@
 // The portable menu bar: the two-call protocol, bad input, comparison, ownership of icons.
 #include <functional>
 
-#include "Component/Portable/Contract/MorvaneGlue.h"
+#include "Component/Portable/Contract/MorvaneGlueIcon.h"
 #include "Component/Portable/Menus/MenuBarState.h"
 #include "Interface/MorvaneDefaults.h"
 #include "Tests/Support/UnitTest.h"

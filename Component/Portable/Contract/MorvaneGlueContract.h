@@ -1,5 +1,10 @@
 // The shape that every contract member shares, written once.
 //
+// A contract class (MorvaneGlueRoot.h, MorvaneGlueView.h and so on) derives from one interface, implements
+// its operations as contract members, and leaves the work to protected hooks that the implementation
+// overrides. Hooks take plain library types, return their results by value, and report failure by throwing
+// only.
+//
 // A contract member is what a client's call of an interface arrives in. It tests the call, delegates to a
 // hook of the same name inside a wall that no exception passes, and tests what came back:
 //

@@ -1,8 +1,9 @@
 // The contract members of the draw tools, and the dirty region of the view that is being drawn.
 #include <windows.h>
 
-#include "Component/Portable/Contract/MorvaneGlue.h"
+#include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Contract/MorvaneGlueContract.h"
+#include "Component/Portable/Contract/MorvaneGlueDrawTools.h"
 
 namespace NSMorvane {
 

@@ -1,5 +1,6 @@
 // The contract members of an icon.
-#include "Component/Portable/Contract/MorvaneGlue.h"
+#include "Component/Portable/Contract/MorvaneGlueIcon.h"
+#include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Contract/MorvaneGlueContract.h"
 
 namespace NSMorvane {

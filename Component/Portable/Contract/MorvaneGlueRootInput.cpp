@@ -1,8 +1,9 @@
 // The contract members of the root interface: clipboard, icons, mouse, keyboard, menus.
 #include <cstring>
 
-#include "Component/Portable/Contract/MorvaneGlue.h"
+#include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Contract/MorvaneGlueContract.h"
+#include "Component/Portable/Contract/MorvaneGlueRoot.h"
 #include "Component/Portable/Contract/MorvaneGlueValidators.h"
 
 namespace NSMorvane {

@@ -1,9 +1,11 @@
 // The contract members of the root interface: windows, dialogs, views.
 #include <cstring>
 
-#include "Component/Portable/Contract/MorvaneGlue.h"
+#include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Contract/MorvaneGlueContract.h"
+#include "Component/Portable/Contract/MorvaneGlueRoot.h"
 #include "Component/Portable/Contract/MorvaneGlueValidators.h"
+#include "Component/Portable/Text/TextPackage.h"
 
 namespace NSMorvane {
 

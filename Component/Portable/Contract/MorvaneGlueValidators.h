@@ -4,13 +4,9 @@
 // broken, and returns false. None changes anything, and none reads a fixed array past its end.
 #pragma once
 
-#include <vector>
-
 #include "Interface/Morvane.h"
 
 namespace NSMorvane {
-
-class CViewImpl;
 
 bool ValidateDebugSettings(const TDebugSettings& settings);
 bool ValidateStartupParams(const TStartupParams& params);
@@ -37,8 +33,5 @@ bool ValidateDocumentWindowState(const TDocumentWindowState& state);
 bool ValidateModelessDialogState(const TModelessDialogState& state);
 bool ValidateModalDialogState(const TModalDialogState& state);
 bool ValidateFloatingWindowState(const TFloatingWindowState& state);
-
-// No view twice, none null, all in the tree under the root view of `window`.
-bool AreValidTabViews(const std::vector<CViewImpl*>& tabViews, IWindow* window);
 
 }  // namespace NSMorvane

@@ -1,9 +1,10 @@
 // The contract members of a view.
 #include <set>
 
-#include "Component/Portable/Contract/MorvaneGlue.h"
+#include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Contract/MorvaneGlueContract.h"
 #include "Component/Portable/Contract/MorvaneGlueValidators.h"
+#include "Component/Portable/Contract/MorvaneGlueView.h"
 
 namespace NSMorvane {
 

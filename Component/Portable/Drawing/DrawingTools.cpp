@@ -4,6 +4,7 @@
 #include <boost/make_shared.hpp>
 #include <utility>
 
+#include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Drawing/DrawingWalk.h"
 
 namespace NSMorvane {

@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <string>
 
+#include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Surfaces/PortState.h"
+#include "Component/Portable/Surfaces/Region.h"
 #include "Component/Portable/Views/ViewImpl.h"
 
 namespace NSMorvane {

@@ -6,8 +6,10 @@
 #include <vector>
 
 #include "Component/Portable/Base/Geometry.h"
-#include "Component/Portable/Contract/MorvaneGlue.h"
+#include "Component/Portable/Contract/MorvaneGlueDrawTools.h"
 #include "Component/Portable/Surfaces/BufferBitmap.h"
+#include "Interface/MorvaneDrawing.h"
+#include "Interface/MorvaneRoot.h"
 
 namespace NSMorvane {
 

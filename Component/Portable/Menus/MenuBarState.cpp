@@ -2,6 +2,7 @@
 
 #include <tuple>
 
+#include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Contract/MorvaneGlueContract.h"
 
 namespace NSMorvane {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "Component/Portable/Surfaces/Region.h"
+
 namespace NSMorvane {
 
 namespace {

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Views/ViewImpl.h"
+#include "Interface/MorvaneWindow.h"
 
 namespace NSMorvane {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "Component/Portable/Contract/MorvaneGlue.h"
+#include "Component/Portable/Views/ViewWindow.h"
 
 namespace NSMorvane {
 

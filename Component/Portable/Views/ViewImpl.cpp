@@ -4,8 +4,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Surfaces/BufferBitmap.h"
 #include "Component/Portable/Views/FocusSearch.h"
+#include "Component/Portable/Views/ViewWindow.h"
+#include "Interface/MorvaneWindow.h"
 
 namespace NSMorvane {
 

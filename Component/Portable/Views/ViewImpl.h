@@ -12,16 +12,21 @@
 #pragma once
 
 #include <boost/shared_ptr.hpp>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "Component/Portable/Contract/MorvaneGlue.h"
+#include "Component/Portable/Contract/MorvaneGlueView.h"
+#include "Component/Portable/Surfaces/Region.h"
+#include "Component/Portable/Text/TextPackage.h"
 
 namespace NSMorvane {
 
 class CBufferBitmap;
 class CViewImpl;
+class IImplFocusTools;
+class IViewWindow;
 
 using TViewImplPtr = boost::shared_ptr<CViewImpl>;
 

@@ -1,8 +1,11 @@
 // Views: bounds, invalidation, moving.
 #include <utility>
 
+#include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Surfaces/BufferBitmap.h"
+#include "Component/Portable/Surfaces/Region.h"
 #include "Component/Portable/Views/ViewImpl.h"
+#include "Component/Portable/Views/ViewWindow.h"
 
 namespace NSMorvane {
 

@@ -1,10 +1,11 @@
 // The contract members of a window, of whatever kind.
 #include <set>
 
-#include "Component/Portable/Contract/MorvaneGlue.h"
+#include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Contract/MorvaneGlueContract.h"
 #include "Component/Portable/Contract/MorvaneGlueValidators.h"
 #include "Component/Portable/Views/ViewImpl.h"
+#include "Component/Portable/Windows/MorvaneGlueWindow.h"
 
 namespace NSMorvane {
 

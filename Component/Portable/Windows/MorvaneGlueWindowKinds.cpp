@@ -1,7 +1,8 @@
 // The contract members of the four kinds of windows.
 //
 // Sic: GetState reports under the name of SetState, Release under that of FocusNow.
-#include "Component/Portable/Contract/MorvaneGlue.h"
+#include "Component/Portable/Windows/MorvaneGlueWindowKinds.h"
+#include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Contract/MorvaneGlueContract.h"
 #include "Component/Portable/Contract/MorvaneGlueValidators.h"
 

@@ -4,7 +4,9 @@
 #include <string>
 #include <utility>
 
+#include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Views/FocusSearch.h"
+#include "Interface/MorvaneWindow.h"
 
 namespace NSMorvane {
 

@@ -12,8 +12,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "Component/Portable/Contract/MorvaneGlue.h"
 #include "Component/Portable/Views/ViewImpl.h"
+#include "Component/Portable/Views/ViewWindow.h"
 
 namespace NSMorvane {
 

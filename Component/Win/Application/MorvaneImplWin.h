@@ -27,7 +27,7 @@
 #include <utility>
 #include <vector>
 
-#include "Component/Portable/Contract/MorvaneGlue.h"
+#include "Component/Portable/Contract/MorvaneGlueRoot.h"
 #include "Component/Win/Application/IdleThread.h"
 #include "Component/Win/Launch/MorvaneImplWinStartupStrings.h"
 #include "Component/Win/Window/WindowHost.h"

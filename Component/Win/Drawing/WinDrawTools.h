@@ -1,7 +1,7 @@
 // The draw tools of a window that is being painted.
 #pragma once
 
-#include "Component/Portable/Contract/MorvaneGlue.h"
+#include "Component/Portable/Contract/MorvaneGlueDrawTools.h"
 #include "Component/Win/Drawing/WinDeviceContext.h"
 
 namespace NSMorvane {

@@ -33,8 +33,9 @@
 #include <vector>
 
 #include "Component/Portable/Base/Geometry.h"
-#include "Component/Portable/Contract/MorvaneGlue.h"
 #include "Component/Portable/Menus/MenuBarState.h"
+#include "Component/Portable/Views/ViewWindow.h"
+#include "Component/Portable/Windows/MorvaneGlueWindow.h"
 #include "Component/Portable/Windows/WindowFocus.h"
 #include "Component/Win/Drawing/WinPaintSamples.h"
 #include "Component/Win/Input/WinMouseQueries.h"
@@ -43,6 +44,7 @@
 #include "Component/Win/Platform/WinMsgEventListener.h"
 #include "Component/Win/Window/WinWindowClass.h"
 #include "Component/Win/Window/WinWindowPlacement.h"
+#include "Interface/MorvaneRoot.h"
 
 namespace NSMorvane {
 

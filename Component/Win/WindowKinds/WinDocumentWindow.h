@@ -1,6 +1,7 @@
 // Document windows.
 #pragma once
 
+#include "Component/Portable/Windows/MorvaneGlueWindowKinds.h"
 #include "Component/Win/WindowKinds/WinWindowKind.h"
 
 namespace NSMorvane {

@@ -1,6 +1,7 @@
 // Floating windows: palettes above the others, which are there only while the application is active.
 #pragma once
 
+#include "Component/Portable/Windows/MorvaneGlueWindowKinds.h"
 #include "Component/Win/WindowKinds/WinWindowKind.h"
 
 namespace NSMorvane {

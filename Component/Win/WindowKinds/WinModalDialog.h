@@ -1,6 +1,7 @@
 // Modal dialogs: with an owner they block that, without one the whole application.
 #pragma once
 
+#include "Component/Portable/Windows/MorvaneGlueWindowKinds.h"
 #include "Component/Win/WindowKinds/WinWindowKind.h"
 
 namespace NSMorvane {

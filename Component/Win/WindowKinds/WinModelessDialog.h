@@ -1,6 +1,7 @@
 // Modeless dialogs.
 #pragma once
 
+#include "Component/Portable/Windows/MorvaneGlueWindowKinds.h"
 #include "Component/Win/WindowKinds/WinWindowKind.h"
 
 namespace NSMorvane {

@@ -1,0 +1,52 @@
+// The contract class of the draw tools.
+#pragma once
+
+#include <vector>
+
+#include "Component/Portable/Surfaces/Region.h"
+#include "Interface/MorvaneDrawing.h"
+
+namespace NSMorvane {
+
+// The draw tools that a behaviour gets: the rule that port and pixels are open one at a time, and the dirty
+// region cut to the views on the way down.
+class CDrawToolsGlue : public IDrawTools {
+ public:
+  // Neither the port nor the region becomes the object's. `dirtyRegion` is a native region in the port's
+  // coordinates.
+  CDrawToolsGlue(const TNativePort& nativePort, void* dirtyRegion);
+  ~CDrawToolsGlue() override;
+  CDrawToolsGlue(const CDrawToolsGlue&) = delete;
+  CDrawToolsGlue& operator=(const CDrawToolsGlue&) = delete;
+
+  TError IDrawTools_GetDirtyRegion(void*& outNativeRegion) override;
+  TError IDrawTools_OpenNativePort(TNativePort& out) override;
+  TError IDrawTools_CloseNativePort() override;
+  TError IDrawTools_OpenRawPixels(TRawPixels& out) override;
+  TError IDrawTools_CloseRawPixels() override;
+
+  // Around the drawing of one view: its bounds cut the dirty region, together with those of its super views.
+  void PushViewBounds(const TRect& bounds);
+  void PopViewBounds(const TRect& bounds);
+  // After a behaviour has had the tools: port or pixels that it has left open are reported and closed, so
+  // that the next one can draw.
+  void CloseWhatIsLeftOpen();
+
+  virtual TNativePort CDrawToolsGlue_GetNativePort() = 0;
+  virtual void CDrawToolsGlue_CloseNativePort() = 0;
+  virtual TRawPixels CDrawToolsGlue_OpenRawPixels() = 0;
+  virtual void CDrawToolsGlue_CloseRawPixels() = 0;
+  // Copies what has been drawn so far to the screen, and waits a little if `delayFlag`.
+  virtual void CDrawToolsGlue_FlushToScreen(bool delayFlag) = 0;
+
+ protected:
+  TNativePort fNativePort;
+  void* fDirtyRegion;
+  std::vector<TRect> fCurrentViewSubtreeBounds;
+  CRegion fCachedCurrentDirtyRegion;
+  bool fCachedCurrentDirtyRegionIsValid = false;
+  bool fNativePortIsOpen = false;
+  bool fRawPixelsAreOpen = false;
+};
+
+}  // namespace NSMorvane
