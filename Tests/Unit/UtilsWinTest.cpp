@@ -3,6 +3,7 @@
 
 #include "Component/Portable/Base/Geometry.h"
 #include "Component/Win/Platform/UtilsWinHandles.h"
+#include "Component/Win/Window/WindowRegistry.h"
 #include "Tests/Support/NativeTestWindow.h"
 #include "Tests/Support/UnitTest.h"
 
@@ -11,13 +12,6 @@ using namespace NSMorvaneTest;
 namespace {
 
 constexpr DWORD kShown = WS_OVERLAPPEDWINDOW | WS_VISIBLE;
-
-// A window among those that the library has hidden.
-class HiddenByLibrary {
- public:
-  explicit HiddenByLibrary(HWND hWnd) { sHidddenWindows.push_back(hWnd); }
-  ~HiddenByLibrary() { sHidddenWindows.pop_back(); }
-};
 
 TRect FrameOf(HWND hWnd) {
   RECT rect = {};
@@ -50,17 +44,18 @@ TEST_F(UtilsWin, PopupsAreCentredOnTheFrontmostSuitableWindow) {
   NativeTestWindow untitled(kShown, nullptr, L""), topmost(kShown, nullptr, L"top", WS_EX_TOPMOST);
   NativeTestWindow minimized(kShown), empty(WS_POPUP | WS_VISIBLE), invisible(WS_OVERLAPPEDWINDOW);
   NativeTestWindow moved(kShown);
-  const HiddenByLibrary hidden(moved);
+  CWindowRegistry registry;
+  registry.AddHidden(moved);
   SetWindowPos(good, HWND_BOTTOM, -151, 90, 301, 205, SWP_NOACTIVATE);
   SetWindowPos(empty, HWND_TOP, 10, 10, 0, 0, SWP_NOACTIVATE);
   ShowWindow(minimized, SW_SHOWMINNOACTIVE);
-  EXPECT_EQ((TPoint{-1, 192}), GetPopupCenter(popup, nullptr));
+  EXPECT_EQ((TPoint{-1, 192}), GetPopupCenter(popup, nullptr, registry.GetShownHwndsZ()));
   const auto centerOf = [](HWND hWnd) {
     const TRect frame = FrameOf(hWnd);
     return TPoint{(frame.fLeft + frame.fRight) / 2, (frame.fTop + frame.fBottom) / 2};
   };
   good.Destroy();
-  EXPECT_EQ(centerOf(GetDesktopWindow()), GetPopupCenter(popup, nullptr));
+  EXPECT_EQ(centerOf(GetDesktopWindow()), GetPopupCenter(popup, nullptr, registry.GetShownHwndsZ()));
 }
 
 TEST_F(UtilsWin, PaintMessagesAreHandledAndOthersWait) {

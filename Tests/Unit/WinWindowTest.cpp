@@ -11,8 +11,8 @@
 #include "Component/Win/Application/MorvaneImplWin.h"
 #include "Component/Win/Input/WinMouseShape.h"
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/Blocking.h"
 #include "Component/Win/Window/WindowRegistry.h"
-#include "Component/Win/Window/WinWindowModality.h"
 #include "Component/Win/WindowKinds/WinDocumentWindow.h"
 #include "Interface/MorvaneDefaults.h"
 #include "Tests/Support/NativeTestWindow.h"
@@ -64,9 +64,11 @@ class CTestOwner : public IModalOwner {
   TError fError;
 };
 
-// Everything process-wide that windows leave traces in.
+const CWindowRegistry& Registry() { return *CMorvaneImpl::gMorvaneImpl->GetWindowRegistry(); }
+
+// Everything that windows leave traces in.
 auto Traces() {
-  return std::make_tuple(gWindowRegistry->GetWindows().size(), gWindowClasses.size(), sHidddenWindows.size(),
+  return std::make_tuple(Registry().GetWindows().size(), gWindowClasses.size(), Registry().CountHidden(),
                          GetTopLevelWindowsZ().size());
 }
 
@@ -186,22 +188,22 @@ TEST_F(WinWindowTest, ALostDialogFreesItsOwner) {
 TEST_F(WinWindowTest, ForeignDialogsOnTheStack) {
   NativeTestWindow foreign;
   InRun([&] {
-    CMorvaneImpl& morvane = *CMorvaneImpl::gMorvaneImpl;
+    CBlocking& blocking = *CMorvaneImpl::gMorvaneImpl->GetBlocking();
     TTestWindowPtr window = Make(kWindowKindDocument);
     window->Show();
-    EXPECT_FALSE(OnModalActivationAttempt(window->GetHwnd()));
+    EXPECT_FALSE(blocking.OnActivationAttempt(window->GetHwnd()));
     ShowWindow(foreign, SW_SHOW);
-    morvane.PushAppModalInstance(foreign);
-    morvane.PushAppModalInstance(foreign);
+    blocking.PushForeignDialog(foreign);
+    blocking.PushForeignDialog(foreign);
     EXPECT_EQ(TakeReports(), "false");
-    EXPECT_EQ(gAppModalDialogStack, std::vector<HWND>{foreign});
+    EXPECT_EQ(blocking.GetStack(), std::vector<HWND>{foreign});
     EXPECT_FALSE(IsWindowEnabled(window->GetHwnd()));
-    EXPECT_TRUE(OnModalActivationAttempt(window->GetHwnd()));
-    EXPECT_FALSE(OnModalActivationAttempt(foreign));
+    EXPECT_TRUE(blocking.OnActivationAttempt(window->GetHwnd()));
+    EXPECT_FALSE(blocking.OnActivationAttempt(foreign));
     EXPECT_EQ(GetActiveWindow(), static_cast<HWND>(foreign));
     ShowWindow(foreign, SW_HIDE);
-    morvane.PopAppModalInstance(foreign);
-    EXPECT_TRUE(gAppModalDialogStack.empty());
+    blocking.PopForeignDialog(foreign);
+    EXPECT_FALSE(blocking.IsAppBlocked());
     EXPECT_TRUE(IsWindowEnabled(window->GetHwnd()));
     EXPECT_EQ(GetActiveWindow(), window->GetHwnd());
   });
@@ -211,7 +213,7 @@ TEST_F(WinWindowTest, ForeignDialogsOnTheStack) {
 // is.
 TEST_F(WinWindowTest, TheOwnerOfAForeignDialogIsRestored) {
   InRun([&] {
-    CMorvaneImpl& morvane = *CMorvaneImpl::gMorvaneImpl;
+    CBlocking& blocking = *CMorvaneImpl::gMorvaneImpl->GetBlocking();
     TTestWindowPtr owner = Make(kWindowKindDocument), other = Make(kWindowKindDocument);
     owner->Show();
     other->Show();
@@ -220,11 +222,11 @@ TEST_F(WinWindowTest, TheOwnerOfAForeignDialogIsRestored) {
       NativeTestWindow dialog(WS_POPUP, owner->GetHwnd());
       ShowWindow(owner->GetHwnd(), command);
       ShowWindow(dialog, SW_SHOW);
-      morvane.PushAppModalInstance(dialog);
+      blocking.PushForeignDialog(dialog);
       EXPECT_FALSE(owner->IsIconic());
       EXPECT_EQ(owner->IsZoomed(), command == SW_MAXIMIZE);
       EXPECT_TRUE(other->IsIconic());
-      morvane.PopAppModalInstance(dialog);
+      blocking.PopForeignDialog(dialog);
     }
   });
 }

@@ -10,6 +10,7 @@
 #include "Component/Win/Application/MorvaneImplWinHiddenWindows.h"
 #include "Component/Win/Platform/NativeWindowWrapper.h"
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/Blocking.h"
 #include "Component/Win/Window/WindowRegistry.h"
 #include "Component/Win/Window/WinWindow.h"
 
@@ -34,6 +35,7 @@ void FlushAfterNativeMessage() {
 CMorvaneImpl::CMorvaneImpl()
     : fBehavior(nullptr),
       fWindows(boost::make_shared<CWindowRegistry>()),
+      fBlocking(boost::make_shared<CBlocking>(fWindows)),
       fDebugSettings{1, 1, 1, 1, 1, 0, 0},
       fIsInQuitMode(false),
       fIsQuitEventDue(false),
@@ -62,7 +64,6 @@ CMorvaneImpl::CMorvaneImpl()
   TakePendingError();  // of the root object before this one
   // Nothing fails from here on: whoever is known must be whole.
   gMorvaneImpl = this;
-  gWindowRegistry = fWindows.get();
   gAfterNativeMessage = FlushAfterNativeMessage;
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
 }
@@ -77,7 +78,7 @@ CMorvaneImpl::~CMorvaneImpl() {
   EndMessageWindow();
   gAfterNativeMessage = nullptr;
   gMorvaneImpl = nullptr;
-  gWindowRegistry = nullptr;
+  fBlocking->PopForeignDialogs();
 }
 
 // Other threads may post messages and wake the idle thread; what belongs to the main thread is not tested

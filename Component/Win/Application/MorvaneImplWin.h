@@ -38,7 +38,6 @@ namespace NSMorvane {
 class CHiderWindow;
 class CMessageWindow;
 class CWinWindow;
-class IWinAppModalInstance;
 
 // The object behind kMsgListenerCall1 to kMsgListenerCall3.
 class IMessageCallListener {
@@ -79,6 +78,7 @@ class CMorvaneImpl final : public CMorvaneGlue,
   const TDebugSettings& GetDebugSettings() const override { return fDebugSettings; }
   IMorvaneRunBehavior* GetBehavior() const override { return fBehavior; }
   const boost::shared_ptr<CWindowRegistry>& GetWindowRegistry() const override { return fWindows; }
+  const boost::shared_ptr<CBlocking>& GetBlocking() const override { return fBlocking; }
   HICON GetAppIcon() override;
   bool IsAutoPlayQuery(UINT message) override;
 
@@ -130,12 +130,6 @@ class CMorvaneImpl final : public CMorvaneGlue,
   void NotifyIdleDue() override;
   // For waits that another thread's messages must pass.
   void DrainIdleMessages() override;
-
-  // --- Windows (MorvaneImplWinWindows.cpp)
-
-  // A dialog of the system's, of whatever thread, blocks the application until it is popped. Once for each.
-  void PushAppModalInstance(HWND dialog);
-  void PopAppModalInstance(HWND dialog);
 
   // --- Keyboard (MorvaneImplWinKeyboard.cpp)
 
@@ -310,6 +304,7 @@ class CMorvaneImpl final : public CMorvaneGlue,
 
   IMorvaneRunBehavior* fBehavior;  // owned from IMorvane_Run on
   const boost::shared_ptr<CWindowRegistry> fWindows;
+  const boost::shared_ptr<CBlocking> fBlocking;
   TStartupStrings fStartupStrings;
   TDebugSettings fDebugSettings;
   boost::weak_ptr<CWinWindow> fMouseCaptureWindow;
@@ -324,7 +319,6 @@ class CMorvaneImpl final : public CMorvaneGlue,
   boost::weak_ptr<CWinWindow> fQuitWindow;  // the one last asked to close
   bool fIsInQuitMode;
   bool fIsQuitEventDue;  // something has changed that may leave the application without anything to show
-  std::vector<std::pair<HWND, boost::shared_ptr<IWinAppModalInstance>>> fAppModalInstances;
   HICON fAppIcon;
   std::vector<TString> fCommandLineOptions;  // with their "/"
   std::vector<TString> fCommandLineFiles;    // still to be handed to the client

@@ -6,6 +6,7 @@
 #include "Component/Win/Application/MorvaneImplWin.h"
 #include "Component/Win/Platform/PrivateMessages.h"
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/Blocking.h"
 
 namespace NSMorvane {
 
@@ -106,9 +107,9 @@ bool CMorvaneImpl::DispatchPrivateMessage(UINT message, WPARAM wParam, LPARAM lP
       if (!isOwn || lParam == 0) return false;
       if (message >= kMsgListenerCall1 && message <= kMsgListenerCall3) return CallListener(message, lParam);
       if (message == kMsgPushAppModal)
-        PushAppModalInstance(reinterpret_cast<HWND>(lParam));
+        fBlocking->PushForeignDialog(reinterpret_cast<HWND>(lParam));
       else if (message == kMsgPopAppModal)
-        PopAppModalInstance(reinterpret_cast<HWND>(lParam));
+        fBlocking->PopForeignDialog(reinterpret_cast<HWND>(lParam));
       else
         OnFileDialogMessage(message, lParam);
       return true;

@@ -15,9 +15,9 @@
 #include "Component/Win/Platform/PrivateMessages.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Platform/UtilsWinFiles.h"
+#include "Component/Win/Window/Blocking.h"
 #include "Component/Win/Window/WindowRegistry.h"
 #include "Component/Win/Window/WinWindow.h"
-#include "Component/Win/Window/WinWindowModality.h"
 #include "Component/Win/Window/WinWindowTooltips.h"
 
 namespace NSMorvane {
@@ -249,7 +249,7 @@ void CMorvaneImpl::HandleSecondInstance() {
   // Before a callback can turn the loop, which would find the command line waiting.
   ParseCommandLine(TakeSentCommandLine());
   if (fCommandLineFiles.empty()) fReopenRequested = true;
-  RefreshAppModality();
+  fBlocking->RestoreOrder();
 }
 
 // True if a window has used the message up.

@@ -8,7 +8,6 @@
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Window/WindowRegistry.h"
 #include "Component/Win/Window/WinWindow.h"
-#include "Component/Win/Window/WinWindowModality.h"
 #include "Component/Win/WindowKinds/WinDocumentWindow.h"
 #include "Component/Win/WindowKinds/WinFloatingWindow.h"
 #include "Component/Win/WindowKinds/WinModalDialog.h"
@@ -140,25 +139,6 @@ IFloatingWindow* CMorvaneImpl::CMorvaneGlue_CreateFloatingWindow(IFloatingWindow
   StartWindow(window, factory,
               &IFloatingWindowBehaviorFactory::IFloatingWindowBehaviorFactory_CreateBehavior);
   return window.get();
-}
-
-// --- Dialogs that are none of the library's windows
-
-void CMorvaneImpl::PushAppModalInstance(HWND dialog) {
-  for (const auto& instance : fAppModalInstances) {
-    if (instance.first != dialog) continue;
-    MORVANE_UNREACHED();
-    return;
-  }
-  fAppModalInstances.emplace_back(dialog, boost::make_shared<CAppModalInstance>(dialog));
-}
-
-void CMorvaneImpl::PopAppModalInstance(HWND dialog) {
-  const auto it = std::find_if(fAppModalInstances.begin(), fAppModalInstances.end(),
-                               [&](const auto& instance) { return instance.first == dialog; });
-  if (it == fAppModalInstances.end()) return;
-  const auto instance = std::move(*it);  // its end can call the client
-  fAppModalInstances.erase(it);
 }
 
 // --- Views

@@ -74,8 +74,8 @@ bool CanBePopupParent(HWND hWnd) {
   return rect.left < rect.right && rect.top < rect.bottom && GetWindowTextLengthW(hWnd) >= 1;
 }
 
-HWND FindPopupParent(HWND window) {
-  for (HWND hWnd : GetShownWindowsZ())
+HWND FindPopupParent(HWND window, const std::vector<HWND>& shownWindows) {
+  for (HWND hWnd : shownWindows)
     if (hWnd != window && CanBePopupParent(hWnd)) return hWnd;
   return nullptr;
 }
@@ -114,8 +114,6 @@ class CDefaultFont : CNotCopied {
 };
 
 }  // namespace
-
-std::vector<HWND> sHidddenWindows;
 
 // --- Text
 
@@ -184,11 +182,6 @@ bool IsWindowMaximized(HWND hWnd) {
   return GetPlacement(hWnd).showCmd == SW_SHOWMAXIMIZED;
 }
 
-bool IsWindowShown(HWND hWnd) {
-  MORVANE_ASSERT(::IsWindow(hWnd));
-  return IsWindowVisible(hWnd) && !Contains(sHidddenWindows, hWnd);
-}
-
 void WinSetFocus(HWND hWnd) {
   DebugPrint("WinSetFocus " + HandleText(hWnd));
   MORVANE_ASSERT(::IsWindow(hWnd));
@@ -236,20 +229,14 @@ std::vector<HWND> GetTopLevelWindowsZ() {
   return windows;
 }
 
-std::vector<HWND> GetShownWindowsZ() {
-  std::vector<HWND> windows = GetTopLevelWindowsZ();
-  std::erase_if(windows, [](HWND hWnd) { return !IsWindowShown(hWnd); });
-  return windows;
-}
-
 bool ThreadOwnsUnlistedWindow(DWORD threadId) {
   const std::vector<HWND> owned = ListThreadWindows(threadId);
   const std::vector<HWND> listed = ListAllTopLevelWindows();
   return std::any_of(owned.begin(), owned.end(), [&](HWND hWnd) { return !Contains(listed, hWnd); });
 }
 
-TPoint GetPopupCenter(HWND window, HWND parent) {
-  if (!parent) parent = FindPopupParent(window);
+TPoint GetPopupCenter(HWND window, HWND parent, const std::vector<HWND>& shownWindows) {
+  if (!parent) parent = FindPopupParent(window, shownWindows);
   RECT rect = {};
   if (!parent) {
     DebugPrint("GetPopupCenter, using desktop window");

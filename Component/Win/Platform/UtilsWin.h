@@ -53,17 +53,10 @@ void ThrowLastError(const char* file, std::int32_t line);
 
 // --- Windows
 
-// The windows that the library has hidden, natively or by moving them above the screen. Written by the window
-// module alone. Sic: assertions show the name.
-extern std::vector<HWND> sHidddenWindows;
-
 WINDOWPLACEMENT GetPlacement(HWND hWnd);
 void SetPlacement(HWND hWnd, const WINDOWPLACEMENT& wp);
 bool IsWindowMinimized(HWND hWnd);
 bool IsWindowMaximized(HWND hWnd);
-
-// Natively visible and not hidden by the library: what "shown" means everywhere.
-bool IsWindowShown(HWND hWnd);
 
 // Gives the keyboard to a window of this thread. A failure is only logged.
 void WinSetFocus(HWND hWnd);
@@ -82,17 +75,15 @@ void DisownWindows(HWND owner);
 
 // The top-level windows of this process, front window first, without child windows.
 std::vector<HWND> GetTopLevelWindowsZ();
-// The same, without those that are not IsWindowShown.
-std::vector<HWND> GetShownWindowsZ();
 
 // Whether a thread of any process owns a window that the list of all top-level windows does not know, which
 // is a message-only one. (Wine lists those with neither, so that the answer is always false there.)
 bool ThreadOwnsUnlistedWindow(DWORD threadId);
 
 // The point, in screen coordinates, on which a popup is to be centred: the middle of its parent. Without a
-// parent that of the frontmost shown window with a title and an area, other than the popup itself, minimized
+// parent that of the first of `shownWindows` with a title and an area, other than the popup itself, minimized
 // and topmost ones; without such a window that of the desktop. Both handles may be null.
-TPoint GetPopupCenter(HWND window, HWND parent);
+TPoint GetPopupCenter(HWND window, HWND parent, const std::vector<HWND>& shownWindows);
 
 // Handles the paint messages that are waiting for windows of this thread, one for each.
 void PumpPaintMessages();

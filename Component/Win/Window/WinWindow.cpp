@@ -10,10 +10,10 @@
 
 #include "Component/Portable/Views/ViewImpl.h"
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/Blocking.h"
 #include "Component/Win/Window/WindowHost.h"
 #include "Component/Win/Window/WindowRegistry.h"
 #include "Component/Win/Window/WinRootViewBehavior.h"
-#include "Component/Win/Window/WinWindowModality.h"
 
 namespace NSMorvane {
 
@@ -37,6 +37,7 @@ CWinWindow::CWinWindow(IWindowHost* host, TWindowKind windowKind, IModalOwner* o
                        DWORD exStyle, bool makeSizeGrip, bool listedInWindowMenu, bool hasCloseCommand)
     : fHost(host),
       fWindows(host->GetWindowRegistry()),
+      fBlocking(host->GetBlocking()),
       fRunBehavior(host->GetBehavior()),
       fRootView(nullptr),
       fWindowKind(windowKind),
@@ -193,7 +194,7 @@ TError CWinWindow::IModalOwner_GetNativeWindow(TNativeWindow& out) {
 
 // --- Showing and hiding
 
-bool CWinWindow::IsVisible() const { return IsWindowShown(fHwnd); }
+bool CWinWindow::IsVisible() const { return fWindows->IsShown(fHwnd); }
 
 bool CWinWindow::IsIconic() const { return ::IsIconic(fHwnd) != 0; }
 
@@ -204,7 +205,7 @@ void CWinWindow::Restore() { ShowWindow(fHwnd, SW_RESTORE); }
 void CWinWindow::FocusNow() {
   const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
   if (IsIconic()) Restore();
-  BringWindowToFront(fHwnd);
+  fBlocking->BringToFront(fHwnd);
 }
 
 void CWinWindow::Show() {
@@ -227,7 +228,7 @@ void CWinWindow::Show() {
                           : fWindowState.fMaximized ? SW_SHOWMAXIMIZED
                                                     : SW_SHOWNORMAL;
   fIsHidden = false;
-  RemoveFromHiddenWindows();
+  fWindows->RemoveHidden(fHwnd);
   DebugPrint("CWinWindow::Show " + HandleText(fHwnd) + " " + NumberText(showCommand));
   const BOOL previouslyVisible = ShowWindow(fHwnd, showCommand);
   MORVANE_ASSERT(!previouslyVisible);
@@ -235,9 +236,9 @@ void CWinWindow::Show() {
   if (!UpdateWindow(fHwnd)) MORVANE_THROW_LAST_ERROR();
   if (isReleased()) return;
   // A dialog that blocks the application may have taken it out of the way: it comes back with the others.
-  if (fWindowKind == kWindowKindFloating && !gAppModalDialogStack.empty() && !IsVisible()) return;
+  if (fWindowKind == kWindowKindFloating && fBlocking->IsAppBlocked() && !IsVisible()) return;
   if (!IsVisible()) {
-    if (IsWindowHidden(fHwnd))
+    if (fWindows->IsHidden(fHwnd))
       DebugPrint("CWinWindow is STILL in the hidden list, after being RemoveFromHiddenWindows()'d!");
     else
       DebugPrint("CWinWindow HWND refuses to get WS_VISIBLE!");
@@ -246,33 +247,21 @@ void CWinWindow::Show() {
   if (fAlwaysOnTop) SetWindowTopMost(fHwnd, true);
   if (isReleased()) return;
   MORVANE_ASSERT(IsVisible());
-  if (IsModal()) {
-    if (fOwnerHwnd)
-      EnableWindow(fOwnerHwnd, FALSE);
-    else
-      PushAppModal(fHwnd);
-  }
-  EnforceAppModality();
+  fBlocking->OnShown(*this);
   if (!isReleased()) SetActiveWindow(fHwnd);
 }
 
 void CWinWindow::Hide() {
   MORVANE_ASSERT(CheckInvariant());
   MORVANE_ASSERT(0!=fHwnd);
-  if (IsModal()) {
-    if (fOwnerHwnd)
-      EnableOwner(fOwnerHwnd);
-    else
-      PopAppModal(fHwnd);
-  }
-  EnforceAppModality();
+  fBlocking->OnHiding(*this);
   AddToHiddenWindows();
   fIsHidden = true;
 }
 
 void CWinWindow::AddToHiddenWindows() {
-  if (IsWindowHidden(fHwnd)) return;
-  sHidddenWindows.reserve(sHidddenWindows.size() + 1);
+  if (fWindows->IsHidden(fHwnd)) return;
+  fWindows->MakeRoomForHidden();
   if (fWindowKind == kWindowKindModalDialog || fOwnerHwnd) {
     // Above the screen, and natively visible.
     RECT parentRect = {};
@@ -288,13 +277,14 @@ void CWinWindow::AddToHiddenWindows() {
   } else {
     ShowWindow(fHwnd, SW_HIDE);
   }
-  if (!IsWindowHidden(fHwnd)) sHidddenWindows.push_back(fHwnd);
+  fWindows->AddHidden(fHwnd);
 }
 
-void CWinWindow::RemoveFromHiddenWindows() {
-  const auto it = std::find(sHidddenWindows.begin(), sHidddenWindows.end(), fHwnd);
-  if (it != sHidddenWindows.end()) sHidddenWindows.erase(it);
-  MORVANE_ASSERT(sHidddenWindows.end() == std::find(sHidddenWindows.begin(), sHidddenWindows.end(), fHwnd));
+void CWinWindow::SetAlwaysOnTop(bool flag) {
+  if (flag == fAlwaysOnTop) return;
+  SetWindowTopMost(fHwnd, flag);
+  fAlwaysOnTop = flag;
+  fHost->RequestMenuBars();
 }
 
 // --- The end
@@ -352,8 +342,7 @@ CWinWindow::~CWinWindow() {
   }
   MORVANE_ASSERT(fChildWindows.size()==0);
   DestroyTooltipWindow();
-  if (fHwnd) PopAppModalQuietly(fHwnd);
-  if (IsModal() && fOwnerHwnd) EnableOwner(fOwnerHwnd);
+  fBlocking->OnEnding(*this);
   DismantleNativeWindow();
   // Later use fails the invariant.
   PoisonField(fRunBehavior, nullptr);
@@ -377,7 +366,7 @@ void CWinWindow::DismantleNativeWindow() {
     fAcceleratorTable = nullptr;
   }
   if (fHwnd) {
-    RemoveFromHiddenWindows();
+    fWindows->RemoveHidden(fHwnd);
     UnregisterHwnd(fHwnd);
     // A dialog that is still open, or that ends when its message is through.
     DisownWindows(fHwnd);

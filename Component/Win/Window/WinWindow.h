@@ -14,7 +14,7 @@
 //   WinWindowKeyboard.cpp    keyboard dispatch
 //
 // Beside it stand WinWindowClass (native window classes), WinWindowPlacement (arithmetic on placements) and
-// WinWindowModality (dialogs that block the whole application). The kinds of windows that clients make are
+// Blocking (what dialogs block). The kinds of windows that clients make are
 // WinDocumentWindow, WinModelessDialog, WinModalDialog and WinFloatingWindow, with WinWindowKind for what
 // they have in common.
 //
@@ -49,6 +49,7 @@
 namespace NSMorvane {
 
 class CMenuBuilder;
+class CBlocking;
 class CWindowRegistry;
 class IWindowHost;
 class COffscreenContext;
@@ -166,8 +167,6 @@ class CWinWindow : public CWindowGlue,
   const CMenuBarState& GetMenuBarState() const { return fMenuBarState; }
   bool HasMenuBar() const { return fMenuHandle != nullptr; }
 
-  // --- Order (WinWindowModality.cpp)
-
   bool IsAlwaysOnTop() const { return fAlwaysOnTop; }
   // Dialogs that are opened later inherit it.
   void SetAlwaysOnTop(bool flag);
@@ -266,7 +265,6 @@ class CWinWindow : public CWindowGlue,
   void KillWindowTimer();
   void DismantleNativeWindow();
   void AddToHiddenWindows();
-  void RemoveFromHiddenWindows();
 
   // --- Sizes, placement, title
 
@@ -393,6 +391,7 @@ class CWinWindow : public CWindowGlue,
   boost::shared_ptr<CNativeWindowWrapper> fNativeWindowWrapper;  // empty until WM_NCCREATE
   IWindowHost* fHost;
   const boost::shared_ptr<CWindowRegistry> fWindows;
+  const boost::shared_ptr<CBlocking> fBlocking;
   boost::shared_ptr<CWinWindow> fClientsWindowReference;  // empty before wiring up and after ReleaseWindow
   IMorvaneRunBehavior* fRunBehavior;                      // never called: the run can end before the window
   std::vector<CMenuItem> fMenuItems;                      // the position plus 0xA000 is the native command

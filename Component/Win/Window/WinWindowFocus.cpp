@@ -7,9 +7,9 @@
 
 #include "Component/Portable/Views/ViewImpl.h"
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/Blocking.h"
 #include "Component/Win/Window/WindowHost.h"
 #include "Component/Win/Window/WinWindow.h"
-#include "Component/Win/Window/WinWindowModality.h"
 
 namespace NSMorvane {
 
@@ -71,10 +71,9 @@ void CWinWindow::SetFocusFromNative(CViewImpl* view) {
 
 void CWinWindow::OnActivated(bool& outHandled) {
   DebugPrint("CWinWindow::IWindowListener_OnActivated " + HandleText(fHwnd));
-  RaiseWithOwners(fHwnd);
+  fBlocking->RaiseWithOwners(fHwnd);
   // While a window that blocks the application is active, floating windows are out of the way.
-  fHost->ShowFloatingWindows(fWindowKind != kWindowKindAlertBox &&
-                             !(fWindowKind == kWindowKindModalDialog && !fOwnerHwnd));
+  fHost->ShowFloatingWindows(!CBlocking::BansFloatingWindows(*this));
   const bool wasActive = CWindowGlue_IsActive();
   const bool wasToldActive = fIsToldActive;
   // A view that fails does not keep the others from learning of it.

@@ -8,26 +8,13 @@
 #include "Component/Win/Drawing/WinDeviceContext.h"
 #include "Component/Win/Platform/PrivateMessages.h"
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/Blocking.h"
 #include "Component/Win/Window/WindowHost.h"
 #include "Component/Win/Window/WinWindow.h"
-#include "Component/Win/Window/WinWindowModality.h"
 
 namespace NSMorvane {
 
 namespace {
-
-// A message that tries to activate or to click a window that a dialog blocks.
-bool IsBlockedByModality(const TWinMessage& message) {
-  if (message.fMessage == WM_ACTIVATE && LOWORD(message.fWParam) == WA_ACTIVE) {
-    // One in the task bar can be active; its dialog comes back with it. A dialog of the application comes
-    // now.
-    const bool isMinimized = HIWORD(message.fWParam) != 0;
-    return !(isMinimized && gAppModalDialogStack.empty()) && OnModalActivationAttempt(message.fHwnd);
-  }
-  if (message.fMessage == WM_SETCURSOR && HIWORD(message.fLParam) == WM_LBUTTONDOWN)
-    return OnModalClickAttempt(message.fHwnd);
-  return false;
-}
 
 // The messages after which another view may be under the mouse. The right button going down is none of them.
 bool CanMoveViewsUnderMouse(UINT message) {
@@ -389,7 +376,7 @@ LRESULT CWinWindow::WindowProc(CNativeWindowWrapper& nativeWindow, HWND hwnd, UI
   boost::shared_ptr<CWinWindow> self = fClientsWindowReference;
   try {
     TWinMessage winMessage = {false, hwnd, message, wParam, lParam};
-    if (IsBlockedByModality(winMessage)) return 0;
+    if (fBlocking->SwallowsMessage(winMessage)) return 0;
     PreDispatch(winMessage);
     CallMsgEventListeners(winMessage, result);
     // A window that has been released, and lives on for the message that it is in the middle of, may be in a

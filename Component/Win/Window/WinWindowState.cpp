@@ -20,7 +20,7 @@ TSize CWinWindow::GetClientSize() const {
 TFrameInsets CWinWindow::GetFrameInsets() const {
   RECT client = {};
   GetClientRect(fHwnd, &client);
-  if (!IsEmptyRect(FromNative(client)) && IsWindowShown(fHwnd)) {
+  if (!IsEmptyRect(FromNative(client)) && IsVisible()) {
     RECT frame = {};
     GetWindowRect(fHwnd, &frame);
     POINT topLeft = {client.left, client.top};
@@ -60,7 +60,7 @@ TRect CWinWindow::GetNormalRect(bool minimized, bool maximized) const {
 }
 
 TRect CWinWindow::GetNormalRect(const WINDOWPLACEMENT& wp, bool minimized, bool maximized) const {
-  if (IsWindowShown(fHwnd)) {
+  if (IsVisible()) {
     // An iconic window reports SW_SHOWMINIMIZED and never this; it is known by its empty client area.
     minimized = wp.showCmd == SW_MINIMIZE;
     maximized = wp.showCmd == SW_SHOWMAXIMIZED;
@@ -252,7 +252,7 @@ void CWinWindow::SetWindowState(const TWindowStateRecord& state) {
 // --- Title
 
 void CWinWindow::SetNativeTitle(const TString& text) {
-  if (IsWindowShown(fHwnd)) PumpPaintMessages();
+  if (IsVisible()) PumpPaintMessages();
   if (!SetWindowTextW(fHwnd, WinText(text))) MORVANE_THROW_LAST_ERROR();
 }
 

@@ -12,9 +12,9 @@
 #include "Component/Portable/Opening/DroppedFiles.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Platform/UtilsWinFiles.h"
+#include "Component/Win/Window/Blocking.h"
 #include "Component/Win/Window/WindowHost.h"
 #include "Component/Win/Window/WinWindow.h"
-#include "Component/Win/Window/WinWindowModality.h"
 
 namespace NSMorvane {
 
@@ -90,11 +90,9 @@ void CWinWindow::OnCloseRequest() {
 
 LRESULT CWinWindow::OnSysCommand(TWinMessage message) {
   switch (message.fWParam & ~WPARAM{0xF}) {
-    case SC_MINIMIZE: {
-      // A window that blocks the application stays where it is.
-      if (IsModal() && (!fOwnerHwnd || GetParent(fHwnd) == fHost->GetHiderWindow())) return 0;
+    case SC_MINIMIZE:
+      if (!CBlocking::MayMinimize(*this, fHost->GetHiderWindow())) return 0;
       break;
-    }
     case SC_MAXIMIZE:
       if (OnMaximizeCommand()) return 0;
       break;
@@ -102,7 +100,7 @@ LRESULT CWinWindow::OnSysCommand(TWinMessage message) {
       // As from the task bar, which knows nothing of dialogs: the system does not restore a window that one
       // has disabled.
       const LRESULT result = ForwardMessage(message);
-      if (fClientsWindowReference) OnModalActivationAttempt(fHwnd);
+      if (fClientsWindowReference) fBlocking->OnActivationAttempt(fHwnd);
       return result;
     }
     default:

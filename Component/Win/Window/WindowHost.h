@@ -10,6 +10,7 @@
 
 namespace NSMorvane {
 
+class CBlocking;
 class CWindowRegistry;
 struct TStartupStrings;
 
@@ -22,8 +23,10 @@ class IWindowHost {
   virtual const TDebugSettings& GetDebugSettings() const = 0;
   virtual const TStartupStrings& GetStartupStrings() const = 0;
 
-  // The lists of windows. A window that is in the middle of a message can outlive the host, so it keeps them.
+  // What all windows share. A window that is in the middle of a message can outlive the host, so it keeps
+  // them.
   virtual const boost::shared_ptr<CWindowRegistry>& GetWindowRegistry() const = 0;
+  virtual const boost::shared_ptr<CBlocking>& GetBlocking() const = 0;
   // The application's icon, or null if it has none.
   virtual HICON GetAppIcon() = 0;
   // The owner of windows that have none; null outside IMorvane_Run.

@@ -8,8 +8,6 @@
 
 namespace NSMorvane {
 
-CWindowRegistry* gWindowRegistry = nullptr;
-
 void CWindowRegistry::MakeRoomForOne() { fWindows.reserve(fWindows.size() + 1); }
 
 void CWindowRegistry::Add(const boost::shared_ptr<CWinWindow>& window) { fWindows.push_back(window); }
@@ -53,9 +51,41 @@ CWinWindow* CWindowRegistry::Find(HWND hwnd) const {
   return nullptr;
 }
 
+// --- What is shown
+
+bool CWindowRegistry::IsHidden(HWND hwnd) const {
+  return std::find(fHidden.begin(), fHidden.end(), hwnd) != fHidden.end();
+}
+
+void CWindowRegistry::AddHidden(HWND hwnd) {
+  if (!IsHidden(hwnd)) fHidden.push_back(hwnd);
+}
+
+void CWindowRegistry::RemoveHidden(HWND hwnd) {
+  const auto it = std::find(fHidden.begin(), fHidden.end(), hwnd);
+  if (it != fHidden.end()) fHidden.erase(it);
+  // Sic: the text is output.
+  MORVANE_ASSERT_TEXT(
+      "sHidddenWindows.end() == std::find(sHidddenWindows.begin(), sHidddenWindows.end(), fHwnd)",
+      !IsHidden(hwnd));
+}
+
+void CWindowRegistry::MakeRoomForHidden() { fHidden.reserve(fHidden.size() + 1); }
+
+bool CWindowRegistry::IsShown(HWND hWnd) const {
+  MORVANE_ASSERT(::IsWindow(hWnd));
+  return IsWindowVisible(hWnd) && !IsHidden(hWnd);
+}
+
+std::vector<HWND> CWindowRegistry::GetShownHwndsZ() const {
+  std::vector<HWND> windows = GetTopLevelWindowsZ();
+  std::erase_if(windows, [this](HWND hwnd) { return !IsShown(hwnd); });
+  return windows;
+}
+
 CWindowRegistry::TWindows CWindowRegistry::GetVisibleWindowsZ() const {
   TWindows windows;
-  for (const HWND hwnd : GetShownWindowsZ()) {
+  for (const HWND hwnd : GetShownHwndsZ()) {
     if (const CWinWindow* const window = Find(hwnd)) windows.push_back(window->GetClientsWindowReference());
   }
   return windows;

@@ -1,4 +1,4 @@
-// The windows of the library: which there are, and how they lie on the screen.
+// The windows of the library: which there are, which the library has hidden, and how they lie on the screen.
 #pragma once
 
 #include <windows.h>
@@ -34,9 +34,25 @@ class CWindowRegistry : CNotCopied {
   // Null for a handle that is none of theirs.
   CWinWindow* Find(HWND hwnd) const;
 
-  // Front window first, without those that the library has hidden.
+  // --- What is shown
+
+  // The library hides a window natively or by moving it above the screen; such a one counts as not shown.
+  bool IsHidden(HWND hwnd) const;
+  // Does nothing for one that is hidden already.
+  void AddHidden(HWND hwnd);
+  void RemoveHidden(HWND hwnd);
+  // After this, the next AddHidden cannot fail.
+  void MakeRoomForHidden();
+  std::size_t CountHidden() const { return fHidden.size(); }
+  // Natively visible and not hidden by the library. For any window of the process.
+  bool IsShown(HWND hwnd) const;
+  // The shown top-level windows of the process, front window first, without child windows.
+  std::vector<HWND> GetShownHwndsZ() const;
+  // Those of the library, front window first.
   TWindows GetVisibleWindowsZ() const;
   TWindows GetVisibleDocumentWindows() const;
+
+  // --- The end
 
   // Releases all windows at once, oldest first, without asking anybody. Throws nothing.
   void ReleaseAll();
@@ -47,9 +63,8 @@ class CWindowRegistry : CNotCopied {
 
  private:
   std::vector<boost::weak_ptr<CWinWindow>> fWindows;
+  std::vector<HWND> fHidden;
   int fDocumentWindows = 0;
 };
-
-extern CWindowRegistry* gWindowRegistry;
 
 }  // namespace NSMorvane

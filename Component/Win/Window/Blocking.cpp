@@ -1,48 +1,21 @@
-#include "Component/Win/Window/WinWindowModality.h"
+#include "Component/Win/Window/Blocking.h"
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Base/PendingErrors.h"
 #include "Component/Win/Platform/UtilsWin.h"
-#include "Component/Win/Platform/UtilsWinHandles.h"
-#include "Component/Win/Window/WindowHost.h"
 #include "Component/Win/Window/WindowRegistry.h"
 #include "Component/Win/Window/WinWindow.h"
 
 namespace NSMorvane {
 
-std::vector<HWND> gAppModalDialogStack;
-
 namespace {
 
 bool Contains(const std::vector<HWND>& windows, HWND hWnd) {
   return std::find(windows.begin(), windows.end(), hWnd) != windows.end();
-}
-
-// A dialog that is shown and blocks this window alone; of several the one that was active last, or else the
-// newest. Null if there is none.
-HWND FindDialogOver(HWND owner) {
-  const HWND lastActive = GetLastActivePopup(owner);
-  HWND dialog = nullptr;
-  if (!gWindowRegistry) return nullptr;
-  for (const boost::shared_ptr<CWinWindow>& window : gWindowRegistry->GetWindows()) {
-    if (!window->IsModal() || window->GetOwnerHwnd() != owner || !window->HasBeenShown()) continue;
-    dialog = window->GetHwnd();
-    if (dialog == lastActive) break;
-  }
-  return dialog;
-}
-
-// The window, the dialog that blocks it, the one that blocks that, and so on.
-std::vector<HWND> DialogChain(HWND hWnd) {
-  std::vector<HWND> chain = {hWnd};
-  while (const HWND dialog = FindDialogOver(chain.back())) {
-    if (Contains(chain, dialog)) break;
-    chain.push_back(dialog);
-  }
-  return chain;
 }
 
 // Whether this window is `bottom`, or lies over it because that owns it.
@@ -51,41 +24,127 @@ bool IsOver(HWND hWnd, HWND bottom) {
   return hWnd != nullptr;
 }
 
-// Whether a dialog blocks the whole application, and with it this window.
-bool IsBlockedByApp(HWND hWnd) {
-  return !gAppModalDialogStack.empty() && !IsOver(hWnd, gAppModalDialogStack.front());
+}  // namespace
+
+CBlocking::CBlocking(boost::shared_ptr<const CWindowRegistry> windows) : fWindows(std::move(windows)) {}
+
+// --- Windows that come and go
+
+void CBlocking::OnShown(const CWinWindow& window) {
+  if (window.IsModal()) {
+    if (window.GetOwnerHwnd())
+      EnableWindow(window.GetOwnerHwnd(), FALSE);
+    else
+      Push(window.GetHwnd());
+  }
+  DisableUnderFront();
 }
 
+void CBlocking::OnHiding(const CWinWindow& window) {
+  if (window.IsModal()) {
+    if (window.GetOwnerHwnd())
+      EnableOwner(window.GetOwnerHwnd());
+    else
+      Pop(window.GetHwnd());
+  }
+  DisableUnderFront();
+}
+
+void CBlocking::OnEnding(const CWinWindow& window) {
+  if (window.GetHwnd()) PopQuietly(window.GetHwnd());
+  if (window.IsModal() && window.GetOwnerHwnd()) EnableOwner(window.GetOwnerHwnd());
+}
+
+void CBlocking::PushForeignDialog(HWND dialog) {
+  if (Contains(fForeignDialogs, dialog)) {
+    MORVANE_UNREACHED();
+    return;
+  }
+  try {
+    Push(dialog);
+    fForeignDialogs.push_back(dialog);
+  } catch (...) {
+    PopQuietly(dialog);
+    throw;
+  }
+}
+
+void CBlocking::PopForeignDialog(HWND dialog) {
+  if (std::erase(fForeignDialogs, dialog) != 0) PopQuietly(dialog);
+}
+
+void CBlocking::PopForeignDialogs() {
+  while (!fForeignDialogs.empty()) PopForeignDialog(fForeignDialogs.front());
+}
+
+// --- What is blocked
+
+bool CBlocking::BansFloatingWindows(const CWinWindow& window) {
+  const TWindowKind kind = window.GetWindowKind();
+  return kind == kWindowKindAlertBox || (kind == kWindowKindModalDialog && !window.GetOwnerHwnd());
+}
+
+bool CBlocking::MayMinimize(const CWinWindow& window, HWND hiderWindow) {
+  if (!window.IsModal()) return true;
+  return window.GetOwnerHwnd() && GetParent(window.GetHwnd()) != hiderWindow;
+}
+
+// A dialog that is shown and blocks this window alone; of several the one that was active last, or else the
+// newest. Null if there is none.
+HWND CBlocking::FindDialogOver(HWND owner) const {
+  const HWND lastActive = GetLastActivePopup(owner);
+  HWND dialog = nullptr;
+  for (const boost::shared_ptr<CWinWindow>& window : fWindows->GetWindows()) {
+    if (!window->IsModal() || window->GetOwnerHwnd() != owner || !window->HasBeenShown()) continue;
+    dialog = window->GetHwnd();
+    if (dialog == lastActive) break;
+  }
+  return dialog;
+}
+
+// The window, the dialog that blocks it, the one that blocks that, and so on.
+std::vector<HWND> CBlocking::DialogChain(HWND hWnd) const {
+  std::vector<HWND> chain = {hWnd};
+  while (const HWND dialog = FindDialogOver(chain.back())) {
+    if (Contains(chain, dialog)) break;
+    chain.push_back(dialog);
+  }
+  return chain;
+}
+
+// Whether a dialog blocks the whole application, and with it this window.
+bool CBlocking::IsBlockedByApp(HWND hWnd) const { return !fStack.empty() && !IsOver(hWnd, fStack.front()); }
+
 // The window that can be used in the place of this one. It is the window itself, unless a dialog blocks it.
-HWND FindUsable(HWND hWnd) {
-  return DialogChain(IsBlockedByApp(hWnd) ? gAppModalDialogStack.front() : hWnd).back();
+HWND CBlocking::FindUsable(HWND hWnd) const {
+  return DialogChain(IsBlockedByApp(hWnd) ? fStack.front() : hWnd).back();
 }
 
 // Front to back: the stack, the newest dialog first, each under what lies over it, with the window that can
 // be used at the top; then the other windows. What is not said here has the order it has.
-std::vector<HWND> MergeModalOrder(const std::vector<HWND>& windows, const std::vector<HWND>& modalStack) {
+std::vector<HWND> CBlocking::MergeOrder(const std::vector<HWND>& windows) const {
   std::vector<HWND> result;
   const auto add = [&](HWND hWnd) {
     if (!Contains(result, hWnd)) result.push_back(hWnd);
   };
-  for (const HWND modal : modalStack) {
+  for (const HWND modal : fStack) {
     if (const HWND usable = DialogChain(modal).back(); Contains(windows, usable)) add(usable);
     for (const HWND hWnd : windows)
       if (hWnd != modal && IsOver(hWnd, modal)) add(hWnd);
     add(modal);
   }
   for (const HWND hWnd : windows) add(hWnd);
-  std::erase_if(result, [](HWND hWnd) { return !IsWindow(hWnd) || IsWindowHidden(hWnd); });
+  std::erase_if(result, [this](HWND hWnd) { return !IsWindow(hWnd) || fWindows->IsHidden(hWnd); });
   return result;
 }
 
 // How many of these windows, from the front, have to be raised so that all lie in this order. All, if the
 // windows of another application can lie between them.
-std::size_t CountToRaise(const std::vector<HWND>& order) {
+std::size_t CBlocking::CountToRaise(const std::vector<HWND>& order) const {
   DWORD process = 0;
   GetWindowThreadProcessId(GetForegroundWindow(), &process);
   if (process != GetCurrentProcessId()) return order.size();
-  const std::vector<HWND> present = GetShownWindowsZ();
+  const std::vector<HWND> present = fWindows->GetShownHwndsZ();
   std::size_t count = order.size();
   for (auto last = present.end(); count > 0; --count) {
     last = std::find(present.begin(), last, order[count - 1]);
@@ -96,12 +155,12 @@ std::size_t CountToRaise(const std::vector<HWND>& order) {
 
 // The windows to bring back from the task bar. Those that are minimized come back only if all are: the
 // application must not stay invisible as a whole.
-std::vector<HWND> FindWindowsToRestore(const std::vector<HWND>& nativeWindows) {
+std::vector<HWND> CBlocking::FindWindowsToRestore(const std::vector<HWND>& nativeWindows) const {
   std::vector<HWND> restoreList;
   MORVANE_ASSERT(nativeWindows.size() > 0);
   auto it = nativeWindows.begin();
   MORVANE_ASSERT(it!=nativeWindows.end());
-  if (!gAppModalDialogStack.empty()) {
+  if (!fStack.empty()) {
     const HWND parent = GetParent(*it++);
     // A maximized one would be made smaller.
     if (parent && Contains(nativeWindows, parent) && IsWindowMinimized(parent)) restoreList.push_back(parent);
@@ -111,7 +170,7 @@ std::vector<HWND> FindWindowsToRestore(const std::vector<HWND>& nativeWindows) {
   for (; it != nativeWindows.end(); ++it) {
     const HWND hWnd = *it;
     if (!IsWindow(hWnd)) continue;  // one of another thread
-    MORVANE_ASSERT(IsWindowShown(hWnd));
+    MORVANE_ASSERT_TEXT("IsWindowShown(hWnd)", fWindows->IsShown(hWnd));
     if (IsWindowMinimized(hWnd))
       restoreList.push_back(hWnd);
     else
@@ -122,22 +181,22 @@ std::vector<HWND> FindWindowsToRestore(const std::vector<HWND>& nativeWindows) {
 
 // Enables this window or, if a dialog blocks it, that one. Not while a dialog blocks the whole application:
 // its end will.
-void EnableUnlessBlocked(HWND hWnd) {
+void CBlocking::EnableUsableInPlaceOf(HWND hWnd) {
   hWnd = DialogChain(hWnd).back();
   if (!IsBlockedByApp(hWnd) || !IsRegisteredHwnd(hWnd)) EnableWindow(hWnd, TRUE);
 }
 
 // The window of a group that could be used: the newest dialog of the one given. Not a dialog that is going,
 // nor one that has been hidden, which the system counts until it has gone.
-HWND UsableWindow(HWND window, HWND goingDialog) {
+HWND CBlocking::FindUsableOfGroup(HWND window, HWND goingDialog) const {
   const HWND popup = GetLastActivePopup(window);
-  return popup == goingDialog || IsWindowHidden(popup) ? window : popup;
+  return popup == goingDialog || fWindows->IsHidden(popup) ? window : popup;
 }
 
-void OrderWindows(const std::vector<HWND>& nativeWindows, bool activateFrontModal) {
+void CBlocking::ApplyOrder(const std::vector<HWND>& nativeWindows, bool activateFrontModal) {
   // It moves the windows when it goes, which is after the activations below.
   CDeferredWindowMover mover(static_cast<int>(nativeWindows.size()));
-  std::string logLine = "CWinWindow::BringAppToFrontAndRestoreZOrder";
+  std::string logLine = "CWinWindow::BringAppToFrontAndRestoreZOrder";  // sic
   std::vector<HWND> restoreList;
   if (activateFrontModal) {
     logLine += " activateFrontModal";
@@ -149,7 +208,7 @@ void OrderWindows(const std::vector<HWND>& nativeWindows, bool activateFrontModa
   for (std::size_t i = nativeWindows.size(); i-- > 0;) {
     const HWND hWnd = nativeWindows[i];
     if (!IsWindow(hWnd)) continue;  // a client has ended it, in a restore or before
-    MORVANE_ASSERT(!IsWindowHidden(hWnd));
+    MORVANE_ASSERT_TEXT("!IsWindowHidden(hWnd)", !fWindows->IsHidden(hWnd));
     if (Contains(restoreList, hWnd)) {
       ShowWindow(hWnd, SW_RESTORE);
       logLine += " restore:";
@@ -159,93 +218,85 @@ void OrderWindows(const std::vector<HWND>& nativeWindows, bool activateFrontModa
     logLine.append(" ").append(HandleText(hWnd));
   }
   if (activateFrontModal) {
-    const auto front = std::find_if(nativeWindows.begin(), nativeWindows.end(), [](HWND hWnd) {
-      return IsWindow(hWnd) && !IsWindowHidden(hWnd) && !IsWindowMinimized(hWnd);
+    const auto front = std::find_if(nativeWindows.begin(), nativeWindows.end(), [this](HWND hWnd) {
+      return IsWindow(hWnd) && !fWindows->IsHidden(hWnd) && !IsWindowMinimized(hWnd);
     });
     if (front != nativeWindows.end()) {
-      EnableUnlessBlocked(*front);
+      EnableUsableInPlaceOf(*front);
       SetForegroundWindow(DialogChain(*front).back());
       logLine += " activate: " + HandleText(*front);
     }
   }
   DebugPrint(logLine);
-  if (activateFrontModal && !gAppModalDialogStack.empty())
-    SetActiveWindow(FindUsable(gAppModalDialogStack.front()));
+  if (activateFrontModal && !fStack.empty()) SetActiveWindow(FindUsable(fStack.front()));
 }
 
-void BringAppToFrontAndRestoreZOrder(const std::vector<HWND>& nativeWindows, bool activateFrontModal) {
+void CBlocking::BringAppToFront(const std::vector<HWND>& nativeWindows, bool activateFrontModal) {
   if (nativeWindows.empty()) return;
-  const std::vector<HWND> stackBefore = gAppModalDialogStack;
-  OrderWindows(nativeWindows, activateFrontModal);
+  const std::vector<HWND> stackBefore = fStack;
+  ApplyOrder(nativeWindows, activateFrontModal);
   // A dialog that a callback has opened meanwhile was in no list yet, and must not stay under the others.
-  if (gAppModalDialogStack.empty() || Contains(stackBefore, gAppModalDialogStack.front())) return;
-  EnforceAppModality();
-  RefreshAppModality();
+  if (fStack.empty() || Contains(stackBefore, fStack.front())) return;
+  DisableUnderFront();
+  RestoreOrder();
 }
-
-}  // namespace
-
-bool IsWindowHidden(HWND hWnd) { return Contains(sHidddenWindows, hWnd); }
 
 // --- The stack
 
-void EnableOwner(HWND owner) {
-  if (!FindDialogOver(owner)) EnableUnlessBlocked(owner);
+// Not while another dialog blocks it, or the whole application: the end of that one will. An owner that is
+// not a window of the library's does not wait for the latter.
+void CBlocking::EnableOwner(HWND owner) {
+  if (!FindDialogOver(owner)) EnableUsableInPlaceOf(owner);
 }
 
-void PushAppModal(HWND hWnd) {
-  MORVANE_ASSERT(gAppModalDialogStack.end()==std::find(gAppModalDialogStack.begin(),gAppModalDialogStack.end(),hWnd));
-  gAppModalDialogStack.insert(gAppModalDialogStack.begin(), hWnd);
-  EnforceAppModality();
-  RefreshAppModality();
+// Disables the other windows, brings the dialog to the front and activates it.
+void CBlocking::Push(HWND hWnd) {
+  // Sic: the text is output.
+  MORVANE_ASSERT_TEXT(
+      "gAppModalDialogStack.end()==std::find(gAppModalDialogStack.begin(),gAppModalDialogStack.end(),hWnd)",
+      !Contains(fStack, hWnd));
+  fStack.insert(fStack.begin(), hWnd);
+  DisableUnderFront();
+  RestoreOrder();
 }
 
-void PopAppModal(HWND hWnd) {
-  const auto entry = std::find(gAppModalDialogStack.begin(), gAppModalDialogStack.end(), hWnd);
-  if (entry == gAppModalDialogStack.end()) return;
-  gAppModalDialogStack.erase(entry);
-  std::vector<HWND> windows = GetShownWindowsZ();
+// The other windows can be used again, or those that the next dialog leaves. Nothing for a window that is not
+// on the stack.
+void CBlocking::Pop(HWND hWnd) {
+  const auto entry = std::find(fStack.begin(), fStack.end(), hWnd);
+  if (entry == fStack.end()) return;
+  fStack.erase(entry);
+  std::vector<HWND> windows = fWindows->GetShownHwndsZ();
   std::erase(windows, hWnd);
-  if (gAppModalDialogStack.empty()) {
+  if (fStack.empty()) {
     for (const HWND w : windows) {
-      if (!gAppModalDialogStack.empty()) break;  // a callback has opened the next one
+      if (!fStack.empty()) break;  // a callback has opened the next one
       // The dialog that is going stays as it is; what it covered can be used again.
-      const HWND usable = UsableWindow(w, hWnd);
-      if (IsRegisteredHwnd(usable)) EnableUnlessBlocked(usable);
+      const HWND usable = FindUsableOfGroup(w, hWnd);
+      if (IsRegisteredHwnd(usable)) EnableUsableInPlaceOf(usable);
     }
   } else {
-    EnforceAppModality();
+    DisableUnderFront();
   }
-  BringAppToFrontAndRestoreZOrder(MergeModalOrder(windows, gAppModalDialogStack), true);
+  BringAppToFront(MergeOrder(windows), true);
 }
 
-void PopAppModalQuietly(HWND hWnd) noexcept {
-  const TError error = ErrorOf([hWnd] { PopAppModal(hWnd); });
+void CBlocking::PopQuietly(HWND hWnd) noexcept {
+  const TError error = ErrorOf([&] { Pop(hWnd); });
   if (error != kOK) KeepPendingError(error);
 }
 
-CAppModalInstance::CAppModalInstance(HWND hWnd) : fHwnd(hWnd) {
-  try {
-    PushAppModal(fHwnd);
-  } catch (...) {
-    PopAppModalQuietly(fHwnd);
-    throw;
-  }
-}
-
 // Windows that are not the library's are left alone.
-void EnforceAppModality() {
-  if (gAppModalDialogStack.empty()) return;
-  const HWND top = FindUsable(gAppModalDialogStack.front());
-  std::vector<HWND> windows = GetShownWindowsZ();
+void CBlocking::DisableUnderFront() {
+  if (fStack.empty()) return;
+  const HWND top = FindUsable(fStack.front());
+  std::vector<HWND> windows = fWindows->GetShownHwndsZ();
   std::erase(windows, top);
-  const auto isTop = [top] {
-    return !gAppModalDialogStack.empty() && FindUsable(gAppModalDialogStack.front()) == top;
-  };
+  const auto isTop = [this, top] { return !fStack.empty() && FindUsable(fStack.front()) == top; };
   for (const HWND w : windows) {
-    if (!isTop()) return;  // a callback has ended the dialog or opened another, and that has been seen to
+    if (!isTop()) return;  // a callback has ended the dialog or opened another; that call has done the rest
     // An owner of the top dialog cannot be used, and of any other group the window that could be.
-    const HWND blocked = UsableWindow(w, top);
+    const HWND blocked = FindUsableOfGroup(w, top);
     if (!IsRegisteredHwnd(blocked)) continue;
     // Several dialogs can lie over the front of the stack, side by side. Another dialog, which has gone, may
     // have blocked them.
@@ -255,30 +306,29 @@ void EnforceAppModality() {
     }
     EnableWindow(blocked, FALSE);
     if (isTop()) continue;
-    // That has been seen to, but for this window: it was told before it was disabled.
-    if (FindUsable(blocked) == blocked) EnableUnlessBlocked(blocked);
+    // The same from within EnableWindow. Only this window is left over: it heard of it before it was
+    // disabled.
+    if (FindUsable(blocked) == blocked) EnableUsableInPlaceOf(blocked);
     return;
   }
   if (isTop()) EnableWindow(top, TRUE);
 }
 
-void RefreshAppModality() {
-  BringAppToFrontAndRestoreZOrder(MergeModalOrder(GetShownWindowsZ(), gAppModalDialogStack), true);
-}
+void CBlocking::RestoreOrder() { BringAppToFront(MergeOrder(fWindows->GetShownHwndsZ()), true); }
 
 // --- To the front
 
-void RaiseWithOwners(HWND hWnd) {
+void CBlocking::RaiseWithOwners(HWND hWnd) const {
   std::vector<HWND> group;
-  for (; hWnd && IsRegisteredHwnd(hWnd) && IsWindowShown(hWnd); hWnd = GetWindow(hWnd, GW_OWNER))
+  for (; hWnd && IsRegisteredHwnd(hWnd) && fWindows->IsShown(hWnd); hWnd = GetWindow(hWnd, GW_OWNER))
     group.push_back(hWnd);
   for (auto it = group.rbegin(); it != group.rend(); ++it)
     SetWindowPos(*it, HWND_TOP, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
 }
 
-void BringWindowToFront(HWND hWnd) {
+void CBlocking::BringToFront(HWND hWnd) {
   if (IsBlockedByApp(hWnd)) {
-    RefreshAppModality();
+    RestoreOrder();
     return;
   }
   // From the bottom to the top. Clients can end the windows meanwhile.
@@ -289,24 +339,36 @@ void BringWindowToFront(HWND hWnd) {
     if (IsRegisteredHwnd(w) && IsIconic(w)) ShowWindow(w, SW_RESTORE);
   const HWND usable = FindUsable(hWnd);
   // Floating windows that went with the application come back when one of them is activated.
-  if (!IsWindow(usable) || IsWindowHidden(usable)) return;
+  if (!IsWindow(usable) || fWindows->IsHidden(usable)) return;
   RaiseWithOwners(usable);
   SetActiveWindow(usable);
 }
 
-// --- Attempts
+// --- Attempts to use what is blocked
 
-bool OnModalActivationAttempt(HWND hWnd) {
+bool CBlocking::SwallowsMessage(const TWinMessage& message) {
+  if (message.fMessage == WM_ACTIVATE && LOWORD(message.fWParam) == WA_ACTIVE) {
+    // One in the task bar can be active; its dialog comes back with it. A dialog of the application comes
+    // now.
+    const bool isMinimized = HIWORD(message.fWParam) != 0;
+    return !(isMinimized && !IsAppBlocked()) && OnActivationAttempt(message.fHwnd);
+  }
+  if (message.fMessage == WM_SETCURSOR && HIWORD(message.fLParam) == WM_LBUTTONDOWN)
+    return OnClickAttempt(message.fHwnd);
+  return false;
+}
+
+bool CBlocking::OnActivationAttempt(HWND hWnd) {
   const bool isBlocked = FindUsable(hWnd) != hWnd;
-  if (!gAppModalDialogStack.empty())
-    BringAppToFrontAndRestoreZOrder(MergeModalOrder(GetShownWindowsZ(), gAppModalDialogStack), isBlocked);
+  if (!fStack.empty())
+    BringAppToFront(MergeOrder(fWindows->GetShownHwndsZ()), isBlocked);
   else if (isBlocked)
-    BringWindowToFront(hWnd);
+    BringToFront(hWnd);
   return isBlocked;
 }
 
-bool OnModalClickAttempt(HWND hWnd) {
-  if (!OnModalActivationAttempt(hWnd)) return false;
+bool CBlocking::OnClickAttempt(HWND hWnd) {
+  if (!OnActivationAttempt(hWnd)) return false;
   // Bringing the windows to the front can have ended dialogs.
   const HWND usable = FindUsable(hWnd);
   if (usable == hWnd) return true;
@@ -319,15 +381,6 @@ bool OnModalClickAttempt(HWND hWnd) {
   flash.dwTimeout = 50;
   FlashWindowEx(&flash);
   return true;
-}
-
-// --- Always on top
-
-void CWinWindow::SetAlwaysOnTop(bool flag) {
-  if (flag == fAlwaysOnTop) return;
-  SetWindowTopMost(fHwnd, flag);
-  fAlwaysOnTop = flag;
-  fHost->RequestMenuBars();
 }
 
 }  // namespace NSMorvane
