@@ -211,7 +211,7 @@ TEST_IN_RUN(WindowTest, ReleasedInsideEachCallback) {
     });
   };
   const struct {
-    Recorder& fRecorder;
+    CallRecorder& fRecorder;
     const char* fCallback;
     std::optional<Hook> fAction = {};  // none: the window is being shown
   } rows[] = {

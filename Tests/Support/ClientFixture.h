@@ -24,6 +24,7 @@
 #include "Morvane.h"
 #include "MorvaneDefaults.h"
 #include "Support/Input.h"
+#include "Support/RecordingViews.h"
 
 namespace NSMorvaneTest {
 
@@ -42,70 +43,6 @@ constexpr DWORD kWaitLimitMS = 20000;
   void Fixture##_##Name::Body()
 
 // --- Recording
-
-class CallLog {
- public:
-  void Add(const std::string& call) { fCalls.push_back(call); }
-  bool Remove(const std::string& call) { return std::erase(fCalls, call) > 0; }
-  // All calls, with blanks between them. The log begins anew.
-  std::string Take() {
-    std::string text;
-    for (const std::string& call : std::exchange(fCalls, {})) text += (text.empty() ? "" : " ") + call;
-    return text;
-  }
-  int Count(const std::string& call) const {
-    return static_cast<int>(std::count(fCalls.begin(), fCalls.end(), call));
-  }
-  std::string Last() const { return fCalls.empty() ? "" : fCalls.back(); }
-
- private:
-  std::vector<std::string> fCalls;
-};
-
-// What a callback does and answers: a function, which answers a code or nothing; or the code alone.
-class Hook {
- public:
-  Hook(TError error = kOK) : Hook([error] { return error; }) {}
-  template <std::invocable TBody>
-  Hook(TBody body)
-      : fBody(std::make_shared<std::function<TError()>>([body]() mutable -> TError {
-          if constexpr (!std::is_void_v<decltype(body())>) return body();
-          body();
-          return kOK;
-        })) {}
-  TError operator()() const { return (*fBody)(); }
-
-  TFlag fHandled = 0;
-
- private:
-  std::shared_ptr<std::function<TError()>> fBody;
-};
-
-inline Hook Handles(TFlag handled = 1, TError error = kOK) {
-  Hook hook(error);
-  hook.fHandled = handled;
-  return hook;
-}
-
-// Hooks stand under the word of their call, or under the part of it that is in front of the argument.
-struct Recorder {
-  TError Call(const std::string& name, const std::string& argument = "", TFlag* outHandled = nullptr) {
-    fLog.Add(name + argument);
-    return CallUnlogged(name, argument, outHandled);
-  }
-  // For calls whose number is a matter of time.
-  TError CallUnlogged(const std::string& name, const std::string& argument = "",
-                      TFlag* outHandled = nullptr) {
-    auto found = fHooks.find(name + argument);
-    if (found == fHooks.end()) found = fHooks.find(name);
-    const Hook hook = found == fHooks.end() ? Hook() : found->second;
-    if (outHandled) *outHandled = hook.fHandled;
-    return hook();
-  }
-
-  CallLog fLog;
-  std::map<std::string, Hook> fHooks;
-};
 
 // Any thread may print.
 class ClientDebugOutput : public IDebugOutput {
@@ -144,7 +81,7 @@ class ClientDebugOutput : public IDebugOutput {
 // --- The run
 
 // Callbacks are named without their class and "On", arguments follow a colon. The last arguments are kept.
-struct RunRecord : Recorder {
+struct RunRecord : CallRecorder {
   std::deque<std::function<void()>> fSteps;
   int fIdleCalls = 0;
   std::int64_t* fIdleDelay = nullptr;

@@ -46,7 +46,7 @@ enum class Kind { kDocument, kModeless, kModal, kFloating };
 // What a behaviour works on. The test owns it, so that it outlives the window. The hook "factory" runs before
 // the behaviour is there, with the window in the record; a code from it is what the factory answers. Without
 // a hook "RequestClose" the window closes when it is asked to.
-struct WindowRecord : Recorder {
+struct WindowRecord : CallRecorder {
   HWND fHwnd = nullptr;
   IWindow* fWindow = nullptr;
   IModalOwner* fOwner = nullptr;         // null for floating windows
@@ -140,120 +140,6 @@ MORVANE_TEST_KIND(FloatingWindow, static_cast<void>(0));
 #undef MORVANE_TEST_KEEP_OWNER
 #undef MORVANE_TEST_KIND
 
-// --- Views
-
-// All views of a test write into one log. Each call is a word: who, then what. For a view called a:
-//
-//   a<bc  tracking, pre pass, with b and c in front     a47/1<bc  pre-click, button mask 1, in front b, c
-//   a.    tracking, normal pass                         a44/1     click
-//   a+    enter; a- exit                                aW-2      wheel, by two notches
-//   a?<   shape, pre phase; a? normal phase             a:key     a key
-//   a:on  gets the focus; a:off loses it                a:x       deleted
-//
-// Not written down, but with a hook: a:draw, a:menu, the set-up of the menu bar, and a:target, the question
-// for a native control. The last arguments are kept.
-struct ViewRecord : Recorder {
-  TMouseTracking fTracking = {};
-  TMouseEvent fClick = {};
-  TMouseShapeRequest fShapeRequest = {};
-  TMouseWheelEvent fWheel = {};
-  TKeyEvent fKey = {};
-  IMenuBarState* fMenuBar = nullptr;
-  IDrawTools* fTools = nullptr;
-  std::map<std::string, TBuiltInMouseShape> fShapes;  // what is answered to the question of that word
-  IMorvane* fMorvane = nullptr;
-
-  IMouseShape* AnswerShape(const std::string& word, TFlag* outHandled, TError& outError) {
-    outError = Call(word, "", outHandled);
-    TError error = kOK;
-    return fShapes.contains(word) ? fMorvane->IMorvane_CreateBuiltInMouseShape(fShapes[word], error)
-                                  : nullptr;
-  }
-};
-
-inline std::string NamesOf(IView* const* views, std::uint32_t count) {
-  std::string names;
-  EXPECT_EQ(views == nullptr, count == 0);
-  for (std::uint32_t i = 0; i < count; ++i) {
-    char name[kDebugNameChars + 1] = {};
-    EXPECT_EQ(views[i]->IView_GetDebugName(name), kOK);
-    names += name;
-  }
-  return names;
-}
-
-inline std::string ClickWord(const TMouseEvent& event) {
-  return std::to_string(event.fType) + "/" + std::to_string(event.fButtons);
-}
-
-class TestView : public CDefaultViewBehavior {
- public:
-  TestView(IView& view, const std::string& name, ViewRecord& record)
-      : fView(view), fName(name), fRecord(record) {}
-  ~TestView() override { fRecord.Call(fName + ":x"); }
-
-  TError IViewBehavior_GetHitRects(IRectsGetter& out) override {
-    const TRect rect = RectOf(fView);
-    return fIsTransparent ? kOK : out.IRectsGetter_AddRects(&rect, 1);
-  }
-  TError IViewBehavior_OnMouseTracking(const TMouseTracking& event, TMousePhase phase,
-                                       TFlag& outHandled) override {
-    fRecord.fTracking = event;
-    return fRecord.Call(fName + (phase == kMousePhasePre ? "<" : "."),
-                        NamesOf(event.fState.fViews, event.fState.fViewCount), &outHandled);
-  }
-  TError IViewBehavior_OnMouseEnterExit(TFlag entered) override {
-    return fRecord.Call(fName + (entered ? "+" : "-"));
-  }
-  IMouseShape* IViewBehavior_GetMouseShape(const TMouseShapeRequest& request, TMousePhase phase,
-                                           TFlag& outHandled, TError& outError) override {
-    fRecord.fShapeRequest = request;
-    return fRecord.AnswerShape(fName + (phase == kMousePhasePre ? "?<" : "?"), &outHandled, outError);
-  }
-  TError IViewBehavior_HandleClick(const TMouseEvent& event, TFlag& outHandled) override {
-    fRecord.fClick = event;
-    const char* const pass = event.fType >= kMouseEventPreClick ? "<" : "";
-    return fRecord.Call(fName + ClickWord(event) + pass, NamesOf(event.fViews, event.fViewCount),
-                        &outHandled);
-  }
-  TError IViewBehavior_OnMouseWheel(const TMouseWheelEvent& event, TFlag& outHandled) override {
-    fRecord.fWheel = event;
-    return fRecord.Call(fName + "W", std::to_string(event.fDeltaNotches), &outHandled);
-  }
-  TError IViewBehavior_OnOnDutyFocusChanged(TFlag gained) override {
-    return fRecord.Call(fName + (gained ? ":on" : ":off"));
-  }
-  TError IViewBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) override {
-    fRecord.fKey = event;
-    return fRecord.Call(fName + ":key", "", &outHandled);
-  }
-  TError IViewBehavior_GetNativeFocusTarget(TNativeWindow& out) override {
-    out.fHwnd = fControl;
-    return fRecord.CallUnlogged(fName + ":target");
-  }
-  TError IViewBehavior_OnSetupMenuBar(IMenuBarState& state) override {
-    fRecord.fMenuBar = &state;
-    return fRecord.CallUnlogged(fName + ":menu");
-  }
-  TError IViewBehavior_OnMenuCommand(const TMenuCommandEvent&, TFlag& outHandled) override {
-    return fRecord.Call(fName + ":command", "", &outHandled);
-  }
-  TError IViewBehavior_Draw(IDrawTools& tools) override {
-    ++fDrawCalls;
-    fRecord.fTools = &tools;
-    return fRecord.CallUnlogged(fName + ":draw");
-  }
-
-  IView& fView;
-  bool fIsTransparent = false;  // to the mouse
-  HWND fControl = nullptr;
-  int fDrawCalls = 0;
-
- private:
-  std::string fName;
-  ViewRecord& fRecord;
-};
-
 // --- The fixture
 
 class ClientWindowTest : public ClientTest {
@@ -334,7 +220,10 @@ class ClientWindowTest : public ClientTest {
   // A view in the window. Null for the super view stands for the root view.
   TestView& MakeView(const std::string& name, const TRect& rect, IView* superView = nullptr,
                      std::uint32_t flags = kViewEnabled) {
-    fViewRecord.fMorvane = fMorvane;
+    fViewRecord.fMakeShape = [this](TBuiltInMouseShape shape) {
+      TError error = kOK;
+      return fMorvane->IMorvane_CreateBuiltInMouseShape(shape, error);
+    };
     CViewFactory<TestView, const std::string&, ViewRecord&> factory(name, fViewRecord);
     TError error = kOtherError;
     IView* const view = fMorvane->IMorvane_CreateView(

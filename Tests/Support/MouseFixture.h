@@ -7,44 +7,6 @@
 
 namespace NSMorvaneTest {
 
-// Words as those of views, with the name @; a release of a button is @^44/1.
-class RecordingCapture : public CDefaultMouseCapture {
- public:
-  explicit RecordingCapture(ViewRecord& record) : fRecord(record) {}
-  ~RecordingCapture() override { fRecord.Call("@:x"); }
-
-  TError IMouseCapture_OnMouseDown(const TMouseEvent& event) override {
-    fRecord.fClick = event;
-    return fRecord.Call("@" + ClickWord(event));
-  }
-  TError IMouseCapture_OnMouseUp(const TMouseEvent& event) override {
-    return fRecord.Call("@^" + ClickWord(event));
-  }
-  TError IMouseCapture_OnMouseMove(const TMouseTracking& event) override {
-    fRecord.fTracking = event;
-    return fRecord.Call("@.");
-  }
-  TError IMouseCapture_OnMouseWheel(const TMouseWheelEvent& event, TFlag& outHandled) override {
-    fRecord.fWheel = event;
-    return fRecord.Call("@W", std::to_string(event.fDeltaNotches), &outHandled);
-  }
-  TError IMouseCapture_OnModifiersChanged(const TModifierKeysEvent& before,
-                                          const TModifierKeysEvent& now) override {
-    return fRecord.Call("@",
-                        std::to_string(before.fModifiers.fKeys) + ">" + std::to_string(now.fModifiers.fKeys));
-  }
-  TError IMouseCapture_OnKeyDown(const TKeyEvent&, TFlag& outHandled) override {
-    return fRecord.Call("@:key", "", &outHandled);
-  }
-  IMouseShape* IMouseCapture_GetMouseShape(const TMouseShapeRequest& request, TError& outError) override {
-    fRecord.fShapeRequest = request;
-    return fRecord.AnswerShape("@?", nullptr, outError);
-  }
-
- private:
-  ViewRecord& fRecord;
-};
-
 class MouseFixture : public ClientWindowTest {
  protected:
   static constexpr std::uint32_t kTrackable = kViewEnabled | kViewMouseTrackable;

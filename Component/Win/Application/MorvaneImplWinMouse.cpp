@@ -92,7 +92,7 @@ void CMorvaneImpl::CMorvaneGlue_SetOverrideMouseShape(IMouseShape* overrideShape
 
 void CMorvaneImpl::CMorvaneGlue_RequestMouseShapeArbitration() {
   const auto refresh = [&](CWinWindow& window) {
-    window.RefreshMouseShape(ShapeRequest(CMorvaneGlue_SampleMouseState(&window)));
+    window.GetMouse().RefreshShape(ShapeRequest(CMorvaneGlue_SampleMouseState(&window)));
   };
   if (const boost::shared_ptr<CWinWindow> captureWindow = fMouseCaptureWindow.lock()) {
     refresh(*captureWindow);
@@ -134,14 +134,14 @@ void CMorvaneImpl::CMorvaneGlue_AllocateMouseCapture(IWindow* window, IMouseCapt
   owner->reset(capture);
   // A client that is told of something on the way finds the mouse taken.
   fMouseCaptureWindow = captureWindow;
-  captureWindow->AttachMouseCapture(boost::shared_ptr<IMouseCapture>(owner, capture));
+  captureWindow->GetMouse().AttachCapture(boost::shared_ptr<IMouseCapture>(owner, capture));
   // It may have let go of what it did not have yet.
   if (captureWindow->LockClientsWindowReference()) fMouseCaptureWindow = captureWindow;
 }
 
 void CMorvaneImpl::CMorvaneGlue_ReleaseMouseCapture() {
   if (const boost::shared_ptr<CWinWindow> captureWindow = fMouseCaptureWindow.lock())
-    captureWindow->DetachMouseCapture();
+    captureWindow->GetMouse().DetachCapture();
   fMouseCaptureWindow.reset();
 }
 

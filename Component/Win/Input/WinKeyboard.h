@@ -55,6 +55,9 @@ TString MakeShortcutText(IMorvane& application, const TKeyInterpretation& shortc
 
 // --- What is held down
 
+// When the message that is being handled was sent, in milliseconds since the system started.
+inline std::uint64_t GetMessageTimeMS() { return static_cast<std::uint32_t>(GetMessageTime()); }
+
 // As of the message that is being handled, and as of now.
 TModifierKeys GetCurrentModifiers();
 TModifierKeys GetAsyncModifiers();

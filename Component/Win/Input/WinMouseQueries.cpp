@@ -45,6 +45,12 @@ bool IsMouseOverWindow(HWND hwnd, const TPoint& point) {
   return windowUnderPoint == hwnd;
 }
 
+TPoint ScreenToClientChecked(HWND hwnd, const TPoint& point) {
+  POINT result = ToNative(point);
+  if (!ScreenToClient(hwnd, &result)) MORVANE_THROW_LAST_ERROR();
+  return FromNative(result);
+}
+
 // --- The position
 
 CDispatchScope::CDispatchScope(const MSG& message)

@@ -17,6 +17,9 @@ namespace NSMorvane {
 // itself.
 bool IsMouseOverWindow(HWND hwnd, const TPoint& point);
 
+// A point of the screen in the client coordinates of a window.
+TPoint ScreenToClientChecked(HWND hwnd, const TPoint& point);
+
 // A message of the loop, from here to the end of its dispatch. The tick of a window then takes the position
 // of the mouse from it, as long as that tells of no movement.
 class CDispatchScope : CNotCopied {

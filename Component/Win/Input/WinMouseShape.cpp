@@ -11,6 +11,8 @@
 
 namespace NSMorvane {
 
+HCURSOR gOverrideCursor = nullptr;
+
 namespace {
 
 // The cursor of a built-in shape: one of the system, or a group in the library's own resources.
@@ -116,6 +118,11 @@ HCURSOR NativeCursorOf(const IMouseShape& shape) {
   const CMouseShapeImpl* const impl = dynamic_cast<const CMouseShapeImpl*>(&shape);
   if (!impl) MORVANE_THROW(std::invalid_argument(""));
   return impl->GetCursor();
+}
+
+void SetOverrideCursor(HCURSOR cursor) {
+  gOverrideCursor = cursor;
+  if (cursor) SetCursor(cursor);
 }
 
 }  // namespace NSMorvane

@@ -35,6 +35,11 @@ std::unique_ptr<IMouseShape> MakeBuiltInMouseShape(TBuiltInMouseShape mouseShape
 // `key` is a decimal number.
 std::unique_ptr<IMouseShape> LoadMouseShape(const std::string& key);
 
+// The cursor that goes before all others, or null.
+extern HCURSOR gOverrideCursor;
+// Shows it at once. With null, the next question for the shape brings the usual one back.
+void SetOverrideCursor(HCURSOR cursor);
+
 // std::invalid_argument for a shape that a client has implemented: it has no cursor.
 HCURSOR NativeCursorOf(const IMouseShape& shape);
 

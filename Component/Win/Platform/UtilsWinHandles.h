@@ -7,29 +7,9 @@
 #include <utility>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
+#include "Component/Portable/Base/Scopes.h"
 
 namespace NSMorvane {
-
-class CNotCopied {
- public:
-  CNotCopied(const CNotCopied&) = delete;
-  CNotCopied& operator=(const CNotCopied&) = delete;
-
- protected:
-  CNotCopied() = default;
-  ~CNotCopied() = default;
-};
-
-// Sets a flag while it lives.
-class CFlagScope : CNotCopied {
- public:
-  explicit CFlagScope(bool& flag) : fFlag(flag), fBefore(std::exchange(flag, true)) {}
-  ~CFlagScope() { fFlag = fBefore; }
-
- private:
-  bool& fFlag;
-  const bool fBefore;
-};
 
 // --- Owners
 

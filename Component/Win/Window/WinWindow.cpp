@@ -35,36 +35,28 @@ HWND NativeOwner(IModalOwner* owner) {
 
 CWinWindow::CWinWindow(IWindowHost* host, TWindowKind windowKind, IModalOwner* owner, DWORD style,
                        DWORD exStyle, bool makeSizeGrip, bool listedInWindowMenu, bool hasCloseCommand)
-    : fHost(host),
+    : TWindowCore{host, windowKind},
       fWindows(host->GetWindowRegistry()),
       fBlocking(host->GetBlocking()),
       fRunBehavior(host->GetBehavior()),
-      fRootView(nullptr),
-      fWindowKind(windowKind),
       fOwnerHwnd(NativeOwner(owner)),
       fIsHidden(true),
       fFocus(*this, *this),
+      fTooltips(*this),
+      fMouse(*this, fFocus, fTooltips),
+      fKeyboard(*this, *this, fMouse.GetDispatch(), fFocus, *this),
       fIsDeactivating(false),
       fListedInWindowMenu(listedInWindowMenu),
       fTimerID(0),
-      fInMouseTrackingCheck(false),
-      fInDispatchMouseTracking(false),
-      fInRefreshMouseShape(false),
       fClientSize(),
-      fHwnd(nullptr),
       fMenuHandle(nullptr),
       fAcceleratorTable(nullptr),
-      fCurrentCursor(nullptr),
       fWindowClass(WindowClassName(windowKind), WindowStubProcCallback,
                    WindowClassHasIcon(windowKind) ? host->GetAppIcon() : nullptr),
       fIsToldActive(false),
-      fMouseLeaveArmed(false),
       fHasCloseCommand(hasCloseCommand),
       fAlwaysOnTop(false),
       fSizeGripHwnd(nullptr),
-      fTooltipHwnd(nullptr),
-      fTooltipRectsDirty(true),
-      fHasNewTools(false),
       fMenuBarRebuilds(0),
       fMenuBarIsWhole(true),
       fIsEnding(false),
@@ -300,7 +292,7 @@ void CWinWindow::ReleaseWindow() {
   // The last holder, unless the window is in the middle of a message: it goes when this function returns, and
   // the window with it.
   const boost::shared_ptr<CWinWindow> reference = fClientsWindowReference;
-  if (fClientsWindowReference && fMouseCapture) {
+  if (fClientsWindowReference && fMouse.IsCaptured()) {
     const BOOL result = ReleaseCapture();
     MORVANE_ASSERT(result);
   }
@@ -341,7 +333,7 @@ CWinWindow::~CWinWindow() {
     MORVANE_UNREACHED();
   }
   MORVANE_ASSERT(fChildWindows.size()==0);
-  DestroyTooltipWindow();
+  fTooltips.DestroyControl();
   fBlocking->OnEnding(*this);
   DismantleNativeWindow();
   // Later use fails the invariant.

@@ -5,13 +5,13 @@
 //   WinWindow.cpp            life: construction, Show, Hide, ReleaseWindow, destruction
 //   WinWindowState.cpp       sizes, placement, title
 //   WinWindowFocus.cpp       activation, focus
-//   WinWindowTooltips.cpp    tooltips
 //   WinWindowMenus.cpp       the menu bar
 //   WinWindowMessages.cpp    the message function and its table, listeners
 //   WinWindowSystem.cpp      system commands, size limits, dropped files, input methods
 //   WinWindowPainting.cpp    painting, invalidation, global alpha
-//   WinWindowMouse.cpp       mouse dispatch, shape, capture
-//   WinWindowKeyboard.cpp    keyboard dispatch
+//
+// What the window does by topic is done by its parts, each a class of its own: WinWindowMouse and
+// WinWindowKeyboard (with MouseDispatch and KeyDispatch, which decide what views hear), WinWindowTooltips.
 //
 // Beside it stand WinWindowClass (native window classes), WinWindowPlacement (arithmetic on placements) and
 // Blocking (what dialogs block). The kinds of windows that clients make are
@@ -26,8 +26,6 @@
 
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
-#include <functional>
-#include <list>
 #include <map>
 #include <memory>
 #include <vector>
@@ -38,12 +36,15 @@
 #include "Component/Portable/Windows/MorvaneGlueWindow.h"
 #include "Component/Portable/Windows/WindowFocus.h"
 #include "Component/Win/Drawing/WinPaintSamples.h"
-#include "Component/Win/Input/WinMouseQueries.h"
-#include "Component/Win/Input/WinWindowInput.h"
 #include "Component/Win/Platform/NativeWindowWrapper.h"
 #include "Component/Win/Platform/WinMsgEventListener.h"
+#include "Component/Win/Window/WindowEvents.h"
 #include "Component/Win/Window/WinWindowClass.h"
+#include "Component/Win/Window/WinWindowCore.h"
+#include "Component/Win/Window/WinWindowKeyboard.h"
+#include "Component/Win/Window/WinWindowMouse.h"
 #include "Component/Win/Window/WinWindowPlacement.h"
+#include "Component/Win/Window/WinWindowTooltips.h"
 #include "Interface/MorvaneRoot.h"
 
 namespace NSMorvane {
@@ -51,7 +52,6 @@ namespace NSMorvane {
 class CMenuBuilder;
 class CBlocking;
 class CWindowRegistry;
-class IWindowHost;
 class COffscreenContext;
 class CPaintContext;
 class CRegion;
@@ -72,7 +72,9 @@ class CWinWindow : public CWindowGlue,
                    public IImplFocusTools,
                    public IFocusWindow,
                    public INativeWindowWrapper_ProcListener,
-                   public IViewWindow {
+                   public IViewWindow,
+                   protected IWindowEvents,
+                   protected TWindowCore {
  public:
   // --- Life (WinWindow.cpp)
 
@@ -150,11 +152,13 @@ class CWinWindow : public CWindowGlue,
 
   TError IModalOwner_GetNativeWindow(TNativeWindow& out) override;
 
-  // --- Tooltips (WinWindowTooltips.cpp)
+  // --- Tooltips; behaviours can end the window from within adding and removing: they keep it to their end
 
-  void MarkToolRectsDirty() override { fTooltipRectsDirty = true; }
+  void MarkToolRectsDirty() override { fTooltips.MarkRectsDirty(); }
   std::uint32_t AddTool(CViewImpl& view, const TString& text) override;
-  void UpdateToolText(std::uint32_t tool, CViewImpl& view, const TString& text) override;
+  void UpdateToolText(std::uint32_t tool, CViewImpl&, const TString& text) override {
+    fTooltips.SetText(tool, text);
+  }
   void RemoveTool(std::uint32_t tool, CViewImpl& view) override;
 
   // --- Menu bar (WinWindowMenus.cpp)
@@ -191,18 +195,11 @@ class CWinWindow : public CWindowGlue,
   void NativeUpdate();
   void GetPaintSamples(std::vector<TPaintSample>& outSamples) const;
 
-  // --- Mouse (WinWindowMouse.cpp)
+  // --- Mouse and keyboard
 
-  // From here to the end of the capture the object alone gets the mouse of the window.
-  void AttachMouseCapture(const boost::shared_ptr<IMouseCapture>& capture);
-  void DetachMouseCapture();
-  // Asks for the shape of the mouse, and shows it.
-  void RefreshMouseShape(const TMouseShapeRequest& request);
-
-  // --- Keyboard (WinWindowKeyboard.cpp)
-
+  CWinWindowMouse& GetMouse() { return fMouse; }
   // Sees a message of this window or of one inside it before it is dispatched; true uses it up.
-  virtual bool PreTranslateMessage(const MSG& message);
+  bool PreTranslateMessage(const MSG& message);
 
  protected:
   // `owner` may be null. The window is made, but neither wired up nor shown.
@@ -225,20 +222,6 @@ class CWinWindow : public CWindowGlue,
   TRect CWindowGlue_ClientRectToFrameRect(const TRect& rect) override;
   std::uint8_t CWindowGlue_GetGlobalAlpha() override;
   void CWindowGlue_SetGlobalAlpha(std::uint8_t alpha) override;
-
-  // --- What the kinds add
-
-  // False from the first two: nobody was there to be told, and the change is told again next time.
-  virtual bool OnClientSizeChanged(const TSize& oldSize, const TSize& newSize) = 0;
-  virtual bool OnPlacementChanged(const TWindowPlacement& oldPlacement,
-                                  const TWindowPlacement& newPlacement) = 0;
-  virtual void OnActivationChanged(bool active) = 0;
-  virtual bool OnKeyDown(const TKeyEvent& event) = 0;
-  virtual void OnKeyboardFocusChanged(bool focused) = 0;
-  virtual bool OnHelpRequested() = 0;
-  virtual void RequestClose(TCloseReason reason) = 0;
-  virtual void RequestMenuBarSetup(CMenuBarState& state) = 0;
-  virtual bool OnMenuCommand(const TMenuCommandEvent& event) = 0;
 
   // What a kind may do otherwise.
   virtual LRESULT OnSysCommand(TWinMessage message);
@@ -325,52 +308,6 @@ class CWinWindow : public CWindowGlue,
   void FlashPaint(CPaintContext& target);
   void DrawMouseViewInfo();
 
-  // --- Mouse
-
-  // In client coordinates. After whatever may have moved another view under the mouse.
-  void CheckMouseTracking(const TPoint& point);
-  void DispatchMouseMove(const TMouseMessage& message);
-  void DispatchMouseDown(const TMouseMessage& message);
-  void DispatchMouseUp(const TMouseMessage& message);
-  void DispatchContextClick(const TMouseMessage& message);
-  // True if somebody took it.
-  bool DispatchMouseWheel(const TMouseMessage& message);
-  // Has the next departure of the mouse reported by WM_MOUSELEAVE.
-  void ArmMouseLeave();
-  void OnMouseCaptureLost();
-  std::vector<boost::shared_ptr<CViewImpl>> FindTrackableViews(const TPoint& point);
-  void DispatchMouseTracking(const TMouseTracking& event);
-  void SendMouseExits(const std::vector<boost::shared_ptr<CViewImpl>>& newMouseTrackingViews);
-  void RefreshMouseShapeInMessage(const TMouseShapeRequest& request);
-  std::unique_ptr<IMouseShape> AskForMouseShape(const TMouseShapeRequest& request);
-  void SetCurrentCursor(HCURSOR cursor);
-  bool DispatchClick(TMouseEvent& event);
-  bool PreClick(TMouseEvent& event, const std::vector<boost::shared_ptr<CViewImpl>>& hitViews);
-  bool HandleClick(TMouseEvent& event, const std::vector<boost::shared_ptr<CViewImpl>>& hitViews);
-  void ActivateTooltips(bool active);
-
-  // --- Keyboard
-
-  void NotifyModifierListeners(const TWinKeyMessage& message);
-  void DispatchKeyDown(const TWinKeyMessage& message, bool& outHandled);
-  void DispatchKeyUp(const TWinKeyMessage& message, bool& outHandled);
-  bool OfferKeyToMouseCapture(const TKeyEvent& event);
-  bool OfferKeyToFocusChain(const TKeyEvent& event);
-  // From the focus view up, until somebody takes it; released views are passed over. With `endsWithView` the
-  // walk stops at a view that is released while it is its turn.
-  bool OfferAlongFocusChain(bool endsWithView, const std::function<void(IViewBehavior&, TFlag&)>& offer);
-  bool MoveFocusByTab(const TKeyEvent& event);
-  bool OfferKeyToApplication(const TKeyEvent& event);
-  bool OpenWindowListByKey(const TKeyEvent& event);
-
-  // --- Tooltips
-
-  void CreateTooltipWindow();
-  void DestroyTooltipWindow();
-  // Brings the rectangles of the tools up to date.
-  void UpdateToolRects();
-  void TellTooltipsOfRestingMouse();
-
   // --- Menu bar
 
   // Empty unless the state asks for the window menu.
@@ -389,59 +326,42 @@ class CWinWindow : public CWindowGlue,
 
  protected:
   boost::shared_ptr<CNativeWindowWrapper> fNativeWindowWrapper;  // empty until WM_NCCREATE
-  IWindowHost* fHost;
   const boost::shared_ptr<CWindowRegistry> fWindows;
   const boost::shared_ptr<CBlocking> fBlocking;
   boost::shared_ptr<CWinWindow> fClientsWindowReference;  // empty before wiring up and after ReleaseWindow
   IMorvaneRunBehavior* fRunBehavior;                      // never called: the run can end before the window
   std::vector<CMenuItem> fMenuItems;                      // the position plus 0xA000 is the native command
-  CViewImpl* fRootView;
   // Keeps the root view alive for a client that releases it, though it is not the client's.
   boost::shared_ptr<CViewImpl> fRootViewReference;
-  TWindowKind fWindowKind;
   HWND fOwnerHwnd;  // of the owner given at creation, or null
-  std::vector<CViewImpl*> fTooltipViews;
   TWinWindowState fWindowState;
   bool fIsHidden;  // true until Show, and after Hide
-  boost::shared_ptr<IMouseCapture> fMouseCapture;
   CWindowFocus fFocus;
+  CWinWindowTooltips fTooltips;
+  CWinWindowMouse fMouse;
+  CWinWindowKeyboard fKeyboard;
   bool fIsDeactivating;
   std::vector<CViewImpl*> fTabViews;
-  std::list<boost::weak_ptr<CViewImpl>> fMouseTrackingViews;  // those that the mouse is inside of
-  std::vector<boost::weak_ptr<CViewImpl>> fLastHitViews;
   bool fListedInWindowMenu;
-  UINT_PTR fTimerID;  // 0: none
-  bool fInMouseTrackingCheck;
-  bool fInDispatchMouseTracking;
-  bool fInRefreshMouseShape;
-  TSize fClientSize;            // as last reported to the behaviour
-  TWindowPlacement fPlacement;  // likewise
-  HWND fHwnd;
+  UINT_PTR fTimerID;                                         // 0: none
+  TSize fClientSize;                                         // as last reported to the behaviour
+  TWindowPlacement fPlacement;                               // likewise
   boost::weak_ptr<CWinWindow> fParentWindow;                 // whose fChildWindows has this one
   std::vector<boost::shared_ptr<CWinWindow>> fChildWindows;  // those that this one owns natively
   HMENU fMenuHandle;
   HACCEL fAcceleratorTable;
-  HCURSOR fCurrentCursor;  // as the last answer to the question for the shape has it
-  CMouseGlance fMouseGlance;
   CWindowClassRef fWindowClass;
   std::vector<IWinMsgEventListener*> fMsgEventListeners;
   std::map<HWND, IWinMsgEventListener*> fControlListeners;
   bool fIsToldActive;  // what the behaviour was told last
-  bool fMouseLeaveArmed;
   bool fHasCloseCommand;
   bool fAlwaysOnTop;
   HWND fSizeGripHwnd;
-  HWND fTooltipHwnd;
-  bool fTooltipRectsDirty;
-  bool fHasNewTools;  // since the rectangles were brought up to date
   CMenuBarState fMenuBarState;
   std::vector<TWindowMenuItem> fWindowMenuItems;  // as of the last build of the menu bar
   std::uint32_t fMenuBarRebuilds;
   bool fMenuBarIsWhole;  // false if an exchange has begun and not come to its end
   bool fIsEnding;        // no message reaches this object any more
-  std::vector<boost::weak_ptr<CViewImpl>> fInspectedViews;
-  boost::weak_ptr<CViewImpl> fInspectedView;
-  TString fInspectedViewTooltip;
   CPaintSamples fPaintSamples;
   std::uint8_t fGlobalAlpha;
 };

@@ -67,6 +67,18 @@ void CWinWindow::SetFocusFromNative(CViewImpl* view) {
   fFocus.OnControlFocused(view);
 }
 
+// --- Tooltips
+
+std::uint32_t CWinWindow::AddTool(CViewImpl& view, const TString& text) {
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
+  return fTooltips.Add(view, text, fMouse.IsCaptured());
+}
+
+void CWinWindow::RemoveTool(std::uint32_t tool, CViewImpl& view) {
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
+  fTooltips.Remove(tool, view);
+}
+
 // --- Activation
 
 void CWinWindow::OnActivated(bool& outHandled) {
@@ -82,7 +94,7 @@ void CWinWindow::OnActivated(bool& outHandled) {
   const bool isLeft = wasActive && !CWindowGlue_IsActive();
   const bool isToldMeanwhile = !wasToldActive && fIsToldActive;
   if (!isLeft && !isToldMeanwhile) {
-    ActivateTooltips(true);
+    fTooltips.Activate(true);
     fIsToldActive = true;
     OnActivationChanged(true);
   }
@@ -102,7 +114,7 @@ void CWinWindow::OnDeactivated() {
   const bool holdsKeyboard = fFocus.GetView() != nullptr;
   fFocus.OnDeactivated();
   const TError releaseError = holdsKeyboard ? fHost->AbandonKeyReleases() : kOK;
-  ActivateTooltips(false);
+  fTooltips.Activate(false);
   fHost->RequestMenuBars();
   MORVANE_CHECK(activationError);
   MORVANE_CHECK(releaseError);

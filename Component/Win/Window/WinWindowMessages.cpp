@@ -69,12 +69,6 @@ TPoint PointInMessage(LPARAM lParam) {
   return {static_cast<std::int16_t>(LOWORD(lParam)), static_cast<std::int16_t>(HIWORD(lParam))};
 }
 
-TPoint ScreenToClientChecked(HWND hwnd, const TPoint& point) {
-  POINT result = ToNative(point);
-  if (!ScreenToClient(hwnd, &result)) MORVANE_THROW_LAST_ERROR();
-  return FromNative(result);
-}
-
 }  // namespace
 
 // --- The table
@@ -179,78 +173,54 @@ class CWinWindow::CMessageTable {
 
   static TResult OnSetCursor(CWinWindow& window, TWinMessage& message) {
     if (reinterpret_cast<HWND>(message.fWParam) != window.fHwnd) return kForward;
-    HCURSOR cursor = nullptr;
-    switch (LOWORD(message.fLParam)) {
-      case HTGROWBOX:
-        cursor = LoadCursorW(nullptr, IDC_SIZENWSE);
-        break;
-      case HTCLIENT:
-        cursor = gOverrideCursor ? gOverrideCursor : window.fCurrentCursor;
-        if (!cursor) return kForward;
-        break;
-      default:
-        return kForward;
-    }
-    SetCursor(cursor);
-    return 1;
+    return window.fMouse.OnSetCursor(LOWORD(message.fLParam)) ? TResult(1) : kForward;
   }
   static TResult OnNcHitTest(CWinWindow& window, TWinMessage& message) {
     return window.OnNonClientHitTest(message);
   }
   static TResult OnMouseMove(CWinWindow& window, TWinMessage& message) {
-    window.DispatchMouseMove({PointInMessage(message.fLParam), 0, kNoButton, 0});
-    window.ArmMouseLeave();
+    window.fMouse.OnMove(PointInMessage(message.fLParam));
     return kForward;
   }
   template <int kClickCount, int kButton>
   static TResult OnButtonDown(CWinWindow& window, TWinMessage& message) {
-    window.DispatchMouseDown({PointInMessage(message.fLParam), kClickCount, kButton, 0});
+    window.fMouse.OnPress(kClickCount, kButton, PointInMessage(message.fLParam));
     return kForward;
   }
   static TResult OnLeftButtonUp(CWinWindow& window, TWinMessage& message) {
-    window.DispatchMouseUp({PointInMessage(message.fLParam), 0, kLeftButton, 0});
+    window.fMouse.OnRelease(kLeftButton, PointInMessage(message.fLParam));
     return kForward;
   }
   static TResult OnRightButtonUp(CWinWindow& window, TWinMessage& message) {
-    const TMouseMessage mouseMessage = {PointInMessage(message.fLParam), 0, kRightButton, 0};
-    window.DispatchMouseUp(mouseMessage);
-    window.DispatchContextClick(mouseMessage);
+    window.fMouse.OnRelease(kRightButton, PointInMessage(message.fLParam));
+    window.fMouse.OnContextClick(PointInMessage(message.fLParam));
     return kForward;
   }
   static TResult OnMouseWheel(CWinWindow& window, TWinMessage& message) {
     const TPoint point = ScreenToClientChecked(window.fHwnd, PointInMessage(message.fLParam));
     const std::int16_t delta = static_cast<std::int16_t>(HIWORD(message.fWParam));
-    return window.DispatchMouseWheel({point, 0, kNoButton, delta}) ? TResult(0) : kForward;
+    return window.fMouse.OnWheel(delta, point) ? TResult(0) : kForward;
   }
   static TResult OnMouseLeave(CWinWindow& window, TWinMessage&) {
-    const TPoint position = PointInMessage(static_cast<LPARAM>(GetMessagePos()));
-    try {
-      window.DispatchMouseMove({ScreenToClientChecked(window.fHwnd, position), 0, kNoButton, 0});
-    } catch (...) {
-      window.fMouseLeaveArmed = false;
-      MORVANE_RETHROW();
-    }
-    window.fMouseLeaveArmed = false;
+    window.fMouse.OnLeave(PointInMessage(static_cast<LPARAM>(GetMessagePos())));
     return kForward;
   }
   static TResult OnForwardedMouseMove(CWinWindow& window, TWinMessage& message) {
     POINT point = ToNative(PointInMessage(message.fLParam));
     if (!ClientToScreen(reinterpret_cast<HWND>(message.fWParam), &point)) return kForward;
-    window.DispatchMouseMove({ScreenToClientChecked(window.fHwnd, FromNative(point)), 0, kNoButton, 0});
+    window.fMouse.OnMoveWithin(ScreenToClientChecked(window.fHwnd, FromNative(point)));
     return kForward;
   }
 
   // --- Keyboard and commands
 
   static TResult OnKey(CWinWindow& window, TWinMessage& message) {
-    const auto key = MakeKeyMessage(message.fHwnd, message.fMessage, message.fWParam, message.fLParam);
+    const auto key = MakeKeyMessage(message.fMessage, message.fWParam, message.fLParam);
     if (!key) return kForward;
-    bool handled = false;
     if (message.fMessage == WM_KEYDOWN || message.fMessage == WM_SYSKEYDOWN)
-      window.DispatchKeyDown(*key, handled);
-    else
-      window.DispatchKeyUp(*key, handled);
-    return handled ? TResult(0) : kForward;
+      return window.fKeyboard.OnPress(*key) ? TResult(0) : kForward;
+    window.fKeyboard.OnRelease(*key);
+    return kForward;
   }
   static TResult OnHelp(CWinWindow& window, TWinMessage&) {
     window.OnHelpRequested();
@@ -415,8 +385,8 @@ LRESULT CWinWindow::AnswerQueryEndSession() {
 }
 
 void CWinWindow::PreDispatch(const TWinMessage& message) {
-  fMouseGlance.Forget();
-  if (message.fMessage == WM_CAPTURECHANGED && fMouseCapture) OnMouseCaptureLost();
+  fMouse.ForgetAnswers();
+  if (message.fMessage == WM_CAPTURECHANGED && fMouse.IsCaptured()) fMouse.OnCaptureLost();
   if (message.fMessage == WM_THEMECHANGED) {
     IMorvaneRunBehavior* const behavior = fHost->GetBehavior();
     if (behavior) MORVANE_CHECK(behavior->IMorvaneRunBehavior_OnThemeChanged());
@@ -425,8 +395,8 @@ void CWinWindow::PreDispatch(const TWinMessage& message) {
   const bool isTick = message.fMessage == WM_TIMER;
   if (!(isTick || CanMoveViewsUnderMouse(message.fMessage)) || !IsVisible()) return;
   if (const std::optional<POINT> cursor = GetCursorForMessage(message)) {
-    CheckMouseTracking(ScreenToClientChecked(fHwnd, FromNative(*cursor)));
-    if (isTick && fTooltipHwnd && fTooltipRectsDirty) UpdateToolRects();
+    fMouse.CheckTracking(ScreenToClientChecked(fHwnd, FromNative(*cursor)));
+    if (isTick) fTooltips.UpdateRects();
   }
   if (isTick) fHost->RunIdleIfDue();
 }
@@ -437,6 +407,12 @@ LRESULT CWinWindow::ForwardMessage(const TWinMessage& message) {
 }
 
 LRESULT CWinWindow::OnNonClientHitTest(TWinMessage message) { return ForwardMessage(message); }
+
+bool CWinWindow::PreTranslateMessage(const MSG& message) {
+  fKeyboard.NotifyModifierListeners(message);
+  MSG copy = message;
+  return fAcceleratorTable && TranslateAcceleratorW(fHwnd, fAcceleratorTable, &copy);
+}
 
 // --- Listeners
 
@@ -463,7 +439,7 @@ void CWinWindow::CallMsgEventListeners(TWinMessage& message, LRESULT& inOutResul
     if (std::find(fMsgEventListeners.begin(), fMsgEventListeners.end(), listener) == fMsgEventListeners.end())
       continue;
     inOutResult = listener->IWinMsgEventListener_OnMessage(message);
-    fMouseGlance.Forget();
+    fMouse.ForgetAnswers();
   }
 }
 

@@ -1,5 +1,3 @@
-// The tooltips of a window. Each view with a text has a tool in the window's tooltip control, and a second
-// one on the native control that it hosts. The rectangles of the tools follow the views at the next tick.
 #include "Component/Win/Window/WinWindowTooltips.h"
 
 // After windows.h.
@@ -9,8 +7,9 @@
 #include <utility>
 
 #include "Component/Portable/Views/ViewImpl.h"
+#include "Component/Portable/Windows/WindowFocus.h"
 #include "Component/Win/Platform/UtilsWin.h"
-#include "Component/Win/Window/WinWindow.h"
+#include "Interface/MorvaneWindow.h"
 
 namespace NSMorvane {
 
@@ -108,16 +107,17 @@ void RelayToTooltips(const MSG& message) {
 
 // --- The tooltip control
 
-void CWinWindow::CreateTooltipWindow() {
+void CWinWindowTooltips::CreateControl(bool isMouseCaptured) {
   if (fTooltipHwnd) return;
   INITCOMMONCONTROLSEX controls = {};
   controls.dwSize = sizeof(controls);
   controls.dwICC = ICC_WIN95_CLASSES;
   if (!InitCommonControlsEx(&controls)) MORVANE_THROW(std::exception());
   gTooltipWindows.reserve(gTooltipWindows.size() + 1);  // so that nothing can fail behind the creation
-  const HWND tooltip = CreateWindowExW(
-      WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, CW_USEDEFAULT,
-      CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, fHwnd, nullptr, GetModuleHandleW(nullptr), nullptr);
+  const HWND tooltip =
+      CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP,
+                      CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, fWindow.fHwnd, nullptr,
+                      GetModuleHandleW(nullptr), nullptr);
   if (!tooltip) {
     MORVANE_THROW_LAST_ERROR();
     MORVANE_THROW(std::exception());
@@ -126,11 +126,11 @@ void CWinWindow::CreateTooltipWindow() {
   gTooltipWindows.push_back(tooltip);
   SetWindowPos(tooltip, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
   // A capture that ends switches it on.
-  SendMessageW(tooltip, TTM_ACTIVATE, fMouseCapture ? FALSE : TRUE, 0);
+  SendMessageW(tooltip, TTM_ACTIVATE, isMouseCaptured ? FALSE : TRUE, 0);
   SendMessageW(tooltip, TTM_SETMAXTIPWIDTH, 0, kMaxTipWidth);
 }
 
-void CWinWindow::DestroyTooltipWindow() {
+void CWinWindowTooltips::DestroyControl() {
   if (!fTooltipHwnd) return;
   std::erase(gTooltipWindows, fTooltipHwnd);
   const BOOL okFlag = DestroyWindow(fTooltipHwnd);
@@ -138,74 +138,74 @@ void CWinWindow::DestroyTooltipWindow() {
   fTooltipHwnd = nullptr;
 }
 
+void CWinWindowTooltips::Activate(bool active) {
+  if (fTooltipHwnd) SendMessageW(fTooltipHwnd, TTM_ACTIVATE, active ? TRUE : FALSE, 0);
+}
+
 // --- Tools
 
-// Adding and removing ask the view's behaviour, which may end the window or change the list of views.
-
-std::uint32_t CWinWindow::AddTool(CViewImpl& view, const TString& text) {
-  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
-  CreateTooltipWindow();
+std::uint32_t CWinWindowTooltips::Add(CViewImpl& view, const TString& text, bool isMouseCaptured) {
+  CreateControl(isMouseCaptured);
   const HWND control = GetNativeFocusTarget(view).fHwnd;
-  TTTOOLINFOW controlInfo = MakeControlToolInfo(fHwnd, control);
+  TTTOOLINFOW controlInfo = MakeControlToolInfo(fWindow.fHwnd, control);
   if (control) AddNativeTool(fTooltipHwnd, controlInfo, text);
   const std::uint32_t toolNumber = gNextToolId++;
-  TTTOOLINFOW info = MakeToolInfo(fHwnd, toolNumber);
+  TTTOOLINFOW info = MakeToolInfo(fWindow.fHwnd, toolNumber);
   info.rect = ToolRect(view);
   try {
     AddNativeTool(fTooltipHwnd, info, text);
-    if (std::find(fTooltipViews.begin(), fTooltipViews.end(), &view) == fTooltipViews.end())
-      fTooltipViews.push_back(&view);
+    if (std::find(fViews.begin(), fViews.end(), &view) == fViews.end()) fViews.push_back(&view);
   } catch (...) {
     SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, info);
     if (control) SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, controlInfo);
     MORVANE_RETHROW();
   }
-  fTooltipRectsDirty = fHasNewTools = true;
+  fRectsAreDirty = fHasNewTools = true;
   return toolNumber;
 }
 
-void CWinWindow::UpdateToolText(std::uint32_t toolTipHandle, CViewImpl&, const TString& text) {
+void CWinWindowTooltips::SetText(std::uint32_t toolTipHandle, const TString& text) {
   MORVANE_ASSERT(0!=toolTipHandle);
   MORVANE_ASSERT(0!=fTooltipHwnd);
-  TTTOOLINFOW info = MakeToolInfo(fHwnd, toolTipHandle);
+  TTTOOLINFOW info = MakeToolInfo(fWindow.fHwnd, toolTipHandle);
   SendToolText(fTooltipHwnd, TTM_UPDATETIPTEXTW, info, text);
 }
 
-void CWinWindow::RemoveTool(std::uint32_t toolNumber, CViewImpl& view) {
+void CWinWindowTooltips::Remove(std::uint32_t toolNumber, CViewImpl& view) {
   if (toolNumber == 0) return;
-  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
   const HWND control = fTooltipHwnd ? GetNativeFocusTarget(view).fHwnd : nullptr;
   if (fTooltipHwnd) {
-    TTTOOLINFOW info = MakeToolInfo(fHwnd, toolNumber);
+    TTTOOLINFOW info = MakeToolInfo(fWindow.fHwnd, toolNumber);
     SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, info);
     if (control) {
-      TTTOOLINFOW controlInfo = MakeControlToolInfo(fHwnd, control);
+      TTTOOLINFOW controlInfo = MakeControlToolInfo(fWindow.fHwnd, control);
       SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, controlInfo);
     }
   }
   // The view stays listed while it has another tool.
-  if (view.GetTooltipHandle() == 0) std::erase(fTooltipViews, &view);
+  if (view.GetTooltipHandle() == 0) std::erase(fViews, &view);
 }
 
-void CWinWindow::UpdateToolRects() {
-  fTooltipRectsDirty = false;
-  const std::size_t count = fTooltipViews.size();
+void CWinWindowTooltips::UpdateRects() {
+  if (!fTooltipHwnd || !fRectsAreDirty) return;
+  fRectsAreDirty = false;
+  const std::size_t count = fViews.size();
   // By index: a tip that goes is told to the window, and so to clients.
-  for (std::size_t i = 0; i < fTooltipViews.size(); ++i) {
-    const CViewImpl* const view = fTooltipViews[i];
+  for (std::size_t i = 0; i < fViews.size(); ++i) {
+    const CViewImpl* const view = fViews[i];
     MORVANE_ASSERT(view->CheckInvariant());
-    UpdateToolRect(fHwnd, fTooltipHwnd, view->GetTooltipHandle(), *view);
+    UpdateToolRect(fWindow.fHwnd, fTooltipHwnd, view->GetTooltipHandle(), *view);
   }
-  if (fTooltipViews.size() != count) fTooltipRectsDirty = true;
-  if (std::exchange(fHasNewTools, false)) TellTooltipsOfRestingMouse();
+  if (fViews.size() != count) fRectsAreDirty = true;
+  if (std::exchange(fHasNewTools, false)) TellOfRestingMouse();
 }
 
 // They learn of the mouse by its movements, and of a tool that has come under it by none.
-void CWinWindow::TellTooltipsOfRestingMouse() {
+void CWinWindowTooltips::TellOfRestingMouse() {
   MSG move = {};
   if (!GetCursorPos(&move.pt)) return;
   move.hwnd = WindowFromPoint(move.pt);
-  if (move.hwnd != fHwnd && !IsChild(fHwnd, move.hwnd)) return;
+  if (move.hwnd != fWindow.fHwnd && !IsChild(fWindow.fHwnd, move.hwnd)) return;
   POINT place = move.pt;
   if (!ScreenToClient(move.hwnd, &place)) return;
   move.message = WM_MOUSEMOVE;

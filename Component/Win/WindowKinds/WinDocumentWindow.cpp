@@ -1,6 +1,6 @@
 #include "Component/Win/WindowKinds/WinDocumentWindow.h"
 
-#include "Component/Portable/Views/ViewImpl.h"
+#include "Component/Portable/Views/FocusChain.h"
 #include "Component/Win/Window/WindowHost.h"
 #include "Component/Win/Window/WindowRegistry.h"
 
@@ -39,17 +39,12 @@ TError CDocumentWindowImpl::IDocumentWindow_FocusNow() {
 }
 
 bool CDocumentWindowImpl::OnMenuCommand(const TMenuCommandEvent& event) {
+  const bool isTaken = OfferAlongFocusChain(
+      fFocus.GetView(), TFocusWalk::kCommand, [&](IViewBehavior& behavior, TFlag& outHandled) {
+        MORVANE_CHECK(behavior.IViewBehavior_OnMenuCommand(event, outHandled));
+      });
+  if (isTaken) return true;
   TFlag handled = 0;
-  // Held for the walk, and its super views with it.
-  const CViewImpl* const focus = fFocus.GetView();
-  const TViewImplPtr focusView = focus && focus->IsLive() ? focus->GetClientsViewReference() : TViewImplPtr();
-  for (const CViewImpl* view = focusView.get(); view; view = view->GetSuperView().get()) {
-    if (!view->IsLive()) continue;  // released, it lives on behind its subviews only
-    IViewBehavior* const behavior = view->GetBehavior();
-    if (!behavior) break;  // the walk ends here, this view is not passed over
-    MORVANE_CHECK(behavior->IViewBehavior_OnMenuCommand(event, handled));
-    if (handled) return true;
-  }
   if (fBehavior) {
     MORVANE_CHECK(fBehavior->IDocumentWindowBehavior_OnMenuCommand(event, handled));
     if (handled) return true;
