@@ -4,6 +4,8 @@
 #include <memory>
 
 #include "Component/Win/Application/MorvaneImplWin.h"
+#include "Component/Win/Launch/MorvaneImplWinStartupStrings.h"
+#include "Component/Win/Menus/MenuBarComposition.h"
 #include "Interface/MorvaneDefaults.h"
 #include "Tests/Support/NativeMenus.h"
 #include "Tests/Support/UnitTest.h"
@@ -48,6 +50,58 @@ TEST_F(WinMenuTest, Mnemonics) {
     fOutput.fLines.clear();
     EXPECT_EQ(WinPrepareMnemonic(text), wanted);
     EXPECT_EQ(fOutput.fLines.size(), lines) << NSTextPackage::StringToUTF8(text, false);
+  }
+}
+
+// What a state asks for, in the place that it has in a bar. The state of a client is set before its flags.
+TEST_F(WinMenuTest, WhatStandsInABar) {
+  TStartupStrings strings;
+  strings.fFirstMenuTitle = u"First";
+  strings.fQuitItem = u"quit";
+  strings.fSecondMenuTitle = u"Second";
+  strings.fCloseItem = u"close";
+  strings.fWindowMenuTitle = u"Windows";
+  strings.fLastMenuTitle = u"Last";
+  strings.fDisplayName = u"help";
+  const std::vector<TWindowMenuItem> windows = {{u"on top", kStayOnTopCommand, MF_CHECKED},
+                                                {u"a window", kFirstWindowListCommand, MF_UNCHECKED}};
+  const std::string begin = "First:|  quit C351|Second:|";
+  const std::string windowMenu = "Windows:|  on top EA61 checked|  --|";
+  const struct {
+    const char* fName;
+    TMenuBarFlags fFlags;
+    std::vector<TMenu> fMenus;  // those that have an item of the client's
+    std::string fLines;
+  } rows[] = {
+      {"nothing of the client's", {0, 0, 1, 1, 0}, {}, begin + "  close A000"},
+      {"all menus of the client's own",
+       {0, 0, 1, 0, 0},
+       {kMenu2, kMenu1},
+       begin + "  close A000 grey|1:|  item A001|2:|  item A002"},
+      {"the window menu", {0, 0, 1, 1, 1}, {}, begin + "  close A000|" + windowMenu + "  a window E000"},
+      {"the client's part of it",
+       {0, 0, 1, 1, 1},
+       {kMenuWindow},
+       begin + "  close A000|" + windowMenu + "  item A001|  --|  a window E000"},
+      {"a help menu of the client's", {0, 0, 1, 1, 0}, {kMenuHelp}, begin + "  close A000|Last:|  item A001"},
+      {"the help item alone", {1, 1, 1, 1, 0}, {}, begin + "  close A000|Last:|  help A001"},
+      {"both", {1, 0, 1, 1, 0}, {kMenuHelp}, begin + "  close A000|Last:|  item A001|  --|  help A002 grey"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.fName);
+    CMenuBarState state;
+    TMenuItem item = {};
+    CopyText(item.fText, u"item");
+    item.fStateFlags = kMenuItemEnabled;
+    for (const TMenu menu : row.fMenus)
+      EXPECT_EQ(state.IMenuBarState_SetMenuItems(menu, &item, sizeof(item)), kOK);
+    EXPECT_EQ(state.IMenuBarState_SetMenuTitle(kMenu1, u"1"), kOK);
+    EXPECT_EQ(state.IMenuBarState_SetMenuTitle(kMenu2, u"2"), kOK);
+    EXPECT_EQ(state.IMenuBarState_SetFlags(row.fFlags), kOK);
+    fItems.clear();
+    CMenuBuilder bar(fItems, kFirstClientCommand);
+    ComposeMenuBar(bar, state, windows, strings, *fMorvane);
+    EXPECT_EQ(LinesOfMenu(bar.GetHandle()), SplitLines(row.fLines));
   }
 }
 

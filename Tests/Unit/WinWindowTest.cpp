@@ -33,9 +33,6 @@ class CTestWindow : public CWinWindow {
 
   bool AreFieldsSound() const { return CWinWindow::CWindowGlue_CheckInvariant(); }
 
-  using CWinWindow::fAcceleratorTable;
-  using CWinWindow::fAlwaysOnTop;
-
  protected:
   bool OnClientSizeChanged(const TSize&, const TSize&) override { return true; }
   bool OnPlacementChanged(const TWindowPlacement&, const TWindowPlacement&) override { return true; }
@@ -158,12 +155,12 @@ TEST_F(WinWindowTest, AlwaysOnTopIsInherited) {
     TTestWindowPtr top = Make(kWindowKindDocument);
     plain->Show();
     top->SetAlwaysOnTop(true);
-    EXPECT_FALSE(Make(kWindowKindModalDialog)->fAlwaysOnTop);  // nobody sees it yet
-    EXPECT_TRUE(Make(kWindowKindModalDialog, top.get())->fAlwaysOnTop);
+    EXPECT_FALSE(Make(kWindowKindModalDialog)->IsAlwaysOnTop());  // nobody sees it yet
+    EXPECT_TRUE(Make(kWindowKindModalDialog, top.get())->IsAlwaysOnTop());
     top->Show();
-    EXPECT_TRUE(Make(kWindowKindModelessDialog)->fAlwaysOnTop);
-    EXPECT_FALSE(Make(kWindowKindModalDialog, plain.get())->fAlwaysOnTop);
-    EXPECT_FALSE(Make(kWindowKindFloating)->fAlwaysOnTop);
+    EXPECT_TRUE(Make(kWindowKindModelessDialog)->IsAlwaysOnTop());
+    EXPECT_FALSE(Make(kWindowKindModalDialog, plain.get())->IsAlwaysOnTop());
+    EXPECT_FALSE(Make(kWindowKindFloating)->IsAlwaysOnTop());
     // A dialog that blocks it is never covered by it.
     TTestWindowPtr dialog = Make(kWindowKindModalDialog);
     dialog->Show();
@@ -284,8 +281,8 @@ TEST_F(WinWindowTest, ShortcutsFollowTheMenus) {
           state.IMenuBarState_SetMenuItems(kMenuDocument, items.data(),
                                            static_cast<std::uint32_t>(items.size() * sizeof(TMenuItem))),
           kOK);
-      window->ApplyMenuBarState(state);
-      return window->fAcceleratorTable;
+      window->GetMenuBar().Show(state);
+      return window->GetMenuBar().GetShortcuts();
     };
     const HACCEL first = apply({kKeyCharF1, kKeyCharF1 + 1});
     EXPECT_EQ(KeysOf(first), "112/40960 113/40961 ");
@@ -385,7 +382,7 @@ TEST_F(WinWindowTest, ListenersSeeEveryMessageUntilOneHandlesIt) {
   InRun([this] {
     TTestWindowPtr window = Make(kWindowKindDocument);
     Listener first(fLog, "first"), second(fLog, "second"), third(fLog, "third");
-    for (Listener* listener : {&first, &second, &third}) window->AddMsgEventListener(listener);
+    for (Listener* listener : {&first, &second, &third}) window->GetListeners().Add(listener);
     const auto send = [&] {
       const LRESULT result = SendMessageW(window->GetHwnd(), first.fMessage, 12, 34);
       return std::to_string(result) + ": " + TakeLog();
@@ -402,19 +399,18 @@ TEST_F(WinWindowTest, ListenersSeeEveryMessageUntilOneHandlesIt) {
     first.fMessage = WM_GETDLGCODE;
     first.fHandles = second.fHandles = false;
     first.fHook = [&] {
-      for (Listener* listener : {&first, &second}) window->RemoveMsgEventListener(listener);
+      for (Listener* listener : {&first, &second}) window->GetListeners().Remove(listener);
     };
     EXPECT_EQ(send(), "0: first; third");
     EXPECT_EQ(send(), "0: third");
-    for (Listener* listener : {&second, &third})
-      window->RemoveMsgEventListener(listener);  // one is not there
+    for (Listener* listener : {&second, &third}) window->GetListeners().Remove(listener);  // one is not there
     // A listener may end the window: the message is not forwarded any more, so that its result stands.
     first.fHook = [&] {
       window->ReleaseWindow();
       EXPECT_TRUE(IsWindow(window->GetHwnd()));
       window.reset();
     };
-    window->AddMsgEventListener(&first);
+    window->GetListeners().Add(&first);
     const HWND hwnd = window->GetHwnd();
     EXPECT_EQ(SendMessageW(hwnd, first.fMessage, 0, 0), 4711);
     EXPECT_FALSE(IsWindow(hwnd));
@@ -428,7 +424,7 @@ TEST_F(WinWindowTest, ControlsHaveListenersOfTheirOwn) {
     const HWND control =
         CreateWindowExW(0, L"BUTTON", L"", WS_CHILD, 0, 0, 10, 10, hwnd, nullptr, nullptr, nullptr);
     Listener listener(fLog, "control");
-    window->AddControlListener(control, &listener);
+    window->GetListeners().AddForControl(control, &listener);
     NMHDR ofControl = {control, 1, 2}, ofWindow = {hwnd, 1, 2};
     const auto param = [](auto* of) { return reinterpret_cast<LPARAM>(of); };
     for (const auto& [message, parameter, calls] :
@@ -440,6 +436,6 @@ TEST_F(WinWindowTest, ControlsHaveListenersOfTheirOwn) {
       SendMessageW(hwnd, message, 5, parameter);
       EXPECT_EQ(TakeLog(), calls) << message;
     }
-    window->RemoveControlListener(control);
+    window->GetListeners().RemoveForControl(control);
   });
 }

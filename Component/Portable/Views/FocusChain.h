@@ -2,6 +2,8 @@
 // offered.
 #pragma once
 
+#include <vector>
+
 #include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Views/ViewImpl.h"
 
@@ -35,6 +37,14 @@ bool OfferAlongFocusChain(const CViewImpl* focusView, TFocusWalk walk, TOffer&& 
     if (walk == TFocusWalk::kKey && !view->IsLive()) return false;
   }
   return false;
+}
+
+// The views from `focusView` up to the root view, as long as they have not been released, nearest first.
+inline std::vector<TViewImplPtr> LiveFocusChain(const CViewImpl* focusView) {
+  std::vector<TViewImplPtr> chain;
+  for (const CViewImpl* view = focusView; view && view->IsLive(); view = view->GetSuperView().get())
+    chain.push_back(view->GetClientsViewReference());
+  return chain;
 }
 
 }  // namespace NSMorvane

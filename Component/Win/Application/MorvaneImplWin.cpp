@@ -145,9 +145,9 @@ void CMorvaneImpl::CMorvaneGlue_SetDebugSettings(const TDebugSettings& settings)
 
 void CMorvaneImpl::RefreshDebugMenus(bool makesMenuBars) {
   for (const boost::shared_ptr<CWinWindow>& window : fWindows->GetVisibleDocumentWindows()) {
-    if (!makesMenuBars && !window->HasMenuBar()) continue;
-    const CMenuBarState state = window->GetMenuBarState();
-    window->RebuildCompleteMenuBar(state);
+    if (!makesMenuBars && !window->GetMenuBar().IsThere()) continue;
+    const CMenuBarState state = window->GetMenuBar().GetState();
+    window->GetMenuBar().Rebuild(state);
   }
 }
 

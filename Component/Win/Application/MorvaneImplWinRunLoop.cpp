@@ -328,7 +328,7 @@ void CMorvaneImpl::SetUpMenuBar(CWinWindow& window) {
   const TError error = ErrorOf([&] {
     CMenuBarState state;
     MORVANE_CHECK(fBehavior->IMorvaneRunBehavior_OnSetupMenuBar(state));
-    if (window.LockClientsWindowReference()) window.RunMenuBarSetup(state);
+    if (window.LockClientsWindowReference()) window.SetUpMenuBar(state);
   });
   fMenuBarsInSetUp.pop_back();
   if (fMenuBarsInSetUp.empty() && std::exchange(fMenuBarWaits, false)) RequestMenuBars();

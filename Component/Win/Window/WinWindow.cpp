@@ -1,4 +1,4 @@
-// The life of a window.
+// The life of a window, and its contract.
 #include "Component/Win/Window/WinWindow.h"
 
 #include <windows.h>
@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <boost/make_shared.hpp>
 
-#include "Component/Portable/Views/ViewImpl.h"
+#include "Component/Portable/Views/FocusChain.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Window/Blocking.h"
 #include "Component/Win/Window/WindowHost.h"
@@ -35,36 +35,26 @@ HWND NativeOwner(IModalOwner* owner) {
 
 CWinWindow::CWinWindow(IWindowHost* host, TWindowKind windowKind, IModalOwner* owner, DWORD style,
                        DWORD exStyle, bool makeSizeGrip, bool listedInWindowMenu, bool hasCloseCommand)
-    : TWindowCore{host, windowKind},
-      fWindows(host->GetWindowRegistry()),
+    : TWindowCore{host, windowKind, host->GetWindowRegistry()},
       fBlocking(host->GetBlocking()),
       fRunBehavior(host->GetBehavior()),
       fOwnerHwnd(NativeOwner(owner)),
-      fIsHidden(true),
-      fFocus(*this, *this),
-      fTooltips(*this),
-      fMouse(*this, fFocus, fTooltips),
-      fKeyboard(*this, *this, fMouse.GetDispatch(), fFocus, *this),
-      fIsDeactivating(false),
       fListedInWindowMenu(listedInWindowMenu),
-      fTimerID(0),
-      fClientSize(),
-      fMenuHandle(nullptr),
-      fAcceleratorTable(nullptr),
+      fHasCloseCommand(hasCloseCommand),
       fWindowClass(WindowClassName(windowKind), WindowStubProcCallback,
                    WindowClassHasIcon(windowKind) ? host->GetAppIcon() : nullptr),
-      fIsToldActive(false),
-      fHasCloseCommand(hasCloseCommand),
-      fAlwaysOnTop(false),
-      fSizeGripHwnd(nullptr),
-      fMenuBarRebuilds(0),
-      fMenuBarIsWhole(true),
-      fIsEnding(false),
-      fGlobalAlpha(255) {
+      fTooltips(*this),
+      fFocus(*this, *this, *this, fTooltips),
+      fMouse(*this, fFocus.GetFocus(), fTooltips),
+      fKeyboard(*this, *this, fMouse.GetDispatch(), fFocus.GetFocus(), *this),
+      fState(*this, *this),
+      fMenuBar(*this),
+      fPainting(*this),
+      fAlpha(*this) {
   try {
     MakeNativeWindow(style, exStyle, makeSizeGrip);
     MakeRootView();
-    TakeInitialState();
+    fState.TakeInitialState();
     fTimerID = SetTimer(fHwnd, 0, kTimerMS, nullptr);
     if (!fTimerID) MORVANE_THROW_LAST_ERROR();
     if (fWindowKind == kWindowKindDocument) DragAcceptFiles(fHwnd, TRUE);
@@ -77,14 +67,14 @@ CWinWindow::CWinWindow(IWindowHost* host, TWindowKind windowKind, IModalOwner* o
 HWND CWinWindow::ChooseNativeOwner() {
   if (fWindowKind == kWindowKindDocument || fWindowKind == kWindowKindFloating) return fOwnerHwnd;
   if (!fOwnerHwnd) {
-    fAlwaysOnTop = fWindows->IsAnyAlwaysOnTop();
+    fIsAlwaysOnTop = fWindows->IsAnyAlwaysOnTop();
     const bool standsAlone =
         !fWindows->IsAnyOfKind(kWindowKindDocument) &&
         (fWindowKind == kWindowKindModelessDialog || !fWindows->IsAnyOfKind(kWindowKindModelessDialog));
     return standsAlone ? nullptr : fHost->GetHiderWindow();
   }
   const CWinWindow* const owner = fWindows->Find(fOwnerHwnd);
-  fAlwaysOnTop = owner ? owner->fAlwaysOnTop : fWindows->IsAnyAlwaysOnTop();
+  fIsAlwaysOnTop = owner ? owner->fIsAlwaysOnTop : fWindows->IsAnyAlwaysOnTop();
   return fOwnerHwnd;
 }
 
@@ -101,12 +91,7 @@ void CWinWindow::MakeNativeWindow(DWORD style, DWORD exStyle, bool makeSizeGrip)
   }
   RegisterHwnd(fHwnd);
   SendMessageW(fHwnd, WM_SETFONT, reinterpret_cast<WPARAM>(GetDefaultFont()), FALSE);
-  if (!makeSizeGrip) return;
-  fSizeGripHwnd = CreateWindowExW(
-      WS_EX_NOPARENTNOTIFY, L"SCROLLBAR", nullptr,
-      WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_CLIPCHILDREN | SBS_SIZEGRIP | SBS_SIZEBOXBOTTOMRIGHTALIGN,
-      0, 0, 0, 0, fHwnd, nullptr, GetModuleHandleW(nullptr), nullptr);
-  if (!fSizeGripHwnd) MORVANE_THROW(XOutOfMemory());
+  if (makeSizeGrip) fSizeGrip.Make(fHwnd);
 }
 
 // The class procedure. It exists only until the wrapper takes over, within the first message that it sees.
@@ -170,12 +155,14 @@ void CWinWindow::RemoveChildWindow(const CWinWindow* childWindow) {
 bool CWinWindow::CWindowGlue_CheckInvariant() const {
   // The root view and the focus view stand for all others.
   if (fRunBehavior && !(fRootView && !fRootView->CheckInvariant()) &&
-      !(fFocus.GetView() && !fFocus.GetView()->CheckInvariant()) && !(fHwnd && !IsWindow(fHwnd)) &&
+      !(GetFocusView() && !GetFocusView()->CheckInvariant()) && !(fHwnd && !IsWindow(fHwnd)) &&
       !(fNativeWindowWrapper && !fNativeWindowWrapper->CheckInvariant()))
     return true;
   MORVANE_UNREACHED();
   return false;
 }
+
+// --- The contract
 
 TNativeWindow CWinWindow::CWindowGlue_GetNativeWindow() { return TNativeWindow{fHwnd}; }
 
@@ -184,19 +171,101 @@ TError CWinWindow::IModalOwner_GetNativeWindow(TNativeWindow& out) {
   return kOK;
 }
 
+bool CWinWindow::CWindowGlue_IsActive() { return fFocus.IsActive(); }
+
+CViewImpl* CWinWindow::CWindowGlue_GetRootView() { return fRootView; }
+
+CViewImpl* CWinWindow::CWindowGlue_GetConceptualFocusView() { return GetFocusView(); }
+
+CViewImpl* CWinWindow::CWindowGlue_GetOnDutyFocusView() {
+  return fFocus.IsActive() ? GetFocusView() : nullptr;
+}
+
+void CWinWindow::CWindowGlue_SetConceptualFocusView(CViewImpl* view) { fFocus.GetFocus().SetView(view); }
+
+std::vector<CViewImpl*> CWinWindow::CWindowGlue_GetTabViews() { return fTabViews; }
+
+void CWinWindow::CWindowGlue_SetTabViews(const std::vector<CViewImpl*>& tabViews) { fTabViews = tabViews; }
+
+TRect CWinWindow::CWindowGlue_GetFrameRect() { return fState.GetFrameRect(); }
+
+TRect CWinWindow::CWindowGlue_FrameRectToClientRect(const TRect& rect) {
+  return FrameRectToClientRect(rect, fState.GetFrameInsets());
+}
+
+TRect CWinWindow::CWindowGlue_ClientRectToFrameRect(const TRect& rect) {
+  return ClientRectToFrameRect(rect, fState.GetFrameInsets());
+}
+
+std::uint8_t CWinWindow::CWindowGlue_GetGlobalAlpha() { return fAlpha.Get(); }
+
+void CWinWindow::CWindowGlue_SetGlobalAlpha(std::uint8_t alpha) { fAlpha.Set(alpha); }
+
+TError CWinWindow::IWindow_SetConceptualFocusView(IView* newConceptualFocusView) {
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
+  return CWindowGlue::IWindow_SetConceptualFocusView(newConceptualFocusView);
+}
+
+TError CWinWindow::IWindow_GetTabViews(IViewListReceiver& out) {
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
+  return CWindowGlue::IWindow_GetTabViews(out);
+}
+
+TError CWinWindow::IWindow_SetGlobalAlpha(std::uint8_t alpha) {
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
+  return CWindowGlue::IWindow_SetGlobalAlpha(alpha);
+}
+
+// --- The window as its kind and its views see it
+
+TWindowStateRecord CWinWindow::GetWindowState() const {
+  MORVANE_ASSERT(CheckInvariant());
+  return fState.Get();
+}
+
+void CWinWindow::SetWindowState(const TWindowStateRecord& state) {
+  MORVANE_ASSERT(CheckInvariant());
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
+  fState.Set(state);
+}
+
+void CWinWindow::IImplFocusTools_SetConceptualFocusView(CViewImpl* view) {
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
+  fFocus.GetFocus().PassOn(view);
+}
+
+std::uint32_t CWinWindow::AddTool(CViewImpl& view, const TString& text) {
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
+  return fTooltips.Add(view, text, fMouse.IsCaptured());
+}
+
+void CWinWindow::UpdateToolText(std::uint32_t tool, CViewImpl&, const TString& text) {
+  fTooltips.SetText(tool, text);
+}
+
+void CWinWindow::RemoveTool(std::uint32_t tool, CViewImpl& view) {
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
+  fTooltips.Remove(tool, view);
+}
+
+void CWinWindow::SetUpMenuBar(CMenuBarState& state) {
+  RequestMenuBarSetup(state);
+  if (!fClientsWindowReference) return;  // released by that
+  // The focus view comes last and so has the last word.
+  const std::vector<TViewImplPtr> focusChain = LiveFocusChain(GetFocusView());
+  for (auto view = focusChain.rbegin(); view != focusChain.rend(); ++view) {
+    // An earlier one may have released it.
+    IViewBehavior* const behavior = (*view)->IsLive() ? (*view)->GetBehavior() : nullptr;
+    if (behavior) MORVANE_CHECK(behavior->IViewBehavior_OnSetupMenuBar(state));
+  }
+  fMenuBar.Show(state);
+}
+
 // --- Showing and hiding
-
-bool CWinWindow::IsVisible() const { return fWindows->IsShown(fHwnd); }
-
-bool CWinWindow::IsIconic() const { return ::IsIconic(fHwnd) != 0; }
-
-bool CWinWindow::IsZoomed() const { return ::IsZoomed(fHwnd) != 0; }
-
-void CWinWindow::Restore() { ShowWindow(fHwnd, SW_RESTORE); }
 
 void CWinWindow::FocusNow() {
   const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
-  if (IsIconic()) Restore();
+  if (IsIconic()) ShowWindow(fHwnd, SW_RESTORE);
   fBlocking->BringToFront(fHwnd);
 }
 
@@ -211,14 +280,12 @@ void CWinWindow::Show() {
   MORVANE_ASSERT(!IsVisible());
   PumpPaintMessages();
   if (isReleased()) return;
-  SetClientSize(fWindowState.fClientSize);
+  fState.ReportClientSize();
   if (isReleased()) return;
-  SetPlacement(BuildPlacement(GetNormalRect(fWindowState.fMinimized, fWindowState.fMaximized)));
+  fState.ReportPlacement();
   if (isReleased()) return;
 
-  const int showCommand = fWindowState.fMinimized   ? SW_SHOWMINIMIZED
-                          : fWindowState.fMaximized ? SW_SHOWMAXIMIZED
-                                                    : SW_SHOWNORMAL;
+  const int showCommand = fState.GetShowCommand();
   fIsHidden = false;
   fWindows->RemoveHidden(fHwnd);
   DebugPrint("CWinWindow::Show " + HandleText(fHwnd) + " " + NumberText(showCommand));
@@ -236,7 +303,7 @@ void CWinWindow::Show() {
       DebugPrint("CWinWindow HWND refuses to get WS_VISIBLE!");
     MORVANE_UNREACHED();
   }
-  if (fAlwaysOnTop) SetWindowTopMost(fHwnd, true);
+  if (fIsAlwaysOnTop) SetWindowTopMost(fHwnd, true);
   if (isReleased()) return;
   MORVANE_ASSERT(IsVisible());
   fBlocking->OnShown(*this);
@@ -273,9 +340,9 @@ void CWinWindow::AddToHiddenWindows() {
 }
 
 void CWinWindow::SetAlwaysOnTop(bool flag) {
-  if (flag == fAlwaysOnTop) return;
+  if (flag == fIsAlwaysOnTop) return;
   SetWindowTopMost(fHwnd, flag);
-  fAlwaysOnTop = flag;
+  fIsAlwaysOnTop = flag;
   fHost->RequestMenuBars();
 }
 
@@ -311,7 +378,7 @@ void CWinWindow::PrepareDestruction() {
     KillWindowTimer();
     AddToHiddenWindows();
   }
-  fControlListeners.clear();
+  fListeners.RemoveForAllControls();
 }
 
 void CWinWindow::KillWindowTimer() {
@@ -324,7 +391,7 @@ void CWinWindow::KillWindowTimer() {
 CWinWindow::~CWinWindow() {
   MORVANE_ASSERT(CheckInvariant());
   fIsEnding = true;  // the kind is gone
-  fFocus.Forget();
+  fFocus.GetFocus().Forget();
   if (fRootView && !fRootView->GetRawSubViews().empty()) {
     DebugPrint("Not all subview were removed!");  // sic
     for (const CViewImpl* const view : fRootView->GetRawSubViews())
@@ -351,11 +418,6 @@ void CWinWindow::DismantleNativeWindow() {
     fRootView->IView_Release();
     fRootView = nullptr;
     fRootViewReference.reset();
-  }
-  if (fAcceleratorTable) {
-    const BOOL datResult = DestroyAcceleratorTable(fAcceleratorTable);
-    MORVANE_ASSERT(datResult);
-    fAcceleratorTable = nullptr;
   }
   if (fHwnd) {
     fWindows->RemoveHidden(fHwnd);

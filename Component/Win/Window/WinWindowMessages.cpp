@@ -10,6 +10,8 @@
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Window/Blocking.h"
 #include "Component/Win/Window/WindowHost.h"
+#include "Component/Win/Window/WinDroppedFiles.h"
+#include "Component/Win/Window/WinInputMethod.h"
 #include "Component/Win/Window/WinWindow.h"
 
 namespace NSMorvane {
@@ -104,22 +106,22 @@ class CWinWindow::CMessageTable {
     return kForward;
   }
   static TResult OnSize(CWinWindow& window, TWinMessage&) {
-    window.SyncWindowStateOnSize();
-    window.PlaceSizeGrip();
+    window.fState.OnSize();
+    window.fSizeGrip.Place();
     return kForward;
   }
   static TResult OnWindowPosChanged(CWinWindow& window, TWinMessage&) {
-    window.SyncWindowState();
-    window.AdaptSizeGrip();
+    window.fState.OnWindowPosChanged();
+    window.fSizeGrip.Adapt(window.IsZoomed());
     return kForward;
   }
   static TResult OnGetMinMaxInfo(CWinWindow& window, TWinMessage& message) {
     const auto info = reinterpret_cast<MINMAXINFO*>(message.fLParam);
-    if (IsAccessible(info, sizeof(*info), kWritable)) window.OnGetMinMaxInfo(*info);
+    if (IsAccessible(info, sizeof(*info), kWritable)) window.fState.LimitSizes(*info);
     return 0;
   }
   static TResult OnClose(CWinWindow& window, TWinMessage&) {
-    window.OnCloseRequest();
+    if (GetWindowLongW(window.fHwnd, GWL_STYLE) & WS_SYSMENU) window.RequestClose(kCloseByUser);
     return 0;
   }
   static TResult OnDisplayChange(CWinWindow&, TWinMessage&) {
@@ -133,25 +135,29 @@ class CWinWindow::CMessageTable {
     const WORD state = LOWORD(message.fWParam);
     const bool minimized = HIWORD(message.fWParam) != 0;
     DebugPrint(minimized ? "WM_ACTIVATE minimized" : "WM_ACTIVATE ");
-    bool handled = false;
-    if (state == WA_ACTIVE || state == WA_CLICKACTIVE) {
-      if (minimized) return kForward;
-      window.OnActivated(handled);
-      window.fHost->RequestMenuBars();
-    } else {
+    if (state != WA_ACTIVE && state != WA_CLICKACTIVE) {
       MORVANE_ASSERT_TEXT("LOWORD(wParam) == WA_INACTIVE", state == WA_INACTIVE);
-      window.OnDeactivated();
+      window.fFocus.OnDeactivated();
+      return kForward;
     }
-    return handled ? TResult(0) : kForward;
+    if (minimized) return kForward;
+    DebugPrint("CWinWindow::IWindowListener_OnActivated " + HandleText(window.fHwnd));
+    window.fBlocking->RaiseWithOwners(window.fHwnd);
+    // While a window that blocks the application is active, floating windows are out of the way.
+    window.fHost->ShowFloatingWindows(!CBlocking::BansFloatingWindows(window));
+    window.fFocus.OnActivated();
+    window.fHost->RequestMenuBars();
+    // The default handling would move the keyboard behind the library's back.
+    return 0;
   }
   static TResult OnSetFocus(CWinWindow& window, TWinMessage& message) {
-    window.OnReceivedFocus();
+    window.fFocus.OnReceivedKeyboard();
     const LRESULT uiState = SendMessageW(message.fHwnd, WM_QUERYUISTATE, 0, 0);
     SendMessageW(message.fHwnd, WM_UPDATEUISTATE, MAKEWPARAM(UIS_INITIALIZE, uiState), 0);
     return kForward;
   }
   static TResult OnKillFocus(CWinWindow& window, TWinMessage&) {
-    window.OnLostFocus();
+    window.fFocus.OnLostKeyboard();
     return kForward;
   }
   static TResult OnActivateApp(CWinWindow& window, TWinMessage& message) {
@@ -162,7 +168,8 @@ class CWinWindow::CMessageTable {
   // --- Painting
 
   static TResult OnPaint(CWinWindow& window, TWinMessage&) {
-    window.HandlePaint();
+    window.fPainting.Paint(window.fSizeGrip.GetHwnd());
+    MORVANE_ASSERT_TEXT("CheckInvariant()", window.CheckInvariant());
     return 0;
   }
   static TResult OnEraseBackground(CWinWindow&, TWinMessage&) {
@@ -174,9 +181,6 @@ class CWinWindow::CMessageTable {
   static TResult OnSetCursor(CWinWindow& window, TWinMessage& message) {
     if (reinterpret_cast<HWND>(message.fWParam) != window.fHwnd) return kForward;
     return window.fMouse.OnSetCursor(LOWORD(message.fLParam)) ? TResult(1) : kForward;
-  }
-  static TResult OnNcHitTest(CWinWindow& window, TWinMessage& message) {
-    return window.OnNonClientHitTest(message);
   }
   static TResult OnMouseMove(CWinWindow& window, TWinMessage& message) {
     window.fMouse.OnMove(PointInMessage(message.fLParam));
@@ -230,13 +234,13 @@ class CWinWindow::CMessageTable {
     if (message.fLParam == 0)
       window.OnCommand(LOWORD(message.fWParam));
     else
-      window.CallControlListener(reinterpret_cast<HWND>(message.fLParam), message);
+      window.fListeners.CallForControl(reinterpret_cast<HWND>(message.fLParam), message);
     return kForward;
   }
   static TResult OnNotify(CWinWindow& window, TWinMessage& message) {
     const auto header = reinterpret_cast<const NMHDR*>(message.fLParam);
     if (IsAccessible(header, sizeof(*header), kReadable))
-      window.CallControlListener(header->hwndFrom, message);
+      window.fListeners.CallForControl(header->hwndFrom, message);
     return kForward;
   }
   static TResult OnSysCommand(CWinWindow& window, TWinMessage& message) {
@@ -265,11 +269,11 @@ class CWinWindow::CMessageTable {
   // --- Files and input methods
 
   static TResult OnDropFiles(CWinWindow& window, TWinMessage& message) {
-    window.OnDropFiles(reinterpret_cast<HGLOBAL>(message.fWParam));
+    OpenDroppedFiles(reinterpret_cast<HGLOBAL>(message.fWParam), *window.fHost);
     return kForward;
   }
   static TResult OnImeNotify(CWinWindow& window, TWinMessage& message) {
-    window.OnImeNotify(message.fWParam);
+    KeepInputMethodClosed(window.fHwnd, message.fWParam);
     return kForward;
   }
 };
@@ -293,7 +297,6 @@ CWinWindow::CMessageTable::THandler CWinWindow::CMessageTable::Find(UINT message
       {WM_NOTIFY, OnNotify},
       {WM_HELP, OnHelp},
       {WM_DISPLAYCHANGE, OnDisplayChange},
-      {WM_NCHITTEST, OnNcHitTest},
       {WM_KEYDOWN, OnKey},
       {WM_KEYUP, OnKey},
       {WM_SYSKEYDOWN, OnKey},
@@ -348,7 +351,7 @@ LRESULT CWinWindow::WindowProc(CNativeWindowWrapper& nativeWindow, HWND hwnd, UI
     TWinMessage winMessage = {false, hwnd, message, wParam, lParam};
     if (fBlocking->SwallowsMessage(winMessage)) return 0;
     PreDispatch(winMessage);
-    CallMsgEventListeners(winMessage, result);
+    if (fListeners.Call(winMessage, result)) fMouse.ForgetAnswers();
     // A window that has been released, and lives on for the message that it is in the middle of, may be in a
     // loop of the system's, which hands out more. The user has left it.
     const auto handler = self || !IsUserInput(message) ? CMessageTable::Find(message) : nullptr;
@@ -406,47 +409,9 @@ LRESULT CWinWindow::ForwardMessage(const TWinMessage& message) {
                                             message.fLParam);
 }
 
-LRESULT CWinWindow::OnNonClientHitTest(TWinMessage message) { return ForwardMessage(message); }
-
 bool CWinWindow::PreTranslateMessage(const MSG& message) {
   fKeyboard.NotifyModifierListeners(message);
-  MSG copy = message;
-  return fAcceleratorTable && TranslateAcceleratorW(fHwnd, fAcceleratorTable, &copy);
-}
-
-// --- Listeners
-
-void CWinWindow::AddMsgEventListener(IWinMsgEventListener* listener) {
-  fMsgEventListeners.push_back(listener);
-}
-
-void CWinWindow::RemoveMsgEventListener(IWinMsgEventListener* listener) {
-  const auto it = std::find(fMsgEventListeners.begin(), fMsgEventListeners.end(), listener);
-  if (it != fMsgEventListeners.end()) fMsgEventListeners.erase(it);
-}
-
-void CWinWindow::AddControlListener(HWND controlHwnd, IWinMsgEventListener* listener) {
-  fControlListeners[controlHwnd] = listener;
-}
-
-void CWinWindow::RemoveControlListener(HWND controlHwnd) { fControlListeners.erase(controlHwnd); }
-
-void CWinWindow::CallMsgEventListeners(TWinMessage& message, LRESULT& inOutResult) {
-  if (fMsgEventListeners.empty()) return;
-  // A listener may take itself or others out.
-  for (IWinMsgEventListener* const listener : std::vector<IWinMsgEventListener*>(fMsgEventListeners)) {
-    if (message.fHandled) return;
-    if (std::find(fMsgEventListeners.begin(), fMsgEventListeners.end(), listener) == fMsgEventListeners.end())
-      continue;
-    inOutResult = listener->IWinMsgEventListener_OnMessage(message);
-    fMouse.ForgetAnswers();
-  }
-}
-
-void CWinWindow::CallControlListener(HWND controlHwnd, TWinMessage& message) {
-  if (!controlHwnd || !IsWindow(controlHwnd)) return;
-  const auto it = fControlListeners.find(controlHwnd);
-  if (it != fControlListeners.end()) it->second->IWinMsgEventListener_OnMessage(message);
+  return fMenuBar.TranslateShortcut(message);
 }
 
 }  // namespace NSMorvane

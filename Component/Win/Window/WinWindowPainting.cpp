@@ -1,8 +1,5 @@
-// Painting of windows: from WM_PAINT to the screen, invalidation, global alpha, and what the debug settings
-// add to them.
-//
-// A paint puts everything together in an offscreen buffer and copies the rectangles of the dirty region to
-// the screen at the end. Nothing else of the screen is ever touched, unless a debug setting says so.
+#include "Component/Win/Window/WinWindowPainting.h"
+
 #include "Component/Portable/Drawing/DrawingWalk.h"
 #include "Component/Portable/Surfaces/BufferBitmap.h"
 #include "Component/Portable/Views/ViewImpl.h"
@@ -10,7 +7,6 @@
 #include "Component/Win/Drawing/WinDrawTools.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Window/WindowHost.h"
-#include "Component/Win/Window/WinWindow.h"
 
 namespace NSMorvane {
 
@@ -83,126 +79,76 @@ void DrawViewBounds(CDeviceContext& context, CViewImpl& view, const TRect& clip)
 
 // --- From WM_PAINT to the screen
 
-void CWinWindow::HandlePaint() {
-  // The size grip paints itself.
-  const TRect excluded = fSizeGripHwnd ? RectInClient(fSizeGripHwnd, fHwnd) : kNowhere;
-  CPaintContext target(fHwnd, excluded);
-  OnPaint(target);
-  if (fSizeGripHwnd) UpdateWindow(fSizeGripHwnd);
+void CWinWindowPainting::Paint(HWND sizeGrip) {
+  const TRect excluded = sizeGrip ? RectInClient(sizeGrip, fWindow.fHwnd) : kNowhere;
+  CPaintContext target(fWindow.fHwnd, excluded);
+  PaintOn(target);
+  if (sizeGrip) UpdateWindow(sizeGrip);
 }
 
-void CWinWindow::OnPaint(CPaintContext& target) {
+void CWinWindowPainting::PaintOn(CPaintContext& target) {
   const CRegion& region = target.GetRegion();
   if (region.IsEmpty()) return;
-  if (fHost->GetDebugSettings().fDrawPaintsRed && IsVisible()) FlashPaint(target);
+  if (fWindow.fHost->GetDebugSettings().fDrawPaintsRed && fWindow.IsVisible()) FlashPaint(target);
   const DWORD start = GetTickCount();
   COffscreenContext buffer(target, region.GetBounds());
   FillBackground(buffer);
   DrawRootView(buffer, region);
   for (const TRect& rect : region.GetRects()) buffer.CopyToTarget(rect);
-  if (fHost->GetDebugSettings().fDrawViewBounds) DrawViewBounds(target, *fRootView, fRootView->GetBounds());
-  DrawMouseViewInfo();
-  fPaintSamples.Add({start, GetTickCount()});
-  MORVANE_ASSERT(CheckInvariant());
+  if (fWindow.fHost->GetDebugSettings().fDrawViewBounds)
+    DrawViewBounds(target, *fWindow.fRootView, fWindow.fRootView->GetBounds());
+  // The view inspector is not built yet: here it will tell of the view under the mouse.
+  fSamples.Add({start, GetTickCount()});
 }
 
-void CWinWindow::FillBackground(COffscreenContext& buffer) {
+void CWinWindowPainting::FillBackground(COffscreenContext& buffer) {
   RECT clientRect;
-  if (!GetClientRect(fHwnd, &clientRect)) MORVANE_THROW_LAST_ERROR();
-  FillRect(buffer.GetBuffer().GetHDC(), &clientRect, GetSysColorBrush(BackgroundColor(fWindowKind)));
+  if (!GetClientRect(fWindow.fHwnd, &clientRect)) MORVANE_THROW_LAST_ERROR();
+  FillRect(buffer.GetBuffer().GetHDC(), &clientRect, GetSysColorBrush(BackgroundColor(fWindow.fWindowKind)));
 }
 
-void CWinWindow::DrawRootView(COffscreenContext& buffer, const CRegion& region) {
+void CWinWindowPainting::DrawRootView(COffscreenContext& buffer, const CRegion& region) {
   // Copies: callbacks may change what these are taken from.
   const CRegion dirtyRegion(region);
-  const TRect bounds = fRootView->GetBounds();
-  const TDebugSettings settings = fHost->GetDebugSettings();
-  IMorvaneRunBehavior* const runBehavior = fHost->GetBehavior();
+  const TRect bounds = fWindow.fRootView->GetBounds();
+  const TDebugSettings settings = fWindow.fHost->GetDebugSettings();
+  IMorvaneRunBehavior* const runBehavior = fWindow.fHost->GetBehavior();
   CWinDrawTools tools({buffer.GetBuffer().GetHDC()}, dirtyRegion, buffer);
   TDrawBracket bracket(runBehavior, tools);
-  DrawView(runBehavior, bracket, *fRootView, bounds, tools, settings);
+  DrawView(runBehavior, bracket, *fWindow.fRootView, bounds, tools, settings);
 }
 
 // --- Invalidation
 
-void CWinWindow::InvalidateRect(const TRect& rect) {
-  if (fHost->GetDebugSettings().fDrawInvalidationBlue && !IsEmptyRect(rect)) FlashInvalidation({rect});
-  NativeInvalidateRect(rect);
-}
-
-void CWinWindow::InvalidateRegion(const CRegion& region) {
-  if (region.IsEmpty()) return;
-  if (fHost->GetDebugSettings().fDrawInvalidationBlue) FlashInvalidation(region.GetRects());
-  NativeInvalidateRegion(region);
-}
-
-void CWinWindow::NativeInvalidateRect(const TRect& rect) {
+void CWinWindowPainting::InvalidateRect(const TRect& rect) {
+  if (fWindow.fHost->GetDebugSettings().fDrawInvalidationBlue && !IsEmptyRect(rect))
+    FlashInvalidation({rect});
   const RECT nativeRect = ToNative(rect);
-  ::InvalidateRect(fHwnd, &nativeRect, FALSE);
+  ::InvalidateRect(fWindow.fHwnd, &nativeRect, FALSE);
 }
 
-void CWinWindow::NativeInvalidateRegion(const CRegion& region) {
-  ::InvalidateRgn(fHwnd, region.GetNativeRegion(), FALSE);
-}
-
-void CWinWindow::NativeUpdate() {
-  if (!UpdateWindow(fHwnd)) MORVANE_THROW_LAST_ERROR();
+void CWinWindowPainting::InvalidateRegion(const CRegion& region) {
+  if (region.IsEmpty()) return;
+  if (fWindow.fHost->GetDebugSettings().fDrawInvalidationBlue) FlashInvalidation(region.GetRects());
+  ::InvalidateRgn(fWindow.fHwnd, region.GetNativeRegion(), FALSE);
 }
 
 // --- Debug layers
 
-void CWinWindow::FlashInvalidation(const TRectList& rects) {
-  if (!IsVisible()) return;
-  const CWindowDC windowDC(fHwnd);
+void CWinWindowPainting::FlashInvalidation(const TRectList& rects) {
+  if (!fWindow.IsVisible()) return;
+  const CWindowDC windowDC(fWindow.fHwnd);
   for (const TRect& rect : rects) FlashRect(windowDC.Get(), rect);
-  if (fHost->GetDebugSettings().fDelayAfterFlushing) Sleep(30);
+  if (fWindow.fHost->GetDebugSettings().fDelayAfterFlushing) Sleep(30);
 }
 
-void CWinWindow::FlashPaint(CPaintContext& target) {
+void CWinWindowPainting::FlashPaint(CPaintContext& target) {
   const CRegion& region = target.GetRegion();
   target.FillSolidRect(region.GetBounds(), 0x00D000);
   const CGdiObject<HBRUSH> brush(CreateSolidBrush(0x0000D0));
   if (!brush.Get()) MORVANE_THROW(std::exception());
   if (!FillRgn(target.GetHDC(), region.GetNativeRegion(), brush.Get())) MORVANE_THROW(std::exception());
-  if (fHost->GetDebugSettings().fDelayAfterFlushing) Sleep(50);
-}
-
-void CWinWindow::DrawMouseViewInfo() {
-  // The view inspector is not built yet.
-}
-
-// --- Paint samples
-
-void CWinWindow::GetPaintSamples(std::vector<TPaintSample>& outSamples) const {
-  outSamples = fPaintSamples.Get();
-}
-
-// --- Global alpha
-//
-// An opaque window is never layered.
-
-std::uint8_t CWinWindow::CWindowGlue_GetGlobalAlpha() {
-  const bool isLayered = GetWindowLongPtrW(fHwnd, GWL_EXSTYLE) & WS_EX_LAYERED;
-  return isLayered ? fGlobalAlpha : 255;
-}
-
-TError CWinWindow::IWindow_SetGlobalAlpha(std::uint8_t alpha) {
-  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
-  return CWindowGlue::IWindow_SetGlobalAlpha(alpha);
-}
-
-void CWinWindow::CWindowGlue_SetGlobalAlpha(std::uint8_t alpha) {
-  const bool wanted = alpha != 255;
-  const LONG_PTR style = GetWindowLongPtrW(fHwnd, GWL_EXSTYLE);
-  const bool isLayered = style & WS_EX_LAYERED;
-  if (wanted != isLayered) {
-    if (!wanted && fGlobalAlpha != 255) SetLayeredWindowAttributes(fHwnd, 0, 255, LWA_ALPHA);
-    const LONG_PTR newStyle = wanted ? style | WS_EX_LAYERED : style & ~LONG_PTR{WS_EX_LAYERED};
-    SetWindowLongPtrW(fHwnd, GWL_EXSTYLE, newStyle);
-    if (GetWindowLongPtrW(fHwnd, GWL_EXSTYLE) != newStyle) MORVANE_THROW(std::exception());
-  }
-  if (wanted && !SetLayeredWindowAttributes(fHwnd, 0, alpha, LWA_ALPHA)) MORVANE_THROW_LAST_ERROR();
-  fGlobalAlpha = alpha;
+  if (fWindow.fHost->GetDebugSettings().fDelayAfterFlushing) Sleep(50);
 }
 
 }  // namespace NSMorvane

@@ -1,66 +1,59 @@
-// Sizes, placement and title of a window.
+#include "Component/Win/Window/WinWindowState.h"
+
 #include <algorithm>
 #include <utility>
 
 #include "Component/Portable/Views/ViewImpl.h"
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/WindowEvents.h"
 #include "Component/Win/Window/WindowHost.h"
-#include "Component/Win/Window/WinWindow.h"
 
 namespace NSMorvane {
 
 // --- What the native window says
 
-TSize CWinWindow::GetClientSize() const {
+TSize CWinWindowState::GetClientSize() const {
   RECT client = {};
-  if (!GetClientRect(fHwnd, &client)) MORVANE_THROW_LAST_ERROR();
+  if (!GetClientRect(fWindow.fHwnd, &client)) MORVANE_THROW_LAST_ERROR();
   return {client.right, client.bottom};
 }
 
-TFrameInsets CWinWindow::GetFrameInsets() const {
+TFrameInsets CWinWindowState::GetFrameInsets() const {
   RECT client = {};
-  GetClientRect(fHwnd, &client);
-  if (!IsEmptyRect(FromNative(client)) && IsVisible()) {
+  GetClientRect(fWindow.fHwnd, &client);
+  if (!IsEmptyRect(FromNative(client)) && fWindow.IsVisible()) {
     RECT frame = {};
-    GetWindowRect(fHwnd, &frame);
+    GetWindowRect(fWindow.fHwnd, &frame);
     POINT topLeft = {client.left, client.top};
     POINT bottomRight = {client.right, client.bottom};
-    ClientToScreen(fHwnd, &topLeft);
-    ClientToScreen(fHwnd, &bottomRight);
+    ClientToScreen(fWindow.fHwnd, &topLeft);
+    ClientToScreen(fWindow.fHwnd, &bottomRight);
     return {topLeft.x - frame.left, topLeft.y - frame.top, frame.right - bottomRight.x,
             frame.bottom - bottomRight.y};
   }
   WINDOWINFO info = {};
   info.cbSize = sizeof(info);
-  GetWindowInfo(fHwnd, &info);
+  GetWindowInfo(fWindow.fHwnd, &info);
   const RECT inner = {100, 100, 200, 200};
   RECT outer = inner;
-  AdjustWindowRectEx(&outer, info.dwStyle, fWindowKind == kWindowKindDocument, info.dwExStyle);
+  AdjustWindowRectEx(&outer, info.dwStyle, fWindow.fWindowKind == kWindowKindDocument, info.dwExStyle);
   return {inner.left - outer.left, inner.top - outer.top, outer.right - inner.right,
           outer.bottom - inner.bottom};
 }
 
-TRect CWinWindow::CWindowGlue_GetFrameRect() {
-  const WINDOWPLACEMENT wp = GetPlacement(fHwnd);
+TRect CWinWindowState::GetFrameRect() const {
+  const WINDOWPLACEMENT wp = GetPlacement(fWindow.fHwnd);
   RECT rect = wp.rcNormalPosition;
-  if (wp.showCmd == SW_SHOWMAXIMIZED && !GetWindowRect(fHwnd, &rect)) MORVANE_THROW_LAST_ERROR();
+  if (wp.showCmd == SW_SHOWMAXIMIZED && !GetWindowRect(fWindow.fHwnd, &rect)) MORVANE_THROW_LAST_ERROR();
   return FromNative(rect);
 }
 
-TRect CWinWindow::CWindowGlue_FrameRectToClientRect(const TRect& rect) {
-  return FrameRectToClientRect(rect, GetFrameInsets());
+TRect CWinWindowState::GetNormalRect(bool minimized, bool maximized) const {
+  return GetNormalRect(GetPlacement(fWindow.fHwnd), minimized, maximized);
 }
 
-TRect CWinWindow::CWindowGlue_ClientRectToFrameRect(const TRect& rect) {
-  return ClientRectToFrameRect(rect, GetFrameInsets());
-}
-
-TRect CWinWindow::GetNormalRect(bool minimized, bool maximized) const {
-  return GetNormalRect(GetPlacement(fHwnd), minimized, maximized);
-}
-
-TRect CWinWindow::GetNormalRect(const WINDOWPLACEMENT& wp, bool minimized, bool maximized) const {
-  if (IsVisible()) {
+TRect CWinWindowState::GetNormalRect(const WINDOWPLACEMENT& wp, bool minimized, bool maximized) const {
+  if (fWindow.IsVisible()) {
     // An iconic window reports SW_SHOWMINIMIZED and never this; it is known by its empty client area.
     minimized = wp.showCmd == SW_MINIMIZE;
     maximized = wp.showCmd == SW_SHOWMAXIMIZED;
@@ -69,51 +62,51 @@ TRect CWinWindow::GetNormalRect(const WINDOWPLACEMENT& wp, bool minimized, bool 
   return NormalRect(wp, minimized, maximized, IsEmptyRect({0, 0, client.fWidth, client.fHeight}));
 }
 
-void CWinWindow::TakeInitialState() {
-  const WINDOWPLACEMENT wp = GetPlacement(fHwnd);
+void CWinWindowState::TakeInitialState() {
+  const WINDOWPLACEMENT wp = GetPlacement(fWindow.fHwnd);
   const TSize client = GetClientSize();
-  fWindowState.fUserRect = NormalRect(wp, wp.showCmd == SW_MINIMIZE, wp.showCmd == SW_SHOWMAXIMIZED,
-                                      IsEmptyRect({0, 0, client.fWidth, client.fHeight}));
-  fWindowState.fClientSize = client;
+  fState.fUserRect = NormalRect(wp, wp.showCmd == SW_MINIMIZE, wp.showCmd == SW_SHOWMAXIMIZED,
+                                IsEmptyRect({0, 0, client.fWidth, client.fHeight}));
+  fState.fClientSize = client;
   SetRootViewSize(client);
 }
 
-TPoint CWinWindow::OffsetToNativePlacement() const {
-  return NSMorvane::OffsetToNativePlacement(fHost->GetMorvane(),
-                                            GetWindowLongW(fHwnd, GWL_EXSTYLE) & WS_EX_TOOLWINDOW);
+TPoint CWinWindowState::OffsetToNativePlacement() const {
+  return NSMorvane::OffsetToNativePlacement(fWindow.fHost->GetMorvane(),
+                                            GetWindowLongW(fWindow.fHwnd, GWL_EXSTYLE) & WS_EX_TOOLWINDOW);
 }
 
 // --- Zoom state and placement
 
-bool CWinWindow::IsIdeal(const TRect& frameRect) const {
-  return IsClientSizeIdeal(frameRect, fWindowState.fIdealClientSize, GetFrameInsets());
+bool CWinWindowState::IsIdeal(const TRect& frameRect) const {
+  return IsClientSizeIdeal(frameRect, fState.fIdealClientSize, GetFrameInsets());
 }
 
-TZoomState CWinWindow::GetZoomState() const {
-  if (fWindowState.fMinimized || fWindowState.fMaximized) return kWindowStateUser;
+TZoomState CWinWindowState::GetZoomState() const {
+  if (fState.fMinimized || fState.fMaximized) return kWindowStateUser;
   return IsIdeal(GetNormalRect(false, false)) ? kWindowStateIdeal : kWindowStateUser;
 }
 
-void CWinWindow::RememberPlacementRect(const TRect& frameRect) {
-  if (fWindowState.fMinimized || fWindowState.fMaximized) return;
-  (IsIdeal(frameRect) ? fWindowState.fIdealRect : fWindowState.fUserRect) = frameRect;
+void CWinWindowState::RememberPlacementRect(const TRect& frameRect) {
+  if (fState.fMinimized || fState.fMaximized) return;
+  (IsIdeal(frameRect) ? fState.fIdealRect : fState.fUserRect) = frameRect;
 }
 
-TWindowPlacement CWinWindow::BuildPlacement(const TRect& normalRect) const {
+TWindowPlacement CWinWindowState::BuildPlacement(const TRect& normalRect) const {
   TWindowPlacement placement;
-  placement.fMinimized = fWindowState.fMinimized;
-  placement.fMaximized = fWindowState.fMaximized;
-  placement.fUserRect = fWindowState.fUserRect;
-  placement.fIdealRect = fWindowState.fIdealRect;
-  const bool isIdeal = !fWindowState.fMinimized && !fWindowState.fMaximized && IsIdeal(normalRect);
+  placement.fMinimized = fState.fMinimized;
+  placement.fMaximized = fState.fMaximized;
+  placement.fUserRect = fState.fUserRect;
+  placement.fIdealRect = fState.fIdealRect;
+  const bool isIdeal = !fState.fMinimized && !fState.fMaximized && IsIdeal(normalRect);
   placement.fZoomState = isIdeal ? kWindowStateIdeal : kWindowStateUser;
   return placement;
 }
 
 // --- Telling the kind
 
-void CWinWindow::SetRootViewSize(const TSize& size) {
-  if (fRootView) fRootView->SetBounds({0, 0, size.fWidth, size.fHeight});
+void CWinWindowState::SetRootViewSize(const TSize& size) {
+  if (fWindow.fRootView) fWindow.fRootView->SetBounds({0, 0, size.fWidth, size.fHeight});
 }
 
 namespace {
@@ -136,95 +129,102 @@ void TellChange(TValue& field, const TValue newValue, TTell&& tell) {
 
 }  // namespace
 
-void CWinWindow::SetClientSize(const TSize& size) {
-  if (!(size == fClientSize)) SetRootViewSize(size);
-  TellChange(fClientSize, size, [this](const TSize& oldSize, const TSize& newSize) {
-    return OnClientSizeChanged(oldSize, newSize);
+void CWinWindowState::ReportClientSize(const TSize& size) {
+  if (!(size == fToldClientSize)) SetRootViewSize(size);
+  TellChange(fToldClientSize, size, [this](const TSize& oldSize, const TSize& newSize) {
+    return fEvents.OnClientSizeChanged(oldSize, newSize);
   });
 }
 
-void CWinWindow::SetPlacement(const TWindowPlacement& placement) {
-  TellChange(fPlacement, placement,
+void CWinWindowState::ReportPlacement(const TWindowPlacement& placement) {
+  TellChange(fToldPlacement, placement,
              [this](const TWindowPlacement& oldValue, const TWindowPlacement& newValue) {
-               return OnPlacementChanged(oldValue, newValue);
+               return fEvents.OnPlacementChanged(oldValue, newValue);
              });
+}
+
+void CWinWindowState::ReportClientSize() { ReportClientSize(fState.fClientSize); }
+
+void CWinWindowState::ReportPlacement() {
+  ReportPlacement(BuildPlacement(GetNormalRect(fState.fMinimized, fState.fMaximized)));
+}
+
+int CWinWindowState::GetShowCommand() const {
+  if (fState.fMinimized) return SW_SHOWMINIMIZED;
+  return fState.fMaximized ? SW_SHOWMAXIMIZED : SW_SHOWNORMAL;
 }
 
 // --- Following the native window
 
 // Takes over what the native window shows, and returns its normal rectangle. One look at the placement, which
 // is costly on some systems, serves both.
-TRect CWinWindow::AdoptNativePlacement() {
-  const WINDOWPLACEMENT wp = GetPlacement(fHwnd);
-  if (IsVisible()) {
-    fWindowState.fMinimized = wp.showCmd == SW_SHOWMINIMIZED;
-    fWindowState.fMaximized = wp.showCmd == SW_SHOWMAXIMIZED;
+TRect CWinWindowState::AdoptNativePlacement() {
+  const WINDOWPLACEMENT wp = GetPlacement(fWindow.fHwnd);
+  if (fWindow.IsVisible()) {
+    fState.fMinimized = wp.showCmd == SW_SHOWMINIMIZED;
+    fState.fMaximized = wp.showCmd == SW_SHOWMAXIMIZED;
   }
-  return GetNormalRect(wp, fWindowState.fMinimized, fWindowState.fMaximized);
+  return GetNormalRect(wp, fState.fMinimized, fState.fMaximized);
 }
 
-void CWinWindow::SyncWindowState() {
+void CWinWindowState::OnWindowPosChanged() {
   const TRect normalRect = AdoptNativePlacement();
-  if (!fIsHidden) {
-    SyncShownWindowState(normalRect);
-  } else if (!fWindowState.fMinimized) {
-    fWindowState.fClientSize = GetClientSize();
-    SetRootViewSize(fWindowState.fClientSize);
+  if (!fWindow.fIsHidden) {
+    SyncShown(normalRect);
+  } else if (!fState.fMinimized) {
+    fState.fClientSize = GetClientSize();
+    SetRootViewSize(fState.fClientSize);
   }
 }
 
-void CWinWindow::SyncWindowStateOnSize() {
-  if (!fIsHidden) SyncShownWindowState(AdoptNativePlacement());
+void CWinWindowState::OnSize() {
+  if (!fWindow.fIsHidden) SyncShown(AdoptNativePlacement());
 }
 
-void CWinWindow::SyncShownWindowState(const TRect& normalRect) {
+void CWinWindowState::SyncShown(const TRect& normalRect) {
   RememberPlacementRect(normalRect);
-  if (!fWindowState.fMinimized && IsVisible()) fWindowState.fClientSize = GetClientSize();
+  if (!fState.fMinimized && fWindow.IsVisible()) fState.fClientSize = GetClientSize();
   const TWindowPlacement placement = BuildPlacement(normalRect);
-  if (fIsHidden) return;
-  SetPlacement(placement);
-  SetClientSize(fWindowState.fClientSize);
+  if (fWindow.fIsHidden) return;
+  ReportPlacement(placement);
+  ReportClientSize(fState.fClientSize);
 }
 
 // --- The state as the kinds see it
 
-TWindowStateRecord CWinWindow::GetWindowState() const {
-  MORVANE_ASSERT(CheckInvariant());
+TWindowStateRecord CWinWindowState::Get() const {
   TWindowStateRecord state;
-  state.fMinimumClientSize = fWindowState.fMinimumClientSize;
-  state.fMaximumClientSize = fWindowState.fMaximumClientSize;
-  state.fIdealClientSize = fWindowState.fIdealClientSize;
-  state.fModified = fWindowState.fModified;
-  state.fTitle = fWindowState.fTitle.substr(0, kTitleChars);
-  state.fPlacement.fMinimized = fWindowState.fMinimized;
-  state.fPlacement.fMaximized = fWindowState.fMaximized;
-  state.fPlacement.fUserRect = fWindowState.fUserRect;
-  state.fPlacement.fIdealRect = fWindowState.fIdealRect;
+  state.fMinimumClientSize = fState.fMinimumClientSize;
+  state.fMaximumClientSize = fState.fMaximumClientSize;
+  state.fIdealClientSize = fState.fIdealClientSize;
+  state.fModified = fState.fModified;
+  state.fTitle = fState.fTitle.substr(0, kTitleChars);
+  state.fPlacement.fMinimized = fState.fMinimized;
+  state.fPlacement.fMaximized = fState.fMaximized;
+  state.fPlacement.fUserRect = fState.fUserRect;
+  state.fPlacement.fIdealRect = fState.fIdealRect;
   state.fPlacement.fZoomState = GetZoomState();
   return state;
 }
 
-void CWinWindow::SetWindowState(const TWindowStateRecord& state) {
-  MORVANE_ASSERT(CheckInvariant());
+void CWinWindowState::Set(const TWindowStateRecord& state) {
   MORVANE_ASSERT(state.fPlacement.fZoomState==kWindowStateIdeal || state.fPlacement.fZoomState==kWindowStateUser);
   MORVANE_ASSERT((state.fMinimumClientSize.fHeight <= state.fMaximumClientSize.fHeight) || (0==state.fMaximumClientSize.fHeight));
   MORVANE_ASSERT((state.fMinimumClientSize.fWidth <= state.fMaximumClientSize.fWidth) || (0==state.fMaximumClientSize.fWidth));
   MORVANE_ASSERT(!(state.fPlacement.fMinimized && state.fPlacement.fMaximized));
-  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
 
-  const TWindowPlacement newWindowPlacement =
-      FitPlacement(state, fWindowState, GetZoomState(), GetFrameInsets());
-  WINDOWPLACEMENT wp = GetPlacement(fHwnd);
-  fWindowState.fMinimumClientSize = state.fMinimumClientSize;
-  fWindowState.fMaximumClientSize = state.fMaximumClientSize;
-  fWindowState.fIdealClientSize = state.fIdealClientSize;
-  fWindowState.fMinimized = newWindowPlacement.fMinimized;
-  fWindowState.fMaximized = newWindowPlacement.fMaximized;
-  fWindowState.fUserRect = newWindowPlacement.fUserRect;
-  fWindowState.fIdealRect = newWindowPlacement.fIdealRect;
+  const TWindowPlacement newWindowPlacement = FitPlacement(state, fState, GetZoomState(), GetFrameInsets());
+  WINDOWPLACEMENT wp = GetPlacement(fWindow.fHwnd);
+  fState.fMinimumClientSize = state.fMinimumClientSize;
+  fState.fMaximumClientSize = state.fMaximumClientSize;
+  fState.fIdealClientSize = state.fIdealClientSize;
+  fState.fMinimized = newWindowPlacement.fMinimized;
+  fState.fMaximized = newWindowPlacement.fMaximized;
+  fState.fUserRect = newWindowPlacement.fUserRect;
+  fState.fIdealRect = newWindowPlacement.fIdealRect;
 
   wp.showCmd = SW_RESTORE;
-  if (!IsVisible())
+  if (!fWindow.IsVisible())
     wp.showCmd = SW_HIDE;
   else if (newWindowPlacement.fMinimized)
     wp.showCmd = SW_MINIMIZE;
@@ -238,31 +238,49 @@ void CWinWindow::SetWindowState(const TWindowStateRecord& state) {
   // Only another rectangle moves the window; a change of minimized or maximized alone does not.
   if (!(target == FromNative(wp.rcNormalPosition))) {
     wp.rcNormalPosition = ToNative(target);
-    NSMorvane::SetPlacement(fHwnd, wp);
+    NSMorvane::SetPlacement(fWindow.fHwnd, wp);
   }
 
-  if (state.fTitle != fWindowState.fTitle || state.fModified != fWindowState.fModified) {
+  if (state.fTitle != fState.fTitle || state.fModified != fState.fModified) {
     SetNativeTitle(state.fModified ? state.fTitle + u"*" : state.fTitle);
-    fWindowState.fTitle = state.fTitle;
-    fWindowState.fModified = state.fModified;
-    fHost->RequestMenuBars();
+    fState.fTitle = state.fTitle;
+    fState.fModified = state.fModified;
+    fWindow.fHost->RequestMenuBars();
   }
+}
+
+// --- Size limits
+
+void CWinWindowState::LimitSizes(MINMAXINFO& info) const {
+  const TSize& minimum = fState.fMinimumClientSize;
+  const TSize& maximum = fState.fMaximumClientSize;
+  const TFrameInsets insets = GetFrameInsets();
+  const TSize minimumFrame = ClientSizeToFrameSize(minimum, insets);
+  const TSize maximumFrame = ClientSizeToFrameSize(maximum, insets);
+  if (minimum.fWidth != 0) info.ptMinTrackSize.x = minimumFrame.fWidth;
+  if (minimum.fHeight != 0) info.ptMinTrackSize.y = minimumFrame.fHeight;
+  if (maximum.fWidth != 0) info.ptMaxTrackSize.x = maximumFrame.fWidth;
+  if (maximum.fHeight != 0) info.ptMaxTrackSize.y = maximumFrame.fHeight;
+}
+
+bool CWinWindowState::MaximizeWithinLimits() {
+  TMonitorList monitors;
+  ThrowError(fWindow.fHost->GetMorvane().IMorvane_GetMonitors(monitors));
+  const TRect& start = GetZoomState() == kWindowStateIdeal ? fState.fIdealRect : fState.fUserRect;
+  const std::optional<TRect> rect =
+      LimitedMaximum(monitors, start, fState, GetFrameInsets(), OffsetToNativePlacement());
+  if (!rect) return false;
+  WINDOWPLACEMENT wp = GetPlacement(fWindow.fHwnd);
+  wp.rcNormalPosition = ToNative(*rect);
+  NSMorvane::SetPlacement(fWindow.fHwnd, wp);
+  return true;
 }
 
 // --- Title
 
-void CWinWindow::SetNativeTitle(const TString& text) {
-  if (IsVisible()) PumpPaintMessages();
-  if (!SetWindowTextW(fHwnd, WinText(text))) MORVANE_THROW_LAST_ERROR();
-}
-
-TString CWinWindow::GetNativeTitle() const {
-  const int length = GetWindowTextLengthW(fHwnd);
-  if (length <= 0) return TString();
-  TString text(static_cast<std::size_t>(length) + 1, u'\0');
-  const int copied = GetWindowTextW(fHwnd, WinBuffer(text.data()), length + 1);
-  text.resize(static_cast<std::size_t>(std::clamp(copied, 0, length)));
-  return text;
+void CWinWindowState::SetNativeTitle(const TString& text) {
+  if (fWindow.IsVisible()) PumpPaintMessages();
+  if (!SetWindowTextW(fWindow.fHwnd, WinText(text))) MORVANE_THROW_LAST_ERROR();
 }
 
 }  // namespace NSMorvane

@@ -20,12 +20,12 @@ DWORD DocumentWindowStyle(TStyleFlags styleFlags) {
 CDocumentWindowImpl::CDocumentWindowImpl(IWindowHost* host, TStyleFlags styleFlags, bool listedInWindowMenu)
     : CWinWindowKind(host, kWindowKindDocument, nullptr, DocumentWindowStyle(styleFlags), 0,
                      (styleFlags & kWindowStyleBit23) != 0, listedInWindowMenu, true) {
-  fWindows->CountDocumentWindow(1);
+  GetRegistry().CountDocumentWindow(1);
 }
 
 CDocumentWindowImpl::~CDocumentWindowImpl() {
   EndKind();
-  fWindows->CountDocumentWindow(-1);
+  GetRegistry().CountDocumentWindow(-1);
 }
 
 TError CDocumentWindowImpl::IDocumentWindow_SetState(const TState& state) {
@@ -40,7 +40,7 @@ TError CDocumentWindowImpl::IDocumentWindow_FocusNow() {
 
 bool CDocumentWindowImpl::OnMenuCommand(const TMenuCommandEvent& event) {
   const bool isTaken = OfferAlongFocusChain(
-      fFocus.GetView(), TFocusWalk::kCommand, [&](IViewBehavior& behavior, TFlag& outHandled) {
+      GetFocusView(), TFocusWalk::kCommand, [&](IViewBehavior& behavior, TFlag& outHandled) {
         MORVANE_CHECK(behavior.IViewBehavior_OnMenuCommand(event, outHandled));
       });
   if (isTaken) return true;
@@ -50,7 +50,7 @@ bool CDocumentWindowImpl::OnMenuCommand(const TMenuCommandEvent& event) {
     if (handled) return true;
   }
   // Asked for anew: the run, and its behaviour, can have ended before the window.
-  IMorvaneRunBehavior* const runBehavior = fHost->GetBehavior();
+  IMorvaneRunBehavior* const runBehavior = GetHost().GetBehavior();
   if (!runBehavior) return false;
   MORVANE_CHECK(runBehavior->IMorvaneRunBehavior_OnMenuCommand(event, handled));
   return handled != 0;

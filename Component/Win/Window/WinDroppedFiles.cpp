@@ -1,0 +1,77 @@
+#include "Component/Win/Window/WinDroppedFiles.h"
+
+// After windows.h.
+#include <shellapi.h>
+#include <shlobj.h>
+
+#include <cstddef>
+#include <string>
+
+#include "Component/Portable/Base/MorvaneImplUtils.h"
+#include "Component/Portable/Base/Scopes.h"
+#include "Component/Portable/Opening/CommandLine.h"
+#include "Component/Portable/Opening/DroppedFiles.h"
+#include "Component/Portable/Text/TextPackage.h"
+#include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Platform/UtilsWinFiles.h"
+#include "Component/Win/Window/WindowHost.h"
+
+namespace NSMorvane {
+
+namespace {
+
+using NSTextPackage::TString;
+
+// A block of global memory with the files that were dropped, or with anything; it is freed at the end.
+class CDroppedFiles : CNotCopied {
+ public:
+  explicit CDroppedFiles(HGLOBAL block) : fDrop(static_cast<HDROP>(block)) {}
+  ~CDroppedFiles() { DragFinish(fDrop); }
+
+  UINT GetCount() const { return DragQueryFileW(fDrop, 0xFFFFFFFF, nullptr, 0); }
+  // Empty if there is no such file.
+  TString GetName(UINT index) const {
+    const UINT length = DragQueryFileW(fDrop, index, nullptr, 0);
+    if (length == 0) return TString();
+    TString name(std::size_t{length} + 2, u'\0');
+    DragQueryFileW(fDrop, index, WinBuffer(name.data()), length + 2);
+    name.resize(std::char_traits<TChar>::length(name.c_str()));
+    return name;
+  }
+
+ private:
+  HDROP fDrop;
+};
+
+static_assert(sizeof(DROPFILES) == sizeof(TDroppedFilesHeader) &&
+              offsetof(DROPFILES, pFiles) == offsetof(TDroppedFilesHeader, fNamesOffset) &&
+              offsetof(DROPFILES, fWide) == offsetof(TDroppedFilesHeader, fIsWide));
+
+// The message comes from anywhere.
+bool IsSoundDrop(HGLOBAL block) {
+  const std::size_t size = GlobalSize(block);
+  if (size == 0) return false;
+  const auto bytes = static_cast<const std::byte*>(GlobalLock(block));
+  if (!bytes) return false;
+  const bool isSound = IsSoundDroppedFilesBlock(bytes, size);
+  GlobalUnlock(block);
+  return isSound;
+}
+
+}  // namespace
+
+void OpenDroppedFiles(HGLOBAL drop, IWindowHost& host) {
+  if (GlobalFlags(drop) == GMEM_INVALID_HANDLE) return;  // there is nothing to be freed
+  const CDroppedFiles files(drop);
+  if (!IsSoundDrop(drop)) return;
+  const UINT count = files.GetCount();
+  for (UINT index = 0; index < count; ++index) {
+    const TString name = files.GetName(index);
+    for (const TString& path : SplitFileArguments(name, CFileSystemProbe())) {
+      IMorvaneRunBehavior* const behavior = host.GetBehavior();
+      if (behavior) MORVANE_CHECK(behavior->IMorvaneRunBehavior_OnOpenURL(PathToFileURL(path).c_str()));
+    }
+  }
+}
+
+}  // namespace NSMorvane

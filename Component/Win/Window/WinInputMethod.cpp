@@ -1,0 +1,45 @@
+#include "Component/Win/Window/WinInputMethod.h"
+
+// After windows.h.
+#include <imm.h>
+
+#include <exception>
+
+#include "Component/Portable/Base/MorvaneImplUtils.h"
+#include "Component/Portable/Base/Scopes.h"
+
+namespace NSMorvane {
+
+namespace {
+
+// Input methods notify of what is done here, too.
+bool gIsSuppressingInputMethod = false;
+
+// Names of classes come in any case.
+bool IsEditControl(HWND hwnd) {
+  wchar_t className[32] = {};
+  GetClassNameW(hwnd, className, 32);
+  return CompareStringOrdinal(className, -1, L"EDIT", -1, TRUE) == CSTR_EQUAL;
+}
+
+void CloseInputMethod(HWND window) {
+  const HIMC context = ImmGetContext(window);
+  if (!context) MORVANE_THROW(std::exception());
+  if (ImmGetOpenStatus(context)) ImmSetOpenStatus(context, FALSE);
+  ImmReleaseContext(window, context);
+}
+
+}  // namespace
+
+void KeepInputMethodClosed(HWND window, WPARAM command) {
+  if (!GetSystemMetrics(SM_IMMENABLED) || command != IMN_SETOPENSTATUS || gIsSuppressingInputMethod) return;
+  const CFlagScope scope(gIsSuppressingInputMethod);
+  try {
+    const HWND focus = GetFocus();
+    if (!focus || !IsEditControl(focus)) CloseInputMethod(window);
+  } catch (...) {
+    DebugPrint("Strange exception was swallowed in IME suppression handler.");
+  }
+}
+
+}  // namespace NSMorvane

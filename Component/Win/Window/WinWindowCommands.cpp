@@ -1,0 +1,79 @@
+// What the user asks of a window by a menu: the commands of its menu bar and of shortcuts, and those of the
+// system menu.
+#include <windows.h>
+
+#include "Component/Win/Input/WinKeyboard.h"
+#include "Component/Win/Menus/WinMenu.h"
+#include "Component/Win/Window/Blocking.h"
+#include "Component/Win/Window/WindowHost.h"
+#include "Component/Win/Window/WindowRegistry.h"
+#include "Component/Win/Window/WinWindow.h"
+
+namespace NSMorvane {
+
+// --- The menu bar
+
+void CWinWindow::OnCommand(UINT command) {
+  if (const CMenuItem* const item = fMenuBar.FindClientItem(command)) {
+    DispatchMenuCommand(item->fCommand);
+    return;
+  }
+  if (command == kStayOnTopCommand) SetAlwaysOnTop(!fIsAlwaysOnTop);
+  if (command == kQuitCommand) {
+    fHost->DispatchQuitEvent();
+    return;
+  }
+  if (command >= kFirstWindowListCommand && command <= kLastWindowListCommand) {
+    const std::size_t windowIndex = command - kFirstWindowListCommand;
+    const std::vector<boost::shared_ptr<CWinWindow>> windows = fWindows->GetWindows();
+    MORVANE_ASSERT(windowIndex < windows.size());
+    if (windowIndex < windows.size()) windows[windowIndex]->FocusNow();
+    return;
+  }
+  // The debug menu is not built yet: its commands have no effect.
+}
+
+void CWinWindow::DispatchMenuCommand(std::uint32_t command) {
+  const TMenuCommandEvent event = {command, GetCurrentModifiers()};
+  if (OnMenuCommand(event)) return;
+  // Asked for anew: the run, and its behaviour, can have ended before the window.
+  IMorvaneRunBehavior* const runBehavior = fHost->GetBehavior();
+  if (!runBehavior) return;
+  TFlag handled = 0;
+  MORVANE_CHECK(runBehavior->IMorvaneRunBehavior_OnMenuCommand(event, handled));
+}
+
+// --- The system menu
+
+void CWinWindow::GrayCloseCommand() {
+  const HMENU menu = GetSystemMenu(fHwnd, FALSE);
+  MENUITEMINFOW info = {};
+  info.cbSize = sizeof(info);
+  info.fMask = MIIM_STATE;
+  if (!GetMenuItemInfoW(menu, SC_CLOSE, FALSE, &info)) return;
+  info.fState = MFS_GRAYED;
+  SetMenuItemInfoW(menu, SC_CLOSE, FALSE, &info);
+}
+
+LRESULT CWinWindow::OnSysCommand(const TWinMessage& message) {
+  switch (message.fWParam & ~WPARAM{0xF}) {
+    case SC_MINIMIZE:
+      if (!CBlocking::MayMinimize(*this, fHost->GetHiderWindow())) return 0;
+      break;
+    case SC_MAXIMIZE:
+      if (fState.MaximizeWithinLimits()) return 0;
+      break;
+    case SC_RESTORE: {
+      // As from the task bar, which knows nothing of dialogs: the system does not restore a window that one
+      // has disabled.
+      const LRESULT result = ForwardMessage(message);
+      if (fClientsWindowReference) fBlocking->OnActivationAttempt(fHwnd);
+      return result;
+    }
+    default:
+      break;
+  }
+  return ForwardMessage(message);
+}
+
+}  // namespace NSMorvane

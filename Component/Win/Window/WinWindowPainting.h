@@ -1,0 +1,44 @@
+// Painting of a window: from WM_PAINT to the screen, invalidation, and what the debug settings add to them.
+//
+// A paint puts everything together in an offscreen buffer and copies the rectangles of the dirty region to
+// the screen at the end. Nothing else of the screen is ever touched, unless a debug setting says so.
+#pragma once
+
+#include <windows.h>
+
+#include "Component/Portable/Base/Geometry.h"
+#include "Component/Portable/Base/Scopes.h"
+#include "Component/Win/Drawing/WinPaintSamples.h"
+#include "Component/Win/Window/WinWindowCore.h"
+
+namespace NSMorvane {
+
+class COffscreenContext;
+class CPaintContext;
+class CRegion;
+
+class CWinWindowPainting : CNotCopied {
+ public:
+  explicit CWinWindowPainting(const TWindowCore& window) : fWindow(window) {}
+
+  // On WM_PAINT. A size grip paints itself; null if there is none.
+  void Paint(HWND sizeGrip);
+
+  // In client coordinates; nothing is ever erased.
+  void InvalidateRect(const TRect& rect);
+  void InvalidateRegion(const CRegion& region);
+
+  const CPaintSamples& GetSamples() const { return fSamples; }
+
+ private:
+  void PaintOn(CPaintContext& target);
+  void FillBackground(COffscreenContext& buffer);
+  void DrawRootView(COffscreenContext& buffer, const CRegion& region);
+  void FlashInvalidation(const TRectList& rects);
+  void FlashPaint(CPaintContext& target);
+
+  const TWindowCore& fWindow;
+  CPaintSamples fSamples;
+};
+
+}  // namespace NSMorvane

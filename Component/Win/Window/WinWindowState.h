@@ -1,0 +1,75 @@
+// Where a window stands, how large it may be, and what it is called: the state that it remembers, what its
+// kind is told of changes, and the native window that both follow. The arithmetic is in WinWindowPlacement.
+#pragma once
+
+#include <windows.h>
+
+#include "Component/Portable/Base/Scopes.h"
+#include "Component/Win/Window/WinWindowCore.h"
+#include "Component/Win/Window/WinWindowPlacement.h"
+
+namespace NSMorvane {
+
+class IWindowEvents;
+
+class CWinWindowState : CNotCopied {
+ public:
+  // Both are the window.
+  CWinWindowState(const TWindowCore& window, IWindowEvents& events) : fWindow(window), fEvents(events) {}
+
+  // As the native window has been made.
+  void TakeInitialState();
+
+  // --- The state as the kinds see it; rectangles are native placements
+
+  TWindowStateRecord Get() const;
+  void Set(const TWindowStateRecord& state);
+  const TString& GetTitle() const { return fState.fTitle; }
+
+  // --- What the native window says
+
+  TRect GetFrameRect() const;
+  // Measured on a shown window with a client area, computed from the style otherwise.
+  TFrameInsets GetFrameInsets() const;
+  // What to add to a rectangle in screen coordinates to get one in those of the native placement.
+  TPoint OffsetToNativePlacement() const;
+
+  // --- Showing
+
+  int GetShowCommand() const;
+  // Tell the kind, unless it knows already.
+  void ReportClientSize();
+  void ReportPlacement();
+
+  // --- Messages
+
+  void OnWindowPosChanged();
+  void OnSize();
+  // On WM_GETMINMAXINFO.
+  void LimitSizes(MINMAXINFO& info) const;
+  // On the maximize command: true if there are limits, and the window has been made as large as they allow.
+  bool MaximizeWithinLimits();
+
+ private:
+  TRect GetNormalRect(bool minimized, bool maximized) const;
+  TRect GetNormalRect(const WINDOWPLACEMENT& wp, bool minimized, bool maximized) const;
+  TSize GetClientSize() const;
+  bool IsIdeal(const TRect& frameRect) const;
+  TZoomState GetZoomState() const;
+  TWindowPlacement BuildPlacement(const TRect& normalRect) const;
+  void RememberPlacementRect(const TRect& frameRect);
+  void SetRootViewSize(const TSize& size);
+  void ReportClientSize(const TSize& size);
+  void ReportPlacement(const TWindowPlacement& placement);
+  void SyncShown(const TRect& normalRect);
+  TRect AdoptNativePlacement();
+  void SetNativeTitle(const TString& text);
+
+  const TWindowCore& fWindow;
+  IWindowEvents& fEvents;
+  TWinWindowState fState;
+  TSize fToldClientSize = {};  // what the kind was told last
+  TWindowPlacement fToldPlacement;
+};
+
+}  // namespace NSMorvane
