@@ -149,11 +149,11 @@ TEST_F(MorvaneImplTest, ListenerCallsReachKnownListenersOnly) {
     Impl().HandlePrivateMessage(nullptr, message, reinterpret_cast<WPARAM>(&Impl()),
                                 reinterpret_cast<LPARAM>(static_cast<IMessageCallListener*>(&listener)));
   };
-  Impl().AddMessageCallListener(&listener);
+  Impl().GetMessageCallListeners().Add(&listener);
   for (const UINT message : {kMsgListenerCall1, kMsgListenerCall2, kMsgListenerCall3}) send(message);
   EXPECT_EQ(TakePendingError(), kBadFormatError);
   EXPECT_EQ(TakeReports(), "");
-  Impl().RemoveMessageCallListener(&listener);
+  Impl().GetMessageCallListeners().Remove(&listener);
   send(kMsgListenerCall1);
   EXPECT_EQ(TakeReports(), "false");
   EXPECT_EQ(listener.fCalls, "12");

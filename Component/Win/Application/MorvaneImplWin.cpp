@@ -2,14 +2,15 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
 #include <boost/make_shared.hpp>
 
 #include "Component/Portable/Base/PendingErrors.h"
 #include "Component/Portable/Resources/ResourceLoader.h"
 #include "Component/Portable/Resources/ResourceStringCache.h"
-#include "Component/Win/Application/MorvaneImplWinHiddenWindows.h"
 #include "Component/Win/Platform/NativeWindowWrapper.h"
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Platform/UtilsWinFiles.h"
 #include "Component/Win/Window/Blocking.h"
 #include "Component/Win/Window/WindowRegistry.h"
 #include "Component/Win/Window/WinWindow.h"
@@ -33,32 +34,20 @@ void FlushAfterNativeMessage() {
 // --- Life
 
 CMorvaneImpl::CMorvaneImpl()
-    : fBehavior(nullptr),
-      fWindows(boost::make_shared<CWindowRegistry>()),
+    : fWindows(boost::make_shared<CWindowRegistry>()),
       fBlocking(boost::make_shared<CBlocking>(fWindows)),
       fDebugSettings{1, 1, 1, 1, 1, 0, 0},
-      fIsInQuitMode(false),
-      fIsQuitEventDue(false),
-      fAppIcon(nullptr),
-      fAppIsActive(false),
-      fLingerTimer(0),
-      fLingerExpired(false),
-      fLingerMS(0),
-      fReopenRequested(false),
-      fUnannouncedCommandLines(0),
-      fStartupFlag(false),
-      fIdleDue(false),
-      fMenuBarRebuildRequests(0),
-      fMenuBarWaits(false),
-      fMonitors(),
-      fRegisteredAutoPlayMessage(0),
-      fAutoPlaySuppressCount(0),
+      fIdleCalls(fMessageTarget, reinterpret_cast<WPARAM>(this)),
+      fQuitting(*this),
+      fMenuBars(*this),
+      fAppActivation(*this),
+      fWinExtensions(fCommandLines),
       fMainThreadId(::GetCurrentThreadId()) {
   INITCOMMONCONTROLSEX controls = {};
   controls.dwSize = sizeof(controls);
   controls.dwICC = ICC_WIN95_CLASSES;
   if (!::InitCommonControlsEx(&controls)) MORVANE_THROW(std::exception());
-  ParseCommandLine(TextFromWin(::GetCommandLineW()));
+  fCommandLines.Add(ParseCommandLine(TextFromWin(::GetCommandLineW()), CFileSystemProbe()));
   if (!EnumerateMonitors(fMonitors)) MORVANE_THROW(std::exception());
   if (gMorvaneImpl) MORVANE_THROW(std::exception());
   TakePendingError();  // of the root object before this one
@@ -70,12 +59,12 @@ CMorvaneImpl::CMorvaneImpl()
 
 CMorvaneImpl::~CMorvaneImpl() {
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
-  MORVANE_ASSERT(fQuitWindow.expired());
+  MORVANE_ASSERT_TEXT("fQuitWindow.expired()", !fQuitting.IsAskingWindow());
   MORVANE_ASSERT(0==fBehavior);
   fWindows->ReleaseAll();
-  EndIdleThread();
+  fIdleCalls.EndThread();
   fHiderWindow.reset();
-  EndMessageWindow();
+  fMessageTarget.End();
   gAfterNativeMessage = nullptr;
   gMorvaneImpl = nullptr;
   fBlocking->PopForeignDialogs();
@@ -118,8 +107,6 @@ HICON CMorvaneImpl::GetAppIcon() {
 
 // --- Debug settings
 
-TDebugSettings CMorvaneImpl::CMorvaneGlue_GetDebugSettings() { return fDebugSettings; }
-
 void CMorvaneImpl::CMorvaneGlue_SetDebugSettings(const TDebugSettings& settings) {
   const TDebugSettings& old = fDebugSettings;
   if (settings.fDrawViewBounds == old.fDrawViewBounds &&
@@ -140,15 +127,7 @@ void CMorvaneImpl::CMorvaneGlue_SetDebugSettings(const TDebugSettings& settings)
   }
   const bool showsDebugMenu = settings.fDebugMenu && !old.fDebugMenu;
   fDebugSettings = settings;
-  RefreshDebugMenus(showsDebugMenu);
-}
-
-void CMorvaneImpl::RefreshDebugMenus(bool makesMenuBars) {
-  for (const boost::shared_ptr<CWinWindow>& window : fWindows->GetVisibleDocumentWindows()) {
-    if (!makesMenuBars && !window->GetMenuBar().IsThere()) continue;
-    const CMenuBarState state = window->GetMenuBar().GetState();
-    window->GetMenuBar().Rebuild(state);
-  }
+  fMenuBars.Rebuild(showsDebugMenu);
 }
 
 // --- Small hooks
@@ -170,8 +149,23 @@ TString CMorvaneImpl::CMorvaneGlue_GetResourceString(const std::string& key) {
   return GetResourceStringCache(GetResourceLoader()).GetString(key);
 }
 
-void* CMorvaneImpl::CMorvaneGlue_GetMacExtensions() { return nullptr; }
+// A paint comes when nothing else waits. Views that are never done do not keep this from ending, and each
+// window has its turn.
+void CMorvaneImpl::CMorvaneGlue_Yield() {
+  std::vector<HWND> painted;
+  for (MSG msg = {}; PumpOneMessage(msg);) {
+    if (msg.message != WM_PAINT) continue;
+    if (std::find(painted.begin(), painted.end(), msg.hwnd) != painted.end()) return PumpPaintMessages();
+    painted.push_back(msg.hwnd);
+  }
+}
 
-IWinExtensions* CMorvaneImpl::CMorvaneGlue_GetWinExtensions() { return this; }
+std::uint64_t CMorvaneImpl::CMorvaneGlue_GetCurrentMS() { return ::GetTickCount(); }
+
+// This platform has no such clock.
+std::uint64_t CMorvaneImpl::CMorvaneGlue_ConvertMSToPrecisionTicks(std::uint64_t) {
+  MORVANE_UNREACHED();
+  return 0;
+}
 
 }  // namespace NSMorvane

@@ -1,62 +1,47 @@
-// The root object of the toolkit on Windows. There is one in a process. The class is cut by topic; its
-// sections name their files:
+// The root object of the toolkit on Windows. There is one in a process. It passes on what clients and windows
+// ask of it to classes with a state of their own, which stand in the files of their names beside this one and
+// in Component/Portable, and keeps the run itself:
 //
-//   MorvaneImplWin.cpp                life, and the small hooks
-//   MorvaneImplWinRunLoop.cpp         IMorvane_Run, the message loop, errors, menu bars, activation
-//   MorvaneImplWinHiddenWindows.cpp   the two windows that nobody sees, and the private messages
-//   MorvaneImplWinQuit.cpp            quitting and lingering
-//   MorvaneImplWinIdle.cpp            idle calls, yielding, time
-//   MorvaneImplWinMenus.cpp           popup menus
-//   MorvaneImplWinWindows.cpp         making windows and views, lists of windows
-//   MorvaneImplWinKeyboard.cpp        what keys mean, listeners of modifier keys, key releases
-//   MorvaneImplWinMouse.cpp           the mouse: state, shape, capture
-//   MorvaneImplWinExtensions.cpp      what IWinExtensions offers
-//   MorvaneImplWinLater.cpp           every operation that this build does not have
+//   MorvaneImplWin.cpp             life, and the small hooks
+//   MorvaneImplWinRunLoop.cpp      IMorvane_Run, the message loop, errors
+//   MorvaneImplWinMessages.cpp     the private messages
+//   MorvaneImplWinWindows.cpp      making windows and views, lists of windows
+//   MorvaneImplWinPopupMenus.cpp   popup menus
+//   MorvaneImplWinKeyboard.cpp     what keys mean
+//   MorvaneImplWinMouse.cpp        the mouse: state, shape, capture
+//   MorvaneImplWinLater.cpp        every operation that this build does not have
 //
 // All of it belongs to the main thread, which is the one that runs IMorvane_Run, unless told otherwise.
 #pragma once
 
 #include <windows.h>
 
-#include <atomic>
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
-#include <list>
+#include <cstdint>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
+#include "Component/Portable/Application/KeyReleases.h"
+#include "Component/Portable/Application/ModifierKeyListeners.h"
 #include "Component/Portable/Contract/MorvaneGlueRoot.h"
-#include "Component/Win/Application/IdleThread.h"
+#include "Component/Portable/Opening/PendingCommandLines.h"
+#include "Component/Win/Application/AppActivation.h"
+#include "Component/Win/Application/IdleCalls.h"
+#include "Component/Win/Application/MenuBars.h"
+#include "Component/Win/Application/MessageCallListeners.h"
+#include "Component/Win/Application/Quitting.h"
+#include "Component/Win/Application/UnseenWindows.h"
+#include "Component/Win/Application/WinExtensions.h"
 #include "Component/Win/Launch/MorvaneImplWinStartupStrings.h"
 #include "Component/Win/Window/WindowHost.h"
 #include "Interface/Morvane.h"
 
 namespace NSMorvane {
 
-class CHiderWindow;
-class CMessageWindow;
-class CWinWindow;
-
-// The object behind kMsgListenerCall1 to kMsgListenerCall3.
-class IMessageCallListener {
+class CMorvaneImpl final : public CMorvaneGlue, public IWindowHost {
  public:
-  virtual void OnListenerCall1() = 0;
-  virtual void OnListenerCall2() = 0;
-  virtual void OnListenerCall3() = 0;
-
- protected:
-  virtual ~IMessageCallListener() = default;
-};
-
-class CMorvaneImpl final : public CMorvaneGlue,
-                           public IWinExtensions,
-                           public IIdleThreadOwner,
-                           public IWindowHost {
- public:
-  // --- Life (MorvaneImplWin.cpp)
-
   // Throws std::exception if there is one already.
   CMorvaneImpl();
   // Outside IMorvane_Run.
@@ -68,98 +53,55 @@ class CMorvaneImpl final : public CMorvaneGlue,
   static void* operator new(std::size_t size) { return Morvane_New(size); }
   static void operator delete(void* block) { Morvane_Delete(block); }
 
-  // Null while there is none.
+  // Null while there is none. Process-wide, since there is one object in a process, and the system calls the
+  // procedures of windows with nothing that leads to it.
   static CMorvaneImpl* gMorvaneImpl;
 
-  // --- IWindowHost, what the files below have of it aside
+  bool IsMainThread() const { return ::GetCurrentThreadId() == fMainThreadId; }
+  // After each native message. Throws nothing.
+  void FlushMenuBarRequests();
+  LRESULT HandlePrivateMessage(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+  CMessageCallListeners& GetMessageCallListeners() { return fMessageCallListeners; }
+
+  // --- IWindowHost
 
   IMorvane& GetMorvane() override { return *this; }
-  const TStartupStrings& GetStartupStrings() const override { return fStartupStrings; }
-  const TDebugSettings& GetDebugSettings() const override { return fDebugSettings; }
   IMorvaneRunBehavior* GetBehavior() const override { return fBehavior; }
+  const TDebugSettings& GetDebugSettings() const override { return fDebugSettings; }
+  const TStartupStrings& GetStartupStrings() const override { return fStartupStrings; }
   const boost::shared_ptr<CWindowRegistry>& GetWindowRegistry() const override { return fWindows; }
   const boost::shared_ptr<CBlocking>& GetBlocking() const override { return fBlocking; }
   HICON GetAppIcon() override;
-  bool IsAutoPlayQuery(UINT message) override;
-
-  bool IsMainThread() const { return ::GetCurrentThreadId() == fMainThreadId; }
-
-  void ForgetMouseCaptureWindow() override { fMouseCaptureWindow.reset(); }
-
-  // --- Loop (MorvaneImplWinRunLoop.cpp)
-
-  // Does what is due and handles one message, waiting for it; false for WM_QUIT. Without a window the wait
-  // also ends when something has been sent, as an idle call may be due, and there is none while something
-  // else is due: false then tells that there was no message.
-  bool RunOneTurn();
-  // The same without waiting, WM_QUIT included; false if there was no message. `outMsg` is the one there was.
-  bool PumpOneMessage(MSG& outMsg);
-  // Wakes the idle logic and handles messages until no window of the library has this handle any more.
-  void RunModalLoop(HWND hwnd);
-
-  void RequestMenuBars() override { CMorvaneGlue_RequestMenuBarsSetup(); }
-  bool MenuBarsAreStale() const override { return fMenuBarRebuildRequests != 0; }
-  // Throws nothing.
-  void FlushMenuBarRequests();
-  // After a change of the debug settings. Windows without a menu bar get one only if it `makesMenuBars`.
-  void RefreshDebugMenus(bool makesMenuBars);
-
-  void OnAppActivation(bool flag, DWORD threadId) override;
-  void ShowFloatingWindows(bool show) override;
-
-  // --- Hidden windows (MorvaneImplWinHiddenWindows.cpp)
-
-  HWND GetHiderWindow() const override;
-
-  // The procedure of the message window.
-  LRESULT HandlePrivateMessage(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
-
-  // kMsgListenerCall1 to kMsgListenerCall3 reach known listeners only.
-  void AddMessageCallListener(IMessageCallListener* listener);
-  void RemoveMessageCallListener(IMessageCallListener* listener);
-
-  // --- Quitting (MorvaneImplWinQuit.cpp)
-
-  void DispatchQuitEvent() override;
-  bool OnQueryEndSession() override;
-
-  // --- Idle (MorvaneImplWinIdle.cpp)
-
-  void RunIdleIfDue() override;
-  // Called by the idle thread.
-  void NotifyIdleDue() override;
-  // For waits that another thread's messages must pass.
-  void DrainIdleMessages() override;
-
-  // --- Keyboard (MorvaneImplWinKeyboard.cpp)
-
-  void NotifyModifierKeyListeners(const TModifierKeysEvent& previous, const TModifierKeysEvent& now) override;
+  HWND GetHiderWindow() const override { return fHiderWindow ? fHiderWindow->GetHwnd() : nullptr; }
+  void RequestMenuBars() override { fMenuBars.Request(); }
+  bool MenuBarsAreStale() const override { return fMenuBars.IsRequested(); }
+  void NotifyModifierKeyListeners(const TModifierKeysEvent& previous,
+                                  const TModifierKeysEvent& now) override {
+    fModifierKeyListeners.Notify(previous, now);
+  }
   void OnKeyReleased(const TPhysicalKeySpec& key) override;
-  TError AbandonKeyReleases() override;
-
-  // --- IWinExtensions (MorvaneImplWinExtensions.cpp)
-
-  HICON__* IWinExtensions_GetIconHandle(const IIcon& icon, std::uint32_t size, TError& outError) override;
-  IIcon* IWinExtensions_CreateIconFromHandles(HICON__* icon16, HICON__* icon32, HICON__* icon48,
-                                              HICON__* icon128, TError& outError) override;
-  TError IWinExtensions_GetCommandLineOptions(ITextReceiver& receiver) override;
-  TError IWinExtensions_SuppressAutoPlay(TAutoPlayCommand command) override;
-  IWinNativeControlCallbackToken* IWinExtensions_HostNativeControl(HWND__* hwnd,
-                                                                   IWinNativeControlCallback* callback,
-                                                                   IView& view, TError& outError) override;
+  TError AbandonKeyReleases() override { return fKeyReleases.Abandon(); }
+  void ForgetMouseCaptureWindow() override { fMouseCaptureWindow.reset(); }
+  void OnAppActivation(bool flag, DWORD threadId) override { fAppActivation.OnChange(flag, threadId); }
+  void RunIdleIfDue() override { fIdleCalls.RunIfDue(fBehavior); }
+  void DispatchQuitEvent() override { fQuitting.DispatchQuitEvent(); }
+  bool OnQueryEndSession() override;
+  bool IsAutoPlayQuery(UINT message) override {
+    return fWinExtensions.GetAutoPlay().IsSuppressedQuery(message);
+  }
 
  protected:
   // --- Hooks of the contract layer, in its order
 
   bool CMorvaneGlue_CheckInvariant() const override;
   void CMorvaneGlue_SetDebugSettings(const TDebugSettings& settings) override;
-  TDebugSettings CMorvaneGlue_GetDebugSettings() override;
+  TDebugSettings CMorvaneGlue_GetDebugSettings() override { return fDebugSettings; }
   void CMorvaneGlue_Run(IMorvaneRunBehavior* behavior, const TStartupParams& params) override;
   IMorvaneRunBehavior* CMorvaneGlue_GetBehavior() override;
   IMorvaneRunBehavior* CMorvaneGlue_GetBehavior() const override;
-  void CMorvaneGlue_StartQuitting() override;
-  void CMorvaneGlue_StopQuitting() override;
-  bool CMorvaneGlue_IsQuitting() override;
+  void CMorvaneGlue_StartQuitting() override { fQuitting.Start(); }
+  void CMorvaneGlue_StopQuitting() override { fQuitting.Stop(); }
+  bool CMorvaneGlue_IsQuitting() override { return fQuitting.IsInQuitMode(); }
   TMonitorList CMorvaneGlue_GetMonitors() override;
   bool CMorvaneGlue_IsFormatOnClipboard(const TClipboardFormat& format) override;
   std::unique_ptr<IData> CMorvaneGlue_GetClipboardData(const TClipboardFormat& format) override;
@@ -179,23 +121,31 @@ class CMorvaneImpl final : public CMorvaneGlue,
   void CMorvaneGlue_ReleaseMouseCapture() override;
   TClickDragResult CMorvaneGlue_CheckForClickDragOperation(IWindow& window,
                                                            const TMouseEvent& event) override;
-  void CMorvaneGlue_AttachModifierKeyListener(IModifierKeyListener* listener) override;
-  void CMorvaneGlue_DetachModifierKeyListener(IModifierKeyListener* listener) override;
+  void CMorvaneGlue_AttachModifierKeyListener(IModifierKeyListener* listener) override {
+    fModifierKeyListeners.Attach(listener);
+  }
+  void CMorvaneGlue_DetachModifierKeyListener(IModifierKeyListener* listener) override {
+    fModifierKeyListeners.Detach(listener);
+  }
   void CMorvaneGlue_InstallKeyReleaseCallback(std::uint32_t virtualKey,
-                                              IKeyReleaseCallback* callback) override;
+                                              IKeyReleaseCallback* callback) override {
+    fKeyReleases.Install(virtualKey, callback);
+  }
   void CMorvaneGlue_RemoveKeyReleaseCallback(std::uint32_t virtualKey,
-                                             IKeyReleaseCallback* callback) override;
+                                             IKeyReleaseCallback* callback) override {
+    fKeyReleases.Remove(virtualKey, callback);
+  }
   std::unique_ptr<IMouseShape> CMorvaneGlue_LoadResourceMouseShape(const std::string& key) override;
   std::unique_ptr<IMouseShape> CMorvaneGlue_CreateBuiltInMouseShape(TBuiltInMouseShape mouseShape) override;
   void CMorvaneGlue_Yield() override;
-  void CMorvaneGlue_WakeUpIdle() override;
+  void CMorvaneGlue_WakeUpIdle() override { fIdleCalls.WakeUp(); }
   TModifierKeys CMorvaneGlue_ShortcutModsToModifiers(TShortcutModifiers shortcutMods) override;
   bool CMorvaneGlue_CanKeyBeInterpretedAs(const TPhysicalKeySpec& physicalKey,
                                           const TModifierKeys& physicalMods,
                                           const TKeyInterpretation& wantedInterpretation) override;
   TKeyInterpretation CMorvaneGlue_GetDefaultInterpretation(const TPhysicalKeySpec& physicalKey,
                                                            const TModifierKeys& physicalMods) override;
-  void CMorvaneGlue_RequestMenuBarsSetup() override;
+  void CMorvaneGlue_RequestMenuBarsSetup() override { fMenuBars.Request(); }
   bool CMorvaneGlue_DisplayPopupMenu(const std::vector<TMenuItem>& items, IWindow& window,
                                      const TPoint& point, std::uint32_t flags,
                                      std::int16_t& inOutSelectedIndex) override;
@@ -237,23 +187,26 @@ class CMorvaneImpl final : public CMorvaneGlue,
                                             TCloseReason reason) override;
   void CMorvaneGlue_DrawView(IView& view, IDrawTools& tools) override;
   void CMorvaneGlue_PostAppMessage(std::uint32_t a, std::uint32_t b) override;
-  void* CMorvaneGlue_GetMacExtensions() override;
-  IWinExtensions* CMorvaneGlue_GetWinExtensions() override;
+  void* CMorvaneGlue_GetMacExtensions() override { return nullptr; }
+  IWinExtensions* CMorvaneGlue_GetWinExtensions() override { return &fWinExtensions; }
 
  private:
-  // --- Loop
+  // --- Run loop
   void LogSystemReport();
   void FetchStartupLabels();
   void RunMainLoop();
   void AbandonRun();
-  void MakeMessageWindow();
-  void EndMessageWindow();
-  void StartIdleThread();
-  void EndIdleThread();
-  void ParseCommandLine(const TString& commandLine);
   bool OpenCommandLineFiles();
   void CallOnNoDocument(TNoDocumentKind kind);
   void ReopenIfRequested();
+  // Does what is due and handles one message, waiting for it; false for WM_QUIT. Without a window the wait
+  // also ends when something has been sent, as an idle call may be due, and there is none while something
+  // else is due: false then tells that there was no message.
+  bool RunOneTurn();
+  // The same without waiting, WM_QUIT included; false if there was no message. `outMsg` is the one there was.
+  bool PumpOneMessage(MSG& outMsg);
+  // Wakes the idle logic and handles messages until no window of the library has this handle any more.
+  void RunModalLoop(HWND hwnd);
   bool TakeMessage(MSG& outMsg, bool mayWait);
   void HandleMessage(const MSG& msg);
   void OnSecondInstanceMessage();
@@ -261,82 +214,41 @@ class CMorvaneImpl final : public CMorvaneGlue,
   void HandleSecondInstance();
   bool PreTranslate(const MSG& msg);
   void DeliverError(TError code);
-  void RebuildRequestedMenuBars();
-  void SetUpMenuBar(CWinWindow& window);
 
-  // --- Hidden windows
+  // --- Private messages
+  static LRESULT CALLBACK MessageWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
   bool IsOwnMessage(WPARAM wParam) const;
   bool DispatchPrivateMessage(UINT message, WPARAM wParam, LPARAM lParam);
   void OnAppMessage(std::uint32_t a, std::uint32_t b);
-  bool CallListener(UINT message, LPARAM lParam);
   void OnFileDialogMessage(UINT message, LPARAM lParam);
 
-  // --- Windows
+  // --- Windows and menus
   void RequireRun() const;
-
-  // --- Keyboard
-  struct TKeyReleaseEntry {
-    std::uint32_t fVirtualKey;
-    IKeyReleaseCallback* fCallback;
-    bool fIsCalled;  // once; it is in the list until the call returns
-  };
-  using TKeyReleaseList = std::list<boost::shared_ptr<TKeyReleaseEntry>>;
-  // Still in the list, whatever the others did, and not called yet.
-  bool IsWaiting(const boost::shared_ptr<TKeyReleaseEntry>& entry) const;
-  TError CallKeyReleases(TKeyReleaseReason reason, const TPhysicalKeySpec* releasedKey);
-  TError CallKeyRelease(const boost::shared_ptr<TKeyReleaseEntry>& entry, const TPhysicalKeySpec& key,
-                        TKeyReleaseReason reason);
-
-  // --- Menus
   // False if nothing was chosen.
   bool TrackPopupItems(const std::vector<TMenuItem>& items, IWindow& window, const TPoint& point,
                        std::uint32_t flags, std::int32_t& outIndex);
 
-  // --- Quitting
-  void LeaveQuitMode();
-  void CloseNextWindow();
-  void CloseNextWindowAfterMessage();
-  bool KeepRunning() const;
-  bool DecideOnLingering(bool keepRunning);
-  void StopLingerTimer();
-
   // --- Fields
 
-  IMorvaneRunBehavior* fBehavior;  // owned from IMorvane_Run on
   const boost::shared_ptr<CWindowRegistry> fWindows;
   const boost::shared_ptr<CBlocking> fBlocking;
+  IMorvaneRunBehavior* fBehavior = nullptr;  // owned from IMorvane_Run on
   TStartupStrings fStartupStrings;
   TDebugSettings fDebugSettings;
+  CPendingCommandLines fCommandLines;
+  CModifierKeyListeners fModifierKeyListeners;
+  CKeyReleases fKeyReleases;
   boost::weak_ptr<CWinWindow> fMouseCaptureWindow;
-  std::list<IModifierKeyListener*> fModifierKeyListeners;  // the client's, as are the next
-  TKeyReleaseList fKeyReleaseCallbacks;
-  std::unique_ptr<CMessageWindow> fMessageWindow;  // these three exist during IMorvane_Run only
-  std::unique_ptr<CHiderWindow> fHiderWindow;
-  std::unique_ptr<CIdleThread> fIdleThread;
-  // For other threads, which may post messages and wake the idle thread at any time.
-  std::atomic<HWND> fMessageHwnd = nullptr;
-  SRWLOCK fIdleThreadLock = SRWLOCK_INIT;
-  boost::weak_ptr<CWinWindow> fQuitWindow;  // the one last asked to close
-  bool fIsInQuitMode;
-  bool fIsQuitEventDue;  // something has changed that may leave the application without anything to show
-  HICON fAppIcon;
-  std::vector<TString> fCommandLineOptions;  // with their "/"
-  std::vector<TString> fCommandLineFiles;    // still to be handed to the client
-  bool fAppIsActive;
-  UINT_PTR fLingerTimer;  // 0: not lingering
-  bool fLingerExpired;
-  std::uint32_t fLingerMS;
-  bool fReopenRequested;                   // a second launch came without files
-  std::uint32_t fUnannouncedCommandLines;  // that were read before their message came, if it ever does
-  bool fStartupFlag;
-  bool fIdleDue;
-  std::uint32_t fMenuBarRebuildRequests;            // since the last flush
-  std::vector<const CWinWindow*> fMenuBarsInSetUp;  // the innermost last
-  bool fMenuBarWaits;                               // one of these has been asked for again
-  TMonitorList fMonitors;                           // the last one that could be read
-  UINT fRegisteredAutoPlayMessage;                  // 0 until it is first suppressed
-  std::uint32_t fAutoPlaySuppressCount;
-  std::vector<IMessageCallListener*> fMessageCallListeners;
+  CMessageTarget fMessageTarget;  // has a window during IMorvane_Run only
+  CMessageCallListeners fMessageCallListeners;
+  std::unique_ptr<CHiderWindow> fHiderWindow;  // during IMorvane_Run only
+  CIdleCalls fIdleCalls;
+  CQuitting fQuitting;
+  CMenuBars fMenuBars;
+  CAppActivation fAppActivation;
+  CWinExtensions fWinExtensions;
+  HICON fAppIcon = nullptr;
+  TMonitorList fMonitors = {};  // the last one that could be read
   DWORD fMainThreadId;
 };
 

@@ -43,17 +43,6 @@ std::unique_ptr<IIcon> CMorvaneImpl::CMorvaneGlue_CreateResourceIcon(const std::
 
 std::unique_ptr<IIcon> CMorvaneImpl::CMorvaneGlue_CreatePixmapIcon(const void*) { ThrowUnsupported(); }
 
-HICON__* CMorvaneImpl::IWinExtensions_GetIconHandle(const IIcon&, std::uint32_t, TError& outError) {
-  outError = kUnsupported;
-  return nullptr;
-}
-
-IIcon* CMorvaneImpl::IWinExtensions_CreateIconFromHandles(HICON__*, HICON__*, HICON__*, HICON__*,
-                                                          TError& outError) {
-  outError = kUnsupported;
-  return nullptr;
-}
-
 // --- Alert boxes and file dialogs
 
 void CMorvaneImpl::CMorvaneGlue_CreateAlertBox(IModalOwner*, bool, const TAlertSpec&, IAlertBoxListener*) {
@@ -80,15 +69,6 @@ void CMorvaneImpl::CMorvaneGlue_CreateDirectoryChooserDialog(IDirectoryChooserBe
 void CMorvaneImpl::CMorvaneGlue_CreateSaveChangesDialog(ISaveChangesBehavior*, IModalOwner*, bool,
                                                         const TString&, TCloseReason) {
   ThrowUnsupported();
-}
-
-// --- Native controls in views
-
-IWinNativeControlCallbackToken* CMorvaneImpl::IWinExtensions_HostNativeControl(HWND__*,
-                                                                               IWinNativeControlCallback*,
-                                                                               IView&, TError& outError) {
-  outError = kUnsupported;
-  return nullptr;
 }
 
 }  // namespace NSMorvane

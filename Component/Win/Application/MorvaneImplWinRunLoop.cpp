@@ -2,14 +2,10 @@
 //
 // The order of the steps is part of the behaviour. Nothing here holds an iterator across a callback: a
 // callback may run a loop of its own and come back here.
-#include <algorithm>
-#include <iterator>
 #include <utility>
 
 #include "Component/Portable/Base/PendingErrors.h"
-#include "Component/Portable/Menus/MenuBarState.h"
 #include "Component/Win/Application/MorvaneImplWin.h"
-#include "Component/Win/Application/MorvaneImplWinHiddenWindows.h"
 #include "Component/Win/Input/WinMouseQueries.h"
 #include "Component/Win/Launch/SingleInstance.h"
 #include "Component/Win/Platform/PrivateMessages.h"
@@ -28,14 +24,13 @@ using NSTextPackage::ArrayToString;
 
 void CMorvaneImpl::CMorvaneGlue_Run(IMorvaneRunBehavior* behavior, const TStartupParams& params) {
   // One run at a time: a second one would take this process for another instance and end the behaviour.
-  if (fMessageWindow) MORVANE_THROW(XIllegalCallSequence());
+  if (fMessageTarget.GetHwnd()) MORVANE_THROW(XIllegalCallSequence());
   fMainThreadId = ::GetCurrentThreadId();
   LogSystemReport();
   fStartupStrings.fCompanyName = ArrayToString(params.fCompanyName);
   fStartupStrings.fProductName = ArrayToString(params.fProductName);
   fStartupStrings.fDisplayName = ArrayToString(params.fDisplayName);
-  fStartupFlag = params.fStartupFlag != 0;
-  fLingerMS = params.fLingerMS;
+  fQuitting.SetLingerDuration(params.fLingerMS);
 
   const TString instanceName = fStartupStrings.fCompanyName + fStartupStrings.fProductName;
   if (!TryBecomeFirstInstance(instanceName)) {
@@ -51,23 +46,23 @@ void CMorvaneImpl::CMorvaneGlue_Run(IMorvaneRunBehavior* behavior, const TStartu
   try {
     fBehavior = behavior;
     FetchStartupLabels();
-    MakeMessageWindow();
+    fMessageTarget.Make(MessageWindowProc);
     fHiderWindow = std::make_unique<CHiderWindow>(GetAppIcon());
-    StartIdleThread();
+    fIdleCalls.StartThread();
     if (fBehavior) MORVANE_CHECK(fBehavior->IMorvaneRunBehavior_OnStartUp());
-    if (!fIsInQuitMode) {
+    if (!fQuitting.IsInQuitMode()) {
       const bool hadFiles = OpenCommandLineFiles();
       if (!hadFiles) CallOnNoDocument(kNoDocumentAtStart);
       RunMainLoop();
     }
-    EndIdleThread();
+    fIdleCalls.EndThread();
     if (fBehavior) {
       MORVANE_CHECK(fBehavior->IMorvaneRunBehavior_OnCleanUp());
     } else {
       DebugPrint("Skipping call to IMorvaneRunBehavior_OnCleanUp, since there is no behavior.");
     }
     fHiderWindow.reset();
-    EndMessageWindow();
+    fMessageTarget.End();
     delete std::exchange(fBehavior, nullptr);
     ReleaseFirstInstance();
   } catch (...) {
@@ -79,9 +74,9 @@ void CMorvaneImpl::CMorvaneGlue_Run(IMorvaneRunBehavior* behavior, const TStartu
 // After a failure. The behaviour stays the client's, and hears nothing of it.
 void CMorvaneImpl::AbandonRun() {
   fWindows->ReleaseAll();
-  EndIdleThread();
+  fIdleCalls.EndThread();
   fHiderWindow.reset();
-  EndMessageWindow();
+  fMessageTarget.End();
   ReleaseFirstInstance();
   fBehavior = nullptr;
 }
@@ -91,42 +86,29 @@ void CMorvaneImpl::FetchStartupLabels() {
 }
 
 void CMorvaneImpl::RunMainLoop() {
-  bool keepRunning = KeepRunning();
+  bool goesOn = fQuitting.MayBegin();
   // The client has been asked to open something. If nothing came of it, no message tells of that.
-  fIsQuitEventDue = true;
-  while (keepRunning && !fLingerExpired) {
-    if (!fCommandLineFiles.empty() || fReopenRequested) fIsQuitEventDue = true;
+  fQuitting.ExpectQuitEvent();
+  while (goesOn) {
+    if (fCommandLines.IsAnythingDue()) fQuitting.ExpectQuitEvent();
     const TError error = ErrorOf([this] {
       OpenCommandLineFiles();
       ReopenIfRequested();
       RunOneTurn();
-      // When quitting has been stopped while the application lingers, the lingering ends first.
-      if (!fIsInQuitMode && fLingerTimer != 0) return;
-      fIsQuitEventDue = false;
-      if (!fIsInQuitMode && !fWindows->IsAnyDocumentWindowLeft()) DispatchQuitEvent();
+      fQuitting.OnTurn();
     });
     DeliverError(error);
-    keepRunning = DecideOnLingering(KeepRunning());
+    goesOn = fQuitting.MayGoOn();
   }
 }
 
 // --- Files of the command line
 
-void CMorvaneImpl::ParseCommandLine(const TString& commandLine) {
-  CCommandLine parsed = NSMorvane::ParseCommandLine(commandLine, CFileSystemProbe());
-  fCommandLineOptions = std::move(parsed.fOptions);
-  // Behind those of an earlier launch that still wait for a dialog to end: none gets lost.
-  fCommandLineFiles.insert(fCommandLineFiles.end(), std::make_move_iterator(parsed.fFiles.begin()),
-                           std::make_move_iterator(parsed.fFiles.end()));
-}
-
 // False if there were none.
 bool CMorvaneImpl::OpenCommandLineFiles() {
-  const bool hadFiles = !fCommandLineFiles.empty();
-  while (!fCommandLineFiles.empty()) {
-    const TString path = std::move(fCommandLineFiles.front());
-    fCommandLineFiles.erase(fCommandLineFiles.begin());
-    const std::string url = PathToFileURL(path);
+  const bool hadFiles = fCommandLines.IsAnyFile();
+  while (fCommandLines.IsAnyFile()) {
+    const std::string url = PathToFileURL(fCommandLines.TakeFile());
     if (fBehavior) MORVANE_CHECK(fBehavior->IMorvaneRunBehavior_OnOpenURL(url.c_str()));
   }
   return hadFiles;
@@ -138,9 +120,8 @@ void CMorvaneImpl::CallOnNoDocument(TNoDocumentKind kind) {
 }
 
 void CMorvaneImpl::ReopenIfRequested() {
-  if (!fReopenRequested) return;
-  fReopenRequested = false;
-  CallOnNoDocument(fLingerTimer != 0 ? kNoDocumentAtStart : kNoDocumentAtReopen);
+  if (!fCommandLines.TakeReopenRequest()) return;
+  CallOnNoDocument(fQuitting.IsLingering() ? kNoDocumentAtStart : kNoDocumentAtReopen);
 }
 
 // --- Messages
@@ -148,7 +129,7 @@ void CMorvaneImpl::ReopenIfRequested() {
 bool CMorvaneImpl::RunOneTurn() {
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
   // In case that the last one goes.
-  if (fWindows->IsAnyWindow()) fIsQuitEventDue = true;
+  if (fWindows->IsAnyWindow()) fQuitting.ExpectQuitEvent();
   RunIdleIfDue();
   FlushMenuBarRequests();
   MSG msg = {};
@@ -166,7 +147,7 @@ bool CMorvaneImpl::TakeMessage(MSG& outMsg, bool mayWait) {
     if (NoticeCommandLine()) return false;
     const bool hasWindow = fWindows->IsAnyWindow();
     // In quit mode the application is about to leave, unless it lingers: then a timer runs.
-    const bool isDue = fIdleDue || (fIsInQuitMode ? fLingerTimer == 0 : fIsQuitEventDue);
+    const bool isDue = fIdleCalls.IsDue() || fQuitting.IsTurnDue();
     if (!mayWait || (!hasWindow && isDue)) return false;
     ::MsgWaitForMultipleObjectsEx(0, nullptr, INFINITE, QS_ALLINPUT, 0);
     mayWait = hasWindow;
@@ -205,50 +186,35 @@ void CMorvaneImpl::HandleMessage(const MSG& msg) {
     // Behind all that is posted; a view that is never done painting leaves no other time to look.
     if (msg.message == WM_PAINT) NoticeCommandLine();
     if (msg.message == kMsgAppActivation) OnAppActivation(msg.wParam != 0, static_cast<DWORD>(msg.lParam));
-    if (msg.message == WM_TIMER && msg.wParam == fLingerTimer && fLingerTimer != 0) {
-      DebugPrint("Lingering complete, exiting...");
-      StopLingerTimer();
-      fLingerExpired = true;
-    }
+    if (msg.message == WM_TIMER) fQuitting.OnTimer(msg.wParam);
     // These three go on to dispatch like all others.
     if (!PreTranslate(msg)) {
       ::TranslateMessage(&msg);
       const CDispatchScope scope(msg);
       ::DispatchMessageW(&msg);
     }
-    CloseNextWindowAfterMessage();
+    fQuitting.CloseNextWindowAfterMessage();
   });
   DeliverError(error);
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
 }
 
-// The message goes to the thread, and any loop of the system's drops it. So the loop looks at the record,
-// too, and has perhaps read by now what the message tells of.
 void CMorvaneImpl::OnSecondInstanceMessage() {
-  if (!IsCommandLinePending() && fUnannouncedCommandLines > 0)
-    --fUnannouncedCommandLines;
-  else
-    HandleSecondInstance();
+  if (fCommandLines.OnMessage(IsCommandLinePending())) HandleSecondInstance();
 }
 
 // False if none is waiting.
 bool CMorvaneImpl::NoticeCommandLine() {
-  if (!IsCommandLinePending()) return false;
-  ++fUnannouncedCommandLines;
-  HandleSecondInstance();
-  return true;
+  const bool isNews = fCommandLines.OnLook(IsCommandLinePending());
+  if (isNews) HandleSecondInstance();
+  return isNews;
 }
 
 // Another process of this application has been started: whatever was ending goes on living.
 void CMorvaneImpl::HandleSecondInstance() {
-  if (fLingerTimer != 0) {
-    DebugPrint("Lingering aborted...");
-    StopLingerTimer();
-  }
-  LeaveQuitMode();
+  fQuitting.CallOff();
   // Before a callback can turn the loop, which would find the command line waiting.
-  ParseCommandLine(TakeSentCommandLine());
-  if (fCommandLineFiles.empty()) fReopenRequested = true;
+  fCommandLines.AddLaunch(ParseCommandLine(TakeSentCommandLine(), CFileSystemProbe()));
   fBlocking->RestoreOrder();
 }
 
@@ -283,86 +249,21 @@ void CMorvaneImpl::DeliverError(TError code) {
 
 // --- Menu bars
 
-void CMorvaneImpl::CMorvaneGlue_RequestMenuBarsSetup() {
-  if (fMenuBarRebuildRequests == 0) {
-    DebugPrint("CMorvaneImpl::CMorvaneGlue_RequestMenuBarsSetup requested");
-  }
-  ++fMenuBarRebuildRequests;
-}
-
 void CMorvaneImpl::FlushMenuBarRequests() {
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
-  const TError error = ErrorOf([this] {
-    if (fMenuBarRebuildRequests != 0) RebuildRequestedMenuBars();
-  });
+  const TError error = ErrorOf([this] { fMenuBars.Flush(); });
   if (error != kOK) KeepPendingError(error);
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
 }
 
-void CMorvaneImpl::RebuildRequestedMenuBars() {
-  if (fMenuBarRebuildRequests > 1) {
-    DebugPrint("Collapsed " + NumberText(fMenuBarRebuildRequests) + " rebuild menubar requests...");
-  }
-  fMenuBarRebuildRequests = 0;
-  if (!fBehavior) {
-    DebugPrint("Ignoring request to rebuild menu bars since there is no behavior.");
-    return;
-  }
-  DebugPrint("Rebuilding Menu Bar...");
-  DebugIndentScope indent;
-  for (const boost::shared_ptr<CWinWindow>& window : fWindows->GetVisibleDocumentWindows()) {
-    // The window before may have ended this one.
-    if (!window->IsVisible()) continue;
-    SetUpMenuBar(*window);
-  }
-}
+// --- End of session
 
-// The set-up sends messages by itself, can open a dialog even, and with each of them comes here again. What
-// is asked for the same window meanwhile waits for its end; the other windows need not.
-void CMorvaneImpl::SetUpMenuBar(CWinWindow& window) {
-  if (std::find(fMenuBarsInSetUp.begin(), fMenuBarsInSetUp.end(), &window) != fMenuBarsInSetUp.end()) {
-    fMenuBarWaits = true;
-    return;
-  }
-  fMenuBarsInSetUp.push_back(&window);
-  const TError error = ErrorOf([&] {
-    CMenuBarState state;
-    MORVANE_CHECK(fBehavior->IMorvaneRunBehavior_OnSetupMenuBar(state));
-    if (window.LockClientsWindowReference()) window.SetUpMenuBar(state);
-  });
-  fMenuBarsInSetUp.pop_back();
-  if (fMenuBarsInSetUp.empty() && std::exchange(fMenuBarWaits, false)) RequestMenuBars();
-  ThrowError(error);
-}
-
-// --- Activation of the application
-
-void CMorvaneImpl::OnAppActivation(bool flag, DWORD threadId) {
-  MORVANE_ASSERT(0!=fBehavior);
-  // The threads of the library own message-only windows: as long as one of them has the focus, the
-  // application is active.
-  const bool active = flag || ThreadOwnsUnlistedWindow(threadId);
-  if (active == fAppIsActive) return;
-  fAppIsActive = active;
-  if (!fAppIsActive) ShowFloatingWindows(false);
-  if (fBehavior) {
-    MORVANE_CHECK(fBehavior->IMorvaneRunBehavior_OnAppActivation(active ? 1 : 0));
-  } else {
-    DebugPrint("Ignoring app activation message, since there is no behavior.");
-  }
-}
-
-void CMorvaneImpl::ShowFloatingWindows(bool show) {
-  // Most applications have none, and listing the windows of the desktop is costly.
-  if (!fWindows->IsAnyOfKind(kWindowKindFloating)) return;
-  const std::vector<HWND> handles = GetTopLevelWindowsZ();
-  // The lowest first, so that their order stays.
-  for (auto it = handles.rbegin(); it != handles.rend(); ++it) {
-    const CWinWindow* const window = fWindows->Find(*it);
-    if (!window || window->GetWindowKind() != kWindowKindFloating || !window->HasBeenShown()) continue;
-    const bool isVisible = (::GetWindowLongW(*it, GWL_STYLE) & WS_VISIBLE) != 0;
-    if (isVisible != show) ::ShowWindow(*it, show ? SW_SHOWNA : SW_HIDE);
-  }
+bool CMorvaneImpl::OnQueryEndSession() {
+  if (fQuitting.IsInQuitMode()) return true;
+  DispatchQuitEvent();
+  // What fails on the way is delivered, as in the main loop, and is no answer.
+  while (fQuitting.IsInQuitMode() && fWindows->IsAnyWindow()) DeliverError(ErrorOf([this] { RunOneTurn(); }));
+  return fQuitting.IsInQuitMode() && !fWindows->IsAnyWindow();
 }
 
 }  // namespace NSMorvane

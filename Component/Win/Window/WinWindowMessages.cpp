@@ -10,6 +10,7 @@
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Window/Blocking.h"
 #include "Component/Win/Window/WindowHost.h"
+#include "Component/Win/Window/WindowRegistry.h"
 #include "Component/Win/Window/WinDroppedFiles.h"
 #include "Component/Win/Window/WinInputMethod.h"
 #include "Component/Win/Window/WinWindow.h"
@@ -144,7 +145,7 @@ class CWinWindow::CMessageTable {
     DebugPrint("CWinWindow::IWindowListener_OnActivated " + HandleText(window.fHwnd));
     window.fBlocking->RaiseWithOwners(window.fHwnd);
     // While a window that blocks the application is active, floating windows are out of the way.
-    window.fHost->ShowFloatingWindows(!CBlocking::BansFloatingWindows(window));
+    window.fWindows->ShowFloatingWindows(!CBlocking::BansFloatingWindows(window));
     window.fFocus.OnActivated();
     window.fHost->RequestMenuBars();
     // The default handling would move the keyboard behind the library's back.

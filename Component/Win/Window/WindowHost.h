@@ -50,7 +50,6 @@ class IWindowHost {
 
   // Another application, of which `threadId` is a thread, has got or lost the activation.
   virtual void OnAppActivation(bool flag, DWORD threadId) = 0;
-  virtual void ShowFloatingWindows(bool show) = 0;
 
   virtual void RunIdleIfDue() = 0;
 

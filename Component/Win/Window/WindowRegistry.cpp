@@ -101,6 +101,19 @@ CWindowRegistry::TWindows CWindowRegistry::GetVisibleDocumentWindows() const {
   return windows;
 }
 
+void CWindowRegistry::ShowFloatingWindows(bool show) const {
+  // Most applications have none, and listing the windows of the desktop is costly.
+  if (!IsAnyOfKind(kWindowKindFloating)) return;
+  const std::vector<HWND> handles = GetTopLevelWindowsZ();
+  // The lowest first, so that their order stays.
+  for (auto it = handles.rbegin(); it != handles.rend(); ++it) {
+    const CWinWindow* const window = Find(*it);
+    if (!window || window->GetWindowKind() != kWindowKindFloating || !window->HasBeenShown()) continue;
+    const bool isVisible = (::GetWindowLongW(*it, GWL_STYLE) & WS_VISIBLE) != 0;
+    if (isVisible != show) ::ShowWindow(*it, show ? SW_SHOWNA : SW_HIDE);
+  }
+}
+
 void CWindowRegistry::ReleaseAll() {
   try {
     while (!fWindows.empty()) {

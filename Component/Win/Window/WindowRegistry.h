@@ -52,6 +52,9 @@ class CWindowRegistry : CNotCopied {
   TWindows GetVisibleWindowsZ() const;
   TWindows GetVisibleDocumentWindows() const;
 
+  // Natively, those that have been shown. They go out of sight while another application is active.
+  void ShowFloatingWindows(bool show) const;
+
   // --- The end
 
   // Releases all windows at once, oldest first, without asking anybody. Throws nothing.

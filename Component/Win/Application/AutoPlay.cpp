@@ -1,26 +1,13 @@
-// What exists on Windows only: options of the command line, suppression of AutoPlay. These operations have no
-// contract members in front of them and keep exceptions in by themselves.
-#include "Component/Win/Application/MorvaneImplWin.h"
+#include "Component/Win/Application/AutoPlay.h"
+
+#include <exception>
+
+#include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Win/Platform/UtilsWin.h"
 
 namespace NSMorvane {
 
-TError CMorvaneImpl::IWinExtensions_GetCommandLineOptions(ITextReceiver& receiver) {
-  TError result = kOK;
-  const TError error = ErrorOf([&] {
-    // A second launch may replace the list while the receiver runs.
-    const std::vector<TString> options = fCommandLineOptions;
-    for (const TString& option : options) {
-      result = receiver.ITextReceiver_ReceiveText(option.c_str());
-      if (result != kOK) return;
-    }
-  });
-  return error != kOK ? error : result;
-}
-
-// --- AutoPlay
-
-TError CMorvaneImpl::IWinExtensions_SuppressAutoPlay(TAutoPlayCommand command) {
+TError CAutoPlay::Suppress(TAutoPlayCommand command) {
   switch (command) {
     case kAutoPlaySuppress:
       return ErrorOf([this] {
@@ -42,7 +29,7 @@ TError CMorvaneImpl::IWinExtensions_SuppressAutoPlay(TAutoPlayCommand command) {
   return kBadInputProgrammingError;
 }
 
-bool CMorvaneImpl::IsAutoPlayQuery(UINT message) {
+bool CAutoPlay::IsSuppressedQuery(UINT message) const {
   if (fAutoPlaySuppressCount == 0) return false;
   MORVANE_ASSERT(fRegisteredAutoPlayMessage != 0);
   if (message != fRegisteredAutoPlayMessage) return false;

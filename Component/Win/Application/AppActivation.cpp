@@ -1,0 +1,25 @@
+#include "Component/Win/Application/AppActivation.h"
+
+#include "Component/Portable/Base/MorvaneImplUtils.h"
+#include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Window/WindowHost.h"
+#include "Component/Win/Window/WindowRegistry.h"
+
+namespace NSMorvane {
+
+void CAppActivation::OnChange(bool flag, DWORD threadId) {
+  MORVANE_ASSERT_TEXT("0!=fBehavior", fHost.GetBehavior() != nullptr);
+  // The threads of the library own message-only windows: as long as one of them has the focus, the
+  // application is active.
+  const bool active = flag || ThreadOwnsUnlistedWindow(threadId);
+  if (active == fAppIsActive) return;
+  fAppIsActive = active;
+  if (!fAppIsActive) fHost.GetWindowRegistry()->ShowFloatingWindows(false);
+  if (IMorvaneRunBehavior* const behavior = fHost.GetBehavior()) {
+    MORVANE_CHECK(behavior->IMorvaneRunBehavior_OnAppActivation(active ? 1 : 0));
+  } else {
+    DebugPrint("Ignoring app activation message, since there is no behavior.");
+  }
+}
+
+}  // namespace NSMorvane
