@@ -1,4 +1,4 @@
-// The clipboard. Not built yet: its operations give kUnsupported.
+// The clipboard.
 #pragma once
 
 #include "MorvaneTypes.h"
@@ -6,8 +6,9 @@
 namespace NSMorvane {
 
 // A format: four characters and a zero byte. "utxt" is UTF-16 text, "TEXT" 8-bit text, "WAVE", "RIFF",
-// "HBMP", "DIBB" and "FURL" are the platform's own; any other tag is a format private to applications of this
-// library.
+// "HBMP", "DIBB" and "FURL" are the platform's own (CF_UNICODETEXT, CF_TEXT, CF_WAVE, CF_RIFF, CF_BITMAP,
+// CF_DIB and CF_HDROP, with the layouts that the platform publishes); any other tag, of ASCII characters, is
+// a format private to applications of this library; case does not tell two of these apart.
 #pragma pack(push, 1)
 struct TClipboardFormat {
   char fTag[5];

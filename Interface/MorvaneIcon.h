@@ -1,4 +1,4 @@
-// Icons. Not built yet: the operations that make them give kUnsupported.
+// Icons.
 #pragma once
 
 #include "MorvaneTypes.h"

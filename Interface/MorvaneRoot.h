@@ -137,11 +137,14 @@ class IMorvane {
   // Sizes and work areas, in screen coordinates.
   virtual TError IMorvane_GetMonitors(TMonitorList& outMonitors) = 0;
 
-  // --- Clipboard. Not built yet: kUnsupported.
+  // --- Clipboard. During IMorvane_Run; kIllegalCallSequenceProgrammingError otherwise. While another program
+  // holds the clipboard open, kOtherError: try again.
   virtual TError IMorvane_IsFormatOnClipboard(const TClipboardFormat& format, TFlag& outExistsFlag) = 0;
-  // The caller deletes the data, and reads it at once.
+  // A copy of the data, which the caller deletes. kProgrammingError if the format is not there.
   virtual IData* IMorvane_GetClipboardData(const TClipboardFormat& format, TError& outError) = 0;
-  // Empties the clipboard and puts the formats there. Takes `clipbardDataGetter` over on success.
+  // Empties the clipboard and puts the formats there. Takes `clipbardDataGetter` over on success. If one
+  // format fails, those before it are there. Each IData has at least one byte. That of "utxt" is UTF-16 with
+  // a zero unit at the end, counted in bytes; an odd count gives kBadInputProgrammingError.
   virtual TError IMorvane_ReplaceClipboardContents(const TClipboardFormat* formats, std::uint32_t formatCount,
                                                    IClipboardDataGetter* clipbardDataGetter) = 0;
 
@@ -154,7 +157,8 @@ class IMorvane {
   // Has no meaning on this platform: gives 0, and an assertion.
   virtual TError IMorvane_ConvertMSToPrecisionTicks(std::uint64_t ms, std::uint64_t& out) = 0;
 
-  // --- Icons; the caller deletes them. Not built yet: kUnsupported.
+  // --- Icons; the caller deletes them. Their pictures are loaded when they are first asked for, so that a
+  // source that does not exist shows there (IWinExtensions_GetIconHandle).
   virtual IIcon* IMorvane_CreateBuiltInIcon(TBuiltinIcon icon, TError& outError) = 0;
   // The system's icon of a file, folder or volume.
   virtual IIcon* IMorvane_CreateIconForURL(const char* fileOrFolderOrVolumeURL, TError& outError) = 0;

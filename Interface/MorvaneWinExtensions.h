@@ -41,11 +41,12 @@ enum TAutoPlayCommand : std::uint32_t { kAutoPlaySuppress = 0, kAutoPlayRelease 
 
 class IWinExtensions {
  public:
-  // Not built yet, as icons are: kUnsupported. The native icon at 16, 32, 48 or 128 pixels. It stays the
-  // icon's.
+  // The native icon at 16, 32, 48 or 128 pixels; a size that the icon does not have gives the next smaller
+  // one. It stays the icon's. Null and `outError` on failure: kBadInputProgrammingError for another size and
+  // an icon that is not the library's, kUnsupportedFormatError for a file that is not there.
   virtual HICON__* IWinExtensions_GetIconHandle(const IIcon& icon, std::uint32_t size, TError& outError) = 0;
-  // Not built yet: kUnsupported. An icon of up to four native icons, for the four sizes; the others null. It
-  // owns them from then on.
+  // An icon of up to four native icons, for the four sizes; the others null. With success it owns them. The
+  // caller deletes it. kBadInputProgrammingError if all are null or one is given twice.
   virtual IIcon* IWinExtensions_CreateIconFromHandles(HICON__* icon16, HICON__* icon32, HICON__* icon48,
                                                       HICON__* icon128, TError& outError) = 0;
   // The options of the command line (arguments that begin with "/"), one call of the receiver each. The first

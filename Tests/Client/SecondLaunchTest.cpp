@@ -37,21 +37,7 @@ class SecondLaunchTest : public ClientWindowTest {
   }
   // Starts one, with its arguments, and waits until it stands right before its run.
   void StartSecondProcess(const std::wstring& arguments = L"") {
-    wchar_t program[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, program, MAX_PATH);
-    const ::testing::TestInfo& test = *::testing::UnitTest::GetInstance()->current_test_info();
-    const std::string filter = std::string(test.test_suite_name()) + "." + test.name();
-    std::wstring commandLine =
-        L"\"" + std::wstring(program) + L"\"" + (arguments.empty() ? L"" : L" ") + arguments;
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof(startup);
-    PROCESS_INFORMATION process = {};
-    SetEnvironmentVariableW(L"MORVANE_TEST_SECOND_OF", fCompany.c_str());
-    SetEnvironmentVariableA("GTEST_FILTER", filter.c_str());
-    ASSERT_TRUE(CreateProcessW(program, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr,
-                               fFolder.c_str(), &startup, &process));
-    CloseHandle(process.hThread);
-    fSeconds.push_back(process.hProcess);
+    fSeconds.push_back(StartProcessOfThisTest(arguments, fFolder.c_str()));
     EXPECT_EQ(WaitForSingleObject(fReady, kWaitLimitMS), DWORD(WAIT_OBJECT_0));
   }
   void LetSecondProcessesRun() { SetEvent(fGo); }

@@ -258,6 +258,25 @@ class ClientTest : public ::testing::Test {
       EXPECT_EQ(fMorvane->IMorvane_StartQuitting(), kOK);
     }
   }
+  // A second process of this program that runs the same test, and knows that it is the second one. Null
+  // `folder` is the folder of this process. The caller closes the handle.
+  HANDLE StartProcessOfThisTest(const std::wstring& arguments = L"", const wchar_t* folder = nullptr) {
+    wchar_t program[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    const ::testing::TestInfo& test = *::testing::UnitTest::GetInstance()->current_test_info();
+    const std::string filter = std::string(test.test_suite_name()) + "." + test.name();
+    std::wstring commandLine =
+        L"\"" + std::wstring(program) + L"\"" + (arguments.empty() ? L"" : L" ") + arguments;
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof(startup);
+    PROCESS_INFORMATION process = {};
+    SetEnvironmentVariableW(L"MORVANE_TEST_SECOND_OF", fCompany.c_str());
+    SetEnvironmentVariableA("GTEST_FILTER", filter.c_str());
+    EXPECT_TRUE(CreateProcessW(program, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, folder,
+                               &startup, &process));
+    CloseHandle(process.hThread);
+    return process.hProcess;
+  }
   // The shown windows of this process, the front one first.
   static std::vector<HWND> ShownInOrder() {
     std::vector<HWND> windows;

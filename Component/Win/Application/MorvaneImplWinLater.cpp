@@ -18,31 +18,6 @@ void CMorvaneImpl::LogSystemReport() {}
 // File dialogs are not built yet: nobody sends these messages.
 void CMorvaneImpl::OnFileDialogMessage(UINT, LPARAM) { ThrowUnsupported(); }
 
-// --- Clipboard
-
-bool CMorvaneImpl::CMorvaneGlue_IsFormatOnClipboard(const TClipboardFormat&) { ThrowUnsupported(); }
-
-std::unique_ptr<IData> CMorvaneImpl::CMorvaneGlue_GetClipboardData(const TClipboardFormat&) {
-  ThrowUnsupported();
-}
-
-void CMorvaneImpl::CMorvaneGlue_ReplaceClipboardContents(const std::vector<TClipboardFormat>&,
-                                                         IClipboardDataGetter*) {
-  ThrowUnsupported();
-}
-
-// --- Icons
-
-std::unique_ptr<IIcon> CMorvaneImpl::CMorvaneGlue_CreateBuiltInIcon(TBuiltinIcon) { ThrowUnsupported(); }
-
-std::unique_ptr<IIcon> CMorvaneImpl::CMorvaneGlue_CreateIconForURL(const std::string&) { ThrowUnsupported(); }
-
-std::unique_ptr<IIcon> CMorvaneImpl::CMorvaneGlue_CreateResourceIcon(const std::string&) {
-  ThrowUnsupported();
-}
-
-std::unique_ptr<IIcon> CMorvaneImpl::CMorvaneGlue_CreatePixmapIcon(const void*) { ThrowUnsupported(); }
-
 // --- Alert boxes and file dialogs
 
 void CMorvaneImpl::CMorvaneGlue_CreateAlertBox(IModalOwner*, bool, const TAlertSpec&, IAlertBoxListener*) {

@@ -1,10 +1,12 @@
 #include "Component/Win/Application/WinExtensions.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Opening/PendingCommandLines.h"
 #include "Component/Portable/Text/TextPackage.h"
+#include "Component/Win/Services/WinIcon.h"
 
 namespace NSMorvane {
 
@@ -27,18 +29,32 @@ TError CWinExtensions::IWinExtensions_SuppressAutoPlay(TAutoPlayCommand command)
   return fAutoPlay.Suppress(command);
 }
 
+// --- Icons
+
+HICON__* CWinExtensions::IWinExtensions_GetIconHandle(const IIcon& icon, std::uint32_t size,
+                                                      TError& outError) {
+  HICON handle = nullptr;
+  const bool isSize = size == 16 || size == 32 || size == 48 || size == 128;
+  const CIconImpl* const impl = isSize ? dynamic_cast<const CIconImpl*>(&icon) : nullptr;
+  outError = kBadInputProgrammingError;
+  if (impl && icon.IIcon_CheckInvariant() != 0)
+    outError = ErrorOf([&] { handle = impl->GetIconHandle(size); });
+  return handle;
+}
+
+IIcon* CWinExtensions::IWinExtensions_CreateIconFromHandles(HICON__* icon16, HICON__* icon32, HICON__* icon48,
+                                                            HICON__* icon128, TError& outError) {
+  std::vector<HICON> handles = {icon16, icon32, icon48, icon128};
+  std::erase(handles, nullptr);
+  std::sort(handles.begin(), handles.end());
+  outError = kBadInputProgrammingError;
+  if (handles.empty() || std::adjacent_find(handles.begin(), handles.end()) != handles.end()) return nullptr;
+  IIcon* icon = nullptr;
+  outError = ErrorOf([&] { icon = MakeIconFromHandles(icon16, icon32, icon48, icon128).release(); });
+  return icon;
+}
+
 // --- What this build does not have
-
-HICON__* CWinExtensions::IWinExtensions_GetIconHandle(const IIcon&, std::uint32_t, TError& outError) {
-  outError = kUnsupported;
-  return nullptr;
-}
-
-IIcon* CWinExtensions::IWinExtensions_CreateIconFromHandles(HICON__*, HICON__*, HICON__*, HICON__*,
-                                                            TError& outError) {
-  outError = kUnsupported;
-  return nullptr;
-}
 
 IWinNativeControlCallbackToken* CWinExtensions::IWinExtensions_HostNativeControl(HWND__*,
                                                                                  IWinNativeControlCallback*,

@@ -1,0 +1,204 @@
+#include "Component/Win/Services/WinClipboard.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <iterator>
+#include <string>
+
+#include "Component/Portable/Base/MorvaneImplUtils.h"
+#include "Component/Portable/Text/TextPackage.h"
+#include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Platform/UtilsWinHandles.h"
+
+namespace NSMorvane {
+
+namespace {
+
+using NSTextPackage::TString;
+
+[[noreturn]] void ThrowSystemError() {
+  MORVANE_THROW_LAST_ERROR();
+  MORVANE_THROW(std::exception());
+}
+
+// --- Formats
+
+struct TKnownFormat {
+  const char* fTag;
+  UINT fNumber;
+};
+
+constexpr TKnownFormat kKnownFormats[] = {
+    {"utxt", CF_UNICODETEXT}, {"TEXT", CF_TEXT}, {"WAVE", CF_WAVE},  {"RIFF", CF_RIFF},
+    {"HBMP", CF_BITMAP},      {"DIBB", CF_DIB},  {"FURL", CF_HDROP},
+};
+
+// The number of a format. A private one has the same in every program.
+UINT NumberOfFormat(const TClipboardFormat& format) {
+  const char* const end = std::find(std::begin(format.fTag), std::end(format.fTag), '\0');
+  const std::string tag(std::begin(format.fTag), end);
+  const auto known = std::find_if(std::begin(kKnownFormats), std::end(kKnownFormats),
+                                  [&](const TKnownFormat& row) { return row.fTag == tag; });
+  if (known != std::end(kKnownFormats)) return known->fNumber;
+  const UINT number = RegisterClipboardFormatW(WinText(u"SMUGGLER_" + NSTextPackage::ASCIIToString(tag, 0)));
+  if (number == 0) ThrowSystemError();
+  return number;
+}
+
+// --- Guards
+
+class CClipboardOpener : CNotCopied {
+ public:
+  explicit CClipboardOpener(HWND owner) {
+    if (!OpenClipboard(owner)) ThrowSystemError();
+  }
+  ~CClipboardOpener() {
+    const BOOL okFlag = CloseClipboard();
+    MORVANE_ASSERT(TRUE==okFlag);
+  }
+};
+
+// A block on its way to the clipboard, locked and full of zeros.
+class CGlobalBuffer : CNotCopied {
+ public:
+  explicit CGlobalBuffer(std::size_t size)
+      : fGlobalData(GlobalAlloc(GMEM_MOVEABLE, size)), fLockedData(nullptr) {
+    if (!fGlobalData) ThrowSystemError();
+    const std::size_t actualSize = GlobalSize(fGlobalData);
+    MORVANE_ASSERT(actualSize >= size);
+    fLockedData = GlobalLock(fGlobalData);
+    if (!fLockedData) {
+      const DWORD error = GetLastError();
+      Free();
+      SetLastError(error);
+      ThrowSystemError();
+    }
+    std::memset(fLockedData, 0, actualSize);
+  }
+  ~CGlobalBuffer() {
+    if (!fGlobalData) return;
+    if (fLockedData) Unlock();
+    Free();
+  }
+
+  void* GetData() const { return fLockedData; }
+
+  // The clipboard owns the block from here on.
+  void HandOver(UINT format) {
+    Unlock();
+    if (!SetClipboardData(format, fGlobalData)) ThrowSystemError();
+    fGlobalData = nullptr;
+  }
+
+ private:
+  void Unlock() {
+    fLockedData = nullptr;
+    const BOOL okFlag = GlobalUnlock(fGlobalData);
+    MORVANE_ASSERT(0==okFlag);
+  }
+  void Free() {
+    fGlobalData = GlobalFree(fGlobalData);
+    MORVANE_ASSERT(0==fGlobalData);
+  }
+
+  HGLOBAL fGlobalData;
+  void* fLockedData;
+};
+
+// --- Reading
+
+// What was on the clipboard, as a copy: the clipboard may change at any time.
+class CClipboardDataReader final : public IData {
+ public:
+  // While the clipboard is open. The size is that of the block, with whatever stands behind a text's end.
+  explicit CClipboardDataReader(HGLOBAL globalData) {
+    MORVANE_ASSERT_TEXT("0!=fGlobalData", globalData != nullptr);
+    const void* const lockedData = GlobalLock(globalData);
+    if (!lockedData) ThrowSystemError();
+    const TError error = ErrorOf([&] {
+      const auto bytes = static_cast<const std::byte*>(lockedData);
+      fData.assign(bytes, bytes + GlobalSize(globalData));
+    });
+    GlobalUnlock(globalData);
+    ThrowError(error);
+  }
+
+  std::uint32_t IData_CheckInvariant() const override { return 1; }
+  TError IData_GetSize(std::uint64_t& out) override {
+    out = fData.size();
+    return kOK;
+  }
+  TError IData_Read(std::uint64_t start, std::uint64_t size, void* destination) override {
+    if (start > fData.size() || size > fData.size() - start) return kBadInputProgrammingError;
+    if (size != 0) std::memcpy(destination, fData.data() + start, static_cast<std::size_t>(size));
+    return kOK;
+  }
+
+ private:
+  std::vector<std::byte> fData;
+};
+
+// --- Writing
+
+// How much room the data take. A text gets the terminator that it lacks; half a unit is no text.
+std::size_t SizeOfBlock(IData& data, std::uint64_t size, UINT format) {
+  if (size > SIZE_MAX - sizeof(TChar)) MORVANE_THROW(XOutOfMemory());
+  const auto bytes = static_cast<std::size_t>(size);
+  if (format != CF_UNICODETEXT || bytes == 0) return bytes;
+  if (bytes % sizeof(TChar) != 0) MORVANE_THROW(std::invalid_argument(""));
+  TChar last = 0;
+  MORVANE_CHECK(data.IData_Read(bytes - sizeof(last), sizeof(last), &last));
+  return last == 0 ? bytes : bytes + sizeof(last);
+}
+
+void PutOnClipboard(const TClipboardFormat& format, IClipboardDataGetter& getter) {
+  const UINT number = NumberOfFormat(format);
+  TError error = kOK;
+  const std::unique_ptr<IData> data(getter.IClipboardDataGetter_GetData(format, error));
+  MORVANE_CHECK(error);
+  if (!data) MORVANE_THROW(std::invalid_argument(""));
+  MORVANE_ASSERT(1==data->IData_CheckInvariant());
+  std::uint64_t size = 0;
+  MORVANE_CHECK(data->IData_GetSize(size));
+  MORVANE_ASSERT(size>0);
+  CGlobalBuffer buffer(SizeOfBlock(*data, size, number));
+  void* const clipboardBuffer = buffer.GetData();
+  MORVANE_ASSERT(0!=clipboardBuffer);
+  MORVANE_CHECK(data->IData_Read(0, size, clipboardBuffer));
+  buffer.HandOver(number);
+}
+
+}  // namespace
+
+bool IsFormatOnClipboard(const TClipboardFormat& format, HWND owner) {
+  const UINT number = NumberOfFormat(format);
+  const CClipboardOpener opener(owner);
+  UINT onClipboard = 0;
+  do {
+    SetLastError(ERROR_SUCCESS);
+    onClipboard = EnumClipboardFormats(onClipboard);
+  } while (onClipboard != 0 && onClipboard != number);
+  if (onClipboard == 0) MORVANE_THROW_LAST_ERROR();
+  return onClipboard == number;
+}
+
+std::unique_ptr<IData> GetClipboardData(const TClipboardFormat& format, HWND owner) {
+  const UINT number = NumberOfFormat(format);
+  const CClipboardOpener opener(owner);
+  if (!IsClipboardFormatAvailable(number)) MORVANE_THROW(XProgrammingError());
+  const HANDLE handle = ::GetClipboardData(number);
+  if (!handle) ThrowSystemError();
+  return std::make_unique<CClipboardDataReader>(handle);
+}
+
+void ReplaceClipboardContents(const std::vector<TClipboardFormat>& formats, IClipboardDataGetter* getter,
+                              HWND owner) {
+  MORVANE_ASSERT_TEXT("0!=clipbardDataGetter", getter != nullptr);  // sic
+  const CClipboardOpener opener(owner);
+  if (!EmptyClipboard()) ThrowSystemError();
+  for (const TClipboardFormat& format : formats) PutOnClipboard(format, *getter);
+  delete getter;
+}
+
+}  // namespace NSMorvane

@@ -1,0 +1,54 @@
+// What the library keeps of its own from one run to the next: a few texts and numbers of the user's, in the
+// registry.
+//
+// The layout, below HKEY_CURRENT_USER: Software \ company \ product \ Preferences \ the name of a dialog with
+// the client's number behind it. Any thread may use a key, but one thread at a time.
+#pragma once
+
+#include <windows.h>
+
+#include <boost/shared_ptr.hpp>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "Component/Portable/Text/TextPackage.h"
+
+namespace NSMorvane {
+
+struct TStartupStrings;
+
+// One key. Copies share it, and the last of them closes it.
+class CRegKey {
+ public:
+  // A predefined key, which is never closed.
+  explicit CRegKey(HKEY rootKey);
+  // A key below `parent`. A missing one is made, also for reading. Throws std::exception on failure.
+  CRegKey(const CRegKey& parent, const NSTextPackage::TString& subKeyName, bool writable);
+
+  bool HasSubKey(const NSTextPackage::TString& name) const;
+  bool HasValue(const NSTextPackage::TString& name) const;
+  // In bytes. Throws std::exception if there is no such value.
+  void GetValueTypeAndSize(const NSTextPackage::TString& name, DWORD& outType, DWORD& outSize) const;
+
+  // Empty, or 0, if there is no such value. One of another type throws XBadFormat.
+  NSTextPackage::TString GetString(const NSTextPackage::TString& name) const;
+  std::uint32_t GetNumber(const NSTextPackage::TString& name) const;
+  // Throw std::exception on failure.
+  void SetString(const NSTextPackage::TString& name, const NSTextPackage::TString& text);
+  void SetNumber(const NSTextPackage::TString& name, std::uint32_t value);
+
+ private:
+  boost::shared_ptr<HKEY__> fKey;
+};
+
+using TRegPath = std::vector<NSTextPackage::TString>;
+
+// The key at a path under HKEY_CURRENT_USER, made where it is missing.
+CRegKey OpenKeyPath(const TRegPath& names, bool writable);
+// Makes nothing: what wants to read without leaving a trace asks this first.
+bool KeyPathExists(const TRegPath& names);
+// Where the preferences of this application begin.
+TRegPath GetPreferencesPath(const TStartupStrings& strings);
+
+}  // namespace NSMorvane

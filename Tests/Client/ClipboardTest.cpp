@@ -1,0 +1,207 @@
+// The clipboard: formats, sizes, failures, other programs.
+#include <cstring>
+#include <thread>
+
+#include "Support/ClientWindows.h"
+
+namespace NSMorvaneTest {
+
+class ClipboardTest : public ClientWindowTest {
+ protected:
+  using Bytes = std::string;
+
+  // Gives the data of each format from a map. What it makes is counted, and so is what is deleted.
+  class Getter : public IClipboardDataGetter {
+   public:
+    Getter(std::map<std::string, Bytes> data, int& living) : fData(std::move(data)), fLiving(living) {
+      ++fLiving;
+    }
+    ~Getter() override { --fLiving; }
+    IData* IClipboardDataGetter_GetData(const TClipboardFormat& format, TError& outError) override {
+      const std::string tag(format.fTag, strnlen(format.fTag, sizeof(format.fTag)));
+      outError = tag == fFailing ? TError(100321) : kOK;
+      return outError == kOK && fData.count(tag) ? new Data(fData[tag], fLiving) : nullptr;
+    }
+    std::string fFailing;
+
+   private:
+    class Data : public IData {
+     public:
+      Data(Bytes bytes, int& living) : fBytes(std::move(bytes)), fLiving(living) { ++fLiving; }
+      ~Data() override { --fLiving; }
+      std::uint32_t IData_CheckInvariant() const override { return 1; }
+      TError IData_GetSize(std::uint64_t& out) override {
+        out = fBytes.size();
+        return kOK;
+      }
+      TError IData_Read(std::uint64_t offset, std::uint64_t size, void* buffer) override {
+        EXPECT_LE(offset + size, fBytes.size());
+        if (size) std::memcpy(buffer, fBytes.data() + offset, static_cast<std::size_t>(size));
+        return kOK;
+      }
+
+     private:
+      Bytes fBytes;
+      int& fLiving;
+    };
+
+    std::map<std::string, Bytes> fData;
+    int& fLiving;
+  };
+
+  static TClipboardFormat Format(const std::string& tag) {
+    TClipboardFormat format = {};
+    tag.copy(format.fTag, sizeof(format.fTag));
+    return format;
+  }
+  static Bytes Units(const std::u16string& text) {
+    return Bytes(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(TChar));
+  }
+  TError Put(const std::map<std::string, Bytes>& data, const std::string& failing = "") {
+    auto getter = std::make_unique<Getter>(data, fLiving);
+    getter->fFailing = failing;
+    std::vector<TClipboardFormat> formats;
+    for (const auto& [tag, bytes] : data) formats.push_back(Format(tag));
+    const TError error = fMorvane->IMorvane_ReplaceClipboardContents(
+        formats.data(), static_cast<std::uint32_t>(formats.size()), getter.get());
+    if (error == kOK) getter.release();  // the library has deleted it
+    getter.reset();
+    EXPECT_EQ(fLiving, 0);
+    return error;
+  }
+  bool IsThere(const std::string& tag) {
+    TFlag exists = 2;
+    EXPECT_EQ(fMorvane->IMorvane_IsFormatOnClipboard(Format(tag), exists), kOK) << tag;
+    return exists == 1;
+  }
+  std::unique_ptr<IData> Open(const std::string& tag, TError wanted = kOK) {
+    TError error = kOtherError;
+    std::unique_ptr<IData> data(fMorvane->IMorvane_GetClipboardData(Format(tag), error));
+    EXPECT_EQ(error, wanted) << tag;
+    EXPECT_EQ(data != nullptr, wanted == kOK);
+    return data;
+  }
+  Bytes Get(const std::string& tag) {
+    const std::unique_ptr<IData> data = Open(tag);
+    if (!data) return "(none)";
+    std::uint64_t size = 0;
+    EXPECT_EQ(data->IData_GetSize(size), kOK);
+    Bytes bytes(static_cast<std::size_t>(size), '?');
+    EXPECT_EQ(data->IData_Read(0, size, bytes.data()), kOK);
+    return bytes;  // with what the system has rounded the block up to
+  }
+
+  int fLiving = 0;
+};
+
+TEST_IN_RUN(ClipboardTest, EveryFormat) {
+  const Bytes text = Units(std::u16string(u"Gr\xFC\xDF\x65 \xD83D\xDE00\0", 9));
+  const std::map<std::string, Bytes> all = {
+      {"utxt", text},           {"TEXT", Bytes("abc\0", 4)},  {"WAVE", "w"}, {"RIFF", "r"},
+      {"DIBB", Bytes(44, 'd')}, {"mine", Bytes("\0\1\2", 3)}, {"x", "one"}};
+  ASSERT_EQ(Put(all), kOK);
+  for (const auto& [tag, bytes] : all) {
+    EXPECT_TRUE(IsThere(tag)) << tag;
+    EXPECT_EQ(Get(tag).substr(0, bytes.size()), bytes) << tag;
+  }
+  for (const char* const absent : {"FURL", "none", "nine"}) {
+    EXPECT_FALSE(IsThere(absent)) << absent;
+    Open(absent, kProgrammingError);
+  }
+  // Other programs see the private ones under a longer name.
+  EXPECT_TRUE(IsClipboardFormatAvailable(RegisterClipboardFormatW(L"SMUGGLER_mine")));
+  // An array without a terminator is read to its end; a name has ASCII letters only.
+  ASSERT_EQ(Put({{"abcde", "5"}}), kOK);
+  EXPECT_EQ(Get("abcde").substr(0, 1), "5");
+  TFlag exists;
+  EXPECT_EQ(fMorvane->IMorvane_IsFormatOnClipboard(Format("\xFC"), exists), kOtherError);
+  // Nothing at all.
+  ASSERT_EQ(Put({}), kOK);
+  EXPECT_EQ(CountClipboardFormats(), 0);
+  EXPECT_EQ(fOutput.TakeAssertions(), "");
+}
+
+TEST_IN_RUN(ClipboardTest, SizesAndReaders) {
+  // A text gets the end that it lacks, for programs that look for it; half a unit is none.
+  ASSERT_EQ(Put({{"utxt", Units(u"ab")}}), kOK);
+  EXPECT_EQ(Get("utxt").substr(0, 6), Units(std::u16string(u"ab\0", 3)));
+  EXPECT_EQ(Put({{"utxt", "abc"}}), kBadInputProgrammingError);
+  EXPECT_EQ(fOutput.TakeAssertions(), "");
+  // Nothing cannot be kept in a block of memory.
+  EXPECT_NE(Put({{"none", ""}}), kOK);
+  EXPECT_TRUE(fOutput.TakeAssertions().starts_with("size>0"));
+  const Bytes large(64 << 20, 'l');
+  ASSERT_EQ(Put({{"larg", large}}), kOK);
+  EXPECT_EQ(Get("larg").compare(0, large.size(), large), 0);
+  // A reader outlives what it was made of.
+  ASSERT_EQ(Put({{"mine", "first"}}), kOK);
+  const std::unique_ptr<IData> data = Open("mine");
+  ASSERT_EQ(Put({{"mine", "other one"}}), kOK);
+  char buffer[5] = {};
+  EXPECT_EQ(data->IData_Read(0, 5, buffer), kOK);
+  EXPECT_EQ(Bytes(buffer, 5), "first");
+  std::uint64_t size = 0;
+  EXPECT_EQ(data->IData_GetSize(size), kOK);
+  for (const auto& [offset, count] :
+       {std::pair<std::uint64_t, std::uint64_t>{0, size + 1}, {size, 1}, {UINT64_MAX, 2}, {1, UINT64_MAX}})
+    EXPECT_EQ(data->IData_Read(offset, count, buffer), kBadInputProgrammingError) << offset;
+  EXPECT_EQ(data->IData_Read(size, 0, buffer), kOK);
+}
+
+TEST_IN_RUN(ClipboardTest, Failures) {
+  // What stood before the failing format is there, and nothing else.
+  ASSERT_EQ(Put({{"old", "o"}}), kOK);
+  EXPECT_EQ(Put({{"a", "1"}, {"b", "2"}, {"c", "3"}}, "b"), TError(100321));
+  EXPECT_TRUE(IsThere("a") && !IsThere("b") && !IsThere("c") && !IsThere("old"));
+  EXPECT_EQ(fMorvane->IMorvane_ReplaceClipboardContents(nullptr, 1, nullptr), kBadInputProgrammingError);
+  fOutput.TakeAssertions();
+  // Another program holds it open, for a while.
+  HANDLE steps[] = {CreateEventW(nullptr, TRUE, FALSE, nullptr), CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+  std::thread other([&] {
+    EXPECT_TRUE(OpenClipboard(nullptr));
+    SetEvent(steps[0]);
+    WaitForSingleObject(steps[1], kWaitLimitMS);
+    CloseClipboard();
+  });
+  WaitForSingleObject(steps[0], kWaitLimitMS);
+  EXPECT_EQ(Put({{"a", "2"}}), kOtherError);
+  Open("a", kOtherError);
+  SetEvent(steps[1]);
+  other.join();
+  for (const HANDLE step : steps) CloseHandle(step);
+  EXPECT_EQ(Put({{"a", "2"}}), kOK);
+  EXPECT_EQ(Get("a").substr(0, 1), "2");
+  EXPECT_EQ(fOutput.TakeAssertions(), "");
+}
+
+// The other program is a second process that runs this very test.
+TEST_F(ClipboardTest, BetweenPrograms) {
+  if (fIsSecondProcess) {
+    // As any program does it.
+    EXPECT_TRUE(OpenClipboard(nullptr));
+    const HANDLE there = GetClipboardData(CF_UNICODETEXT);
+    const auto text = static_cast<const wchar_t*>(there ? GlobalLock(there) : nullptr);
+    EXPECT_STREQ(text, L"from the first");
+    if (text) GlobalUnlock(there);
+    EmptyClipboard();
+    const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, sizeof(L"back"));
+    std::memcpy(GlobalLock(block), L"back", sizeof(L"back"));
+    GlobalUnlock(block);
+    EXPECT_TRUE(SetClipboardData(CF_UNICODETEXT, block));
+    CloseClipboard();
+    return;
+  }
+  CreateMorvane();
+  RunFrom([this] {
+    ASSERT_EQ(Put({{"utxt", Units(std::u16string(u"from the first\0", 15))}}), kOK);
+    const HANDLE other = StartProcessOfThisTest();
+    DWORD code = 1;
+    EXPECT_EQ(WaitForSingleObject(other, kWaitLimitMS), DWORD(WAIT_OBJECT_0));
+    EXPECT_TRUE(GetExitCodeProcess(other, &code) && code == 0) << "the test of the other program has failed";
+    CloseHandle(other);
+    EXPECT_EQ(Get("utxt").substr(0, 10), Units(std::u16string(u"back\0", 5)));
+    Quit();
+  });
+}
+
+}  // namespace NSMorvaneTest

@@ -1,0 +1,198 @@
+// Icons from every source, compared pixel by pixel.
+#include "Component/Win/Services/WinIcon.h"
+
+#include <array>
+
+#include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Platform/UtilsWinFiles.h"
+#include "Tests/Support/UnitTest.h"
+
+using namespace NSMorvaneTest;
+
+namespace {
+
+constexpr std::array<std::uint32_t, 4> kSizes = {16, 32, 48, 128};
+constexpr TRect kPlaces[] = {{132, 87, 148, 103}, {132, 52, 164, 84}, {132, 1, 180, 49}, {1, 1, 129, 129}};
+
+class WinIconTest : public ReportingTest {
+ protected:
+  template <class... TIcons>
+  static std::vector<std::unique_ptr<IIcon>> Icons(TIcons... icons) {
+    std::vector<std::unique_ptr<IIcon>> all;
+    (all.push_back(std::move(icons)), ...);
+    return all;
+  }
+  static HICON HandleOf(const std::unique_ptr<IIcon>& icon, std::uint32_t size) {
+    return dynamic_cast<const CIconImpl&>(*icon).GetIconHandle(size);
+  }
+  static int SideOf(HICON icon) {
+    ICONINFO info = {};
+    BITMAP bitmap = {};
+    EXPECT_TRUE(GetIconInfo(icon, &info));
+    GetObjectW(info.hbmColor, sizeof(bitmap), &bitmap);
+    DeleteObject(info.hbmColor);
+    DeleteObject(info.hbmMask);
+    return bitmap.bmWidth;
+  }
+  // The pixels, red in bits 0 to 7, after drawing on a background.
+  static std::vector<COLORREF> Drawn(HICON icon, int size, COLORREF background) {
+    const CCreatedDC hdc(CreateCompatibleDC(nullptr));
+    const CWindowDC screen(nullptr);
+    const CGdiObject<HBITMAP> bitmap(CreateCompatibleBitmap(screen.Get(), size, size));
+    const CObjectSelection selection(hdc.Get(), bitmap.Get());
+    const CGdiObject<HBRUSH> brush(CreateSolidBrush(background));
+    const RECT all = {0, 0, size, size};
+    FillRect(hdc.Get(), &all, brush.Get());
+    EXPECT_TRUE(DrawIconEx(hdc.Get(), 0, 0, icon, size, size, 0, nullptr, DI_NORMAL));
+    std::vector<COLORREF> pixels;
+    for (int y = 0; y < size; ++y)
+      for (int x = 0; x < size; ++x) pixels.push_back(GetPixel(hdc.Get(), x, y));
+    return pixels;
+  }
+  // A sheet of one colour at each place of `sizes`, with the alpha that `alphaOf` gives for x.
+  template <class TAlpha>
+  static std::vector<std::uint8_t> Sheet(unsigned places, TAlpha&& alphaOf) {
+    std::vector<std::uint8_t> sheet(kSheetWidth * kSheetHeight * 4, 0);
+    for (int place = 0; place < 4; ++place) {
+      if (!(places & 1u << place)) continue;
+      const TRect& rect = kPlaces[place];
+      for (int y = rect.fTop; y < rect.fBottom; ++y)
+        for (int x = rect.fLeft; x < rect.fRight; ++x) {
+          std::uint8_t* const pixel = &sheet[static_cast<std::size_t>((y * kSheetWidth + x) * 4)];
+          pixel[0] = 200, pixel[1] = 100, pixel[2] = 50, pixel[3] = alphaOf(x - rect.fLeft);
+        }
+    }
+    return sheet;
+  }
+};
+
+}  // namespace
+
+TEST_F(WinIconTest, BuiltInKindsAtAllSizes) {
+  const HMODULE shell = LoadLibraryW(L"shell32.dll");
+  for (std::uint32_t kind = kIconDocument; kind <= kIconStop; ++kind) {
+    // Some builds of Wine lack this one: what the system does not have is an error.
+    if (kind == kIconRecycleBinEmpty && !FindResourceW(shell, MAKEINTRESOURCEW(32), MAKEINTRESOURCEW(14))) {
+      EXPECT_ANY_THROW(HandleOf(MakeBuiltInIcon(kIconRecycleBinEmpty), 32));
+      EXPECT_EQ(TakeReports(), "false");
+      continue;
+    }
+    const std::unique_ptr<IIcon> icon = MakeBuiltInIcon(static_cast<TBuiltinIcon>(kind));
+    for (const std::uint32_t size : kSizes) {
+      const HICON handle = HandleOf(icon, size);
+      EXPECT_EQ(SideOf(handle), static_cast<int>(size)) << kind;
+      EXPECT_EQ(HandleOf(icon, size), handle) << kind;
+    }
+  }
+  for (const std::uint32_t size : {0u, 15u, 24u, 256u})
+    EXPECT_ANY_THROW(HandleOf(MakeBuiltInIcon(kIconFolder), size)) << size;
+}
+
+TEST_F(WinIconTest, FilesAndResources) {
+  wchar_t system[MAX_PATH] = {};
+  GetSystemDirectoryW(system, MAX_PATH);
+  const TString folder = TextFromWin(system);
+  for (const TString& path : {folder, folder + u"\\kernel32.dll", TString(u"C:\\")}) {
+    const std::unique_ptr<IIcon> icon = MakeIconForURL(PathToFileURL(path));
+    EXPECT_EQ(SideOf(HandleOf(icon, 16)), 16);
+    const HICON large = HandleOf(icon, 32);
+    EXPECT_EQ(SideOf(large), 32);
+    EXPECT_EQ(HandleOf(icon, 48), large);
+    EXPECT_EQ(HandleOf(icon, 128), large);
+  }
+  for (const char* const url : {"file://C:\\no\\such.file", "http://a.b/", "nothing"})
+    EXPECT_EQ(kUnsupportedFormatError, ErrorOf([&] { HandleOf(MakeIconForURL(url), 16); })) << url;
+  EXPECT_EQ(TakeReports(), "");
+  // This program has no icon.
+  for (const char* const key : {"1", "none", "99999999999"}) {
+    EXPECT_ANY_THROW(HandleOf(MakeResourceIcon(key), 128)) << key;
+    EXPECT_EQ(TakeReports(), "0!=result") << key;
+  }
+}
+
+TEST_F(WinIconTest, SheetsWithASizeMissing) {
+  for (unsigned places = 1; places < 16; ++places) {
+    const auto sheet = Sheet(places, [](int) { return std::uint8_t{255}; });
+    const std::unique_ptr<IIcon> icon = MakePixmapIcon(sheet.data());
+    for (int place = 0; place < 4; ++place) {
+      int given = place;
+      while (given >= 0 && !(places & 1u << given)) --given;
+      const auto ask = [&] { return HandleOf(icon, kSizes[static_cast<std::size_t>(place)]); };
+      if (given < 0) {
+        EXPECT_ANY_THROW(ask()) << places;
+        EXPECT_EQ(TakeReports(), "0!=result");
+      } else {
+        EXPECT_EQ(SideOf(ask()), static_cast<int>(kSizes[static_cast<std::size_t>(given)])) << places;
+      }
+    }
+  }
+}
+
+TEST_F(WinIconTest, PixelsWithAlphaAndWithout) {
+  const auto sheet = Sheet(15, [](int x) { return static_cast<std::uint8_t>(x * 17); });
+  for (const bool hasAlphaIcons : {true, false}) {
+    const HICON icon = MakeIconFromSheet(sheet.data(), kPlaces[0], hasAlphaIcons);
+    for (const int background : {0, 255}) {
+      const auto pixels = Drawn(icon, 16, RGB(background, background, background));
+      for (int i = 0; i < 256; ++i) {
+        const int alpha = hasAlphaIcons ? i % 16 * 17 : i % 16 * 17 < 128 ? 0 : 255;
+        const auto blended = [&](int value) { return (value * alpha + background * (255 - alpha)) / 255; };
+        const COLORREF pixel = pixels[static_cast<std::size_t>(i)];
+        EXPECT_NEAR(GetRValue(pixel), blended(200), 2) << i << " on " << background;
+        EXPECT_NEAR(GetGValue(pixel), blended(100), 2) << i << " on " << background;
+        EXPECT_NEAR(GetBValue(pixel), blended(50), 2) << i << " on " << background;
+      }
+    }
+    DestroyIcon(icon);
+  }
+  EXPECT_THROW(MakeIconFromSheet(sheet.data(), {0, 0, 15, 16}, false), std::logic_error);
+}
+
+TEST_F(WinIconTest, ClonesAndEquality) {
+  const auto sheet = Sheet(15, [](int) { return std::uint8_t{255}; });
+  std::unique_ptr<IIcon> icons[] = {MakeBuiltInIcon(kIconNote),    MakeBuiltInIcon(kIconStop),
+                                    MakeResourceIcon("1"),         MakeResourceIcon("2"),
+                                    MakeIconForURL("file://C:\\"), MakeIconForURL("file://D:\\"),
+                                    MakePixmapIcon(sheet.data()),  MakePixmapIcon(sheet.data())};
+  const auto areEqual = [](const IIcon& a, const IIcon& b) {
+    TFlag equal = 2;
+    EXPECT_EQ(a.IIcon_AreEqual(b, equal), kOK);
+    return equal == 1;
+  };
+  for (const auto& a : icons) {
+    for (const auto& b : icons) EXPECT_EQ(areEqual(*a, *b), &a == &b);
+    TError error = kOtherError;
+    const std::unique_ptr<IIcon> clone(a->IIcon_Clone(error));
+    EXPECT_EQ(error, kOK);
+    EXPECT_TRUE(areEqual(*a, *clone) && areEqual(*clone, *a));
+  }
+  EXPECT_TRUE(areEqual(*icons[0], *MakeBuiltInIcon(kIconNote)));
+  EXPECT_TRUE(areEqual(*icons[2], *MakeResourceIcon("1")));
+  EXPECT_TRUE(areEqual(*icons[4], *MakeIconForURL("file://C:\\")));
+  // A clone keeps the handles when the first one has gone.
+  TError error;
+  const std::unique_ptr<IIcon> clone(icons[6]->IIcon_Clone(error));
+  const HICON handle = HandleOf(icons[6], 48);
+  icons[6].reset();
+  EXPECT_EQ(HandleOf(clone, 48), handle);
+  EXPECT_EQ(SideOf(handle), 48);
+}
+
+TEST_F(WinIconTest, NoHandleIsLeft) {
+  const auto sheet = Sheet(15, [](int x) { return static_cast<std::uint8_t>(x); });
+  const auto count = [](DWORD kind) { return GetGuiResources(GetCurrentProcess(), kind); };
+  DWORD gdi = 0, user = 0;
+  for (int i = 0; i < 200; ++i) {
+    if (i == 10) gdi = count(GR_GDIOBJECTS), user = count(GR_USEROBJECTS);
+    const HICON handle = MakeIconFromSheet(sheet.data(), kPlaces[1], i % 2 == 0);
+    for (const std::unique_ptr<IIcon>& icon :
+         Icons(MakePixmapIcon(sheet.data()), MakeBuiltInIcon(kIconFolder), MakeBuiltInIcon(kIconStop),
+               MakeIconForURL("file://C:\\"), MakeIconFromHandles(nullptr, handle, nullptr, nullptr))) {
+      TError error;
+      const std::unique_ptr<IIcon> clone(icon->IIcon_Clone(error));
+      HandleOf(clone, 32);
+    }
+  }
+  EXPECT_LE(count(GR_GDIOBJECTS), gdi);
+  EXPECT_LE(count(GR_USEROBJECTS), user);
+}
