@@ -28,6 +28,7 @@ const char* ErrorLabel(TError error) {
 
 }  // namespace
 
+// Process-wide: whatever fails reports here, whether there is a root object or not.
 IDebugOutput* gDebugOutput = nullptr;
 
 TError ErrorFromException(const std::exception* exception) {

@@ -7,7 +7,7 @@
 //   MorvaneImplWinMessages.cpp     the private messages
 //   MorvaneImplWinWindows.cpp      making windows and views, lists of windows
 //   MorvaneImplWinPopupMenus.cpp   popup menus
-//   MorvaneImplWinKeyboard.cpp     what keys mean
+//   MorvaneImplWinKeyboard.cpp     what keys mean, and who hears of them
 //   MorvaneImplWinMouse.cpp        the mouse: state, shape, capture
 //   MorvaneImplWinLater.cpp        every operation that this build does not have
 //
@@ -75,10 +75,7 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWindowHost {
   HWND GetHiderWindow() const override { return fHiderWindow ? fHiderWindow->GetHwnd() : nullptr; }
   void RequestMenuBars() override { fMenuBars.Request(); }
   bool MenuBarsAreStale() const override { return fMenuBars.IsRequested(); }
-  void NotifyModifierKeyListeners(const TModifierKeysEvent& previous,
-                                  const TModifierKeysEvent& now) override {
-    fModifierKeyListeners.Notify(previous, now);
-  }
+  void NotifyModifierKeyListeners(const TModifierKeysEvent& previous, const TModifierKeysEvent& now) override;
   void OnKeyReleased(const TPhysicalKeySpec& key) override;
   TError AbandonKeyReleases() override { return fKeyReleases.Abandon(); }
   void ForgetMouseCaptureWindow() override { fMouseCaptureWindow.reset(); }
@@ -121,20 +118,12 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWindowHost {
   void CMorvaneGlue_ReleaseMouseCapture() override;
   TClickDragResult CMorvaneGlue_CheckForClickDragOperation(IWindow& window,
                                                            const TMouseEvent& event) override;
-  void CMorvaneGlue_AttachModifierKeyListener(IModifierKeyListener* listener) override {
-    fModifierKeyListeners.Attach(listener);
-  }
-  void CMorvaneGlue_DetachModifierKeyListener(IModifierKeyListener* listener) override {
-    fModifierKeyListeners.Detach(listener);
-  }
+  void CMorvaneGlue_AttachModifierKeyListener(IModifierKeyListener* listener) override;
+  void CMorvaneGlue_DetachModifierKeyListener(IModifierKeyListener* listener) override;
   void CMorvaneGlue_InstallKeyReleaseCallback(std::uint32_t virtualKey,
-                                              IKeyReleaseCallback* callback) override {
-    fKeyReleases.Install(virtualKey, callback);
-  }
+                                              IKeyReleaseCallback* callback) override;
   void CMorvaneGlue_RemoveKeyReleaseCallback(std::uint32_t virtualKey,
-                                             IKeyReleaseCallback* callback) override {
-    fKeyReleases.Remove(virtualKey, callback);
-  }
+                                             IKeyReleaseCallback* callback) override;
   std::unique_ptr<IMouseShape> CMorvaneGlue_LoadResourceMouseShape(const std::string& key) override;
   std::unique_ptr<IMouseShape> CMorvaneGlue_CreateBuiltInMouseShape(TBuiltInMouseShape mouseShape) override;
   void CMorvaneGlue_Yield() override;
@@ -222,11 +211,8 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWindowHost {
   void OnAppMessage(std::uint32_t a, std::uint32_t b);
   void OnFileDialogMessage(UINT message, LPARAM lParam);
 
-  // --- Windows and menus
+  // --- Windows
   void RequireRun() const;
-  // False if nothing was chosen.
-  bool TrackPopupItems(const std::vector<TMenuItem>& items, IWindow& window, const TPoint& point,
-                       std::uint32_t flags, std::int32_t& outIndex);
 
   // --- Fields
 

@@ -32,6 +32,31 @@ TKeyInterpretation CMorvaneImpl::CMorvaneGlue_GetDefaultInterpretation(const TPh
   return GetDefaultInterpretation(physicalMods, physicalKey);
 }
 
+// --- Those who hear of keys
+
+void CMorvaneImpl::CMorvaneGlue_AttachModifierKeyListener(IModifierKeyListener* listener) {
+  fModifierKeyListeners.Attach(listener);
+}
+
+void CMorvaneImpl::CMorvaneGlue_DetachModifierKeyListener(IModifierKeyListener* listener) {
+  fModifierKeyListeners.Detach(listener);
+}
+
+void CMorvaneImpl::NotifyModifierKeyListeners(const TModifierKeysEvent& previous,
+                                              const TModifierKeysEvent& now) {
+  fModifierKeyListeners.Notify(previous, now);
+}
+
+void CMorvaneImpl::CMorvaneGlue_InstallKeyReleaseCallback(std::uint32_t virtualKey,
+                                                          IKeyReleaseCallback* callback) {
+  fKeyReleases.Install(virtualKey, callback);
+}
+
+void CMorvaneImpl::CMorvaneGlue_RemoveKeyReleaseCallback(std::uint32_t virtualKey,
+                                                         IKeyReleaseCallback* callback) {
+  fKeyReleases.Remove(virtualKey, callback);
+}
+
 void CMorvaneImpl::OnKeyReleased(const TPhysicalKeySpec& key) { MORVANE_CHECK(fKeyReleases.OnReleased(key)); }
 
 }  // namespace NSMorvane

@@ -10,12 +10,11 @@ namespace {
 constexpr UINT kFirstPopupCommand = 1000;
 enum : std::uint32_t { kRightButtonDoesNotChoose = 1 };
 
-}  // namespace
-
-// The window's messages are handled meanwhile, so that it is not touched afterwards.
-bool CMorvaneImpl::TrackPopupItems(const std::vector<TMenuItem>& items, IWindow& window, const TPoint& point,
-                                   std::uint32_t flags, std::int32_t& outIndex) {
-  MORVANE_CHECK(IMorvane_WakeUpIdle());
+// False if nothing was chosen. The window's messages are handled meanwhile, so that it is not touched
+// afterwards.
+bool TrackPopupItems(IMorvane& morvane, const std::vector<TMenuItem>& items, IWindow& window,
+                     const TPoint& point, std::uint32_t flags, std::int32_t& outIndex) {
+  MORVANE_CHECK(morvane.IMorvane_WakeUpIdle());
   TNativeWindow nativeWindow = {};
   MORVANE_CHECK(window.IWindow_GetNativeWindow(nativeWindow));
   MORVANE_ASSERT(0!=nativeWindow.fHwnd);
@@ -25,7 +24,7 @@ bool CMorvaneImpl::TrackPopupItems(const std::vector<TMenuItem>& items, IWindow&
   std::vector<CMenuItem> resultMenuItemList;
   CMenuBuilder bar(resultMenuItemList, kFirstPopupCommand);
   CMenuBuilder& popup = bar.AddSubmenu(u"Popup Menu");
-  popup.AddMenuItems(*this, std::vector<CMenuItem>(items.begin(), items.end()));
+  popup.AddMenuItems(morvane, std::vector<CMenuItem>(items.begin(), items.end()));
 
   const UINT trackFlags =
       TPM_RETURNCMD | (flags & kRightButtonDoesNotChoose ? TPM_LEFTBUTTON : TPM_RIGHTBUTTON);
@@ -38,11 +37,13 @@ bool CMorvaneImpl::TrackPopupItems(const std::vector<TMenuItem>& items, IWindow&
   return true;
 }
 
+}  // namespace
+
 bool CMorvaneImpl::CMorvaneGlue_DisplayPopupMenu(const std::vector<TMenuItem>& items, IWindow& window,
                                                  const TPoint& point, std::uint32_t flags,
                                                  std::int16_t& inOutSelectedIndex) {
   std::int32_t selectedIndex = -1;
-  if (!TrackPopupItems(items, window, point, flags, selectedIndex)) return false;
+  if (!TrackPopupItems(*this, items, window, point, flags, selectedIndex)) return false;
   MORVANE_ASSERT(selectedIndex >= 0);
   inOutSelectedIndex = static_cast<std::int16_t>(selectedIndex);
   return true;
@@ -52,7 +53,7 @@ bool CMorvaneImpl::CMorvaneGlue_DisplayContextualMenu(const std::vector<TMenuIte
                                                       const TPoint& point, std::uint32_t flags,
                                                       std::uint16_t& outSelectedIndex) {
   std::int32_t selectedIndex = -1;
-  if (!TrackPopupItems(items, window, point, flags, selectedIndex)) return false;
+  if (!TrackPopupItems(*this, items, window, point, flags, selectedIndex)) return false;
   outSelectedIndex = static_cast<std::uint16_t>(selectedIndex);
   return true;
 }

@@ -37,7 +37,7 @@ CRegion GetSystemRegion(HDC hdc, HWND hwnd) {
 }
 
 // The display's depth is asked for once and after each change: the question costs as much as painting a
-// hundred small views.
+// hundred small views. Process-wide, as there is one display.
 int gDeviceBitDepth = 0;
 
 int DeviceBitDepth(HDC target) {

@@ -8,7 +8,8 @@ namespace NSMorvane {
 
 namespace {
 
-// The message that the loop has handed to the system, until its window has got it.
+// The message that the loop has handed to the system, until its window has got it. Process-wide, as the queue
+// of the main thread is, and the mouse below.
 const MSG* gDispatchedMessage = nullptr;
 
 // How long a position may stand in for the real one.

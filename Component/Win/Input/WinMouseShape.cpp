@@ -11,6 +11,7 @@
 
 namespace NSMorvane {
 
+// Process-wide, as there is one mouse.
 HCURSOR gOverrideCursor = nullptr;
 
 namespace {

@@ -14,7 +14,8 @@ CFileMapping* gFileMappingInstance = nullptr;
 
 namespace {
 
-// What is in gFileMappingInstance, for as long as that is there.
+// What is in gFileMappingInstance, for as long as that is there. Process-wide: the record stands for the
+// process.
 CFileMappingView* gInstanceView = nullptr;
 TSingleInstanceRecord* gInstanceRecord = nullptr;
 

@@ -10,7 +10,8 @@ namespace NSMorvane {
 
 namespace {
 
-// The file dialogs have threads of their own, so the map is read and changed by more than one thread.
+// Process-wide: the system calls a window procedure with the handle alone. The file dialogs have threads of
+// their own, so the map is read and changed by more than one thread.
 SRWLOCK gNativeWindowWrapperMapLock = SRWLOCK_INIT;
 std::map<HWND, CNativeWindowWrapper*> gNativeWindowWrapperMap;
 
@@ -22,6 +23,7 @@ CNativeWindowWrapper* FindWrapper(HWND hwnd) {
 
 }  // namespace
 
+// Process-wide: a wrapper knows no root object.
 void (*gAfterNativeMessage)() = nullptr;
 
 // --- CNativeWindowWrapper

@@ -9,6 +9,8 @@ namespace NSMorvane {
 
 namespace {
 
+// Process-wide, like the handles: the windows of the file dialogs have threads of their own and know of no
+// root object.
 SRWLOCK gHwndRegistryLock = SRWLOCK_INIT;
 std::vector<HWND> gHwndRegistry;
 

@@ -12,6 +12,7 @@ namespace {
 
 // The last event that the listeners of modifier keys got. They are those of the application, which hears of
 // the keys from whatever window has them.
+// Process-wide, as there is one keyboard.
 TModifierKeysEvent gLastModifierEvent = {};
 
 TPhysicalKeySpec PhysicalKeyOf(const TWinKeyMessage& message) {

@@ -13,6 +13,7 @@
 
 namespace NSMorvane {
 
+// Process-wide, like the handles: the loop asks with a message alone.
 std::vector<HWND> gTooltipWindows;
 
 namespace {
