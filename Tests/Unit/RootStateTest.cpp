@@ -1,5 +1,6 @@
 // What the root object keeps in classes of their own: lingering, the schedule of menu bars, command lines
 // that wait.
+#include <functional>
 #include <string>
 
 #include "Component/Portable/Application/Lingering.h"
@@ -64,19 +65,6 @@ TEST_F(RootStateTest, Lingering) {
 }
 
 // --- Menu bars
-
-TEST_F(RootStateTest, MenuBarRequestsAreServedTogether) {
-  CMenuBarSchedule schedule;
-  EXPECT_FALSE(schedule.TakeRequests());
-  for (int i = 0; i < 3; ++i) schedule.Request();
-  EXPECT_TRUE(schedule.IsRequested());
-  EXPECT_TRUE(schedule.TakeRequests());
-  EXPECT_FALSE(schedule.TakeRequests());
-  EXPECT_FALSE(schedule.IsRequested());
-  EXPECT_EQ(
-      TakeLines(),
-      "CMorvaneImpl::CMorvaneGlue_RequestMenuBarsSetup requested; Collapsed 3 rebuild menubar requests...");
-}
 
 TEST_F(RootStateTest, MenuBarsInTheirSetUpWait) {
   CMenuBarSchedule schedule;
