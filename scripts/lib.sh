@@ -40,3 +40,9 @@ build() {
   (cd "$root" && cmake --build --preset "$preset" --parallel "$(nproc)" "$@") ||
     fail "the build of build/$preset failed; the compiler's messages stand above"
 }
+
+# mingw_headers: the folders with the headers of the Windows target, without those that a compiler brings itself.
+mingw_headers() {
+  x86_64-w64-mingw32-g++-posix -x c++ -E -v /dev/null 2>&1 >/dev/null |
+    sed -n '/^#include </,/^End of/s/^ //p' | grep -v '/lib/gcc/[^/]*/[^/]*/include\(-fixed\)\?$'
+}

@@ -385,7 +385,7 @@ TEST_IN_RUN(ModalityTest, AMinimizedApplication) {
   EXPECT_EQ(minimizedIn({"doc2"}), 0);
   // One that is ended because another one comes back is passed over.
   for (const auto& [doc, other] : {std::pair{"doc1", "doc2"}, {"doc2", "doc1"}})
-    HooksOf(doc)["PlacementChanged"] = [=, this] {
+    HooksOf(doc)["PlacementChanged"] = [this, doc = doc, other = other] {
       return IsIconic(HwndOf(doc)) || !IsWindow(HwndOf(other)) ? kOK : fWindows[other].fRelease();
     };
   fEnded.Take();

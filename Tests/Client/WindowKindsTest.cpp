@@ -140,7 +140,7 @@ TEST_IN_RUN(WindowKindsTest, WithoutABehaviour) {
                                                 {Kind::kFloating, "modeless dialog"}};
   for (const auto& [kind, name] : kinds) {
     WindowRecord closed, failing;
-    closed.fHooks["factory"] = [&] {
+    closed.fHooks["factory"] = [&, kind = kind] {
       ShowWindow(closed.fHwnd, kind == Kind::kDocument ? SW_SHOWNA : SW_HIDE);
       EXPECT_EQ(fMorvane->IMorvane_RequestMenuBarsSetup(), kOK);
       for (const UINT message : {WM_SIZE, WM_HELP, WM_CLOSE}) SendMessageW(closed.fHwnd, message, 0, 0);

@@ -327,7 +327,10 @@ class RandomFocus {
       ++count;
       const std::string name = line.substr(0, at);
       EXPECT_EQ(line.back() == '1', !fOnDuty.contains(name)) << line;
-      line.back() == '1' ? fOnDuty.insert(name).second : fOnDuty.erase(name) > 0;
+      if (line.back() == '1')
+        fOnDuty.insert(name);
+      else
+        fOnDuty.erase(name);
     }
     EXPECT_LT(count, 2000);
   }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdint>
 #include <cwchar>
 #include <iterator>
 #include <stdexcept>
@@ -108,7 +109,7 @@ std::unique_ptr<IMouseShape> MakeBuiltInMouseShape(TBuiltInMouseShape mouseShape
 std::unique_ptr<IMouseShape> LoadMouseShape(const std::string& key) {
   const std::wstring text = WinText(NSTextPackage::ASCIIToString(key, 0));
   wchar_t* end = nullptr;
-  const long resourceID = std::wcstol(text.c_str(), &end, 10);
+  const std::int64_t resourceID = std::wcstol(text.c_str(), &end, 10);
   const bool foundNumber = end != text.c_str();
   MORVANE_ASSERT(foundNumber);
   MORVANE_ASSERT(resourceID >= 0 && resourceID <= USHRT_MAX);

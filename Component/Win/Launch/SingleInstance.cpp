@@ -39,13 +39,12 @@ std::atomic_ref<std::uint32_t> PendingFlag(TSingleInstanceRecord& record) {
 
 CFileMapping::CFileMapping(const TString& name, std::uint32_t size)
     : fName(name),
-      fSize(size),
       fHandle(::CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE | SEC_COMMIT, 0, size,
                                    WinText(fName))) {
   if (!fHandle) MORVANE_THROW_LAST_ERROR();
 }
 
-CFileMapping::CFileMapping(const TString& name) : fName(name), fSize(0), fHandle(nullptr) {
+CFileMapping::CFileMapping(const TString& name) : fName(name), fHandle(nullptr) {
   for (int i = 0; i < kMaxTries && !fHandle; ++i) {
     fHandle = ::OpenFileMappingW(FILE_MAP_ALL_ACCESS, FALSE, WinText(fName));
     if (!fHandle) {

@@ -33,7 +33,6 @@ class CFileMapping {
 
  private:
   NSTextPackage::TString fName;
-  std::uint32_t fSize;  // 0 for one that was opened
   HANDLE fHandle;
 };
 
