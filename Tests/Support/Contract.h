@@ -23,6 +23,9 @@ T& Dummy() {
 
 inline std::string WithoutClass(const std::string& name) { return name.substr(name.find('_') + 1); }
 
+// A native window that there is: the platform's, or what stands for one where there is no platform.
+TNativeWindow AnyNativeWindow();
+
 // The part of an object that tests steer.
 class Recorder {
  public:

@@ -2,8 +2,10 @@
 #include "Component/Win/Platform/UtilsWin.h"
 
 #include "Component/Portable/Base/Geometry.h"
+#include "Component/Portable/Contract/MorvaneGlueValidators.h"
 #include "Component/Win/Platform/UtilsWinHandles.h"
 #include "Component/Win/Window/WindowRegistry.h"
+#include "Tests/Support/Contract.h"
 #include "Tests/Support/NativeTestWindow.h"
 #include "Tests/Support/UnitTest.h"
 
@@ -21,7 +23,17 @@ TRect FrameOf(HWND hWnd) {
 
 }  // namespace
 
+TNativeWindow NSMorvaneTest::AnyNativeWindow() { return {GetDesktopWindow()}; }
+
 using UtilsWin = ReportingTest;
+
+TEST_F(UtilsWin, ValidNativeWindows) {
+  EXPECT_TRUE(IsValidNativeWindow(AnyNativeWindow()));
+  EXPECT_EQ("", TakeReports());
+  EXPECT_FALSE(IsValidNativeWindow({nullptr}));
+  EXPECT_FALSE(IsValidNativeWindow({reinterpret_cast<HWND__*>(std::uintptr_t{0x7FFFFFFE})}));
+  EXPECT_EQ("false; false", TakeReports());
+}
 
 TEST_F(UtilsWin, FailedCallsBecomeLinesAndExceptions) {
   for (const auto& [code, name, error] :

@@ -1,5 +1,5 @@
 // The contract members of the draw tools, and the dirty region of the view that is being drawn.
-#include <windows.h>
+#include <cstddef>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Contract/MorvaneGlueContract.h"
@@ -22,7 +22,7 @@ TError CDrawToolsGlue::IDrawTools_GetDirtyRegion(void*& outNativeRegion) {
   TError outError;
   CallHook(outError, [&] {
     if (!fCachedCurrentDirtyRegionIsValid) {
-      fCachedCurrentDirtyRegion = CRegion(static_cast<HRGN>(fDirtyRegion), true);
+      fCachedCurrentDirtyRegion = CRegion(static_cast<TNativeRegion>(fDirtyRegion), true);
       for (const TRect& bounds : fCurrentViewSubtreeBounds) fCachedCurrentDirtyRegion.IntersectRect(bounds);
       fCachedCurrentDirtyRegionIsValid = true;
     }

@@ -1,7 +1,5 @@
 #include "Component/Portable/Contract/MorvaneGlueValidators.h"
 
-#include <windows.h>
-
 #include <string>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
@@ -143,11 +141,6 @@ bool ValidateAlertSpec(const TAlertSpec& spec) {
 }
 
 bool ValidateCloseReason(TCloseReason reason) { return reason == kCloseByUser || reason == kCloseByLibrary; }
-
-bool IsValidNativeWindow(const TNativeWindow& window) {
-  RULE(::IsWindow(window.fHwnd) == 1);
-  return true;
-}
 
 bool ValidateViewParams(const TViewParams& params) {
   RULE((params.fFlags & ~0xFu) == 0);

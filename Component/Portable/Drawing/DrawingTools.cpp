@@ -1,19 +1,11 @@
-// The pieces of the drawing walk: tiles, brackets, the pool of tile bitmaps, tools that draw into a bitmap.
-#include <windows.h>
-
-#include <boost/make_shared.hpp>
+// The pieces of the drawing walk: tiles, brackets, tools that draw into a bitmap.
+#include <cstddef>
 #include <utility>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Drawing/DrawingWalk.h"
 
 namespace NSMorvane {
-
-namespace {
-
-constexpr TSize kTileSize = {800, 400};
-
-}  // namespace
 
 // --- TTileIterator
 
@@ -73,29 +65,6 @@ void TDrawBracket::End() {
     // As a code.
   }
   MORVANE_ASSERT(error == kOK);
-}
-
-// --- CTileBitmapPool
-
-CTileBitmapPool& CTileBitmapPool::ForDepth(std::int32_t depth) {
-  // Never destroyed: at the end of the process it is too late to talk to the platform.
-  static CTileBitmapPool& pool16 = *new CTileBitmapPool(16);
-  static CTileBitmapPool& pool32 = *new CTileBitmapPool(32);
-  return depth == 16 ? pool16 : pool32;
-}
-
-boost::shared_ptr<CBufferBitmap> CTileBitmapPool::Take() {
-  if (fBitmaps.empty()) return boost::make_shared<CBufferBitmap>(kTileSize, fDepth);
-  const boost::shared_ptr<CBufferBitmap> bitmap = fBitmaps.back();
-  fBitmaps.pop_back();
-  return bitmap;
-}
-
-void CTileBitmapPool::PutBack(const boost::shared_ptr<CBufferBitmap>& bitmap) {
-  // A view whose mode changed while it was drawn may give back the permanent bitmap that it had before.
-  const TBufferBitmapInfo& info = bitmap->GetInfo();
-  if (info.fBitDepth == fDepth && info.fWidth == kTileSize.fWidth && info.fHeight == kTileSize.fHeight)
-    fBitmaps.push_back(bitmap);
 }
 
 // --- CBufferBitmapDrawTools

@@ -1,9 +1,8 @@
 // The drawing walk.
 #include "Component/Portable/Drawing/DrawingWalk.h"
 
-#include <windows.h>
-
 #include <algorithm>
+#include <cstddef>
 #include <string>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
@@ -151,9 +150,9 @@ void DrawIntoBuffer(const TPass& pass, CViewImpl& view, const TRect& dirtyBounds
   if (pass.fSettings.fDrawPaintsRed && pass.fGlue != nullptr)
     pass.fGlue->CDrawToolsGlue_FlushToScreen(pass.fSettings.fDelayAfterFlushing != 0);
   // Clip and origin of the bitmap are in the care of the tools.
-  const HDC hdc = bufferTools.CDrawToolsGlue_GetNativePort().fHDC;
+  HDC__* const hdc = bufferTools.CDrawToolsGlue_GetNativePort().fHDC;
   const CPortGuard guard(hdc);
-  const CSelectionGuard bitmap(hdc, OBJ_BITMAP);
+  const CSelectionGuard bitmap(hdc, kSelectedBitmap);
   TDrawBracket bracket(pass.fRunBehavior, bufferTools);
   DrawDirect({pass.fRunBehavior, bracket, dirtyBounds, bufferTools, &bufferTools, pass.fSettings}, view);
 }
@@ -329,7 +328,7 @@ void DrawSubViews(const TPass& pass, CViewImpl& view) {
   }
 }
 
-HDC GetPort(IDrawTools& tools, CDrawToolsGlue* glue) {
+HDC__* GetPort(IDrawTools& tools, CDrawToolsGlue* glue) {
   TNativePort nativePort = {};
   if (glue != nullptr) {
     nativePort = glue->CDrawToolsGlue_GetNativePort();
@@ -350,7 +349,7 @@ void DrawView(IMorvaneRunBehavior* runBehavior, TDrawBracket& bracket, CViewImpl
   if (!IntersectRect(dirty, dirtyBounds)) return;
   const TViewImplPtr keepAlive = view.IsLive() ? view.GetClientsViewReference() : TViewImplPtr();
   CDrawToolsGlue* const glue = dynamic_cast<CDrawToolsGlue*>(&tools);
-  const HDC hdc = GetPort(tools, glue);
+  HDC__* const hdc = GetPort(tools, glue);
   const CStateRestorer state(hdc);
   const CPortGuard guard(hdc);
   CClipRegions::GetInstance().StartOver();
@@ -363,7 +362,7 @@ void DrawSubViews(IMorvaneRunBehavior* runBehavior, TDrawBracket& bracket, CView
                   const TRect& dirtyBounds, IDrawTools& tools, const TDebugSettings& settings) {
   const TViewImplPtr keepAlive = view.IsLive() ? view.GetClientsViewReference() : TViewImplPtr();
   CDrawToolsGlue* const glue = dynamic_cast<CDrawToolsGlue*>(&tools);
-  const HDC hdc = GetPort(tools, glue);
+  HDC__* const hdc = GetPort(tools, glue);
   const CStateRestorer state(hdc);
   const CPortGuard guard(hdc);
   CClipRegions::GetInstance().StartOver();

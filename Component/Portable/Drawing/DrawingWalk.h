@@ -57,24 +57,6 @@ class TDrawBracket {
   bool fIsBegun;
 };
 
-// The bitmaps for views that are drawn through a shared one, for the life of the process. Several are in use
-// when such views lie in one another.
-class CTileBitmapPool {
- public:
-  // `depth` is 16 or 32.
-  static CTileBitmapPool& ForDepth(std::int32_t depth);
-
-  // The bitmap that was put back last, or a new one.
-  boost::shared_ptr<CBufferBitmap> Take();
-  void PutBack(const boost::shared_ptr<CBufferBitmap>& bitmap);
-
- private:
-  explicit CTileBitmapPool(std::int32_t depth) : fDepth(depth) {}
-
-  std::int32_t fDepth;
-  std::vector<boost::shared_ptr<CBufferBitmap>> fBitmaps;
-};
-
 // Draws into a bitmap for the length of one pass. Drawing coordinates are those of the window: the bitmap
 // shows the part that starts at `origin`.
 class CBufferBitmapDrawTools : public CDrawToolsGlue {

@@ -1,11 +1,8 @@
-// From a resource key to the bytes of one resource of the host application.
+// From a resource key to the bytes of one resource.
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <string>
-
-struct HINSTANCE__;
 
 namespace NSMorvane {
 
@@ -43,27 +40,5 @@ class CLockedResource {
   IResourceLoader* fLoader;
   TResourceBytes fBytes;
 };
-
-// The resources of one module. Their bytes are those of the mapped image and stay until the process ends.
-class CResourceLoader : public IResourceLoader {
- public:
-  explicit CResourceLoader(HINSTANCE__* module) : fModule(module) {}
-
-  // Failures, which are not remembered: std::invalid_argument for a key that is none or a resource that
-  // cannot be loaded, XIllegalTextFormat for one that is not ASCII, std::exception for a resource that is not
-  // there, std::bad_alloc for one that cannot be locked.
-  TResourceBytes Load(const std::string& key) override;
-  // Nothing to do: the image stays mapped.
-  void Release(const TResourceBytes&) override {}
-
- private:
-  TResourceBytes LoadFromModule(const std::string& key) const;
-
-  std::map<std::string, TResourceBytes> fCache;  // by the key as the caller spelled it; never shrinks
-  HINSTANCE__* fModule;
-};
-
-// The loader of the program that runs in this process, which is the host application and not the library.
-IResourceLoader& GetResourceLoader();
 
 }  // namespace NSMorvane

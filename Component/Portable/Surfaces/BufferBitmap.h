@@ -1,8 +1,9 @@
-// An offscreen surface of pixels with a native context to draw into it.
+// An offscreen surface of pixels with a native context to draw into it. The platform half has the functions.
 #pragma once
 
 #include <boost/shared_ptr.hpp>
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 #include "Component/Portable/Surfaces/Region.h"
@@ -13,6 +14,8 @@ struct HBITMAP__;
 
 namespace NSMorvane {
 
+class CStateRestorer;
+
 struct TBufferBitmapInfo {
   std::int32_t fWidth;
   std::int32_t fHeight;
@@ -21,26 +24,12 @@ struct TBufferBitmapInfo {
   bool fTopDown;           // always false
 };
 
-// The clip region and the window origin of a context, kept from construction and put back by destruction.
-class CStateRestorer {
- public:
-  explicit CStateRestorer(HDC__* hdc);
-  ~CStateRestorer();
-  // Puts them back ahead of time.
-  void Restore() const;
-  // In device coordinates; null: there was no clip. It stays this object's.
-  TNativeRegion GetClipRegion() const { return fClipRegion; }
-  CStateRestorer(const CStateRestorer&) = delete;
-  CStateRestorer& operator=(const CStateRestorer&) = delete;
-
- private:
-  HDC__* fHDC;
-  TNativeRegion fClipRegion;
-  TPoint fWindowOrigin;
-};
-
 // The platform counts the bytes of a bitmap in 32 bits; nothing that overflows them may reach it.
-bool IsPossibleBitmapSize(const TSize& size, std::int32_t depth);
+inline bool IsPossibleBitmapSize(const TSize& size, std::int32_t depth) {
+  if (size.fWidth <= 0 || size.fHeight <= 0) return false;
+  const std::int64_t rowBytes = (static_cast<std::int64_t>(size.fWidth) * depth + 31) / 32 * 4;
+  return rowBytes <= std::numeric_limits<std::int32_t>::max() / size.fHeight;
+}
 
 // Coordinates given to the context are logical ones: they start at the origin, which is the logical
 // coordinate shown at the first pixel. Failing platform calls throw.
@@ -77,8 +66,8 @@ class CBufferBitmap {
  private:
   TPoint fCurrentOrigin;
   HDC__* fHDC;
-  HBITMAP__* fHBitmap;
-  HBITMAP__* fOldBitmap;  // what the context held before
+  [[maybe_unused]] HBITMAP__* fHBitmap;
+  [[maybe_unused]] HBITMAP__* fOldBitmap;  // what the context held before
   void* fPixelPtr;
   std::vector<boost::shared_ptr<CStateRestorer>> fSavedStateStack;
   std::int32_t fSaveStateCount;

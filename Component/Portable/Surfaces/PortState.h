@@ -1,4 +1,4 @@
-// What the drawing walk keeps of a drawing context, and puts back.
+// What the drawing walk keeps of a drawing context, and puts back. The platform half has the functions.
 //
 // A full save and restore of a context costs several times what drawing a small view does, so the walk keeps
 // by hand what it must. Behind every view: clip and mapping, which tell where the next one lands. Behind
@@ -7,72 +7,91 @@
 // as possible, and the clip of the super view comes back only behind the last one.
 #pragma once
 
-#include <windows.h>
-
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <vector>
 
 #include "Component/Portable/Base/Geometry.h"
-#include "Component/Portable/Surfaces/BufferBitmap.h"
+#include "Component/Portable/Surfaces/NativeRegion.h"
+
+struct HDC__;
 
 namespace NSMorvane {
+
+// The clip region and the window origin of a context, kept from construction and put back by destruction.
+class CStateRestorer {
+ public:
+  explicit CStateRestorer(HDC__* hdc);
+  ~CStateRestorer();
+  // Puts them back ahead of time.
+  void Restore() const;
+  // In device coordinates; null: there was no clip. It stays this object's.
+  TNativeRegion GetClipRegion() const { return fClipRegion; }
+  CStateRestorer(const CStateRestorer&) = delete;
+  CStateRestorer& operator=(const CStateRestorer&) = delete;
+
+ private:
+  HDC__* fHDC;
+  TNativeRegion fClipRegion;
+  TPoint fWindowOrigin;
+};
 
 // Where logical coordinates lie in a context. Extents and a world transform are not kept.
 class CPortMapping {
  public:
-  explicit CPortMapping(HDC hdc);
+  explicit CPortMapping(HDC__* hdc);
   // Writes only what differs.
-  void Restore(HDC hdc) const;
+  void Restore(HDC__* hdc) const;
   // Whether a logical unit is a pixel, counted to the right and down.
-  bool IsPixelMapping() const {
-    return fGraphicsMode == GM_COMPATIBLE && fMapMode == MM_TEXT && fLayout == 0;
-  }
+  bool IsPixelMapping() const;
   // The device coordinates of the logical (0, 0), under a pixel mapping.
   TPoint GetShift() const {
-    return {ToCoordinate(static_cast<std::int64_t>(fViewportOrigin.x) - fWindowOrigin.x),
-            ToCoordinate(static_cast<std::int64_t>(fViewportOrigin.y) - fWindowOrigin.y)};
+    return {ToCoordinate(static_cast<std::int64_t>(fViewportOrigin.fX) - fWindowOrigin.fX),
+            ToCoordinate(static_cast<std::int64_t>(fViewportOrigin.fY) - fWindowOrigin.fY)};
   }
 
  private:
   int fGraphicsMode;
   int fMapMode;
-  DWORD fLayout;
-  POINT fViewportOrigin;
-  POINT fWindowOrigin;
+  std::uint32_t fLayout;
+  TPoint fViewportOrigin;
+  TPoint fWindowOrigin;
 };
 
-// Keeps the selected object of one type, such as OBJ_PEN.
+// What a context has one of at a time.
+enum TSelection { kSelectedFont, kSelectedPen, kSelectedBrush, kSelectedBitmap };
+
+// Keeps the selected object of one type.
 class CSelectionGuard {
  public:
-  CSelectionGuard(HDC hdc, UINT type) : fHDC(hdc), fType(type), fObject(GetCurrentObject(hdc, type)) {}
-  ~CSelectionGuard() {
-    if (GetCurrentObject(fHDC, fType) != fObject) SelectObject(fHDC, fObject);
-  }
+  CSelectionGuard(HDC__* hdc, TSelection selection);
+  ~CSelectionGuard();
   CSelectionGuard(const CSelectionGuard&) = delete;
   CSelectionGuard& operator=(const CSelectionGuard&) = delete;
 
  private:
-  HDC fHDC;
-  UINT fType;
-  HGDIOBJ fObject;
+  HDC__* fHDC;
+  TSelection fSelection;
+  void* fObject;
 };
 
 // Keeps mapping, attributes of texts and lines, font, pen and brush for the length of a pass.
 class CPortGuard {
  public:
-  explicit CPortGuard(HDC hdc);
+  explicit CPortGuard(HDC__* hdc);
   ~CPortGuard();
   CPortGuard(const CPortGuard&) = delete;
   CPortGuard& operator=(const CPortGuard&) = delete;
 
  private:
-  HDC fHDC;
+  HDC__* fHDC;
   CPortMapping fMapping;
-  COLORREF fTextColour;
-  COLORREF fBackgroundColour;
+  std::uint32_t fTextColour;
+  std::uint32_t fBackgroundColour;
   int fBackgroundMode;
   int fRasterOperation;
-  UINT fTextAlign;
+  std::uint32_t fTextAlign;
   CSelectionGuard fFont;
   CSelectionGuard fPen;
   CSelectionGuard fBrush;
@@ -89,12 +108,12 @@ class CClipRegions {
   void StartOver() { fNext = 0; }
   // The region of a rectangle in device coordinates, good until the next call. Null when the walk has had all
   // the regions that are kept.
-  HRGN GetNext(const TRect& deviceRect);
+  TNativeRegion GetNext(const TRect& deviceRect);
 
  private:
   struct TEntry {
     TRect fRect;
-    HRGN fRegion;
+    TNativeRegion fRegion;
   };
 
   CClipRegions() : fNext(0) {}
@@ -109,7 +128,7 @@ class CClipRegions {
 // the other: Enter, drawing, Leave. The end of this object brings the clip back.
 class CPortClip {
  public:
-  explicit CPortClip(HDC hdc);
+  explicit CPortClip(HDC__* hdc);
   ~CPortClip();
   CPortClip(const CPortClip&) = delete;
   CPortClip& operator=(const CPortClip&) = delete;
@@ -136,7 +155,7 @@ class CPortClip {
   bool SelectWithinRects(const TRect& bounds);
   void BringBack();
 
-  HDC fHDC;
+  HDC__* fHDC;
   CPortMapping fMapping;
   TShape fShape;
   TRect fBox;

@@ -1,44 +1,20 @@
 #include "Component/Portable/Surfaces/Region.h"
 
-#include <windows.h>
-
 #include <cstddef>
-#include <cstring>
-#include <vector>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
-#include "Component/Portable/Surfaces/NativeOwners.h"
 
 namespace NSMorvane {
 
 namespace {
 
-// The platform would turn a rectangle that is inside out; here every empty one is the same empty region.
-TRegionOwner MakeRectRegion(const TRect& rect) {
-  const bool empty = IsEmptyRect(rect);
-  TRegionOwner region(empty ? CreateRectRgn(0, 0, 0, 0)
-                            : CreateRectRgn(rect.fLeft, rect.fTop, rect.fRight, rect.fBottom));
-  if (region == nullptr) MORVANE_THROW(XOutOfMemory());
-  return region;
-}
-
-TRegionOwner CopyNativeRegion(HRGN regionToCopy) {
-  MORVANE_ASSERT(regionToCopy != NULL);
-  TRegionOwner copy(CreateRectRgn(0, 0, 0, 0));
-  if (copy == nullptr) MORVANE_THROW(std::exception());
-  if (CombineRgn(copy.get(), regionToCopy, nullptr, RGN_COPY) == ERROR) MORVANE_THROW(std::exception());
-  return copy;
-}
-
 // With one reference for the caller.
-CNativeRegionWrapper* Wrap(TRegionOwner region) {
+CNativeRegionWrapper* Wrap(TNativeRegionOwner region) {
   CNativeRegionWrapper* const wrapper = new CNativeRegionWrapper(region.get(), false);
   static_cast<void>(region.release());
   wrapper->AddReference();
   return wrapper;
 }
-
-TRect ToRect(const RECT& rect) { return {rect.left, rect.top, rect.right, rect.bottom}; }
 
 }  // namespace
 
@@ -57,7 +33,7 @@ CNativeRegionWrapper::~CNativeRegionWrapper() {
   MORVANE_ASSERT(fReferenceCount == 0);
   MORVANE_ASSERT(DebugValidate());
   if (fIsExternal == 0) {
-    const BOOL ok = DeleteObject(fNativeRegion);
+    const bool ok = DeleteNativeRegion(fNativeRegion);
     MORVANE_ASSERT(ok);
   }
   PoisonField(fNativeRegion, nullptr);
@@ -89,21 +65,7 @@ bool CNativeRegionWrapper::IsShared() const {
 TRect CNativeRegionWrapper::GetBounds() {
   MORVANE_ASSERT(DebugValidate());
   if (fCachedBoundsAreValid) return fCachedBounds;
-  RECT box = {};
-  switch (GetRgnBox(fNativeRegion, &box)) {
-    case NULLREGION:
-      fCachedBounds = {};
-      break;
-    case SIMPLEREGION:
-    case COMPLEXREGION:
-      fCachedBounds = ToRect(box);
-      break;
-    case ERROR:
-      MORVANE_THROW(std::exception());
-    default:
-      MORVANE_UNREACHED();
-      return {};
-  }
+  fCachedBounds = GetNativeRegionBounds(fNativeRegion);
   fCachedBoundsAreValid = true;
   MORVANE_ASSERT(DebugValidate());
   return fCachedBounds;
@@ -118,7 +80,7 @@ void CNativeRegionWrapper::InvalidateCachedBounds() {
 
 CRegion::CRegion() : CRegion(TRect{}) {}
 
-CRegion::CRegion(const TRect& rect) : fNativeRegionWrapper(Wrap(MakeRectRegion(rect))) {
+CRegion::CRegion(const TRect& rect) : fNativeRegionWrapper(Wrap(MakeNativeRegion(rect))) {
   MORVANE_ASSERT(DebugValidate());
 }
 
@@ -181,43 +143,7 @@ bool CRegion::IsEmpty() const {
 
 TRectList CRegion::GetRects() const {
   MORVANE_ASSERT(DebugValidate());
-  const HRGN region = fNativeRegionWrapper->GetNativeRegion();
-  TRectList result;
-  RECT regionBox = {};
-  switch (GetRgnBox(region, &regionBox)) {
-    case NULLREGION:
-      break;
-    case SIMPLEREGION: {
-      const TRect box = ToRect(regionBox);
-      result.push_back(IsEmptyRect(box) ? TRect{} : box);
-      break;
-    }
-    case COMPLEXREGION: {
-      const DWORD size = GetRegionData(region, 0, nullptr);
-      if (size < sizeof(RGNDATAHEADER)) break;
-      // RGNDATA wants the alignment of a DWORD, which storage from new has.
-      std::vector<std::byte> buffer(size);
-      RGNDATA* const regionData = reinterpret_cast<RGNDATA*>(buffer.data());
-      if (GetRegionData(region, size, regionData) == 0 || regionData->rdh.iType != RDH_RECTANGLES) break;
-      MORVANE_ASSERT(regionData->rdh.rcBound.left == regionBox.left);
-      MORVANE_ASSERT(regionData->rdh.rcBound.top == regionBox.top);
-      MORVANE_ASSERT(regionData->rdh.rcBound.right == regionBox.right);
-      MORVANE_ASSERT(regionData->rdh.rcBound.bottom == regionBox.bottom);
-      const std::size_t count =
-          std::min<std::size_t>(regionData->rdh.nCount, (size - sizeof(RGNDATAHEADER)) / sizeof(RECT));
-      result.reserve(count + 1);
-      for (std::size_t i = 0; i < count; ++i) {
-        RECT rect;
-        std::memcpy(&rect, regionData->Buffer + i * sizeof(RECT), sizeof(RECT));
-        result.push_back(ToRect(rect));
-      }
-      break;
-    }
-    default:
-      MORVANE_UNREACHED();
-      break;
-  }
-  return result;
+  return GetNativeRegionRects(fNativeRegionWrapper->GetNativeRegion());
 }
 
 // --- CRegion: writing
@@ -225,43 +151,42 @@ TRectList CRegion::GetRects() const {
 void CRegion::UnionRect(const TRect& rect) {
   MORVANE_ASSERT(DebugValidate());
   if (IsEmptyRect(rect)) return;
-  CombineWithRect(rect, RGN_OR);
+  CombineWithRect(rect, kRegionUnion);
 }
 
 void CRegion::SubtractRect(const TRect& rect) {
   MORVANE_ASSERT(DebugValidate());
   if (IsEmptyRect(rect)) return;
-  CombineWithRect(rect, RGN_DIFF);
+  CombineWithRect(rect, kRegionDifference);
 }
 
 void CRegion::IntersectRect(const TRect& rect) {
   MORVANE_ASSERT(DebugValidate());
-  CombineWithRect(rect, RGN_AND);
+  CombineWithRect(rect, kRegionIntersection);
 }
 
 void CRegion::UnionRegion(const CRegion& other) {
   MORVANE_ASSERT(DebugValidate());
-  CombineWith(other.GetNativeRegion(), RGN_OR);
+  CombineWith(other.GetNativeRegion(), kRegionUnion);
 }
 
 void CRegion::Offset(std::int32_t dx, std::int32_t dy) {
   MORVANE_ASSERT(DebugValidate());
   MakeUnique();
-  if (OffsetRgn(fNativeRegionWrapper->GetNativeRegion(), dx, dy) == ERROR) MORVANE_THROW(std::exception());
+  OffsetNativeRegion(fNativeRegionWrapper->GetNativeRegion(), dx, dy);
   fNativeRegionWrapper->InvalidateCachedBounds();
   MORVANE_ASSERT(DebugValidate());
 }
 
-void CRegion::CombineWithRect(const TRect& rect, int mode) {
-  const TRegionOwner rectangleRegion = MakeRectRegion(rect);
+void CRegion::CombineWithRect(const TRect& rect, TRegionOperation operation) {
+  const TNativeRegionOwner rectangleRegion = MakeNativeRegion(rect);
   MORVANE_ASSERT(rectangleRegion != NULL);
-  CombineWith(rectangleRegion.get(), mode);
+  CombineWith(rectangleRegion.get(), operation);
 }
 
-void CRegion::CombineWith(TNativeRegion nativeRegion, int mode) {
+void CRegion::CombineWith(TNativeRegion nativeRegion, TRegionOperation operation) {
   MakeUnique();
-  const HRGN region = fNativeRegionWrapper->GetNativeRegion();
-  if (CombineRgn(region, region, nativeRegion, mode) == ERROR) MORVANE_THROW(std::exception());
+  CombineNativeRegion(fNativeRegionWrapper->GetNativeRegion(), nativeRegion, operation);
   fNativeRegionWrapper->InvalidateCachedBounds();
   MORVANE_ASSERT(DebugValidate());
 }

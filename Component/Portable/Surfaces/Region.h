@@ -4,14 +4,10 @@
 #include <cstdint>
 
 #include "Component/Portable/Base/Geometry.h"
+#include "Component/Portable/Surfaces/NativeRegion.h"
 #include "Interface/MorvaneTypes.h"
 
-struct HRGN__;
-
 namespace NSMorvane {
-
-// The platform's handle of a region, an HRGN.
-using TNativeRegion = HRGN__*;
 
 // The native region that several CRegion objects share, with their count. Only CRegion uses it.
 class CNativeRegionWrapper {
@@ -81,8 +77,8 @@ class CRegion {
 
  private:
   void MakeUnique();
-  void CombineWithRect(const TRect& rect, int mode);
-  void CombineWith(TNativeRegion nativeRegion, int mode);
+  void CombineWithRect(const TRect& rect, TRegionOperation operation);
+  void CombineWith(TNativeRegion nativeRegion, TRegionOperation operation);
 
   CNativeRegionWrapper* fNativeRegionWrapper;
 };

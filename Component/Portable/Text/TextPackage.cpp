@@ -1,4 +1,4 @@
-// No platform is needed here. The comparisons, which need one, are in TextPackageCompare.cpp.
+// No platform is needed here. The comparisons, which need one, are in the platform half.
 #include "Component/Portable/Text/TextPackage.h"
 
 #include <algorithm>

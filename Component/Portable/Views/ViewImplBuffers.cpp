@@ -3,9 +3,9 @@
 #include <utility>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
-#include "Component/Portable/Drawing/DrawingWalk.h"
 #include "Component/Portable/Surfaces/BufferBitmap.h"
 #include "Component/Portable/Surfaces/Region.h"
+#include "Component/Portable/Surfaces/TileBitmapPool.h"
 #include "Component/Portable/Views/ViewImpl.h"
 
 namespace NSMorvane {

@@ -6,11 +6,11 @@
 #include <boost/make_shared.hpp>
 
 #include "Component/Portable/Base/PendingErrors.h"
-#include "Component/Portable/Resources/ResourceLoader.h"
 #include "Component/Portable/Resources/ResourceStringCache.h"
 #include "Component/Win/Platform/NativeWindowWrapper.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Platform/UtilsWinFiles.h"
+#include "Component/Win/Platform/WinResourceLoader.h"
 #include "Component/Win/Window/Blocking.h"
 #include "Component/Win/Window/WindowRegistry.h"
 #include "Component/Win/Window/WinWindow.h"

@@ -14,8 +14,6 @@
 
 namespace NSMorvane {
 
-class IMorvane;
-
 // --- Text
 
 // TChar and wchar_t are both UTF-16 units here; only the type system keeps them apart.
@@ -98,10 +96,6 @@ HFONT GetDefaultFont();
 bool EnumerateMonitors(TMonitorList& outMonitors);
 // The second half of it: at most kMaxMonitors of the handles, in their order.
 bool DescribeMonitors(const std::vector<HMONITOR>& monitorVector, TMonitorList& outMonitors);
-
-// Between screen coordinates and those of WINDOWPLACEMENT, which begin at the work area of the main monitor.
-TRect ScreenRectToWorkspace(const TRect& rect, IMorvane& morvane);
-TRect WorkspaceRectToScreen(const TRect& rect, IMorvane& morvane);
 
 }  // namespace NSMorvane
 

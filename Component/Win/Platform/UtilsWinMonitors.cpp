@@ -1,8 +1,6 @@
-// The monitors of the desktop, and the coordinates that depend on them.
-#include "Component/Portable/Base/Geometry.h"
+// The monitors of the desktop.
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Platform/UtilsWinHandles.h"
-#include "Interface/MorvaneRoot.h"
 
 namespace NSMorvane {
 
@@ -23,22 +21,6 @@ BOOL CALLBACK CollectMonitor(HMONITOR hMonitor, HDC, LPRECT, LPARAM dwData) {
     collector.fOutOfMemory = true;
   }
   return TRUE;
-}
-
-// What is added on the way from the screen to the workspace.
-TPoint WorkspaceOffset(const TMonitorList& monitors) {
-  const std::uint32_t mainMonitorIndex = monitors.fMainMonitorIndex;
-  MORVANE_ASSERT(mainMonitorIndex < monitors.fMonitorCount);
-  if (mainMonitorIndex >= kMaxMonitors) return TPoint{0, 0};  // nothing lies there to be read
-  const TMonitor& monitor = monitors.fMonitors[mainMonitorIndex];
-  return TPoint{monitor.fBounds.fLeft - monitor.fWorkArea.fLeft,
-                monitor.fBounds.fTop - monitor.fWorkArea.fTop};
-}
-
-TPoint CurrentWorkspaceOffset(IMorvane& morvane) {
-  TMonitorList monitors;
-  ThrowError(morvane.IMorvane_GetMonitors(monitors));
-  return WorkspaceOffset(monitors);
 }
 
 }  // namespace
@@ -78,16 +60,6 @@ bool DescribeMonitors(const std::vector<HMONITOR>& monitorVector, TMonitorList& 
   }
   MORVANE_ASSERT(0!=outMonitors.fMonitorCount);
   return true;
-}
-
-TRect ScreenRectToWorkspace(const TRect& rect, IMorvane& morvane) {
-  const TPoint offset = CurrentWorkspaceOffset(morvane);
-  return OffsetRectBy(rect, offset.fX, offset.fY);
-}
-
-TRect WorkspaceRectToScreen(const TRect& rect, IMorvane& morvane) {
-  const TPoint offset = CurrentWorkspaceOffset(morvane);
-  return OffsetRectBy(rect, -std::int64_t{offset.fX}, -std::int64_t{offset.fY});
 }
 
 }  // namespace NSMorvane

@@ -7,7 +7,7 @@
 //   WinWindowFocus       focus and activation; with WindowFocus, which decides who has the focus
 //   WinWindowMouse       the mouse and its capture; with MouseDispatch, which decides what views hear
 //   WinWindowKeyboard    the keyboard; with KeyDispatch, the chain of a key press
-//   WinWindowState       sizes and their limits, placement, title; with the arithmetic of WinWindowPlacement
+//   WinWindowState       sizes and their limits, placement, title; with the arithmetic of WindowPlacement
 //   WinWindowMenuBar     the menu bar; with MenuBarComposition, which decides what stands in it
 //   WinWindowPainting    painting and invalidation
 //   WinWindowTooltips    tooltips

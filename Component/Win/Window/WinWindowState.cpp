@@ -10,6 +10,14 @@
 
 namespace NSMorvane {
 
+namespace {
+
+TNativePlacement PlacementFromNative(const WINDOWPLACEMENT& wp) {
+  return {FromNative(wp.rcNormalPosition), FromNative(wp.ptMinPosition), FromNative(wp.ptMaxPosition)};
+}
+
+}  // namespace
+
 // --- What the native window says
 
 TSize CWinWindowState::GetClientSize() const {
@@ -59,14 +67,16 @@ TRect CWinWindowState::GetNormalRect(const WINDOWPLACEMENT& wp, bool minimized, 
     maximized = wp.showCmd == SW_SHOWMAXIMIZED;
   }
   const TSize client = GetClientSize();
-  return NormalRect(wp, minimized, maximized, IsEmptyRect({0, 0, client.fWidth, client.fHeight}));
+  return NormalRect(PlacementFromNative(wp), minimized, maximized,
+                    IsEmptyRect({0, 0, client.fWidth, client.fHeight}));
 }
 
 void CWinWindowState::TakeInitialState() {
   const WINDOWPLACEMENT wp = GetPlacement(fWindow.fHwnd);
   const TSize client = GetClientSize();
-  fState.fUserRect = NormalRect(wp, wp.showCmd == SW_MINIMIZE, wp.showCmd == SW_SHOWMAXIMIZED,
-                                IsEmptyRect({0, 0, client.fWidth, client.fHeight}));
+  fState.fUserRect =
+      NormalRect(PlacementFromNative(wp), wp.showCmd == SW_MINIMIZE, wp.showCmd == SW_SHOWMAXIMIZED,
+                 IsEmptyRect({0, 0, client.fWidth, client.fHeight}));
   fState.fClientSize = client;
   SetRootViewSize(client);
 }

@@ -1,12 +1,12 @@
 // Where a window stands, how large it may be, and what it is called: the state that it remembers, what its
-// kind is told of changes, and the native window that both follow. The arithmetic is in WinWindowPlacement.
+// kind is told of changes, and the native window that both follow. The arithmetic is in WindowPlacement.
 #pragma once
 
 #include <windows.h>
 
 #include "Component/Portable/Base/Scopes.h"
+#include "Component/Win/Window/WindowPlacement.h"
 #include "Component/Win/Window/WinWindowCore.h"
-#include "Component/Win/Window/WinWindowPlacement.h"
 
 namespace NSMorvane {
 

@@ -10,34 +10,6 @@
 
 namespace NSMorvane {
 
-// Between native placements and those of the client, which are in screen coordinates; `offset` is what
-// OffsetToNativePlacement gives.
-//
-// The kinds differ in the flags that their placements have. One that is not there is not told, and false.
-template <class TPlacement>
-TPlacement PlacementForClient(const TWindowPlacement& placement, const TPoint& offset) {
-  const std::int64_t dx = -static_cast<std::int64_t>(offset.fX);
-  const std::int64_t dy = -static_cast<std::int64_t>(offset.fY);
-  TPlacement out = {};
-  if constexpr (requires { out.fMinimized; }) out.fMinimized = placement.fMinimized ? 1 : 0;
-  if constexpr (requires { out.fMaximized; }) out.fMaximized = placement.fMaximized ? 1 : 0;
-  out.fZoomState = placement.fZoomState;
-  out.fUserRect = OffsetRectBy(placement.fUserRect, dx, dy);
-  out.fIdealRect = OffsetRectBy(placement.fIdealRect, dx, dy);
-  return out;
-}
-
-template <class TPlacement>
-TWindowPlacement PlacementFromClient(const TPlacement& placement, const TPoint& offset) {
-  TWindowPlacement out;
-  if constexpr (requires { placement.fMinimized; }) out.fMinimized = placement.fMinimized == 1;
-  if constexpr (requires { placement.fMaximized; }) out.fMaximized = placement.fMaximized == 1;
-  out.fZoomState = placement.fZoomState;
-  out.fUserRect = OffsetRectBy(placement.fUserRect, offset.fX, offset.fY);
-  out.fIdealRect = OffsetRectBy(placement.fIdealRect, offset.fX, offset.fY);
-  return out;
-}
-
 // TKind names the classes of a kind, the operations of its behaviour, and the kind itself for the log.
 template <class TKind>
 class CWinWindowKind : public CWinWindow, public TKind::TGlue {

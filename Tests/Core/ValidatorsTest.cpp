@@ -1,6 +1,4 @@
 // The validators: which values pass, and that each refusal is reported once.
-#include <windows.h>
-
 #include <functional>
 
 #include "Component/Portable/Contract/MorvaneGlueValidators.h"
@@ -120,11 +118,6 @@ TEST_F(Validators, Records) {
                       SET(fAutoInvalidation, TAutoInvalidation(9))},
                      {SET(fFlags, 0x10), SET(fRect.fRight, -1), SET(fRect.fBottom, -1),
                       SET(fDrawMode, TViewDrawMode(6899)), SET(fDrawMode, TViewDrawMode(6905))});
-  EXPECT_TRUE(IsValidNativeWindow({::GetDesktopWindow()}));
-  EXPECT_EQ("", TakeReports());
-  EXPECT_FALSE(IsValidNativeWindow({nullptr}));
-  EXPECT_FALSE(IsValidNativeWindow({reinterpret_cast<HWND__*>(std::uintptr_t{0x7FFFFFFE})}));
-  EXPECT_EQ("false; false", TakeReports());
 }
 
 TEST_F(Validators, Monitors) {

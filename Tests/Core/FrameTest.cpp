@@ -61,7 +61,7 @@ TEST_F(Frame, AssertionMacroEvaluatesOnceAndKeepsTheText) {
   EXPECT_EQ(1, calls);
   MORVANE_ASSERT(NULL==&calls || calls > 5);
   EXPECT_EQ("NULL==&calls || calls > 5", TakeReports());
-  EXPECT_TRUE(fOutput.fAssertFiles.at(0).starts_with("Tests/Unit/FrameTest.cpp("));
+  EXPECT_TRUE(fOutput.fAssertFiles.at(0).starts_with("Tests/Core/FrameTest.cpp("));
 }
 
 TEST(WithoutOutput, NothingHappens) {

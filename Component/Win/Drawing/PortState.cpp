@@ -1,6 +1,9 @@
 #include "Component/Portable/Surfaces/PortState.h"
 
-#include <algorithm>
+#include <windows.h>
+
+#include "Component/Portable/Base/MorvaneImplUtils.h"
+#include "Component/Win/Drawing/NativeOwners.h"
 
 #include "Component/Portable/Surfaces/Region.h"
 
@@ -8,9 +11,58 @@ namespace NSMorvane {
 
 namespace {
 
-bool operator!=(const POINT& a, const POINT& b) { return a.x != b.x || a.y != b.y; }
+// Each leaves the point as it is if the platform fails.
+void ReadViewportOrigin(HDC hdc, TPoint& out) {
+  POINT origin = {};
+  if (GetViewportOrgEx(hdc, &origin)) out = {origin.x, origin.y};
+}
+void ReadWindowOrigin(HDC hdc, TPoint& out) {
+  POINT origin = {};
+  if (GetWindowOrgEx(hdc, &origin)) out = {origin.x, origin.y};
+}
+
+constexpr UINT NativeType(TSelection selection) {
+  switch (selection) {
+    case kSelectedFont:
+      return OBJ_FONT;
+    case kSelectedPen:
+      return OBJ_PEN;
+    case kSelectedBrush:
+      return OBJ_BRUSH;
+    case kSelectedBitmap:
+      return OBJ_BITMAP;
+  }
+  return 0;
+}
 
 }  // namespace
+
+// --- CStateRestorer
+
+CStateRestorer::CStateRestorer(HDC__* hdc) : fHDC(hdc), fClipRegion(nullptr), fWindowOrigin() {
+  POINT origin = {};
+  if (!GetWindowOrgEx(fHDC, &origin)) MORVANE_THROW(std::exception());
+  fWindowOrigin = {origin.x, origin.y};
+  TRegionOwner region(CreateRectRgn(0, 0, 0, 0));
+  if (region == nullptr) MORVANE_THROW(XOutOfMemory());
+  const int result = GetClipRgn(fHDC, region.get());
+  if (result == 1) {
+    fClipRegion = region.release();
+  } else if (result != 0) {
+    MORVANE_ASSERT(result == -1);
+    MORVANE_THROW(std::exception());
+  }
+}
+
+CStateRestorer::~CStateRestorer() {
+  Restore();
+  if (fClipRegion != nullptr) DeleteObject(fClipRegion);
+}
+
+void CStateRestorer::Restore() const {
+  SetWindowOrgEx(fHDC, fWindowOrigin.fX, fWindowOrigin.fY, nullptr);
+  SelectClipRgn(fHDC, fClipRegion);
+}
 
 // --- CPortMapping
 
@@ -20,8 +72,8 @@ CPortMapping::CPortMapping(HDC hdc)
       fLayout(GetLayout(hdc)),
       fViewportOrigin(),
       fWindowOrigin() {
-  GetViewportOrgEx(hdc, &fViewportOrigin);
-  GetWindowOrgEx(hdc, &fWindowOrigin);
+  ReadViewportOrigin(hdc, fViewportOrigin);
+  ReadWindowOrigin(hdc, fWindowOrigin);
 }
 
 void CPortMapping::Restore(HDC hdc) const {
@@ -31,12 +83,25 @@ void CPortMapping::Restore(HDC hdc) const {
     SetGraphicsMode(hdc, fGraphicsMode);
   }
   if (GetMapMode(hdc) != fMapMode) SetMapMode(hdc, fMapMode);
-  POINT origin = fViewportOrigin;
-  GetViewportOrgEx(hdc, &origin);
-  if (origin != fViewportOrigin) SetViewportOrgEx(hdc, fViewportOrigin.x, fViewportOrigin.y, nullptr);
+  TPoint origin = fViewportOrigin;
+  ReadViewportOrigin(hdc, origin);
+  if (!(origin == fViewportOrigin)) SetViewportOrgEx(hdc, fViewportOrigin.fX, fViewportOrigin.fY, nullptr);
   origin = fWindowOrigin;
-  GetWindowOrgEx(hdc, &origin);
-  if (origin != fWindowOrigin) SetWindowOrgEx(hdc, fWindowOrigin.x, fWindowOrigin.y, nullptr);
+  ReadWindowOrigin(hdc, origin);
+  if (!(origin == fWindowOrigin)) SetWindowOrgEx(hdc, fWindowOrigin.fX, fWindowOrigin.fY, nullptr);
+}
+
+bool CPortMapping::IsPixelMapping() const {
+  return fGraphicsMode == GM_COMPATIBLE && fMapMode == MM_TEXT && fLayout == 0;
+}
+
+// --- CSelectionGuard
+
+CSelectionGuard::CSelectionGuard(HDC__* hdc, TSelection selection)
+    : fHDC(hdc), fSelection(selection), fObject(GetCurrentObject(hdc, NativeType(selection))) {}
+
+CSelectionGuard::~CSelectionGuard() {
+  if (GetCurrentObject(fHDC, NativeType(fSelection)) != fObject) SelectObject(fHDC, fObject);
 }
 
 // --- CPortGuard
@@ -49,9 +114,9 @@ CPortGuard::CPortGuard(HDC hdc)
       fBackgroundMode(GetBkMode(hdc)),
       fRasterOperation(GetROP2(hdc)),
       fTextAlign(GetTextAlign(hdc)),
-      fFont(hdc, OBJ_FONT),
-      fPen(hdc, OBJ_PEN),
-      fBrush(hdc, OBJ_BRUSH) {}
+      fFont(hdc, kSelectedFont),
+      fPen(hdc, kSelectedPen),
+      fBrush(hdc, kSelectedBrush) {}
 
 CPortGuard::~CPortGuard() {
   SetTextColor(fHDC, fTextColour);
@@ -105,7 +170,7 @@ CPortClip::CPortClip(HDC hdc) : fHDC(hdc), fMapping(hdc), fShape(kNothing), fBox
   if (fState->GetClipRegion() == nullptr || !fMapping.IsPixelMapping() || GetObjectType(hdc) != OBJ_MEMDC)
     return;
   const TPoint shift = fMapping.GetShift();
-  for (const TRect& rect : CRegion(fState->GetClipRegion(), true).GetRects()) {
+  for (const TRect& rect : GetNativeRegionRects(fState->GetClipRegion())) {
     TRect logical =
         OffsetRectBy(rect, -static_cast<std::int64_t>(shift.fX), -static_cast<std::int64_t>(shift.fY));
     if (NSMorvane::IntersectRect(logical, fBox)) fRects.push_back(logical);

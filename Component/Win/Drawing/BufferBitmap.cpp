@@ -3,10 +3,10 @@
 #include <windows.h>
 
 #include <boost/make_shared.hpp>
-#include <limits>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
-#include "Component/Portable/Surfaces/NativeOwners.h"
+#include "Component/Portable/Surfaces/PortState.h"
+#include "Component/Win/Drawing/NativeOwners.h"
 
 namespace NSMorvane {
 
@@ -34,41 +34,6 @@ HBITMAP MakeSection(HDC context, const TSize& size, std::int32_t depth, void*& o
 }
 
 }  // namespace
-
-bool IsPossibleBitmapSize(const TSize& size, std::int32_t depth) {
-  if (size.fWidth <= 0 || size.fHeight <= 0) return false;
-  const std::int64_t rowBytes = (static_cast<std::int64_t>(size.fWidth) * depth + 31) / 32 * 4;
-  return rowBytes <= std::numeric_limits<std::int32_t>::max() / size.fHeight;
-}
-
-// --- CStateRestorer
-
-CStateRestorer::CStateRestorer(HDC__* hdc) : fHDC(hdc), fClipRegion(nullptr), fWindowOrigin() {
-  POINT origin = {};
-  if (!GetWindowOrgEx(fHDC, &origin)) MORVANE_THROW(std::exception());
-  fWindowOrigin = {origin.x, origin.y};
-  TRegionOwner region(CreateRectRgn(0, 0, 0, 0));
-  if (region == nullptr) MORVANE_THROW(XOutOfMemory());
-  const int result = GetClipRgn(fHDC, region.get());
-  if (result == 1) {
-    fClipRegion = region.release();
-  } else if (result != 0) {
-    MORVANE_ASSERT(result == -1);
-    MORVANE_THROW(std::exception());
-  }
-}
-
-CStateRestorer::~CStateRestorer() {
-  Restore();
-  if (fClipRegion != nullptr) DeleteObject(fClipRegion);
-}
-
-void CStateRestorer::Restore() const {
-  SetWindowOrgEx(fHDC, fWindowOrigin.fX, fWindowOrigin.fY, nullptr);
-  SelectClipRgn(fHDC, fClipRegion);
-}
-
-// --- CBufferBitmap
 
 CBufferBitmap::CBufferBitmap(TSize size, std::int32_t depth)
     : fCurrentOrigin(),

@@ -1,4 +1,4 @@
-#include "Component/Portable/Resources/ResourceLoader.h"
+#include "Component/Win/Platform/WinResourceLoader.h"
 
 #include <windows.h>
 

@@ -1,9 +1,8 @@
 // The contracts of views, windows, the kinds of windows and draw tools, over hooks that only record.
-#include <windows.h>
-
 #include "Component/Portable/Contract/MorvaneGlueDrawTools.h"
 #include "Component/Portable/Contract/MorvaneGlueValidators.h"
 #include "Component/Portable/Contract/MorvaneGlueView.h"
+#include "Component/Portable/Surfaces/BufferBitmap.h"
 #include "Component/Portable/Windows/MorvaneGlueWindow.h"
 #include "Component/Portable/Windows/MorvaneGlueWindowKinds.h"
 #include "Tests/Support/Contract.h"
@@ -42,7 +41,7 @@ class RecordingView : public CViewGlue, public Recorder {
 class RecordingWindow : public CWindowGlue, public Recorder {
  public:
   RecordingWindow() {
-    Given<TNativeWindow>() = {::GetDesktopWindow()};
+    Given<TNativeWindow>() = AnyNativeWindow();
     Given<TRect>() = {1, 2, 3, 4};
     Given<std::uint8_t>() = 7;
   }
@@ -66,7 +65,7 @@ class RecordingWindow : public CWindowGlue, public Recorder {
 
 class RecordingTools : public CDrawToolsGlue, public Recorder {
  public:
-  RecordingTools(HDC dc, HRGN region) : CDrawToolsGlue({dc}, region) {}
+  RecordingTools(const TNativePort& port, TNativeRegion region) : CDrawToolsGlue(port, region) {}
   HOOK(TNativePort, CDrawToolsGlue_GetNativePort)
   HOOK(void, CDrawToolsGlue_CloseNativePort)
   HOOK(TRawPixels, CDrawToolsGlue_OpenRawPixels)
@@ -302,17 +301,15 @@ TEST(ContractWindowKinds, TraceTheirLives) {
 
 class ContractDrawTools : public ReportingTest {
  protected:
-  ~ContractDrawTools() override {
-    ::DeleteObject(fRegion);
-    ::DeleteDC(fDC);
-  }
-  HDC fDC = ::CreateCompatibleDC(nullptr);
-  HRGN fRegion = ::CreateRectRgn(0, 0, 100, 100);
+  CBufferBitmap fBitmap{{1, 1}, 32};
+  TNativePort fPort = fBitmap.GetNativePort();
+  CRegion fAll{TRect{0, 0, 100, 100}};
+  TNativeRegion fRegion = fAll.GetNativeRegion();
 };
 
 TEST_F(ContractDrawTools, OneOfPortAndPixelsAtATime) {
   {
-    RecordingTools tools(fDC, fRegion);
+    RecordingTools tools(fPort, fRegion);
     TNativePort port;
     TRawPixels pixels;
     const std::map<std::string, std::function<TError()>> calls = {
@@ -350,11 +347,11 @@ TEST_F(ContractDrawTools, OneOfPortAndPixelsAtATime) {
 }
 
 TEST_F(ContractDrawTools, DirtyRegionIsCutToTheViewsOnTheWay) {
-  RecordingTools tools(fDC, fRegion);
+  RecordingTools tools(fPort, fRegion);
   const auto box = [&] {
     void* native = nullptr;
     EXPECT_EQ(kOK, tools.IDrawTools_GetDirtyRegion(native));
-    return CRegion(static_cast<HRGN>(native), true).GetBounds();
+    return CRegion(static_cast<TNativeRegion>(native), true).GetBounds();
   };
   EXPECT_EQ((TRect{0, 0, 100, 100}), box());
   tools.PushViewBounds({10, 10, 200, 50});

@@ -1,6 +1,4 @@
 // Regions against a grid of pixels, and handles of others.
-#include <windows.h>
-
 #include "Tests/Support/PixelSet.h"
 #include "Tests/Support/UnitTest.h"
 
@@ -105,7 +103,8 @@ TEST_F(Region, ACopyIsMadeOnceAndOnlyToBeWrittenTo) {
 }
 
 TEST_F(Region, AnExternalHandleIsReadAndNeverWritten) {
-  const HRGN handle = CreateRectRgn(1, 1, 20, 20);
+  TNativeRegionOwner owner = MakeNativeRegion({1, 1, 20, 20});
+  const TNativeRegion handle = owner.get();
   {
     CRegion wrapped(handle, true);
     EXPECT_EQ((TRect{1, 1, 20, 20}), wrapped.GetBounds());
@@ -113,7 +112,5 @@ TEST_F(Region, AnExternalHandleIsReadAndNeverWritten) {
     EXPECT_NE(handle, wrapped.GetNativeRegion());
     EXPECT_EQ((TRectList{{1, 1, 20, 20}}), CRegion(handle, true).GetRects());
   }
-  EXPECT_EQ(static_cast<DWORD>(OBJ_REGION), GetObjectType(handle));
-  { CRegion owned(handle, false); }
-  EXPECT_EQ(0u, GetObjectType(handle));
+  EXPECT_TRUE(DeleteNativeRegion(owner.release())) << "it is still there";
 }

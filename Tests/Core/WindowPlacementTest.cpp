@@ -1,8 +1,6 @@
 // Where windows stand: frames and limits, and what the platform and the client each call a placement.
-#include "Component/Win/Window/WinWindowPlacement.h"
+#include "Component/Portable/Windows/WindowPlacement.h"
 
-#include "Component/Win/Platform/UtilsWin.h"
-#include "Component/Win/WindowKinds/WinWindowKind.h"
 #include "Tests/Support/RecordingMorvane.h"
 
 using namespace NSMorvaneTest;
@@ -28,9 +26,9 @@ class TwoMonitors : public RecordingMorvane {
 
 }  // namespace
 
-using WinWindowPlacement = ReportingTest;
+using WindowPlacement = ReportingTest;
 
-TEST_F(WinWindowPlacement, FrameAndClientRectangles) {
+TEST_F(WindowPlacement, FrameAndClientRectangles) {
   for (const auto& [frame, client] :
        Rows<TRect, TRect>{{{100, 100, 400, 400}, {103, 120, 396, 395}},
                           {{0, 0, 0, 0}, {3, 20, -4, -5}}}) {  // smaller than its own frame: inside out
@@ -41,7 +39,7 @@ TEST_F(WinWindowPlacement, FrameAndClientRectangles) {
   EXPECT_EQ(ClientRectToFrameRect(kWorld, kInsets), kWorld);
 }
 
-TEST_F(WinWindowPlacement, ASizeIsIdealUpToFourPixelsOff) {
+TEST_F(WindowPlacement, ASizeIsIdealUpToFourPixelsOff) {
   const Rows<std::int32_t, std::int32_t, bool> rows = {
       {204, 104, true}, {196, 96, true}, {205, 100, false}, {195, 100, false}, {200, 105, false}};
   for (const auto& [width, height, isIdeal] : rows) {
@@ -53,21 +51,18 @@ TEST_F(WinWindowPlacement, ASizeIsIdealUpToFourPixelsOff) {
   EXPECT_FALSE(IsClientSizeIdeal({100, 100, 400, 400}, {0, 0}, kInsets));
 }
 
-TEST_F(WinWindowPlacement, NormalRectangleStandsWhereTheWindowIs) {
-  WINDOWPLACEMENT wp = {};
-  wp.rcNormalPosition = {100, 200, 400, 450};
-  wp.ptMinPosition = {10, 20};
-  wp.ptMaxPosition = {-8, -9};
+TEST_F(WindowPlacement, NormalRectangleStandsWhereTheWindowIs) {
+  const TNativePlacement native = {{100, 200, 400, 450}, {10, 20}, {-8, -9}};
   const TRect normal = {100, 200, 400, 450}, atMin = {10, 20, 310, 270}, atMax = {-8, -9, 292, 241};
   const Rows<bool, bool, bool, TRect> rows = {{false, false, false, normal}, {true, false, false, atMin},
                                               {false, true, false, atMax},   {false, false, true, atMin},
                                               {false, true, true, atMin},    {true, true, false, atMin}};
   for (const auto& [minimized, maximized, clientIsEmpty, rect] : rows)
-    EXPECT_EQ(NormalRect(wp, minimized, maximized, clientIsEmpty), rect);
+    EXPECT_EQ(NormalRect(native, minimized, maximized, clientIsEmpty), rect);
 }
 
 // A window with a client area of 300 x 300, which is to have another placement.
-TEST_F(WinWindowPlacement, FitsWhatIsWanted) {
+TEST_F(WindowPlacement, FitsWhatIsWanted) {
   TWinWindowState current;
   current.fUserRect = {100, 100, 407, 425};
   current.fIdealRect = {50, 60, 257, 185};
@@ -112,7 +107,7 @@ TEST_F(WinWindowPlacement, FitsWhatIsWanted) {
     }
 }
 
-TEST_F(WinWindowPlacement, BetweenNativePlacementsAndTheClient) {
+TEST_F(WindowPlacement, BetweenNativePlacementsAndTheClient) {
   TwoMonitors morvane;
   const TPoint offset = OffsetToNativePlacement(morvane, false);
   const TWindowPlacement native = {true, true, kWindowStateIdeal, {40, 76, 240, 176}, {-60, -24, 40, 76}};
@@ -130,7 +125,7 @@ TEST_F(WinWindowPlacement, BetweenNativePlacementsAndTheClient) {
 }
 
 // Up to the work area of the monitor, which begins at (60, 24); places are native ones, of either sort.
-TEST_F(WinWindowPlacement, MaximumOfALimitedWindow) {
+TEST_F(WindowPlacement, MaximumOfALimitedWindow) {
   TwoMonitors morvane;
   TWinWindowState state;
   const TRect none = {}, start = {100, 100, 407, 425};
@@ -157,16 +152,14 @@ TEST_F(WinWindowPlacement, MaximumOfALimitedWindow) {
   }
 }
 
-TEST_F(WinWindowPlacement, WorkspaceBeginsAtTheWorkAreaOfTheMainMonitor) {
+TEST_F(WindowPlacement, WorkspaceBeginsAtTheWorkAreaOfTheMainMonitor) {
   TwoMonitors morvane;
-  const TRect screen{100, 100, 300, 200}, workspace{40, 76, 240, 176};
-  EXPECT_EQ(workspace, ScreenRectToWorkspace(screen, morvane));
-  EXPECT_EQ(screen, WorkspaceRectToScreen(workspace, morvane));
+  EXPECT_EQ(OffsetToNativePlacement(morvane, false), (TPoint{-60, -24}));
   EXPECT_EQ("", TakeReports());
   // What lies behind the records is not read.
   for (const std::uint32_t index : {2u, 0xEEEEEEEEu}) {
     morvane.Given<TMonitorList>().fMainMonitorIndex = index;
-    EXPECT_EQ(screen, ScreenRectToWorkspace(screen, morvane));
+    EXPECT_EQ(OffsetToNativePlacement(morvane, false), (TPoint{0, 0}));
     EXPECT_TRUE(Has(TakeReports(), "mainMonitorIndex < monitors.fMonitorCount"));
   }
 }

@@ -105,17 +105,6 @@ TEST_F(ViewTest, EndOfADeepTree) {
   EXPECT_TRUE(fRoot.GetRawSubViews().empty());
 }
 
-// In memory that is still there afterwards.
-TEST_F(ViewTest, ADeletedViewIsNoGoodAnyMore) {
-  alignas(CViewImpl) unsigned char memory[sizeof(CViewImpl)];
-  CViewImpl* const view = new (memory) CViewImpl(fRoot, "view");
-  EXPECT_TRUE(view->CheckInvariant());
-  view->~CViewImpl();
-  EXPECT_FALSE(view->CheckInvariant());
-  EXPECT_EQ(666u, view->GetFlags());
-  EXPECT_EQ(666u, view->GetDrawMode());
-}
-
 TEST_F(ViewTest, ViewsOutliveTheirWindow) {
   CViewImpl& group = Make(fRoot, "group", {0, 0, 90, 90}, kFocusable);
   CViewImpl& view = Make(group, "view", {0, 0, 10, 10}, kFocusable);

@@ -1,4 +1,4 @@
-// Conversions, numbers, templates and comparison of texts.
+// Conversions, numbers and templates of texts.
 #include <cstring>
 #include <memory>
 
@@ -167,18 +167,4 @@ TEST_F(TextPackage, Templates) {
       {u"<^0>", 429496729, u"<>"}};
   for (const auto& [text, base, expanded] : rows)
     EXPECT_EQ(expanded, FormatText(text, base, arguments)) << StringToASCII(text, '?');
-}
-
-TEST_F(TextPackage, Comparison) {
-  const Rows<TString, TString, TTextOrder, TTextOrder> rows = {
-      {u"", u"a", kTextLess, kTextLess},
-      {u".AIF", u".aif", kTextGreater, kTextEqual},
-      {u".aif", u".aiff", kTextLess, kTextLess},
-      {u"\u00C4", u"\u00E4", kTextGreater, kTextEqual},
-      {u"\uFF21", u"A", kTextEqual, kTextEqual}  // full width
-  };
-  for (const auto& [a, b, plain, ignoringCase] : rows) {
-    EXPECT_EQ(plain, CompareText(a, b)) << StringToUTF8(a, false);
-    EXPECT_EQ(ignoringCase, CompareTextIgnoringCase(a, b)) << StringToUTF8(a, false);
-  }
 }

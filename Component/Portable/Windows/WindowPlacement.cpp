@@ -1,8 +1,9 @@
-#include "Component/Win/Window/WinWindowPlacement.h"
+#include "Component/Portable/Windows/WindowPlacement.h"
 
 #include <cstdlib>
 
-#include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Portable/Base/MorvaneImplUtils.h"
+#include "Interface/MorvaneRoot.h"
 
 namespace NSMorvane {
 
@@ -48,14 +49,13 @@ bool IsClientSizeIdeal(const TRect& frameRect, const TSize& idealSize, const TFr
          std::abs(RectHeight(clientRect) - idealSize.fHeight) < kIdealTolerance;
 }
 
-TRect NormalRect(const WINDOWPLACEMENT& wp, bool minimized, bool maximized, bool clientIsEmpty) {
-  TRect rect = {wp.rcNormalPosition.left, wp.rcNormalPosition.top, wp.rcNormalPosition.right,
-                wp.rcNormalPosition.bottom};
+TRect NormalRect(const TNativePlacement& native, bool minimized, bool maximized, bool clientIsEmpty) {
+  const TRect& rect = native.fNormalRect;
   if (clientIsEmpty) minimized = true;
   if (!minimized && !maximized) return rect;
-  const POINT& corner = minimized ? wp.ptMinPosition : wp.ptMaxPosition;
-  return {corner.x, corner.y, ToCoordinate(corner.x + RectWidth(rect)),
-          ToCoordinate(corner.y + RectHeight(rect))};
+  const TPoint& corner = minimized ? native.fMinimizedCorner : native.fMaximizedCorner;
+  return {corner.fX, corner.fY, ToCoordinate(corner.fX + RectWidth(rect)),
+          ToCoordinate(corner.fY + RectHeight(rect))};
 }
 
 TWindowPlacement FitPlacement(const TWindowStateRecord& wanted, const TWinWindowState& current,
@@ -84,8 +84,13 @@ TWindowPlacement FitPlacement(const TWindowStateRecord& wanted, const TWinWindow
 
 TPoint OffsetToNativePlacement(IMorvane& morvane, bool isToolWindow) {
   if (isToolWindow) return {0, 0};
-  const TRect origin = ScreenRectToWorkspace({0, 0, 0, 0}, morvane);
-  return {origin.fLeft, origin.fTop};
+  TMonitorList monitors;
+  ThrowError(morvane.IMorvane_GetMonitors(monitors));
+  const std::uint32_t mainMonitorIndex = monitors.fMainMonitorIndex;
+  MORVANE_ASSERT(mainMonitorIndex < monitors.fMonitorCount);
+  if (mainMonitorIndex >= kMaxMonitors) return {0, 0};  // nothing lies there to be read
+  const TMonitor& monitor = monitors.fMonitors[mainMonitorIndex];
+  return {monitor.fBounds.fLeft - monitor.fWorkArea.fLeft, monitor.fBounds.fTop - monitor.fWorkArea.fTop};
 }
 
 std::optional<TRect> LimitedMaximum(const TMonitorList& monitors, const TRect& start,
