@@ -1,7 +1,7 @@
 // What a window tells its kind, which tells the behaviour of the client.
 #pragma once
 
-#include "Component/Win/Window/WinWindowPlacement.h"
+#include "Component/Portable/Windows/WindowPlacement.h"
 #include "Interface/MorvaneKeyboard.h"
 #include "Interface/MorvaneMenu.h"
 #include "Interface/MorvaneWindow.h"
