@@ -5,7 +5,7 @@
 #include <windows.h>
 
 #include "Component/Portable/Base/Scopes.h"
-#include "Component/Win/Window/WindowPlacement.h"
+#include "Component/Portable/Windows/WindowPlacement.h"
 #include "Component/Win/Window/WinWindowCore.h"
 
 namespace NSMorvane {
