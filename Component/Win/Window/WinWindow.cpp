@@ -148,10 +148,6 @@ void CWinWindow::AddChildWindow(const boost::shared_ptr<CWinWindow>& childWindow
   fChildWindows.push_back(childWindow);
 }
 
-void CWinWindow::RemoveChildWindow(const CWinWindow* childWindow) {
-  std::erase_if(fChildWindows, [&](const auto& child) { return child.get() == childWindow; });
-}
-
 bool CWinWindow::CWindowGlue_CheckInvariant() const {
   // The root view and the focus view stand for all others.
   if (fRunBehavior && !(fRootView && !fRootView->CheckInvariant()) &&
@@ -370,7 +366,7 @@ void CWinWindow::ReleaseWindow() {
   fWindows->Remove(this);
   fHost->RequestMenuBars();
   Hide();
-  if (parent) parent->RemoveChildWindow(this);
+  if (parent) std::erase(parent->fChildWindows, reference);
 }
 
 void CWinWindow::PrepareDestruction() {

@@ -180,7 +180,6 @@ class CWinWindow : public CWindowGlue,
   void MakeNativeWindow(DWORD style, DWORD exStyle, bool makeSizeGrip);
   void MakeRootView();
   void AddChildWindow(const boost::shared_ptr<CWinWindow>& childWindow);
-  void RemoveChildWindow(const CWinWindow* childWindow);
   void AddToHiddenWindows();
   void KillWindowTimer();
   void DismantleNativeWindow();

@@ -224,7 +224,7 @@ void CWinWindowState::Set(const TWindowStateRecord& state) {
   MORVANE_ASSERT(!(state.fPlacement.fMinimized && state.fPlacement.fMaximized));
 
   const TWindowPlacement newWindowPlacement = FitPlacement(state, fState, GetZoomState(), GetFrameInsets());
-  WINDOWPLACEMENT wp = GetPlacement(fWindow.fHwnd);
+  const WINDOWPLACEMENT nativePlacement = GetPlacement(fWindow.fHwnd);
   fState.fMinimumClientSize = state.fMinimumClientSize;
   fState.fMaximumClientSize = state.fMaximumClientSize;
   fState.fIdealClientSize = state.fIdealClientSize;
@@ -232,7 +232,17 @@ void CWinWindowState::Set(const TWindowStateRecord& state) {
   fState.fMaximized = newWindowPlacement.fMaximized;
   fState.fUserRect = newWindowPlacement.fUserRect;
   fState.fIdealRect = newWindowPlacement.fIdealRect;
+  MoveNativeWindow(newWindowPlacement, nativePlacement);
 
+  if (state.fTitle != fState.fTitle || state.fModified != fState.fModified) {
+    SetNativeTitle(state.fModified ? state.fTitle + u"*" : state.fTitle);
+    fState.fTitle = state.fTitle;
+    fState.fModified = state.fModified;
+    fWindow.fHost->RequestMenuBars();
+  }
+}
+
+void CWinWindowState::MoveNativeWindow(const TWindowPlacement& newWindowPlacement, WINDOWPLACEMENT wp) {
   wp.showCmd = SW_RESTORE;
   if (!fWindow.IsVisible())
     wp.showCmd = SW_HIDE;
@@ -249,13 +259,6 @@ void CWinWindowState::Set(const TWindowStateRecord& state) {
   if (!(target == FromNative(wp.rcNormalPosition))) {
     wp.rcNormalPosition = ToNative(target);
     NSMorvane::SetPlacement(fWindow.fHwnd, wp);
-  }
-
-  if (state.fTitle != fState.fTitle || state.fModified != fState.fModified) {
-    SetNativeTitle(state.fModified ? state.fTitle + u"*" : state.fTitle);
-    fState.fTitle = state.fTitle;
-    fState.fModified = state.fModified;
-    fWindow.fHost->RequestMenuBars();
   }
 }
 

@@ -61,6 +61,9 @@ class CWinWindowState : CNotCopied {
   void SetRootViewSize(const TSize& size);
   void ReportClientSize(const TSize& size);
   void ReportPlacement(const TWindowPlacement& placement);
+  void  // `wp` is where it stands.
+      void
+      MoveNativeWindow(const TWindowPlacement& newWindowPlacement, WINDOWPLACEMENT wp);
   void SyncShown(const TRect& normalRect);
   TRect AdoptNativePlacement();
   void SetNativeTitle(const TString& text);
