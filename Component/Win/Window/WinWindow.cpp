@@ -47,14 +47,14 @@ CWinWindow::CWinWindow(IWindowHost* host, TWindowKind windowKind, IModalOwner* o
       fFocus(*this, *this, *this, fTooltips),
       fMouse(*this, fFocus.GetFocus(), fTooltips),
       fKeyboard(*this, *this, fMouse.GetDispatch(), fFocus.GetFocus(), *this),
-      fState(*this, *this),
+      fPlacement(*this, *this),
       fMenuBar(*this),
       fPainting(*this),
       fAlpha(*this) {
   try {
     MakeNativeWindow(style, exStyle, makeSizeGrip);
     MakeRootView();
-    fState.TakeInitialState();
+    fPlacement.TakeInitialState();
     fTimerID = SetTimer(fHwnd, 0, kTimerMS, nullptr);
     if (!fTimerID) MORVANE_THROW_LAST_ERROR();
     if (fWindowKind == kWindowKindDocument) DragAcceptFiles(fHwnd, TRUE);
@@ -183,14 +183,14 @@ std::vector<CViewImpl*> CWinWindow::CWindowGlue_GetTabViews() { return fTabViews
 
 void CWinWindow::CWindowGlue_SetTabViews(const std::vector<CViewImpl*>& tabViews) { fTabViews = tabViews; }
 
-TRect CWinWindow::CWindowGlue_GetFrameRect() { return fState.GetFrameRect(); }
+TRect CWinWindow::CWindowGlue_GetFrameRect() { return fPlacement.GetFrameRect(); }
 
 TRect CWinWindow::CWindowGlue_FrameRectToClientRect(const TRect& rect) {
-  return FrameRectToClientRect(rect, fState.GetFrameInsets());
+  return FrameRectToClientRect(rect, fPlacement.GetFrameInsets());
 }
 
 TRect CWinWindow::CWindowGlue_ClientRectToFrameRect(const TRect& rect) {
-  return ClientRectToFrameRect(rect, fState.GetFrameInsets());
+  return ClientRectToFrameRect(rect, fPlacement.GetFrameInsets());
 }
 
 std::uint8_t CWinWindow::CWindowGlue_GetGlobalAlpha() { return fAlpha.Get(); }
@@ -216,13 +216,13 @@ TError CWinWindow::IWindow_SetGlobalAlpha(std::uint8_t alpha) {
 
 TWindowStateRecord CWinWindow::GetWindowState() const {
   MORVANE_ASSERT(CheckInvariant());
-  return fState.Get();
+  return fPlacement.Get();
 }
 
 void CWinWindow::SetWindowState(const TWindowStateRecord& state) {
   MORVANE_ASSERT(CheckInvariant());
   const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
-  fState.Set(state);
+  fPlacement.Set(state);
 }
 
 void CWinWindow::IImplFocusTools_SetConceptualFocusView(CViewImpl* view) {
@@ -276,12 +276,12 @@ void CWinWindow::Show() {
   MORVANE_ASSERT(!IsVisible());
   PumpPaintMessages();
   if (isReleased()) return;
-  fState.ReportClientSize();
+  fPlacement.ReportClientSize();
   if (isReleased()) return;
-  fState.ReportPlacement();
+  fPlacement.ReportPlacement();
   if (isReleased()) return;
 
-  const int showCommand = fState.GetShowCommand();
+  const int showCommand = fPlacement.GetShowCommand();
   fIsHidden = false;
   fWindows->RemoveHidden(fHwnd);
   DebugPrint("CWinWindow::Show " + HandleText(fHwnd) + " " + NumberText(showCommand));

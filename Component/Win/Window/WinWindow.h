@@ -7,7 +7,7 @@
 //   WinWindowFocus       focus and activation; with WindowFocus, which decides who has the focus
 //   WinWindowMouse       the mouse and its capture; with MouseDispatch, which decides what views hear
 //   WinWindowKeyboard    the keyboard; with KeyDispatch, the chain of a key press
-//   WinWindowState       sizes and their limits, placement, title; with the arithmetic of WindowPlacement
+//   WinWindowPlacement   sizes and their limits, placement, title; with the arithmetic of WindowPlacement
 //   WinWindowMenuBar     the menu bar; with MenuBarComposition, which decides what stands in it
 //   WinWindowPainting    painting and invalidation
 //   WinWindowTooltips    tooltips
@@ -44,7 +44,7 @@
 #include "Component/Win/Window/WinWindowMenuBar.h"
 #include "Component/Win/Window/WinWindowMouse.h"
 #include "Component/Win/Window/WinWindowPainting.h"
-#include "Component/Win/Window/WinWindowState.h"
+#include "Component/Win/Window/WinWindowPlacement.h"
 #include "Component/Win/Window/WinWindowTooltips.h"
 #include "Interface/MorvaneRoot.h"
 
@@ -71,7 +71,7 @@ class CWinWindow : public CWindowGlue,
   bool IsModal() const { return fWindowKind == kWindowKindModalDialog || fWindowKind == kWindowKindAlertBox; }
   HWND GetOwnerHwnd() const { return fOwnerHwnd; }
   bool IsListedInWindowMenu() const { return fListedInWindowMenu; }
-  const TString& GetTitle() const { return fState.GetTitle(); }
+  const TString& GetTitle() const { return fPlacement.GetTitle(); }
   bool IsAlwaysOnTop() const { return fIsAlwaysOnTop; }
   // Dialogs that are opened later inherit it.
   void SetAlwaysOnTop(bool flag);
@@ -167,7 +167,7 @@ class CWinWindow : public CWindowGlue,
   TWindowStateRecord GetWindowState() const;
   void SetWindowState(const TWindowStateRecord& state);
   // What to add to a rectangle in screen coordinates to get one in those of the native placement.
-  TPoint OffsetToNativePlacement() const { return fState.OffsetToNativePlacement(); }
+  TPoint OffsetToNativePlacement() const { return fPlacement.OffsetToNativePlacement(); }
   // The first thing that the destructor of every kind does, before its behaviour goes.
   void PrepareDestruction();
 
@@ -216,7 +216,7 @@ class CWinWindow : public CWindowGlue,
   CWinWindowFocus fFocus;
   CWinWindowMouse fMouse;
   CWinWindowKeyboard fKeyboard;
-  CWinWindowState fState;
+  CWinWindowPlacement fPlacement;
   CWinWindowMenuBar fMenuBar;
   CWinWindowPainting fPainting;
   CWinWindowListeners fListeners;

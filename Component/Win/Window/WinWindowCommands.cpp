@@ -61,7 +61,7 @@ LRESULT CWinWindow::OnSysCommand(const TWinMessage& message) {
       if (!CBlocking::MayMinimize(*this, fHost->GetHiderWindow())) return 0;
       break;
     case SC_MAXIMIZE:
-      if (fState.MaximizeWithinLimits()) return 0;
+      if (fPlacement.MaximizeWithinLimits()) return 0;
       break;
     case SC_RESTORE: {
       // As from the task bar, which knows nothing of dialogs: the system does not restore a window that one

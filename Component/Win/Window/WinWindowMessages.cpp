@@ -107,18 +107,18 @@ class CWinWindow::CMessageTable {
     return kForward;
   }
   static TResult OnSize(CWinWindow& window, TWinMessage&) {
-    window.fState.OnSize();
+    window.fPlacement.OnSize();
     window.fSizeGrip.Place();
     return kForward;
   }
   static TResult OnWindowPosChanged(CWinWindow& window, TWinMessage&) {
-    window.fState.OnWindowPosChanged();
+    window.fPlacement.OnWindowPosChanged();
     window.fSizeGrip.Adapt(window.IsZoomed());
     return kForward;
   }
   static TResult OnGetMinMaxInfo(CWinWindow& window, TWinMessage& message) {
     const auto info = reinterpret_cast<MINMAXINFO*>(message.fLParam);
-    if (IsAccessible(info, sizeof(*info), kWritable)) window.fState.LimitSizes(*info);
+    if (IsAccessible(info, sizeof(*info), kWritable)) window.fPlacement.LimitSizes(*info);
     return 0;
   }
   static TResult OnClose(CWinWindow& window, TWinMessage&) {

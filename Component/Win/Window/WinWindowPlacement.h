@@ -12,10 +12,10 @@ namespace NSMorvane {
 
 class IWindowEvents;
 
-class CWinWindowState : CNotCopied {
+class CWinWindowPlacement : CNotCopied {
  public:
   // Both are the window.
-  CWinWindowState(const TWindowCore& window, IWindowEvents& events) : fWindow(window), fEvents(events) {}
+  CWinWindowPlacement(const TWindowCore& window, IWindowEvents& events) : fWindow(window), fEvents(events) {}
 
   // As the native window has been made.
   void TakeInitialState();
@@ -61,9 +61,8 @@ class CWinWindowState : CNotCopied {
   void SetRootViewSize(const TSize& size);
   void ReportClientSize(const TSize& size);
   void ReportPlacement(const TWindowPlacement& placement);
-  void  // `wp` is where it stands.
-      void
-      MoveNativeWindow(const TWindowPlacement& newWindowPlacement, WINDOWPLACEMENT wp);
+  // `wp` is where it stands.
+  void MoveNativeWindow(const TWindowPlacement& newWindowPlacement, WINDOWPLACEMENT wp);
   void SyncShown(const TRect& normalRect);
   TRect AdoptNativePlacement();
   void SetNativeTitle(const TString& text);

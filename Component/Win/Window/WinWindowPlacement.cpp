@@ -1,4 +1,4 @@
-#include "Component/Win/Window/WinWindowState.h"
+#include "Component/Win/Window/WinWindowPlacement.h"
 
 #include <algorithm>
 #include <utility>
@@ -20,13 +20,13 @@ TNativePlacement PlacementFromNative(const WINDOWPLACEMENT& wp) {
 
 // --- What the native window says
 
-TSize CWinWindowState::GetClientSize() const {
+TSize CWinWindowPlacement::GetClientSize() const {
   RECT client = {};
   if (!GetClientRect(fWindow.fHwnd, &client)) MORVANE_THROW_LAST_ERROR();
   return {client.right, client.bottom};
 }
 
-TFrameInsets CWinWindowState::GetFrameInsets() const {
+TFrameInsets CWinWindowPlacement::GetFrameInsets() const {
   RECT client = {};
   GetClientRect(fWindow.fHwnd, &client);
   if (!IsEmptyRect(FromNative(client)) && fWindow.IsVisible()) {
@@ -49,18 +49,18 @@ TFrameInsets CWinWindowState::GetFrameInsets() const {
           outer.bottom - inner.bottom};
 }
 
-TRect CWinWindowState::GetFrameRect() const {
+TRect CWinWindowPlacement::GetFrameRect() const {
   const WINDOWPLACEMENT wp = GetPlacement(fWindow.fHwnd);
   RECT rect = wp.rcNormalPosition;
   if (wp.showCmd == SW_SHOWMAXIMIZED && !GetWindowRect(fWindow.fHwnd, &rect)) MORVANE_THROW_LAST_ERROR();
   return FromNative(rect);
 }
 
-TRect CWinWindowState::GetNormalRect(bool minimized, bool maximized) const {
+TRect CWinWindowPlacement::GetNormalRect(bool minimized, bool maximized) const {
   return GetNormalRect(GetPlacement(fWindow.fHwnd), minimized, maximized);
 }
 
-TRect CWinWindowState::GetNormalRect(const WINDOWPLACEMENT& wp, bool minimized, bool maximized) const {
+TRect CWinWindowPlacement::GetNormalRect(const WINDOWPLACEMENT& wp, bool minimized, bool maximized) const {
   if (fWindow.IsVisible()) {
     // An iconic window reports SW_SHOWMINIMIZED and never this; it is known by its empty client area.
     minimized = wp.showCmd == SW_MINIMIZE;
@@ -71,7 +71,7 @@ TRect CWinWindowState::GetNormalRect(const WINDOWPLACEMENT& wp, bool minimized, 
                     IsEmptyRect({0, 0, client.fWidth, client.fHeight}));
 }
 
-void CWinWindowState::TakeInitialState() {
+void CWinWindowPlacement::TakeInitialState() {
   const WINDOWPLACEMENT wp = GetPlacement(fWindow.fHwnd);
   const TSize client = GetClientSize();
   fState.fUserRect =
@@ -81,28 +81,28 @@ void CWinWindowState::TakeInitialState() {
   SetRootViewSize(client);
 }
 
-TPoint CWinWindowState::OffsetToNativePlacement() const {
+TPoint CWinWindowPlacement::OffsetToNativePlacement() const {
   return NSMorvane::OffsetToNativePlacement(fWindow.fHost->GetMorvane(),
                                             GetWindowLongW(fWindow.fHwnd, GWL_EXSTYLE) & WS_EX_TOOLWINDOW);
 }
 
 // --- Zoom state and placement
 
-bool CWinWindowState::IsIdeal(const TRect& frameRect) const {
+bool CWinWindowPlacement::IsIdeal(const TRect& frameRect) const {
   return IsClientSizeIdeal(frameRect, fState.fIdealClientSize, GetFrameInsets());
 }
 
-TZoomState CWinWindowState::GetZoomState() const {
+TZoomState CWinWindowPlacement::GetZoomState() const {
   if (fState.fMinimized || fState.fMaximized) return kWindowStateUser;
   return IsIdeal(GetNormalRect(false, false)) ? kWindowStateIdeal : kWindowStateUser;
 }
 
-void CWinWindowState::RememberPlacementRect(const TRect& frameRect) {
+void CWinWindowPlacement::RememberPlacementRect(const TRect& frameRect) {
   if (fState.fMinimized || fState.fMaximized) return;
   (IsIdeal(frameRect) ? fState.fIdealRect : fState.fUserRect) = frameRect;
 }
 
-TWindowPlacement CWinWindowState::BuildPlacement(const TRect& normalRect) const {
+TWindowPlacement CWinWindowPlacement::BuildPlacement(const TRect& normalRect) const {
   TWindowPlacement placement;
   placement.fMinimized = fState.fMinimized;
   placement.fMaximized = fState.fMaximized;
@@ -115,7 +115,7 @@ TWindowPlacement CWinWindowState::BuildPlacement(const TRect& normalRect) const 
 
 // --- Telling the kind
 
-void CWinWindowState::SetRootViewSize(const TSize& size) {
+void CWinWindowPlacement::SetRootViewSize(const TSize& size) {
   if (fWindow.fRootView) fWindow.fRootView->SetBounds({0, 0, size.fWidth, size.fHeight});
 }
 
@@ -139,27 +139,27 @@ void TellChange(TValue& field, const TValue newValue, TTell&& tell) {
 
 }  // namespace
 
-void CWinWindowState::ReportClientSize(const TSize& size) {
+void CWinWindowPlacement::ReportClientSize(const TSize& size) {
   if (!(size == fToldClientSize)) SetRootViewSize(size);
   TellChange(fToldClientSize, size, [this](const TSize& oldSize, const TSize& newSize) {
     return fEvents.OnClientSizeChanged(oldSize, newSize);
   });
 }
 
-void CWinWindowState::ReportPlacement(const TWindowPlacement& placement) {
+void CWinWindowPlacement::ReportPlacement(const TWindowPlacement& placement) {
   TellChange(fToldPlacement, placement,
              [this](const TWindowPlacement& oldValue, const TWindowPlacement& newValue) {
                return fEvents.OnPlacementChanged(oldValue, newValue);
              });
 }
 
-void CWinWindowState::ReportClientSize() { ReportClientSize(fState.fClientSize); }
+void CWinWindowPlacement::ReportClientSize() { ReportClientSize(fState.fClientSize); }
 
-void CWinWindowState::ReportPlacement() {
+void CWinWindowPlacement::ReportPlacement() {
   ReportPlacement(BuildPlacement(GetNormalRect(fState.fMinimized, fState.fMaximized)));
 }
 
-int CWinWindowState::GetShowCommand() const {
+int CWinWindowPlacement::GetShowCommand() const {
   if (fState.fMinimized) return SW_SHOWMINIMIZED;
   return fState.fMaximized ? SW_SHOWMAXIMIZED : SW_SHOWNORMAL;
 }
@@ -168,7 +168,7 @@ int CWinWindowState::GetShowCommand() const {
 
 // Takes over what the native window shows, and returns its normal rectangle. One look at the placement, which
 // is costly on some systems, serves both.
-TRect CWinWindowState::AdoptNativePlacement() {
+TRect CWinWindowPlacement::AdoptNativePlacement() {
   const WINDOWPLACEMENT wp = GetPlacement(fWindow.fHwnd);
   if (fWindow.IsVisible()) {
     fState.fMinimized = wp.showCmd == SW_SHOWMINIMIZED;
@@ -177,7 +177,7 @@ TRect CWinWindowState::AdoptNativePlacement() {
   return GetNormalRect(wp, fState.fMinimized, fState.fMaximized);
 }
 
-void CWinWindowState::OnWindowPosChanged() {
+void CWinWindowPlacement::OnWindowPosChanged() {
   const TRect normalRect = AdoptNativePlacement();
   if (!fWindow.fIsHidden) {
     SyncShown(normalRect);
@@ -187,11 +187,11 @@ void CWinWindowState::OnWindowPosChanged() {
   }
 }
 
-void CWinWindowState::OnSize() {
+void CWinWindowPlacement::OnSize() {
   if (!fWindow.fIsHidden) SyncShown(AdoptNativePlacement());
 }
 
-void CWinWindowState::SyncShown(const TRect& normalRect) {
+void CWinWindowPlacement::SyncShown(const TRect& normalRect) {
   RememberPlacementRect(normalRect);
   if (!fState.fMinimized && fWindow.IsVisible()) fState.fClientSize = GetClientSize();
   const TWindowPlacement placement = BuildPlacement(normalRect);
@@ -202,7 +202,7 @@ void CWinWindowState::SyncShown(const TRect& normalRect) {
 
 // --- The state as the kinds see it
 
-TWindowStateRecord CWinWindowState::Get() const {
+TWindowStateRecord CWinWindowPlacement::Get() const {
   TWindowStateRecord state;
   state.fMinimumClientSize = fState.fMinimumClientSize;
   state.fMaximumClientSize = fState.fMaximumClientSize;
@@ -217,7 +217,7 @@ TWindowStateRecord CWinWindowState::Get() const {
   return state;
 }
 
-void CWinWindowState::Set(const TWindowStateRecord& state) {
+void CWinWindowPlacement::Set(const TWindowStateRecord& state) {
   MORVANE_ASSERT(state.fPlacement.fZoomState==kWindowStateIdeal || state.fPlacement.fZoomState==kWindowStateUser);
   MORVANE_ASSERT((state.fMinimumClientSize.fHeight <= state.fMaximumClientSize.fHeight) || (0==state.fMaximumClientSize.fHeight));
   MORVANE_ASSERT((state.fMinimumClientSize.fWidth <= state.fMaximumClientSize.fWidth) || (0==state.fMaximumClientSize.fWidth));
@@ -242,7 +242,7 @@ void CWinWindowState::Set(const TWindowStateRecord& state) {
   }
 }
 
-void CWinWindowState::MoveNativeWindow(const TWindowPlacement& newWindowPlacement, WINDOWPLACEMENT wp) {
+void CWinWindowPlacement::MoveNativeWindow(const TWindowPlacement& newWindowPlacement, WINDOWPLACEMENT wp) {
   wp.showCmd = SW_RESTORE;
   if (!fWindow.IsVisible())
     wp.showCmd = SW_HIDE;
@@ -258,13 +258,13 @@ void CWinWindowState::MoveNativeWindow(const TWindowPlacement& newWindowPlacemen
   // Only another rectangle moves the window; a change of minimized or maximized alone does not.
   if (!(target == FromNative(wp.rcNormalPosition))) {
     wp.rcNormalPosition = ToNative(target);
-    NSMorvane::SetPlacement(fWindow.fHwnd, wp);
+    SetPlacement(fWindow.fHwnd, wp);
   }
 }
 
 // --- Size limits
 
-void CWinWindowState::LimitSizes(MINMAXINFO& info) const {
+void CWinWindowPlacement::LimitSizes(MINMAXINFO& info) const {
   const TSize& minimum = fState.fMinimumClientSize;
   const TSize& maximum = fState.fMaximumClientSize;
   const TFrameInsets insets = GetFrameInsets();
@@ -276,7 +276,7 @@ void CWinWindowState::LimitSizes(MINMAXINFO& info) const {
   if (maximum.fHeight != 0) info.ptMaxTrackSize.y = maximumFrame.fHeight;
 }
 
-bool CWinWindowState::MaximizeWithinLimits() {
+bool CWinWindowPlacement::MaximizeWithinLimits() {
   TMonitorList monitors;
   ThrowError(fWindow.fHost->GetMorvane().IMorvane_GetMonitors(monitors));
   const TRect& start = GetZoomState() == kWindowStateIdeal ? fState.fIdealRect : fState.fUserRect;
@@ -285,13 +285,13 @@ bool CWinWindowState::MaximizeWithinLimits() {
   if (!rect) return false;
   WINDOWPLACEMENT wp = GetPlacement(fWindow.fHwnd);
   wp.rcNormalPosition = ToNative(*rect);
-  NSMorvane::SetPlacement(fWindow.fHwnd, wp);
+  SetPlacement(fWindow.fHwnd, wp);
   return true;
 }
 
 // --- Title
 
-void CWinWindowState::SetNativeTitle(const TString& text) {
+void CWinWindowPlacement::SetNativeTitle(const TString& text) {
   if (fWindow.IsVisible()) PumpPaintMessages();
   if (!SetWindowTextW(fWindow.fHwnd, WinText(text))) MORVANE_THROW_LAST_ERROR();
 }
