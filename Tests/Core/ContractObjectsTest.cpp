@@ -20,9 +20,9 @@ class RecordingView : public CViewGlue, public Recorder {
     Given<std::string>() = "name";
     Given<TString>() = u"tip";
   }
+  HELD_BY_MEMBERS(CViewGlue)
 
  protected:
-  bool CViewGlue_CheckInvariant() const override { return fSound; }
   HOOK(IViewBehavior*, CViewGlue_GetBehavior)
   HOOK(IWindow*, CViewGlue_GetMotherWindow)
   HOOK(IView*, CViewGlue_GetSuperView)
@@ -45,9 +45,9 @@ class RecordingWindow : public CWindowGlue, public Recorder {
     Given<TRect>() = {1, 2, 3, 4};
     Given<std::uint8_t>() = 7;
   }
+  HELD_BY_MEMBERS(CWindowGlue)
 
  protected:
-  bool CWindowGlue_CheckInvariant() const override { return fSound; }
   HOOK(TNativeWindow, CWindowGlue_GetNativeWindow)
   HOOK(CViewImpl*, CWindowGlue_GetOnDutyFocusView)
   HOOK(CViewImpl*, CWindowGlue_GetConceptualFocusView)
@@ -238,7 +238,7 @@ TEST(ContractWindow, OnlyItsOwnViewsGetTheFocus) {
   class Recording##Kind : public C##Kind##Glue, public Recorder {                                             \
    public:                                                                                                    \
     Recording##Kind() { Given<T##Kind##State>().fPlacement.fZoomState = kWindowStateIdeal; }                  \
-    bool C##Kind##Glue_CheckInvariant() const override { return fSound; }                                     \
+    HELD_BY_MEMBERS(C##Kind##Glue)                                                                            \
     HOOK(T##Kind##State, C##Kind##Glue_GetState)                                                              \
     HOOK(void, C##Kind##Glue_SetState, const T##Kind##State&)                                                 \
     HOOK(IWindow*, C##Kind##Glue_GetWindow)                                                                   \

@@ -1,6 +1,8 @@
 // What tests of the contract layer share: hooks that write down their names, and tables of calls.
 #pragma once
 
+#include <boost/make_shared.hpp>
+#include <boost/shared_ptr.hpp>
 #include <cstring>
 #include <functional>
 #include <list>
@@ -33,6 +35,7 @@ class Recorder {
   bool fGivesNull = false;        // instead of objects
   std::function<void()> fOnHook;  // runs in every hook; may throw
   mutable Texts fHooks;           // their names
+  mutable bool fIsHeld = false;   // when it was tested last; see HELD_BY_MEMBERS
 
   // What hooks give that have a result of this type.
   template <class T>
@@ -59,6 +62,8 @@ class Recorder {
       return {};
   }
 
+  const boost::shared_ptr<void> fHold = boost::make_shared<int>();
+
  private:
   mutable std::map<std::type_index, std::shared_ptr<void>> fGiven;
 };
@@ -66,6 +71,14 @@ class Recorder {
 // A hook that only writes its name down; behind the name, the types of its arguments.
 #define HOOK(result, name, ...) \
   result name(__VA_ARGS__) override { return Hooked<result>(#name); }
+
+// For objects that callbacks can end: their members hold them, but for Release.
+#define HELD_BY_MEMBERS(glue)                                          \
+  boost::shared_ptr<void> KeepAlive() const override { return fHold; } \
+  bool glue##_CheckInvariant() const override {                        \
+    fIsHeld = fHold.use_count() > 1;                                   \
+    return fSound;                                                     \
+  }
 
 // Stands for an out-parameter of any type, and tells what has been written to it.
 class COut {
@@ -152,7 +165,8 @@ inline const Rows<TError, std::function<void()>>& Throws() {
 }
 
 // Every operation: a broken object is refused and nothing written; what a hook throws becomes a code; a good
-// call reaches its hook and gives the result to the client; damage done by the hook is reported.
+// call reaches its hook and gives the result to the client; damage done by the hook is reported. The object
+// is held to the end of the call, its last test included.
 template <class TObject>
 void CheckGoodCalls(const std::string& invariant, const std::vector<GoodRow<TObject>>& rows) {
   RecordedOutput output;
@@ -182,6 +196,9 @@ void CheckGoodCalls(const std::string& invariant, const std::vector<GoodRow<TObj
     for (const auto& [code, onHook] : Throws())
       EXPECT_EQ(text(code, failedOut, hook, failedOut == "0" ? missed : ""), call(true, onHook));
     EXPECT_EQ(text(kOK, out, hook, ""), call(true, nullptr));
+    if constexpr (requires { object.KeepAlive(); }) {
+      EXPECT_EQ(hook != "Release", object.fIsHeld);
+    }
     // A released object may be gone.
     EXPECT_EQ(text(kOK, out, hook, hook == "Release" ? "" : invariant),
               call(true, [&] { object.fSound = false; }));

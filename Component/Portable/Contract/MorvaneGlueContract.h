@@ -21,6 +21,7 @@
 // clang-format on
 #pragma once
 
+#include <boost/shared_ptr.hpp>
 #include <cstring>
 #include <type_traits>
 #include <vector>
@@ -103,6 +104,18 @@ inline NSTextPackage::TString TextOrEmpty(const TChar* text) {
       return ::NSMorvane::kBadInputProgrammingError;             \
     }                                                            \
   } while (false)
+
+// The first test of a member whose object callbacks can end: the same, and from here on the object lives to
+// the end of the member, tests of the result included. The contract class has a hook KeepAlive(), which gives
+// what holds the object; of an object that has been released, or has ended, nothing.
+#define MORVANE_ENTER(operation, ...)                                    \
+  do {                                                                   \
+    if (!(__VA_ARGS__)) {                                                \
+      MORVANE_CONTRACT_FAILED("Bad Input to ", operation, #__VA_ARGS__); \
+      return ::NSMorvane::kBadInputProgrammingError;                     \
+    }                                                                    \
+  } while (false);                                                       \
+  const ::boost::shared_ptr<void> keptAlive = KeepAlive()
 
 // Bad input to a member that returns an object: the code goes to `outError`, the result is null.
 #define MORVANE_REQUIRE_OUT(operation, ...)                              \

@@ -9,7 +9,7 @@
 namespace NSMorvane {
 
 TError CViewGlue::IView_GetBehavior(IViewBehavior*& out) {
-  MORVANE_REQUIRE("IView_GetBehavior()", CViewGlue_CheckInvariant());
+  MORVANE_ENTER("IView_GetBehavior()", CViewGlue_CheckInvariant());
   out = NULL;
   TError outError;
   CallHook(outError, [&] { out = CViewGlue_GetBehavior(); });
@@ -18,7 +18,7 @@ TError CViewGlue::IView_GetBehavior(IViewBehavior*& out) {
 }
 
 TError CViewGlue::IView_GetMotherWindow(IWindow*& outWindow) {
-  MORVANE_REQUIRE("IView_GetMotherWindow()", CViewGlue_CheckInvariant());
+  MORVANE_ENTER("IView_GetMotherWindow()", CViewGlue_CheckInvariant());
   outWindow = NULL;
   TError outError;
   CallHook(outError, [&] { outWindow = CViewGlue_GetMotherWindow(); });
@@ -28,7 +28,7 @@ TError CViewGlue::IView_GetMotherWindow(IWindow*& outWindow) {
 }
 
 TError CViewGlue::IView_GetSuperView(IView*& out) {
-  MORVANE_REQUIRE("IView_GetSuperView()", CViewGlue_CheckInvariant());
+  MORVANE_ENTER("IView_GetSuperView()", CViewGlue_CheckInvariant());
   out = NULL;
   TError outError;
   CallHook(outError, [&] { out = CViewGlue_GetSuperView(); });
@@ -37,17 +37,19 @@ TError CViewGlue::IView_GetSuperView(IView*& out) {
 }
 
 TError CViewGlue::IView_IsEffectivelyEnabled(TFlag& outEnabledFlag) {
-  MORVANE_REQUIRE("IView_IsEffectivelyEnabled()", CViewGlue_CheckInvariant());
+  MORVANE_ENTER("IView_IsEffectivelyEnabled()", CViewGlue_CheckInvariant());
   TError outError;
   CallHook(outError, [&] { outEnabledFlag = CViewGlue_IsEffectivelyEnabled() ? 1 : 0; });
   MORVANE_AFTER(CViewGlue_CheckInvariant());
   return outError;
 }
 
-// The record first, then the object: the reverse of the usual order.
-TError CViewGlue::IView_SetParams(const TViewParams& params) {
+// The record first, then the object: the reverse of the usual order. The client's record may change during
+// callbacks: what has been validated is what gets set.
+TError CViewGlue::IView_SetParams(const TViewParams& clientsParams) {
+  const TViewParams params = clientsParams;
   MORVANE_REQUIRE("IView_SetParams()", ValidateViewParams(params));
-  MORVANE_REQUIRE("IView_SetParams()", CViewGlue_CheckInvariant());
+  MORVANE_ENTER("IView_SetParams()", CViewGlue_CheckInvariant());
   TError outError;
   CallHook(outError, [&] { CViewGlue_SetParams(params); });
   MORVANE_AFTER(CViewGlue_CheckInvariant());
@@ -55,7 +57,7 @@ TError CViewGlue::IView_SetParams(const TViewParams& params) {
 }
 
 TError CViewGlue::IView_GetParams(TViewParams& params) {
-  MORVANE_REQUIRE("IView_GetParams()", CViewGlue_CheckInvariant());
+  MORVANE_ENTER("IView_GetParams()", CViewGlue_CheckInvariant());
   Poison(params);
   TError outError;
   CallHook(outError, [&] { params = CViewGlue_GetParams(); });
@@ -65,7 +67,7 @@ TError CViewGlue::IView_GetParams(TViewParams& params) {
 }
 
 TError CViewGlue::IView_GetDebugName(char* out) {
-  MORVANE_REQUIRE("IView_GetDebugName()", CViewGlue_CheckInvariant());
+  MORVANE_ENTER("IView_GetDebugName()", CViewGlue_CheckInvariant());
   TError outError;
   CallHook(outError, [&] {
     if (!out) MORVANE_THROW(std::invalid_argument(""));
@@ -78,7 +80,7 @@ TError CViewGlue::IView_GetDebugName(char* out) {
 }
 
 TError CViewGlue::IView_GetTooltipText(TChar* out) {
-  MORVANE_REQUIRE("IView_GetTooltipText()", CViewGlue_CheckInvariant());
+  MORVANE_ENTER("IView_GetTooltipText()", CViewGlue_CheckInvariant());
   TError outError;
   CallHook(outError, [&] {
     if (!out) MORVANE_THROW(std::invalid_argument(""));
@@ -91,7 +93,7 @@ TError CViewGlue::IView_GetTooltipText(TChar* out) {
 }
 
 TError CViewGlue::IView_SetTooltipText(const TChar* text) {
-  MORVANE_REQUIRE("IView_SetTooltipText()", CViewGlue_CheckInvariant());
+  MORVANE_ENTER("IView_SetTooltipText()", CViewGlue_CheckInvariant());
   TError outError;
   CallHook(outError, [&] { CViewGlue_SetTooltipText(CheckedText(text)); });
   MORVANE_AFTER(CViewGlue_CheckInvariant());
@@ -99,7 +101,7 @@ TError CViewGlue::IView_SetTooltipText(const TChar* text) {
 }
 
 TError CViewGlue::IView_Offset(std::int32_t dx, std::int32_t dy) {
-  MORVANE_REQUIRE("IView_Offset()", CViewGlue_CheckInvariant());
+  MORVANE_ENTER("IView_Offset()", CViewGlue_CheckInvariant());
   TError outError;
   CallHook(outError, [&] { CViewGlue_Offset(dx, dy); });
   MORVANE_AFTER(CViewGlue_CheckInvariant());
@@ -107,7 +109,7 @@ TError CViewGlue::IView_Offset(std::int32_t dx, std::int32_t dy) {
 }
 
 TError CViewGlue::IView_GetSubViewOrder(IViewListReceiver& out) {
-  MORVANE_REQUIRE("IView_GetSubViewOrder()", CViewGlue_CheckInvariant());
+  MORVANE_ENTER("IView_GetSubViewOrder()", CViewGlue_CheckInvariant());
   TError outError;
   CallHook(outError, [&] {
     const std::vector<IView*> subViews = CViewGlue_GetSubViewOrder();
@@ -118,7 +120,7 @@ TError CViewGlue::IView_GetSubViewOrder(IViewListReceiver& out) {
 }
 
 TError CViewGlue::IView_SetSubViewOrder(IView* const* subViews, std::uint32_t count) {
-  MORVANE_REQUIRE("IView_SetSubViewOrder()", CViewGlue_CheckInvariant());
+  MORVANE_ENTER("IView_SetSubViewOrder()", CViewGlue_CheckInvariant());
   std::vector<IView*> newSubViews;
   bool areTheSame = false;
   TError outError;
@@ -138,7 +140,7 @@ TError CViewGlue::IView_SetSubViewOrder(IView* const* subViews, std::uint32_t co
   return outError;
 }
 
-// The object may be gone behind the call.
+// Not kept alive: the object may be gone behind the call.
 TError CViewGlue::IView_Release() {
   MORVANE_REQUIRE("IView_Release()", CViewGlue_CheckInvariant());
   TError outError;

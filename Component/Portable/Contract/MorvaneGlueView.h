@@ -1,6 +1,7 @@
 // The contract class of a view.
 #pragma once
 
+#include <boost/shared_ptr.hpp>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -18,7 +19,7 @@ class CViewGlue : public IView {
   TError IView_GetMotherWindow(IWindow*& outWindow) override;
   TError IView_GetSuperView(IView*& out) override;
   TError IView_IsEffectivelyEnabled(TFlag& outEnabledFlag) override;
-  TError IView_SetParams(const TViewParams& params) override;
+  TError IView_SetParams(const TViewParams& clientsParams) override;
   TError IView_GetParams(TViewParams& params) override;
   TError IView_GetDebugName(char* out) override;
   TError IView_GetTooltipText(TChar* out) override;
@@ -29,6 +30,7 @@ class CViewGlue : public IView {
   TError IView_Release() override;
 
  protected:
+  virtual boost::shared_ptr<void> KeepAlive() const { return {}; }
   virtual bool CViewGlue_CheckInvariant() const = 0;
   virtual IViewBehavior* CViewGlue_GetBehavior() = 0;
   virtual IWindow* CViewGlue_GetMotherWindow() = 0;

@@ -287,28 +287,6 @@ bool CViewImpl::IsHit(const TPoint& point) const {
 
 // --- Parameters
 
-// The client's record may change during callbacks: what has been validated is what gets set.
-TError CViewImpl::IView_SetParams(const TViewParams& params) {
-  const TViewImplPtr keptAlive = fClientsViewReference;
-  const TViewParams stableParams = params;
-  return CViewGlue::IView_SetParams(stableParams);
-}
-
-TError CViewImpl::IView_SetTooltipText(const TChar* text) {
-  const TViewImplPtr keptAlive = fClientsViewReference;
-  return CViewGlue::IView_SetTooltipText(text);
-}
-
-TError CViewImpl::IView_Offset(std::int32_t dx, std::int32_t dy) {
-  const TViewImplPtr keptAlive = fClientsViewReference;
-  return CViewGlue::IView_Offset(dx, dy);
-}
-
-TError CViewImpl::IView_GetSubViewOrder(IViewListReceiver& out) {
-  const TViewImplPtr keptAlive = fClientsViewReference;
-  return CViewGlue::IView_GetSubViewOrder(out);
-}
-
 void CViewImpl::CViewGlue_SetParams(const TViewParams& params) {
   // A behaviour that hears of the change may set the flags itself. It has the last word, so this call writes
   // only those that it changes.

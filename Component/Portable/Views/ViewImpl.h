@@ -4,7 +4,8 @@
 // IView_Release; after that it may stay alive behind its subviews, but every walk passes it over.
 //
 // Whatever calls a behaviour may come back to a tree that has changed: views released, made or reordered. So
-// a walk goes over shared pointers that it took beforehand, and an operation keeps its own view alive.
+// a walk goes over shared pointers that it took beforehand; the client's operations keep their view alive
+// (MorvaneGlueContract.h).
 //
 //   ViewImpl.cpp              life, parameters, enabling, tooltips, hit test
 //   ViewImplInvalidation.cpp  bounds, invalidation, moving
@@ -126,14 +127,8 @@ class CViewImpl : public CViewGlue {
   // What has to be drawn, left alone. Null but in the permanent modes.
   const CRegion* GetDirtyRegion() const { return fCollapsedDirtyRegion.get(); }
 
-  // --- Contract members that behaviours can end the view from: they keep it to their end
-
-  TError IView_SetParams(const TViewParams& params) override;
-  TError IView_SetTooltipText(const TChar* text) override;
-  TError IView_Offset(std::int32_t dx, std::int32_t dy) override;
-  TError IView_GetSubViewOrder(IViewListReceiver& out) override;
-
  protected:
+  boost::shared_ptr<void> KeepAlive() const override { return fClientsViewReference; }
   bool CViewGlue_CheckInvariant() const override;
   IViewBehavior* CViewGlue_GetBehavior() override;
   IWindow* CViewGlue_GetMotherWindow() override;

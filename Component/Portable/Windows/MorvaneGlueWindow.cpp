@@ -51,7 +51,7 @@ CWindowGlue::~CWindowGlue() {
 }
 
 TError CWindowGlue::IWindow_GetNativeWindow(TNativeWindow& outNativeWindow) {
-  MORVANE_REQUIRE("IWindow_GetNativeWindow()", CWindowGlue_CheckInvariant());
+  MORVANE_ENTER("IWindow_GetNativeWindow()", CWindowGlue_CheckInvariant());
   TError outError;
   CallHook(outError, [&] { outNativeWindow = CWindowGlue_GetNativeWindow(); });
   MORVANE_AFTER(CWindowGlue_CheckInvariant());
@@ -60,7 +60,7 @@ TError CWindowGlue::IWindow_GetNativeWindow(TNativeWindow& outNativeWindow) {
 }
 
 TError CWindowGlue::IWindow_GetOnDutyFocusView(IView*& out) {
-  MORVANE_REQUIRE("IWindow_GetOnDutyFocusView()", CWindowGlue_CheckInvariant());
+  MORVANE_ENTER("IWindow_GetOnDutyFocusView()", CWindowGlue_CheckInvariant());
   out = NULL;
   TError outError;
   CallHook(outError, [&] { out = CWindowGlue_GetOnDutyFocusView(); });
@@ -69,7 +69,7 @@ TError CWindowGlue::IWindow_GetOnDutyFocusView(IView*& out) {
 }
 
 TError CWindowGlue::IWindow_GetConceptualFocusView(IView*& out) {
-  MORVANE_REQUIRE("IWindow_GetConceptualFocusView()", CWindowGlue_CheckInvariant());
+  MORVANE_ENTER("IWindow_GetConceptualFocusView()", CWindowGlue_CheckInvariant());
   out = NULL;
   TError outError;
   CallHook(outError, [&] { out = CWindowGlue_GetConceptualFocusView(); });
@@ -78,7 +78,7 @@ TError CWindowGlue::IWindow_GetConceptualFocusView(IView*& out) {
 }
 
 TError CWindowGlue::IWindow_SetConceptualFocusView(IView* newConceptualFocusView) {
-  MORVANE_REQUIRE("IWindow_SetConceptualFocusView()", CWindowGlue_CheckInvariant());
+  MORVANE_ENTER("IWindow_SetConceptualFocusView()", CWindowGlue_CheckInvariant());
   MORVANE_REQUIRE("IWindow_SetConceptualFocusView()", ((newConceptualFocusView == NULL) || (GetMotherWindow(*newConceptualFocusView) == static_cast<IWindow*>(this))));
   // A client can implement IView too; such a view is none of the library's.
   CViewImpl* const viewImpl = dynamic_cast<CViewImpl*>(newConceptualFocusView);
@@ -93,7 +93,7 @@ TError CWindowGlue::IWindow_SetConceptualFocusView(IView* newConceptualFocusView
 }
 
 TError CWindowGlue::IWindow_GetTabViews(IViewListReceiver& out) {
-  MORVANE_REQUIRE("IWindow_GetTabViews()", CWindowGlue_CheckInvariant());
+  MORVANE_ENTER("IWindow_GetTabViews()", CWindowGlue_CheckInvariant());
   TError outError;
   CallHookForError(outError, [&] {
     const std::vector<CViewImpl*> viewImpls = CWindowGlue_GetTabViews();
@@ -105,7 +105,7 @@ TError CWindowGlue::IWindow_GetTabViews(IViewListReceiver& out) {
 }
 
 TError CWindowGlue::IWindow_SetTabViews(IView* const* tabViews, std::uint32_t count) {
-  MORVANE_REQUIRE("IWindow_SetTabViews()", CWindowGlue_CheckInvariant());
+  MORVANE_ENTER("IWindow_SetTabViews()", CWindowGlue_CheckInvariant());
   std::vector<CViewImpl*> viewImpls;
   bool areValid = false;
   TError outError;
@@ -125,7 +125,7 @@ TError CWindowGlue::IWindow_SetTabViews(IView* const* tabViews, std::uint32_t co
 }
 
 TError CWindowGlue::IWindow_GetRootView(IView*& outRootView) {
-  MORVANE_REQUIRE("IWindow_GetRootView()", CWindowGlue_CheckInvariant());
+  MORVANE_ENTER("IWindow_GetRootView()", CWindowGlue_CheckInvariant());
   outRootView = NULL;
   TError outError;
   CallHook(outError, [&] { outRootView = CWindowGlue_GetRootView(); });
@@ -135,7 +135,7 @@ TError CWindowGlue::IWindow_GetRootView(IView*& outRootView) {
 }
 
 TError CWindowGlue::IWindow_IsActive(TFlag& outActiveFlag) {
-  MORVANE_REQUIRE("IWindow_IsActive()", CWindowGlue_CheckInvariant());
+  MORVANE_ENTER("IWindow_IsActive()", CWindowGlue_CheckInvariant());
   TError outError;
   CallHook(outError, [&] { outActiveFlag = CWindowGlue_IsActive() ? 1 : 0; });
   MORVANE_AFTER(CWindowGlue_CheckInvariant());
@@ -143,7 +143,7 @@ TError CWindowGlue::IWindow_IsActive(TFlag& outActiveFlag) {
 }
 
 TError CWindowGlue::IWindow_GetFrameRect(TRect& out) {
-  MORVANE_REQUIRE("IWindow_GetFrameRect()", CWindowGlue_CheckInvariant());
+  MORVANE_ENTER("IWindow_GetFrameRect()", CWindowGlue_CheckInvariant());
   TError outError;
   CallHook(outError, [&] { out = CWindowGlue_GetFrameRect(); });
   MORVANE_AFTER(CWindowGlue_CheckInvariant());
@@ -151,7 +151,7 @@ TError CWindowGlue::IWindow_GetFrameRect(TRect& out) {
 }
 
 TError CWindowGlue::IWindow_FrameRectToClientRect(const TRect& in, TRect& out) {
-  MORVANE_REQUIRE("IWindow_FrameRectToClientRect()", CWindowGlue_CheckInvariant());
+  MORVANE_ENTER("IWindow_FrameRectToClientRect()", CWindowGlue_CheckInvariant());
   TError outError;
   CallHook(outError, [&] { out = CWindowGlue_FrameRectToClientRect(in); });
   MORVANE_AFTER(CWindowGlue_CheckInvariant());
@@ -159,7 +159,7 @@ TError CWindowGlue::IWindow_FrameRectToClientRect(const TRect& in, TRect& out) {
 }
 
 TError CWindowGlue::IWindow_ClientRectToFrameRect(const TRect& in, TRect& out) {
-  MORVANE_REQUIRE("IWindow_ClientRectToFrameRect()", CWindowGlue_CheckInvariant());
+  MORVANE_ENTER("IWindow_ClientRectToFrameRect()", CWindowGlue_CheckInvariant());
   TError outError;
   CallHook(outError, [&] { out = CWindowGlue_ClientRectToFrameRect(in); });
   MORVANE_AFTER(CWindowGlue_CheckInvariant());
@@ -167,7 +167,7 @@ TError CWindowGlue::IWindow_ClientRectToFrameRect(const TRect& in, TRect& out) {
 }
 
 TError CWindowGlue::IWindow_GetGlobalAlpha(std::uint8_t& outAlpha) {
-  MORVANE_REQUIRE("IWindow_GetGlobalAlpha()", CWindowGlue_CheckInvariant());
+  MORVANE_ENTER("IWindow_GetGlobalAlpha()", CWindowGlue_CheckInvariant());
   MORVANE_REQUIRE_TEXT("IWindow_GetGlobalAlpha()", "&outAlpha != NULL", IsThere(&outAlpha));
   TError outError;
   CallHook(outError, [&] { outAlpha = CWindowGlue_GetGlobalAlpha(); });
@@ -176,7 +176,7 @@ TError CWindowGlue::IWindow_GetGlobalAlpha(std::uint8_t& outAlpha) {
 }
 
 TError CWindowGlue::IWindow_SetGlobalAlpha(std::uint8_t alpha) {
-  MORVANE_REQUIRE("IWindow_SetGlobalAlpha()", CWindowGlue_CheckInvariant());
+  MORVANE_ENTER("IWindow_SetGlobalAlpha()", CWindowGlue_CheckInvariant());
   TError outError;
   CallHook(outError, [&] { CWindowGlue_SetGlobalAlpha(alpha); });
   MORVANE_AFTER(CWindowGlue_CheckInvariant());

@@ -1,6 +1,7 @@
 // The contract class of a window, of whatever kind.
 #pragma once
 
+#include <boost/shared_ptr.hpp>
 #include <cstdint>
 #include <vector>
 
@@ -31,6 +32,7 @@ class CWindowGlue : public IWindow {
 
  protected:
   // What is left of an object that has ended is this class, and unsound.
+  virtual boost::shared_ptr<void> KeepAlive() const { return {}; }
   virtual bool CWindowGlue_CheckInvariant() const { return false; }
   virtual TNativeWindow CWindowGlue_GetNativeWindow() = 0;
   virtual CViewImpl* CWindowGlue_GetOnDutyFocusView() = 0;

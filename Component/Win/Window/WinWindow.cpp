@@ -197,21 +197,6 @@ std::uint8_t CWinWindow::CWindowGlue_GetGlobalAlpha() { return fAlpha.Get(); }
 
 void CWinWindow::CWindowGlue_SetGlobalAlpha(std::uint8_t alpha) { fAlpha.Set(alpha); }
 
-TError CWinWindow::IWindow_SetConceptualFocusView(IView* newConceptualFocusView) {
-  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
-  return CWindowGlue::IWindow_SetConceptualFocusView(newConceptualFocusView);
-}
-
-TError CWinWindow::IWindow_GetTabViews(IViewListReceiver& out) {
-  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
-  return CWindowGlue::IWindow_GetTabViews(out);
-}
-
-TError CWinWindow::IWindow_SetGlobalAlpha(std::uint8_t alpha) {
-  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
-  return CWindowGlue::IWindow_SetGlobalAlpha(alpha);
-}
-
 // --- The window as its kind and its views see it
 
 TWindowStateRecord CWinWindow::GetWindowState() const {

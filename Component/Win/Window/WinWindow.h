@@ -134,9 +134,6 @@ class CWinWindow : public CWindowGlue,
 
   // --- Operations that behaviours can end the window from within: they keep it to their end
 
-  TError IWindow_SetConceptualFocusView(IView* newConceptualFocusView) override;
-  TError IWindow_GetTabViews(IViewListReceiver& out) override;
-  TError IWindow_SetGlobalAlpha(std::uint8_t alpha) override;
   TError IModalOwner_GetNativeWindow(TNativeWindow& out) override;
 
  protected:
@@ -144,6 +141,7 @@ class CWinWindow : public CWindowGlue,
   CWinWindow(IWindowHost* host, TWindowKind windowKind, IModalOwner* owner, DWORD style, DWORD exStyle,
              bool makeSizeGrip, bool listedInWindowMenu, bool hasCloseCommand);
 
+  boost::shared_ptr<void> KeepAlive() const override { return fClientsWindowReference; }
   bool CWindowGlue_CheckInvariant() const override;
   TNativeWindow CWindowGlue_GetNativeWindow() override;
   CViewImpl* CWindowGlue_GetOnDutyFocusView() override;

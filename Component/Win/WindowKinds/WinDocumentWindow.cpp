@@ -28,16 +28,6 @@ CDocumentWindowImpl::~CDocumentWindowImpl() {
   GetRegistry().CountDocumentWindow(-1);
 }
 
-TError CDocumentWindowImpl::IDocumentWindow_SetState(const TState& state) {
-  const boost::shared_ptr<CWinWindow> keepAlive = LockClientsWindowReference();
-  return CDocumentWindowGlue::IDocumentWindow_SetState(state);
-}
-
-TError CDocumentWindowImpl::IDocumentWindow_FocusNow() {
-  const boost::shared_ptr<CWinWindow> keepAlive = LockClientsWindowReference();
-  return CDocumentWindowGlue::IDocumentWindow_FocusNow();
-}
-
 bool CDocumentWindowImpl::OnMenuCommand(const TMenuCommandEvent& event) {
   const bool isTaken = OfferAlongFocusChain(
       GetFocusView(), TFocusWalk::kCommand, [&](IViewBehavior& behavior, TFlag& outHandled) {

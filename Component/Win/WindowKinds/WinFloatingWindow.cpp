@@ -22,14 +22,4 @@ CFloatingWindowImpl::CFloatingWindowImpl(IWindowHost* host, TStyleFlags styleFla
 
 CFloatingWindowImpl::~CFloatingWindowImpl() { EndKind(); }
 
-TError CFloatingWindowImpl::IFloatingWindow_SetState(const TState& state) {
-  const boost::shared_ptr<CWinWindow> keepAlive = LockClientsWindowReference();
-  return CFloatingWindowGlue::IFloatingWindow_SetState(state);
-}
-
-TError CFloatingWindowImpl::IFloatingWindow_FocusNow() {
-  const boost::shared_ptr<CWinWindow> keepAlive = LockClientsWindowReference();
-  return CFloatingWindowGlue::IFloatingWindow_FocusNow();
-}
-
 }  // namespace NSMorvane

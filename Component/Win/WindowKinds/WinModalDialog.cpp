@@ -22,14 +22,4 @@ CModalDialogImpl::CModalDialogImpl(IWindowHost* host, IModalOwner* owner, TStyle
 
 CModalDialogImpl::~CModalDialogImpl() { EndKind(); }
 
-TError CModalDialogImpl::IModalDialog_SetState(const TState& state) {
-  const boost::shared_ptr<CWinWindow> keepAlive = LockClientsWindowReference();
-  return CModalDialogGlue::IModalDialog_SetState(state);
-}
-
-TError CModalDialogImpl::IModalDialog_FocusNow() {
-  const boost::shared_ptr<CWinWindow> keepAlive = LockClientsWindowReference();
-  return CModalDialogGlue::IModalDialog_FocusNow();
-}
-
 }  // namespace NSMorvane

@@ -22,14 +22,4 @@ CModelessDialogImpl::CModelessDialogImpl(IWindowHost* host, TStyleFlags styleFla
 
 CModelessDialogImpl::~CModelessDialogImpl() { EndKind(); }
 
-TError CModelessDialogImpl::IModelessDialog_SetState(const TState& state) {
-  const boost::shared_ptr<CWinWindow> keepAlive = LockClientsWindowReference();
-  return CModelessDialogGlue::IModelessDialog_SetState(state);
-}
-
-TError CModelessDialogImpl::IModelessDialog_FocusNow() {
-  const boost::shared_ptr<CWinWindow> keepAlive = LockClientsWindowReference();
-  return CModelessDialogGlue::IModelessDialog_FocusNow();
-}
-
 }  // namespace NSMorvane

@@ -10,7 +10,36 @@
 
 namespace NSMorvane {
 
-// TKind names the classes of a kind, the operations of its behaviour, and the kind itself for the log.
+// T<Name>Kind: what a kind calls its classes, the operations of its behaviour, and itself in the log. `Name`
+// is what its names have in common.
+#define MORVANE_WINDOW_KIND(Name, nameInLog)                                                              \
+  struct T##Name##Kind {                                                                                  \
+    using TGlue = C##Name##Glue;                                                                          \
+    using TInterface = I##Name;                                                                           \
+    using TBehavior = I##Name##Behavior;                                                                  \
+    using TState = T##Name##State;                                                                        \
+    static constexpr const char* kNameInLog = nameInLog;                                                  \
+    static constexpr auto kOnClientSizeChanged = &TBehavior::I##Name##Behavior_OnClientSizeChanged;       \
+    static constexpr auto kOnPlacementChanged = &TBehavior::I##Name##Behavior_OnPlacementChanged;         \
+    static constexpr auto kOnActivationChanged = &TBehavior::I##Name##Behavior_OnActivationChanged;       \
+    static constexpr auto kHandleKeyDown = &TBehavior::I##Name##Behavior_HandleKeyDown;                   \
+    static constexpr auto kOnKeyboardFocusChanged = &TBehavior::I##Name##Behavior_OnKeyboardFocusChanged; \
+    static constexpr auto kOnSetupMenuBar = &TBehavior::I##Name##Behavior_OnSetupMenuBar;                 \
+    static constexpr auto kOnHelpRequested = &TBehavior::I##Name##Behavior_OnHelpRequested;               \
+    static constexpr auto kOnRequestClose = &TBehavior::I##Name##Behavior_OnRequestClose;                 \
+  }
+
+// In the class of a kind: the hooks of its contract class, which lead to CWinWindowKind. A kind that can own
+// modal dialogs adds GetModalOwner.
+#define MORVANE_WINDOW_KIND_HOOKS(Name)                                              \
+  bool C##Name##Glue_CheckInvariant() const override { return CheckInvariant(); }    \
+  TState C##Name##Glue_GetState() override { return GetKindState(); }                \
+  void C##Name##Glue_SetState(const TState& state) override { SetKindState(state); } \
+  IWindow* C##Name##Glue_GetWindow() override { return this; }                       \
+  void C##Name##Glue_FocusNow() override { FocusNow(); }                             \
+  TBehavior* C##Name##Glue_GetBehavior() override { return GetKindBehavior(); }      \
+  void C##Name##Glue_Release() override { ReleaseWindow(); }
+
 template <class TKind>
 class CWinWindowKind : public CWinWindow, public TKind::TGlue {
  public:
@@ -31,6 +60,9 @@ class CWinWindowKind : public CWinWindow, public TKind::TGlue {
                  bool makeSizeGrip, bool listedInWindowMenu, bool hasCloseCommand)
       : CWinWindow(host, windowKind, owner, style, exStyle, makeSizeGrip, listedInWindowMenu,
                    hasCloseCommand) {}
+
+  // For both contract classes of the object.
+  boost::shared_ptr<void> KeepAlive() const override { return CWinWindow::KeepAlive(); }
 
   // What the destructor of every kind does first: the behaviour goes while all of the window still stands.
   void EndKind() {
