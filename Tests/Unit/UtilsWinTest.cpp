@@ -44,11 +44,13 @@ TEST_F(UtilsWin, FailedCallsBecomeLinesAndExceptions) {
                                         {0x80070005, "2147942405", kOtherError},
                                         {0, "", kOK}}) {
     SetLastError(code);
-    EXPECT_EQ(error, ErrorOf([] { ThrowLastError("a.cpp", 7); })) << code;
+    EXPECT_EQ(error, ErrorOf([] { CheckLastError("a.cpp", 7); })) << code;
     const std::string line =
         "Windows error " + name + " at: a.cpp(7); [Morvane] Exception thrown at Component/Win/";
     EXPECT_TRUE(code == 0 ? fOutput.fLines.empty() : TakeLines().starts_with(line));
   }
+  SetLastError(0);
+  EXPECT_EQ(kOtherError, ErrorOf([] { MORVANE_THROW_LAST_ERROR(); }));
 }
 
 TEST_F(UtilsWin, PopupsAreCentredOnTheFrontmostSuitableWindow) {

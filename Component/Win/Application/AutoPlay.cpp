@@ -13,10 +13,7 @@ TError CAutoPlay::Suppress(TAutoPlayCommand command) {
       return ErrorOf([this] {
         if (fAutoPlaySuppressCount == 0 && fRegisteredAutoPlayMessage == 0) {
           fRegisteredAutoPlayMessage = ::RegisterWindowMessageW(L"QueryCancelAutoPlay");
-          if (fRegisteredAutoPlayMessage == 0) {
-            MORVANE_THROW_LAST_ERROR();
-            MORVANE_THROW(std::exception());
-          }
+          if (fRegisteredAutoPlayMessage == 0) MORVANE_THROW_LAST_ERROR();
         }
         ++fAutoPlaySuppressCount;
       });

@@ -121,7 +121,7 @@ void CMorvaneImpl::CMorvaneGlue_SetDebugSettings(const TDebugSettings& settings)
     // These two show on what is on the screen already.
     for (const boost::shared_ptr<CWinWindow>& window : fWindows->GetWindows()) {
       RECT client = {};
-      if (!::GetClientRect(window->GetHwnd(), &client)) MORVANE_THROW_LAST_ERROR();
+      if (!::GetClientRect(window->GetHwnd(), &client)) MORVANE_CHECK_LAST_ERROR();
       window->InvalidateRect(FromNative(client));
     }
   }

@@ -85,9 +85,7 @@ void CMorvaneImpl::CMorvaneGlue_PostAppMessage(std::uint32_t a, std::uint32_t b)
   const HWND hwnd = fMessageTarget.GetHwnd();
   MORVANE_ASSERT_TEXT("NULL != fMessageWindow", hwnd != nullptr);
   if (!hwnd) MORVANE_THROW(std::exception());
-  if (!::PostMessageW(hwnd, kMsgAppMessage, a, static_cast<LPARAM>(b))) {
-    MORVANE_THROW_LAST_ERROR();
-  }
+  if (!::PostMessageW(hwnd, kMsgAppMessage, a, static_cast<LPARAM>(b))) MORVANE_CHECK_LAST_ERROR();
 }
 
 }  // namespace NSMorvane

@@ -81,7 +81,7 @@ TMouseState CMorvaneImpl::CMorvaneGlue_SampleMouseState(IWindow* window) {
     state.fPosition = {kUnknownPosition, kUnknownPosition};
     return state;
   }
-  if (window && !ScreenToClient(HwndOf(*window), &position)) MORVANE_THROW_LAST_ERROR();
+  if (window && !ScreenToClient(HwndOf(*window), &position)) MORVANE_CHECK_LAST_ERROR();
   state.fPosition = FromNative(position);
   return state;
 }
@@ -102,7 +102,7 @@ void CMorvaneImpl::CMorvaneGlue_RequestMouseShapeArbitration() {
   if (!GetCursorPos(&cursor)) return;
   for (const boost::shared_ptr<CWinWindow>& window : fWindows->GetVisibleWindowsZ()) {
     RECT rect = {};
-    if (!GetWindowRect(window->GetHwnd(), &rect)) MORVANE_THROW_LAST_ERROR();
+    if (!GetWindowRect(window->GetHwnd(), &rect)) MORVANE_CHECK_LAST_ERROR();
     if (!PtInRect(&rect, cursor)) continue;
     refresh(*window);
     return;

@@ -19,7 +19,7 @@ bool TrackPopupItems(IMorvane& morvane, const std::vector<TMenuItem>& items, IWi
   MORVANE_CHECK(window.IWindow_GetNativeWindow(nativeWindow));
   MORVANE_ASSERT(0!=nativeWindow.fHwnd);
   POINT place = ToNative(point);
-  if (!::ClientToScreen(nativeWindow.fHwnd, &place)) MORVANE_THROW_LAST_ERROR();
+  if (!::ClientToScreen(nativeWindow.fHwnd, &place)) MORVANE_CHECK_LAST_ERROR();
 
   std::vector<CMenuItem> resultMenuItemList;
   CMenuBuilder bar(resultMenuItemList, kFirstPopupCommand);

@@ -135,7 +135,7 @@ CClientContext::CClientContext(HWND hwnd) : fHwnd(hwnd) {
   MORVANE_ASSERT(hwnd !=0);
   MORVANE_ASSERT(::IsWindow(fHwnd));
   const HDC hdc = GetDC(hwnd);
-  if (!hdc) MORVANE_THROW_LAST_ERROR();
+  if (!hdc) MORVANE_CHECK_LAST_ERROR();
   Attach(hdc);
 }
 
@@ -149,10 +149,7 @@ CClientContext::~CClientContext() {
 // --- CPaintContext
 
 CPaintContext::CBracket::CBracket(HWND hwnd) : fHwnd(hwnd), fIsOpen(true), fPaintStruct() {
-  if (!BeginPaint(fHwnd, &fPaintStruct)) {
-    MORVANE_THROW_LAST_ERROR();
-    MORVANE_THROW(std::exception());
-  }
+  if (!BeginPaint(fHwnd, &fPaintStruct)) MORVANE_THROW_LAST_ERROR();
 }
 
 void CPaintContext::CBracket::End() {
@@ -176,7 +173,7 @@ CPaintContext::~CPaintContext() {
 COffscreenSurface::COffscreenSurface(HDC target, const TSize& size, int bitDepth)
     : fSize(size), fBitDepth(bitDepth) {
   const HDC hdc = CreateCompatibleDC(target);
-  if (!hdc) MORVANE_THROW_LAST_ERROR();
+  if (!hdc) MORVANE_CHECK_LAST_ERROR();
   fContext.Attach(hdc);
 
   BITMAPINFO info = {};
@@ -187,7 +184,7 @@ COffscreenSurface::COffscreenSurface(HDC target, const TSize& size, int bitDepth
   info.bmiHeader.biBitCount = static_cast<WORD>(bitDepth);
   info.bmiHeader.biCompression = BI_RGB;
   fDIB.Reset(CreateDIBSection(target, &info, DIB_RGB_COLORS, &fPixels, nullptr, 0));
-  if (!fDIB.Get()) MORVANE_THROW_LAST_ERROR();
+  if (!fDIB.Get()) MORVANE_CHECK_LAST_ERROR();
   fOldBitmap = static_cast<HBITMAP>(SelectObject(hdc, fDIB.Get()));
   if (!fOldBitmap) MORVANE_THROW(std::exception());
 

@@ -39,7 +39,7 @@ const MSG* TakeDispatchedMessage(const TWinMessage& message) {
 
 bool IsMouseOverWindow(HWND hwnd, const TPoint& point) {
   POINT screenPoint = ToNative(point);
-  if (!ClientToScreen(hwnd, &screenPoint)) MORVANE_THROW_LAST_ERROR();
+  if (!ClientToScreen(hwnd, &screenPoint)) MORVANE_CHECK_LAST_ERROR();
   HWND windowUnderPoint = WindowFromPoint(screenPoint);
   while (windowUnderPoint && (GetWindowLongW(windowUnderPoint, GWL_STYLE) & WS_CHILD))
     windowUnderPoint = GetParent(windowUnderPoint);
@@ -48,7 +48,7 @@ bool IsMouseOverWindow(HWND hwnd, const TPoint& point) {
 
 TPoint ScreenToClientChecked(HWND hwnd, const TPoint& point) {
   POINT result = ToNative(point);
-  if (!ScreenToClient(hwnd, &result)) MORVANE_THROW_LAST_ERROR();
+  if (!ScreenToClient(hwnd, &result)) MORVANE_CHECK_LAST_ERROR();
   return FromNative(result);
 }
 

@@ -68,16 +68,13 @@ HMODULE OwnModule() {
   static const char anchor = 0;
   HMODULE module = nullptr;
   const DWORD flags = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
-  if (!GetModuleHandleExW(flags, reinterpret_cast<LPCWSTR>(&anchor), &module)) MORVANE_THROW_LAST_ERROR();
+  if (!GetModuleHandleExW(flags, reinterpret_cast<LPCWSTR>(&anchor), &module)) MORVANE_CHECK_LAST_ERROR();
   return module;
 }
 
 std::unique_ptr<IMouseShape> LoadShape(HMODULE module, WORD id) {
   const HANDLE cursor = LoadImageW(module, MAKEINTRESOURCEW(id), IMAGE_CURSOR, 0, 0, LR_SHARED);
-  if (!cursor) {
-    MORVANE_THROW_LAST_ERROR();
-    MORVANE_THROW(std::exception());  // it was refused without an error of the system
-  }
+  if (!cursor) MORVANE_THROW_LAST_ERROR();
   auto shape = std::make_unique<CMouseShapeImpl>(static_cast<HCURSOR>(cursor));
   MORVANE_ASSERT_TEXT("IMouseShape_CheckInvariant()", shape->IMouseShape_CheckInvariant() != 0);
   return shape;

@@ -41,7 +41,7 @@ CFileMapping::CFileMapping(const TString& name, std::uint32_t size)
     : fName(name),
       fHandle(::CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE | SEC_COMMIT, 0, size,
                                    WinText(fName))) {
-  if (!fHandle) MORVANE_THROW_LAST_ERROR();
+  if (!fHandle) MORVANE_CHECK_LAST_ERROR();
 }
 
 CFileMapping::CFileMapping(const TString& name) : fName(name), fHandle(nullptr) {
@@ -53,7 +53,7 @@ CFileMapping::CFileMapping(const TString& name) : fName(name), fHandle(nullptr) 
       ::SetLastError(error);
     }
   }
-  if (!fHandle) MORVANE_THROW_LAST_ERROR();
+  if (!fHandle) MORVANE_CHECK_LAST_ERROR();
 }
 
 CFileMapping::~CFileMapping() {
@@ -63,7 +63,7 @@ CFileMapping::~CFileMapping() {
 
 CFileMappingView::CFileMappingView(const CFileMapping& mapping)
     : fMapping(mapping), fAddress(::MapViewOfFile(fMapping.GetHandle(), FILE_MAP_ALL_ACCESS, 0, 0, 0)) {
-  if (!fAddress) MORVANE_THROW_LAST_ERROR();
+  if (!fAddress) MORVANE_CHECK_LAST_ERROR();
 }
 
 CFileMappingView::~CFileMappingView() {

@@ -18,7 +18,7 @@ namespace NSMorvane {
 // What a process posts to the main thread of the first one: a command line waits.
 constexpr UINT kMsgSecondInstance = 1135;
 
-// A named piece of memory that processes share. What fails goes to ThrowLastError.
+// A named piece of memory that processes share. What fails goes to CheckLastError.
 class CFileMapping {
  public:
   // Creates it, or opens it if it is already there.

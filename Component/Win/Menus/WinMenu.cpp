@@ -85,13 +85,13 @@ CMenuBuilder::CMenuBuilder(CMenuBuilder& parent, HMENU popup)
 // The builder counts by itself and tells the system nothing twice: counting and enabling by the system for
 // each of the items would take as many calls again as adding them.
 void CMenuBuilder::Append(UINT nativeFlags, UINT_PTR commandOrSubmenu, const TString& text) {
-  if (!AppendMenuW(GetHandle(), nativeFlags, commandOrSubmenu, WinText(text))) MORVANE_THROW_LAST_ERROR();
+  if (!AppendMenuW(GetHandle(), nativeFlags, commandOrSubmenu, WinText(text))) MORVANE_CHECK_LAST_ERROR();
   ++fNativeItemCount;
 }
 
 void CMenuBuilder::FlushSeparator() {
   if (!std::exchange(fSeparatorPending, false)) return;
-  if (!AppendMenuW(GetHandle(), MF_SEPARATOR, 0, nullptr)) MORVANE_THROW_LAST_ERROR();
+  if (!AppendMenuW(GetHandle(), MF_SEPARATOR, 0, nullptr)) MORVANE_CHECK_LAST_ERROR();
   ++fNativeItemCount;
 }
 
@@ -100,7 +100,7 @@ void CMenuBuilder::EnablePath() {
     const CMenuBuilder& parent = *level->fParent;
     // The submenu that is being filled is always the last item.
     if (EnableMenuItem(parent.GetHandle(), parent.fNativeItemCount - 1, MF_BYPOSITION | MF_ENABLED) == -1)
-      MORVANE_THROW_LAST_ERROR();
+      MORVANE_CHECK_LAST_ERROR();
     level->fIsEnabled = true;
   }
 }
@@ -178,7 +178,7 @@ HACCEL MakeAcceleratorTable(const std::vector<CMenuItem>& items, UINT firstComma
   }
   if (accelerators.empty()) return nullptr;
   const HACCEL table = CreateAcceleratorTableW(accelerators.data(), static_cast<int>(accelerators.size()));
-  if (!table) MORVANE_THROW_LAST_ERROR();
+  if (!table) MORVANE_CHECK_LAST_ERROR();
   return table;
 }
 

@@ -1,7 +1,7 @@
 // Native menus out of the portable descriptions of a client: the menus, the builder of one level of them,
 // texts with mnemonics, accelerator tables.
 //
-// All of it belongs to the main thread. A failed call of the system goes through ThrowLastError.
+// All of it belongs to the main thread. A failed call of the system goes through CheckLastError.
 #pragma once
 
 #include <windows.h>

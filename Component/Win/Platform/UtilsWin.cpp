@@ -135,7 +135,7 @@ std::string HandleText(const void* handle) {
 
 // --- Failed system calls
 
-void ThrowLastError(const char* file, std::int32_t line) {
+void CheckLastError(const char* file, std::int32_t line) {
   const DWORD code = GetLastError();
   const auto print = [&](const std::string& name) {
     DebugPrint("Windows error " + name + " at: " + file + "(" + NumberText(line) + ")");
@@ -163,7 +163,7 @@ void ThrowLastError(const char* file, std::int32_t line) {
 WINDOWPLACEMENT GetPlacement(HWND hWnd) {
   WINDOWPLACEMENT wp = {};
   wp.length = sizeof(wp);
-  if (!GetWindowPlacement(hWnd, &wp)) MORVANE_THROW_LAST_ERROR();
+  if (!GetWindowPlacement(hWnd, &wp)) MORVANE_CHECK_LAST_ERROR();
   return wp;
 }
 
@@ -171,7 +171,7 @@ void SetPlacement(HWND hWnd, const WINDOWPLACEMENT& wp) {
   MORVANE_ASSERT(wp.length == sizeof(WINDOWPLACEMENT));
   MORVANE_ASSERT(wp.rcNormalPosition.left < wp.rcNormalPosition.right);
   MORVANE_ASSERT(wp.rcNormalPosition.top < wp.rcNormalPosition.bottom);
-  if (!SetWindowPlacement(hWnd, &wp)) MORVANE_THROW_LAST_ERROR();
+  if (!SetWindowPlacement(hWnd, &wp)) MORVANE_CHECK_LAST_ERROR();
 }
 
 bool IsWindowMinimized(HWND hWnd) {

@@ -46,8 +46,9 @@ inline TSize FromNative(const SIZE& s) { return TSize{s.cx, s.cy}; }
 
 // Turns GetLastError() into a log line with the given position and an exception: std::bad_alloc for the two
 // codes of memory shortage, std::exception for all others. Returns, in silence, when the last error is 0; the
-// caller then goes on as if its call had worked. Nothing may run between the failed call and this one.
-void ThrowLastError(const char* file, std::int32_t line);
+// caller then goes on as if its call had worked. Nothing may run between the failed call and this one. With
+// MORVANE_CHECK_LAST_ERROR the position is that of the caller.
+void CheckLastError(const char* file, std::int32_t line);
 
 // --- Windows
 
@@ -99,4 +100,7 @@ bool DescribeMonitors(const std::vector<HMONITOR>& monitorVector, TMonitorList& 
 
 }  // namespace NSMorvane
 
-#define MORVANE_THROW_LAST_ERROR() ::NSMorvane::ThrowLastError(__FILE__, __LINE__)
+#define MORVANE_CHECK_LAST_ERROR() ::NSMorvane::CheckLastError(__FILE__, __LINE__)
+
+// The same for a caller that cannot go on: without an error of the system it is std::exception.
+#define MORVANE_THROW_LAST_ERROR() (MORVANE_CHECK_LAST_ERROR(), MORVANE_THROW(std::exception()))

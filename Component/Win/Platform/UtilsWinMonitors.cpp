@@ -43,7 +43,7 @@ bool DescribeMonitors(const std::vector<HMONITOR>& monitorVector, TMonitorList& 
     if (outMonitors.fMonitorCount >= kMaxMonitors) break;
     MONITORINFOEXW info = {};
     info.cbSize = sizeof(info);
-    if (!GetMonitorInfoW(handle, &info)) MORVANE_THROW_LAST_ERROR();
+    if (!GetMonitorInfoW(handle, &info)) MORVANE_CHECK_LAST_ERROR();
     if (info.dwFlags & MONITORINFOF_PRIMARY) outMonitors.fMainMonitorIndex = outMonitors.fMonitorCount;
 
     TMonitor& monitor = outMonitors.fMonitors[outMonitors.fMonitorCount];

@@ -19,7 +19,6 @@ using NSTextPackage::TString;
 
 [[noreturn]] void ThrowSystemError() {
   MORVANE_THROW_LAST_ERROR();
-  MORVANE_THROW(std::exception());
 }
 
 // --- Formats
@@ -179,7 +178,7 @@ bool IsFormatOnClipboard(const TClipboardFormat& format, HWND owner) {
     SetLastError(ERROR_SUCCESS);
     onClipboard = EnumClipboardFormats(onClipboard);
   } while (onClipboard != 0 && onClipboard != number);
-  if (onClipboard == 0) MORVANE_THROW_LAST_ERROR();
+  if (onClipboard == 0) MORVANE_CHECK_LAST_ERROR();
   return onClipboard == number;
 }
 

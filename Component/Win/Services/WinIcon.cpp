@@ -47,7 +47,6 @@ class CLoadedLibrary : CNotCopied {
  private:
   [[noreturn]] static void ThrowLastSystemError() {
     MORVANE_THROW_LAST_ERROR();
-    MORVANE_THROW(std::exception());
   }
 
   HMODULE fModule;
@@ -82,7 +81,6 @@ HICON LoadBuiltInIcon(std::uint32_t icon, int size) {
     MORVANE_UNREACHED();
     SetLastError(error);
     MORVANE_THROW_LAST_ERROR();
-    MORVANE_THROW(std::exception());
   }
   return result;
 }
@@ -266,7 +264,6 @@ std::uint32_t ColorWord(const std::uint8_t* pixel) {
 
 [[noreturn]] void ThrowSystemError() {
   MORVANE_THROW_LAST_ERROR();
-  MORVANE_THROW(std::exception());
 }
 
 // A bitmap that is drawn into, or whose pixels are set one by one.

@@ -56,7 +56,7 @@ CWinWindow::CWinWindow(IWindowHost* host, TWindowKind windowKind, IModalOwner* o
     MakeRootView();
     fPlacement.TakeInitialState();
     fTimerID = SetTimer(fHwnd, 0, kTimerMS, nullptr);
-    if (!fTimerID) MORVANE_THROW_LAST_ERROR();
+    if (!fTimerID) MORVANE_CHECK_LAST_ERROR();
     if (fWindowKind == kWindowKindDocument) DragAcceptFiles(fHwnd, TRUE);
   } catch (...) {
     DismantleNativeWindow();
@@ -87,7 +87,6 @@ void CWinWindow::MakeNativeWindow(DWORD style, DWORD exStyle, bool makeSizeGrip)
     fHwnd = nullptr;
     SetLastError(error);
     MORVANE_THROW_LAST_ERROR();
-    MORVANE_THROW(std::exception());  // the window was refused without an error of the system
   }
   RegisterHwnd(fHwnd);
   SendMessageW(fHwnd, WM_SETFONT, reinterpret_cast<WPARAM>(GetDefaultFont()), FALSE);
@@ -273,7 +272,7 @@ void CWinWindow::Show() {
   const BOOL previouslyVisible = ShowWindow(fHwnd, showCommand);
   MORVANE_ASSERT(!previouslyVisible);
   if (isReleased()) return;
-  if (!UpdateWindow(fHwnd)) MORVANE_THROW_LAST_ERROR();
+  if (!UpdateWindow(fHwnd)) MORVANE_CHECK_LAST_ERROR();
   if (isReleased()) return;
   // A dialog that blocks the application may have taken it out of the way: it comes back with the others.
   if (fWindowKind == kWindowKindFloating && fBlocking->IsAppBlocked() && !IsVisible()) return;

@@ -21,7 +21,7 @@ void CWinWindowAlpha::Set(std::uint8_t alpha) {
     SetWindowLongPtrW(fWindow.fHwnd, GWL_EXSTYLE, newStyle);
     if (GetWindowLongPtrW(fWindow.fHwnd, GWL_EXSTYLE) != newStyle) MORVANE_THROW(std::exception());
   }
-  if (wanted && !SetLayeredWindowAttributes(fWindow.fHwnd, 0, alpha, LWA_ALPHA)) MORVANE_THROW_LAST_ERROR();
+  if (wanted && !SetLayeredWindowAttributes(fWindow.fHwnd, 0, alpha, LWA_ALPHA)) MORVANE_CHECK_LAST_ERROR();
   fAlpha = alpha;
 }
 

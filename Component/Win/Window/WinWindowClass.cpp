@@ -55,7 +55,7 @@ CWindowClass::CWindowClass(const TString& name, WNDPROC procedure, HICON icon) :
   windowClass.hIconSm = icon;
   windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   windowClass.lpszClassName = WinText(fName);
-  if (!RegisterClassExW(&windowClass)) MORVANE_THROW_LAST_ERROR();
+  if (!RegisterClassExW(&windowClass)) MORVANE_CHECK_LAST_ERROR();
   fRefCount = 1;
 }
 

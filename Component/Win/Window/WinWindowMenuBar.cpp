@@ -65,7 +65,7 @@ void DestroyAndThrow(HMENU menu) {
   const DWORD error = GetLastError();
   DestroyMenu(menu);
   SetLastError(error);
-  MORVANE_THROW_LAST_ERROR();
+  MORVANE_CHECK_LAST_ERROR();
 }
 
 }  // namespace
@@ -142,7 +142,7 @@ bool CWinWindowMenuBar::TranslateShortcut(const MSG& message) const {
 
 void CWinWindowMenuBar::SetShortcuts(HACCEL table) {
   const HACCEL old = std::exchange(fShortcuts, table);
-  if (old && !DestroyAcceleratorTable(old)) MORVANE_THROW_LAST_ERROR();
+  if (old && !DestroyAcceleratorTable(old)) MORVANE_CHECK_LAST_ERROR();
 }
 
 // --- Exchange

@@ -73,7 +73,7 @@ void CWinWindowMouse::ArmLeave() {
   request.cbSize = sizeof(request);
   request.dwFlags = TME_LEAVE;
   request.hwndTrack = fWindow.fHwnd;
-  if (!TrackMouseEvent(&request)) MORVANE_THROW_LAST_ERROR();
+  if (!TrackMouseEvent(&request)) MORVANE_CHECK_LAST_ERROR();
   fIsLeaveArmed = true;
 }
 

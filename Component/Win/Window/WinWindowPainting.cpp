@@ -103,7 +103,7 @@ void CWinWindowPainting::PaintOn(CPaintContext& target) {
 
 void CWinWindowPainting::FillBackground(COffscreenContext& buffer) {
   RECT clientRect;
-  if (!GetClientRect(fWindow.fHwnd, &clientRect)) MORVANE_THROW_LAST_ERROR();
+  if (!GetClientRect(fWindow.fHwnd, &clientRect)) MORVANE_CHECK_LAST_ERROR();
   FillRect(buffer.GetBuffer().GetHDC(), &clientRect, GetSysColorBrush(BackgroundColor(fWindow.fWindowKind)));
 }
 

@@ -22,7 +22,7 @@ TNativePlacement PlacementFromNative(const WINDOWPLACEMENT& wp) {
 
 TSize CWinWindowPlacement::GetClientSize() const {
   RECT client = {};
-  if (!GetClientRect(fWindow.fHwnd, &client)) MORVANE_THROW_LAST_ERROR();
+  if (!GetClientRect(fWindow.fHwnd, &client)) MORVANE_CHECK_LAST_ERROR();
   return {client.right, client.bottom};
 }
 
@@ -52,7 +52,7 @@ TFrameInsets CWinWindowPlacement::GetFrameInsets() const {
 TRect CWinWindowPlacement::GetFrameRect() const {
   const WINDOWPLACEMENT wp = GetPlacement(fWindow.fHwnd);
   RECT rect = wp.rcNormalPosition;
-  if (wp.showCmd == SW_SHOWMAXIMIZED && !GetWindowRect(fWindow.fHwnd, &rect)) MORVANE_THROW_LAST_ERROR();
+  if (wp.showCmd == SW_SHOWMAXIMIZED && !GetWindowRect(fWindow.fHwnd, &rect)) MORVANE_CHECK_LAST_ERROR();
   return FromNative(rect);
 }
 
@@ -293,7 +293,7 @@ bool CWinWindowPlacement::MaximizeWithinLimits() {
 
 void CWinWindowPlacement::SetNativeTitle(const TString& text) {
   if (fWindow.IsVisible()) PumpPaintMessages();
-  if (!SetWindowTextW(fWindow.fHwnd, WinText(text))) MORVANE_THROW_LAST_ERROR();
+  if (!SetWindowTextW(fWindow.fHwnd, WinText(text))) MORVANE_CHECK_LAST_ERROR();
 }
 
 }  // namespace NSMorvane

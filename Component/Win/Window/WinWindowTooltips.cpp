@@ -119,10 +119,7 @@ void CWinWindowTooltips::CreateControl(bool isMouseCaptured) {
       CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP,
                       CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, fWindow.fHwnd, nullptr,
                       GetModuleHandleW(nullptr), nullptr);
-  if (!tooltip) {
-    MORVANE_THROW_LAST_ERROR();
-    MORVANE_THROW(std::exception());
-  }
+  if (!tooltip) MORVANE_THROW_LAST_ERROR();
   fTooltipHwnd = tooltip;
   gTooltipWindows.push_back(tooltip);
   SetWindowPos(tooltip, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
