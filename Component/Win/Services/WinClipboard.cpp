@@ -17,10 +17,6 @@ namespace {
 
 using NSTextPackage::TString;
 
-[[noreturn]] void ThrowSystemError() {
-  MORVANE_THROW_LAST_ERROR();
-}
-
 // --- Formats
 
 struct TKnownFormat {
@@ -41,7 +37,7 @@ UINT NumberOfFormat(const TClipboardFormat& format) {
                                   [&](const TKnownFormat& row) { return row.fTag == tag; });
   if (known != std::end(kKnownFormats)) return known->fNumber;
   const UINT number = RegisterClipboardFormatW(WinText(u"SMUGGLER_" + NSTextPackage::ASCIIToString(tag, 0)));
-  if (number == 0) ThrowSystemError();
+  if (number == 0) MORVANE_THROW_LAST_ERROR();
   return number;
 }
 
@@ -50,7 +46,7 @@ UINT NumberOfFormat(const TClipboardFormat& format) {
 class CClipboardOpener : CNotCopied {
  public:
   explicit CClipboardOpener(HWND owner) {
-    if (!OpenClipboard(owner)) ThrowSystemError();
+    if (!OpenClipboard(owner)) MORVANE_THROW_LAST_ERROR();
   }
   ~CClipboardOpener() {
     const BOOL okFlag = CloseClipboard();
@@ -63,7 +59,7 @@ class CGlobalBuffer : CNotCopied {
  public:
   explicit CGlobalBuffer(std::size_t size)
       : fGlobalData(GlobalAlloc(GMEM_MOVEABLE, size)), fLockedData(nullptr) {
-    if (!fGlobalData) ThrowSystemError();
+    if (!fGlobalData) MORVANE_THROW_LAST_ERROR();
     const std::size_t actualSize = GlobalSize(fGlobalData);
     MORVANE_ASSERT(actualSize >= size);
     fLockedData = GlobalLock(fGlobalData);
@@ -71,7 +67,7 @@ class CGlobalBuffer : CNotCopied {
       const DWORD error = GetLastError();
       Free();
       SetLastError(error);
-      ThrowSystemError();
+      MORVANE_THROW_LAST_ERROR();
     }
     std::memset(fLockedData, 0, actualSize);
   }
@@ -86,7 +82,7 @@ class CGlobalBuffer : CNotCopied {
   // The clipboard owns the block from here on.
   void HandOver(UINT format) {
     Unlock();
-    if (!SetClipboardData(format, fGlobalData)) ThrowSystemError();
+    if (!SetClipboardData(format, fGlobalData)) MORVANE_THROW_LAST_ERROR();
     fGlobalData = nullptr;
   }
 
@@ -114,7 +110,7 @@ class CClipboardDataReader final : public IData {
   explicit CClipboardDataReader(HGLOBAL globalData) {
     MORVANE_ASSERT_TEXT("0!=fGlobalData", globalData != nullptr);
     const void* const lockedData = GlobalLock(globalData);
-    if (!lockedData) ThrowSystemError();
+    if (!lockedData) MORVANE_THROW_LAST_ERROR();
     const TError error = ErrorOf([&] {
       const auto bytes = static_cast<const std::byte*>(lockedData);
       fData.assign(bytes, bytes + GlobalSize(globalData));
@@ -187,7 +183,7 @@ std::unique_ptr<IData> GetClipboardData(const TClipboardFormat& format, HWND own
   const CClipboardOpener opener(owner);
   if (!IsClipboardFormatAvailable(number)) MORVANE_THROW(XProgrammingError());
   const HANDLE handle = ::GetClipboardData(number);
-  if (!handle) ThrowSystemError();
+  if (!handle) MORVANE_THROW_LAST_ERROR();
   return std::make_unique<CClipboardDataReader>(handle);
 }
 
@@ -195,7 +191,7 @@ void ReplaceClipboardContents(const std::vector<TClipboardFormat>& formats, ICli
                               HWND owner) {
   MORVANE_ASSERT_TEXT("0!=clipbardDataGetter", getter != nullptr);  // sic
   const CClipboardOpener opener(owner);
-  if (!EmptyClipboard()) ThrowSystemError();
+  if (!EmptyClipboard()) MORVANE_THROW_LAST_ERROR();
   for (const TClipboardFormat& format : formats) PutOnClipboard(format, *getter);
   delete getter;
 }

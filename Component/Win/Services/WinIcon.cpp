@@ -39,16 +39,12 @@ constexpr TBuiltInIconSource kBuiltInIcons[] = {
 class CLoadedLibrary : CNotCopied {
  public:
   explicit CLoadedLibrary(const wchar_t* name) : fModule(LoadLibraryW(name)) {
-    if (!fModule) ThrowLastSystemError();
+    if (!fModule) MORVANE_THROW_LAST_ERROR();
   }
   ~CLoadedLibrary() { FreeLibrary(fModule); }
   HMODULE Get() const { return fModule; }
 
  private:
-  [[noreturn]] static void ThrowLastSystemError() {
-    MORVANE_THROW_LAST_ERROR();
-  }
-
   HMODULE fModule;
 };
 
@@ -262,15 +258,11 @@ std::uint32_t ColorWord(const std::uint8_t* pixel) {
   return std::uint32_t{pixel[kRed]} << 16 | std::uint32_t{pixel[kGreen]} << 8 | pixel[kBlue];
 }
 
-[[noreturn]] void ThrowSystemError() {
-  MORVANE_THROW_LAST_ERROR();
-}
-
 // A bitmap that is drawn into, or whose pixels are set one by one.
 class CIconBitmap : CNotCopied {
  public:
   explicit CIconBitmap(HBITMAP bitmap) : fBitmap(bitmap) {
-    if (!fBitmap) ThrowSystemError();
+    if (!fBitmap) MORVANE_THROW_LAST_ERROR();
   }
   ~CIconBitmap() {
     const BOOL okFlag = DeleteObject(fBitmap);
@@ -330,7 +322,7 @@ HICON MakeIcon(HBITMAP color, HBITMAP mask) {
   info.hbmColor = color;
   info.hbmMask = mask;
   const HICON icon = CreateIconIndirect(&info);
-  if (!icon) ThrowSystemError();
+  if (!icon) MORVANE_THROW_LAST_ERROR();
   return icon;
 }
 
@@ -349,12 +341,13 @@ HICON MakeAlphaIcon(const std::uint8_t* sheet, const TRect& rect, std::int32_t w
 void Blit(HBITMAP target, HBITMAP source, std::int32_t width, std::int32_t height, DWORD operation) {
   const CCreatedDC targetDC(CreateCompatibleDC(nullptr));
   const CCreatedDC sourceDC(CreateCompatibleDC(nullptr));
-  if (!targetDC.Get() || !sourceDC.Get()) ThrowSystemError();
+  if (!targetDC.Get() || !sourceDC.Get()) MORVANE_THROW_LAST_ERROR();
   const CObjectSelection targetSelection(targetDC.Get(), target);
   const CObjectSelection sourceSelection(sourceDC.Get(), source);
   // What has this colour becomes 1 on a bitmap of one bit a pixel.
   SetBkColor(sourceDC.Get(), RGB(255, 255, 255));
-  if (!BitBlt(targetDC.Get(), 0, 0, width, height, sourceDC.Get(), 0, 0, operation)) ThrowSystemError();
+  if (!BitBlt(targetDC.Get(), 0, 0, width, height, sourceDC.Get(), 0, 0, operation))
+    MORVANE_THROW_LAST_ERROR();
 }
 
 HICON MakeMaskedIcon(const std::uint8_t* sheet, const TRect& rect, std::int32_t width, std::int32_t height) {
