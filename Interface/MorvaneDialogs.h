@@ -1,5 +1,5 @@
-// Alert boxes, the save-changes dialog, and the file dialogs. Not built yet: their operations give
-// kUnsupported.
+// Alert boxes, the save-changes dialog, and the file dialogs. The file dialogs are not built yet: their
+// operations give kUnsupported.
 #pragma once
 
 #include "MorvaneTypes.h"
@@ -40,15 +40,18 @@ enum TAlertResponse : std::uint32_t {
   kAlertResponseThird = 566
 };
 
-// Implemented by the client.
+// Implemented by the client, which keeps it until the alert has been answered.
 class IAlertBoxListener {
  public:
+  // The alert goes when this returns kOK. With any other code it stays, and the code is delivered as an
+  // unhandled error.
   virtual TError IAlertBoxListener_OnResponse(TAlertResponse response) = 0;
 
   virtual ~IAlertBoxListener() = default;
 };
 
-// Implemented by the client: the three answers to the question whether to save changes.
+// Implemented by the client, which keeps it until the question has been answered: the three answers. As with
+// alerts, the question stays if the code is not kOK.
 class ISaveChangesBehavior {
  public:
   virtual TError ISaveChangesBehavior_OnSave() = 0;

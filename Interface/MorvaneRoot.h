@@ -275,9 +275,11 @@ class IMorvane {
   virtual IFloatingWindow* IMorvane_CreateFloatingWindow(IFloatingWindowBehaviorFactory& factory,
                                                          TStyleFlags styleFlags, TError& outError) = 0;
   virtual TError IMorvane_GetFloatingWindowsZ(IWindowListReceiver& out) = 0;
-  // Not built yet: kUnsupported. Shows an alert and returns; or returns when it has been answered, if
-  // `blockingAppModalDialogFlag` is 1. The listener is told the answer; it may be null, and stays the
-  // client's.
+  // Shows an alert and returns; or returns when it has been answered, if `blockingAppModalDialogFlag` is 1,
+  // which is possible only without an owner. With an owner the alert blocks that window and stands over it,
+  // without one it blocks the application. The close box counts as the last button, Return as the default one
+  // unless another has the focus, Escape as Cancel where there are two or three. The listener is told the
+  // answer; it may be null, and stays the client's. kOtherError for an unknown layout.
   virtual TError IMorvane_CreateAlertBox(IModalOwner* modalOwner, TFlag blockingAppModalDialogFlag,
                                          const TAlertSpec& alertSpec, IAlertBoxListener* listener) = 0;
 
@@ -295,7 +297,8 @@ class IMorvane {
   // be invalidated in both, or the outer one goes on showing its copy of the old pixels.
   virtual TError IMorvane_InvalidateView(IView& view, const TRect& rect) = 0;
 
-  // --- File dialogs. `dialogContext` tells which remembered folder, position and file type to use.
+  // --- File dialogs. Not built yet, but for the question whether to save changes: kUnsupported.
+  // `dialogContext` tells which remembered folder, position and file type to use.
   virtual TError IMorvane_CreateSaveAsDialog(ISaveAsDialogBehavior* behavior, std::uint32_t dialogContext,
                                              IModalOwner* modalOwner, TFlag blockingAppModalDialogFlag,
                                              const TChar* templateFileName, const TFileType* types,
@@ -309,6 +312,9 @@ class IMorvane {
                                                        std::uint32_t dialogContext, IModalOwner* modalOwner,
                                                        TFlag blockingAppModalDialogFlag,
                                                        const TChar* prompt) = 0;
+  // Asks whether to save the changes of a document: an alert with the texts 11 to 15 of the application's
+  // bank 1000, in whose question "^0" stands for `documentName`. `reason` chooses the question: closing or
+  // quitting.
   virtual TError IMorvane_CreateSaveChangesDialog(ISaveChangesBehavior* behavior, IModalOwner* modalOwner,
                                                   TFlag blockingAppModalDialogFlag, const TChar* documentName,
                                                   TCloseReason reason) = 0;

@@ -40,6 +40,8 @@
 
 namespace NSMorvane {
 
+struct TAlertPlan;
+
 class CMorvaneImpl final : public CMorvaneGlue, public IWindowHost {
  public:
   // Throws std::exception if there is one already.
@@ -213,6 +215,9 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWindowHost {
 
   // --- Windows
   void RequireRun() const;
+  // Returns at once, or, if it is `blocking`, when the alert has gone.
+  void ShowAlert(IModalOwner* owner, bool blocking, const TAlertPlan& plan,
+                 const boost::shared_ptr<IAlertBoxListener>& listener);
 
   // --- Fields
 

@@ -18,11 +18,7 @@ void CMorvaneImpl::LogSystemReport() {}
 // File dialogs are not built yet: nobody sends these messages.
 void CMorvaneImpl::OnFileDialogMessage(UINT, LPARAM) { ThrowUnsupported(); }
 
-// --- Alert boxes and file dialogs
-
-void CMorvaneImpl::CMorvaneGlue_CreateAlertBox(IModalOwner*, bool, const TAlertSpec&, IAlertBoxListener*) {
-  ThrowUnsupported();
-}
+// --- File dialogs
 
 void CMorvaneImpl::CMorvaneGlue_CreateSaveAsDialog(ISaveAsDialogBehavior*, std::uint32_t, IModalOwner*, bool,
                                                    const TString&, const std::vector<TFileType>&,
@@ -38,11 +34,6 @@ void CMorvaneImpl::CMorvaneGlue_CreateOpenDialog(IOpenDialogBehavior*, std::uint
 
 void CMorvaneImpl::CMorvaneGlue_CreateDirectoryChooserDialog(IDirectoryChooserBehavior*, std::uint32_t,
                                                              IModalOwner*, bool, const TString&) {
-  ThrowUnsupported();
-}
-
-void CMorvaneImpl::CMorvaneGlue_CreateSaveChangesDialog(ISaveChangesBehavior*, IModalOwner*, bool,
-                                                        const TString&, TCloseReason) {
   ThrowUnsupported();
 }
 

@@ -5,6 +5,7 @@
 #include "Component/Portable/Drawing/DrawingWalk.h"
 #include "Component/Portable/Views/ViewImpl.h"
 #include "Component/Win/Application/MorvaneImplWin.h"
+#include "Component/Win/Dialogs/WinAlertBox.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Window/WindowRegistry.h"
 #include "Component/Win/Window/WinWindow.h"
@@ -67,24 +68,31 @@ std::vector<IWindow*> CMorvaneImpl::CMorvaneGlue_GetFloatingWindowsZ() {
 
 namespace {
 
-// Wires a new window up, gives it the behaviour that the factory makes, and shows it. After a failure nothing
-// of it is left.
-template <class TKind, class TFactory>
-void StartWindow(const boost::shared_ptr<TKind>& window, TFactory& factory,
-                 typename TKind::TBehavior* (TFactory::*createBehavior)(typename TKind::TInterface&,
-                                                                        TError&)) {
+// Wires a new window up and starts it. After a failure nothing of it is left.
+template <class TStart>
+void StartWired(const boost::shared_ptr<CWinWindow>& window, TStart&& start) {
   window->SetClientsWindowReference(window);
   try {
-    TError error = kProgrammingError;
-    std::unique_ptr<typename TKind::TBehavior> behavior((factory.*createBehavior)(*window, error));
-    MORVANE_CHECK(error);
-    window->SetBehavior(std::move(behavior));
-    window->Show();
+    start();
   } catch (...) {
     // The window holds itself; unless a callback has released it already, it has to let go.
     if (window->LockClientsWindowReference()) window->ReleaseWindow();
     throw;
   }
+}
+
+// The window gets the behaviour that the factory makes, and is shown.
+template <class TKind, class TFactory>
+void StartWindow(const boost::shared_ptr<TKind>& window, TFactory& factory,
+                 typename TKind::TBehavior* (TFactory::*createBehavior)(typename TKind::TInterface&,
+                                                                        TError&)) {
+  StartWired(window, [&] {
+    TError error = kProgrammingError;
+    std::unique_ptr<typename TKind::TBehavior> behavior((factory.*createBehavior)(*window, error));
+    MORVANE_CHECK(error);
+    window->SetBehavior(std::move(behavior));
+    window->Show();
+  });
 }
 
 }  // namespace
@@ -139,6 +147,31 @@ IFloatingWindow* CMorvaneImpl::CMorvaneGlue_CreateFloatingWindow(IFloatingWindow
   StartWindow(window, factory,
               &IFloatingWindowBehaviorFactory::IFloatingWindowBehaviorFactory_CreateBehavior);
   return window.get();
+}
+
+// --- Alert boxes
+
+void CMorvaneImpl::CMorvaneGlue_CreateAlertBox(IModalOwner* modalOwner, bool blocking,
+                                               const TAlertSpec& alertSpec, IAlertBoxListener* listener) {
+  ShowAlert(modalOwner, blocking, PlanAlert(alertSpec), boost::make_shared<CAlertMediator>(listener));
+}
+
+void CMorvaneImpl::CMorvaneGlue_CreateSaveChangesDialog(ISaveChangesBehavior* behavior,
+                                                        IModalOwner* modalOwner, bool blocking,
+                                                        const TString& documentName, TCloseReason reason) {
+  ShowAlert(modalOwner, blocking, PlanSaveChanges(fStartupStrings, documentName, reason),
+            boost::make_shared<CSaveChangesMediator>(behavior));
+}
+
+void CMorvaneImpl::ShowAlert(IModalOwner* owner, bool blocking, const TAlertPlan& plan,
+                             const boost::shared_ptr<IAlertBoxListener>& listener) {
+  RequireRun();
+  boost::shared_ptr<CAlertBoxImpl> alert(new CAlertBoxImpl(this, owner, plan, listener));
+  StartWired(alert, [&] { alert->Show(); });
+  if (!blocking) return;
+  const HWND hwnd = alert->GetHwnd();
+  alert.reset();  // so that the alert ends when it is answered
+  RunModalLoop(hwnd);
 }
 
 // --- Views

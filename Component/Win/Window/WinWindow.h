@@ -113,7 +113,7 @@ class CWinWindow : public CWindowGlue,
   LRESULT WindowProc(CNativeWindowWrapper& wrapper, HWND hwnd, UINT message, WPARAM wParam,
                      LPARAM lParam) override;
   // Sees a message of this window or of one inside it before it is dispatched; true uses it up.
-  bool PreTranslateMessage(const MSG& message);
+  virtual bool PreTranslateMessage(const MSG& message);
   // Has the kind and the views of the focus chain complete the state, and shows it.
   void SetUpMenuBar(CMenuBarState& state);
 
