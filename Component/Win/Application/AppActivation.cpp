@@ -9,8 +9,8 @@ namespace NSMorvane {
 
 void CAppActivation::OnChange(bool flag, DWORD threadId) {
   MORVANE_ASSERT_TEXT("0!=fBehavior", fHost.GetBehavior() != nullptr);
-  // The threads of the library own message-only windows: as long as one of them has the focus, the
-  // application is active.
+  // The application stays active when the activation passes to a thread that owns a message-only window, as
+  // the threads of the library do.
   const bool active = flag || ThreadOwnsUnlistedWindow(threadId);
   if (active == fAppIsActive) return;
   fAppIsActive = active;

@@ -13,8 +13,9 @@ class CAppActivation : CNotCopied {
  public:
   explicit CAppActivation(IWindowHost& host) : fHost(host) {}
 
-  // Another application, of which `threadId` is a thread, has got or lost the activation. A change hides the
-  // floating windows of an application that is left, and is told to the client.
+  // On WM_ACTIVATEAPP: `flag` tells whether this application becomes active, `threadId` is the thread of the
+  // other window concerned. On a change, hides the floating windows if the application is no longer active,
+  // and tells the client.
   void OnChange(bool flag, DWORD threadId);
 
  private:

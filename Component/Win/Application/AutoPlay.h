@@ -12,13 +12,13 @@ namespace NSMorvane {
 
 class CAutoPlay : CNotCopied {
  public:
-  // Suppressions nest; to release what is not suppressed is kIllegalCallSequenceProgrammingError.
+  // Suppressions nest. A release without a suppression gives kIllegalCallSequenceProgrammingError.
   TError Suppress(TAutoPlayCommand command);
-  // Whether a message is the system's question about starting a program, and that is suppressed.
+  // Whether the message is the system's AutoPlay query and AutoPlay is suppressed.
   bool IsSuppressedQuery(UINT message) const;
 
  private:
-  UINT fRegisteredAutoPlayMessage = 0;  // 0 until it is first suppressed
+  UINT fRegisteredAutoPlayMessage = 0;  // 0 until the first suppression
   std::uint32_t fAutoPlaySuppressCount = 0;
 };
 

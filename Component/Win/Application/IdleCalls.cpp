@@ -15,7 +15,7 @@ namespace {
 constexpr std::int64_t kMinimumIdleDelayMS = 1;
 constexpr std::int64_t kMaximumIdleDelayMS = 0x7FFFFFFF;
 
-// Milliseconds since the system started. The count begins anew after 49 days.
+// Milliseconds since the system started. The count wraps around after 49 days.
 std::int64_t NowMS() { return ::GetTickCount(); }
 
 }  // namespace
@@ -46,23 +46,23 @@ void CIdleCalls::RunIfDue(IMorvaneRunBehavior* behavior) {
 }
 
 void CIdleCalls::WakeUp() {
-  // The thread must not end under the caller's hands.
+  // The lock keeps the thread from ending during the call.
   const CReadLock lock(fThreadLock);
   if (fThread) fThread->Schedule(NowMS() - 1);
 }
 
-// On the idle thread. The message only raises a flag, and nobody waits for it.
+// Runs on the idle thread. The message only sets a flag, so the thread does not wait for its result.
 void CIdleCalls::NotifyIdleDue() {
   const HWND hwnd = fTarget.GetHwnd();
   MORVANE_ASSERT_TEXT("0!=fMessageWindow", hwnd != nullptr);
   if (!hwnd) return;
   ::SendMessageCallbackW(hwnd, kMsgIdleDue, fSign, 0, nullptr, 0);
-  // The receipt of each such message may stay in the queue of its sender until that looks there.
+  // Each message sent that way may leave a reply in this thread's queue until the thread looks there.
   MSG msg;
   ::PeekMessageW(&msg, nullptr, WM_USER, WM_USER, PM_NOREMOVE);
 }
 
-// The look at the queue also lets in what other threads have sent.
+// PeekMessageW also delivers the messages that other threads have sent.
 void CIdleCalls::DrainIdleMessages() {
   MSG msg;
   while (::PeekMessageW(&msg, nullptr, kMsgIdleDue, kMsgIdleDue, PM_REMOVE)) {

@@ -1,4 +1,4 @@
-// The client's idle calls: when one is due, and the thread that finds it out.
+// The client's idle calls, and the thread that finds out when one is due.
 #pragma once
 
 #include <windows.h>
@@ -15,20 +15,21 @@ class IMorvaneRunBehavior;
 
 class CIdleCalls : public IIdleThreadOwner, CNotCopied {
  public:
-  // The news of the thread go to `target`, as kMsgIdleDue that carries `sign`.
+  // The thread reports to `target` with kMsgIdleDue, whose wParam is `sign`.
   CIdleCalls(const CMessageTarget& target, WPARAM sign) : fTarget(target), fSign(sign) {}
 
   void StartThread();
-  // It sends messages to the target, which goes after it.
+  // Must be called before the target ends, since the thread sends messages to it.
   void EndThread();
 
-  // News of the thread.
+  // The thread has reported that a call is due.
   void OnDue() { fIsDue = true; }
   bool IsDue() const { return fIsDue; }
-  // Calls the behaviour, if it is time to and the thread runs, and puts the next call on the schedule. A
-  // failure is thrown; nothing is scheduled then, and the heartbeat of the thread goes on.
+  // Calls the behaviour if a call is due and the thread runs, and schedules the next call. Throws what fails;
+  // then nothing is scheduled, and the next call is due at the heartbeat of the thread.
   void RunIfDue(IMorvaneRunBehavior* behavior);
-  // The next call is due at once. Any thread may come here; nothing while the idle thread does not run.
+  // Makes the next call due at once. Any thread may call this. Does nothing while the idle thread does not
+  // run.
   void WakeUp();
 
   void NotifyIdleDue() override;
@@ -38,7 +39,7 @@ class CIdleCalls : public IIdleThreadOwner, CNotCopied {
   const CMessageTarget& fTarget;
   const WPARAM fSign;
   bool fIsDue = false;
-  SRWLOCK fThreadLock = SRWLOCK_INIT;  // for other threads, which may wake the idle thread at any time
+  SRWLOCK fThreadLock = SRWLOCK_INIT;  // other threads may call WakeUp at any time
   std::unique_ptr<CIdleThread> fThread;
 };
 

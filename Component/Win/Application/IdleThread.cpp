@@ -36,7 +36,7 @@ void CIdleThread::Stop() {
   SetEvent(fExitEvent.Get());
   while (WaitForSingleObject(fThread.Get(), kStopPollMS) == WAIT_TIMEOUT) {
     fOwner->DrainIdleMessages();
-    // Again, as the thread may have gone through its wait just before.
+    // Set again in every pass as a precaution: the event stays set until the wait of the thread takes it.
     SetEvent(fExitEvent.Get());
   }
 }

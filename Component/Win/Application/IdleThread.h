@@ -16,7 +16,8 @@ class IIdleThreadOwner {
  public:
   // On the idle thread: tells the main thread, without waiting for it, that idle time is due.
   virtual void NotifyIdleDue() = 0;
-  // On the main thread, while it waits for the idle thread to end: handles such news that are under way.
+  // On the main thread, while it waits for the idle thread to end: handles the notifications that are under
+  // way.
   virtual void DrainIdleMessages() = 0;
 
  protected:
@@ -27,7 +28,8 @@ class IIdleThreadOwner {
 // std::exception if the list cannot be locked.
 class CIdleThread {
  public:
-  // The first news comes after 1 ms. Throws std::bad_alloc if the system refuses the thread or its objects.
+  // The first notification comes after 1 ms. Throws std::bad_alloc if the system refuses the thread or its
+  // objects.
   explicit CIdleThread(IIdleThreadOwner* owner);
   ~CIdleThread();
   CIdleThread(const CIdleThread&) = delete;
@@ -36,7 +38,7 @@ class CIdleThread {
   // Adds a due time, in milliseconds of GetTickCount, and wakes the thread. A time in the past is due at
   // once.
   void Schedule(std::int64_t time);
-  // The time of the client's next call, `delay` milliseconds from now, and no longer the one before.
+  // Sets the client's next call to `delay` milliseconds from now, in place of the one set before.
   void ScheduleNext(std::int64_t delay);
 
  private:

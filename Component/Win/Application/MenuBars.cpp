@@ -17,7 +17,7 @@ void CMenuBars::Flush() {
   DebugPrint("Rebuilding Menu Bar...");
   DebugIndentScope indent;
   for (const boost::shared_ptr<CWinWindow>& window : fHost.GetWindowRegistry()->GetVisibleDocumentWindows()) {
-    // The window before may have ended this one.
+    // The set-up of an earlier window may have ended this one.
     if (window->IsVisible()) SetUp(*window);
   }
 }

@@ -13,12 +13,14 @@ class CMenuBars : CNotCopied {
  public:
   explicit CMenuBars(IWindowHost& host) : fHost(host) {}
 
-  // Asks for all of them to be filled anew, by the next flush.
+  // Makes the next flush fill all menu bars anew.
   void Request() { fSchedule.Request(); }
   bool IsRequested() const { return fSchedule.IsRequested(); }
-  // Has the run behaviour and each window fill an empty state, which the window then shows.
+  // Serves the requests: for each window, the run behaviour and the window fill an empty state, which the
+  // window then shows.
   void Flush();
-  // After a change of the debug settings. Windows without a menu bar get one only if it `makesMenuBars`.
+  // Builds all menu bars again after a change of the debug settings. Windows without a menu bar get one only
+  // if `makesMenuBars`.
   void Rebuild(bool makesMenuBars) const;
 
  private:

@@ -21,10 +21,10 @@ class IMessageCallListener {
 
 class CMessageCallListeners : CNotCopied {
  public:
-  // Listeners stay their maker's.
+  // Listeners are not owned.
   void Add(IMessageCallListener* listener);
   void Remove(IMessageCallListener* listener);
-  // False, and a report, for an object that nobody has announced: anyone can send numbers to a window.
+  // Reports a listener that was not added and returns false: anyone can send made-up pointers to a window.
   bool Call(UINT message, IMessageCallListener* listener) const;
 
  private:

@@ -23,7 +23,8 @@ namespace {
 
 constexpr int kAppIconId = 1;
 
-// The windows of the file dialogs are wrapped too and live on threads of their own.
+// Does nothing on other threads: the windows of file dialogs are wrapped too and live on threads of their
+// own.
 void FlushAfterNativeMessage() {
   CMorvaneImpl* morvane = CMorvaneImpl::gMorvaneImpl;
   if (morvane && morvane->IsMainThread()) morvane->FlushMenuBarRequests();
@@ -50,8 +51,8 @@ CMorvaneImpl::CMorvaneImpl()
   fCommandLines.Add(ParseCommandLine(TextFromWin(::GetCommandLineW()), CFileSystemProbe()));
   if (!EnumerateMonitors(fMonitors)) MORVANE_THROW(std::exception());
   if (gMorvaneImpl) MORVANE_THROW(std::exception());
-  TakePendingError();  // of the root object before this one
-  // Nothing fails from here on: whoever is known must be whole.
+  TakePendingError();  // drops an error that the last root object left
+  // Nothing may fail from here on: gMorvaneImpl must point to a complete object.
   gMorvaneImpl = this;
   gAfterNativeMessage = FlushAfterNativeMessage;
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
@@ -70,8 +71,8 @@ CMorvaneImpl::~CMorvaneImpl() {
   fBlocking->PopForeignDialogs();
 }
 
-// Other threads may post messages and wake the idle thread; what belongs to the main thread is not tested
-// there.
+// Other threads may post messages and wake the idle thread. There, the state of the main thread is not
+// tested.
 bool CMorvaneImpl::CMorvaneGlue_CheckInvariant() const {
   if (this != gMorvaneImpl) {
     MORVANE_UNREACHED();
@@ -118,7 +119,7 @@ void CMorvaneImpl::CMorvaneGlue_SetDebugSettings(const TDebugSettings& settings)
       return;
     }
   } else {
-    // These two show on what is on the screen already.
+    // These two settings change what is already on the screen.
     for (const boost::shared_ptr<CWinWindow>& window : fWindows->GetWindows()) {
       RECT client = {};
       if (!::GetClientRect(window->GetHwnd(), &client)) MORVANE_CHECK_LAST_ERROR();
@@ -135,7 +136,7 @@ void CMorvaneImpl::CMorvaneGlue_SetDebugSettings(const TDebugSettings& settings)
 TMonitorList CMorvaneImpl::CMorvaneGlue_GetMonitors() {
   TMonitorList monitors;
   bool isListed = false;
-  // To ask a monitor that has just gone fails otherwise than to list them all.
+  // EnumerateMonitors may throw, if a monitor goes while it is asked, or return false.
   const TError error = ErrorOf([&] { isListed = EnumerateMonitors(monitors); });
   if (error == kOK && isListed) {
     fMonitors = monitors;
@@ -149,8 +150,9 @@ TString CMorvaneImpl::CMorvaneGlue_GetResourceString(const std::string& key) {
   return GetResourceStringCache(GetResourceLoader()).GetString(key);
 }
 
-// A paint comes when nothing else waits. Views that are never done do not keep this from ending, and each
-// window has its turn.
+// WM_PAINT comes only when no other message waits. The loop ends when one window is painted a second time,
+// since a window that invalidates itself in each paint would keep it going for ever. All windows then get one
+// more turn.
 void CMorvaneImpl::CMorvaneGlue_Yield() {
   std::vector<HWND> painted;
   for (MSG msg = {}; PumpOneMessage(msg);) {

@@ -1,17 +1,18 @@
-// The root object of the toolkit on Windows. There is one in a process. It passes on what clients and windows
-// ask of it to classes with a state of their own, which stand in the files of their names beside this one and
-// in Component/Portable, and keeps the run itself:
+// The root object of the toolkit on Windows, one in a process. It delegates most calls of clients and windows
+// to classes with a state of their own, each in the file of its name beside this one, elsewhere in
+// Component/Win or in Component/Portable. It carries out the run itself:
 //
-//   MorvaneImplWin.cpp             life, and the small hooks
-//   MorvaneImplWinRunLoop.cpp      IMorvane_Run, the message loop, errors
-//   MorvaneImplWinMessages.cpp     the private messages
-//   MorvaneImplWinWindows.cpp      making windows and views, lists of windows
-//   MorvaneImplWinPopupMenus.cpp   popup menus
-//   MorvaneImplWinKeyboard.cpp     what keys mean, and who hears of them
-//   MorvaneImplWinMouse.cpp        the mouse: state, shape, capture
-//   MorvaneImplWinLater.cpp        every operation that this build does not have
+// MorvaneImplWin.cpp             life, and the small hooks
+// MorvaneImplWinRunLoop.cpp      IMorvane_Run, the message loop, errors
+// MorvaneImplWinMessages.cpp     the private messages
+// MorvaneImplWinWindows.cpp      making windows, alerts and views, lists of windows
+// MorvaneImplWinPopupMenus.cpp   popup menus
+// MorvaneImplWinKeyboard.cpp     interpretation of keys, key listeners
+// MorvaneImplWinMouse.cpp        the mouse: state, shape, capture
+// MorvaneImplWinServices.cpp     clipboard and icons
+// MorvaneImplWinLater.cpp        every operation that this build does not have
 //
-// All of it belongs to the main thread, which is the one that runs IMorvane_Run, unless told otherwise.
+// Everything here runs on the main thread, the one that runs IMorvane_Run, unless a comment says otherwise.
 #pragma once
 
 #include <windows.h>
@@ -46,7 +47,7 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWindowHost {
  public:
   // Throws std::exception if there is one already.
   CMorvaneImpl();
-  // Outside IMorvane_Run.
+  // Must not be called inside IMorvane_Run.
   ~CMorvaneImpl() override;
   CMorvaneImpl(const CMorvaneImpl&) = delete;
   CMorvaneImpl& operator=(const CMorvaneImpl&) = delete;
@@ -55,12 +56,12 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWindowHost {
   static void* operator new(std::size_t size) { return Morvane_New(size); }
   static void operator delete(void* block) { Morvane_Delete(block); }
 
-  // Null while there is none. Process-wide, since there is one object in a process, and the system calls the
-  // procedures of windows with nothing that leads to it.
+  // Null while there is none. Process-wide, since the system calls window procedures without a pointer that
+  // leads to the root object.
   static CMorvaneImpl* gMorvaneImpl;
 
   bool IsMainThread() const { return ::GetCurrentThreadId() == fMainThreadId; }
-  // After each native message. Throws nothing.
+  // Called after each native message. Does not throw.
   void FlushMenuBarRequests();
   LRESULT HandlePrivateMessage(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
   CMessageCallListeners& GetMessageCallListeners() { return fMessageCallListeners; }
@@ -190,13 +191,14 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWindowHost {
   bool OpenCommandLineFiles();
   void CallOnNoDocument(TNoDocumentKind kind);
   void ReopenIfRequested();
-  // Does what is due and handles one message, waiting for it; false for WM_QUIT. Without a window the wait
-  // also ends when something has been sent, as an idle call may be due, and there is none while something
-  // else is due: false then tells that there was no message.
+  // Does what is due, waits for one message and handles it. Returns false for WM_QUIT. Without a window there
+  // is no wait while something is due, and the wait also ends when another thread sends a message, since an
+  // idle call may be due then; false means there that no message was handled.
   bool RunOneTurn();
-  // The same without waiting, WM_QUIT included; false if there was no message. `outMsg` is the one there was.
+  // The same without waiting, but also true for WM_QUIT; false if there was no message. `outMsg` is the
+  // message that was handled.
   bool PumpOneMessage(MSG& outMsg);
-  // Wakes the idle logic and handles messages until no window of the library has this handle any more.
+  // Makes an idle call due, then handles messages until no window of the library has this handle any more.
   void RunModalLoop(HWND hwnd);
   bool TakeMessage(MSG& outMsg, bool mayWait);
   void HandleMessage(const MSG& msg);
@@ -215,7 +217,7 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWindowHost {
 
   // --- Windows
   void RequireRun() const;
-  // Returns at once, or, if it is `blocking`, when the alert has gone.
+  // Returns at once or, if `blocking`, when the alert has ended.
   void ShowAlert(IModalOwner* owner, bool blocking, const TAlertPlan& plan,
                  const boost::shared_ptr<IAlertBoxListener>& listener);
 
@@ -223,7 +225,7 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWindowHost {
 
   const boost::shared_ptr<CWindowRegistry> fWindows;
   const boost::shared_ptr<CBlocking> fBlocking;
-  IMorvaneRunBehavior* fBehavior = nullptr;  // owned from IMorvane_Run on
+  IMorvaneRunBehavior* fBehavior = nullptr;  // owned during the run; a failed run gives it back
   TStartupStrings fStartupStrings;
   TDebugSettings fDebugSettings;
   CPendingCommandLines fCommandLines;
@@ -239,7 +241,7 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWindowHost {
   CAppActivation fAppActivation;
   CWinExtensions fWinExtensions;
   HICON fAppIcon = nullptr;
-  TMonitorList fMonitors = {};  // the last one that could be read
+  TMonitorList fMonitors = {};  // the last list that could be read
   DWORD fMainThreadId;
 };
 

@@ -13,8 +13,8 @@ namespace {
 
 constexpr DWORD kOldestMajorVersion = 5;
 
-// The record's call is declared deprecated, since it may answer with an older system than there is. It is
-// looked up by name, so that no header objects.
+// GetVersionExW is declared deprecated, since it may report an older system than the real one. It is looked
+// up by name to avoid the compiler's warning.
 OSVERSIONINFOW GetSystemVersion() {
   using TGetVersion = BOOL(WINAPI*)(OSVERSIONINFOW*);
   OSVERSIONINFOW version = {};

@@ -32,7 +32,7 @@ TKeyInterpretation CMorvaneImpl::CMorvaneGlue_GetDefaultInterpretation(const TPh
   return GetDefaultInterpretation(physicalMods, physicalKey);
 }
 
-// --- Those who hear of keys
+// --- Listeners
 
 void CMorvaneImpl::CMorvaneGlue_AttachModifierKeyListener(IModifierKeyListener* listener) {
   fModifierKeyListeners.Attach(listener);

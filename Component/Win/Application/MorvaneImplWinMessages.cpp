@@ -25,7 +25,7 @@ LRESULT CMorvaneImpl::HandlePrivateMessage(HWND hwnd, UINT message, WPARAM wPara
   return ::DefWindowProcW(hwnd, message, wParam, lParam);
 }
 
-// Anyone can send numbers to a window. Only what carries this object is the library's own.
+// Anyone can send messages to a window. Those of the library carry the address of this object in wParam.
 bool CMorvaneImpl::IsOwnMessage(WPARAM wParam) const {
   MORVANE_ASSERT(0!=wParam);
   if (wParam == reinterpret_cast<WPARAM>(this)) return true;
@@ -33,7 +33,7 @@ bool CMorvaneImpl::IsOwnMessage(WPARAM wParam) const {
   return false;
 }
 
-// True if the message has been dealt with and has the result 0.
+// True if the message was handled; its result is 0 then.
 bool CMorvaneImpl::DispatchPrivateMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case kMsgAppMessage:
@@ -80,7 +80,7 @@ void CMorvaneImpl::OnAppMessage(std::uint32_t a, std::uint32_t b) {
   if (behavior) MORVANE_CHECK(behavior->IMorvaneRunBehavior_OnAppMessage(a, b));
 }
 
-// Any thread may come here. A window that is going away only makes the post fail.
+// Any thread may call this. If the window ends meanwhile, the post fails and nothing else happens.
 void CMorvaneImpl::CMorvaneGlue_PostAppMessage(std::uint32_t a, std::uint32_t b) {
   const HWND hwnd = fMessageTarget.GetHwnd();
   MORVANE_ASSERT_TEXT("NULL != fMessageWindow", hwnd != nullptr);

@@ -15,17 +15,19 @@ namespace {
 
 enum : std::int32_t { kUnknownPosition = -15000 };
 
-// A press becomes a drag when the mouse leaves the box around it, and none when it stays too long.
+// A press becomes a drag when the mouse leaves the box around it. After the limit it counts as held and can
+// become neither a click nor a drag.
 enum : std::int32_t { kDragBoxHalfWidth = 3 };
 constexpr std::int32_t kDragLimitMS = 500;
 
-// Whether the limit lies between the two times. The clock of 32 bits begins anew every 49 days.
+// Whether more than the limit has passed since `then`. The 32-bit difference stays right when the clock wraps
+// around after 49 days.
 bool HasPassedDragLimit(std::uint64_t now, std::uint64_t then) {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(now) - static_cast<std::uint32_t>(then)) >
          kDragLimitMS;
 }
 
-// The messages looked at; turns of the wheel to the side come behind them and are left alone.
+// The range of messages that are looked at. WM_MOUSEHWHEEL lies behind it and stays in the queue.
 enum : UINT { kFirstMouseMessage = WM_MOUSEFIRST, kLastMouseMessage = WM_XBUTTONDBLCLK };
 
 HWND HwndOf(IWindow& window) {
@@ -34,8 +36,8 @@ HWND HwndOf(IWindow& window) {
   return native.fHwnd;
 }
 
-// A client can implement IWindow too; such a window is none of the library's. The same goes for one that has
-// been released.
+// Throws unless the window is one of the library's, since clients can implement IWindow too, and has not been
+// released.
 boost::shared_ptr<CWinWindow> LiveWindowOf(IWindow& window) {
   const CWinWindow* const winWindow = dynamic_cast<CWinWindow*>(&window);
   boost::shared_ptr<CWinWindow> reference;
@@ -52,7 +54,7 @@ TMouseShapeRequest ShapeRequest(const TMouseState& state) {
   return request;
 }
 
-// A child window's messages come in its own coordinates.
+// The message may be that of a child window, in the child's coordinates.
 bool IsNearPress(const TPoint& press, HWND hwnd, const MSG& move) {
   POINT position = {static_cast<std::int16_t>(LOWORD(move.lParam)),
                     static_cast<std::int16_t>(HIWORD(move.lParam))};
@@ -129,13 +131,14 @@ void CMorvaneImpl::CMorvaneGlue_AllocateMouseCapture(IWindow* window, IMouseCapt
     MORVANE_THROW(XIllegalCallSequence());
   }
   const boost::shared_ptr<CWinWindow> captureWindow = LiveWindowOf(*window);
-  // The object is the library's from where nothing can fail any more.
+  // A failure before this point leaves the object to the client. From here on nothing fails, and the library
+  // owns it.
   const auto owner = boost::make_shared<std::unique_ptr<IMouseCapture>>();
   owner->reset(capture);
-  // A client that is told of something on the way finds the mouse taken.
+  // Set before AttachCapture, so that a client called from within it finds the mouse captured.
   fMouseCaptureWindow = captureWindow;
   captureWindow->GetMouse().AttachCapture(boost::shared_ptr<IMouseCapture>(owner, capture));
-  // It may have let go of what it did not have yet.
+  // Such a client may have released the capture before it was attached, which has reset this.
   if (captureWindow->LockClientsWindowReference()) fMouseCaptureWindow = captureWindow;
 }
 
@@ -154,9 +157,9 @@ TClickDragResult CMorvaneImpl::CMorvaneGlue_CheckForClickDragOperation(IWindow& 
   const bool leftActive = event.fButtons == 1 && (isClick || event.fType == kMouseEventDoubleClick);
   const bool rightActive = event.fButtons == 2 && isClick;
   if (!leftActive && !rightActive) return kClickDragNotApplicable;
-  // Null would stand for all windows of the thread.
+  // With a null handle PeekMessageW would look at all windows of the thread.
   if (!IsWindow(hwnd)) MORVANE_THROW(std::invalid_argument(""));
-  // What is waiting may end the window or change the client's record.
+  // PeekMessageW delivers sent messages, which may end the window or change the client's record.
   const TPoint press = event.fPosition;
   const std::uint64_t pressTime = event.fTimeMS;
   const std::uint64_t start = CMorvaneGlue_GetCurrentMS();
@@ -173,7 +176,7 @@ TClickDragResult CMorvaneImpl::CMorvaneGlue_CheckForClickDragOperation(IWindow& 
         PeekMessageW(&msg, hwnd, msg.message, msg.message, PM_REMOVE);
       }
     }
-    // By the loop's own start too: a client may hand over a time that is still to come.
+    // The time since the loop began counts too, since the time of the event may lie in the future.
     const std::uint64_t now = CMorvaneGlue_GetCurrentMS();
     if (HasPassedDragLimit(now, pressTime) || HasPassedDragLimit(now, start)) return kClickDragHeld;
   }

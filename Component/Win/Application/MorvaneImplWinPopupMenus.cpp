@@ -10,8 +10,8 @@ namespace {
 constexpr UINT kFirstPopupCommand = 1000;
 enum : std::uint32_t { kRightButtonDoesNotChoose = 1 };
 
-// False if nothing was chosen. The window's messages are handled meanwhile, so that it is not touched
-// afterwards.
+// Returns false if nothing was chosen. Messages are handled meanwhile and may end the window, so it is not
+// touched afterwards.
 bool TrackPopupItems(IMorvane& morvane, const std::vector<TMenuItem>& items, IWindow& window,
                      const TPoint& point, std::uint32_t flags, std::int32_t& outIndex) {
   MORVANE_CHECK(morvane.IMorvane_WakeUpIdle());

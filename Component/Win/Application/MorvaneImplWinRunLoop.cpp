@@ -34,7 +34,7 @@ void CMorvaneImpl::CMorvaneGlue_Run(IMorvaneRunBehavior* behavior, const TStartu
 
   const TString instanceName = fStartupStrings.fCompanyName + fStartupStrings.fProductName;
   if (!TryBecomeFirstInstance(instanceName)) {
-    // Paths are looked for in the current folder of the process that opens them.
+    // The first instance would look for relative paths in its own current folder.
     const TString commandLine =
         WithFullPaths(TextFromWin(::GetCommandLineW()), CFileSystemProbe(), kMaxSentCommandLine);
     SendCommandLineToFirstInstance(instanceName, commandLine);
@@ -71,7 +71,7 @@ void CMorvaneImpl::CMorvaneGlue_Run(IMorvaneRunBehavior* behavior, const TStartu
   }
 }
 
-// After a failure. The behaviour stays the client's, and hears nothing of it.
+// Cleans up after a failure. The behaviour stays the client's and gets no further calls.
 void CMorvaneImpl::AbandonRun() {
   fWindows->ReleaseAll();
   fIdleCalls.EndThread();
@@ -87,7 +87,8 @@ void CMorvaneImpl::FetchStartupLabels() {
 
 void CMorvaneImpl::RunMainLoop() {
   bool goesOn = fQuitting.MayBegin();
-  // The client has been asked to open something. If nothing came of it, no message tells of that.
+  // The client has been asked to open something. If it has made no window, the quit event is due, but no
+  // message tells of that.
   fQuitting.ExpectQuitEvent();
   while (goesOn) {
     if (fCommandLines.IsAnythingDue()) fQuitting.ExpectQuitEvent();
@@ -128,7 +129,7 @@ void CMorvaneImpl::ReopenIfRequested() {
 
 bool CMorvaneImpl::RunOneTurn() {
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
-  // In case that the last one goes.
+  // The last window may end in this turn.
   if (fWindows->IsAnyWindow()) fQuitting.ExpectQuitEvent();
   RunIdleIfDue();
   FlushMenuBarRequests();
@@ -139,14 +140,15 @@ bool CMorvaneImpl::RunOneTurn() {
   return isMessage;
 }
 
-// GetMessageW would not do: it handles what is sent to this thread without coming back, and without a window,
-// whose ticks turn the loop, that is all there may be. False if there is no message, but the loop has to
-// turn.
+// Returns false if there is no message but the loop has to turn. GetMessageW would not do: it handles
+// messages sent by other threads without returning, and without a window, whose timer keeps the loop turning,
+// no other messages may come.
 bool CMorvaneImpl::TakeMessage(MSG& outMsg, bool mayWait) {
   while (!::PeekMessageW(&outMsg, nullptr, 0, 0, PM_REMOVE)) {
     if (NoticeCommandLine()) return false;
     const bool hasWindow = fWindows->IsAnyWindow();
-    // In quit mode the application is about to leave, unless it lingers: then a timer runs.
+    // In quit mode without a window the application leaves in the next turn, unless it lingers until a timer
+    // fires.
     const bool isDue = fIdleCalls.IsDue() || fQuitting.IsTurnDue();
     if (!mayWait || (!hasWindow && isDue)) return false;
     ::MsgWaitForMultipleObjectsEx(0, nullptr, INFINITE, QS_ALLINPUT, 0);
@@ -167,27 +169,28 @@ bool CMorvaneImpl::PumpOneMessage(MSG& outMsg) {
 void CMorvaneImpl::RunModalLoop(HWND hwnd) {
   DeliverError(IMorvane_WakeUpIdle());
   while (fWindows->Find(hwnd)) {
-    // An idle call that fails is reported as in the main loop, and must not end this one before the dialog.
+    // A failure of the idle call is reported as in the main loop, and must not end this loop before the
+    // dialog.
     bool hadMessage = false;
     MSG msg = {};
     DeliverError(ErrorOf([&] { hadMessage = PumpOneMessage(msg); }));
-    // The idle call of the pass before the wait can have ended the last window there is: waiting for a
-    // message comes only after another look.
+    // An idle call may have ended the dialog, and with it the last window, so that no message comes any more.
     if (!hadMessage && fWindows->Find(hwnd))
       ::MsgWaitForMultipleObjectsEx(0, nullptr, INFINITE, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
   }
 }
 
-// Throws nothing: what goes wrong is delivered to the client.
+// Does not throw: failures are delivered to the client.
 void CMorvaneImpl::HandleMessage(const MSG& msg) {
   const TError error = ErrorOf([&] {
     MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
     if (msg.message == kMsgSecondInstance) OnSecondInstanceMessage();
-    // Behind all that is posted; a view that is never done painting leaves no other time to look.
+    // TakeMessage looks for a command line only when the queue is empty. Views that invalidate themselves in
+    // each paint never let it become empty.
     if (msg.message == WM_PAINT) NoticeCommandLine();
     if (msg.message == kMsgAppActivation) OnAppActivation(msg.wParam != 0, static_cast<DWORD>(msg.lParam));
     if (msg.message == WM_TIMER) fQuitting.OnTimer(msg.wParam);
-    // These three go on to dispatch like all others.
+    // All of these are dispatched as well.
     if (!PreTranslate(msg)) {
       ::TranslateMessage(&msg);
       const CDispatchScope scope(msg);
@@ -203,22 +206,22 @@ void CMorvaneImpl::OnSecondInstanceMessage() {
   if (fCommandLines.OnMessage(IsCommandLinePending())) HandleSecondInstance();
 }
 
-// False if none is waiting.
+// Handles a waiting command line; false if there is none.
 bool CMorvaneImpl::NoticeCommandLine() {
   const bool isNews = fCommandLines.OnLook(IsCommandLinePending());
   if (isNews) HandleSecondInstance();
   return isNews;
 }
 
-// Another process of this application has been started: whatever was ending goes on living.
+// The application has been launched again: quitting and lingering are called off.
 void CMorvaneImpl::HandleSecondInstance() {
   fQuitting.CallOff();
-  // Before a callback can turn the loop, which would find the command line waiting.
+  // The command line is taken before any callback: a loop inside one would find it still waiting.
   fCommandLines.AddLaunch(ParseCommandLine(TakeSentCommandLine(), CFileSystemProbe()));
   fBlocking->RestoreOrder();
 }
 
-// True if a window has used the message up.
+// True if a window has handled the message.
 bool CMorvaneImpl::PreTranslate(const MSG& msg) {
   RelayToTooltips(msg);
   for (HWND hwnd = msg.hwnd; hwnd; hwnd = ::GetAncestor(hwnd, GA_PARENT)) {
@@ -261,7 +264,7 @@ void CMorvaneImpl::FlushMenuBarRequests() {
 bool CMorvaneImpl::OnQueryEndSession() {
   if (fQuitting.IsInQuitMode()) return true;
   DispatchQuitEvent();
-  // What fails on the way is delivered, as in the main loop, and is no answer.
+  // Failures are delivered as in the main loop and do not decide the answer.
   while (fQuitting.IsInQuitMode() && fWindows->IsAnyWindow()) DeliverError(ErrorOf([this] { RunOneTurn(); }));
   return fQuitting.IsInQuitMode() && !fWindows->IsAnyWindow();
 }

@@ -18,7 +18,7 @@ namespace NSMorvane {
 
 namespace {
 
-// A client can implement IView too; such a view is none of the library's.
+// Throws unless the view is one of the library's: clients can implement IView too.
 CViewImpl& ViewOf(IView& view) {
   CViewImpl* const impl = dynamic_cast<CViewImpl*>(&view);
   if (!impl) MORVANE_THROW(std::invalid_argument(""));
@@ -75,13 +75,13 @@ void StartWired(const boost::shared_ptr<CWinWindow>& window, TStart&& start) {
   try {
     start();
   } catch (...) {
-    // The window holds itself; unless a callback has released it already, it has to let go.
+    // The window holds itself. It is released here, unless a callback has released it already.
     if (window->LockClientsWindowReference()) window->ReleaseWindow();
     throw;
   }
 }
 
-// The window gets the behaviour that the factory makes, and is shown.
+// Gives the window the behaviour that the factory makes, and shows it.
 template <class TKind, class TFactory>
 void StartWindow(const boost::shared_ptr<TKind>& window, TFactory& factory,
                  typename TKind::TBehavior* (TFactory::*createBehavior)(typename TKind::TInterface&,
@@ -97,7 +97,7 @@ void StartWindow(const boost::shared_ptr<TKind>& window, TFactory& factory,
 
 }  // namespace
 
-// A window tells the run behaviour what happens to it.
+// Windows call the run behaviour, so they can be made only during a run.
 void CMorvaneImpl::RequireRun() const {
   MORVANE_ASSERT(0!=fBehavior);
   if (!fBehavior) MORVANE_THROW(XIllegalCallSequence());
@@ -187,7 +187,8 @@ void CMorvaneImpl::CMorvaneGlue_InvalidateView(IView& view, const TRect& rect) {
 
 void CMorvaneImpl::CMorvaneGlue_DrawView(IView& view, IDrawTools& tools) {
   CViewImpl& impl = ViewOf(view);
-  // Kept and copied: the run behaviour is called before the drawing and after it.
+  // The run behaviour is called before and after the drawing, and may release the view or change the
+  // settings.
   const TViewImplPtr keepAlive = impl.IsLive() ? impl.GetClientsViewReference() : TViewImplPtr();
   const TRect bounds = impl.GetBounds();
   const TDebugSettings settings = fDebugSettings;

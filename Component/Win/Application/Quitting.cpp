@@ -52,12 +52,12 @@ void CQuitting::CallOff() {
 
 void CQuitting::CloseNextWindow() {
   MORVANE_ASSERT(fQuitWindow.expired());
-  // Those that are hidden because another application is active are to be closed as well.
+  // Floating windows that are hidden while another application is active have to close as well.
   fHost.GetWindowRegistry()->ShowFloatingWindows(true);
   CWindowRegistry::TWindows windows = fHost.GetWindowRegistry()->GetVisibleWindowsZ();
   for (const boost::shared_ptr<CWinWindow>& winWindow : windows) MORVANE_ASSERT(winWindow->CheckInvariant());
   if (windows.empty()) return;
-  // The others may end while this one is asked.
+  // Not held any longer, so that the other windows can end while this one is asked.
   const boost::shared_ptr<CWinWindow> front = windows.front();
   windows.clear();
   fQuitWindow = front;
@@ -81,7 +81,7 @@ void CQuitting::CloseNextWindowAfterMessage() {
 bool CQuitting::HasReasonToRun() const { return !fIsInQuitMode || fHost.GetWindowRegistry()->IsAnyWindow(); }
 
 void CQuitting::OnTurn() {
-  // When quitting has been stopped while the application lingers, the lingering ends first.
+  // If quitting was stopped while the application lingers, MayGoOn ends the lingering first.
   if (!fIsInQuitMode && IsLingering()) return;
   fIsQuitEventDue = false;
   if (!fIsInQuitMode && !fHost.GetWindowRegistry()->IsAnyDocumentWindowLeft()) DispatchQuitEvent();

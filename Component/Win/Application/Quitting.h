@@ -1,11 +1,11 @@
-// Quitting: windows are asked to close one at a time, and only when one has really gone the next is asked.
-// With the last one gone the application may linger, without any window, in case it is wanted again.
+// Quitting asks the windows to close one at a time: the next is asked when the one before has ended. After
+// the last one the application may linger without a window, in case it is launched again.
 //
-//   state      quit mode   windows   linger timer
-//   running    off         any       off
-//   closing    on          yes       off
-//   lingering  on          none      on
-//   leaving    on          none      off
+// state      quit mode   windows   linger timer
+// running    off         any       off
+// closing    on          yes       off
+// lingering  on          none      on
+// leaving    on          none      off
 #pragma once
 
 #include <windows.h>
@@ -35,9 +35,9 @@ class CQuitting : CNotCopied, private ILingerTimer {
   bool IsInQuitMode() const { return fIsInQuitMode; }
   // Whether a window that has been asked to close is still there.
   bool IsAskingWindow() const { return !fQuitWindow.expired(); }
-  // After each message.
+  // Called after each message.
   void CloseNextWindowAfterMessage();
-  // The application is wanted again: it neither lingers nor quits.
+  // The application has been launched again: ends quit mode and lingering.
   void CallOff();
 
   // --- The main loop
@@ -45,13 +45,13 @@ class CQuitting : CNotCopied, private ILingerTimer {
   void SetLingerDuration(std::uint32_t durationMS) { fLingering.SetDuration(durationMS); }
   bool IsLingering() const { return fLingering.IsOn(); }
   void OnTimer(UINT_PTR timer) { fLingering.OnTimer(timer); }
-  // Something has changed that may leave the application without anything to show.
+  // Something has happened that may leave the application without a document window.
   void ExpectQuitEvent() { fIsQuitEventDue = true; }
-  // Whether the loop has to turn though there is no message and no window.
+  // Whether the loop has to turn without a message, when there is no window.
   bool IsTurnDue() const { return fIsInQuitMode ? !IsLingering() : fIsQuitEventDue; }
-  // The end of a turn: the quit event, if there is no document window any more.
+  // Called at the end of a turn: sends the quit event if no document window is left.
   void OnTurn();
-  // Whether there is to be a first turn, and after each whether there is to be another one.
+  // Whether the loop takes its first turn, and, asked after each turn, whether it takes another one.
   bool MayBegin() const { return HasReasonToRun() && !fLingering.IsExpired(); }
   bool MayGoOn() { return fLingering.Decide(HasReasonToRun()) && !fLingering.IsExpired(); }
 
@@ -64,7 +64,7 @@ class CQuitting : CNotCopied, private ILingerTimer {
 
   IWindowHost& fHost;
   CLingering fLingering;
-  boost::weak_ptr<CWinWindow> fQuitWindow;  // the one last asked to close
+  boost::weak_ptr<CWinWindow> fQuitWindow;  // the window last asked to close
   bool fIsInQuitMode = false;
   bool fIsQuitEventDue = false;
 };

@@ -9,7 +9,7 @@ namespace NSMorvane {
 
 namespace {
 
-// Of a window that only has to exist.
+// The procedure of the hider window, which only has to exist.
 LRESULT CALLBACK WinHiderWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
   return ::DefWindowProcW(hwnd, message, wParam, lParam);
 }

@@ -1,4 +1,5 @@
-// The two windows that nobody sees: message-only windows, which no list of top-level windows knows.
+// The two invisible windows of the application. They are message-only windows, which lists of top-level
+// windows leave out.
 #pragma once
 
 #include <windows.h>
@@ -25,11 +26,11 @@ class CUnseenWindow : CNotCopied {
   HWND fHwnd;
 };
 
-// The owner of windows that have no other, and of what needs any window of the application.
+// The owner of windows that have no other, and the window for calls of the system that need one.
 class CHiderWindow : public CUnseenWindow {
  public:
   explicit CHiderWindow(HICON icon);
-  // Dialogs that are still open stay.
+  // Dialogs that are still open are disowned first, so that they do not end with this window.
   ~CHiderWindow();
 };
 
@@ -38,7 +39,7 @@ class CMessageTarget : CNotCopied {
  public:
   void Make(WNDPROC procedure);
   void End();
-  // Null while there is none. Any thread may ask: it may post messages at any time.
+  // Null while there is none. Any thread may call this, since any thread may post messages.
   HWND GetHwnd() const { return fHwnd; }
 
  private:

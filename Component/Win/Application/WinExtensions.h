@@ -1,5 +1,5 @@
-// What exists on Windows only. These operations have no contract members in front of them and keep exceptions
-// in by themselves.
+// The operations that exist on Windows only. They have no contract members in front of them, so each keeps
+// its exceptions in itself.
 #pragma once
 
 #include "Component/Win/Application/AutoPlay.h"
