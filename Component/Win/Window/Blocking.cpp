@@ -18,7 +18,7 @@ bool Contains(const std::vector<HWND>& windows, HWND hWnd) {
   return std::find(windows.begin(), windows.end(), hWnd) != windows.end();
 }
 
-// Whether this window is `bottom`, or lies over it because that owns it.
+// Whether this window is `bottom` or is owned by it, directly or through other windows.
 bool IsOver(HWND hWnd, HWND bottom) {
   while (hWnd && hWnd != bottom) hWnd = GetWindow(hWnd, GW_OWNER);
   return hWnd != nullptr;
@@ -89,8 +89,8 @@ bool CBlocking::MayMinimize(const CWinWindow& window, HWND hiderWindow) {
   return window.GetOwnerHwnd() && GetParent(window.GetHwnd()) != hiderWindow;
 }
 
-// A dialog that is shown and blocks this window alone; of several the one that was active last, or else the
-// newest. Null if there is none.
+// A shown dialog that is owned by this window and blocks it; of several, the one that was active last, or
+// else the newest. Null if there is none.
 HWND CBlocking::FindDialogOver(HWND owner) const {
   const HWND lastActive = GetLastActivePopup(owner);
   HWND dialog = nullptr;
@@ -102,7 +102,7 @@ HWND CBlocking::FindDialogOver(HWND owner) const {
   return dialog;
 }
 
-// The window, the dialog that blocks it, the one that blocks that, and so on.
+// The window, the dialog that blocks it, the dialog that blocks that dialog, and so on.
 std::vector<HWND> CBlocking::DialogChain(HWND hWnd) const {
   std::vector<HWND> chain = {hWnd};
   while (const HWND dialog = FindDialogOver(chain.back())) {
@@ -120,8 +120,9 @@ HWND CBlocking::FindUsable(HWND hWnd) const {
   return DialogChain(IsBlockedByApp(hWnd) ? fStack.front() : hWnd).back();
 }
 
-// Front to back: the stack, the newest dialog first, each under what lies over it, with the window that can
-// be used at the top; then the other windows. What is not said here has the order it has.
+// The order from front to back: first the dialogs on the stack, newest first, each below the windows that it
+// owns, of which the usable one comes first; then the other windows. Apart from that the windows keep their
+// order.
 std::vector<HWND> CBlocking::MergeOrder(const std::vector<HWND>& windows) const {
   std::vector<HWND> result;
   const auto add = [&](HWND hWnd) {
@@ -138,8 +139,8 @@ std::vector<HWND> CBlocking::MergeOrder(const std::vector<HWND>& windows) const 
   return result;
 }
 
-// How many of these windows, from the front, have to be raised so that all lie in this order. All, if the
-// windows of another application can lie between them.
+// How many of these windows, counted from the front, have to be raised to establish this order. All of them
+// while another application is in the foreground, since its windows may lie in between.
 std::size_t CBlocking::CountToRaise(const std::vector<HWND>& order) const {
   DWORD process = 0;
   GetWindowThreadProcessId(GetForegroundWindow(), &process);
@@ -153,8 +154,9 @@ std::size_t CBlocking::CountToRaise(const std::vector<HWND>& order) const {
   return count;
 }
 
-// The windows to bring back from the task bar. Those that are minimized come back only if all are: the
-// application must not stay invisible as a whole.
+// The minimized windows to restore. If a dialog blocks the application and its parent is minimized, that
+// parent. Otherwise all other windows, but only if every one of them is minimized: the application must not
+// stay invisible as a whole.
 std::vector<HWND> CBlocking::FindWindowsToRestore(const std::vector<HWND>& nativeWindows) const {
   std::vector<HWND> restoreList;
   MORVANE_ASSERT(nativeWindows.size() > 0);
@@ -162,14 +164,14 @@ std::vector<HWND> CBlocking::FindWindowsToRestore(const std::vector<HWND>& nativ
   MORVANE_ASSERT(it!=nativeWindows.end());
   if (!fStack.empty()) {
     const HWND parent = GetParent(*it++);
-    // A maximized one would be made smaller.
+    // A maximized parent is left alone: SW_RESTORE would make it smaller.
     if (parent && Contains(nativeWindows, parent) && IsWindowMinimized(parent)) restoreList.push_back(parent);
   }
   if (!restoreList.empty()) return restoreList;
   bool allAreMinimized = true;
   for (; it != nativeWindows.end(); ++it) {
     const HWND hWnd = *it;
-    if (!IsWindow(hWnd)) continue;  // one of another thread
+    if (!IsWindow(hWnd)) continue;  // a window of another thread has ended
     MORVANE_ASSERT_TEXT("IsWindowShown(hWnd)", fWindows->IsShown(hWnd));
     if (IsWindowMinimized(hWnd))
       restoreList.push_back(hWnd);
@@ -179,22 +181,22 @@ std::vector<HWND> CBlocking::FindWindowsToRestore(const std::vector<HWND>& nativ
   return allAreMinimized ? restoreList : std::vector<HWND>();
 }
 
-// Enables this window or, if a dialog blocks it, that one. Not while a dialog blocks the whole application:
-// its end will.
+// Enables the window or, if dialogs block it, the last of these. Does nothing while a dialog blocks the whole
+// application, whose end enables the window. Windows that are not the library's are enabled even then.
 void CBlocking::EnableUsableInPlaceOf(HWND hWnd) {
   hWnd = DialogChain(hWnd).back();
   if (!IsBlockedByApp(hWnd) || !IsRegisteredHwnd(hWnd)) EnableWindow(hWnd, TRUE);
 }
 
-// The window of a group that could be used: the newest dialog of the one given. Not a dialog that is going,
-// nor one that has been hidden, which the system counts until it has gone.
+// The usable window of an owner group: the last active popup of `window`, or `window` itself if that popup is
+// `goingDialog` or hidden. The system counts a hidden popup until it is destroyed.
 HWND CBlocking::FindUsableOfGroup(HWND window, HWND goingDialog) const {
   const HWND popup = GetLastActivePopup(window);
   return popup == goingDialog || fWindows->IsHidden(popup) ? window : popup;
 }
 
 void CBlocking::ApplyOrder(const std::vector<HWND>& nativeWindows, bool activateFrontModal) {
-  // It moves the windows when it goes, which is after the activations below.
+  // Its destructor moves the windows, after the activations below.
   CDeferredWindowMover mover(static_cast<int>(nativeWindows.size()));
   std::string logLine = "CWinWindow::BringAppToFrontAndRestoreZOrder";  // sic
   std::vector<HWND> restoreList;
@@ -203,11 +205,11 @@ void CBlocking::ApplyOrder(const std::vector<HWND>& nativeWindows, bool activate
     restoreList = FindWindowsToRestore(nativeWindows);
   }
   const std::size_t raised = restoreList.empty() ? CountToRaise(nativeWindows) : nativeWindows.size();
-  // From the bottom to the top, each to the top. One that lies right is not touched: some systems paint anew
-  // what comes into sight in between, and take that for the order.
+  // Each window is raised to the top, the rearmost first. Windows that are in place already are not touched:
+  // some systems paint what becomes visible in between, and take that for the order.
   for (std::size_t i = nativeWindows.size(); i-- > 0;) {
     const HWND hWnd = nativeWindows[i];
-    if (!IsWindow(hWnd)) continue;  // a client has ended it, in a restore or before
+    if (!IsWindow(hWnd)) continue;  // a client has ended it meanwhile
     MORVANE_ASSERT_TEXT("!IsWindowHidden(hWnd)", !fWindows->IsHidden(hWnd));
     if (Contains(restoreList, hWnd)) {
       ShowWindow(hWnd, SW_RESTORE);
@@ -235,7 +237,8 @@ void CBlocking::BringAppToFront(const std::vector<HWND>& nativeWindows, bool act
   if (nativeWindows.empty()) return;
   const std::vector<HWND> stackBefore = fStack;
   ApplyOrder(nativeWindows, activateFrontModal);
-  // A dialog that a callback has opened meanwhile was in no list yet, and must not stay under the others.
+  // A dialog that a callback has opened meanwhile is not in the list, and must not stay below the other
+  // windows.
   if (fStack.empty() || Contains(stackBefore, fStack.front())) return;
   DisableUnderFront();
   RestoreOrder();
@@ -243,8 +246,9 @@ void CBlocking::BringAppToFront(const std::vector<HWND>& nativeWindows, bool act
 
 // --- The stack
 
-// Not while another dialog blocks it, or the whole application: the end of that one will. An owner that is
-// not a window of the library's does not wait for the latter.
+// Enables the owner of a dialog that ends. While another dialog blocks the owner or the whole application,
+// the end of that dialog does it; an owner that is not the library's does not wait for a dialog of the
+// application.
 void CBlocking::EnableOwner(HWND owner) {
   if (!FindDialogOver(owner)) EnableUsableInPlaceOf(owner);
 }
@@ -260,8 +264,8 @@ void CBlocking::Push(HWND hWnd) {
   RestoreOrder();
 }
 
-// The other windows can be used again, or those that the next dialog leaves. Nothing for a window that is not
-// on the stack.
+// Takes a dialog off the stack. Enables the windows that it blocked, except those that the next dialog
+// blocks, and restores the order. Does nothing for a window that is not on the stack.
 void CBlocking::Pop(HWND hWnd) {
   const auto entry = std::find(fStack.begin(), fStack.end(), hWnd);
   if (entry == fStack.end()) return;
@@ -270,8 +274,8 @@ void CBlocking::Pop(HWND hWnd) {
   std::erase(windows, hWnd);
   if (fStack.empty()) {
     for (const HWND w : windows) {
-      if (!fStack.empty()) break;  // a callback has opened the next one
-      // The dialog that is going stays as it is; what it covered can be used again.
+      if (!fStack.empty()) break;  // a callback has opened another dialog
+      // The ending dialog is left as it is, and the window that it covered is enabled instead.
       const HWND usable = FindUsableOfGroup(w, hWnd);
       if (IsRegisteredHwnd(usable)) EnableUsableInPlaceOf(usable);
     }
@@ -286,7 +290,8 @@ void CBlocking::PopQuietly(HWND hWnd) noexcept {
   if (error != kOK) KeepPendingError(error);
 }
 
-// Windows that are not the library's are left alone.
+// Disables the windows that the front dialog blocks, and enables the usable window. Windows that are not the
+// library's are left alone.
 void CBlocking::DisableUnderFront() {
   if (fStack.empty()) return;
   const HWND top = FindUsable(fStack.front());
@@ -295,19 +300,19 @@ void CBlocking::DisableUnderFront() {
   const auto isTop = [this, top] { return !fStack.empty() && FindUsable(fStack.front()) == top; };
   for (const HWND w : windows) {
     if (!isTop()) return;  // a callback has ended the dialog or opened another; that call has done the rest
-    // An owner of the top dialog cannot be used, and of any other group the window that could be.
+    // For an owner of the top dialog this is the owner itself, for any other group its usable window.
     const HWND blocked = FindUsableOfGroup(w, top);
     if (!IsRegisteredHwnd(blocked)) continue;
-    // Several dialogs can lie over the front of the stack, side by side. Another dialog, which has gone, may
-    // have blocked them.
+    // The front dialog may own several dialogs side by side. They may have been blocked by a dialog that has
+    // ended, so they are enabled.
     if (!IsBlockedByApp(blocked) && !FindDialogOver(blocked)) {
       EnableWindow(blocked, TRUE);
       continue;
     }
     EnableWindow(blocked, FALSE);
     if (isTop()) continue;
-    // The same from within EnableWindow. Only this window is left over: it heard of it before it was
-    // disabled.
+    // A callback within EnableWindow has changed the top, and that call has done the rest. It ran before this
+    // window was disabled, so the window has to be enabled here if it is usable.
     if (FindUsable(blocked) == blocked) EnableUsableInPlaceOf(blocked);
     return;
   }
@@ -331,14 +336,15 @@ void CBlocking::BringToFront(HWND hWnd) {
     RestoreOrder();
     return;
   }
-  // From the bottom to the top. Clients can end the windows meanwhile.
+  // From the rearmost window to the front. Clients may end the windows meanwhile.
   std::vector<HWND> group = DialogChain(hWnd);
   for (HWND owner = GetWindow(hWnd, GW_OWNER); owner; owner = GetWindow(owner, GW_OWNER))
     group.insert(group.begin(), owner);
   for (const HWND w : group)
     if (IsRegisteredHwnd(w) && IsIconic(w)) ShowWindow(w, SW_RESTORE);
   const HWND usable = FindUsable(hWnd);
-  // Floating windows that went with the application come back when one of them is activated.
+  // Floating windows that are out of sight with an inactive application do not count as hidden: they come
+  // back when one of them is activated.
   if (!IsWindow(usable) || fWindows->IsHidden(usable)) return;
   RaiseWithOwners(usable);
   SetActiveWindow(usable);
@@ -348,8 +354,8 @@ void CBlocking::BringToFront(HWND hWnd) {
 
 bool CBlocking::SwallowsMessage(const TWinMessage& message) {
   if (message.fMessage == WM_ACTIVATE && LOWORD(message.fWParam) == WA_ACTIVE) {
-    // One in the task bar can be active; its dialog comes back with it. A dialog of the application comes
-    // now.
+    // A minimized window may become active: the dialog that it owns comes back with it. A dialog that blocks
+    // the application has to come to the front at once.
     const bool isMinimized = HIWORD(message.fWParam) != 0;
     return !(isMinimized && !IsAppBlocked()) && OnActivationAttempt(message.fHwnd);
   }
@@ -369,7 +375,7 @@ bool CBlocking::OnActivationAttempt(HWND hWnd) {
 
 bool CBlocking::OnClickAttempt(HWND hWnd) {
   if (!OnActivationAttempt(hWnd)) return false;
-  // Bringing the windows to the front can have ended dialogs.
+  // Bringing the windows to the front may have ended dialogs.
   const HWND usable = FindUsable(hWnd);
   if (usable == hWnd) return true;
   SetForegroundWindow(usable);  // the click may have come to an application in the background

@@ -1,5 +1,5 @@
-// What dialogs block: the windows that a modal dialog disables, enables, raises and flashes, for its owner
-// and for the whole application, which window can be used instead, and the order that follows from it.
+// What modal dialogs block: which windows they disable, enable, raise and flash, which window can be used
+// instead, and the z-order that follows from it.
 #pragma once
 
 #include <windows.h>
@@ -15,58 +15,60 @@ namespace NSMorvane {
 class CWindowRegistry;
 class CWinWindow;
 
-// A modal dialog with an owner blocks that window. One without blocks the application: it stands on a stack,
-// of which only the front can be used, or the dialogs that it owns itself.
+// A modal dialog with an owner blocks that window. A modal dialog without an owner blocks the application and
+// is put on a stack. Only the front of the stack, or a dialog that it owns, can be used.
 //
-// Nearly everything here can call the client, who may end windows, open dialogs and come back here.
+// Nearly everything here may call the client, who may end windows, open dialogs and come back here.
 class CBlocking : CNotCopied {
  public:
   explicit CBlocking(boost::shared_ptr<const CWindowRegistry> windows);
 
   // --- Windows that come and go
 
-  // A window has been shown: a modal dialog begins to block. What is blocked by the application's dialog is
-  // disabled from here on.
+  // A window has been shown. A modal dialog begins to block. If a dialog blocks the application, the windows
+  // that it blocks are disabled.
   void OnShown(const CWinWindow& window);
-  // A window is about to be hidden: a modal dialog ends to block, and what it has blocked can be used again,
-  // unless another dialog blocks it.
+  // A window is about to be hidden. A modal dialog stops blocking, and the windows that it blocked can be
+  // used again unless another dialog blocks them.
   void OnHiding(const CWinWindow& window);
-  // The same from the destructor of a window, for one that has not been hidden. What goes wrong is delivered
-  // later.
+  // The same, called by the destructor for a window that has not been hidden. Failures of the stack are
+  // delivered later.
   void OnEnding(const CWinWindow& window);
 
-  // A dialog of the system's, of whatever thread, blocks the application until it is popped. Once for each.
+  // A dialog of the system, on any thread, blocks the application until it is popped. A dialog can be pushed
+  // once only.
   void PushForeignDialog(HWND dialog);
   void PopForeignDialog(HWND dialog);
-  // All that are left.
+  // Pops all foreign dialogs that are left.
   void PopForeignDialogs();
 
   // --- What is blocked
 
   // Whether a dialog blocks the whole application.
   bool IsAppBlocked() const { return !fStack.empty(); }
-  // The dialogs that do. The newest, which is the one that can be used, is at the front.
+  // The dialogs that block the application, newest first. The first can be used, or a dialog that it owns.
   const std::vector<HWND>& GetStack() const { return fStack; }
-  // Whether floating windows are out of the way while this window is active.
+  // Whether floating windows are hidden while this window is active.
   static bool BansFloatingWindows(const CWinWindow& window);
-  // A window that blocks the application stays where it is. `hiderWindow` owns those without an owner.
+  // False for a dialog that blocks the application, or whose native parent is `hiderWindow`.
   static bool MayMinimize(const CWinWindow& window, HWND hiderWindow);
 
   // --- Attempts to use what is blocked
 
-  // Whether a message tries to activate or to click a window that a dialog blocks. It is to be swallowed; the
-  // windows that block have been brought to the front.
+  // Whether a message tries to activate or click a window that a dialog blocks. Such a message must be
+  // swallowed; the windows have been brought into the right order by then.
   bool SwallowsMessage(const TWinMessage& message);
-  // A window is about to be activated; true if the message that told so must be swallowed.
+  // A window is about to be activated. True if a dialog blocks it, so that the message must be swallowed.
   bool OnActivationAttempt(HWND hWnd);
 
   // --- To the front
 
-  // Brings a window to the front and activates it, with its owners behind it. If a dialog blocks it, that is
-  // the one that comes to the front and is activated: the last, if dialogs block dialogs. What is minimized
-  // of all these is restored.
+  // Brings a window to the front, with its owners behind it, and activates it. If a dialog blocks the window,
+  // that dialog is activated instead, or the last one if dialogs block dialogs. Minimized windows among these
+  // are restored.
   void BringToFront(HWND hWnd);
-  // Only to the front, with its owners behind it: not every system does so for a window that becomes active.
+  // Only brings the window to the front, with its owners behind it. Not every system does this for a window
+  // that becomes active.
   void RaiseWithOwners(HWND hWnd) const;
   // Puts all windows in the order that blocking asks for, and activates the front one.
   void RestoreOrder();

@@ -1,6 +1,6 @@
 #include "Component/Win/Window/WinDroppedFiles.h"
 
-// After windows.h.
+// Needs windows.h before it.
 #include <shellapi.h>
 #include <shlobj.h>
 
@@ -22,7 +22,7 @@ namespace {
 
 using NSTextPackage::TString;
 
-// A block of global memory with the files that were dropped, or with anything; it is freed at the end.
+// Owns the block of global memory that came with WM_DROPFILES, which may contain anything.
 class CDroppedFiles : CNotCopied {
  public:
   explicit CDroppedFiles(HGLOBAL block) : fDrop(static_cast<HDROP>(block)) {}
@@ -47,7 +47,7 @@ static_assert(sizeof(DROPFILES) == sizeof(TDroppedFilesHeader) &&
               offsetof(DROPFILES, pFiles) == offsetof(TDroppedFilesHeader, fNamesOffset) &&
               offsetof(DROPFILES, fWide) == offsetof(TDroppedFilesHeader, fIsWide));
 
-// The message comes from anywhere.
+// Anyone can send the message, so the block is checked before it is read.
 bool IsSoundDrop(HGLOBAL block) {
   const std::size_t size = GlobalSize(block);
   if (size == 0) return false;

@@ -7,8 +7,8 @@ namespace NSMorvane {
 
 class IWindowHost;
 
-// Has the application open what WM_DROPFILES brings, and frees it. It comes from anywhere: what is not sound
-// is left alone.
+// Asks the application to open the files that WM_DROPFILES brings, and frees the block. Anyone can send that
+// message, so a malformed block is ignored.
 void OpenDroppedFiles(HGLOBAL drop, IWindowHost& host);
 
 }  // namespace NSMorvane

@@ -1,6 +1,6 @@
 #include "Component/Win/Window/WinInputMethod.h"
 
-// After windows.h.
+// Needs windows.h before it.
 #include <imm.h>
 
 #include <exception>
@@ -12,10 +12,11 @@ namespace NSMorvane {
 
 namespace {
 
-// Input methods notify of what is done here, too.
+// True while the input method is being closed here, which sends another notification. Process-wide, since the
+// windows of a thread share their input method.
 bool gIsSuppressingInputMethod = false;
 
-// Names of classes come in any case.
+// Class names are not case-sensitive.
 bool IsEditControl(HWND hwnd) {
   wchar_t className[32] = {};
   GetClassNameW(hwnd, className, 32);

@@ -6,7 +6,7 @@
 
 namespace NSMorvane {
 
-// On WM_IME_NOTIFY, whose command it is.
+// Called on WM_IME_NOTIFY; `command` is its wParam.
 void KeepInputMethodClosed(HWND window, WPARAM command);
 
 }  // namespace NSMorvane

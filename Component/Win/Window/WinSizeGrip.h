@@ -7,20 +7,20 @@
 
 namespace NSMorvane {
 
-// Without Make there is none, and nothing below does anything.
+// There is no grip until Make is called; the other operations do nothing then.
 class CWinSizeGrip : CNotCopied {
  public:
   void Make(HWND window);
 
   // Null if there is none.
   HWND GetHwnd() const { return fHwnd; }
-  // Into the corner of the client area.
+  // Moves the grip into the corner of the client area.
   void Place();
-  // A zoomed window cannot be sized.
+  // Disables the grip of a maximized window, which cannot be sized.
   void Adapt(bool isZoomed);
 
  private:
-  HWND fHwnd = nullptr;  // goes with its window
+  HWND fHwnd = nullptr;  // destroyed with its window
 };
 
 }  // namespace NSMorvane

@@ -2,7 +2,7 @@
 #include "Component/Win/Window/WinWindow.h"
 
 #include <windows.h>
-// After the above.
+// Needs windows.h before it.
 #include <shellapi.h>
 
 #include <algorithm>
@@ -93,7 +93,8 @@ void CWinWindow::MakeNativeWindow(DWORD style, DWORD exStyle, bool makeSizeGrip)
   if (makeSizeGrip) fSizeGrip.Make(fHwnd);
 }
 
-// The class procedure. It exists only until the wrapper takes over, within the first message that it sees.
+// The window procedure of the class. On WM_NCCREATE it hands the window over to a wrapper, which sees every
+// message from then on. Messages before that, and what the wrapper passes on, go to DefWindowProcW here.
 LRESULT CALLBACK CWinWindow::WindowStubProcCallback(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_NCCREATE) {
     const auto* const creation = reinterpret_cast<const CREATESTRUCTW*>(lParam);
@@ -148,7 +149,7 @@ void CWinWindow::AddChildWindow(const boost::shared_ptr<CWinWindow>& childWindow
 }
 
 bool CWinWindow::CWindowGlue_CheckInvariant() const {
-  // The root view and the focus view stand for all others.
+  // Of the views, only the root view and the focus view are tested.
   if (fRunBehavior && !(fRootView && !fRootView->CheckInvariant()) &&
       !(GetFocusView() && !GetFocusView()->CheckInvariant()) && !(fHwnd && !IsWindow(fHwnd)) &&
       !(fNativeWindowWrapper && !fNativeWindowWrapper->CheckInvariant()))
@@ -234,7 +235,7 @@ void CWinWindow::SetUpMenuBar(CMenuBarState& state) {
   // The focus view comes last and so has the last word.
   const std::vector<TViewImplPtr> focusChain = LiveFocusChain(GetFocusView());
   for (auto view = focusChain.rbegin(); view != focusChain.rend(); ++view) {
-    // An earlier one may have released it.
+    // An earlier view may have released it.
     IViewBehavior* const behavior = (*view)->IsLive() ? (*view)->GetBehavior() : nullptr;
     if (behavior) MORVANE_CHECK(behavior->IViewBehavior_OnSetupMenuBar(state));
   }
@@ -250,8 +251,8 @@ void CWinWindow::FocusNow() {
 }
 
 void CWinWindow::Show() {
-  // A window that has been released must not come onto the screen any more. Painting and every callback below
-  // can release it.
+  // A window that has been released must not be shown any more. Painting and every callback below may release
+  // it.
   const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
   const auto isReleased = [&] { return !fClientsWindowReference; };
   if (isReleased()) return;
@@ -274,7 +275,7 @@ void CWinWindow::Show() {
   if (isReleased()) return;
   if (!UpdateWindow(fHwnd)) MORVANE_CHECK_LAST_ERROR();
   if (isReleased()) return;
-  // A dialog that blocks the application may have taken it out of the way: it comes back with the others.
+  // A dialog that blocks the application may have hidden it; it comes back with the other floating windows.
   if (fWindowKind == kWindowKindFloating && fBlocking->IsAppBlocked() && !IsVisible()) return;
   if (!IsVisible()) {
     if (fWindows->IsHidden(fHwnd))
@@ -302,7 +303,7 @@ void CWinWindow::AddToHiddenWindows() {
   if (fWindows->IsHidden(fHwnd)) return;
   fWindows->MakeRoomForHidden();
   if (fWindowKind == kWindowKindModalDialog || fOwnerHwnd) {
-    // Above the screen, and natively visible.
+    // Moved above the screen, where it stays natively visible.
     RECT parentRect = {};
     if (const HWND parent = GetParent(fHwnd)) GetWindowRect(parent, &parentRect);
     RECT native = {};
@@ -336,15 +337,15 @@ void CWinWindow::RequestCloseFromLibrary() {
 void CWinWindow::ReleaseWindow() {
   MORVANE_ASSERT(CheckInvariant());
   MORVANE_ASSERT(fClientsWindowReference.get()!=0);
-  // The last holder, unless the window is in the middle of a message: it goes when this function returns, and
-  // the window with it.
+  // The last reference, unless the window is in the middle of a message: the window then ends when this
+  // function returns.
   const boost::shared_ptr<CWinWindow> reference = fClientsWindowReference;
   if (fClientsWindowReference && fMouse.IsCaptured()) {
     const BOOL result = ReleaseCapture();
     MORVANE_ASSERT(result);
   }
-  if (!fClientsWindowReference) return;  // it is ending already
-  // A parent that is ending too does so after it has let go of this one.
+  if (!fClientsWindowReference) return;  // a callback has released it already
+  // Held, so that a parent that is ending too stays alive until this window is off its list.
   const boost::shared_ptr<CWinWindow> parent = fParentWindow.lock();
   fClientsWindowReference.reset();
   fWindows->Remove(this);
@@ -370,7 +371,7 @@ void CWinWindow::KillWindowTimer() {
 
 CWinWindow::~CWinWindow() {
   MORVANE_ASSERT(CheckInvariant());
-  fIsEnding = true;  // the kind is gone
+  fIsEnding = true;  // the derived part is destroyed already
   fFocus.GetFocus().Forget();
   if (fRootView && !fRootView->GetRawSubViews().empty()) {
     DebugPrint("Not all subview were removed!");  // sic
@@ -383,7 +384,7 @@ CWinWindow::~CWinWindow() {
   fTooltips.DestroyControl();
   fBlocking->OnEnding(*this);
   DismantleNativeWindow();
-  // Later use fails the invariant.
+  // Makes the invariant fail on later use.
   PoisonField(fRunBehavior, nullptr);
 }
 
@@ -402,7 +403,8 @@ void CWinWindow::DismantleNativeWindow() {
   if (fHwnd) {
     fWindows->RemoveHidden(fHwnd);
     UnregisterHwnd(fHwnd);
-    // A dialog that is still open, or that ends when its message is through.
+    // Destroying the window would destroy the windows that it owns: a dialog may still be open or in the
+    // middle of a message.
     DisownWindows(fHwnd);
     const BOOL dwResult = DestroyWindow(fHwnd);
     MORVANE_ASSERT(dwResult);

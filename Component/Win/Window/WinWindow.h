@@ -1,18 +1,17 @@
 // The platform window object: the common base of all kinds of windows.
 //
-// CWinWindow keeps what makes a window one object: the contract, its life, and the routing of its messages.
-// What it does by topic is done by its parts, each a class with a state of its own that knows of the window
-// no more than it is given:
+// CWinWindow itself keeps the contract, the life and the routing of messages. Everything else is done by its
+// parts. Each is a class with private state that knows only as much of the window as it is given:
 //
-//   WinWindowFocus       focus and activation; with WindowFocus, which decides who has the focus
-//   WinWindowMouse       the mouse and its capture; with MouseDispatch, which decides what views hear
-//   WinWindowKeyboard    the keyboard; with KeyDispatch, the chain of a key press
-//   WinWindowPlacement   sizes and their limits, placement, title; with the arithmetic of WindowPlacement
-//   WinWindowMenuBar     the menu bar; with MenuBarComposition, which decides what stands in it
-//   WinWindowPainting    painting and invalidation
-//   WinWindowTooltips    tooltips
-//   WinWindowListeners   listeners of messages
-//   WinWindowAlpha, WinSizeGrip, WinDroppedFiles, WinInputMethod
+// WinWindowFocus       focus and activation; with WindowFocus, which decides who has the focus
+// WinWindowMouse       the mouse and its capture; with MouseDispatch, which decides what views hear
+// WinWindowKeyboard    the keyboard; with KeyDispatch, the chain of a key press
+// WinWindowPlacement   sizes and their limits, placement, title; with the arithmetic of WindowPlacement
+// WinWindowMenuBar     the menu bar; with MenuBarComposition, which decides what stands in it
+// WinWindowPainting    painting and invalidation
+// WinWindowTooltips    tooltips
+// WinWindowListeners   listeners of messages
+// WinWindowAlpha, WinSizeGrip, WinDroppedFiles, WinInputMethod
 //
 // The window's own files are WinWindow.cpp (life, contract), WinWindowMessages.cpp (the message function and
 // its table) and WinWindowCommands.cpp (commands of menus). The kinds of windows that clients make are in the
@@ -67,13 +66,13 @@ class CWinWindow : public CWindowGlue,
   bool CheckInvariant() const { return CWindowGlue_CheckInvariant(); }
   HWND GetHwnd() const { return fHwnd; }
   TWindowKind GetWindowKind() const { return fWindowKind; }
-  // Blocks its owner, or without one the application.
+  // A modal window blocks its owner or, without an owner, the application.
   bool IsModal() const { return fWindowKind == kWindowKindModalDialog || fWindowKind == kWindowKindAlertBox; }
   HWND GetOwnerHwnd() const { return fOwnerHwnd; }
   bool IsListedInWindowMenu() const { return fListedInWindowMenu; }
   const TString& GetTitle() const { return fPlacement.GetTitle(); }
   bool IsAlwaysOnTop() const { return fIsAlwaysOnTop; }
-  // Dialogs that are opened later inherit it.
+  // Dialogs that are opened later inherit the setting.
   void SetAlwaysOnTop(bool flag);
 
   CWinWindowMouse& GetMouse() { return fMouse; }
@@ -82,42 +81,43 @@ class CWinWindow : public CWindowGlue,
 
   // --- Life
 
-  // Wires the window up: it takes the reference that the client holds it by, stands in the registry from here
-  // on, and among the child windows of its native parent. Once, by whoever made the window.
+  // Wires the window up: stores the reference that stands for the client's hold on it, and adds the window to
+  // the registry and to the child windows of its native parent. Called once, by whoever made the window.
   void SetClientsWindowReference(const boost::shared_ptr<CWinWindow>& reference);
   // A copy; the window lives as long as one is left.
   boost::shared_ptr<CWinWindow> GetClientsWindowReference() const;
-  // The same without a report: empty once the window has been released.
+  // The same, but empty once the window has been released, which is not reported here.
   boost::shared_ptr<CWinWindow> LockClientsWindowReference() const { return fClientsWindowReference; }
 
   // Natively visible and not hidden by the library.
   bool IsVisible() const { return TWindowCore::IsVisible(); }
   bool IsIconic() const { return ::IsIconic(fHwnd) != 0; }
   bool IsZoomed() const { return ::IsZoomed(fHwnd) != 0; }
-  // False while it is being made, and after Hide.
+  // False before Show and after Hide.
   bool HasBeenShown() const { return !fIsHidden; }
-  // To the front and active, restored if it is minimized. If a dialog blocks it, that comes to the front with
-  // this one behind it, and is active.
+  // Restores the window if it is minimized, brings it to the front and activates it. If a dialog blocks it,
+  // the dialog comes to the front, with this window behind it, and is activated.
   void FocusNow();
 
-  // Once, when the window is wired up and has its behaviour.
+  // Called once, when the window is wired up and has its behaviour.
   virtual void Show();
   void Hide();
-  // Ends the window: at once, or when the message that it is handling is through.
+  // Ends the window at once or, while it handles a message, after that message.
   void ReleaseWindow();
-  // The application is quitting.
+  // Asks the client to close the window, since the application is quitting.
   void RequestCloseFromLibrary();
 
   // --- Messages
 
   LRESULT WindowProc(CNativeWindowWrapper& wrapper, HWND hwnd, UINT message, WPARAM wParam,
                      LPARAM lParam) override;
-  // Sees a message of this window or of one inside it before it is dispatched; true uses it up.
+  // Called with each message of this window and its child windows before it is dispatched. True if it was
+  // handled and must not be dispatched.
   virtual bool PreTranslateMessage(const MSG& message);
-  // Has the kind and the views of the focus chain complete the state, and shows it.
+  // Lets the kind and the views of the focus chain complete the state, and shows it.
   void SetUpMenuBar(CMenuBarState& state);
 
-  // --- The window as its views see it. Behaviours can end it from within most of these: they keep it.
+  // --- The window as its views see it. Behaviours may end it within most of these, which therefore hold it
 
   CViewImpl* IImplFocusTools_GetOnDutyFocusView() override { return fFocus.GetFocus().GetNextView(); }
   CViewImpl* IImplFocusTools_GetConceptualFocusView() override { return fFocus.GetFocus().GetNextView(); }
@@ -132,7 +132,7 @@ class CWinWindow : public CWindowGlue,
   void UpdateToolText(std::uint32_t tool, CViewImpl&, const TString& text) override;
   void RemoveTool(std::uint32_t tool, CViewImpl& view) override;
 
-  // --- Operations that behaviours can end the window from within: they keep it to their end
+  // --- IModalOwner
 
   TError IModalOwner_GetNativeWindow(TNativeWindow& out) override;
 
@@ -164,9 +164,9 @@ class CWinWindow : public CWindowGlue,
   CViewImpl* GetFocusView() const { return fFocus.GetFocus().GetView(); }
   TWindowStateRecord GetWindowState() const;
   void SetWindowState(const TWindowStateRecord& state);
-  // What to add to a rectangle in screen coordinates to get one in those of the native placement.
+  // What to add to screen coordinates to get those of the native placement.
   TPoint OffsetToNativePlacement() const { return fPlacement.OffsetToNativePlacement(); }
-  // The first thing that the destructor of every kind does, before its behaviour goes.
+  // The destructor of every kind calls this first, before it deletes the behaviour.
   void PrepareDestruction();
 
  private:
@@ -184,7 +184,7 @@ class CWinWindow : public CWindowGlue,
 
   // Messages
   void PreDispatch(const TWinMessage& message);
-  // Passes a message on to the next listener of the native window, and so to the native procedure.
+  // Passes a message on to the next listener of the native window, and in the end to the native procedure.
   LRESULT ForwardMessage(const TWinMessage& message);
   LRESULT AnswerQueryEndSession();
 
@@ -197,15 +197,15 @@ class CWinWindow : public CWindowGlue,
   boost::shared_ptr<CNativeWindowWrapper> fNativeWindowWrapper;  // empty until WM_NCCREATE
   const boost::shared_ptr<CBlocking> fBlocking;
   boost::shared_ptr<CWinWindow> fClientsWindowReference;  // empty before wiring up and after ReleaseWindow
-  IMorvaneRunBehavior* fRunBehavior;                      // never called: the run can end before the window
-  // Keeps the root view alive for a client that releases it, though it is not the client's.
+  IMorvaneRunBehavior* fRunBehavior;                      // never called, since the run may end first
+  // Keeps the root view alive if a client releases it, though it does not belong to the client.
   boost::shared_ptr<CViewImpl> fRootViewReference;
   const HWND fOwnerHwnd;  // of the owner given at creation, or null
   const bool fListedInWindowMenu;
   const bool fHasCloseCommand;
   const CWindowClassRef fWindowClass;
   boost::weak_ptr<CWinWindow> fParentWindow;                 // whose fChildWindows has this one
-  std::vector<boost::shared_ptr<CWinWindow>> fChildWindows;  // those that this one owns natively
+  std::vector<boost::shared_ptr<CWinWindow>> fChildWindows;  // the windows that this one owns natively
   std::vector<CViewImpl*> fTabViews;
   UINT_PTR fTimerID = 0;   // 0: none
   bool fIsEnding = false;  // no message reaches this object any more

@@ -15,7 +15,7 @@ class CWinWindowAlpha : CNotCopied {
   explicit CWinWindowAlpha(const TWindowCore& window) : fWindow(window) {}
 
   std::uint8_t Get() const;
-  // The style of the native window changes, which it is told of.
+  // Changes the style of the native window, which gets messages about that.
   void Set(std::uint8_t alpha);
 
  private:

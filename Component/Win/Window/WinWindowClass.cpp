@@ -8,7 +8,8 @@
 
 namespace NSMorvane {
 
-// Never destroyed: a window that outlives the library's statics leaves nothing behind that could report.
+// Process-wide, since the system registers window classes for the process. Never destroyed: a class that a
+// window still uses at the end of the process would report a failed assertion.
 std::vector<boost::shared_ptr<CWindowClass>>& gWindowClasses =
     *new std::vector<boost::shared_ptr<CWindowClass>>();
 

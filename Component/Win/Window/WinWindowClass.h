@@ -39,11 +39,11 @@ class CWindowClass : CNotCopied {
   friend class CWindowClassRef;
 
   TString fName;
-  std::int32_t fRefCount;  // the references that the list of live classes counts
+  std::int32_t fRefCount;  // the number of CWindowClassRef objects
 };
 
-// A share in the class of a name: the first one registers it, the last one unregisters it. Procedure and icon
-// matter to the first one only.
+// A counted reference to the class of a name: the first one registers the class, the last one unregisters it.
+// Procedure and icon are used by the first one only.
 class CWindowClassRef : CNotCopied {
  public:
   CWindowClassRef(const TString& name, WNDPROC procedure, HICON icon);

@@ -1,4 +1,4 @@
-// What the user asks of a window by a menu: the commands of its menu bar and of shortcuts, and those of the
+// The commands that the user gives to a window: those of its menu bar and its shortcuts, and those of the
 // system menu.
 #include <windows.h>
 
@@ -36,7 +36,7 @@ void CWinWindow::OnCommand(UINT command) {
 void CWinWindow::DispatchMenuCommand(std::uint32_t command) {
   const TMenuCommandEvent event = {command, GetCurrentModifiers()};
   if (OnMenuCommand(event)) return;
-  // Asked for anew: the run, and its behaviour, can have ended before the window.
+  // Fetched from the host, since the run and its behaviour may have ended before the window.
   IMorvaneRunBehavior* const runBehavior = fHost->GetBehavior();
   if (!runBehavior) return;
   TFlag handled = 0;
@@ -64,8 +64,8 @@ LRESULT CWinWindow::OnSysCommand(const TWinMessage& message) {
       if (fPlacement.MaximizeWithinLimits()) return 0;
       break;
     case SC_RESTORE: {
-      // As from the task bar, which knows nothing of dialogs: the system does not restore a window that one
-      // has disabled.
+      // The task bar sends this also to a window that a dialog blocks. The system does not restore a disabled
+      // window, so the dialog is brought to the front here.
       const LRESULT result = ForwardMessage(message);
       if (fClientsWindowReference) fBlocking->OnActivationAttempt(fHwnd);
       return result;

@@ -1,4 +1,4 @@
-// What the parts of a window know of it. The window owns both, and its parts only read this.
+// What the parts of a window know of it. The window owns this and its parts, and the parts only read it.
 #pragma once
 
 #include <windows.h>
@@ -19,7 +19,7 @@ struct TWindowCore {
   // Kept, since a window that is in the middle of a message can outlive the host.
   boost::shared_ptr<CWindowRegistry> fWindows;
   HWND fHwnd = nullptr;            // null before WM_NCCREATE
-  CViewImpl* fRootView = nullptr;  // null until the native window stands
+  CViewImpl* fRootView = nullptr;  // null until the native window is made
   bool fIsHidden = true;           // until Show, and after Hide
   bool fIsAlwaysOnTop = false;
 

@@ -11,13 +11,13 @@ namespace NSMorvane {
 
 // --- What the focus asks
 
-// Views of the focus chain add to the menu bar, so that it follows the focus.
+// The menu bar depends on the focus, since the views of the focus chain add to it.
 void CWinWindowFocus::IFocusWindow_OnFocusChanged() { fWindow.fHost->RequestMenuBars(); }
 
-// The system still takes a window for the active one while it tells it that it is no longer.
+// The system still reports a window as active while it sends the message that deactivates it.
 bool CWinWindowFocus::IFocusWindow_IsActive() { return IsActive() && !fIsDeactivating; }
 
-// The keyboard stays on the window itself for views without a control, so that it gets the key messages.
+// For views without a native control the window itself keeps the keyboard, so that it gets the key messages.
 void CWinWindowFocus::IFocusWindow_GiveKeyboard(const TNativeWindow& control) {
   if (control.fHwnd)
     WinSetFocus(control.fHwnd);
@@ -30,9 +30,9 @@ void CWinWindowFocus::IFocusWindow_GiveKeyboard(const TNativeWindow& control) {
 void CWinWindowFocus::OnActivated() {
   const bool wasActive = IsActive();
   const bool wasToldActive = fIsToldActive;
-  // A view that fails does not keep the others from learning of it.
+  // A view that fails must not keep the client from hearing of the activation.
   const TError error = ErrorOf([this] { fFocus.OnActivated(); });
-  // A view can have activated another window, or opened a dialog that is through by now.
+  // A view may have activated another window, or opened a dialog that has ended by now.
   const bool isLeft = wasActive && !IsActive();
   const bool isToldMeanwhile = !wasToldActive && fIsToldActive;
   if (!isLeft && !isToldMeanwhile) {
@@ -47,11 +47,11 @@ void CWinWindowFocus::OnActivated() {
 void CWinWindowFocus::OnDeactivated() {
   DebugPrint("CWinWindow::IWindowListener_OnDeactivated " + HandleText(fWindow.fHwnd));
   const CFlagScope scope(fIsDeactivating);
-  // One that a dialog blocks may not have been told that it was active.
+  // A window that a dialog blocks may not have been told that it was active.
   const bool wasToldActive = std::exchange(fIsToldActive, false);
   const TError activationError =
       wasToldActive ? ErrorOf([this] { fEvents.OnActivationChanged(false); }) : kOK;
-  // Without a focus view the window does not hold the keyboard for anybody.
+  // Without a focus view nobody in this window waits for the release of a key.
   const bool holdsKeyboard = fFocus.GetView() != nullptr;
   fFocus.OnDeactivated();
   const TError releaseError = holdsKeyboard ? fWindow.fHost->AbandonKeyReleases() : kOK;

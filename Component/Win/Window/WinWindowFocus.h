@@ -1,5 +1,5 @@
-// Focus and activation of a window on the side of the system. Which view has the focus, and who is told, is
-// decided in WindowFocus.
+// The native side of focus and activation of a window. WindowFocus decides which view has the focus, and who
+// is told.
 //
 // A view is on duty when it is the focus view and its window is active and has the keyboard.
 #pragma once

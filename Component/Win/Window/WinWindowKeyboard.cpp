@@ -10,9 +10,8 @@ namespace NSMorvane {
 
 namespace {
 
-// The last event that the listeners of modifier keys got. They are those of the application, which hears of
-// the keys from whatever window has them.
-// Process-wide, as there is one keyboard.
+// The last event that the modifier key listeners got. Process-wide, since there is one keyboard and the
+// listeners are those of the application, whatever window has the keys.
 TModifierKeysEvent gLastModifierEvent = {};
 
 TPhysicalKeySpec PhysicalKeyOf(const TWinKeyMessage& message) {
@@ -52,13 +51,14 @@ void CWinWindowKeyboard::NotifyModifierListeners(const MSG& message) {
   event.fModifiers = GetCurrentModifiers();
   event.fTimeMS = GetMessageTimeMS();
   const TModifierKeysEvent previous = gLastModifierEvent;
+  // Process-wide, since it numbers the events of gLastModifierEvent.
   static std::uint32_t gEventCount = 0;
   const std::uint32_t number = ++gEventCount;
   if (const boost::shared_ptr<IMouseCapture> capture = fMouse.GetCapture())
     MORVANE_CHECK(capture->IMouseCapture_OnModifiersChanged(previous, event));
   else
     fWindow.fHost->NotifyModifierKeyListeners(previous, event);
-  // Not if whoever was told has handled messages, and another event with them.
+  // A listener may have handled messages, and with them a newer event, which is kept then.
   if (number == gEventCount) gLastModifierEvent = event;
 }
 

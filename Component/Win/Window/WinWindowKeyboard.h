@@ -1,5 +1,5 @@
-// The keyboard of a window on the side of the system. Menu shortcuts go first: what is one never reaches a
-// view. The way of a key press from there on is that of KeyDispatch.
+// The native side of the keyboard of a window. Menu shortcuts go first and never reach a view. KeyDispatch
+// decides who gets all other key presses.
 #pragma once
 
 #include <windows.h>
@@ -22,7 +22,7 @@ struct TWinKeyMessage {
   bool fIsExtended;
 };
 
-// Nothing for messages that are no presses or releases of keys, and for the keys that drivers make up.
+// Empty for messages that are not presses or releases of keys, and for the keys that drivers make up.
 std::optional<TWinKeyMessage> MakeKeyMessage(UINT message, WPARAM wParam, LPARAM lParam);
 
 class CWinWindowKeyboard : private IKeyWindow, CNotCopied {
@@ -32,11 +32,12 @@ class CWinWindowKeyboard : private IKeyWindow, CNotCopied {
                      CWindowFocus& focus, IImplFocusTools& tools)
       : fWindow(window), fEvents(events), fMouse(mouse), fDispatch(*this, mouse, focus, tools) {}
 
-  // Before a message is dispatched: a modifier key is told to those who listen, or to the mouse capture.
+  // Called before a message is dispatched: tells the mouse capture, or without one the listeners, of a
+  // modifier key.
   void NotifyModifierListeners(const MSG& message);
-  // True if somebody took it.
+  // True if somebody handled the key.
   bool OnPress(const TWinKeyMessage& message);
-  // Views are not told of it, and nobody takes it.
+  // Only callbacks that wait for the release of this key are called; views are not told.
   void OnRelease(const TWinKeyMessage& message);
 
  private:

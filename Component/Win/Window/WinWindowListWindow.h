@@ -3,7 +3,7 @@
 
 namespace NSMorvane {
 
-// Will open it, or bring it to the front; it is not built yet.
+// Not built yet: will open the list or bring it to the front.
 void OpenWindowList();
 
 }  // namespace NSMorvane

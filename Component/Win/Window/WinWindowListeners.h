@@ -1,4 +1,4 @@
-// Those who want to see the messages of a window, or of its native controls. They stay their maker's.
+// The listeners for the messages of a window and of its native controls. They are not owned.
 #pragma once
 
 #include <windows.h>
@@ -15,20 +15,21 @@ namespace NSMorvane {
 class CWinWindowListeners : CNotCopied {
  public:
   void Add(IWinMsgEventListener* listener) { fListeners.push_back(listener); }
-  // One that is not there is ignored.
+  // A listener that was not added is ignored.
   void Remove(IWinMsgEventListener* listener) {
     const auto it = std::find(fListeners.begin(), fListeners.end(), listener);
     if (it != fListeners.end()) fListeners.erase(it);
   }
-  // Sees what the control notifies its window of.
+  // The listener gets the messages by which the control notifies its window.
   void AddForControl(HWND control, IWinMsgEventListener* listener) { fControlListeners[control] = listener; }
   void RemoveForControl(HWND control) { fControlListeners.erase(control); }
   void RemoveForAllControls() { fControlListeners.clear(); }
 
-  // Until one of them has handled the message; false if there is none. The result is that of the last one.
+  // Calls the listeners until one has handled the message, and gives the result of the last one called. False
+  // if there is no listener.
   bool Call(TWinMessage& message, LRESULT& inOutResult) {
     if (fListeners.empty()) return false;
-    // A listener may take itself or others out.
+    // A listener may remove itself or others.
     for (IWinMsgEventListener* const listener : std::vector<IWinMsgEventListener*>(fListeners)) {
       if (message.fHandled) break;
       if (std::find(fListeners.begin(), fListeners.end(), listener) == fListeners.end()) continue;

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t kMaxListedWindows = 256;
 
-// A text in which `_` is nothing but an underscore.
+// Doubles every `_`, so that it marks no mnemonic.
 TString EscapeText(const TString& text) {
   TMenuItem item = {};
   NSTextPackage::CopyChars(item.fText, text.c_str(), kMenuTextChars);
@@ -43,7 +43,7 @@ TString TitleOfMenu(HMENU bar, int position) {
   return title;
 }
 
-// Menus of a bar are never grey, so that their titles are all that shows.
+// Menus of a bar are never greyed, so bars with the same titles look the same.
 bool HaveSameTitles(HMENU bar, HMENU other) {
   const int count = GetMenuItemCount(bar);
   if (count != GetMenuItemCount(other)) return false;
@@ -60,7 +60,7 @@ HMENU TakeFirstMenu(HMENU bar) {
   return submenu;
 }
 
-// After a failed call of the system.
+// Called after a failed system call. Keeps the error of that call and throws it.
 void DestroyAndThrow(HMENU menu) {
   const DWORD error = GetLastError();
   DestroyMenu(menu);
@@ -78,7 +78,7 @@ CWinWindowMenuBar::~CWinWindowMenuBar() {
 
 // --- Building
 
-// Not all that the window menu shows is in the state: the titles of the other windows, for one.
+// The window menu also shows what the state does not contain, such as the titles of the other windows.
 void CWinWindowMenuBar::Show(const CMenuBarState& state) {
   if (!fIsWhole || !(state == fState) || MakeWindowMenuItems(state) != fWindowMenuItems) Rebuild(state);
 }
@@ -109,15 +109,15 @@ void CWinWindowMenuBar::Rebuild(const CMenuBarState& state) {
   ComposeMenuBar(bar, ownState, windowMenuItems, fWindow.fHost->GetStartupStrings(),
                  fWindow.fHost->GetMorvane());
 
-  // The exchange can lead to clients and, through them, to commands: these go by the new list already. The
-  // state comes last, so that a bar that could not be exchanged is built again at the next request.
+  // The exchange may call clients and, through them, commands, which need the new list already. The state is
+  // stored last, so that a bar that could not be exchanged is built again at the next request.
   const HACCEL table = MakeAcceleratorTable(items, kFirstClientCommand);
   fIsWhole = false;
   fItems.swap(items);
   SetShortcuts(table);
   SetNativeBar(bar.Detach());
-  // A new bar can change the size of the client area, and whoever is told of that can have the bar rebuilt;
-  // with an older state, perhaps.
+  // A new bar may change the size of the client area, and a client that is told of that may rebuild the bar,
+  // perhaps with an older state.
   if (rebuild != fBuilds) {
     fWindow.fHost->RequestMenuBars();
     return;
@@ -147,18 +147,18 @@ void CWinWindowMenuBar::SetShortcuts(HACCEL table) {
 
 // --- Exchange
 
-// Takes over `bar`. The first one becomes the window's; from then on that stays the same object, and only its
-// content changes.
+// Takes ownership of `bar`. The first bar becomes that of the window; later bars only replace its content,
+// and the handle stays the same.
 void CWinWindowMenuBar::SetNativeBar(HMENU bar) {
   CMenu newBar(bar, true);
   if (!fBar) {
-    fBar = newBar.Detach();  // the call below can lead here again
+    fBar = newBar.Detach();  // the call below may lead here again
     if (SetMenu(fWindow.fHwnd, fBar)) return;
     DestroyAndThrow(std::exchange(fBar, nullptr));
     return;
   }
 
-  // Drawing the bar anew takes more than all the rest, and most builds leave it as it looks.
+  // Redrawing the bar costs more than everything else here, and most builds do not change its looks.
   const bool looksTheSame = HaveSameTitles(fBar, bar);
   if (!looksTheSame) {
     for (int count = GetMenuItemCount(fBar); count > 0; --count) {
@@ -199,7 +199,7 @@ void CWinWindowMenuBar::ReplaceMenu(int position, HMENU bar) {
   MENUITEMINFOW info = ItemInfo(MIIM_SUBMENU);
   info.hSubMenu = TakeFirstMenu(bar);
   if (!SetMenuItemInfoW(fBar, position, TRUE, &info)) DestroyAndThrow(info.hSubMenu);
-  // Some systems have destroyed it by now.
+  // Some systems destroy the replaced menu by themselves.
   if (IsMenu(old)) DestroyMenu(old);
 }
 

@@ -1,4 +1,4 @@
-// The menu bar of a window: what it shows, and the exchange of that on the native window.
+// The menu bar of a window: what it shows, and how the native bar is exchanged.
 #pragma once
 
 #include <windows.h>
@@ -16,24 +16,23 @@ namespace NSMorvane {
 class CWinWindowMenuBar : CNotCopied {
  public:
   explicit CWinWindowMenuBar(const TWindowCore& window) : fWindow(window) {}
-  // The native bar goes with its window.
+  // The native bar is destroyed with its window.
   ~CWinWindowMenuBar();
 
-  // Builds the bar anew, unless it shows this state already, and the windows that there are.
+  // Builds the bar anew, unless it already shows this state and the current list of windows.
   void Show(const CMenuBarState& state);
-  // The same in any case. Whoever is told of the new size of the client area may come back here: the last
-  // build that has begun stands.
+  // Builds the bar in any case. A client that is told of the new size of the client area may come back here:
+  // the build that began last wins.
   void Rebuild(const CMenuBarState& state);
 
   // False until the first build.
   bool IsThere() const { return fBar != nullptr; }
-  // What it shows.
   const CMenuBarState& GetState() const { return fState; }
-  // The item that a native command stands for. Null for a command that is none of the client's.
+  // The item that a native command stands for. Null if the command is not one of the client's.
   const CMenuItem* FindClientItem(UINT command) const;
 
   HACCEL GetShortcuts() const { return fShortcuts; }
-  // True if a message is one of the bar's shortcuts, whose command the window has got by then.
+  // True if the message is one of the bar's shortcuts; the window has got its command then.
   bool TranslateShortcut(const MSG& message) const;
 
  private:
@@ -45,13 +44,13 @@ class CWinWindowMenuBar : CNotCopied {
   void ReplaceMenu(int position, HMENU bar);
 
   const TWindowCore& fWindow;
-  HMENU fBar = nullptr;           // the same object for good
+  HMENU fBar = nullptr;           // stays the same once it is made
   HACCEL fShortcuts = nullptr;    // null if there are none
   std::vector<CMenuItem> fItems;  // the position plus 0xA000 is the native command
   CMenuBarState fState;
   std::vector<TWindowMenuItem> fWindowMenuItems;  // as of the last build
   std::uint32_t fBuilds = 0;
-  bool fIsWhole = true;  // false if an exchange has begun and not come to its end
+  bool fIsWhole = true;  // false while an exchange is under way or after it has failed
 };
 
 }  // namespace NSMorvane

@@ -19,7 +19,7 @@ namespace NSMorvane {
 
 namespace {
 
-// The messages after which another view may be under the mouse. The right button going down is none of them.
+// Whether another view may be under the mouse after this message. WM_RBUTTONDOWN does not count.
 bool CanMoveViewsUnderMouse(UINT message) {
   switch (message) {
     case WM_SIZE:
@@ -47,7 +47,8 @@ bool CanMoveViewsUnderMouse(UINT message) {
   }
 }
 
-// What the user does with a window. Files dropped on it, and keys that go up, are the application's.
+// Whether the message is input of the user for this window. Dropped files and released keys concern the
+// application.
 bool IsUserInput(UINT message) {
   if (message == WM_KEYUP || message == WM_SYSKEYUP) return false;
   return message == WM_CLOSE || message == WM_HELP || message == WM_COMMAND ||
@@ -55,7 +56,7 @@ bool IsUserInput(UINT message) {
          (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST);
 }
 
-// Whether the memory that a message points to can be there. Messages come from anywhere.
+// Anyone can send messages, so the memory that a message points to is checked before it is used.
 constexpr DWORD kWritable = PAGE_READWRITE | PAGE_WRITECOPY | PAGE_EXECUTE_READWRITE | PAGE_EXECUTE_WRITECOPY;
 constexpr DWORD kReadable = kWritable | PAGE_READONLY | PAGE_EXECUTE_READ;
 
@@ -144,11 +145,11 @@ class CWinWindow::CMessageTable {
     if (minimized) return kForward;
     DebugPrint("CWinWindow::IWindowListener_OnActivated " + HandleText(window.fHwnd));
     window.fBlocking->RaiseWithOwners(window.fHwnd);
-    // While a window that blocks the application is active, floating windows are out of the way.
+    // While a window that blocks the application is active, floating windows are hidden.
     window.fWindows->ShowFloatingWindows(!CBlocking::BansFloatingWindows(window));
     window.fFocus.OnActivated();
     window.fHost->RequestMenuBars();
-    // The default handling would move the keyboard behind the library's back.
+    // DefWindowProcW would move the keyboard to the window by itself.
     return 0;
   }
   static TResult OnSetFocus(CWinWindow& window, TWinMessage& message) {
@@ -344,8 +345,8 @@ LRESULT CWinWindow::WindowProc(CNativeWindowWrapper& nativeWindow, HWND hwnd, UI
 
   TError error = kOK;
   LRESULT result = 0;
-  // The window lives as long as its message is being handled, whatever a callback does. Whether it has gone
-  // at the end of that shows in its wrapper.
+  // `self` keeps the window alive while its message is handled, whatever a callback does. After that,
+  // `wrapper` tells whether the window has ended.
   const boost::weak_ptr<CNativeWindowWrapper> wrapper = fNativeWindowWrapper;
   boost::shared_ptr<CWinWindow> self = fClientsWindowReference;
   try {
@@ -353,8 +354,8 @@ LRESULT CWinWindow::WindowProc(CNativeWindowWrapper& nativeWindow, HWND hwnd, UI
     if (fBlocking->SwallowsMessage(winMessage)) return 0;
     PreDispatch(winMessage);
     if (fListeners.Call(winMessage, result)) fMouse.ForgetAnswers();
-    // A window that has been released, and lives on for the message that it is in the middle of, may be in a
-    // loop of the system's, which hands out more. The user has left it.
+    // A released window may still be in the middle of a message, in a loop of the system that dispatches more
+    // messages. It takes no user input any more.
     const auto handler = self || !IsUserInput(message) ? CMessageTable::Find(message) : nullptr;
     if (handler)
       if (const auto ended = handler(*this, winMessage)) return *ended;
@@ -364,15 +365,15 @@ LRESULT CWinWindow::WindowProc(CNativeWindowWrapper& nativeWindow, HWND hwnd, UI
     error = kOtherError;
   }
   if (error != kOK) KeepPendingError(error);
-  // The native procedure would destroy the window under this object, also after a failure. For one that has
-  // been released it would ask the owner for help.
+  // WM_CLOSE is never passed on, not even after a failure, since the native procedure would destroy the
+  // window under this object. Nor is WM_HELP for a released window, since it would go to the owner.
   if (message == WM_CLOSE) return 0;
   if (message == WM_HELP && !self) return 1;
 
   self.reset();
   if (wrapper.expired()) return result;  // the window is gone, and so are its fields
 
-  // Only a plain pointer from here on: the window, which owns the wrapper, must be able to end with it.
+  // A plain pointer from here on: the window, which owns the wrapper, must be able to end together with it.
   CNativeWindowWrapper* const rawWindowWrapper = wrapper.lock().get();
   MORVANE_ASSERT(rawWindowWrapper != NULL);
   result = rawWindowWrapper->CallNextProc(this, hwnd, message, wParam, lParam);
@@ -381,7 +382,7 @@ LRESULT CWinWindow::WindowProc(CNativeWindowWrapper& nativeWindow, HWND hwnd, UI
 }
 
 LRESULT CWinWindow::AnswerQueryEndSession() {
-  // Nothing keeps the window alive here, so that it can be closed.
+  // No reference is held here, so that the window can end when it is closed.
   bool mayEnd = false;
   const TError error = ErrorOf([&] { mayEnd = fHost->OnQueryEndSession(); });
   if (error != kOK) KeepPendingError(error);
@@ -395,7 +396,7 @@ void CWinWindow::PreDispatch(const TWinMessage& message) {
     IMorvaneRunBehavior* const behavior = fHost->GetBehavior();
     if (behavior) MORVANE_CHECK(behavior->IMorvaneRunBehavior_OnThemeChanged());
   }
-  // The position of the mouse is costly, and of use to these only.
+  // Asking for the position of the mouse is costly, and only these messages need it.
   const bool isTick = message.fMessage == WM_TIMER;
   if (!(isTick || CanMoveViewsUnderMouse(message.fMessage)) || !IsVisible()) return;
   if (const std::optional<POINT> cursor = GetCursorForMessage(message)) {

@@ -130,18 +130,19 @@ void CWinWindowMouse::AttachCapture(const boost::shared_ptr<IMouseCapture>& capt
 }
 
 void CWinWindowMouse::DetachCapture() {
-  // Without its object, the window takes no notice of the loss that follows.
+  // The object is taken first, so that the window ignores the WM_CAPTURECHANGED that follows.
   const boost::shared_ptr<IMouseCapture> capture = fDispatch.TakeCapture();
   const BOOL result = ReleaseCapture();
   fTooltips.Activate(true);
   MORVANE_ASSERT(result);
 }
 
-// The client's object simply drops out.
+// The client's object is deleted without another call.
 void CWinWindowMouse::OnCaptureLost() {
   fWindow.fHost->ForgetMouseCaptureWindow();
   const boost::shared_ptr<IMouseCapture> capture = fDispatch.TakeCapture();
-  // In a window that is not active they stay off; mostly the capture goes because another one is.
+  // Tooltips stay off in an inactive window: mostly the capture is lost because another window becomes
+  // active.
   if (GetActiveWindow() == GetHwnd()) fTooltips.Activate(true);
 }
 

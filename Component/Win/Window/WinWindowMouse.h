@@ -1,5 +1,5 @@
-// The mouse of a window on the side of the system: positions, the native capture, and the pointer. What its
-// views hear is decided in MouseDispatch.
+// The native side of the mouse of a window: positions, the capture and the pointer. MouseDispatch decides
+// what the views hear.
 #pragma once
 
 #include <windows.h>
@@ -27,34 +27,34 @@ class CWinWindowMouse : private IMouseWindow, CNotCopied {
   const CMouseDispatch& GetDispatch() const { return fDispatch; }
   bool IsCaptured() const { return fDispatch.GetCapture() != nullptr; }
 
-  // At the beginning of each message, and after whoever may have changed what the system says.
+  // Called at the beginning of each message, and after calls that may have changed what the system answers.
   void ForgetAnswers() { fGlance.Forget(); }
 
   // --- Messages; positions are in client coordinates, unless told otherwise
 
   void OnMove(const TPoint& position);
-  // The same over a native control, which has got the message, and from which no departure is reported.
+  // The same over a native control, which has got the message. WM_MOUSELEAVE is not requested there.
   void OnMoveWithin(const TPoint& position);
   void OnLeave(const TPoint& screenPosition);
-  // One click or two.
+  // `clickCount` is 2 for a double click.
   void OnPress(std::int32_t clickCount, std::int32_t button, const TPoint& position);
   void OnRelease(std::int32_t button, const TPoint& position);
   void OnContextClick(const TPoint& position);
-  // In the units of the system, 120 to a notch. True if a view has taken it.
+  // `delta` is in the units of the system, 120 to a notch. True if a view has handled it.
   bool OnWheel(std::int32_t delta, const TPoint& position);
   // True if the pointer has been set.
   bool OnSetCursor(WORD hitTest);
-  // Somebody else has taken the mouse.
+  // The window has lost the native capture.
   void OnCaptureLost();
 
-  // After whatever may have moved another view under the mouse.
+  // Called after anything that may have moved another view under the mouse.
   void CheckTracking(const TPoint& position) { fDispatch.CheckTracking(position); }
-  // Asks for the shape of the mouse, and shows it.
+  // Asks the views for the mouse shape and shows it.
   void RefreshShape(const TMouseShapeRequest& request);
 
   // --- The capture
 
-  // From here to the end of the capture the object alone gets the mouse of the window.
+  // Until the end of the capture the object alone gets the mouse events of the window.
   void AttachCapture(const boost::shared_ptr<IMouseCapture>& capture);
   void DetachCapture();
 
@@ -67,14 +67,14 @@ class CWinWindowMouse : private IMouseWindow, CNotCopied {
   void IMouseWindow_ShowShape(const IMouseShape* shape) override;
 
   HWND GetHwnd() const { return fWindow.fHwnd; }
-  // Has the next departure of the mouse reported by WM_MOUSELEAVE.
+  // Requests WM_MOUSELEAVE for the next time that the mouse leaves the window.
   void ArmLeave();
 
   const TWindowCore& fWindow;
   CWinWindowTooltips& fTooltips;
   CMouseDispatch fDispatch;
   CMouseGlance fGlance;
-  HCURSOR fCursor = nullptr;  // as the last answer to the question for the shape has it
+  HCURSOR fCursor = nullptr;  // the shape that the views gave last
   bool fIsLeaveArmed = false;
 };
 

@@ -12,7 +12,7 @@ namespace NSMorvane {
 
 namespace {
 
-// Excludes nothing.
+// Lies outside every window, so that it excludes nothing.
 constexpr TRect kNowhere = {-10000, -10000, -10000, -10000};
 
 TRect RectInClient(HWND child, HWND parent) {
@@ -56,14 +56,14 @@ void FlashRect(HDC windowDC, const TRect& rect) {
     std::uint32_t* const pixels = static_cast<std::uint32_t*>(bits);
     const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
     for (std::size_t i = 0; i < count; ++i) pixels[i] = TintBlue(pixels[i]);
-    // Right and bottom, not width and height, as the size: where that is more than the bitmap holds, only as
-    // much as there is gets copied.
+    // Sic: right and bottom stand for width and height. Where that is more than the bitmap holds, BitBlt
+    // copies only what there is.
     BitBlt(windowDC, rect.fLeft, rect.fTop, rect.fRight, rect.fBottom, context.Get(), 0, 0, SRCCOPY);
   }
   CDeviceContext::Flush();
 }
 
-// Frames a view and its subviews, as far as they can be seen.
+// Frames the visible parts of a view and its subviews.
 void DrawViewBounds(CDeviceContext& context, CViewImpl& view, const TRect& clip) {
   TRect visible = view.GetBounds();
   if (IntersectRect(visible, clip)) {
@@ -97,7 +97,7 @@ void CWinWindowPainting::PaintOn(CPaintContext& target) {
   for (const TRect& rect : region.GetRects()) buffer.CopyToTarget(rect);
   if (fWindow.fHost->GetDebugSettings().fDrawViewBounds)
     DrawViewBounds(target, *fWindow.fRootView, fWindow.fRootView->GetBounds());
-  // The view inspector is not built yet: here it will tell of the view under the mouse.
+  // The view inspector is not built yet. It will show information on the view under the mouse here.
   fSamples.Add({start, GetTickCount()});
 }
 
@@ -108,7 +108,7 @@ void CWinWindowPainting::FillBackground(COffscreenContext& buffer) {
 }
 
 void CWinWindowPainting::DrawRootView(COffscreenContext& buffer, const CRegion& region) {
-  // Copies: callbacks may change what these are taken from.
+  // Copied, since callbacks may change the originals.
   const CRegion dirtyRegion(region);
   const TRect bounds = fWindow.fRootView->GetBounds();
   const TDebugSettings settings = fWindow.fHost->GetDebugSettings();

@@ -21,10 +21,10 @@ class CWinWindowPainting : CNotCopied {
  public:
   explicit CWinWindowPainting(const TWindowCore& window) : fWindow(window) {}
 
-  // On WM_PAINT. A size grip paints itself; null if there is none.
+  // Called on WM_PAINT. `sizeGrip`, which may be null, paints itself.
   void Paint(HWND sizeGrip);
 
-  // In client coordinates; nothing is ever erased.
+  // In client coordinates. The background is never erased.
   void InvalidateRect(const TRect& rect);
   void InvalidateRegion(const CRegion& region);
 

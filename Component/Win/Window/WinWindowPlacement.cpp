@@ -62,7 +62,8 @@ TRect CWinWindowPlacement::GetNormalRect(bool minimized, bool maximized) const {
 
 TRect CWinWindowPlacement::GetNormalRect(const WINDOWPLACEMENT& wp, bool minimized, bool maximized) const {
   if (fWindow.IsVisible()) {
-    // An iconic window reports SW_SHOWMINIMIZED and never this; it is known by its empty client area.
+    // A minimized window reports SW_SHOWMINIMIZED and never SW_MINIMIZE; NormalRect knows it by its empty
+    // client area.
     minimized = wp.showCmd == SW_MINIMIZE;
     maximized = wp.showCmd == SW_SHOWMAXIMIZED;
   }
@@ -121,8 +122,9 @@ void CWinWindowPlacement::SetRootViewSize(const TSize& size) {
 
 namespace {
 
-// The kind may change size and placement again while it is being told, so the new value stands before that.
-// What nobody was told, or what failed, is taken back, and so told again next time.
+// Stores a changed value and tells it. The value is stored first, since the kind may change size and
+// placement again while it is told. If nobody was told or the call failed, the old value is put back, so that
+// the change is told next time.
 template <class TValue, class TTell>
 void TellChange(TValue& field, const TValue newValue, TTell&& tell) {
   if (newValue == field) return;
@@ -166,8 +168,8 @@ int CWinWindowPlacement::GetShowCommand() const {
 
 // --- Following the native window
 
-// Takes over what the native window shows, and returns its normal rectangle. One look at the placement, which
-// is costly on some systems, serves both.
+// Takes over whether the native window is minimized or maximized, and returns its normal rectangle. The
+// placement, which is costly on some systems, is asked for once for both.
 TRect CWinWindowPlacement::AdoptNativePlacement() {
   const WINDOWPLACEMENT wp = GetPlacement(fWindow.fHwnd);
   if (fWindow.IsVisible()) {
@@ -255,7 +257,7 @@ void CWinWindowPlacement::MoveNativeWindow(const TWindowPlacement& newWindowPlac
     MORVANE_ASSERT(newWindowPlacement.fZoomState==kWindowStateUser);
     target = newWindowPlacement.fUserRect;
   }
-  // Only another rectangle moves the window; a change of minimized or maximized alone does not.
+  // Only a different rectangle moves the window; a change of minimized or maximized alone does not.
   if (!(target == FromNative(wp.rcNormalPosition))) {
     wp.rcNormalPosition = ToNative(target);
     SetPlacement(fWindow.fHwnd, wp);

@@ -1,5 +1,5 @@
-// Where a window stands, how large it may be, and what it is called: the state that it remembers, what its
-// kind is told of changes, and the native window that both follow. The arithmetic is in WindowPlacement.
+// Placement, size limits and title of a window: keeps them, applies them to the native window, and tells the
+// kind of changes. The arithmetic is in WindowPlacement.
 #pragma once
 
 #include <windows.h>
@@ -14,10 +14,10 @@ class IWindowEvents;
 
 class CWinWindowPlacement : CNotCopied {
  public:
-  // Both are the window.
+  // Both belong to the same window.
   CWinWindowPlacement(const TWindowCore& window, IWindowEvents& events) : fWindow(window), fEvents(events) {}
 
-  // As the native window has been made.
+  // Reads the state of the new native window.
   void TakeInitialState();
 
   // --- The state as the kinds see it; rectangles are native placements
@@ -31,7 +31,7 @@ class CWinWindowPlacement : CNotCopied {
   TRect GetFrameRect() const;
   // Measured on a shown window with a client area, computed from the style otherwise.
   TFrameInsets GetFrameInsets() const;
-  // What to add to a rectangle in screen coordinates to get one in those of the native placement.
+  // What to add to screen coordinates to get those of the native placement.
   TPoint OffsetToNativePlacement() const;
 
   // --- Showing
@@ -61,7 +61,7 @@ class CWinWindowPlacement : CNotCopied {
   void SetRootViewSize(const TSize& size);
   void ReportClientSize(const TSize& size);
   void ReportPlacement(const TWindowPlacement& placement);
-  // `wp` is where it stands.
+  // `wp` is the present placement of the native window.
   void MoveNativeWindow(const TWindowPlacement& newWindowPlacement, WINDOWPLACEMENT wp);
   void SyncShown(const TRect& normalRect);
   TRect AdoptNativePlacement();

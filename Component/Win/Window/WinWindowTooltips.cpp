@@ -1,6 +1,6 @@
 #include "Component/Win/Window/WinWindowTooltips.h"
 
-// After windows.h.
+// Needs windows.h before it.
 #include <commctrl.h>
 
 #include <algorithm>
@@ -13,11 +13,12 @@
 
 namespace NSMorvane {
 
-// Process-wide, like the handles: the loop asks with a message alone.
+// Process-wide, since the message loop relays each message to the tooltips of all windows.
 std::vector<HWND> gTooltipWindows;
 
 namespace {
 
+// Process-wide, so that no two tools have the same number, in whatever window they are.
 std::uint32_t gNextToolId = 1;
 
 constexpr LPARAM kMaxTipWidth = 300;
@@ -43,7 +44,7 @@ LRESULT SendToolMessage(HWND tooltip, UINT message, TTTOOLINFOW& info) {
   return SendMessageW(tooltip, message, 0, reinterpret_cast<LPARAM>(&info));
 }
 
-// The control breaks lines where the system does.
+// Replaces paragraph separators by line breaks, which the control understands.
 TString TipText(const TString& text) {
   TString result;
   for (const TChar unit : text) unit == 0x2029 ? result += u"\r\n" : result += unit;
@@ -72,7 +73,7 @@ void UpdateToolRect(HWND window, HWND toolTipWindow, std::uint32_t toolTipHandle
   SendToolMessage(toolTipWindow, TTM_NEWTOOLRECTW, info);
 }
 
-// What a press must be followed by for the tooltips to take it for a whole click; 0 for all other messages.
+// The release that must follow a press, so that the tooltips see a whole click; 0 for all other messages.
 UINT ReleaseAfter(UINT message) {
   switch (message) {
     case WM_LBUTTONDOWN:
@@ -96,7 +97,7 @@ bool IsRelayed(UINT message) {
 
 void RelayToTooltips(const MSG& message) {
   if (!IsRelayed(message.message)) return;
-  // By index: whoever hears of a tip may make or end windows.
+  // By index, since clients that are notified of a tip may make or end windows.
   for (std::size_t i = 0; i < gTooltipWindows.size(); ++i) {
     const HWND tooltip = gTooltipWindows[i];
     MSG relayed = message;
@@ -114,7 +115,7 @@ void CWinWindowTooltips::CreateControl(bool isMouseCaptured) {
   controls.dwSize = sizeof(controls);
   controls.dwICC = ICC_WIN95_CLASSES;
   if (!InitCommonControlsEx(&controls)) MORVANE_THROW(std::exception());
-  gTooltipWindows.reserve(gTooltipWindows.size() + 1);  // so that nothing can fail behind the creation
+  gTooltipWindows.reserve(gTooltipWindows.size() + 1);  // so that nothing can fail after the creation
   const HWND tooltip =
       CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP,
                       CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, fWindow.fHwnd, nullptr,
@@ -123,7 +124,7 @@ void CWinWindowTooltips::CreateControl(bool isMouseCaptured) {
   fTooltipHwnd = tooltip;
   gTooltipWindows.push_back(tooltip);
   SetWindowPos(tooltip, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-  // A capture that ends switches it on.
+  // The end of the capture activates it.
   SendMessageW(tooltip, TTM_ACTIVATE, isMouseCaptured ? FALSE : TRUE, 0);
   SendMessageW(tooltip, TTM_SETMAXTIPWIDTH, 0, kMaxTipWidth);
 }
@@ -188,7 +189,7 @@ void CWinWindowTooltips::UpdateRects() {
   if (!fTooltipHwnd || !fRectsAreDirty) return;
   fRectsAreDirty = false;
   const std::size_t count = fViews.size();
-  // By index: a tip that goes is told to the window, and so to clients.
+  // By index, since the window is notified when a tip disappears, and clients may then change the list.
   for (std::size_t i = 0; i < fViews.size(); ++i) {
     const CViewImpl* const view = fViews[i];
     MORVANE_ASSERT(view->CheckInvariant());
@@ -198,7 +199,8 @@ void CWinWindowTooltips::UpdateRects() {
   if (std::exchange(fHasNewTools, false)) TellOfRestingMouse();
 }
 
-// They learn of the mouse by its movements, and of a tool that has come under it by none.
+// The control notices the mouse only when it moves, so a movement is made up for a new tool under a resting
+// mouse.
 void CWinWindowTooltips::TellOfRestingMouse() {
   MSG move = {};
   if (!GetCursorPos(&move.pt)) return;

@@ -21,26 +21,27 @@ using NSTextPackage::TString;
 // The tooltip controls of all windows.
 extern std::vector<HWND> gTooltipWindows;
 
-// Shows a message of the mouse to them, before it is dispatched.
+// Relays a mouse message to all of them before it is dispatched.
 void RelayToTooltips(const MSG& message);
 
 class CWinWindowTooltips : CNotCopied {
  public:
   explicit CWinWindowTooltips(const TWindowCore& window) : fWindow(window) {}
-  // The control must have gone by then: it goes before its window.
+  // Must be called before the native window is destroyed.
   void DestroyControl();
 
-  // Adding and removing ask the view's behaviour, which may end the window: the caller keeps it. Add makes
-  // the control if there is none yet; `isMouseCaptured` leaves it switched off. The number is never 0.
+  // Add and Remove call the view's behaviour, which may end the window, so the caller holds it. Add makes the
+  // control if there is none yet, inactive if `isMouseCaptured`, and returns the number of the tool, which is
+  // never 0.
   std::uint32_t Add(CViewImpl& view, const TString& text, bool isMouseCaptured);
   void SetText(std::uint32_t toolNumber, const TString& text);
   void Remove(std::uint32_t toolNumber, CViewImpl& view);
 
-  // While they are switched off, none appears.
+  // No tip appears while the tooltips are inactive.
   void Activate(bool active);
 
   void MarkRectsDirty() { fRectsAreDirty = true; }
-  // Brings the rectangles of the tools up to date, if there is a reason to.
+  // Updates the rectangles of the tools if they are dirty.
   void UpdateRects();
 
  private:
@@ -49,9 +50,9 @@ class CWinWindowTooltips : CNotCopied {
 
   const TWindowCore& fWindow;
   HWND fTooltipHwnd = nullptr;
-  std::vector<CViewImpl*> fViews;  // those that have a tool
+  std::vector<CViewImpl*> fViews;  // the views that have a tool
   bool fRectsAreDirty = true;
-  bool fHasNewTools = false;  // since the rectangles were brought up to date
+  bool fHasNewTools = false;  // since the last update of the rectangles
 };
 
 }  // namespace NSMorvane

@@ -10,10 +10,10 @@ namespace NSMorvane {
 
 class CMenuBarState;
 
-// Each of these may end the window: the caller keeps it.
+// Each of these may end the window, so the caller holds it.
 class IWindowEvents {
  public:
-  // False from the first two: nobody was there to be told, and the change is told again next time.
+  // The first two return false if there was nobody to tell; the change is then told again next time.
   virtual bool OnClientSizeChanged(const TSize& oldSize, const TSize& newSize) = 0;
   virtual bool OnPlacementChanged(const TWindowPlacement& oldPlacement,
                                   const TWindowPlacement& newPlacement) = 0;
@@ -21,7 +21,7 @@ class IWindowEvents {
   virtual void OnKeyboardFocusChanged(bool focused) = 0;
   virtual void RequestClose(TCloseReason reason) = 0;
   virtual void RequestMenuBarSetup(CMenuBarState& state) = 0;
-  // True from these if it was taken.
+  // These return true if the event was handled.
   virtual bool OnKeyDown(const TKeyEvent& event) = 0;
   virtual bool OnHelpRequested() = 0;
   virtual bool OnMenuCommand(const TMenuCommandEvent& event) = 0;

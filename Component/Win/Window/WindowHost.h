@@ -23,32 +23,34 @@ class IWindowHost {
   virtual const TDebugSettings& GetDebugSettings() const = 0;
   virtual const TStartupStrings& GetStartupStrings() const = 0;
 
-  // What all windows share. A window that is in the middle of a message can outlive the host, so it keeps
-  // them.
+  // Shared by all windows. A window holds them, since it can outlive the host in the middle of a message.
   virtual const boost::shared_ptr<CWindowRegistry>& GetWindowRegistry() const = 0;
   virtual const boost::shared_ptr<CBlocking>& GetBlocking() const = 0;
   // The application's icon, or null if it has none.
   virtual HICON GetAppIcon() = 0;
-  // The owner of windows that have none; null outside IMorvane_Run.
+  // The owner of windows that have no other; null outside IMorvane_Run.
   virtual HWND GetHiderWindow() const = 0;
 
-  // Asks for the menu bars of all document windows to be filled anew, once the message has been handled.
+  // Has the menu bars of all document windows filled anew after the current message.
   virtual void RequestMenuBars() = 0;
-  // Asked for, and not yet done.
+  // Whether such a request is waiting.
   virtual bool MenuBarsAreStale() const = 0;
 
   // A modifier key has gone down or up.
   virtual void NotifyModifierKeyListeners(const TModifierKeysEvent& previous,
                                           const TModifierKeysEvent& now) = 0;
-  // Calls and forgets what waits for the release of this key. Throws the first failure when all are called.
+  // Calls and removes the callbacks for the release of this key. Throws the first failure after all are
+  // called.
   virtual void OnKeyReleased(const TPhysicalKeySpec& key) = 0;
-  // Calls and forgets all that waits for a release: the keyboard has gone elsewhere. The first failure.
+  // Calls and removes all callbacks for key releases, since the keyboard has gone elsewhere. Returns the
+  // first failure.
   virtual TError AbandonKeyReleases() = 0;
 
   // The window that has the mouse capture has lost it.
   virtual void ForgetMouseCaptureWindow() = 0;
 
-  // Another application, of which `threadId` is a thread, has got or lost the activation.
+  // On WM_ACTIVATEAPP: `flag` tells whether this application becomes active, `threadId` is the thread of the
+  // other window concerned.
   virtual void OnAppActivation(bool flag, DWORD threadId) = 0;
 
   virtual void RunIdleIfDue() = 0;
@@ -58,8 +60,8 @@ class IWindowHost {
   // Runs a loop of its own until all windows have gone or quitting has been stopped; true if the session may
   // end.
   virtual bool OnQueryEndSession() = 0;
-  // Whether a message is the system's question about starting a program of inserted media, and that is
-  // suppressed. The window then answers 1 and handles the message no further.
+  // Whether the message is the system's AutoPlay query and AutoPlay is suppressed. The window then answers 1
+  // and does nothing else.
   virtual bool IsAutoPlayQuery(UINT message) = 0;
 
  protected:

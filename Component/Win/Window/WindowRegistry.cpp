@@ -105,7 +105,7 @@ void CWindowRegistry::ShowFloatingWindows(bool show) const {
   // Most applications have none, and listing the windows of the desktop is costly.
   if (!IsAnyOfKind(kWindowKindFloating)) return;
   const std::vector<HWND> handles = GetTopLevelWindowsZ();
-  // The lowest first, so that their order stays.
+  // The rearmost first, so that they keep their order.
   for (auto it = handles.rbegin(); it != handles.rend(); ++it) {
     const CWinWindow* const window = Find(*it);
     if (!window || window->GetWindowKind() != kWindowKindFloating || !window->HasBeenShown()) continue;

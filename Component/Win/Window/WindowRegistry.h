@@ -1,4 +1,4 @@
-// The windows of the library: which there are, which the library has hidden, and how they lie on the screen.
+// The windows of the library: which exist, which the library has hidden, and their z-order.
 #pragma once
 
 #include <windows.h>
@@ -15,7 +15,7 @@ namespace NSMorvane {
 class CWinWindow;
 enum TWindowKind : std::uint32_t;
 
-// A window stands here from the time that it is wired up until it is released.
+// A window is registered from its wiring up until its release.
 class CWindowRegistry : CNotCopied {
  public:
   using TWindows = std::vector<boost::shared_ptr<CWinWindow>>;
@@ -25,20 +25,20 @@ class CWindowRegistry : CNotCopied {
   void Add(const boost::shared_ptr<CWinWindow>& window);
   void Remove(const CWinWindow* window);
 
-  // All, in order of creation. A window finds its place here again by its number in this list.
+  // All windows, in order of creation. The window menu refers to a window by its index in this list.
   TWindows GetWindows() const;
   bool IsAnyWindow() const;
   bool IsAnyOfKind(TWindowKind kind) const;
-  // Shown, and always on top.
+  // Whether a shown window is always on top.
   bool IsAnyAlwaysOnTop() const;
-  // Null for a handle that is none of theirs.
+  // Null if the handle belongs to none of them.
   CWinWindow* Find(HWND hwnd) const;
 
   // --- What is shown
 
-  // The library hides a window natively or by moving it above the screen; such a one counts as not shown.
+  // The library hides a window natively or by moving it above the screen. Such a window counts as not shown.
   bool IsHidden(HWND hwnd) const;
-  // Does nothing for one that is hidden already.
+  // Does nothing for a window that is hidden already.
   void AddHidden(HWND hwnd);
   void RemoveHidden(HWND hwnd);
   // After this, the next AddHidden cannot fail.
@@ -48,19 +48,20 @@ class CWindowRegistry : CNotCopied {
   bool IsShown(HWND hwnd) const;
   // The shown top-level windows of the process, front window first, without child windows.
   std::vector<HWND> GetShownHwndsZ() const;
-  // Those of the library, front window first.
+  // The shown windows of the library, front window first.
   TWindows GetVisibleWindowsZ() const;
   TWindows GetVisibleDocumentWindows() const;
 
-  // Natively, those that have been shown. They go out of sight while another application is active.
+  // Shows or hides, natively, the floating windows that have been shown. They are hidden while another
+  // application is active.
   void ShowFloatingWindows(bool show) const;
 
   // --- The end
 
-  // Releases all windows at once, oldest first, without asking anybody. Throws nothing.
+  // Releases all windows at once, oldest first, without asking the client. Does not throw.
   void ReleaseAll();
 
-  // Document windows count until they end, which for one that handles a message is after its release.
+  // Document windows are counted until they end; a window that is handling a message ends after its release.
   void CountDocumentWindow(int change) { fDocumentWindows += change; }
   bool IsAnyDocumentWindowLeft() const { return fDocumentWindows != 0; }
 
