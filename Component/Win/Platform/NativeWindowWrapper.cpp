@@ -10,8 +10,8 @@ namespace NSMorvane {
 
 namespace {
 
-// Process-wide: the system calls a window procedure with the handle alone. The file dialogs have threads of
-// their own, so the map is read and changed by more than one thread.
+// Process-wide, since the system calls a window procedure with the handle alone. The windows of file dialogs
+// have threads of their own, so several threads read and change the map.
 SRWLOCK gNativeWindowWrapperMapLock = SRWLOCK_INIT;
 std::map<HWND, CNativeWindowWrapper*> gNativeWindowWrapperMap;
 
@@ -23,7 +23,7 @@ CNativeWindowWrapper* FindWrapper(HWND hwnd) {
 
 }  // namespace
 
-// Process-wide: a wrapper knows no root object.
+// Process-wide, since a wrapper knows of no root object.
 void (*gAfterNativeMessage)() = nullptr;
 
 // --- CNativeWindowWrapper
@@ -59,7 +59,7 @@ CNativeWindowWrapper::~CNativeWindowWrapper() {
     const CWriteLock lock(gNativeWindowWrapperMapLock);
     SetLastError(ERROR_SUCCESS);
     oldProc = SetWindowLongPtrW(fNativeWindow, GWLP_WNDPROC, fOldProc);
-    // Erasing cannot fail, and leaves alone what another wrapper has put there.
+    // Only the entry of this object is erased, not that of another wrapper. Erasing cannot fail.
     const auto it = gNativeWindowWrapperMap.find(fNativeWindow);
     if (it != gNativeWindowWrapperMap.end() && it->second == this) gNativeWindowWrapperMap.erase(it);
   }
@@ -89,7 +89,7 @@ LRESULT CNativeWindowWrapper::CallNextProc(INativeWindowWrapper_ProcListener* li
   MORVANE_ASSERT(CheckInvariant());
   auto it = std::find(fProcListeners.begin(), fProcListeners.end(), listener);
   MORVANE_ASSERT(it!=fProcListeners.end());
-  // One that has left the chain counts as the last.
+  // A listener that has left the chain counts as the last one.
   if (it != fProcListeners.end()) ++it;
   // Either call may end this object: no field is touched after it.
   if (it == fProcListeners.end())
@@ -110,7 +110,7 @@ LRESULT CNativeWindowWrapper::Dispatch(HWND hwnd, UINT message, WPARAM wParam, L
 }
 
 bool CNativeWindowWrapper::IsSound(const CNativeWindowWrapper* wrapper, HWND nativeWindow) {
-  // The order matters: the object is looked into last, when the map has shown that it still exists.
+  // The object is read last, when the map has shown that it still exists.
   if (wrapper && nativeWindow && IsWindow(nativeWindow) && FindWrapper(nativeWindow) == wrapper &&
       wrapper->fOldProc != 0)
     return true;
@@ -126,7 +126,7 @@ CWindowProcOverrider::CWindowProcOverrider(HWND hwnd) : fNativeWindowWrapper(new
 
 CWindowProcOverrider::~CWindowProcOverrider() {
   MORVANE_ASSERT(fNativeWindowWrapper.get()==0);
-  // Nothing may be left in a chain that somebody else keeps alive.
+  // Somebody else may keep the wrapper alive, so this listener leaves its chain.
   if (fNativeWindowWrapper) fNativeWindowWrapper->RemoveProcListener(this);
 }
 
@@ -148,8 +148,8 @@ LRESULT CALLBACK WindowProcCallback(HWND hwnd, UINT message, WPARAM wParam, LPAR
     MORVANE_ASSERT_TEXT("it!=gNativeWindowWrapperMap.end()", wrapper != nullptr);
     MORVANE_ASSERT(0!=wrapper);
     MORVANE_ASSERT_TEXT("wrapper->CheckInvariant()", CNativeWindowWrapper::IsSound(wrapper, hwnd));
-    // A window that nobody knows, as when a foreign subclass keeps this procedure beyond its wrapper's life,
-    // is still served.
+    // A foreign subclass may go on calling this procedure after the wrapper has ended. The window then gets
+    // the default handling.
     const LRESULT result = wrapper ? wrapper->Dispatch(hwnd, message, wParam, lParam)
                                    : DefWindowProcW(hwnd, message, wParam, lParam);
     MORVANE_ASSERT_TEXT("NULL != CMorvaneImpl::gMorvaneImpl", gAfterNativeMessage != nullptr);

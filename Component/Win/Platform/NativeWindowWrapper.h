@@ -14,15 +14,15 @@ class CNativeWindowWrapper;
 
 class INativeWindowWrapper_ProcListener {
  public:
-  // Returns the result of the message. Passing on is CallNextProc of the wrapper, at any time or never. The
+  // Returns the result of the message. A listener may pass the message on by CallNextProc of the wrapper. The
   // wrapper may be gone when CallNextProc returns, if the message ended the window.
   virtual LRESULT WindowProc(CNativeWindowWrapper& wrapper, HWND hwnd, UINT message, WPARAM wParam,
                              LPARAM lParam) = 0;
   virtual ~INativeWindowWrapper_ProcListener() = default;
 };
 
-// Made, used and ended on the thread of its window, and gone by the end of WM_NCDESTROY. At most one for each
-// window. Held by shared pointers.
+// Made, used and destroyed on the thread of its window, by the end of WM_NCDESTROY at the latest. There is at
+// most one for each window. Held by shared pointers.
 class CNativeWindowWrapper {
  public:
   // Throws std::bad_alloc if the window cannot be subclassed.
@@ -32,13 +32,13 @@ class CNativeWindowWrapper {
   CNativeWindowWrapper(const CNativeWindowWrapper&) = delete;
   CNativeWindowWrapper& operator=(const CNativeWindowWrapper&) = delete;
 
-  // Puts a listener in front of the chain. It stays the caller's, and must not be in the chain already.
+  // Adds a listener, which is not owned, at the front of the chain. It must not be in the chain already.
   void AddProcListener(INativeWindowWrapper_ProcListener* listener);
   // A listener that is not in the chain is ignored.
   void RemoveProcListener(INativeWindowWrapper_ProcListener* listener);
 
-  // Passes a message on to what stands behind the listener. The place is searched for at each call, so that
-  // listeners may come and go and messages may nest.
+  // Passes a message on to the next listener or, after the last one, to the previous procedure. The position
+  // is looked up in each call, so listeners may come and go and messages may nest.
   LRESULT CallNextProc(INativeWindowWrapper_ProcListener* listener, HWND hwnd, UINT message, WPARAM wParam,
                        LPARAM lParam);
   // Starts a message at the front of the chain.
@@ -48,24 +48,24 @@ class CNativeWindowWrapper {
 
  private:
   friend LRESULT CALLBACK WindowProcCallback(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
-  // The invariant of an object that may be gone: it is looked at only if it is still known for this window.
+  // The invariant of an object that may be gone: it is read only if the map still has it for this window.
   static bool IsSound(const CNativeWindowWrapper* wrapper, HWND nativeWindow);
 
-  std::vector<INativeWindowWrapper_ProcListener*> fProcListeners;  // the first runs first
+  std::vector<INativeWindowWrapper_ProcListener*> fProcListeners;  // in the order in which they are called
   HWND fNativeWindow;
   LONG_PTR fOldProc;  // never 0 while the object lives
 };
 
-// A listener for a window that the library did not make. It owns its wrapper and deletes itself with the
-// window, so it is made with new and kept by nobody; it must not end in any other way.
+// A listener for a window that the library did not make. It owns its wrapper and deletes itself when the
+// window ends. It must be made with new, and nobody else may delete it.
 class CWindowProcOverrider : public INativeWindowWrapper_ProcListener {
  public:
   explicit CWindowProcOverrider(HWND hwnd);
   CWindowProcOverrider(const CWindowProcOverrider&) = delete;
   CWindowProcOverrider& operator=(const CWindowProcOverrider&) = delete;
 
-  // Passes the message on first. A derived class does its own work and calls this for everything that it does
-  // not keep; after WM_NCDESTROY the object is gone.
+  // Passes the message on. A derived class calls this for every message that it does not keep; after
+  // WM_NCDESTROY the object is deleted.
   LRESULT WindowProc(CNativeWindowWrapper& wrapper, HWND hwnd, UINT message, WPARAM wParam,
                      LPARAM lParam) override;
 

@@ -16,17 +16,17 @@ enum : UINT {
   kMsgOpenDialogCancelled = 1128,
   // Sent by the idle thread, lParam 0.
   kMsgIdleDue = 1129,
-  // Nothing in the library sends these: calls of an IMessageCallListener, which is lParam.
+  // Calls of the IMessageCallListener in lParam. Nothing in the library sends these.
   kMsgListenerCall1 = 1130,
   kMsgListenerCall2 = 1131,
   kMsgListenerCall3 = 1132,
   // Sent by the threads of the file dialogs, with the modal window as lParam.
   kMsgPushAppModal = 1133,
   kMsgPopAppModal = 1134,
-  // To the main thread, without a window: wParam 1 or 0, lParam the id of the other thread. Nothing in the
-  // library posts it.
+  // Posted to the main thread, without a window: wParam tells whether the application becomes active, lParam
+  // is the id of the other thread. Nothing in the library posts it.
   kMsgAppActivation = 1136,
-  // As the results of the other dialogs; nothing in the library sends these.
+  // Like the results of the other dialogs. Nothing in the library sends these.
   kMsgFolderDialogAccepted = 1137,
   kMsgFolderDialogCancelled = 1138,
   // Posted to a window of the library: wParam is the native control inside it, lParam the position of the

@@ -1,4 +1,4 @@
-// The comparisons of the text package, which the platform makes.
+// The comparisons of the text package, which are made by the platform.
 #include <windows.h>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"

@@ -9,12 +9,11 @@ namespace NSMorvane {
 
 namespace {
 
-// Process-wide, like the handles: the windows of the file dialogs have threads of their own and know of no
-// root object.
+// Process-wide, since the windows of file dialogs have threads of their own and know of no root object.
 SRWLOCK gHwndRegistryLock = SRWLOCK_INIT;
 std::vector<HWND> gHwndRegistry;
 
-// What the enumerating calls of the system fill. An exception must not unwind through them.
+// Collects the windows that an enumeration of the system finds. No exception may unwind through the system.
 struct THwndCollector {
   std::vector<HWND> fWindows;
   bool fOutOfMemory = false;
@@ -52,7 +51,7 @@ bool Contains(const std::vector<HWND>& windows, HWND hWnd) {
   return std::find(windows.begin(), windows.end(), hWnd) != windows.end();
 }
 
-// For the log; what cannot be encoded is replaced.
+// UTF-8 for the log; what cannot be encoded is replaced.
 std::string LogText(const wchar_t* text, int length) {
   std::string result(static_cast<std::size_t>(length) * 3, '\0');
   const int size = length == 0 ? 0
@@ -62,7 +61,7 @@ std::string LogText(const wchar_t* text, int length) {
   return result;
 }
 
-// For the enumeration of windows: one of the library's that `owner` owns is owned by nobody from here on.
+// Callback of EnumThreadWindows: a window of the library that `owner` owns loses its owner.
 BOOL CALLBACK LeaveToItself(HWND hWnd, LPARAM owner) {
   if (GetWindow(hWnd, GW_OWNER) == reinterpret_cast<HWND>(owner) && IsRegisteredHwnd(hWnd))
     SetWindowLongPtrW(hWnd, GWLP_HWNDPARENT, 0);
@@ -95,7 +94,7 @@ void LogPopupParent(HWND parent, const RECT& rect) {
   DebugPrint(text);
 }
 
-// The shared font; it goes when the library is unloaded.
+// The shared font, deleted when the library is unloaded.
 class CDefaultFont : CNotCopied {
  public:
   CDefaultFont() {
@@ -261,18 +260,19 @@ void PumpPaintMessages() {
   EnumThreadWindows(GetCurrentThreadId(), &THwndCollector::Add, out);
   const std::vector<HWND> topLevelWindows = collector.fWindows;
   for (const HWND hWnd : topLevelWindows) EnumChildWindows(hWnd, &THwndCollector::Add, out);
-  // A window that makes itself dirty while it paints would be at it for ever: each has one turn.
+  // Each window is painted once, since a window that invalidates itself while it paints would go on for ever.
   std::vector<HWND> painted;
   for (const HWND hWnd : collector.Take(TRUE)) {
     MSG message;
     if (Contains(painted, hWnd) || !PeekMessageW(&message, hWnd, WM_PAINT, WM_PAINT, PM_REMOVE)) continue;
-    painted.push_back(message.hwnd);  // or a window inside it
+    painted.push_back(message.hwnd);  // or a child window of hWnd
     TranslateMessage(&message);
     DispatchMessageW(&message);
   }
 }
 
 HFONT GetDefaultFont() {
+  // Process-wide, since windows keep the handle.
   static const CDefaultFont font;
   return font.fFont;
 }

@@ -45,7 +45,7 @@ inline TSize FromNative(const SIZE& s) { return TSize{s.cx, s.cy}; }
 // --- Failed system calls
 
 // Turns GetLastError() into a log line with the given position and an exception: std::bad_alloc for the two
-// codes of memory shortage, std::exception for all others. Returns, in silence, when the last error is 0; the
+// codes of memory shortage, std::exception for all others. Returns silently if the last error is 0; the
 // caller then goes on as if its call had worked. Nothing may run between the failed call and this one. With
 // MORVANE_CHECK_LAST_ERROR the position is that of the caller.
 void CheckLastError(const char* file, std::int32_t line);
@@ -60,7 +60,7 @@ bool IsWindowMaximized(HWND hWnd);
 // Gives the keyboard to a window of this thread. A failure is only logged.
 void WinSetFocus(HWND hWnd);
 
-// Changes neither place nor activation.
+// Does not move, resize or activate the window.
 void SetWindowTopMost(HWND hWnd, bool topMost);
 
 // The windows that the library has made or hooked; any thread may ask and register.
@@ -68,39 +68,40 @@ void RegisterHwnd(HWND hWnd);
 void UnregisterHwnd(HWND hWnd);
 bool IsRegisteredHwnd(HWND hWnd);
 
-// The system destroys the windows that a window owns with it. Those of the library, which come to an end of
-// their own, are owned by nobody from here on.
+// Takes the owner from the windows of the library that `owner` owns. The system would destroy them together
+// with `owner`, but they end by themselves.
 void DisownWindows(HWND owner);
 
 // The top-level windows of this process, front window first, without child windows.
 std::vector<HWND> GetTopLevelWindowsZ();
 
-// Whether a thread of any process owns a window that the list of all top-level windows does not know, which
-// is a message-only one. (Wine lists those with neither, so that the answer is always false there.)
+// Whether the thread, of any process, owns a window that is in no list of all top-level windows, which means
+// a message-only window. (Under Wine always false: it lists the message-only windows of a thread nowhere.)
 bool ThreadOwnsUnlistedWindow(DWORD threadId);
 
 // The point, in screen coordinates, on which a popup is to be centred: the middle of its parent. Without a
-// parent that of the first of `shownWindows` with a title and an area, other than the popup itself, minimized
-// and topmost ones; without such a window that of the desktop. Both handles may be null.
+// parent it is the middle of the first of `shownWindows` that has a title and an area and is not the popup
+// itself, minimized or topmost; without such a window it is the middle of the desktop. Both handles may be
+// null.
 TPoint GetPopupCenter(HWND window, HWND parent, const std::vector<HWND>& shownWindows);
 
 // Handles the paint messages that are waiting for windows of this thread, one for each.
 void PumpPaintMessages();
 
-// The font of dialogs and alert boxes, made on first use and never to be deleted by the caller. On a screen
-// of other than 96 dots per inch its height is scaled back to that of 96.
+// The font of dialogs and alert boxes, made on first use. The caller must not delete it. Its height is scaled
+// from the resolution of the screen to 96 dots per inch.
 HFONT GetDefaultFont();
 
 // --- Monitors
 
-// Fills the list; false on failure, and then its content means nothing.
+// Fills the list. False or an exception on failure; the content of the list is undefined then.
 bool EnumerateMonitors(TMonitorList& outMonitors);
-// The second half of it: at most kMaxMonitors of the handles, in their order.
+// The second half of EnumerateMonitors: describes the monitors in their order, kMaxMonitors at most.
 bool DescribeMonitors(const std::vector<HMONITOR>& monitorVector, TMonitorList& outMonitors);
 
 }  // namespace NSMorvane
 
 #define MORVANE_CHECK_LAST_ERROR() ::NSMorvane::CheckLastError(__FILE__, __LINE__)
 
-// The same for a caller that cannot go on: without an error of the system it is std::exception.
+// The same for a caller that cannot go on: if the last error is 0, it throws std::exception.
 #define MORVANE_THROW_LAST_ERROR() (MORVANE_CHECK_LAST_ERROR(), MORVANE_THROW(std::exception()))

@@ -26,8 +26,8 @@ TPathKind KindOfPath(const TString& path) {
   return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? TPathKind::kFolder : TPathKind::kFile;
 }
 
-// Replaces the path with what a call makes of it. A call that fails leaves it. A path that does not fit
-// becomes empty, and one that is far too long is reported and ends the matter with false.
+// Replaces the path by the result of a call; if the call fails, the path stays as it is. A result that does
+// not fit makes the path empty. A result of more than 2601 characters is reported and gives false.
 template <class PathCall>
 bool ReplacePath(TString& ioPath, PathCall call) {
   TChar buffer[kMaxPathLength + 1] = {};
@@ -97,7 +97,8 @@ TString CFileSystemProbe::NormalizeExistingPath(const TString& path) const {
   return NSMorvane::NormalizeExistingPath(path);
 }
 
-// A colon is part of a drive's name; elsewhere it stands in whatever else a client may understand.
+// Only the colon after a drive letter belongs to a path. A text with another colon may have a meaning of its
+// own for the client, so it has no full path.
 TString CFileSystemProbe::FullPath(const TString& path) const {
   if (path.empty() || path.find(u':', path.size() > 1 && path[1] == u':' ? 2 : 0) != TString::npos) return {};
   TChar buffer[kMaxPathLength + 1] = {};

@@ -31,12 +31,12 @@ class CFileSystemProbe final : public IFileSystemProbe {
 
 // "file://" and the path as it is, in UTF-8: nothing is escaped and backslashes stay.
 std::string PathToFileURL(const NSTextPackage::TString& path);
-// The reverse. Empty for what does not begin with "file://", in these very letters.
+// The reverse. Empty if the text does not begin with "file://" in lower case.
 NSTextPackage::TString FileURLToPath(const std::string& url);
 
 // --- File types
 
-// A file type inside the library. The extensions have their dots and are divided by semicolons.
+// A file type inside the library. The extensions include their dots and are separated by semicolons.
 struct CFileType {
   NSTextPackage::TString fName;
   NSTextPackage::TString fExtensions;
@@ -47,8 +47,8 @@ CFileType MakeFileType(const TFileType& record);
 // At least one piece, which is empty if the type has no extensions.
 std::vector<NSTextPackage::TString> SplitExtensions(const CFileType& fileType);
 
-// The extension of `name` as the first type that lists it spells it; case does not count. Empty if `name` has
-// no dot or no type lists it.
+// The extension of `name`, in the spelling of the first type that lists it; case is ignored. Empty if `name`
+// has no dot or no type lists it.
 NSTextPackage::TString FindExtensionForFile(const std::vector<CFileType>& fileTypes,
                                             const NSTextPackage::TString& name);
 // The index of that type, counted from 1, or 0.
@@ -58,10 +58,10 @@ std::uint32_t TypeIndexForFile(const std::vector<CFileType>& fileTypes, const NS
 NSTextPackage::TString AppendExtensionIfMissing(const NSTextPackage::TString& name,
                                                 const CFileType& fileType);
 
-// Writes the filter of a file dialog: for each type a label and its patterns, each with a zero behind it.
-// `bufferSize` is in characters, and std::bad_alloc is thrown when it does not suffice. Of the buffer only
-// the first `bufferSize` bytes are cleared before, so whoever needs the zero that ends the list hands over a
-// buffer of zeros, one character longer than told.
+// Writes the filter of a file dialog: for each type a label and its patterns, each followed by a zero.
+// `bufferSize` is in characters; std::bad_alloc is thrown if it is too small. Only the first `bufferSize`
+// bytes are cleared beforehand, so a caller that needs the zero at the end of the list passes a buffer of
+// zeros that is one character longer than `bufferSize`.
 void BuildDialogFilter(const std::vector<CFileType>& fileTypes, TChar* buffer, std::size_t bufferSize);
 
 }  // namespace NSMorvane

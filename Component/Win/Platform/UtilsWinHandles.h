@@ -91,8 +91,8 @@ class CObjectSelection : CNotCopied {
   HGDIOBJ fPrevious;
 };
 
-// Keeps the clip region of a context and selects it again at the end; no clip becomes no clip. It touches
-// nothing else of the context, so it may stand around changes of origin, font or mode that are to last.
+// Saves the clip region of a context and selects it again at the end; a context without a clip gets none.
+// Nothing else of the context is restored, so changes of origin, font or mode made meanwhile last.
 class CClipRegionSaver : CNotCopied {
  public:
   explicit CClipRegionSaver(HDC hdc) : fHDC(hdc), fRegion(CreateRectRgn(0, 0, 0, 0)) {
@@ -113,15 +113,15 @@ class CClipRegionSaver : CNotCopied {
   HRGN fRegion;  // null: there was no clip
 };
 
-// Moves several windows in one step, which happens when this dies.
+// Moves several windows in one step, which the destructor carries out.
 class CDeferredWindowMover : CNotCopied {
  public:
-  // count is only a hint to the system.
+  // `count` is only a hint to the system.
   explicit CDeferredWindowMover(int count) : fHwdp(BeginDeferWindowPos(count)) {
     if (!fHwdp) MORVANE_THROW(XOutOfMemory());
   }
-  // As SetWindowPos. The test looks at the sequence as it was before this call: a call that fails is noticed
-  // by the next one only.
+  // Like SetWindowPos. The test concerns the previous call: a call that fails is noticed only by the next
+  // one.
   void Move(HWND hwnd, HWND insertAfter, int x, int y, int cx, int cy, UINT flags) {
     const HDWP next = DeferWindowPos(fHwdp, hwnd, insertAfter, x, y, cx, cy, flags);
     if (!fHwdp) MORVANE_THROW(XOutOfMemory());
@@ -139,8 +139,8 @@ class CDeferredWindowMover : CNotCopied {
 
 // --- Locks
 
-// For the few tables that the threads of the file dialogs share with the main thread. Never hold one across
-// an assertion, a message or any other way into foreign code.
+// For the few tables that other threads share with the main thread. Never hold a lock across an assertion, a
+// message or any other call of foreign code.
 class CReadLock : CNotCopied {
  public:
   explicit CReadLock(SRWLOCK& lock) : fLock(lock) { AcquireSRWLockShared(&fLock); }

@@ -1,4 +1,4 @@
-// One native message inside the library, and those who want to see the messages of a window.
+// A native message inside the library, and the interface of listeners for the messages of a window.
 #pragma once
 
 #include <windows.h>
@@ -6,7 +6,7 @@
 namespace NSMorvane {
 
 struct TWinMessage {
-  bool fHandled;  // set by a listener that has dealt with the message: later listeners do not see it
+  bool fHandled;  // set by a listener that has handled the message: later listeners do not see it
   HWND fHwnd;
   UINT fMessage;
   WPARAM fWParam;

@@ -23,7 +23,7 @@ TResourceBytes CResourceLoader::LoadFromModule(const std::string& key) const {
   const wchar_t* const nativeType =
       predefined != 0 ? MAKEINTRESOURCEW(predefined) : reinterpret_cast<const wchar_t*>(type.c_str());
 
-  // A number is cut to its low 16 bits here.
+  // MAKEINTRESOURCEW keeps only the low 16 bits of a number.
   const HRSRC found = ::FindResourceW(fModule, MAKEINTRESOURCEW(parsed.number), nativeType);
   if (!found) MORVANE_THROW(std::exception());
   const DWORD size = ::SizeofResource(fModule, found);
@@ -35,6 +35,7 @@ TResourceBytes CResourceLoader::LoadFromModule(const std::string& key) const {
 }
 
 IResourceLoader& GetResourceLoader() {
+  // Process-wide, since a process has one program module.
   static CResourceLoader loader(::GetModuleHandleW(nullptr));
   return loader;
 }

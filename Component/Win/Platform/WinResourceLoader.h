@@ -15,9 +15,9 @@ class CResourceLoader : public IResourceLoader {
  public:
   explicit CResourceLoader(HINSTANCE__* module) : fModule(module) {}
 
-  // Failures, which are not remembered: std::invalid_argument for a key that is none or a resource that
-  // cannot be loaded, XIllegalTextFormat for one that is not ASCII, std::exception for a resource that is not
-  // there, std::bad_alloc for one that cannot be locked.
+  // Throws std::invalid_argument for a malformed key or a resource that cannot be loaded, XIllegalTextFormat
+  // for a key that is not ASCII, std::exception if there is no such resource, std::bad_alloc if it cannot be
+  // locked. Failures are not cached.
   TResourceBytes Load(const std::string& key) override;
   // Nothing to do: the image stays mapped.
   void Release(const TResourceBytes&) override {}
