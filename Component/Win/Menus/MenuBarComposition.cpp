@@ -7,7 +7,7 @@ namespace NSMorvane {
 
 namespace {
 
-// An item of the library's own in the place of a client's.
+// An item of the library in the form of a client's item.
 CMenuItem MakeMenuItem(const TString& text, bool enabled, std::uint32_t command) {
   TMenuItem item = {};
   NSTextPackage::CopyChars(item.fText, text.c_str(), kMenuTextChars);
@@ -57,7 +57,7 @@ void ComposeMenuBar(CMenuBuilder& bar, const CMenuBarState& state,
                            MakeMenuItem(strings.fDisplayName, state.HelpItemEnabled(), kHelpItemCommand));
     }
   }
-  // The debug menu is not built yet: its place is here, behind all others.
+  // The debug menu is not built yet. It will come here, after all others.
 }
 
 }  // namespace NSMorvane

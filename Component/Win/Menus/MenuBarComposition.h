@@ -16,7 +16,7 @@ struct TStartupStrings;
 
 using NSTextPackage::TString;
 
-// An item of the library's own in the window menu.
+// An item of the library in the window menu.
 struct TWindowMenuItem {
   TString fText;
   UINT fCommand;
@@ -25,9 +25,8 @@ struct TWindowMenuItem {
   friend bool operator==(const TWindowMenuItem&, const TWindowMenuItem&) = default;
 };
 
-// Fills a bar from its beginning to its end. Of the items for the window menu, which is there if the state
-// asks for it, the first one stands over the client's and the others under them. Shortcuts are named as
-// `morvane` names keys.
+// Fills an empty bar. The window menu is added only if the state asks for it; the first of `windowMenuItems`
+// comes before the client's items, the others after them. `morvane` gives the names of shortcut keys.
 void ComposeMenuBar(CMenuBuilder& bar, const CMenuBarState& state,
                     const std::vector<TWindowMenuItem>& windowMenuItems, const TStartupStrings& strings,
                     IMorvane& morvane);

@@ -9,11 +9,11 @@ namespace NSMorvane {
 
 namespace {
 
-// What VkKeyScanW puts above the key.
+// The modifier bits of a VkKeyScanW result, and the result for a character without a key.
 enum : UINT { kScanShift = 0x100, kScanControl = 0x200, kScanAlt = 0x400, kNoVirtualKey = 0xFFFF };
 
 TChar LowerCase(TChar character) {
-  // A character in place of a pointer stands for itself.
+  // CharLowerW takes a character in place of a pointer.
   const auto argument = reinterpret_cast<LPWSTR>(static_cast<std::uintptr_t>(character));
   return static_cast<TChar>(reinterpret_cast<std::uintptr_t>(CharLowerW(argument)));
 }
@@ -82,8 +82,8 @@ CMenuBuilder::CMenuBuilder(CMenuBuilder& parent, HMENU popup)
       fNativeItemCount(0),
       fIsEnabled(!parent.fParent) {}
 
-// The builder counts by itself and tells the system nothing twice: counting and enabling by the system for
-// each of the items would take as many calls again as adding them.
+// The builder counts its items and remembers what is enabled: asking the system for each item would double
+// the number of calls.
 void CMenuBuilder::Append(UINT nativeFlags, UINT_PTR commandOrSubmenu, const TString& text) {
   if (!AppendMenuW(GetHandle(), nativeFlags, commandOrSubmenu, WinText(text))) MORVANE_CHECK_LAST_ERROR();
   ++fNativeItemCount;
@@ -108,7 +108,7 @@ void CMenuBuilder::EnablePath() {
 CMenuBuilder& CMenuBuilder::AddSubmenu(const TString& name) {
   FlushSeparator();
   MORVANE_ASSERT(!name.empty());
-  CPopupMenu popup;  // its owner until the menu has it
+  CPopupMenu popup;  // owns the menu until it is appended
   Append(MF_POPUP | (fParent ? MF_GRAYED : 0), reinterpret_cast<UINT_PTR>(popup.GetHandle()),
          WinPrepareMnemonic(name));
   fSubmenuBuilders.push_back(boost::shared_ptr<CMenuBuilder>(new CMenuBuilder(*this, popup.Detach())));
@@ -144,11 +144,11 @@ void CMenuBuilder::AddMenuItem(IMorvane& application, const CMenuItem& item) {
     if (item.fShortcut.fKeyText[0] != 0) text += u'\t' + MakeShortcutText(application, item.fShortcut);
     const UINT flags = (item.fStateFlags & kMenuItemEnabled ? MF_ENABLED : MF_GRAYED) |
                        (item.fStateFlags & kMenuItemChecked ? MF_CHECKED : MF_UNCHECKED);
-    // What is past the range of numbers must not pass for one of the library's items.
+    // An item beyond the range gets 0, so that its number is not one of the library's commands.
     const std::size_t command = fFirstCommand + fItems.size();
     target->AddNativeItem(text, command <= kLastClientCommand ? static_cast<UINT>(command) : 0, flags);
   }
-  // Separators, too, so that numbers and positions stay together.
+  // Separators are listed too, so that the number of an item gives its position.
   fItems.push_back(item);
 }
 

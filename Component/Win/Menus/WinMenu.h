@@ -1,4 +1,4 @@
-// Native menus out of the portable descriptions of a client: the menus, the builder of one level of them,
+// Native menus made from the portable descriptions of a client: menus, the builder of one level of them,
 // texts with mnemonics, accelerator tables.
 //
 // All of it belongs to the main thread. A failed call of the system goes through CheckLastError.
@@ -33,13 +33,13 @@ enum : UINT {
 
 // --- Texts
 
-// From the library's mark of a mnemonic, `_` (and `__` for an underscore), to that of the system, `&`. For
-// labels of buttons, too.
+// Converts the library's mark of a mnemonic, `_` (`__` for an underscore), into that of the system, `&`. Used
+// for labels of buttons, too.
 TString WinPrepareMnemonic(const TString& text);
 
 // --- Menus
 
-// A native menu, which it destroys if it owns it. A menu in another one is the other one's.
+// A native menu, which is destroyed at the end if it is owned. A submenu belongs to its parent menu.
 class CMenu {
  public:
   CMenu(HMENU menuHandle, bool ownsHandle);
@@ -68,29 +68,29 @@ class CPopupMenu : public CMenu {
 
 // --- The builder
 
-// Fills one menu from its beginning to its end. It lives for one build, its children with it.
+// Fills one menu from top to bottom. Lives for one build, together with its child builders.
 class CMenuBuilder {
  public:
-  // A menu bar. Every client item that is added to it or below goes to the end of `items`, too, which must
-  // outlive the builder, and gets the number `firstCommand` plus its position there.
+  // Makes a menu bar. Every client item that is added to it or to a submenu is also appended to `items`,
+  // which must outlive the builder, and gets the number `firstCommand` plus its position there.
   CMenuBuilder(std::vector<CMenuItem>& items, UINT firstCommand);
   CMenuBuilder(const CMenuBuilder&) = delete;
   CMenuBuilder& operator=(const CMenuBuilder&) = delete;
 
-  // The handle of the menu so far; that of a child belongs to its parent's menu.
+  // The handle of the menu as far as it is filled. That of a submenu belongs to its parent menu.
   HMENU GetHandle() const { return fMenu->GetHandle(); }
   // The finished menu bar: the caller owns it from here on.
   HMENU Detach() { return fMenu->Detach(); }
 
-  // In a menu bar it is enabled. In any other menu it is grey until its first item that is not. The builder
-  // stays this one's, and may be used until the next item or submenu is added here.
+  // In a menu bar the submenu is enabled. In any other menu it is greyed until it gets its first enabled
+  // item. The new builder belongs to this one, and may be used until the next item or submenu is added here.
   CMenuBuilder& AddSubmenu(const TString& name);
-  // An item that is none of the client's. `nativeFlags` are MF_GRAYED and MF_CHECKED.
+  // Adds an item that is not listed as the client's. `nativeFlags` are MF_GRAYED and MF_CHECKED.
   void AddNativeItem(const TString& text, UINT command, UINT nativeFlags);
-  // Before the next item, if there is an item in front of it already.
+  // Puts a separator before the next item, unless that is the first one.
   void MarkSeparator();
-  // Items with the same submenu name, one right after the other, make one submenu. The names of shortcut keys
-  // come from the application's texts.
+  // Consecutive items with the same submenu name make one submenu. The names of shortcut keys come from the
+  // application's texts.
   void AddMenuItem(IMorvane& application, const CMenuItem& item);
   void AddMenuItems(IMorvane& application, const std::vector<CMenuItem>& items);
 
@@ -109,7 +109,7 @@ class CMenuBuilder {
   std::vector<CMenuItem>& fItems;
   UINT fFirstCommand;
   UINT fNativeItemCount;
-  bool fIsEnabled;  // the item of the parent that stands for this menu, and all above it
+  bool fIsEnabled;  // so are the parent's item for this menu, and all above it
 };
 
 // --- Accelerators
