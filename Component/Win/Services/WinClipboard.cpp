@@ -29,7 +29,7 @@ constexpr TKnownFormat kKnownFormats[] = {
     {"HBMP", CF_BITMAP},      {"DIBB", CF_DIB},  {"FURL", CF_HDROP},
 };
 
-// The number of a format. A private one has the same in every program.
+// The number of a format. A private format has the same number in every program.
 UINT NumberOfFormat(const TClipboardFormat& format) {
   const char* const end = std::find(std::begin(format.fTag), std::end(format.fTag), '\0');
   const std::string tag(std::begin(format.fTag), end);
@@ -54,7 +54,7 @@ class CClipboardOpener : CNotCopied {
   }
 };
 
-// A block on its way to the clipboard, locked and full of zeros.
+// A block of global memory for the clipboard, locked and filled with zeros.
 class CGlobalBuffer : CNotCopied {
  public:
   explicit CGlobalBuffer(std::size_t size)
@@ -103,10 +103,10 @@ class CGlobalBuffer : CNotCopied {
 
 // --- Reading
 
-// What was on the clipboard, as a copy: the clipboard may change at any time.
+// A copy of what was on the clipboard, which may change at any time.
 class CClipboardDataReader final : public IData {
  public:
-  // While the clipboard is open. The size is that of the block, with whatever stands behind a text's end.
+  // The clipboard must be open. The size is that of the block, including what follows the end of a text.
   explicit CClipboardDataReader(HGLOBAL globalData) {
     MORVANE_ASSERT_TEXT("0!=fGlobalData", globalData != nullptr);
     const void* const lockedData = GlobalLock(globalData);
@@ -136,7 +136,8 @@ class CClipboardDataReader final : public IData {
 
 // --- Writing
 
-// How much room the data take. A text gets the terminator that it lacks; half a unit is no text.
+// The size of the block for the data. A text without a terminator gets one; a text with an odd number of
+// bytes is refused.
 std::size_t SizeOfBlock(IData& data, std::uint64_t size, UINT format) {
   if (size > SIZE_MAX - sizeof(TChar)) MORVANE_THROW(XOutOfMemory());
   const auto bytes = static_cast<std::size_t>(size);

@@ -1,6 +1,6 @@
-// The clipboard: bytes in formats that have names. What they mean is the client's affair.
+// The clipboard: bytes in named formats, whose meaning is up to the client.
 //
-// It is open no longer than one of these calls takes. Main thread only.
+// It is open only while one of these calls runs. Main thread only.
 #pragma once
 
 #include <windows.h>
@@ -17,8 +17,8 @@ namespace NSMorvane {
 bool IsFormatOnClipboard(const TClipboardFormat& format, HWND owner);
 // Throws XProgrammingError if the format is not there.
 std::unique_ptr<IData> GetClipboardData(const TClipboardFormat& format, HWND owner);
-// Empties the clipboard first. If a format fails, those before it are there, and the getter stays the
-// caller's; otherwise it is deleted.
+// Empties the clipboard first. If a format fails, the formats before it stay there, and the getter stays the
+// caller's; on success the getter is deleted.
 void ReplaceClipboardContents(const std::vector<TClipboardFormat>& formats, IClipboardDataGetter* getter,
                               HWND owner);
 

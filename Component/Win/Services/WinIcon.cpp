@@ -1,7 +1,7 @@
 #include "Component/Win/Services/WinIcon.h"
 
 #include <windows.h>
-// After the above.
+// Needs windows.h before it.
 #include <shellapi.h>
 
 #include <algorithm>
@@ -48,13 +48,13 @@ class CLoadedLibrary : CNotCopied {
   HMODULE fModule;
 };
 
-// Not a shared one: the system hands out a shared icon at the size that was asked for first.
+// Not shared, since the system returns a shared icon at the size that was asked for first.
 HICON LoadOwnIcon(HMODULE module, WORD id, int size) {
   return static_cast<HICON>(
       LoadImageW(module, MAKEINTRESOURCEW(id), IMAGE_ICON, size, size, LR_DEFAULTCOLOR));
 }
 
-// The system's icons exist as shared ones only.
+// Icons of the system can only be loaded as shared ones, so the icon is copied.
 HICON CopySystemIcon(WORD id, int size) {
   const HANDLE shared = LoadImageW(nullptr, MAKEINTRESOURCEW(id), IMAGE_ICON, size, size, LR_SHARED);
   return shared ? static_cast<HICON>(CopyImage(shared, IMAGE_ICON, size, size, LR_COPYFROMRESOURCE))
@@ -81,7 +81,7 @@ HICON LoadBuiltInIcon(std::uint32_t icon, int size) {
   return result;
 }
 
-// The two bitmaps of an icon, as copies that end with this.
+// Copies of the two bitmaps of an icon, deleted at the end.
 class CIconBitmaps : CNotCopied {
  public:
   explicit CIconBitmaps(HICON icon) : fInfo(), fIsKnown(GetIconInfo(icon, &fInfo) != FALSE) {}
@@ -221,7 +221,7 @@ std::unique_ptr<IIcon> MakeIconForURL(const std::string& url) {
 std::unique_ptr<IIcon> MakeIconFromHandles(HICON icon16, HICON icon32, HICON icon48, HICON icon128) {
   const auto data = boost::make_shared<TIconData>();
   std::unique_ptr<IIcon> icon = std::make_unique<CIconImpl>(data);
-  // Nothing fails from here on.
+  // Nothing fails from here on, so the handles change their owner.
   data->fIcon16 = icon16;
   data->fIcon32 = icon32;
   data->fIcon48 = icon48;
@@ -237,13 +237,13 @@ namespace {
 constexpr std::int32_t kPixelBytes = 4;
 enum : std::size_t { kRed, kGreen, kBlue, kAlpha };
 
-// Where the four sizes lie.
+// The places of the four sizes on a sheet.
 constexpr TRect kPlace16 = {132, 87, 148, 103};
 constexpr TRect kPlace32 = {132, 52, 164, 84};
 constexpr TRect kPlace48 = {132, 1, 180, 49};
 constexpr TRect kPlace128 = {1, 1, 129, 129};
 
-// Calls action(x, y, pixel) for each pixel of a rectangle; x and y begin at its corner.
+// Calls action(x, y, pixel) for each pixel of a rectangle; x and y are relative to its top left corner.
 template <class TAction>
 void ForEachPixel(const std::uint8_t* sheet, const TRect& rect, TAction&& action) {
   for (std::int32_t y = rect.fTop; y < rect.fBottom; ++y)
@@ -258,7 +258,7 @@ std::uint32_t ColorWord(const std::uint8_t* pixel) {
   return std::uint32_t{pixel[kRed]} << 16 | std::uint32_t{pixel[kGreen]} << 8 | pixel[kBlue];
 }
 
-// A bitmap that is drawn into, or whose pixels are set one by one.
+// Owns a bitmap. Throws if the system could not make it.
 class CIconBitmap : CNotCopied {
  public:
   explicit CIconBitmap(HBITMAP bitmap) : fBitmap(bitmap) {
@@ -274,7 +274,7 @@ class CIconBitmap : CNotCopied {
   HBITMAP fBitmap;
 };
 
-// Rows of 32-bit words from the top, with or without alpha.
+// A bitmap of 32-bit pixels, top row first, with or without alpha.
 class CPixelSection {
  public:
   CPixelSection(std::int32_t width, std::int32_t height, bool hasAlpha)
@@ -331,7 +331,7 @@ HICON MakeAlphaIcon(const std::uint8_t* sheet, const TRect& rect, std::int32_t w
   ForEachPixel(sheet, rect, [&](std::int32_t x, std::int32_t y, const std::uint8_t* pixel) {
     color.SetPixel(x, y, std::uint32_t{pixel[kAlpha]} << 24 | ColorWord(pixel));
   });
-  // Rows of a mask have whole words.
+  // Rows of a mask are padded to 16 bits.
   const std::vector<std::uint8_t> blank(static_cast<std::size_t>((width + 15) / 16 * 2 * height), 0);
   const CIconBitmap mask(CreateBitmap(width, height, 1, 1, blank.data()));
   return MakeIcon(color.Get(), mask.Get());
@@ -344,7 +344,7 @@ void Blit(HBITMAP target, HBITMAP source, std::int32_t width, std::int32_t heigh
   if (!targetDC.Get() || !sourceDC.Get()) MORVANE_THROW_LAST_ERROR();
   const CObjectSelection targetSelection(targetDC.Get(), target);
   const CObjectSelection sourceSelection(sourceDC.Get(), source);
-  // What has this colour becomes 1 on a bitmap of one bit a pixel.
+  // On a monochrome target, pixels of this colour become 1.
   SetBkColor(sourceDC.Get(), RGB(255, 255, 255));
   if (!BitBlt(targetDC.Get(), 0, 0, width, height, sourceDC.Get(), 0, 0, operation))
     MORVANE_THROW_LAST_ERROR();
@@ -370,7 +370,7 @@ HICON MakeMaskedIcon(const std::uint8_t* sheet, const TRect& rect, std::int32_t 
   return MakeIcon(color.Get(), mask.Get());
 }
 
-// Windows XP was the first to have them; its number is 5.1.
+// Alpha icons came with Windows XP, which is version 5.1.
 bool SystemHasAlphaIcons() {
   static const bool hasThem = [] {
     OSVERSIONINFOW version = {};

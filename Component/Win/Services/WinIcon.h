@@ -15,7 +15,7 @@
 
 namespace NSMorvane {
 
-// What an icon and its clones share: the sizes loaded so far, which end with it, and one source at the most.
+// Shared by an icon and its clones: the handles loaded so far, which it owns, and one source at most.
 struct TIconData : CNotCopied {
   ~TIconData();
   void DebugValidate() const;
@@ -34,8 +34,8 @@ class CIconImpl final : public CIconGlue {
   explicit CIconImpl(const boost::shared_ptr<TIconData>& data);
   ~CIconImpl() override;
 
-  // The icon's own, at 16, 32, 48 or 128 pixels. A size that does not exist gives the next smaller one.
-  // Throws std::exception for any other size, and if there is no picture at all.
+  // The handle at 16, 32, 48 or 128 pixels, which the icon owns. A size that does not exist gives the next
+  // smaller one. Throws std::exception for any other size, and if there is no picture at all.
   HICON GetIconHandle(std::uint32_t size) const;
 
  protected:
@@ -51,7 +51,8 @@ std::unique_ptr<IIcon> MakeBuiltInIcon(TBuiltinIcon icon);
 // `key` is the decimal number of an icon in the resources of the program.
 std::unique_ptr<IIcon> MakeResourceIcon(const std::string& key);
 std::unique_ptr<IIcon> MakeIconForURL(const std::string& url);
-// Takes the handles over; null ones are sizes that do not exist. If it throws they stay the caller's.
+// Takes ownership of the handles; null stands for a size that does not exist. If it throws, the handles stay
+// the caller's.
 std::unique_ptr<IIcon> MakeIconFromHandles(HICON icon16, HICON icon32, HICON icon48, HICON icon128);
 
 // --- Pixel sheets
@@ -61,8 +62,8 @@ enum : std::int32_t { kSheetWidth = 181, kSheetHeight = 130 };
 
 std::unique_ptr<IIcon> MakePixmapIcon(const void* sheet);
 
-// The icon in one rectangle of a sheet. Without alpha icons, which systems older than Windows XP lack, a
-// pixel is opaque or it is not; the width has to be even then, or std::logic_error is thrown.
+// The icon in one rectangle of a sheet. Systems older than Windows XP have no alpha icons. A pixel is either
+// opaque or transparent then, and std::logic_error is thrown if the width is odd.
 HICON MakeIconFromSheet(const std::uint8_t* sheet, const TRect& rect, bool hasAlphaIcons);
 
 }  // namespace NSMorvane

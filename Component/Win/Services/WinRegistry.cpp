@@ -60,7 +60,7 @@ TString CRegKey::GetString(const TString& name) const {
   GetValueTypeAndSize(name, type, size);
   if (type != REG_SZ) MORVANE_CHECK(kBadFormatError);
   if (size == 0) return TString();
-  // Whoever wrote the value may have left out its terminator, or half a unit of it.
+  // The stored value may lack its terminator, or end in the middle of a unit.
   std::vector<TChar> buffer(size / sizeof(TChar) + 2);
   if (RegQueryValueExW(fKey.get(), WinText(name), nullptr, nullptr, reinterpret_cast<BYTE*>(buffer.data()),
                        &size) != ERROR_SUCCESS) {

@@ -1,8 +1,8 @@
-// What the library keeps of its own from one run to the next: a few texts and numbers of the user's, in the
+// What the library remembers from one run to the next: a few texts and numbers of the user's, in the
 // registry.
 //
-// The layout, below HKEY_CURRENT_USER: Software \ company \ product \ Preferences \ the name of a dialog with
-// the client's number behind it. Any thread may use a key, but one thread at a time.
+// The layout, below HKEY_CURRENT_USER: Software \ company \ product \ Preferences \ the name of a dialog
+// followed by the client's number. Any thread may use a key, but one thread at a time.
 #pragma once
 
 #include <windows.h>
@@ -23,7 +23,8 @@ class CRegKey {
  public:
   // A predefined key, which is never closed.
   explicit CRegKey(HKEY rootKey);
-  // A key below `parent`. A missing one is made, also for reading. Throws std::exception on failure.
+  // A key below `parent`, which is created if it is missing, even for reading. Throws std::exception on
+  // failure.
   CRegKey(const CRegKey& parent, const NSTextPackage::TString& subKeyName, bool writable);
 
   bool HasSubKey(const NSTextPackage::TString& name) const;
@@ -31,7 +32,7 @@ class CRegKey {
   // In bytes. Throws std::exception if there is no such value.
   void GetValueTypeAndSize(const NSTextPackage::TString& name, DWORD& outType, DWORD& outSize) const;
 
-  // Empty, or 0, if there is no such value. One of another type throws XBadFormat.
+  // Empty, or 0, if there is no such value. A value of another type throws XBadFormat.
   NSTextPackage::TString GetString(const NSTextPackage::TString& name) const;
   std::uint32_t GetNumber(const NSTextPackage::TString& name) const;
   // Throw std::exception on failure.
@@ -44,11 +45,11 @@ class CRegKey {
 
 using TRegPath = std::vector<NSTextPackage::TString>;
 
-// The key at a path under HKEY_CURRENT_USER, made where it is missing.
+// The key at a path under HKEY_CURRENT_USER. Missing keys are created.
 CRegKey OpenKeyPath(const TRegPath& names, bool writable);
-// Makes nothing: what wants to read without leaving a trace asks this first.
+// Creates nothing: a reader that must not leave keys behind asks this first.
 bool KeyPathExists(const TRegPath& names);
-// Where the preferences of this application begin.
+// The path of the preferences of this application.
 TRegPath GetPreferencesPath(const TStartupStrings& strings);
 
 }  // namespace NSMorvane
