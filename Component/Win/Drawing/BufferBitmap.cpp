@@ -77,7 +77,7 @@ CBufferBitmap::~CBufferBitmap() {
 }
 
 void* CBufferBitmap::OpenPixels() {
-  // The platform may hold drawing calls back.
+  // GDI may still hold back drawing calls.
   GdiFlush();
   return fPixelPtr;
 }

@@ -33,7 +33,7 @@ constexpr int NativeMode(TRegionOperation operation) {
 bool DeleteNativeRegion(TNativeRegion region) { return DeleteObject(region) != 0; }
 
 TNativeRegionOwner MakeNativeRegion(const TRect& rect) {
-  // The platform would turn a rectangle that is inside out.
+  // CreateRectRgn would swap the sides of an inverted rectangle instead of making an empty region.
   const bool empty = IsEmptyRect(rect);
   TNativeRegionOwner region(empty ? CreateRectRgn(0, 0, 0, 0)
                                   : CreateRectRgn(rect.fLeft, rect.fTop, rect.fRight, rect.fBottom));

@@ -11,7 +11,7 @@ namespace NSMorvane {
 
 namespace {
 
-// Each leaves the point as it is if the platform fails.
+// Each leaves `out` unchanged if the call of the platform fails.
 void ReadViewportOrigin(HDC hdc, TPoint& out) {
   POINT origin = {};
   if (GetViewportOrgEx(hdc, &origin)) out = {origin.x, origin.y};
@@ -78,7 +78,7 @@ CPortMapping::CPortMapping(HDC hdc)
 
 void CPortMapping::Restore(HDC hdc) const {
   if (GetGraphicsMode(hdc) != fGraphicsMode) {
-    // A world transform stands in the way of the compatible mode.
+    // The compatible mode cannot be set while there is a world transform.
     ModifyWorldTransform(hdc, nullptr, MWT_IDENTITY);
     SetGraphicsMode(hdc, fGraphicsMode);
   }
@@ -130,7 +130,8 @@ CPortGuard::~CPortGuard() {
 // --- CClipRegions
 
 CClipRegions& CClipRegions::GetInstance() {
-  // Never destroyed: at the end of the process it is too late to talk to the platform.
+  // Process-wide, since all device contexts share these regions. Never destroyed, since the end of the
+  // process is too late for calls of the platform.
   static CClipRegions& regions = *new CClipRegions;
   return regions;
 }
@@ -165,8 +166,8 @@ CPortClip::CPortClip(HDC hdc) : fHDC(hdc), fMapping(hdc), fShape(kNothing), fBox
   }
   fShape = kUnknown;
   fState.emplace(hdc);
-  // The surface of a memory context is one rectangle, so its clip region alone makes the shape. What can be
-  // drawn of a window may have any shape.
+  // The clip region of a memory context alone determines what is visible, since its bitmap is one rectangle.
+  // The visible part of a window may have any shape.
   if (fState->GetClipRegion() == nullptr || !fMapping.IsPixelMapping() || GetObjectType(hdc) != OBJ_MEMDC)
     return;
   const TPoint shift = fMapping.GetShift();
@@ -209,7 +210,8 @@ void CPortClip::Leave() {
   fIsIntact = false;
 }
 
-// `rect` lies in one rectangle of the shape and meets no other, and the mapping is one of pixels.
+// Requires that `rect` lies in one rectangle of the shape and overlaps no other, and that the mapping is in
+// pixels.
 bool CPortClip::Select(const TRect& rect) {
   const TPoint shift = fMapping.GetShift();
   const HRGN region = CClipRegions::GetInstance().GetNext(OffsetRectBy(rect, shift.fX, shift.fY));

@@ -8,7 +8,8 @@ namespace NSMorvane {
 
 namespace {
 
-// Where GetRandomRgn(SYSRGN) counts from: the screen on Windows NT, the client area before it.
+// Whether GetRandomRgn(SYSRGN) gives screen coordinates, as on Windows NT, and not client coordinates, as on
+// the systems before it.
 bool SystemRegionIsOnScreen() {
   static const bool result = [] {
     OSVERSIONINFOW version = {};
@@ -18,8 +19,8 @@ bool SystemRegionIsOnScreen() {
   return result;
 }
 
-// The part of the window behind `hdc` that drawing can reach, in client coordinates. It can be far smaller
-// than the rectangle that is told to be painted.
+// The part of the window that drawing on `hdc` can reach, in client coordinates. It may be far smaller than
+// the rectangle that BeginPaint gives.
 CRegion GetSystemRegion(HDC hdc, HWND hwnd) {
   CGdiObject<HRGN> nativeRegion(CreateRectRgn(0, 0, 0, 0));
   const HRGN nativeClipRegion = nativeRegion.Get();
@@ -36,8 +37,8 @@ CRegion GetSystemRegion(HDC hdc, HWND hwnd) {
   return region;
 }
 
-// The display's depth is asked for once and after each change: the question costs as much as painting a
-// hundred small views. Process-wide, as there is one display.
+// The bit depth of the display, or 0 if it has to be asked for, which costs as much as painting a hundred
+// small views. Process-wide, as there is one display.
 int gDeviceBitDepth = 0;
 
 int DeviceBitDepth(HDC target) {
@@ -50,7 +51,8 @@ int DeviceBitDepth(HDC target) {
 }
 
 COffscreenSurfacePool& SurfacePool() {
-  // Never destroyed: at the end of the process it is too late to talk to the platform.
+  // Process-wide, since the paints of all windows share the surfaces. Never destroyed, since the end of the
+  // process is too late for calls of the platform.
   static COffscreenSurfacePool& pool = *new COffscreenSurfacePool;
   return pool;
 }
@@ -208,9 +210,9 @@ std::size_t COffscreenSurface::GetByteCount() const {
   return static_cast<std::size_t>(fRowBytes) * static_cast<std::size_t>(fSize.fHeight);
 }
 
-// A full reset costs as much as drawing several small views. Nearly always there is little to undo.
+// A full reset costs as much as drawing several small views, and nearly always there is little to undo.
 bool COffscreenSurface::Reset() {
-  // What nobody can see is left behind for a while only: states that were saved and never restored.
+  // A full reset now and then also undoes what cannot be read: states that were saved and never restored.
   static constexpr int kMaxCheapResets = 64;
   if (fCheapResets < kMaxCheapResets && ResetWhatIsUsual()) {
     ++fCheapResets;
@@ -225,7 +227,7 @@ bool COffscreenSurface::SaveNewState() {
   return fNewState != 0;
 }
 
-// False if more than that is to be undone.
+// Undoes the usual changes. False if there are others.
 bool COffscreenSurface::ResetWhatIsUsual() {
   const HDC hdc = GetHDC();
   AbortPath(hdc);
@@ -322,7 +324,7 @@ COffscreenContext::COffscreenContext(CDeviceContext& target, const TRect& drawRe
 
 COffscreenContext::~COffscreenContext() {
   fBuffer.Detach();
-  // A client that leaves a bitmap of its own selected is reported here; the surface puts that right.
+  // A client that has left its own bitmap selected is reported here; Reset puts the surface's bitmap back.
   const HGDIOBJ prevObject = GetCurrentObject(fSurface->GetHDC(), OBJ_BITMAP);
   MORVANE_ASSERT_TEXT("prevObject == fDIB", prevObject == fSurface->GetDIB());
   SurfacePool().GiveBack(std::move(fSurface));

@@ -1,5 +1,5 @@
-// Device contexts: of a window, of a window that is being painted, and of the offscreen buffer that a paint
-// is put together in. All coordinates are those of the window's client area.
+// Device contexts: that of a window, that of a window being painted, and that of the offscreen buffer of a
+// paint. All coordinates are client coordinates of the window.
 #pragma once
 
 #include <windows.h>
@@ -19,7 +19,7 @@ namespace NSMorvane {
 class CDeviceContext : CNotCopied {
  public:
   CDeviceContext() = default;
-  // Deletes a context that is still attached. Those that are not to be deleted must be detached before.
+  // Deletes a context that is still attached. A context that must not be deleted has to be detached before.
   ~CDeviceContext();
 
   void Attach(HDC hdc);
@@ -34,7 +34,7 @@ class CDeviceContext : CNotCopied {
   // One line of text with its top left corner at `position`; what lies outside `clipRect` is not drawn.
   void DrawLabel(const TPoint& position, const TRect& clipRect, const NSTextPackage::TString& text,
                  COLORREF color);
-  // Has everything drawn reach its surface.
+  // Makes everything drawn so far reach its surface.
   static void Flush();
 
  private:
@@ -51,7 +51,7 @@ class CClientContext : public CDeviceContext {
   HWND fHwnd;
 };
 
-// The answer of a window to WM_PAINT, from BeginPaint to EndPaint.
+// The device context of a window that handles WM_PAINT, from BeginPaint to EndPaint.
 class CPaintContext : public CDeviceContext {
  public:
   // `excludedRect` is left out of the region.
@@ -59,11 +59,11 @@ class CPaintContext : public CDeviceContext {
   ~CPaintContext();
 
   HWND GetHwnd() const { return fHwnd; }
-  // What is to be painted: the dirty part of the window as far as it can be seen on the screen.
+  // The region to paint: the dirty part of the window that is visible on the screen.
   const CRegion& GetRegion() const { return fRegion; }
 
  private:
-  // Ends the painting, whatever becomes of the rest.
+  // Calls EndPaint even if the constructor of CPaintContext fails.
   class CBracket : NSMorvane::CNotCopied {
    public:
     explicit CBracket(HWND hwnd);
@@ -98,12 +98,12 @@ class COffscreenSurface : CNotCopied {
   int GetRowBytes() const { return fRowBytes; }
   std::size_t GetByteCount() const;
 
-  // Gives the context the state of a new one, with the bitmap selected; the pixels stay. False if that is not
-  // possible any more.
+  // Resets the context to the state of a new one, with the bitmap selected; the pixels stay. False if that
+  // fails.
   bool Reset();
 
  private:
-  // What can be read of a context's state at no cost.
+  // The part of a context's state that can be read cheaply.
   using TReadableState = std::array<std::intptr_t, 29>;
 
   static TReadableState ReadState(HDC hdc);
@@ -112,41 +112,41 @@ class COffscreenSurface : CNotCopied {
 
   CGdiObject<HBITMAP> fDIB;
   CDeviceContext fContext;
-  HBITMAP fOldBitmap = nullptr;  // what the context held before
+  HBITMAP fOldBitmap = nullptr;  // the bitmap of the context before
   void* fPixels = nullptr;
   TSize fSize;
   int fBitDepth;
   int fRowBytes = 0;
   int fNewState = 0;                 // the saved state of the context when it was new
-  TReadableState fNewReadableState;  // the same, as far as it can be read
-  int fCheapResets = 0;              // since the last full one
+  TReadableState fNewReadableState;  // the readable part of it
+  int fCheapResets = 0;              // since the last full reset
 };
 
-// Keeps a few surfaces for the next paints of the same size: what costs about a new bitmap is to write to
-// each of its pages for the first time. Every Take gives a surface of its own, so paints may nest.
+// Keeps a few surfaces for later paints of the same size: a new bitmap is costly, since each of its pages is
+// written to for the first time. Every Take gives another surface, so paints may nest.
 class COffscreenSurfacePool : CNotCopied {
  public:
   static constexpr std::size_t kMaxSurfaces = 4;
-  // All kept surfaces together: the screen of 3840 by 2160 pixels, once.
+  // For all kept surfaces together: one screen of 3840 by 2160 pixels.
   static constexpr std::size_t kMaxBytes = 3840 * 2160 * 4;
 
   COffscreenSurfacePool() { fSurfaces.reserve(kMaxSurfaces + 1); }
 
-  // Of exactly this size and depth, kept or new. The pixels hold anything.
+  // Gives a surface of exactly this size and depth, kept or new. Its pixels are undefined.
   std::unique_ptr<COffscreenSurface> Take(HDC target, const TSize& size, int bitDepth);
   void GiveBack(std::unique_ptr<COffscreenSurface> surface);
   void Clear() { fSurfaces.clear(); }
   std::size_t GetCount() const { return fSurfaces.size(); }
 
  private:
-  std::vector<std::unique_ptr<COffscreenSurface>> fSurfaces;  // the one given back last at the end
+  std::vector<std::unique_ptr<COffscreenSurface>> fSurfaces;  // the one given back last is at the end
 };
 
-// The buffer of one paint: as large as `drawRect`, and showing its corner at the corner. Drawing into it uses
-// the same coordinates as drawing to the target.
+// The buffer of one paint, as large as `drawRect`. Its origin is set so that drawing into it uses the same
+// coordinates as drawing to the target.
 class COffscreenContext : CNotCopied {
  public:
-  // The depth follows that of the display. The content is anything. `target` must live longer.
+  // The depth follows that of the display. The content is undefined. `target` must outlive this object.
   COffscreenContext(CDeviceContext& target, const TRect& drawRect);
   // `bitDepth` is 16 or 32.
   COffscreenContext(CDeviceContext& target, const TRect& drawRect, int bitDepth);
@@ -172,7 +172,7 @@ class COffscreenContext : CNotCopied {
 // no conversion.
 int BufferBitDepth(int deviceBitDepth);
 
-// After a change of the display: depth and surfaces are found anew.
+// Called after a change of the display: forgets its depth and the kept surfaces.
 void ForgetDisplayDepth();
 
 }  // namespace NSMorvane

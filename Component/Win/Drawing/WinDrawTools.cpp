@@ -44,12 +44,12 @@ TRawPixels CWinDrawTools::CDrawToolsGlue_OpenRawPixels() {
   pixels.fRowBytes = surface.GetRowBytes();
   pixels.fWidth = surface.GetSize().fWidth;
   pixels.fHeight = surface.GetSize().fHeight;
-  GdiFlush();  // what was drawn so far is in the pixels
+  GdiFlush();  // the pixels must contain what was drawn so far
   return pixels;
 }
 
 void CWinDrawTools::CDrawToolsGlue_CloseRawPixels() {
-  // The pixels are the buffer's own.
+  // Nothing to close: the pixels belong to the buffer.
 }
 
 void CWinDrawTools::CDrawToolsGlue_FlushToScreen(bool delayFlag) {

@@ -17,13 +17,13 @@ class CWinDrawTools : public CDrawToolsGlue {
   void CDrawToolsGlue_CloseNativePort() override;
   TRawPixels CDrawToolsGlue_OpenRawPixels() override;
   void CDrawToolsGlue_CloseRawPixels() override;
-  // What has been painted so far of the current dirty region. With `delayFlag`, 30 milliseconds pass for it
-  // to be seen.
+  // Copies to the screen what has been painted so far of the current dirty region. With `delayFlag`, waits 30
+  // milliseconds, so that it can be seen.
   void CDrawToolsGlue_FlushToScreen(bool delayFlag) override;
 
  private:
   COffscreenContext& fBuffer;
-  // The pixels are those of the buffer itself, so none of its own is ever opened.
+  // Always null, since the raw pixels are those of the buffer.
   HDC fOpenPixelsHDC = nullptr;
   HBITMAP fOpenPixelsHBITMAP = nullptr;
   HBITMAP fOldOpenPixelsHBITMAP = nullptr;

@@ -13,7 +13,7 @@ struct TPaintSample {
   std::uint64_t fEndMS;
 };
 
-// The samples of the last kMaxPaintSamples paints. Once there are that many, the oldest gives way.
+// The samples of the last kMaxPaintSamples paints. Beyond that number a new sample replaces the oldest one.
 class CPaintSamples {
  public:
   static constexpr std::size_t kMaxPaintSamples = 100;
@@ -27,7 +27,7 @@ class CPaintSamples {
       if (++fOldest == fSamples.size()) fOldest = 0;
     }
   }
-  // Not in the order of time: where the newest has been written over the oldest, it stands in its place.
+  // Not sorted by time, once new samples have replaced the oldest ones.
   const std::vector<TPaintSample>& Get() const { return fSamples; }
 
  private:
