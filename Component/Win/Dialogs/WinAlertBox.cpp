@@ -21,7 +21,7 @@ constexpr DWORD kAlertStyle =
 constexpr DWORD kAlertExStyle = WS_EX_CONTROLPARENT | WS_EX_WINDOWEDGE | WS_EX_DLGMODALFRAME;
 
 constexpr DWORD kControlStyle = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS;
-// An ampersand in a text is one.
+// SS_NOPREFIX, so that an ampersand in a text is shown as it is.
 constexpr DWORD kTextStyle = kControlStyle | SS_LEFT | SS_NOPREFIX;
 constexpr DWORD kIconStyle = kControlStyle | SS_ICON;
 constexpr DWORD kButtonStyle = kControlStyle | WS_TABSTOP | BS_PUSHBUTTON;
@@ -54,7 +54,7 @@ TString TextOfWindow(HWND hwnd) {
   return TString(text.data());
 }
 
-// The font of alerts, on a control.
+// Measures texts of a control in the font of alerts.
 class CControlMeasure final : public ITextMeasure {
  public:
   explicit CControlMeasure(HWND control) : fDC(control), fFont(fDC.Get(), AlertFont()) {}
@@ -187,7 +187,7 @@ TAlertContents CAlertBoxImpl::Measure() {
       MeasureAlertText(TextOfWindow(fStaticTextHwnd), measure), fIconHwnd != nullptr, {}};
   for (const auto& [id, button] : fButtonHwnds)
     contents.fLabelWidths.push_back(measure.GetExtent(TextOfWindow(button)).fWidth);
-  // The buttons stay on the screen, however long the text.
+  // Limits the height of the text, so that the buttons stay on the screen.
   RECT area = {};
   if (SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0)) {
     const std::int32_t room = area.bottom - area.top - SizeOfFrame({0, kAlertHeightBesideText}).fHeight;
@@ -254,7 +254,7 @@ void CAlertBoxImpl::OnActivationChanged(bool active) {
   }
 }
 
-// To the one that had it, or to the default one.
+// Gives the focus to the button that had it before, or to the default button.
 void CAlertBoxImpl::GiveFocusToButton() {
   MORVANE_ASSERT(fButtonHwnds.size()>0);
   if (fSavedFocusHwnd) {

@@ -1,4 +1,4 @@
-// Alert boxes, and the question whether to save changes, which is one with fixed buttons.
+// Alert boxes, and the question whether to save changes, which is an alert box with fixed buttons.
 #pragma once
 
 #include <windows.h>
@@ -13,18 +13,18 @@
 
 namespace NSMorvane {
 
-// What an alert shows, whoever asked for it.
+// What an alert shows: the alert of a client, or the question whether to save changes.
 struct TAlertPlan {
   std::uint32_t fLayout;
   TString fText;
-  TString fLabels[3];  // an empty one is no button
+  TString fLabels[3];  // an empty label makes no button
   WORD fSystemIcon;    // its number, or 0 for none
 };
 
 TAlertPlan PlanAlert(const TAlertSpec& spec);
 TAlertPlan PlanSaveChanges(const TStartupStrings& strings, const TString& documentName, TCloseReason reason);
 
-// Hands the answer on to the client. Without one there is nobody to tell.
+// Passes the answer on to the client's listener, which may be null.
 class CAlertMediator final : public IAlertBoxListener {
  public:
   explicit CAlertMediator(IAlertBoxListener* listener) : fListener(listener) {}
@@ -45,13 +45,13 @@ class CSaveChangesMediator final : public IAlertBoxListener {
 
 class CAlertBoxImpl final : public CWinWindow, public IWinMsgEventListener {
  public:
-  // `owner` may be null. It is restored and painted before the alert takes its place over it.
+  // `owner` may be null. It is restored if it is minimized, and painted, before the alert is placed over it.
   CAlertBoxImpl(IWindowHost* host, IModalOwner* owner, const TAlertPlan& plan,
                 const boost::shared_ptr<IAlertBoxListener>& listener);
   ~CAlertBoxImpl() override;
 
   void Show() override;
-  // The keyboard is that of the system's dialogs.
+  // Keys work as in the dialogs of the system.
   bool PreTranslateMessage(const MSG& message) override;
 
   LRESULT IWinMsgEventListener_OnMessage(TWinMessage& message) override;
