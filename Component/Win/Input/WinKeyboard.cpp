@@ -23,14 +23,14 @@ constexpr BYTE kKeyIsDown = 0x80;
 
 // --- Special keys
 
-// The keys that layouts have no character for, and those whose character has a name.
+// A key for which layouts have no character, or whose character has a name.
 struct TSpecialKey {
   std::uint8_t fVirtualKey;
   std::uint32_t fCharacter;
   int fNameID;  // in bank 1000 of the application's texts
 };
 
-// In ascending order of virtual keys. Both keys of VK_RETURN stand here; the plain one comes first.
+// In ascending order of virtual keys. VK_RETURN has two keys, of which the plain one comes first.
 constexpr TSpecialKey kSpecialKeys[] = {
     {VK_BACK, 8, 116},
     {VK_TAB, 9, 117},
@@ -80,11 +80,12 @@ const TSpecialKey* FindSpecialKeyOfCharacter(TChar character) {
   return found != std::end(kSpecialKeys) ? found : nullptr;
 }
 
-// --- Readings
+// --- Layout
 
 constexpr bool IsExtended(const TPhysicalKeySpec& physicalKey) { return (physicalKey.fExtended & 1) != 0; }
 
-// One look at the layout: its text in `outText`, with its length, -1 for a dead key, 0 for no text.
+// Asks the layout once. `outText` gets the text of the key. The result is its length, -1 for a dead key, 0
+// for no text.
 constexpr int kLayoutChars = 29;
 int AskLayout(const TPhysicalKeySpec& physicalKey, const BYTE (&state)[256], TChar (&outText)[kLayoutChars]) {
   return gToUnicode(physicalKey.fVirtualKey, physicalKey.fScanCode, state, WinBuffer(outText), kLayoutChars,
@@ -104,7 +105,7 @@ bool IsSameText(const TString& a, const TString& b) {
 
 // --- What is held down
 
-// `isDown` tells it of a virtual key.
+// `isDown` tells whether a virtual key is down.
 template <class TIsDown>
 TModifierKeys CollectModifiers(const TIsDown& isDown) {
   TModifierKeys result = {};
@@ -125,7 +126,7 @@ std::uint32_t CollectMouseButtons(const TIsDown& isDown) {
   return result;
 }
 
-// What GetKeyState gives key by key, read at once.
+// What GetKeyState gives for each key, read in one call.
 class CKeyState {
  public:
   CKeyState() {
@@ -141,7 +142,7 @@ bool IsDownNow(int virtualKey) { return ::GetAsyncKeyState(virtualKey) < 0; }
 
 }  // namespace
 
-// --- Readings of a key
+// --- Interpretations of a key
 
 TString TranslateKey(const TModifierKeys& mods, const TPhysicalKeySpec& physicalKey) {
   if (physicalKey.fVirtualKey == VK_RETURN && IsExtended(physicalKey)) return TString(1, kKeyCharKeypadEnter);
@@ -151,14 +152,14 @@ TString TranslateKey(const TModifierKeys& mods, const TPhysicalKeySpec& physical
   if (mods.fKeys & kModifierAlt) state[VK_MENU] = kKeyIsDown;
   TChar text[kLayoutChars] = {};
   const int numChars = AskLayout(physicalKey, state, text);
-  // A dead key that the system has just met, and that waits for its letter already, gives its accent twice.
-  // The next answer is that of a dead key, and leaves it waiting as before.
+  // If this dead key was pending in the system already, it gives its accent twice and is no longer pending.
+  // Asking again makes it pending as before.
   if (TChar again[kLayoutChars] = {}; numChars > 1 && AskLayout(physicalKey, state, again) < 0)
     return TString(1, again[0]);
   if (numChars > 0) return TString(text, static_cast<std::size_t>(std::min(numChars, kLayoutChars)));
   if (numChars < 0) {
-    // The dead key waits for its letter now. Asking again takes it back out, so that typing goes on as
-    // before.
+    // The question has made the dead key pending. Asking again ends that, so that what the user types next is
+    // not affected.
     TChar dummy[kLayoutChars] = {};
     const int numDummyChars = AskLayout(physicalKey, state, dummy);
     MORVANE_ASSERT(numDummyChars != 0);
@@ -197,8 +198,8 @@ TKeyInterpretation GetDefaultInterpretation(const TModifierKeys& mods, const TPh
 
 bool CanKeyBeInterpretedAs(const TModifierKeys& mods, const TPhysicalKeySpec& physicalKey,
                            const TKeyInterpretation& wantedInterpretation) {
-  // A reading leaves over all modifiers, or all but Shift, or all but AltGr. Anything else need not be looked
-  // up, and clients ask for each of their shortcuts.
+  // An interpretation leaves over all modifiers, all but Shift, or all but AltGr. For anything else the
+  // layout is not asked, since clients come here for each of their shortcuts.
   const std::uint32_t wantedKeys = wantedInterpretation.fModifiers.fKeys;
   if (wantedKeys != mods.fKeys && wantedKeys != (mods.fKeys & ~kModifierShift) &&
       wantedKeys != (mods.fKeys & ~kControlAlt))
@@ -244,7 +245,7 @@ TString MakeShortcutText(IMorvane& application, const TKeyInterpretation& shortc
   for (const auto& modifier : kModifierNames)
     if (shortcut.fModifiers.fKeys & modifier.fModifier)
       modifierText += FetchLabel(application, modifier.fNameID) + u'+';
-  // A character in place of a pointer stands for itself.
+  // CharUpperW takes a character in place of a pointer.
   const auto character = static_cast<TChar>(reinterpret_cast<std::uintptr_t>(
       ::CharUpperW(reinterpret_cast<LPWSTR>(static_cast<std::uintptr_t>(shortcut.fKeyText[0])))));
   const TSpecialKey* const special = FindSpecialKeyOfCharacter(character);

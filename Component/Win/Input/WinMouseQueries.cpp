@@ -8,24 +8,26 @@ namespace NSMorvane {
 
 namespace {
 
-// The message that the loop has handed to the system, until its window has got it. Process-wide, as the queue
-// of the main thread is, and the mouse below.
+// The message that the loop has handed to the system, until its window has got it. Process-wide, since the
+// main thread has one queue.
 const MSG* gDispatchedMessage = nullptr;
 
-// How long a position may stand in for the real one.
+// How long a remembered position may be used.
 enum : DWORD { kCursorMemoryMS = 250 };
 
 struct TCursorMemory {
   POINT fCursor;      // the last answer of the system
-  POINT fTickCursor;  // what the last tick that asked for it brought along
+  POINT fTickCursor;  // the position that the last such tick carried
   DWORD fTime;        // of that tick
   bool fIsValid;
 };
+// Process-wide, since there is one mouse.
 TCursorMemory gCursorMemory = {};
 
 bool IsSamePoint(const POINT& a, const POINT& b) { return a.x == b.x && a.y == b.y; }
 
-// The message under way in the loop, if this is it and not one that was sent in the meantime.
+// The message that the loop is dispatching, if `message` is that one and not one that was sent meanwhile. It
+// is given out once.
 const MSG* TakeDispatchedMessage(const TWinMessage& message) {
   const MSG* const msg = gDispatchedMessage;
   if (!msg || msg->hwnd != message.fHwnd || msg->message != message.fMessage ||
@@ -60,8 +62,8 @@ CDispatchScope::CDispatchScope(const MSG& message)
 CDispatchScope::~CDispatchScope() { gDispatchedMessage = fOuterMessage; }
 
 std::optional<POINT> GetCursorForMessage(const TWinMessage& message) {
-  // Only a tick is made in the moment in which the loop fetches it; other messages may have waited, and tell
-  // where the mouse was before that.
+  // Only WM_TIMER is made when the loop fetches it. Other messages may have waited in the queue and carry an
+  // old position.
   const MSG* const tick = message.fMessage == WM_TIMER ? TakeDispatchedMessage(message) : nullptr;
   const DWORD now = GetTickCount();
   if (tick && gCursorMemory.fIsValid && IsSamePoint(tick->pt, gCursorMemory.fTickCursor) &&
@@ -72,7 +74,8 @@ std::optional<POINT> GetCursorForMessage(const TWinMessage& message) {
     gCursorMemory.fIsValid = false;
     return std::nullopt;
   }
-  // What the next tick would be answered with is the position of the last tick, and of no other message.
+  // The memory answers for the position of the last tick. It is invalid once another message finds the mouse
+  // elsewhere.
   if (!tick && !IsSamePoint(cursor, gCursorMemory.fCursor)) gCursorMemory.fIsValid = false;
   gCursorMemory.fCursor = cursor;
   if (tick) {

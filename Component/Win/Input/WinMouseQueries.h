@@ -1,6 +1,6 @@
 // Where the mouse is, which window is under it, and who has captured it. On some systems each of these
-// questions is costly, and one message raises them several times over: what cannot have changed since it was
-// asked last is not asked again. All of it belongs to the main thread.
+// questions is costly, and one message may ask it several times, so an answer that cannot have changed is
+// kept. All of it belongs to the main thread.
 #pragma once
 
 #include <windows.h>
@@ -13,15 +13,15 @@
 
 namespace NSMorvane {
 
-// True if nothing lies above `hwnd` at a point in its client coordinates. Child windows count as the window
-// itself.
+// True if no other window lies above `hwnd` at a point in its client coordinates. Child windows count as the
+// window itself.
 bool IsMouseOverWindow(HWND hwnd, const TPoint& point);
 
-// A point of the screen in the client coordinates of a window.
+// Converts screen coordinates into client coordinates of a window.
 TPoint ScreenToClientChecked(HWND hwnd, const TPoint& point);
 
-// A message of the loop, from here to the end of its dispatch. The tick of a window then takes the position
-// of the mouse from it, as long as that tells of no movement.
+// Marks a message as dispatched by the loop, for as long as this object lives. The tick of a window then
+// takes the position of the mouse from it, as long as that shows no movement.
 class CDispatchScope : CNotCopied {
  public:
   explicit CDispatchScope(const MSG& message);
@@ -31,11 +31,11 @@ class CDispatchScope : CNotCopied {
   const MSG* fOuterMessage;
 };
 
-// The position of the mouse on the screen, for the handling of a message; nothing if it cannot be read.
+// The position of the mouse on the screen while a message is handled; empty if it cannot be read.
 std::optional<POINT> GetCursorForMessage(const TWinMessage& message);
 
-// What a window has learned in the course of one message. It holds until a client is called, who may change
-// all of it; what is changed while a view tells its hit rectangles is noticed with the next message.
+// The answers that a window keeps while it handles one message. They are forgotten when a client is called,
+// who may change them. What changes while a view tells its hit rectangles is noticed with the next message.
 class CMouseGlance {
  public:
   void Forget();

@@ -27,7 +27,7 @@ struct TBuiltInCursor {
 constexpr TBuiltInCursor System(TBuiltInMouseShape shape, WORD id) { return {shape, true, id}; }
 constexpr TBuiltInCursor Own(TBuiltInMouseShape shape, WORD group) { return {shape, false, group}; }
 
-// The numbers of the system's cursors, which the headers give as texts.
+// The numbers of the system's cursors, which the headers define as text pointers.
 enum : WORD { kSystemArrow = 32512, kSystemText = 32513, kSystemWait = 32514, kSystemHand = 32649 };
 
 constexpr TBuiltInCursor kBuiltInCursors[] = {
@@ -83,7 +83,7 @@ std::unique_ptr<IMouseShape> LoadShape(HMODULE module, WORD id) {
 }  // namespace
 
 CMouseShapeImpl::~CMouseShapeImpl() {
-  // Later use fails the invariant.
+  // Makes the invariant fail on later use.
   PoisonField(fCursor, nullptr);
 }
 

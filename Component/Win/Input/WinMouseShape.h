@@ -12,7 +12,8 @@
 
 namespace NSMorvane {
 
-// On the library's heap, since the client deletes it. The cursor is shared and belongs to the system.
+// Allocated on the library's heap, since the client deletes it. The cursor is shared and belongs to the
+// system.
 class CMouseShapeImpl final : public IMouseShape {
  public:
   explicit CMouseShapeImpl(HCURSOR cursor) : fCursor(cursor) {}
@@ -35,9 +36,10 @@ std::unique_ptr<IMouseShape> MakeBuiltInMouseShape(TBuiltInMouseShape mouseShape
 // `key` is a decimal number.
 std::unique_ptr<IMouseShape> LoadMouseShape(const std::string& key);
 
-// The cursor that goes before all others, or null.
+// The cursor that overrides all others, or null.
 extern HCURSOR gOverrideCursor;
-// Shows it at once. With null, the next question for the shape brings the usual one back.
+// Shows the cursor at once. After null, the usual cursor comes back when the views are next asked for the
+// shape.
 void SetOverrideCursor(HCURSOR cursor);
 
 // std::invalid_argument for a shape that a client has implemented: it has no cursor.
