@@ -14,7 +14,7 @@ using NSTextPackage::TString;
 
 enum : std::size_t { kFunctionKeyCount = 15 };
 
-// The labels, in the order of their numbers in bank 1000 of the application's texts, where each is described.
+// The names of the application, then its labels in the order of their numbers in bank 1000 of its texts.
 struct TStartupStrings {
   TString fCompanyName;
   TString fProductName;

@@ -14,21 +14,22 @@ CFileMapping* gFileMappingInstance = nullptr;
 
 namespace {
 
-// What is in gFileMappingInstance, for as long as that is there. Process-wide: the record stands for the
-// process.
+// The view of gFileMappingInstance and the record in it; null without a mapping. Process-wide, since the
+// record stands for the process.
 CFileMappingView* gInstanceView = nullptr;
 TSingleInstanceRecord* gInstanceRecord = nullptr;
 
 constexpr int kMaxTries = 100;
 constexpr DWORD kRetryMS = 100;
 
-// The record in a view. A mapping of the same name that is too small to hold one is a stranger's.
+// The record in a view. Throws if the mapping is too small for a record, since another program has made it
+// then.
 TSingleInstanceRecord& RecordIn(const CFileMappingView& view) {
   if (view.GetSize() < sizeof(TSingleInstanceRecord)) MORVANE_THROW(std::exception());
   return *static_cast<TSingleInstanceRecord*>(view.GetAddress());
 }
 
-// The other side is another process: the flag is what orders the rest of the record.
+// The record is shared with another process; this flag orders the access to the rest of it.
 std::atomic_ref<std::uint32_t> PendingFlag(TSingleInstanceRecord& record) {
   return std::atomic_ref<std::uint32_t>(record.fCommandLinePending);
 }
@@ -85,14 +86,14 @@ bool TryBecomeFirstInstance(const TString& name) {
     MORVANE_ASSERT(TRUE==okFlag);
     return false;
   }
-  // Before the view, which goes first if something fails from here on.
+  // Declared before the view, which has to end first if something fails.
   auto mapping = std::make_unique<CFileMapping>(name, sizeof(TSingleInstanceRecord));
   auto view = std::make_unique<CFileMappingView>(*mapping);
   TSingleInstanceRecord& record = RecordIn(*view);
   PendingFlag(record).store(0);
   record.fProcessId = ::GetCurrentProcessId();
   record.fThreadId = ::GetCurrentThreadId();
-  // From its first look at its messages on, a thread has a queue that others can post to.
+  // A thread has a queue that others can post to only after it has looked for messages.
   MSG msg;
   ::PeekMessageW(&msg, nullptr, WM_USER, WM_USER, PM_NOREMOVE);
   gFileMappingInstance = mapping.release();
@@ -113,7 +114,7 @@ void SendCommandLineToFirstInstance(const TString& name, const TString& commandL
         const DWORD threadId = record.fThreadId;
         WriteCommandLine(record, commandLine);
         PendingFlag(record).store(1);
-        // So that the first process may come to the front with what it opens.
+        // Allows the first process to come to the front with what it opens.
         ::AllowSetForegroundWindow(processId);
         ::PostThreadMessageW(threadId, kMsgSecondInstance, 0, 0);
         return;
@@ -130,7 +131,7 @@ TString TakeSentCommandLine() {
   if (!gFileMappingInstance) return TString();
   TSingleInstanceRecord& record = *gInstanceRecord;
   MORVANE_ASSERT_TEXT("dwordData[0]!=0", PendingFlag(record).load() != 0);
-  // What the record says of the process does not matter here. Sic: the text has one "=".
+  // The process in the record is not compared. Sic: the text has one "=".
   MORVANE_ASSERT_TEXT("processID=::GetCurrentProcessId()", ::GetCurrentProcessId() != 0);
   const DWORD threadID = record.fThreadId;
   MORVANE_ASSERT(threadID==::GetCurrentThreadId());

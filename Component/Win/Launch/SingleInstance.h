@@ -15,15 +15,15 @@
 
 namespace NSMorvane {
 
-// What a process posts to the main thread of the first one: a command line waits.
+// Posted by a later process to the main thread of the first one: a command line is waiting.
 constexpr UINT kMsgSecondInstance = 1135;
 
-// A named piece of memory that processes share. What fails goes to CheckLastError.
+// A named piece of memory that processes share. Failures go to CheckLastError.
 class CFileMapping {
  public:
   // Creates it, or opens it if it is already there.
   CFileMapping(const NSTextPackage::TString& name, std::uint32_t size);
-  // Opens one that another process has made, and waits up to ten seconds for that.
+  // Opens a mapping that another process makes, and waits for it up to ten seconds.
   explicit CFileMapping(const NSTextPackage::TString& name);
   ~CFileMapping();
   CFileMapping(const CFileMapping&) = delete;
@@ -45,7 +45,7 @@ class CFileMappingView {
   CFileMappingView& operator=(const CFileMappingView&) = delete;
 
   void* GetAddress() const { return fAddress; }
-  // The bytes from there on, which are whole pages.
+  // The size in bytes, rounded up to whole pages.
   std::size_t GetSize() const;
 
  private:
@@ -53,25 +53,25 @@ class CFileMappingView {
   void* fAddress;
 };
 
-// The mapping of this process if it is the first one, and null otherwise. Open for the whole run.
+// The mapping of this process if it is the first one, otherwise null. Open for the whole run. Process-wide,
+// since it is the process that is the first one.
 extern CFileMapping* gFileMappingInstance;
 
-// True if this process is now the first one of that name. The calling thread becomes the one that gets the
-// messages.
+// True if this process is now the first one of that name. The calling thread gets the messages from then on.
 bool TryBecomeFirstInstance(const NSTextPackage::TString& name);
 
-// Hands a command line to the first process, of which up to kMaxSentCommandLine units arrive. Waits for about
-// ten seconds while another one is pending and then drops it without a word.
+// Hands a command line to the first process, which gets up to kMaxSentCommandLine units of it. Waits for
+// about ten seconds while another command line is pending, then drops this one silently.
 void SendCommandLineToFirstInstance(const NSTextPackage::TString& name,
                                     const NSTextPackage::TString& commandLine);
 
 // Whether a command line waits in the record of this process. Costs next to nothing.
 bool IsCommandLinePending();
 
-// The command line that waits. On the first process's main thread only.
+// Takes the waiting command line. To be called on the first process's main thread only.
 NSTextPackage::TString TakeSentCommandLine();
 
-// From here on the next process is the first one.
+// After this the next process that starts is the first one.
 void ReleaseFirstInstance();
 
 }  // namespace NSMorvane
