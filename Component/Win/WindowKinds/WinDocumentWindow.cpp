@@ -39,7 +39,7 @@ bool CDocumentWindowImpl::OnMenuCommand(const TMenuCommandEvent& event) {
     MORVANE_CHECK(fBehavior->IDocumentWindowBehavior_OnMenuCommand(event, handled));
     if (handled) return true;
   }
-  // Asked for anew: the run, and its behaviour, can have ended before the window.
+  // Fetched from the host, since the run and its behaviour may have ended before the window.
   IMorvaneRunBehavior* const runBehavior = GetHost().GetBehavior();
   if (!runBehavior) return false;
   MORVANE_CHECK(runBehavior->IMorvaneRunBehavior_OnMenuCommand(event, handled));

@@ -17,7 +17,7 @@ class CDocumentWindowImpl final : public CWinWindowKind<TDocumentWindowKind> {
   MORVANE_WINDOW_KIND_HOOKS(DocumentWindow)
   IModalOwner* CDocumentWindowGlue_GetModalOwner() override { return this; }
 
-  // The views of the focus chain, the window's behaviour, then that of the run.
+  // Offers the command to the views of the focus chain, to the window's behaviour, then to the run behaviour.
   bool OnMenuCommand(const TMenuCommandEvent& event) override;
 };
 

@@ -1,4 +1,4 @@
-// Floating windows: palettes above the others, which are there only while the application is active.
+// Floating windows: palettes above the other windows, shown only while the application is active.
 #pragma once
 
 #include "Component/Portable/Windows/MorvaneGlueWindowKinds.h"
@@ -6,7 +6,7 @@
 
 namespace NSMorvane {
 
-// These windows have always called themselves so in the log.
+// Sic: the name is output in the log.
 MORVANE_WINDOW_KIND(FloatingWindow, "modeless dialog");
 
 class CFloatingWindowImpl final : public CWinWindowKind<TFloatingWindowKind> {

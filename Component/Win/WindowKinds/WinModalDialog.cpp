@@ -14,7 +14,7 @@ constexpr DWORD kModalDialogExStyle = WS_EX_CONTROLPARENT | WS_EX_WINDOWEDGE | W
 
 }  // namespace
 
-// One with a close command is also in the list of windows.
+// A dialog with a close command is also listed in the window menu.
 CModalDialogImpl::CModalDialogImpl(IWindowHost* host, IModalOwner* owner, TStyleFlags styleFlags)
     : CWinWindowKind(host, kWindowKindModalDialog, owner, ModalDialogStyle(styleFlags), kModalDialogExStyle,
                      (styleFlags & kWindowStyleBit22) != 0, (styleFlags & kWindowStyleBit23) != 0,

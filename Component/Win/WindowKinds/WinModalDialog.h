@@ -1,4 +1,4 @@
-// Modal dialogs: with an owner they block that, without one the whole application.
+// Modal dialogs: they block their owner or, without an owner, the whole application.
 #pragma once
 
 #include "Component/Portable/Windows/MorvaneGlueWindowKinds.h"

@@ -1,5 +1,5 @@
-// What the four kinds of windows that clients make have in common: a window with a behaviour of the client's,
-// and a state record in the client's coordinates. A kind adds its native style, and its names for all that.
+// What the four kinds of windows that clients make have in common: a behaviour of the client's, and a state
+// record in the client's coordinates. A kind adds its native style and its own names.
 #pragma once
 
 #include <algorithm>
@@ -10,8 +10,8 @@
 
 namespace NSMorvane {
 
-// T<Name>Kind: what a kind calls its classes, the operations of its behaviour, and itself in the log. `Name`
-// is what its names have in common.
+// Defines T<Name>Kind: the classes of a kind, the operations of its behaviour, and its name in the log.
+// `Name` is the common part of these names.
 #define MORVANE_WINDOW_KIND(Name, nameInLog)                                                              \
   struct T##Name##Kind {                                                                                  \
     using TGlue = C##Name##Glue;                                                                          \
@@ -29,8 +29,8 @@ namespace NSMorvane {
     static constexpr auto kOnRequestClose = &TBehavior::I##Name##Behavior_OnRequestClose;                 \
   }
 
-// In the class of a kind: the hooks of its contract class, which lead to CWinWindowKind. A kind that can own
-// modal dialogs adds GetModalOwner.
+// Stands in the class of a kind: the hooks of its contract class, which call CWinWindowKind. A kind that can
+// own modal dialogs adds GetModalOwner.
 #define MORVANE_WINDOW_KIND_HOOKS(Name)                                              \
   bool C##Name##Glue_CheckInvariant() const override { return CheckInvariant(); }    \
   TState C##Name##Glue_GetState() override { return GetKindState(); }                \
@@ -48,7 +48,7 @@ class CWinWindowKind : public CWinWindow, public TKind::TGlue {
   using TState = typename TKind::TState;
   using TPlacement = decltype(TState::fPlacement);
 
-  // Once. The window owns it.
+  // Called once. The window takes ownership.
   void SetBehavior(std::unique_ptr<TBehavior> behavior) {
     MORVANE_ASSERT_TEXT("0==fBehavior", !fBehavior);
     MORVANE_ASSERT_TEXT("0!=behavior", behavior != nullptr);
@@ -64,7 +64,8 @@ class CWinWindowKind : public CWinWindow, public TKind::TGlue {
   // For both contract classes of the object.
   boost::shared_ptr<void> KeepAlive() const override { return CWinWindow::KeepAlive(); }
 
-  // What the destructor of every kind does first: the behaviour goes while all of the window still stands.
+  // Called first by the destructor of every kind: the behaviour is deleted while the window is still
+  // complete.
   void EndKind() {
     PrepareDestruction();
     fBehavior.reset();
