@@ -39,6 +39,7 @@ void CResourceStringCache::ReadBank(const std::string& bank, const std::string& 
 }
 
 IResourceStringCache& GetResourceStringCache(IResourceLoader& loader) {
+  // Process-wide, so that all users of a loader share one cache.
   static std::map<IResourceLoader*, boost::shared_ptr<IResourceStringCache>> gCacheMap;
   auto it = gCacheMap.find(&loader);
   if (it == gCacheMap.end()) {

@@ -11,7 +11,8 @@ constexpr TSize kTileSize = {800, 400};
 }  // namespace
 
 CTileBitmapPool& CTileBitmapPool::ForDepth(std::int32_t depth) {
-  // Never destroyed: at the end of the process it is too late to talk to the platform.
+  // Process-wide, since the views of all windows share the tiles. Never destroyed, since the end of the
+  // process is too late for calls of the platform.
   static CTileBitmapPool& pool16 = *new CTileBitmapPool(16);
   static CTileBitmapPool& pool32 = *new CTileBitmapPool(32);
   return depth == 16 ? pool16 : pool32;

@@ -47,7 +47,8 @@ class CRectGetter : public IRectsGetter {
   bool fIsHit = false;
 };
 
-// See ReleaseSuperViews.
+// Where the destructor of a view leaves its super view for ReleaseSuperViews. Process-wide, since a
+// destructor has no arguments.
 TViewImplPtr* gSuperViewTaker = nullptr;
 
 }  // namespace
