@@ -25,8 +25,8 @@ class CIdleCalls : public IIdleThreadOwner, CNotCopied {
   // The thread has reported that a call is due.
   void OnDue() { fIsDue = true; }
   bool IsDue() const { return fIsDue; }
-  // Calls the behaviour if a call is due and the thread runs, and schedules the next call. Throws what fails;
-  // then nothing is scheduled, and the next call is due at the heartbeat of the thread.
+  // Calls the behaviour if a call is due and the thread runs, and schedules the next call. A failure of the
+  // behaviour is thrown; nothing is scheduled then, and the next call is due at the heartbeat of the thread.
   void RunIfDue(IMorvaneRunBehavior* behavior);
   // Makes the next call due at once. Any thread may call this. Does nothing while the idle thread does not
   // run.

@@ -193,7 +193,7 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWindowHost {
   void ReopenIfRequested();
   // Does what is due, waits for one message and handles it. Returns false for WM_QUIT. Without a window there
   // is no wait while something is due, and the wait also ends when another thread sends a message, since an
-  // idle call may be due then; false means there that no message was handled.
+  // idle call may be due then. In these cases false can also mean that there was no message.
   bool RunOneTurn();
   // The same without waiting, but also true for WM_QUIT; false if there was no message. `outMsg` is the
   // message that was handled.

@@ -36,8 +36,8 @@ HWND HwndOf(IWindow& window) {
   return native.fHwnd;
 }
 
-// Throws unless the window is one of the library's, since clients can implement IWindow too, and has not been
-// released.
+// Throws unless the window is one of the library's and has not been released. Clients can implement IWindow
+// too.
 boost::shared_ptr<CWinWindow> LiveWindowOf(IWindow& window) {
   const CWinWindow* const winWindow = dynamic_cast<CWinWindow*>(&window);
   boost::shared_ptr<CWinWindow> reference;

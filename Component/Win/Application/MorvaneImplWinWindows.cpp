@@ -1,4 +1,4 @@
-// Making windows and views, and the lists of windows.
+// Making windows, alerts and views, and the lists of windows.
 #include <algorithm>
 #include <boost/make_shared.hpp>
 
@@ -18,7 +18,7 @@ namespace NSMorvane {
 
 namespace {
 
-// Throws unless the view is one of the library's: clients can implement IView too.
+// Throws unless the view is one of the library's. Clients can implement IView too.
 CViewImpl& ViewOf(IView& view) {
   CViewImpl* const impl = dynamic_cast<CViewImpl*>(&view);
   if (!impl) MORVANE_THROW(std::invalid_argument(""));

@@ -54,7 +54,7 @@ class CFileMappingView {
 };
 
 // The mapping of this process if it is the first one, otherwise null. Open for the whole run. Process-wide,
-// since it is the process that is the first one.
+// since it marks the process as the first one.
 extern CFileMapping* gFileMappingInstance;
 
 // True if this process is now the first one of that name. The calling thread gets the messages from then on.

@@ -109,7 +109,7 @@ class CMenuBuilder {
   std::vector<CMenuItem>& fItems;
   UINT fFirstCommand;
   UINT fNativeItemCount;
-  bool fIsEnabled;  // so are the parent's item for this menu, and all above it
+  bool fIsEnabled;  // the parent's item for this menu is enabled, and so on up
 };
 
 // --- Accelerators

@@ -181,8 +181,8 @@ std::vector<HWND> CBlocking::FindWindowsToRestore(const std::vector<HWND>& nativ
   return allAreMinimized ? restoreList : std::vector<HWND>();
 }
 
-// Enables the window or, if dialogs block it, the last of these. Does nothing while a dialog blocks the whole
-// application, whose end enables the window. Windows that are not the library's are enabled even then.
+// Enables the window or, if dialogs block it, the last of these. A window of the library that a dialog of the
+// whole application blocks stays disabled: the end of that dialog enables it.
 void CBlocking::EnableUsableInPlaceOf(HWND hWnd) {
   hWnd = DialogChain(hWnd).back();
   if (!IsBlockedByApp(hWnd) || !IsRegisteredHwnd(hWnd)) EnableWindow(hWnd, TRUE);

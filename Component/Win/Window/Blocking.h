@@ -31,8 +31,8 @@ class CBlocking : CNotCopied {
   // A window is about to be hidden. A modal dialog stops blocking, and the windows that it blocked can be
   // used again unless another dialog blocks them.
   void OnHiding(const CWinWindow& window);
-  // The same, called by the destructor for a window that has not been hidden. Failures of the stack are
-  // delivered later.
+  // The same, called by the destructor for a window that has not been hidden. A failure to take it off the
+  // stack is delivered later.
   void OnEnding(const CWinWindow& window);
 
   // A dialog of the system, on any thread, blocks the application until it is popped. A dialog can be pushed

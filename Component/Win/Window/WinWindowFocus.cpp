@@ -14,7 +14,7 @@ namespace NSMorvane {
 // The menu bar depends on the focus, since the views of the focus chain add to it.
 void CWinWindowFocus::IFocusWindow_OnFocusChanged() { fWindow.fHost->RequestMenuBars(); }
 
-// The system still reports a window as active while it sends the message that deactivates it.
+// The system still reports a window as active while it tells the window of its deactivation.
 bool CWinWindowFocus::IFocusWindow_IsActive() { return IsActive() && !fIsDeactivating; }
 
 // For views without a native control the window itself keeps the keyboard, so that it gets the key messages.

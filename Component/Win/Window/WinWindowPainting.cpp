@@ -12,7 +12,7 @@ namespace NSMorvane {
 
 namespace {
 
-// Lies outside every window, so that it excludes nothing.
+// An empty rectangle, which excludes nothing.
 constexpr TRect kNowhere = {-10000, -10000, -10000, -10000};
 
 TRect RectInClient(HWND child, HWND parent) {
