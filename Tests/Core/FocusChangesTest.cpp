@@ -1,7 +1,9 @@
-// Who is told of changes of focus, also when those who are told bring about the next one.
+// Where the focus goes: the search along the tab list, and who is told of changes, also when those who are
+// told bring about the next one.
 #include "Component/Portable/Windows/WindowFocus.h"
 
 #include <set>
+#include <sstream>
 
 #include "Component/Portable/Views/FocusSearch.h"
 #include "Tests/Support/FakeViewWindow.h"
@@ -63,6 +65,13 @@ class FocusChanges : public ReportingTest {
   static std::function<void()> Releases(CViewImpl& view) {
     return [&view] { view.IView_Release(); };
   }
+  // Each view, and those found from there in both directions.
+  void ExpectNeighbours(const Rows<CViewImpl*, CViewImpl*, CViewImpl*>& rows) {
+    for (const auto& [anchor, next, previous] : rows) {
+      EXPECT_EQ(next, FindNextFocusView(anchor, fWindow));
+      EXPECT_EQ(previous, FindPreviousFocusView(anchor, fWindow));
+    }
+  }
   void Activate(bool active) {
     fWindow.fIsActive = active;
     active ? fWindow.fFocus.OnActivated() : fWindow.fFocus.OnDeactivated();
@@ -79,6 +88,66 @@ class FocusChanges : public ReportingTest {
 };
 
 }  // namespace
+
+// --- The search
+
+TEST_F(FocusChanges, NeighboursInTheTabList) {
+  ExpectNeighbours({{nullptr, &c, &e}, {&c, &d, &e}, {&d, &e, &c}, {&e, &c, &d}, {&a, &c, &e}});
+  EXPECT_EQ(nullptr, FindFocusView({}, &c, kFindNext));
+  EXPECT_EQ("", TakeReports());
+  EXPECT_EQ(&d, FindFocusView({&c, &d}, nullptr, static_cast<TFocusDirection>(2)));
+  EXPECT_EQ("direction == kFindPrevious", TakeReports());
+  // Views that cannot have the focus are skipped, and an anchor that cannot is nowhere in the list.
+  SetFlags(d, kViewEnabled);
+  ExpectNeighbours({{&c, &e, &e}, {&d, &c, &e}});
+  SetFlags(b, 0);
+  ExpectNeighbours({{nullptr, &e, &e}});
+  SetFlags(e, kViewFocusable);
+  ExpectNeighbours({{nullptr, nullptr, nullptr}, {&c, nullptr, nullptr}});
+  // Nor does one that has been released, and lives on behind its subview.
+  for (CViewImpl* const view : {&b, &d}) SetFlags(*view, kFocusable);
+  fWindow.fTabViews = {&c, &b, &d};
+  b.IView_Release();
+  ExpectNeighbours({{&c, &d, &d}});
+}
+
+// Three ways to lose the focus, each with others in the tab list and with none.
+TEST_F(FocusChanges, WhoeverCannotKeepTheFocusHandsItOn) {
+  enum TEnd { kUnfocusable, kDisabled, kDeleted };
+  for (const auto& [end, next] :
+       Rows<TEnd, CViewImpl*>{{kUnfocusable, &e},  // it still has its place in the list: the next one follows
+                              {kDisabled, &c},     // it has left the list: the first one follows
+                              {kDeleted, &c}}) {
+    for (const bool isOnlyOne : {false, true}) {
+      CViewImpl& view = fWindow.MakeView(a, {0, 0, 10, 10}, "view", kFocusable);
+      fWindow.fTabViews = {&view};
+      if (!isOnlyOne) fWindow.fTabViews = {&c, &d, &view, &e};
+      EXPECT_EQ(kOK, fWindow.IWindow_SetConceptualFocusView(&view));
+      if (end != kDeleted) SetFlags(view, end == kUnfocusable ? kViewEnabled : kViewFocusable);
+      if (end == kDeleted) view.IView_Release();
+      EXPECT_EQ(isOnlyOne ? nullptr : next, fWindow.FocusView()) << end;
+      if (end != kDeleted) view.IView_Release();
+      if (end != kUnfocusable) TakeReports();
+    }
+  }
+  EXPECT_TRUE(fWindow.fTabViews.empty());
+}
+
+TEST_F(FocusChanges, EnablingAndDisablingMoveIt) {
+  fFocus.SetView(&c);
+  EXPECT_TRUE(IsFocusInSubtree(fWindow.Root()) && IsFocusInSubtree(a) && IsFocusInSubtree(c));
+  EXPECT_FALSE(IsFocusInSubtree(d) || IsFocusInSubtree(e));
+  SetFlags(a, 0);
+  EXPECT_EQ(&d, fWindow.FocusView());
+  // Away from a view that has got it while it was disabled, too.
+  SetFlags(a, kViewEnabled);
+  SetFlags(d, kViewFocusable);
+  fFocus.OnControlFocused(&d);
+  SetFlags(d, kFocusable);
+  EXPECT_EQ(&e, fWindow.FocusView());
+}
+
+// --- Changes
 
 // The focus goes from `from` to `to`, and somebody does something when told of it.
 TEST_F(FocusChanges, ThoseWhoAreToldMoveItAgain) {
@@ -280,57 +349,36 @@ class RandomFocus {
     EXPECT_TRUE(view.IsLive() && (view.CanBeFocusTargetNow() || fHasControls)) << view.GetDebugName();
   }
   void Act(int action) {
-    const TViewImplPtr held = AnyView();
-    if (!held) return;
-    CViewImpl& view = *held;
-    switch (action) {
-      case 0:
-      case 1:
-      case 2:
-        if (view.IsLive() && view.CanBeFocusTargetNow()) fWindow.IWindow_SetConceptualFocusView(&view);
-        break;
-      case 3:
-        fWindow.IWindow_SetConceptualFocusView(nullptr);
-        break;
-      case 4:
-      case 5:
-        if (view.IsLive()) SetFlags(view, view.GetFlags() ^ kViewEnabled);
-        break;
-      case 6:
-        if (view.IsLive()) SetFlags(view, view.GetFlags() ^ kViewFocusable);
-        break;
-      case 7:
-        if (view.IsLive() && fRandom(0, 2) == 0) view.IView_Release();
-        break;
-      case 8:
-        fWindow.fIsActive = fRandom(0, 2) != 0;
-        try {
-          fWindow.fIsActive ? fFocus.OnActivated() : fFocus.OnDeactivated();
-        } catch (const XApplicationError&) {
-          fFocus.OnKeyboardReturned();  // the system gives the keyboard to the window
-        }
-        break;
-      case 9:
-        if (fHasControls)
-          fFocus.OnControlFocused(&view);
-        else
-          BehaviorOf(view).fError = fRandom(0, 1) ? kRefusal : kOK;
-        break;
+    const TViewImplPtr view = AnyView();
+    if (!view) return;
+    const bool isLive = view->IsLive();
+    if (action <= 2 && isLive && view->CanBeFocusTargetNow())
+      fWindow.IWindow_SetConceptualFocusView(view.get());
+    if (action == 3) fWindow.IWindow_SetConceptualFocusView(nullptr);
+    if ((action == 4 || action == 5) && isLive) SetFlags(*view, view->GetFlags() ^ kViewEnabled);
+    if (action == 6 && isLive) SetFlags(*view, view->GetFlags() ^ kViewFocusable);
+    if (action == 7 && isLive && fRandom(0, 2) == 0) view->IView_Release();
+    if (action == 8) Activate(fRandom(0, 2) != 0);
+    if (action == 9 && fHasControls) fFocus.OnControlFocused(view.get());
+    if (action == 9 && !fHasControls) BehaviorOf(*view).fError = fRandom(0, 1) ? kRefusal : kOK;
+  }
+  void Activate(bool active) {
+    fWindow.fIsActive = active;
+    try {
+      active ? fFocus.OnActivated() : fFocus.OnDeactivated();
+    } catch (const XApplicationError&) {
+      fFocus.OnKeyboardReturned();  // the system gives the keyboard to the window
     }
   }
   // In turns, and not too often.
   void CheckCalls() {
     int count = 0;
-    for (const std::string& line : std::exchange(fWindow.fLog, {})) {
-      const std::size_t at = line.find(" Focus ");
-      if (at == std::string::npos) continue;
-      ++count;
-      const std::string name = line.substr(0, at);
-      EXPECT_EQ(line.back() == '1', !fOnDuty.contains(name)) << line;
-      if (line.back() == '1')
-        fOnDuty.insert(name);
-      else
-        fOnDuty.erase(name);
+    std::istringstream words(TakeTold(fWindow));
+    for (std::string word; words >> word; ++count) {
+      const bool isOnDuty = word.back() == '+';
+      EXPECT_EQ(isOnDuty, !fOnDuty.contains(word.substr(0, word.size() - 1))) << word;
+      if (isOnDuty) fOnDuty.insert(word.substr(0, word.size() - 1));
+      if (!isOnDuty) fOnDuty.erase(word.substr(0, word.size() - 1));
     }
     EXPECT_LT(count, 2000);
   }

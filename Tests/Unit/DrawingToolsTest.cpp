@@ -2,7 +2,7 @@
 #include <cstring>
 
 #include "Component/Portable/Surfaces/PortState.h"
-#include "Tests/Support/Drawing.h"
+#include "Tests/Support/Pictures.h"
 
 using namespace NSMorvaneTest;
 
@@ -50,12 +50,11 @@ TEST_F(DrawingTools, BracketsTellBeginAndEnd) {
   // Nor what fails to go on; but that may be tried again.
   {
     TDrawBracket bracket(&run, tools);
-    bracket.Pause();
-    run.fBeginError = 100001;
-    EXPECT_THROW(bracket.Resume(), XApplicationError);
-    bracket.Pause();
-    run.fBeginError = 100001;
-    EXPECT_THROW(bracket.Resume(), XApplicationError);
+    for (int i = 0; i < 2; ++i) {
+      bracket.Pause();
+      run.fBeginError = 100001;
+      EXPECT_THROW(bracket.Resume(), XApplicationError);
+    }
   }
   EXPECT_EQ("begin 0; end 0; refuse 0; refuse 0", run.TakeEvents());
 }
@@ -100,29 +99,6 @@ TEST_F(DrawingTools, AFlushGoesUpThroughAllParents) {
 
 // --- The state of a context
 
-namespace {
-
-void SpoilState(HDC hdc, int what) {
-  static constexpr XFORM kDoubled = {2, 0, 0, 2, 10, 10};
-  if (what == 0) SelectClipRgn(hdc, nullptr);
-  if (what == 1) IntersectClipRect(hdc, 3, 3, 5, 6);
-  if (what == 2) SetWindowOrgEx(hdc, 31, -7, nullptr);
-  if (what == 3) SetViewportOrgEx(hdc, 5, 5, nullptr);
-  if (what == 4) SetMapMode(hdc, MM_LOMETRIC);
-  if (what == 5) {
-    SetGraphicsMode(hdc, GM_ADVANCED);
-    SetWorldTransform(hdc, &kDoubled);
-  }
-  if (what == 6) {
-    SetTextColor(hdc, 0x112233);
-    SetBkMode(hdc, TRANSPARENT);
-    SetROP2(hdc, R2_NOT);
-    SelectObject(hdc, GetStockObject(GRAY_BRUSH));
-  }
-}
-
-}  // namespace
-
 // For any clip region and origin: what can be drawn after Enter is what the platform's own intersection
 // leaves, whatever the view before has done to the context, and in the end the clip is the old one.
 TEST_F(DrawingTools, ClipsOfViewsAreThoseOfThePlatform) {
@@ -158,7 +134,7 @@ TEST_F(DrawingTools, ClipsOfViewsAreThoseOfThePlatform) {
         const bool entered = clip.Enter(bounds);
         clear();
         if (entered && view == 2) {
-          SpoilState(hdc, 0);
+          SelectClipRgn(hdc, nullptr);
           clip.Renew(bounds);
         }
         if (entered) Fill(tested, kEverything, 1);
@@ -168,7 +144,8 @@ TEST_F(DrawingTools, ClipsOfViewsAreThoseOfThePlatform) {
         if (!entered) continue;
         ++shown;
         // A mapping of its own, once changed, is beyond repair.
-        SpoilState(hdc, random(0, round % 7 == 0 ? 3 : 7));
+        const int spoiler = random(0, round % 7 == 0 ? kPlaceSpoilers - 1 : kWalkSpoilers);
+        if (spoiler < kWalkSpoilers) kSpoilers[spoiler](hdc);
         clip.Leave();
       }
     }

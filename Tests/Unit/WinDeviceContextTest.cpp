@@ -3,8 +3,8 @@
 
 #include "Component/Win/Drawing/WinDrawTools.h"
 #include "Component/Win/Platform/UtilsWin.h"
-#include "Tests/Support/Drawing.h"
 #include "Tests/Support/NativeTestWindow.h"
+#include "Tests/Support/Pictures.h"
 
 using namespace NSMorvaneTest;
 
@@ -24,11 +24,7 @@ class Canvas {
   COLORREF At(int x, int y) const { return GetPixel(fSurface.GetHDC(), x, y); }
   // The smallest rectangle that holds all pixels of a colour.
   TRect BoundsOf(COLORREF color) const {
-    CRegion pixels;
-    for (int y = 0; y < fAll.fBottom; ++y)
-      for (int x = 0; x < fAll.fRight; ++x)
-        if (At(x, y) == color) pixels.UnionRect({x, y, x + 1, y + 1});
-    return pixels.GetBounds();
+    return BoxOf(100 * 80, 100, [&](int i) { return At(i % 100, i / 100) == color; });
   }
 
   const TRect fAll = {0, 0, 100, 80};
@@ -106,32 +102,21 @@ TEST_F(WinDeviceContext, SurfacesArePooled) {
 }
 
 TEST_F(WinDeviceContext, PooledContextsAreAsNew) {
-  static const XFORM kTwice = {2, 0, 0, 2, 0, 0};
-  static const CGdiObject<HBITMAP> other(CreateBitmap(5, 5, 1, 1, nullptr));
-  void (*const spoilers[])(HDC) = {
-      [](HDC hdc) { SetTextColor(hdc, kRed); },
-      [](HDC hdc) { SetROP2(hdc, R2_NOT); },
-      [](HDC hdc) { SelectObject(hdc, GetStockObject(ANSI_FIXED_FONT)); },
-      [](HDC hdc) { BeginPath(hdc); },
-      [](HDC hdc) { SetMapMode(hdc, MM_LOENGLISH); },
-      [](HDC hdc) { SetWindowOrgEx(hdc, 7, 8, nullptr); },
-      [](HDC hdc) { SetGraphicsMode(hdc, GM_ADVANCED), SetWorldTransform(hdc, &kTwice); },
-      [](HDC hdc) { IntersectClipRect(hdc, 9, 10, 12, 13), SetMetaRgn(hdc); },
-      [](HDC hdc) { IntersectClipRect(hdc, 9, 10, 12, 13); },
-      [](HDC hdc) { SelectObject(hdc, other.Get()); },
-  };
+  const CGdiObject<HBITMAP> other(CreateBitmap(5, 5, 1, 1, nullptr));
   COffscreenSurfacePool pool;
   auto surface = pool.Take(nullptr, {40, 30}, 32);
   const HDC hdc = surface->GetHDC();
   const auto asNew = StateOf(hdc);
   for (int i = 0; i < 300; ++i) {
-    if (i % 20 < 10) spoilers[i % 20](hdc);
+    const int spoiler = i % 25;
+    if (spoiler < kAllSpoilers) kSpoilers[spoiler](hdc);
+    if (spoiler == kAllSpoilers) SelectObject(hdc, other.Get());
     // Saved states that are never restored do not pile up for long.
     ASSERT_LT(SaveDC(hdc), 100);
     pool.GiveBack(std::move(surface));
     surface = pool.Take(nullptr, {40, 30}, 32);
     ASSERT_EQ(hdc, surface->GetHDC());
-    ASSERT_EQ(asNew, StateOf(hdc)) << i % 20;
+    ASSERT_EQ(asNew, StateOf(hdc)) << spoiler;
   }
   // One that cannot be put right is not kept.
   RestoreDC(hdc, 1);

@@ -1,4 +1,4 @@
-// Offscreen bitmaps, judged by their pixels.
+// Offscreen bitmaps, judged by their pixels, and handles of regions that change hands.
 #include <cstring>
 
 #include "Tests/Support/Drawing.h"
@@ -65,4 +65,10 @@ TEST_F(BufferBitmap, SizesThatCannotBe) {
        {TSize{0, 5}, TSize{5, 0}, TSize{5, -5}, TSize{32768, 32768}, TSize{kMax, kMax}, TSize{1, kMax}}) {
     EXPECT_THROW(CBufferBitmap(size, 32), std::bad_alloc) << size.fWidth << " by " << size.fHeight;
   }
+}
+
+TEST(NativeRegion, AHandleThatIsTakenOverEndsWithItsRegion) {
+  const HRGN handle = CreateRectRgn(1, 1, 20, 20);
+  { CRegion owned(handle, false); }
+  EXPECT_EQ(0u, GetObjectType(handle));
 }
