@@ -17,8 +17,6 @@ class AlertLayout : public ReportingTest, protected ITextMeasure {
   }
   std::int32_t GetShownHeight(const TString&, std::int32_t) override { return fShownHeight; }
 
-  TSize Measure(const TString& text) { return MeasureAlertText(text, *this); }
-
   std::int32_t fShownHeight = 0;
 };
 
@@ -53,69 +51,58 @@ TEST_F(AlertLayout, ButtonsAndResponses) {
 }
 
 TEST_F(AlertLayout, TextAndLineEnds) {
-  for (const auto& [message, details, text] : Rows<TString, TString, TString>{
-           {u"m", u"d", u"m\r\rd"}, {u"m", u"", u"m"}, {u"", u"d", u"d"}, {u"", u"", u""}})
-    EXPECT_EQ(ComposeAlertText(message, details), text);
-  for (const auto& [text, normalized] : Rows<TString, TString>{{u"", u""},
-                                                               {u"a\x2029\x2029z", u"a\r\rz"},
-                                                               {u"a\r\nb\r\n\r\n", u"a\rb\r\r"},
-                                                               {u"\r\n\n", u"\r\r"},
-                                                               {u"a\x2029\nb", u"a\rb"},
-                                                               {u"a\nb\nc", u"a\rb\nc"},
-                                                               {u"\r\r\n\n\n", u"\r\r\r\n"}})
-    EXPECT_EQ(NormalizeLineEnds(text), normalized);
+  EXPECT_EQ(ComposeAlertText(u"m", u"d"), u"m\r\rd");
+  EXPECT_EQ(ComposeAlertText(u"m", u""), u"m");
+  EXPECT_EQ(ComposeAlertText(u"", u"d"), u"d");
+  const Rows<TString, TString> rows = {{u"", u""},
+                                       {u"a\x2029\x2029z", u"a\r\rz"},
+                                       {u"a\r\nb\r\n\r\n", u"a\rb\r\r"},
+                                       {u"\r\n\n", u"\r\r"},
+                                       {u"a\x2029\nb", u"a\rb"},
+                                       {u"a\nb\nc", u"a\rb\nc"},
+                                       {u"\r\r\n\n\n", u"\r\r\r\n"}};
+  for (const auto& [text, normalized] : rows) EXPECT_EQ(NormalizeLineEnds(text), normalized);
 }
 
 TEST_F(AlertLayout, Measuring) {
-  for (const auto& [text, size] : Rows<TString, TSize>{{u"", {0, 0}},
-                                                       {u"abc", {30, 13}},
-                                                       {u"a\rabcd\rab", {40, 39}},
-                                                       {u"a\r", {10, 13}},
-                                                       {u"\r\ra", {10, 39}},
-                                                       {u"\r", {0, 13}},
-                                                       {TString(60, u'x'), {600, 13}},
-                                                       {TString(61, u'x'), {600, 26}},
-                                                       {TString(121, u'x') + u"\rab", {600, 52}}})
-    EXPECT_EQ(Measure(text), size) << NSTextPackage::StringToUTF8(text, false);
-  EXPECT_EQ(Measure(TString(10000, u'x')), (TSize{600, 167 * 13}));
+  const Rows<TString, TSize> rows = {{u"", {0, 0}},
+                                     {u"abc", {30, 13}},
+                                     {u"a\rabcd\rab", {40, 39}},
+                                     {u"a\r", {10, 13}},
+                                     {u"\r\ra", {10, 39}},
+                                     {u"\r", {0, 13}},
+                                     {TString(60, u'x'), {600, 13}},
+                                     {TString(61, u'x'), {600, 26}},
+                                     {TString(121, u'x') + u"\rab", {600, 52}},
+                                     {TString(10000, u'x'), {600, 167 * 13}}};
+  for (const auto& [text, size] : rows)
+    EXPECT_EQ(MeasureAlertText(text, *this), size) << NSTextPackage::StringToUTF8(text, false);
   // Lines that are broken between words can be more.
   fShownHeight = 65;
-  EXPECT_EQ(Measure(u"abc"), (TSize{30, 65}));
+  EXPECT_EQ(MeasureAlertText(u"abc", *this), (TSize{30, 65}));
 }
 
 TEST_F(AlertLayout, Places) {
-  struct TCase {
-    TAlertContents fContents;
-    TSize fSize;
-    TRect fText, fIcon;
-    std::vector<TRect> fButtons;
+  const auto check = [](const char* name, const TAlertContents& contents, const TSize& size,
+                        const TRect& text, const TRect& icon, const std::vector<TRect>& buttons) {
+    SCOPED_TRACE(name);
+    EXPECT_EQ(AlertClientSize(contents), size);
+    const TAlertPlaces places = PlaceAlertControls(contents, size.fWidth);
+    EXPECT_EQ(places.fText, text);
+    EXPECT_EQ(places.fIcon, icon);
+    EXPECT_EQ(places.fButtons, buttons);
   };
-  for (const TCase& c : std::vector<TCase>{
-           // A short line beside an icon gets the icon's height.
-           {{{100, 13}, true, {20}}, {172, 91}, {66, 11, 166, 43}, {15, 11, 47, 43}, {{48, 57, 123, 80}}},
-           {{{100, 13}, false, {59}}, {121, 72}, {15, 11, 115, 24}, {}, {{23, 38, 98, 61}}},
-           {{{100, 13}, false, {60}}, {121, 72}, {15, 11, 115, 24}, {}, {{22, 38, 98, 61}}},
-           // Two buttons are wider than the text.
-           {{{50, 40}, false, {20, 84}},
-            {206, 99},
-            {15, 11, 65, 51},
-            {},
-            {{12, 65, 87, 88}, {93, 65, 193, 88}}},
-           {{{50, 40}, true, {0, 0, 0}},
-            {262, 99},
-            {66, 11, 116, 51},
-            {15, 11, 47, 43},
-            {{12, 65, 87, 88}, {93, 65, 168, 88}, {174, 65, 249, 88}}},
-           {{{600, 130}, true, {20}},
-            {672, 189},
-            {66, 11, 666, 141},
-            {15, 11, 47, 43},
-            {{298, 155, 373, 178}}}}) {
-    EXPECT_EQ(AlertClientSize(c.fContents), c.fSize);
-    const TAlertPlaces places = PlaceAlertControls(c.fContents, c.fSize.fWidth);
-    EXPECT_EQ(places.fText, c.fText);
-    EXPECT_EQ(places.fIcon, c.fIcon);
-    EXPECT_EQ(places.fButtons, c.fButtons);
-  }
+  const TRect icon = {15, 11, 47, 43}, text = {15, 11, 115, 24};
+  check("a short line gets the icon's height", {{100, 13}, true, {20}}, {172, 91}, {66, 11, 166, 43}, icon,
+        {{48, 57, 123, 80}});
+  check("the least button", {{100, 13}, false, {59}}, {121, 72}, text, {}, {{23, 38, 98, 61}});
+  check("a wider one", {{100, 13}, false, {60}}, {121, 72}, text, {}, {{22, 38, 98, 61}});
+  check("two buttons, wider than the text", {{50, 40}, false, {20, 84}}, {206, 99}, {15, 11, 65, 51}, {},
+        {{12, 65, 87, 88}, {93, 65, 193, 88}});
+  check("three buttons", {{50, 40}, true, {0, 0, 0}}, {262, 99}, {66, 11, 116, 51}, icon,
+        {{12, 65, 87, 88}, {93, 65, 168, 88}, {174, 65, 249, 88}});
+  check("a long text", {{600, 130}, true, {20}}, {672, 189}, {66, 11, 666, 141}, icon,
+        {{298, 155, 373, 178}});
+  // Buttons are centred in the client area that there is.
   EXPECT_EQ(PlaceAlertControls({{10, 10}, false, {0}}, 200).fButtons[0], (TRect{62, 35, 137, 58}));
 }

@@ -23,45 +23,38 @@ TEST_F(RootStateTest, Lingering) {
     std::uintptr_t fLast = 4, fRunning = 0;
   } timer;
   CLingering lingering(timer);
+  // What has become of it, the timer that runs, and what has been printed.
   const auto state = [&] {
-    return std::string(lingering.IsOn()        ? "on"
-                       : lingering.IsExpired() ? "expired"
-                                               : "off") +
-           (timer.fRunning ? " timer" + std::to_string(timer.fRunning) : "");
+    const char* const name = lingering.IsOn() ? "on" : lingering.IsExpired() ? "expired" : "off";
+    return name + (timer.fRunning ? " timer" + std::to_string(timer.fRunning) : "") + "; " + TakeLines();
+  };
+  const auto decide = [&](bool hasReason) {
+    const char* const answer = lingering.Decide(hasReason) ? "stay, " : "leave, ";
+    return answer + state();
   };
   // Without a duration the application leaves at once.
-  EXPECT_TRUE(lingering.Decide(true));
-  EXPECT_FALSE(lingering.Decide(false));
-  EXPECT_EQ(state(), "off");
+  EXPECT_EQ(decide(true), "stay, off; ");
+  EXPECT_EQ(decide(false), "leave, off; ");
   lingering.SetDuration(700);
-  EXPECT_TRUE(lingering.Decide(false));
-  EXPECT_TRUE(lingering.Decide(false));
-  EXPECT_EQ(state(), "on timer5");
+  EXPECT_EQ(decide(false), "stay, on timer5; Entering lingering mode...");
+  EXPECT_EQ(decide(false), "stay, on timer5; ");
   EXPECT_EQ(timer.fDelay, 700u);
-  EXPECT_EQ(TakeLines(), "Entering lingering mode...");
   // There is something to run for again.
-  EXPECT_TRUE(lingering.Decide(true));
-  EXPECT_EQ(state(), "off");
-  EXPECT_EQ(TakeLines(), "Cancelling lingering mode...");
+  EXPECT_EQ(decide(true), "stay, off; Cancelling lingering mode...");
   // Wanted again, which the next pass may take back.
-  EXPECT_TRUE(lingering.Decide(false));
+  EXPECT_EQ(decide(false), "stay, on timer6; Entering lingering mode...");
   lingering.Abort();
   lingering.Abort();
-  EXPECT_EQ(state(), "off");
-  EXPECT_EQ(TakeLines(), "Entering lingering mode...; Lingering aborted...");
-  EXPECT_TRUE(lingering.Decide(false));
-  TakeLines();
+  EXPECT_EQ(state(), "off; Lingering aborted...");
+  EXPECT_EQ(decide(false), "stay, on timer7; Entering lingering mode...");
   // The timers of others mean nothing, and neither does its own when it comes late.
   for (const std::uintptr_t other : {0, 6, 8}) lingering.OnTimer(other);
-  EXPECT_EQ(state(), "on timer7");
+  EXPECT_EQ(state(), "on timer7; ");
   lingering.OnTimer(7);
   lingering.OnTimer(7);
-  EXPECT_EQ(state(), "expired");
-  EXPECT_EQ(TakeLines(), "Lingering complete, exiting...");
-  EXPECT_FALSE(lingering.Decide(false));
-  EXPECT_EQ(state(), "expired");
-  EXPECT_TRUE(lingering.Decide(true));
-  EXPECT_EQ(state(), "off");
+  EXPECT_EQ(state(), "expired; Lingering complete, exiting...");
+  EXPECT_EQ(decide(false), "leave, expired; ");
+  EXPECT_EQ(decide(true), "stay, off; ");
 }
 
 // --- Menu bars
@@ -71,11 +64,7 @@ TEST_F(RootStateTest, MenuBarsInTheirSetUpWait) {
   std::string log;
   const int windows[] = {1, 2};
   const auto setUp = [&](int i, const std::function<void()>& inside) {
-    schedule.SetUp(&windows[i], [&log, i, inside] {
-      log += "<" + std::to_string(i);
-      inside();
-      log += ">";
-    });
+    schedule.SetUp(&windows[i], [&] { log += "<" + std::to_string(i), inside(), log += ">"; });
   };
   // The other window need not wait; the same one is requested again, when the outermost has ended.
   setUp(0, [&] {
@@ -120,19 +109,23 @@ TEST_F(RootStateTest, CommandLinesWait) {
   EXPECT_FALSE(lines.TakeReopenRequest());
 }
 
-// The message of a launch can come before its command line is seen, after it, or never.
+// The message of a launch can come before its command line is seen, after it, or never. Calls in their order,
+// and whether a command line is to be read.
 TEST_F(RootStateTest, LaunchesAreReadOnce) {
+  enum TCall { kLook, kMessage };
+  const bool kPending = true, kEmpty = false, kRead = true, kLeave = false;
+  const Rows<const char*, TCall, bool, bool> rows = {
+      {"nothing there", kLook, kEmpty, kLeave},
+      {"seen by its message", kMessage, kPending, kRead},
+      {"seen before its message", kLook, kPending, kRead},
+      {"its message", kMessage, kEmpty, kLeave},
+      {"a message that nobody has seen a record of", kMessage, kEmpty, kRead},
+      {"the first of two", kLook, kPending, kRead},
+      {"the second of two", kLook, kPending, kRead},
+      {"the message of the first", kMessage, kEmpty, kLeave},
+      {"that of the second finds a third", kMessage, kPending, kRead},
+      {"that of the third", kMessage, kEmpty, kLeave}};
   CPendingCommandLines lines;
-  const bool kPending = true, kEmpty = false;
-  EXPECT_FALSE(lines.OnLook(kEmpty));
-  EXPECT_TRUE(lines.OnMessage(kPending));
-  EXPECT_TRUE(lines.OnLook(kPending));
-  EXPECT_FALSE(lines.OnMessage(kEmpty));
-  EXPECT_TRUE(lines.OnMessage(kEmpty));
-  // Two were seen; the message of the second finds a third.
-  EXPECT_TRUE(lines.OnLook(kPending));
-  EXPECT_TRUE(lines.OnLook(kPending));
-  EXPECT_FALSE(lines.OnMessage(kEmpty));
-  EXPECT_TRUE(lines.OnMessage(kPending));
-  EXPECT_FALSE(lines.OnMessage(kEmpty));
+  for (const auto& [name, call, isPending, isRead] : rows)
+    EXPECT_EQ(call == kLook ? lines.OnLook(isPending) : lines.OnMessage(isPending), isRead) << name;
 }

@@ -162,17 +162,27 @@ TEST_F(ViewTest, ABitmapMovesAlongOnlyWithItsWholePicture) {
 }
 
 TEST_F(ViewTest, AnOrderNamesEachSubViewOnce) {
-  IView* const orders[][3] = {{&b, &a, &a}, {&b, &b, &a}, {&a, nullptr, &b}};
-  for (const auto& order : orders) {
-    EXPECT_EQ(kBadInputProgrammingError, group.IView_SetSubViewOrder(order, 3));
-    EXPECT_EQ((Views{&a, &b}), group.GetRawSubViews());
+  const std::string clause =
+      "Bad Input to IView_SetSubViewOrder(): (std::set<IView*>(oldSubViews.begin(), oldSubViews.end()) == "
+      "std::set<IView*>(newSubViews.begin(), newSubViews.end()))";
+  const Rows<std::vector<IView*>, std::string> rows = {{{&a}, clause},
+                                                       {{&a, &group}, clause},
+                                                       {{&a, nullptr, &b}, clause},
+                                                       {{&b, &a, &a}, ""},  // refused behind the wall
+                                                       {{&b, &b, &a}, ""}};
+  for (const auto& [order, report] : rows) {
+    const auto count = static_cast<std::uint32_t>(order.size());
+    EXPECT_EQ(kBadInputProgrammingError, group.IView_SetSubViewOrder(order.data(), count));
+    EXPECT_EQ(report, TakeReports());
   }
-  TakeReports();
+  EXPECT_EQ(kBadInputProgrammingError, group.IView_SetSubViewOrder(nullptr, 2));
+  EXPECT_EQ((Views{&a, &b}), group.GetRawSubViews());
   // One that is gone has no place in it, though it lives on behind its subview.
   CViewImpl& gone = Make(group, "gone");
   CViewImpl& leaf = Make(gone, "leaf");
   gone.IView_Release();
-  EXPECT_EQ(kOK, group.IView_SetSubViewOrder(orders[0], 2));
+  IView* const order[] = {&b, &a};
+  EXPECT_EQ(kOK, group.IView_SetSubViewOrder(order, 2));
   leaf.IView_Release();
   EXPECT_EQ((Views{&b, &a}), group.GetRawSubViews());
 }

@@ -1,7 +1,8 @@
 // Regions as lists of rectangles: the stand-in for those of the platform, slow and obvious.
 #include <algorithm>
 #include <exception>
-#include <utility>
+#include <set>
+#include <vector>
 
 #include "Component/Portable/Surfaces/NativeRegion.h"
 
@@ -17,66 +18,45 @@ namespace NSMorvane {
 
 namespace {
 
-using TSpan = std::pair<std::int32_t, std::int32_t>;
-
-void AddEdges(const TRectList& rects, std::int32_t TRect::*first, std::int32_t TRect::*last,
-              std::vector<std::int32_t>& edges) {
-  for (const TRect& rect : rects) edges.insert(edges.end(), {rect.*first, rect.*last});
+// All of them, from low to high.
+std::vector<std::int32_t> EdgesOf(const TRectList& a, const TRectList& b, std::int32_t TRect::*low,
+                                  std::int32_t TRect::*high) {
+  std::set<std::int32_t> edges;
+  for (const TRectList* const rects : {&a, &b})
+    for (const TRect& rect : *rects) edges.insert({rect.*low, rect.*high});
+  return {edges.begin(), edges.end()};
 }
 
-void SortEdges(std::vector<std::int32_t>& edges) {
-  std::sort(edges.begin(), edges.end());
-  edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
-}
-
-// Those that the line crosses.
-TRectList At(const TRectList& rects, std::int32_t y) {
-  TRectList found;
-  for (const TRect& rect : rects)
-    if (rect.fTop <= y && y < rect.fBottom) found.push_back(rect);
-  return found;
-}
-
-bool Covers(const TRectList& rects, std::int32_t x) {
+bool Covers(const TRectList& rects, const TPoint& point) {
   return std::any_of(rects.begin(), rects.end(),
-                     [x](const TRect& rect) { return rect.fLeft <= x && x < rect.fRight; });
+                     [&](const TRect& rect) { return IsPointInRect(point, rect); });
 }
 
-// What `isIn` keeps of a line, in spans that do not touch.
-template <class TIsIn>
-std::vector<TSpan> SpansOf(const TRectList& a, const TRectList& b, const TIsIn& isIn) {
-  std::vector<std::int32_t> edges;
-  AddEdges(a, &TRect::fLeft, &TRect::fRight, edges);
-  AddEdges(b, &TRect::fLeft, &TRect::fRight, edges);
-  SortEdges(edges);
-  std::vector<TSpan> spans;
-  for (std::size_t i = 0; i + 1 < edges.size(); ++i) {
-    if (!isIn(Covers(a, edges[i]), Covers(b, edges[i]))) continue;
-    if (!spans.empty() && spans.back().second == edges[i])
-      spans.back().second = edges[i + 1];
-    else
-      spans.push_back({edges[i], edges[i + 1]});
-  }
-  return spans;
-}
-
-// A band that goes on like the one above becomes part of it.
+// What `isIn` says of the cells that all the edges make, band by band.
 template <class TIsIn>
 TRectList Combine(const TRectList& a, const TRectList& b, const TIsIn& isIn) {
-  std::vector<std::int32_t> edges;
-  AddEdges(a, &TRect::fTop, &TRect::fBottom, edges);
-  AddEdges(b, &TRect::fTop, &TRect::fBottom, edges);
-  SortEdges(edges);
-  TRectList result;
-  std::vector<TSpan> above;
-  for (std::size_t i = 0; i + 1 < edges.size(); ++i) {
-    const std::vector<TSpan> spans = SpansOf(At(a, edges[i]), At(b, edges[i]), isIn);
-    if (!spans.empty() && spans == above) {
-      for (std::size_t k = 1; k <= spans.size(); ++k) result[result.size() - k].fBottom = edges[i + 1];
-    } else {
-      for (const TSpan& span : spans) result.push_back({span.first, edges[i], span.second, edges[i + 1]});
+  const std::vector<std::int32_t> x = EdgesOf(a, b, &TRect::fLeft, &TRect::fRight);
+  const std::vector<std::int32_t> y = EdgesOf(a, b, &TRect::fTop, &TRect::fBottom);
+  TRectList result, above;
+  for (std::size_t row = 0; row + 1 < y.size(); ++row) {
+    TRectList band;
+    for (std::size_t column = 0; column + 1 < x.size(); ++column) {
+      const TPoint corner = {x[column], y[row]};
+      if (!isIn(Covers(a, corner), Covers(b, corner))) continue;
+      if (band.empty() || band.back().fRight != corner.fX)
+        band.push_back({corner.fX, corner.fY, corner.fX, y[row + 1]});
+      band.back().fRight = x[column + 1];
     }
-    above = spans;
+    // One that goes on like the band above becomes part of it.
+    const auto isBelow = [](const TRect& lower, const TRect& upper) {
+      return lower.fTop == upper.fBottom && lower.fLeft == upper.fLeft && lower.fRight == upper.fRight;
+    };
+    if (std::equal(band.begin(), band.end(), above.begin(), above.end(), isBelow)) {
+      result.resize(result.size() - above.size());
+      for (TRect& rect : band) rect.fTop = above.front().fTop;
+    }
+    result.insert(result.end(), band.begin(), band.end());
+    above = band;
   }
   return result;
 }
