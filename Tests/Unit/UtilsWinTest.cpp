@@ -1,4 +1,5 @@
-// Platform helpers: failed system calls, lists of windows, monitors, moves of several windows.
+// Platform helpers: failed system calls, texts compared, lists of windows, monitors, moves of several
+// windows.
 #include "Component/Win/Platform/UtilsWin.h"
 
 #include "Component/Portable/Base/Geometry.h"
@@ -41,16 +42,31 @@ TEST_F(UtilsWin, FailedCallsBecomeLinesAndExceptions) {
                                         {8, "ERROR_NOT_ENOUGH_MEMORY", kOutOfMemoryError},
                                         {14, "ERROR_OUTOFMEMORY", kOutOfMemoryError},
                                         {5, "5", kOtherError},
-                                        {0x80070005, "2147942405", kOtherError},
-                                        {0, "", kOK}}) {
+                                        {0x80070005, "2147942405", kOtherError}}) {
     SetLastError(code);
     EXPECT_EQ(error, ErrorOf([] { CheckLastError("a.cpp", 7); })) << code;
-    const std::string line =
-        "Windows error " + name + " at: a.cpp(7); [Morvane] Exception thrown at Component/Win/";
-    EXPECT_TRUE(code == 0 ? fOutput.fLines.empty() : TakeLines().starts_with(line));
+    EXPECT_TRUE(TakeLines().starts_with("Windows error " + name +
+                                        " at: a.cpp(7); [Morvane] Exception thrown at Component/Win/"));
   }
   SetLastError(0);
+  CheckLastError("a.cpp", 7);
+  EXPECT_EQ("", TakeLines());
   EXPECT_EQ(kOtherError, ErrorOf([] { MORVANE_THROW_LAST_ERROR(); }));
+}
+
+TEST_F(UtilsWin, TextsAreComparedByTheRulesOfTheLocale) {
+  using namespace NSTextPackage;
+  const Rows<TString, TString, TTextOrder, TTextOrder> rows = {
+      {u"", u"a", kTextLess, kTextLess},
+      {u".AIF", u".aif", kTextGreater, kTextEqual},
+      {u".aif", u".aiff", kTextLess, kTextLess},
+      {u"\u00C4", u"\u00E4", kTextGreater, kTextEqual},
+      {u"\uFF21", u"A", kTextEqual, kTextEqual}  // full width
+  };
+  for (const auto& [a, b, plain, ignoringCase] : rows) {
+    EXPECT_EQ(plain, CompareText(a, b)) << StringToUTF8(a, false);
+    EXPECT_EQ(ignoringCase, CompareTextIgnoringCase(a, b)) << StringToUTF8(a, false);
+  }
 }
 
 TEST_F(UtilsWin, PopupsAreCentredOnTheFrontmostSuitableWindow) {

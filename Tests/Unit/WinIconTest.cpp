@@ -16,12 +16,6 @@ constexpr TRect kPlaces[] = {{132, 87, 148, 103}, {132, 52, 164, 84}, {132, 1, 1
 
 class WinIconTest : public ReportingTest {
  protected:
-  template <class... TIcons>
-  static std::vector<std::unique_ptr<IIcon>> Icons(TIcons... icons) {
-    std::vector<std::unique_ptr<IIcon>> all;
-    (all.push_back(std::move(icons)), ...);
-    return all;
-  }
   static HICON HandleOf(const std::unique_ptr<IIcon>& icon, std::uint32_t size) {
     return dynamic_cast<const CIconImpl&>(*icon).GetIconHandle(size);
   }
@@ -49,20 +43,26 @@ class WinIconTest : public ReportingTest {
       for (int x = 0; x < size; ++x) pixels.push_back(GetPixel(hdc.Get(), x, y));
     return pixels;
   }
-  // A sheet of one colour at each place of `sizes`, with the alpha that `alphaOf` gives for x.
-  template <class TAlpha>
-  static std::vector<std::uint8_t> Sheet(unsigned places, TAlpha&& alphaOf) {
+  // A sheet of one colour at each place of `places`, with an alpha that grows to the right in steps, or of
+  // 255.
+  static std::vector<std::uint8_t> Sheet(unsigned places = 15, int alphaStep = 0) {
     std::vector<std::uint8_t> sheet(kSheetWidth * kSheetHeight * 4, 0);
     for (int place = 0; place < 4; ++place) {
-      if (!(places & 1u << place)) continue;
-      const TRect& rect = kPlaces[place];
+      const TRect rect = places & 1u << place ? kPlaces[place] : TRect{};
       for (int y = rect.fTop; y < rect.fBottom; ++y)
         for (int x = rect.fLeft; x < rect.fRight; ++x) {
-          std::uint8_t* const pixel = &sheet[static_cast<std::size_t>((y * kSheetWidth + x) * 4)];
-          pixel[0] = 200, pixel[1] = 100, pixel[2] = 50, pixel[3] = alphaOf(x - rect.fLeft);
+          const int alpha = alphaStep ? (x - rect.fLeft) * alphaStep : 255;
+          const std::uint8_t pixel[] = {200, 100, 50, static_cast<std::uint8_t>(alpha)};
+          std::copy(pixel, pixel + 4, &sheet[static_cast<std::size_t>((y * kSheetWidth + x) * 4)]);
         }
     }
     return sheet;
+  }
+  static std::unique_ptr<IIcon> CloneOf(const IIcon& icon) {
+    TError error = kOtherError;
+    std::unique_ptr<IIcon> clone(icon.IIcon_Clone(error));
+    EXPECT_EQ(error, kOK);
+    return clone;
   }
 };
 
@@ -112,8 +112,7 @@ TEST_F(WinIconTest, FilesAndResources) {
 
 TEST_F(WinIconTest, SheetsWithASizeMissing) {
   for (unsigned places = 1; places < 16; ++places) {
-    const auto sheet = Sheet(places, [](int) { return std::uint8_t{255}; });
-    const std::unique_ptr<IIcon> icon = MakePixmapIcon(sheet.data());
+    const std::unique_ptr<IIcon> icon = MakePixmapIcon(Sheet(places).data());
     for (int place = 0; place < 4; ++place) {
       int given = place;
       while (given >= 0 && !(places & 1u << given)) --given;
@@ -129,18 +128,18 @@ TEST_F(WinIconTest, SheetsWithASizeMissing) {
 }
 
 TEST_F(WinIconTest, PixelsWithAlphaAndWithout) {
-  const auto sheet = Sheet(15, [](int x) { return static_cast<std::uint8_t>(x * 17); });
+  const auto sheet = Sheet(15, 17);
   for (const bool hasAlphaIcons : {true, false}) {
     const HICON icon = MakeIconFromSheet(sheet.data(), kPlaces[0], hasAlphaIcons);
     for (const int background : {0, 255}) {
       const auto pixels = Drawn(icon, 16, RGB(background, background, background));
       for (int i = 0; i < 256; ++i) {
         const int alpha = hasAlphaIcons ? i % 16 * 17 : i % 16 * 17 < 128 ? 0 : 255;
-        const auto blended = [&](int value) { return (value * alpha + background * (255 - alpha)) / 255; };
         const COLORREF pixel = pixels[static_cast<std::size_t>(i)];
-        EXPECT_NEAR(GetRValue(pixel), blended(200), 2) << i << " on " << background;
-        EXPECT_NEAR(GetGValue(pixel), blended(100), 2) << i << " on " << background;
-        EXPECT_NEAR(GetBValue(pixel), blended(50), 2) << i << " on " << background;
+        for (const auto& [part, drawn] :
+             {std::pair(200, GetRValue(pixel)), {100, GetGValue(pixel)}, {50, GetBValue(pixel)}})
+          EXPECT_NEAR(drawn, (part * alpha + background * (255 - alpha)) / 255, 2)
+              << i << " on " << background;
       }
     }
     DestroyIcon(icon);
@@ -149,7 +148,7 @@ TEST_F(WinIconTest, PixelsWithAlphaAndWithout) {
 }
 
 TEST_F(WinIconTest, ClonesAndEquality) {
-  const auto sheet = Sheet(15, [](int) { return std::uint8_t{255}; });
+  const auto sheet = Sheet();
   std::unique_ptr<IIcon> icons[] = {MakeBuiltInIcon(kIconNote),    MakeBuiltInIcon(kIconStop),
                                     MakeResourceIcon("1"),         MakeResourceIcon("2"),
                                     MakeIconForURL("file://C:\\"), MakeIconForURL("file://D:\\"),
@@ -161,17 +160,14 @@ TEST_F(WinIconTest, ClonesAndEquality) {
   };
   for (const auto& a : icons) {
     for (const auto& b : icons) EXPECT_EQ(areEqual(*a, *b), &a == &b);
-    TError error = kOtherError;
-    const std::unique_ptr<IIcon> clone(a->IIcon_Clone(error));
-    EXPECT_EQ(error, kOK);
+    const std::unique_ptr<IIcon> clone = CloneOf(*a);
     EXPECT_TRUE(areEqual(*a, *clone) && areEqual(*clone, *a));
   }
   EXPECT_TRUE(areEqual(*icons[0], *MakeBuiltInIcon(kIconNote)));
   EXPECT_TRUE(areEqual(*icons[2], *MakeResourceIcon("1")));
   EXPECT_TRUE(areEqual(*icons[4], *MakeIconForURL("file://C:\\")));
   // A clone keeps the handles when the first one has gone.
-  TError error;
-  const std::unique_ptr<IIcon> clone(icons[6]->IIcon_Clone(error));
+  const std::unique_ptr<IIcon> clone = CloneOf(*icons[6]);
   const HICON handle = HandleOf(icons[6], 48);
   icons[6].reset();
   EXPECT_EQ(HandleOf(clone, 48), handle);
@@ -179,19 +175,16 @@ TEST_F(WinIconTest, ClonesAndEquality) {
 }
 
 TEST_F(WinIconTest, NoHandleIsLeft) {
-  const auto sheet = Sheet(15, [](int x) { return static_cast<std::uint8_t>(x); });
+  const auto sheet = Sheet(15, 1);
   const auto count = [](DWORD kind) { return GetGuiResources(GetCurrentProcess(), kind); };
   DWORD gdi = 0, user = 0;
   for (int i = 0; i < 200; ++i) {
     if (i == 10) gdi = count(GR_GDIOBJECTS), user = count(GR_USEROBJECTS);
     const HICON handle = MakeIconFromSheet(sheet.data(), kPlaces[1], i % 2 == 0);
-    for (const std::unique_ptr<IIcon>& icon :
-         Icons(MakePixmapIcon(sheet.data()), MakeBuiltInIcon(kIconFolder), MakeBuiltInIcon(kIconStop),
-               MakeIconForURL("file://C:\\"), MakeIconFromHandles(nullptr, handle, nullptr, nullptr))) {
-      TError error;
-      const std::unique_ptr<IIcon> clone(icon->IIcon_Clone(error));
-      HandleOf(clone, 32);
-    }
+    const std::unique_ptr<IIcon> icons[] = {MakePixmapIcon(sheet.data()), MakeBuiltInIcon(kIconFolder),
+                                            MakeBuiltInIcon(kIconStop), MakeIconForURL("file://C:\\"),
+                                            MakeIconFromHandles(nullptr, handle, nullptr, nullptr)};
+    for (const auto& icon : icons) HandleOf(CloneOf(*icon), 32);
   }
   EXPECT_LE(count(GR_GDIOBJECTS), gdi);
   EXPECT_LE(count(GR_USEROBJECTS), user);

@@ -15,10 +15,18 @@ void PutMouseAt(LONG x) {
   }));
 }
 
-LONG CursorFor(HWND window, UINT message, const MSG* tick = nullptr) {
-  std::optional<CDispatchScope> scope;
-  if (tick) scope.emplace(*tick);
+LONG CursorFor(HWND window, UINT message) {
   return GetCursorForMessage({false, window, message, 0, 0}).value_or(POINT{-1, -1}).x;
+}
+
+// In a tick that has found the mouse at such a place.
+LONG CursorForTick(HWND window, LONG x) {
+  MSG tick = {};
+  tick.hwnd = window;
+  tick.message = WM_TIMER;
+  tick.pt = {x, 120};
+  const CDispatchScope scope(tick);
+  return CursorFor(window, WM_TIMER);
 }
 
 }  // namespace
@@ -27,9 +35,7 @@ LONG CursorFor(HWND window, UINT message, const MSG* tick = nullptr) {
 // the mouse somewhere else.
 TEST(WinMouseQueries, TheLimitsOfWhatIsRemembered) {
   const NativeTestWindow window(WS_POPUP);
-  MSG tick = {};
-  tick.hwnd = window;
-  tick.message = WM_TIMER;
+  LONG told = 0;
   for (const bool isSeenElsewhere : {false, true}) {
     // Again, if the machine was too busy for it.
     DWORD start = 0;
@@ -38,29 +44,24 @@ TEST(WinMouseQueries, TheLimitsOfWhatIsRemembered) {
       PutMouseAt(120);
       PumpUntil([at = GetTickCount()] { return GetTickCount() - at > 250; });
       start = GetTickCount();
-      tick.pt = {tick.pt.x + 1, 120};
-      EXPECT_EQ(CursorFor(window, WM_TIMER, &tick), 120);
+      EXPECT_EQ(CursorForTick(window, ++told), 120);
       PutMouseAt(180);
       if (isSeenElsewhere) {
         EXPECT_EQ(CursorFor(window, WM_MOUSEMOVE), 180);
         PutMouseAt(240);
       }
-      remembered = CursorFor(window, WM_TIMER, &tick);
+      remembered = CursorForTick(window, told);
     } while (GetTickCount() - start >= 250);
     EXPECT_EQ(remembered, isSeenElsewhere ? 240 : 120);
     EXPECT_TRUE(PumpUntil([=] { return GetTickCount() - start > 250; }));
-    EXPECT_EQ(CursorFor(window, WM_TIMER, &tick), isSeenElsewhere ? 240 : 180);
+    EXPECT_EQ(CursorForTick(window, told), isSeenElsewhere ? 240 : 180);
   }
 }
 
 TEST(WinMouseQueries, TicksTellOfMovements) {
   const NativeTestWindow window(WS_POPUP);
-  MSG msg = {};
-  msg.hwnd = window;
-  msg.message = WM_TIMER;
   for (const LONG x : {120, 180, 120}) {
     PutMouseAt(x);
-    msg.pt = {x, 120};
-    EXPECT_EQ(CursorFor(window, WM_TIMER, &msg), x);
+    EXPECT_EQ(CursorForTick(window, x), x);
   }
 }
