@@ -22,16 +22,17 @@ TEST_F(Frame, CodesAndExceptionsConvertBothWays) {
 TEST_F(Frame, CheckErrorSaysWhatCameFromWhere) {
   CheckError("a.cpp", 7, 12000);
   EXPECT_EQ("", TakeLines());
-  for (const auto& [code, name] : Rows<TError, std::string>{{12001, "kOutOfMemoryError"},
-                                                            {12002, "kBadInputProgrammingError"},
-                                                            {12003, "kIllegalCallSequenceProgrammingError"},
-                                                            {12004, "kProgrammingError"},
-                                                            {12005, "kBadFormatError"},
-                                                            {12006, "kUnsupportedFormatError"},
-                                                            {12007, "kOtherError"},
-                                                            {12008, "kInvariantCorruptProgrammingError"},
-                                                            {12009, "kUnsupported"},
-                                                            {100123, "Application-specific error"}}) {
+  const Rows<TError, std::string> rows = {{12001, "kOutOfMemoryError"},
+                                          {12002, "kBadInputProgrammingError"},
+                                          {12003, "kIllegalCallSequenceProgrammingError"},
+                                          {12004, "kProgrammingError"},
+                                          {12005, "kBadFormatError"},
+                                          {12006, "kUnsupportedFormatError"},
+                                          {12007, "kOtherError"},
+                                          {12008, "kInvariantCorruptProgrammingError"},
+                                          {12009, "kUnsupported"},
+                                          {100123, "Application-specific error"}};
+  for (const auto& [code, name] : rows) {
     EXPECT_EQ(code, ErrorOf([code = code] { CheckError("a.cpp", 7, code); }));
     EXPECT_EQ(name + " at a.cpp(7): " + std::to_string(code), TakeLines());
   }

@@ -114,44 +114,45 @@ TEST_F(MenuBarState, ComparesByValue) {
     state.IMenuBarState_SetMenuItems(kMenu2, &item, sizeof(item));
     return state;
   };
-  const auto withIcon = [&](NumberIcon icon) {
+  NumberIcon one(1), another(1), two(2);
+  const auto withIcon = [&](NumberIcon& icon) {
     return with([&](CMenuBarState&, TMenuItem& item) { item.fIcon = &icon; });
   };
-  const CMenuBarState plain = with([](CMenuBarState&, TMenuItem&) {});
-  EXPECT_TRUE(plain == with([](CMenuBarState&, TMenuItem&) {}));
-  EXPECT_TRUE(withIcon(NumberIcon(1)) == withIcon(NumberIcon(1)));
-  EXPECT_FALSE(withIcon(NumberIcon(1)) == withIcon(NumberIcon(2)));
-  EXPECT_FALSE(plain == withIcon(NumberIcon(1)));
-  for (const TChange& change : std::initializer_list<TChange>{
-           [](CMenuBarState&state, TMenuItem&) {
-             state.IMenuBarState_SetFlags({0, 0, 1, 0, 1});
-           },
-           [](CMenuBarState&state, TMenuItem&) { state.IMenuBarState_SetMenuTitle(kMenu3, u"t"); },
-           [](CMenuBarState&state, TMenuItem&item) {
-             state.IMenuBarState_SetMenuItems(kMenuReserved12, &item, sizeof(item));
-           },
-           [](CMenuBarState&, TMenuItem&item) { item.fText[0] = u'b'; },
-           [](CMenuBarState&, TMenuItem&item) { item.fStateFlags = 0; },
-           [](CMenuBarState&, TMenuItem&item) { item.fShortcut.fModifiers.fKeys = kModifierControl; },
-           [](CMenuBarState&, TMenuItem&item) { item.fShortcut.fPhysicalTest = 1; }})
-    EXPECT_FALSE(plain == with(change));
+  const CMenuBarState plain = with([](auto&, auto&) {});
+  EXPECT_TRUE(plain == with([](auto&, auto&) {}));
+  EXPECT_TRUE(withIcon(one) == withIcon(another));
+  EXPECT_FALSE(withIcon(one) == withIcon(two));
+  EXPECT_FALSE(plain == withIcon(one));
+  const Rows<const char*, TChange> changes = {
+      {"flags",
+       [](auto& state, auto&) {
+         state.IMenuBarState_SetFlags({0, 0, 1, 0, 1});
+       }},
+      {"title", [](auto& state, auto&) { state.IMenuBarState_SetMenuTitle(kMenu3, u"t"); }},
+      {"another menu",
+       [](auto& state, auto& item) {
+         state.IMenuBarState_SetMenuItems(kMenuReserved12, &item, sizeof(item));
+       }},
+      {"text", [](auto&, auto& item) { item.fText[0] = u'b'; }},
+      {"state", [](auto&, auto& item) { item.fStateFlags = 0; }},
+      {"modifiers", [](auto&, auto& item) { item.fShortcut.fModifiers.fKeys = kModifierControl; }},
+      {"keypad", [](auto&, auto& item) { item.fShortcut.fPhysicalTest = 1; }}};
+  for (const auto& [name, change] : changes) EXPECT_FALSE(plain == with(change)) << name;
 }
 
 TEST_F(MenuBarState, IconsAreClonedAndAFailureLeavesTheOldList) {
   {
-    CMenuBarState state;
-    {
-      NumberIcon icon(1);
-      const TMenuItem items[2] = {Item(u"a", &icon), Item(u"b", &icon)};
-      EXPECT_EQ(kOK, state.IMenuBarState_SetMenuItems(kMenu1, items, sizeof(items[0])));
-      NumberIcon::gCloneFails = true;
-      EXPECT_EQ(kUnsupportedFormatError, state.IMenuBarState_SetMenuItems(kMenu1, items, sizeof(items)));
-      NumberIcon::gCloneFails = false;
-    }
-    EXPECT_EQ(1, NumberIcon::gAlive);
-    TMenuItem read;
-    EXPECT_EQ(kOK, state.IMenuBarState_GetMenuItems(kMenu1, &read, sizeof(read)));
-    EXPECT_EQ(state.GetList(kMenu1)[0].fIcon.get(), read.fIcon);
+    NumberIcon icon(1);
+    const TMenuItem items[2] = {Item(u"a", &icon), Item(u"b", &icon)};
+    EXPECT_EQ(kOK, fState.IMenuBarState_SetMenuItems(kMenu1, items, sizeof(items[0])));
+    NumberIcon::gCloneFails = true;
+    EXPECT_EQ(kUnsupportedFormatError, fState.IMenuBarState_SetMenuItems(kMenu1, items, sizeof(items)));
+    NumberIcon::gCloneFails = false;
   }
+  EXPECT_EQ(1, NumberIcon::gAlive);
+  TMenuItem read;
+  EXPECT_EQ(kOK, fState.IMenuBarState_GetMenuItems(kMenu1, &read, sizeof(read)));
+  EXPECT_EQ(fState.GetList(kMenu1)[0].fIcon.get(), read.fIcon);
+  fState = CMenuBarState();
   EXPECT_EQ(0, NumberIcon::gAlive);
 }

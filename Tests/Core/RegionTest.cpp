@@ -32,37 +32,38 @@ TEST_F(Region, EveryOperationAgreesWithPixels) {
     const PixelSet otherPixels = expected[other];
     const TRect rect = {random(0, 20), random(0, 20), random(0, 20), random(0, 20)};  // often inside out
     const auto inRect = PixelSet::In(rect);
+    const auto setWhere = [&](const auto& isIn) {
+      pixels.Set([&, old = pixels](const TPoint& p) { return isIn(old(p), inRect(p)); });
+    };
     switch (random(0, 7)) {
       case 0:
-      case 1:
         region.UnionRect(rect);
-        pixels.Add(inRect);
+        setWhere([](bool old, bool isInRect) { return old || isInRect; });
+        break;
+      case 1:
+        region.SubtractRect(rect);
+        setWhere([](bool old, bool isInRect) { return old && !isInRect; });
         break;
       case 2:
-        region.SubtractRect(rect);
-        pixels.Set([&, old = pixels](const TPoint& p) { return old(p) && !inRect(p); });
+        region.IntersectRect(rect);
+        setWhere([](bool old, bool isInRect) { return old && isInRect; });
         break;
       case 3:
-        region.IntersectRect(rect);
-        pixels.Set([&, old = pixels](const TPoint& p) { return old(p) && inRect(p); });
+        region = CRegion(rect);
+        pixels.Set(inRect);
         break;
       case 4:
-        region.UnionRegion(regions[other]);
-        pixels.Add(otherPixels);
+        region = regions[other];
+        pixels = otherPixels;
         break;
       case 5:
         if (!PixelSet::HasRoom(region.GetBounds(), 10)) break;
         region.Offset(rect.fLeft - 10, rect.fTop - 10);
         pixels.Move(rect.fLeft - 10, rect.fTop - 10);
         break;
-      case 6:
-        region = regions[other];
-        pixels = otherPixels;
-        break;
-      case 7:
-        region = CRegion(rect);
-        pixels.Set(inRect);
-        break;
+      default:
+        region.UnionRegion(regions[other]);
+        pixels.Add(otherPixels);
     }
     for (int k = 0; k < 5; ++k) {
       const TRectList rects = regions[k].GetRects();

@@ -145,22 +145,6 @@ TEST_F(ViewTest, BuffersFollowTheDrawMode) {
   EXPECT_EQ(bitmap, a.GetBitmapForDrawing());
 }
 
-// What IView_SetParams leaves to be drawn in the bitmap of a view.
-TEST_F(ViewTest, ABitmapMovesAlongOnlyWithItsWholePicture) {
-  for (const auto& [from, to, hasSubView, invalidation, isKept] :
-       Rows<TRect, TRect, bool, TAutoInvalidation, bool>{
-           {{5, 5, 15, 15}, {6, 7, 16, 17}, false, kAutoInvalidationNone, true},
-           {{5, 5, 15, 15}, {6, 7, 16, 17}, true, kAutoInvalidationNone, false},
-           {{5, 5, 15, 15}, {6, 7, 16, 17}, false, kAutoInvalidationDifference, false},
-           {{5, 5, 5, 15}, {5, 5, 6, 15}, false, kAutoInvalidationNone, false}}) {
-    CViewImpl& view = fWindow.MakeView(fRoot, from, "view", kViewEnabled, kViewDrawPermanent16);
-    if (hasSubView) Make(view, "sub");
-    view.TakeDirtyRegion();
-    EXPECT_EQ(kOK, view.IView_SetParams({1, to, kViewDrawPermanent16, invalidation}));
-    EXPECT_EQ(isKept ? TRect{} : to, view.GetDirtyRegion()->GetBounds());
-  }
-}
-
 TEST_F(ViewTest, AnOrderNamesEachSubViewOnce) {
   const std::string clause =
       "Bad Input to IView_SetSubViewOrder(): (std::set<IView*>(oldSubViews.begin(), oldSubViews.end()) == "

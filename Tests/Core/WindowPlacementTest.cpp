@@ -122,6 +122,12 @@ TEST_F(WindowPlacement, BetweenNativePlacementsAndTheClient) {
   check(PlacementForClient<TFloatingWindowPlacement>(native, offset), false, true);
   EXPECT_EQ(OffsetToNativePlacement(morvane, true), (TPoint{0, 0}))
       << "a tool window is placed on the screen";
+  // What lies behind the records is not read.
+  for (const std::uint32_t index : {2u, 0xEEEEEEEEu}) {
+    morvane.Given<TMonitorList>().fMainMonitorIndex = index;
+    EXPECT_EQ(OffsetToNativePlacement(morvane, false), (TPoint{0, 0}));
+    EXPECT_TRUE(Has(TakeReports(), "mainMonitorIndex < monitors.fMonitorCount"));
+  }
 }
 
 // Up to the work area of the monitor, which begins at (60, 24); places are native ones, of either sort.
@@ -149,17 +155,5 @@ TEST_F(WindowPlacement, MaximumOfALimitedWindow) {
     const TPoint offset = OffsetToNativePlacement(morvane, isToolWindow);
     const auto to = LimitedMaximum(morvane.Given<TMonitorList>(), from, state, kInsets, offset);
     EXPECT_EQ(to.value_or(none), rect) << testing::PrintToString(maximum) << isToolWindow;
-  }
-}
-
-TEST_F(WindowPlacement, WorkspaceBeginsAtTheWorkAreaOfTheMainMonitor) {
-  TwoMonitors morvane;
-  EXPECT_EQ(OffsetToNativePlacement(morvane, false), (TPoint{-60, -24}));
-  EXPECT_EQ("", TakeReports());
-  // What lies behind the records is not read.
-  for (const std::uint32_t index : {2u, 0xEEEEEEEEu}) {
-    morvane.Given<TMonitorList>().fMainMonitorIndex = index;
-    EXPECT_EQ(OffsetToNativePlacement(morvane, false), (TPoint{0, 0}));
-    EXPECT_TRUE(Has(TakeReports(), "mainMonitorIndex < monitors.fMonitorCount"));
   }
 }

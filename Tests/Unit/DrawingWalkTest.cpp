@@ -111,28 +111,6 @@ TEST_F(DrawingWalk, OnlyWhatIsDirtyAndInSightIsCalled) {
     EXPECT_EQ(0, CallsOf(*view)) << testing::PrintToString(view->GetBounds());
 }
 
-// The last one ends on top, for the eye and for the mouse.
-TEST_F(DrawingWalk, TheOrderOfSubViewsCanBeChanged) {
-  DrawingTree tree({0, 0, 100, 100});
-  std::vector<IView*> order;
-  std::vector<CViewImpl*> views;
-  const COLORREF colours[] = {kRed, kGreen, kBlue};
-  for (const COLORREF colour : colours) {
-    views.push_back(&tree.Add({10, 10, 20, 20}));
-    order.push_back(views.back());
-    BehaviorOf(*views.back()).fOnDraw = Filling(kEverything, colour);
-    BehaviorOf(*views.back()).fHitRects = {{10, 10, 20, 20}};
-  }
-  for (const int top : {2, 0, 1}) {
-    std::rotate(order.begin(), std::find(order.begin(), order.end(), views[top]) + 1, order.end());
-    EXPECT_EQ(kOK, tree.Root().IView_SetSubViewOrder(order.data(), 3));
-    CBufferBitmap surface({100, 100}, 32);
-    tree.Draw(surface);
-    EXPECT_EQ(colours[top], GetPixel(surface.GetNativePort().fHDC, 15, 15));
-    EXPECT_EQ(views[top], tree.Root().HitTest({15, 15}).back().get());
-  }
-}
-
 TEST_F(DrawingWalk, EachViewIsToldItsPartOfWhatIsDirty) {
   for (const TViewDrawMode mode : {kViewDrawDirect, kViewDrawTemporary32}) {
     DrawingTree tree({0, 0, 100, 100});
