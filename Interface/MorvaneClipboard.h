@@ -8,22 +8,23 @@ namespace NSMorvane {
 // A format: four characters and a zero byte. "utxt" is UTF-16 text, "TEXT" 8-bit text, "WAVE", "RIFF",
 // "HBMP", "DIBB" and "FURL" are the platform's own (CF_UNICODETEXT, CF_TEXT, CF_WAVE, CF_RIFF, CF_BITMAP,
 // CF_DIB and CF_HDROP, with the layouts that the platform publishes); any other tag, of ASCII characters, is
-// a format private to applications of this library; case does not tell two of these apart.
+// a format private to applications of this library. Upper and lower case make no difference in such a private
+// tag.
 #pragma pack(push, 1)
 struct TClipboardFormat {
   char fTag[5];
 };
 #pragma pack(pop)
 
-// A block of bytes. Whoever got it deletes it.
+// A block of bytes. Whoever receives it deletes it.
 class IData {
  public:
   // Non-zero if the object is sound.
   virtual std::uint32_t IData_CheckInvariant() const = 0;
   // In bytes.
   virtual TError IData_GetSize(std::uint64_t& out) = 0;
-  // Copies `size` bytes from `offset` on. kBadInputProgrammingError, with nothing read, for a range beyond
-  // the end.
+  // Copies `size` bytes, beginning at `offset`. kBadInputProgrammingError, with nothing read, for a range
+  // that goes beyond the end.
   virtual TError IData_Read(std::uint64_t offset, std::uint64_t size, void* buffer) = 0;
 
   virtual ~IData() = default;

@@ -1,21 +1,21 @@
 // Defaults and small helpers for clients. Optional, and header-only: nothing in it crosses the boundary to
 // the library.
 //
-//   RunApplication          all of a main program: the root object, the run, the exit code.
-//   CDefault...             a default for each behaviour that a client implements. Everything answers kOK and
-//                           nothing is handled, so that a behaviour overrides just what it needs.
+//   RunApplication          a complete main program: the root object, the run, the exit code.
+//   CDefault...             a default for each behaviour that a client implements. Its operations return kOK
+//                           and handle nothing, so that a behaviour overrides only what it needs.
 //   CreateDocumentWindow    a document window with a behaviour of a given type, in one call;
 //   CreateModalDialog
 //                           and the like for the other kinds.
 //   PlaceCascaded, PlaceCentred, PlaceBeside, SetClientSize
 //                           where a window first appears, and how large.
-//   CTimer                  calls back after a while, or again and again, and ends with its owner.
+//   CTimer                  calls back once or repeatedly, and ends with its owner.
 //   IsKey, KeyOf            keys by their text: "Ctrl+S".
-//   PathOfURL               the path behind what OnOpenURL gets.
-//   CFailureOutput          hears assertions and failures, and nothing else of the debug output.
+//   PathOfURL               the path of a URL that OnOpenURL gets.
+//   CFailureOutput          receives assertions and failures, and nothing else of the debug output.
 //   CViewOf                 a view with a behaviour of a given type, made in one call, which ends with its
 //                           owner.
-//   RootViewOf, ChangeState and their like: what takes two calls or more of the interfaces.
+//   RootViewOf, ChangeState and others: what takes two or more calls of the interfaces.
 //   COpenPort, COpenPixels  the port or the pixels of a drawing, for the length of a block.
 //   Guarded, ThrowIfFailed  exceptions inside the client, error codes at the boundary.
 //   CopyText, TextOf        texts into and out of the fixed arrays of records.

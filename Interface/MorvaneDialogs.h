@@ -21,8 +21,8 @@ enum TAlertButtonLayout : std::uint32_t {
 
 enum : std::size_t { kAlertTextChars = 1023 };
 
-// Labels of buttons may hold a mnemonic, marked with `_`. fButton1 must not be empty, and fButton2 only if
-// fButton3 is empty too.
+// Labels of buttons may contain a mnemonic, marked with `_`. fButton1 must not be empty. fButton2 may be
+// empty only if fButton3 is empty too.
 struct TAlertSpec {
   TAlertButtonLayout fButtonLayout;
   TAlertKind fKind;
@@ -40,18 +40,18 @@ enum TAlertResponse : std::uint32_t {
   kAlertResponseThird = 566
 };
 
-// Implemented by the client, which keeps it until the alert has been answered.
+// Implemented by the client, which keeps it alive until the alert has been answered.
 class IAlertBoxListener {
  public:
-  // The alert goes when this returns kOK. With any other code it stays, and the code is delivered as an
-  // unhandled error.
+  // The alert closes when this returns kOK. With any other code it stays open, and the code is delivered as
+  // an unhandled error.
   virtual TError IAlertBoxListener_OnResponse(TAlertResponse response) = 0;
 
   virtual ~IAlertBoxListener() = default;
 };
 
-// Implemented by the client, which keeps it until the question has been answered: the three answers. As with
-// alerts, the question stays if the code is not kOK.
+// Implemented by the client, which keeps it alive until the question has been answered. There is one
+// operation for each answer. As with alerts, the question stays open if the code is not kOK.
 class ISaveChangesBehavior {
  public:
   virtual TError ISaveChangesBehavior_OnSave() = 0;
@@ -63,7 +63,7 @@ class ISaveChangesBehavior {
 
 // --- File dialogs
 //
-// Files are told as "file://" URLs: the seven characters and the path in UTF-8, not escaped.
+// Files are passed as "file://" URLs: these seven characters and the path in UTF-8, not escaped.
 
 struct TFileType {
   TChar fName[256];         // what the user reads
@@ -97,7 +97,7 @@ class IDirectoryChooserBehavior {
   virtual ~IDirectoryChooserBehavior() = default;
 };
 
-// A running open dialog, as its customise behaviour sees it.
+// An open dialog that is running, passed to its customise behaviour.
 class IOpenDialogInstance {
  public:
   virtual TError IOpenDialogInstance_GetControlHandle(std::int32_t controlID, TNativeWindow& outHandle) = 0;
@@ -113,7 +113,7 @@ class IOpenDialogCustomizeBehavior {
  public:
   virtual ~IOpenDialogCustomizeBehavior() = default;
 
-  // The dialog template in the executable's resources.
+  // The number of the dialog template in the executable's resources.
   virtual TError IOpenDialogCustomizeBehavior_GetTemplateID(std::uint32_t& outID) = 0;
   virtual TError IOpenDialogCustomizeBehavior_OnFolderChanged(IOpenDialogInstance& instance,
                                                               const char* folderURL) = 0;

@@ -22,26 +22,29 @@ struct TRawPixels {
   TFlag fFlags;              // 0 on this platform
 };
 
-// Handed to IViewBehavior_Draw and its like, and only valid during that call. Drawing coordinates are those
-// of the window's client area. Either the port or the pixels can be open, one at a time; what is opened must
-// be closed before the call returns.
+// Passed to IViewBehavior_Draw and the other drawing callbacks, and valid only during that call. Drawing
+// coordinates are those of the window's client area. Either the port or the pixels can be open, one at a
+// time; what is opened must be closed before the callback returns.
 //
-// A call out of order gives kIllegalCallSequenceProgrammingError and changes nothing.
+// A call out of order changes nothing. It gives kIllegalCallSequenceProgrammingError; closing the port while
+// the pixels are open, or the pixels while the port is open, gives kBadInputProgrammingError.
 class IDrawTools {
  public:
-  // The region to redraw, in drawing coordinates, as a native region handle (HRGN). It stays the library's
-  // and is valid until the next view is drawn. `outNativeRegion` must be null on the way in.
+  // The region to redraw, in drawing coordinates, as a native region handle (HRGN). The library owns it, and
+  // it is valid until the next view is drawn. `outNativeRegion` must be null before the call.
   virtual TError IDrawTools_GetDirtyRegion(void*& outNativeRegion) = 0;
-  // The native context, clipped to the view and at least to the box of the dirty region; what is drawn
-  // outside the region is not shown. Leave selected objects as they were found, all the more those that you
-  // delete. Clip and origin are put right behind each view; everything else, such as colours, background mode
-  // and text alignment, stays as it is for the views that are drawn after this one onto the same surface: set
-  // what you need. What all views of a surface are to find, a font for example, is set once in
-  // IMorvaneRunBehavior_OnBeginDraw, which comes for each surface: for the window, and for the bitmap of each
-  // buffered view. The library takes it off behind the last one.
+  // The native context, clipped to the view and at least to the bounding box of the dirty region. What is
+  // drawn outside the region is not shown.
+  //
+  // Before closing the port, select the old objects back into it, above all in place of those that you
+  // delete. The library restores clip and origin after each view. Everything else, such as colours,
+  // background mode and text alignment, stays as it is for the views that are drawn next onto the same
+  // surface: set what you need. What all views of a surface need, a font for example, is set once in
+  // IMorvaneRunBehavior_OnBeginDraw, which is called for each surface: for the window, and for the bitmap of
+  // each buffered view. The library undoes it after the last view.
   virtual TError IDrawTools_OpenNativePort(TNativePort& out) = 0;
   virtual TError IDrawTools_CloseNativePort() = 0;
-  // Direct access to the pixels. Nothing clips here: stay within the view and the dirty region.
+  // Direct access to the pixels. There is no clipping: stay within the view and the dirty region.
   virtual TError IDrawTools_OpenRawPixels(TRawPixels& out) = 0;
   virtual TError IDrawTools_CloseRawPixels() = 0;
 

@@ -26,12 +26,13 @@ enum TBuiltinIcon : std::uint32_t {
   kIconStop = 3017
 };
 
-// An icon that can be drawn at 16, 32, 48 and 128 pixels. Whoever made it deletes it.
+// An icon that can be drawn at 16, 32, 48 and 128 pixels. Whoever creates one deletes it.
 class IIcon {
  public:
-  // A second owner of the same picture; null and `outError` on failure. The caller deletes it.
+  // A new icon with the same picture, which the caller deletes. Null on failure, with the code in `outError`.
   virtual IIcon* IIcon_Clone(TError& outError) const = 0;
-  // `outEqualFlag` 1 if both show the same picture from the same source. It means something only with kOK.
+  // Sets `outEqualFlag` to 1 if both show the same picture from the same source, else to 0. The flag is valid
+  // only if the result is kOK.
   virtual TError IIcon_AreEqual(const IIcon& other, TFlag& outEqualFlag) const = 0;
   // Non-zero if the object is sound.
   virtual std::uint32_t IIcon_CheckInvariant() const = 0;

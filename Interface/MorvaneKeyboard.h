@@ -1,4 +1,4 @@
-// Keys: what is pressed, what it can mean, and who is told.
+// Keys: key presses, what they can mean, and their listeners.
 #pragma once
 
 #include "MorvaneTypes.h"
@@ -20,7 +20,8 @@ struct TModifierKeys {
   std::uint32_t fReserved;  // 0
 };
 
-// The modifiers of a menu shortcut, told portably. Command is the platform's main modifier, here Control.
+// The modifiers of a menu shortcut, described portably. Command is the platform's main modifier, here
+// Control.
 enum TShortcutModifiers : std::uint32_t {
   kShortcutNone = 4000,
   kShortcutCommand = 4001,
@@ -31,16 +32,16 @@ enum TShortcutModifiers : std::uint32_t {
 
 enum : std::size_t { kKeyTextChars = 15 };
 
-// One reading of a key press: a text, and the modifiers that remain beyond what the text accounts for.
-// Shift+2 can read as "2" with Shift and as "@" with none. The all-zero record means that there is no
-// reading.
+// One reading of a key press: a text, and the modifiers that the text does not account for. Shift+2 can be
+// read as "2" with Shift, or as "@" without modifiers. The all-zero record means that there is no reading.
 struct TKeyInterpretation {
   TChar fKeyText[kKeyTextChars + 1];  // zero-terminated; keys without a character have codes from U+E001 on
   TModifierKeys fModifiers;
-  TFlag fPhysicalTest;  // wanted: the key must be on the numeric keypad; default reading: it is
+  TFlag fPhysicalTest;  // in a wanted reading: the key must be on the numeric keypad; in a default one: it is
 };
 
-// Texts of keys that write nothing. Other keys have the text that the layout gives them, Shift used up.
+// Texts of keys that write nothing. Every other key has the text that the keyboard layout gives it, in which
+// Shift is already taken into account.
 enum : std::uint16_t {
   kKeyCharBackspace = 8,
   kKeyCharTab = 9,
@@ -62,7 +63,7 @@ enum : std::uint16_t {
 };
 
 // A physical key as the platform reports it. Portable code passes it on to IMorvane_CanKeyBeInterpretedAs and
-// IMorvane_GetDefaultInterpretation and does not look inside.
+// IMorvane_GetDefaultInterpretation and does not read the fields.
 struct TPhysicalKeySpec {
   std::uint8_t fVirtualKey;
   std::uint8_t fScanCode;
@@ -86,7 +87,7 @@ struct TModifierKeysEvent {
 // Implemented by the client, attached with IMorvane_AttachModifierKeyListener, never deleted by the library.
 class IModifierKeyListener {
  public:
-  // A modifier key went down or up. The result is not looked at.
+  // A modifier key went down or up. The result is ignored.
   virtual TError IModifierKeyListener_OnModifiersChanged(const TModifierKeysEvent& previous,
                                                          const TModifierKeysEvent& now) = 0;
 
@@ -103,7 +104,7 @@ enum TKeyReleaseReason : std::uint32_t {
 // Implemented by the client, installed with IMorvane_InstallKeyReleaseCallback, never deleted by the library.
 class IKeyReleaseCallback {
  public:
-  // Called once; the callback has been removed when it returns.
+  // Called once. The callback is removed when it returns.
   virtual TError IKeyReleaseCallback_OnKeyReleased(const TPhysicalKeySpec& key, TKeyReleaseReason reason) = 0;
 
  protected:

@@ -1,4 +1,4 @@
-// Menu bars, told portably.
+// Menu bars, described portably.
 #pragma once
 
 #include "MorvaneIcon.h"
@@ -7,7 +7,7 @@
 
 namespace NSMorvane {
 
-// The item lists of a menu bar. Only kMenu1 to kMenu6 have titles of the client's.
+// The item lists of a menu bar. The client sets the titles of kMenu1 to kMenu6 only.
 enum TMenu : std::uint32_t {
   kMenuApplication = 0,  // first menu; the library adds the quit item at its end
   kMenuDocument = 1,     // second menu; the library adds its own last item
@@ -17,12 +17,12 @@ enum TMenu : std::uint32_t {
   kMenu4 = 5,
   kMenu5 = 6,
   kMenu6 = 7,
-  kMenuReserved8 = 8,  // held, not shown on this platform
+  kMenuReserved8 = 8,  // stored, not shown on this platform
   kMenuHelp = 9,
-  kMenuReserved10 = 10,  // held, not shown on this platform
+  kMenuReserved10 = 10,  // stored, not shown on this platform
   kMenuWindow = 11,
-  kMenuReserved12 = 12,  // held, not shown on this platform
-  kMenuDebug = 13        // held; the debug menu is not built yet
+  kMenuReserved12 = 12,  // stored, not shown on this platform
+  kMenuDebug = 13        // stored; the debug menu is not built yet
 };
 
 constexpr std::uint32_t kMenuCount = 14;
@@ -32,7 +32,7 @@ enum : std::size_t { kMenuTextChars = 255 };
 // Bits of TMenuItem::fStateFlags.
 enum : std::uint32_t { kMenuItemChecked = 1, kMenuItemEnabled = 2 };
 
-// One item. In texts `_` marks the mnemonic that follows it, and `__` is a literal underscore.
+// One item. In its text, `_` marks the next character as the mnemonic, and `__` is a literal underscore.
 struct TMenuItem {
   TChar fSubmenuName[kMenuTextChars + 1];  // empty for none; consecutive items of one name form a submenu
   TChar fText[kMenuTextChars + 1];         // empty for a separator
@@ -43,7 +43,7 @@ struct TMenuItem {
 };
 
 // Flags of IMorvane_DisplayPopupMenu and IMorvane_DisplayContextualMenu.
-enum : std::uint32_t { kPopupMenuLeftButtonOnly = 1 };  // the right button does not choose
+enum : std::uint32_t { kPopupMenuLeftButtonOnly = 1 };  // the right mouse button does not choose an item
 
 // A chosen menu item.
 struct TMenuCommandEvent {
@@ -51,11 +51,11 @@ struct TMenuCommandEvent {
   TModifierKeys fModifiers;
 };
 
-// Commands of the library's own items. They come to IMorvaneRunBehavior_OnMenuCommand and its like, as those
-// of the client do, and nothing is done about them but what the client does.
+// Commands of the library's own items. They reach IMorvaneRunBehavior_OnMenuCommand and the other command
+// callbacks like the commands of the client. The library itself does nothing for them.
 enum : std::uint32_t { kMenuCommandHelp = 50002, kMenuCommandClose = 50016 };
 
-// All 0 at the start of a set-up, but fQuitEnabled.
+// At the start of a set-up fQuitEnabled is 1 and all others are 0.
 struct TMenuBarFlags {
   TFlag fShowHelpItem;           // the last menu shows the library's item (kMenuCommandHelp)
   TFlag fHelpItemEnabled;        // that item is enabled
@@ -64,16 +64,18 @@ struct TMenuBarFlags {
   TFlag fShowWindowMenu;         // the window menu is shown
 };
 
-// The menu bar of one window while it is being filled. The library's; it lives for the call that got it.
+// The menu bar of one window while it is being filled. The library owns it; it is valid only during the
+// callback that gets it.
 //
-// Every operation gives kBadInputProgrammingError and changes nothing when an argument is wrong. Buffer sizes
-// are in bytes. Texts are cut to kMenuTextChars on the way out.
+// Every operation gives kBadInputProgrammingError and changes nothing if an argument is wrong. Buffer sizes
+// are in bytes. Texts are cut to kMenuTextChars when they are read.
 class IMenuBarState {
  public:
   virtual TError IMenuBarState_GetFlags(TMenuBarFlags& outFlags) = 0;
   virtual TError IMenuBarState_SetFlags(const TMenuBarFlags& inFlags) = 0;
   virtual TError IMenuBarState_CountMenuItems(TMenu menu, std::uint32_t& outCount) = 0;
-  // `bufferSizeInBytes` must be the count of items times sizeof(TMenuItem). The icons stay the state's.
+  // `bufferSizeInBytes` must be the count of items times sizeof(TMenuItem). The state keeps the ownership of
+  // the icons.
   virtual TError IMenuBarState_GetMenuItems(TMenu menu, TMenuItem* outBuffer,
                                             std::uint32_t bufferSizeInBytes) = 0;
   // Replaces the whole list. Icons are cloned. Size 0 empties the list.

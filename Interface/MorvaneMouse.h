@@ -44,7 +44,7 @@ enum TBuiltInMouseShape : std::uint32_t {
   kMouseShapeEyedropper = 1710   // takes a colour
 };
 
-// A mouse shape. Whoever got it deletes it.
+// A mouse shape. Whoever receives it deletes it.
 class IMouseShape {
  public:
   // Non-zero if the object is sound.
@@ -55,7 +55,7 @@ class IMouseShape {
   virtual ~IMouseShape() = default;
 };
 
-// The buttons of the mouse: numbers, not bits. States of several buttons are their numbers put together with
+// The buttons of the mouse: numbers, not bits. The state of several buttons is their numbers combined with
 // OR, so that the middle button reads as left and right together.
 enum : std::uint32_t {
   kMouseButtonNone = 0,
@@ -68,7 +68,7 @@ enum : std::uint32_t {
 
 // What IMorvane_SampleMouseState gives.
 struct TMouseState {
-  std::uint32_t fButtons;    // all that are down: kMouseButton..., put together with OR
+  std::uint32_t fButtons;    // all buttons that are down: kMouseButton..., combined with OR
   TPoint fPosition;          // both -15000 if it could not be read
   TModifierKeys fModifiers;  // the keys that are down now
   std::uint32_t fReserved[4];
@@ -82,7 +82,7 @@ enum TMousePhase : std::uint32_t {
 
 enum TMouseEventType : std::uint32_t {
   kMouseEventClick = 44,         // a button went down
-  kMouseEventDoubleClick = 45,   // it went down for the second time
+  kMouseEventDoubleClick = 45,   // a button went down for the second time
   kMouseEventContextClick = 46,  // the right button went up
   kMouseEventPreClick = 47,      // the same three, in the pass from the root to the front
   kMouseEventPreDoubleClick = 48,
@@ -90,19 +90,20 @@ enum TMouseEventType : std::uint32_t {
   kMouseEventWheel = 778
 };
 
-// A button of the mouse.
+// A press or a context click; for a capture also a release.
 struct TMouseEvent {
   std::uint32_t fType;  // TMouseEventType
   std::uint64_t fTimeMS;
-  std::uint32_t fButtons;  // the one button that this is about: kMouseButtonLeft, kMouseButtonRight or none
+  std::uint32_t fButtons;  // the button of this event: kMouseButtonLeft, kMouseButtonRight or none
   TPoint fPosition;
   TModifierKeys fModifiers;
-  // In the pre pass: the views in front of this one, nearest first. Only for the length of the call.
+  // In the pre pass: the views in front of this one, nearest first; valid only during the call. Else 0 and
+  // null.
   std::uint32_t fViewCount;
   IView* const* fViews;
 };
 
-// Where the mouse is and what is held: the question behind IViewBehavior_GetMouseShape.
+// Where the mouse is and what is held down; passed to IViewBehavior_GetMouseShape.
 struct TMouseShapeRequest {
   std::uint32_t fButtons;  // as in TMouseState
   TPoint fPosition;
@@ -127,11 +128,10 @@ struct TMouseWheelEvent {
   std::uint64_t fTimeMS;
 };
 
-// Implemented by the client. While it is in force, it alone gets the mouse of its window, and no view does; a
-// turn of the wheel and keys that it does not handle go on to the focus chain. When the right button goes up,
-// IMouseCapture_OnMouseUp is followed by IMouseCapture_OnMouseDown with kMouseEventContextClick.
-// The library owns it from a successful IMorvane_AllocateMouseCapture on, and deletes it when the capture
-// ends.
+// Implemented by the client. While it is in force, it gets all mouse events of its window, and the views get
+// none. Turns of the wheel and keys that it does not handle go on to the focus chain. When the right button
+// goes up, IMouseCapture_OnMouseUp is followed by IMouseCapture_OnMouseDown with kMouseEventContextClick. The
+// library owns it after a successful IMorvane_AllocateMouseCapture, and deletes it when the capture ends.
 class IMouseCapture {
  public:
   virtual TError IMouseCapture_OnMouseDown(const TMouseEvent& event) = 0;
@@ -142,7 +142,7 @@ class IMouseCapture {
                                                   const TModifierKeysEvent& now) = 0;
   virtual TError IMouseCapture_OnMouseWheel(const TMouseWheelEvent& event, TFlag& outHandled) = 0;
   virtual TError IMouseCapture_OnKeyDown(const TKeyEvent& event, TFlag& outHandled) = 0;
-  // Null for no shape. The library deletes the shape.
+  // Null leaves the shape as it is. The library deletes the shape that it gets.
   virtual IMouseShape* IMouseCapture_GetMouseShape(const TMouseShapeRequest& request, TError& outError) = 0;
 
   virtual ~IMouseCapture() = default;
@@ -150,9 +150,9 @@ class IMouseCapture {
 
 // What IMorvane_CheckForClickDragOperation finds a press to be.
 enum TClickDragResult : std::uint32_t {
-  kClickDragDragged = 90,       // the mouse left the box around the press
-  kClickDragHeld = 91,          // it stayed in it for 500 milliseconds
-  kClickDragReleased = 92,      // the button went up
+  kClickDragDragged = 90,       // the mouse has left the box around the press
+  kClickDragHeld = 91,          // the mouse has stayed in the box for 500 milliseconds
+  kClickDragReleased = 92,      // the button has gone up
   kClickDragNotApplicable = 93  // the event is not a press that could become a drag
 };
 

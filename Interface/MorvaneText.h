@@ -1,4 +1,4 @@
-// How texts of unknown length come out of the library.
+// How the library returns texts of unknown length.
 #pragma once
 
 #include "MorvaneTypes.h"
@@ -8,8 +8,8 @@ namespace NSMorvane {
 // Implemented by the client.
 class ITextReceiver {
  public:
-  // `text` is zero-terminated and lives only for the call. The code returned here becomes the result of the
-  // operation that the receiver was given to.
+  // `text` is zero-terminated and valid only during the call. The code that this returns becomes the result
+  // of the operation that was given the receiver.
   virtual TError ITextReceiver_ReceiveText(const TChar* text) = 0;
 
  protected:

@@ -22,7 +22,7 @@ using NSTextPackage::TChar;
 
 // The result of every operation. kOK is success; the library's own failures lie from 12001 to 12010; every
 // value of 100000 or more belongs to the application: a behaviour may return it from any callback, and it
-// comes back unchanged from the call that led there.
+// comes back unchanged from the call that led to the callback.
 using TError = std::uint32_t;
 
 enum : TError {

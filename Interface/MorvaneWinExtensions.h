@@ -1,4 +1,4 @@
-// What exists on Windows only. IMorvane_GetWinExtensions gives the root of it.
+// Features that exist on Windows only. IMorvane_GetWinExtensions gives their root.
 #pragma once
 
 #include "MorvaneIcon.h"
@@ -13,16 +13,16 @@ namespace NSMorvane {
 using TWinParam = std::uintptr_t;
 using TWinResult = std::intptr_t;
 
-// Implemented by the client: sees the messages of a native control that a view holds. Never deleted by the
-// library.
+// Implemented by the client: gets the messages of a native control that a view hosts. The library never
+// deletes it.
 class IWinNativeControlCallback {
  public:
   // The control has sent WM_COMMAND, WM_NOTIFY, WM_HSCROLL or WM_VSCROLL to its window.
   virtual TError IWinNativeControlCallback_OnControlNotification(std::uint32_t message, TWinParam wParam,
                                                                  TWinResult lParam,
                                                                  TWinResult& outResult) = 0;
-  // A message to the control. `oldProc` is the control's own window procedure, to be called with
-  // CallWindowProcW unless the message is to end here.
+  // A message to the control. `oldProc` is the control's own window procedure. Call it with CallWindowProcW,
+  // unless the control must not get the message.
   virtual TError IWinNativeControlCallback_OnControlProc(HWND__* hwnd, std::uint32_t message,
                                                          TWinParam wParam, TWinResult lParam,
                                                          TWinResult oldProc, TWinResult& outResult) = 0;
@@ -31,7 +31,8 @@ class IWinNativeControlCallback {
   virtual ~IWinNativeControlCallback() = default;
 };
 
-// The hosting of one native control. The client deletes it, while the control exists, to end the hosting.
+// Stands for the hosting of one native control. To end the hosting, the client deletes it while the control
+// still exists.
 class IWinNativeControlCallbackToken {
  public:
   virtual ~IWinNativeControlCallbackToken() = default;
@@ -41,22 +42,23 @@ enum TAutoPlayCommand : std::uint32_t { kAutoPlaySuppress = 0, kAutoPlayRelease 
 
 class IWinExtensions {
  public:
-  // The native icon at 16, 32, 48 or 128 pixels; a size that the icon does not have gives the next smaller
-  // one. It stays the icon's. Null and `outError` on failure: kBadInputProgrammingError for another size and
-  // an icon that is not the library's, kUnsupportedFormatError for a file that is not there.
+  // The native icon at 16, 32, 48 or 128 pixels. If the icon does not have that size, the next smaller one is
+  // returned. The icon keeps the ownership of the handle. Null on failure, with the code in `outError`:
+  // kBadInputProgrammingError for any other size and for an icon that the library has not made,
+  // kUnsupportedFormatError for a file that does not exist.
   virtual HICON__* IWinExtensions_GetIconHandle(const IIcon& icon, std::uint32_t size, TError& outError) = 0;
-  // An icon of up to four native icons, for the four sizes; the others null. With success it owns them. The
-  // caller deletes it. kBadInputProgrammingError if all are null or one is given twice.
+  // Makes an icon out of up to four native icons, one for each size; a size that is missing is null. On
+  // success the icon owns the handles. The caller deletes the icon. kBadInputProgrammingError if all handles
+  // are null or one is given twice.
   virtual IIcon* IWinExtensions_CreateIconFromHandles(HICON__* icon16, HICON__* icon32, HICON__* icon48,
                                                       HICON__* icon128, TError& outError) = 0;
-  // The options of the command line (arguments that begin with "/"), one call of the receiver each. The first
-  // code that is not kOK ends the walk and is the result.
+  // Calls the receiver once for each option of the command line (an argument that begins with "/"). If the
+  // receiver returns a code other than kOK, no more options follow and that code is the result.
   virtual TError IWinExtensions_GetCommandLineOptions(ITextReceiver& receiver) = 0;
-  // While suppressed, the system does not start programs of inserted media. Calls nest.
+  // While auto-play is suppressed, the system does not start programs from inserted media. Calls nest.
   // kIllegalCallSequenceProgrammingError for a release without a suppress.
   virtual TError IWinExtensions_SuppressAutoPlay(TAutoPlayCommand command) = 0;
-  // Not built yet: kUnsupported. Puts a native child window under the rule of a view. The caller deletes the
-  // token.
+  // Not built yet: gives kUnsupported. Makes a view host a native child window. The caller deletes the token.
   virtual IWinNativeControlCallbackToken* IWinExtensions_HostNativeControl(
       HWND__* hwnd, IWinNativeControlCallback* callback, IView& view, TError& outError) = 0;
 

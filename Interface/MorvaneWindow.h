@@ -1,9 +1,9 @@
 // Windows of every kind, and the behaviours that a client gives them.
 //
-// Frame rectangles are what the window covers with its frame, client rectangles what views draw in. All are
-// in pixels, and in one of two coordinate systems: screen coordinates begin at the corner of the main
-// monitor; work area coordinates begin at the corner of its work area, which is another place where a task
-// bar stands at the left or at the top.
+// A frame rectangle is what the window covers, including its frame; a client rectangle is the area that views
+// draw in. All rectangles are in pixels, in one of two coordinate systems: screen coordinates begin at the
+// top left corner of the main monitor; work area coordinates begin at the top left corner of that monitor's
+// work area. The two differ if a task bar stands at the left or at the top.
 #pragma once
 
 #include "MorvaneKeyboard.h"
@@ -20,8 +20,8 @@ struct TNativeWindow {
   HWND__* fHwnd;
 };
 
-// What a dialog needs of its owner. Every window of the library but a floating one offers one; a client may
-// implement its own for a window that the library does not know.
+// What a dialog needs of its owner. Every window of the library except a floating window offers one. A client
+// may implement its own for a window that the library does not know.
 class IModalOwner {
  public:
   virtual TError IModalOwner_GetNativeWindow(TNativeWindow& out) = 0;
@@ -34,31 +34,32 @@ class IModalOwner {
 class IWindow {
  public:
   virtual TError IWindow_GetNativeWindow(TNativeWindow& outNativeWindow) = 0;
-  // The view that gets the keys now: null while the window is not active, or has no focus view.
+  // The view that gets the keys now; null while the window is not active or has no focus view.
   virtual TError IWindow_GetOnDutyFocusView(IView*& out) = 0;
   // The view that has the focus within this window, whether the window is active or not; or null.
   virtual TError IWindow_GetConceptualFocusView(IView*& out) = 0;
-  // Null takes the focus away. kBadInputProgrammingError for a view of another window, or one that is not
-  // focusable or not enabled. If the view fails when it is asked for its control, the focus stays, and its
-  // code is the result.
+  // Null removes the focus. kBadInputProgrammingError for a view of another window, or one that is not
+  // focusable or not enabled. If the view fails when it is asked for its native control, the focus stays
+  // where it is, and the view's code is the result.
   //
-  // A view that is released, disabled or no longer focusable loses the focus. It goes to a view of the tab
-  // order that can have it: to the first one, and from a view that is just not focusable any more to the next
-  // one behind it. Without such a view nobody has it.
+  // A view that is released, disabled or made unfocusable loses the focus to a view of the tab order that can
+  // have it: to the first one, or, if the old view was only made unfocusable, to the next one behind it. If
+  // there is no such view, no view has the focus.
   virtual TError IWindow_SetConceptualFocusView(IView* newConceptualFocusView) = 0;
   // The views that Tab visits, in this order. The result is what the receiver returns.
   virtual TError IWindow_GetTabViews(IViewListReceiver& out) = 0;
-  // Views of this window, none twice, none null; else kBadInputProgrammingError.
+  // kBadInputProgrammingError unless all are views of this window, none is null or the root view, and none is
+  // listed twice.
   virtual TError IWindow_SetTabViews(IView* const* tabViews, std::uint32_t count) = 0;
   virtual TError IWindow_GetRootView(IView*& outRootView) = 0;
   virtual TError IWindow_IsActive(TFlag& outActiveFlag) = 0;
-  // The frame that the window has when it is neither minimized nor maximized, in work area coordinates; in
-  // screen coordinates for a floating window. Of a maximized window what it covers, in screen coordinates.
-  // The state records have all rectangles in screen coordinates.
+  // The frame that the window has when it is neither minimized nor maximized, in work area coordinates, or in
+  // screen coordinates for a floating window. For a maximized window: what it covers now, in screen
+  // coordinates. The state records hold all rectangles in screen coordinates.
   virtual TError IWindow_GetFrameRect(TRect& out) = 0;
-  // Take off, or add, what the frame is wide on each side. The coordinate system stays. For a document window
-  // that is not shown yet the frame is taken to hold a menu bar of one row: where there is none, the client
-  // area comes out higher by that row.
+  // Remove or add the width of the frame on each side. The coordinate system stays the same. For a document
+  // window that is not shown yet, the frame is assumed to hold a menu bar of one row; if there is no menu
+  // bar, the client area turns out higher by that row.
   virtual TError IWindow_FrameRectToClientRect(const TRect& in, TRect& out) = 0;
   virtual TError IWindow_ClientRectToFrameRect(const TRect& in, TRect& out) = 0;
   // 255 is opaque.
@@ -72,7 +73,7 @@ class IWindow {
 // Implemented by the client: gets a list of windows, front window first.
 class IWindowListReceiver {
  public:
-  // The array lives only for the call. The result is not looked at.
+  // The array is valid only during the call. The result is ignored.
   virtual TError IWindowListReceiver_ReceiveWindows(IWindow* const* windows, std::uint32_t count) = 0;
 
  protected:
@@ -83,8 +84,8 @@ class IWindowListReceiver {
 
 using TStyleFlags = std::uint32_t;
 
-// Which bits a kind accepts: document windows all but bit 24 and borderless, modeless dialogs all, modal
-// dialogs all but zoomable, bit 24 and borderless, floating windows all but borderless.
+// Which bits each kind of window accepts: document windows all except bit 24 and borderless; modeless dialogs
+// all; modal dialogs all except zoomable, bit 24 and borderless; floating windows all except borderless.
 enum : TStyleFlags {
   kWindowResizableBit = 0x00100000,          // the window has a sizing frame
   kWindowZoomableBit = 0x00200000,           // the frame has a maximize box
@@ -92,10 +93,10 @@ enum : TStyleFlags {
   kWindowStyleBit23 = 0x00800000,            // document windows: a size grip; the others: a close command,
                                              // and modal dialogs are listed in the window menu
   kWindowStyleBit24 = 0x01000000,            // modeless dialogs and floating windows: a size grip
-  kModelessDialogBorderlessBit = 0x02000000  // modeless dialogs: a bare window without a frame; alone only
+  kModelessDialogBorderlessBit = 0x02000000  // modeless dialogs: no frame at all; without any other bit
 };
 
-// The same bits by what they do in each kind.
+// The same bits, named by what they do in each kind of window.
 enum : TStyleFlags {
   kDocumentWindowSizeGripBit = kWindowStyleBit23,
   kModelessDialogCloseBoxBit = kWindowStyleBit23,
@@ -113,9 +114,9 @@ enum TZoomState : std::uint32_t { kWindowStateIdeal = 2200, kWindowStateUser = 2
 
 enum : std::size_t { kTitleChars = 1023 };
 
-// Frame rectangles of the window when it is neither minimized nor maximized, in screen coordinates: the
-// user's is where the window was put, the ideal one where the content would have it. fZoomState tells which
-// of them is shown.
+// Where a window is. fUserRect and fIdealRect are frame rectangles, in screen coordinates, for the window
+// when it is neither minimized nor maximized: fUserRect is where the window was put, fIdealRect is where it
+// has the size that suits its content. fZoomState tells which of the two is in use.
 struct TDocumentWindowPlacement {
   TFlag fMinimized;
   TFlag fMaximized;
@@ -140,12 +141,12 @@ struct TFloatingWindowPlacement {
   TRect fIdealRect;
 };
 
-// What a window is and where. Get it, change what is to change, set it.
+// What a window is and where it is. To change something, get the record, change it, and set it.
 template <class TPlacement>
 struct TWindowState {
   TSize fMinimumClientSize;  // 0 in a dimension: no limit there
   TSize fMaximumClientSize;  // 0 in a dimension: no limit there
-  TSize fIdealClientSize;    // both 0: none
+  TSize fIdealClientSize;    // both 0: no ideal size
   TFlag fModified;           // the window shows that its content has changed
   TChar fTitle[kTitleChars + 1];
   TPlacement fPlacement;
@@ -164,8 +165,8 @@ enum TCloseReason : std::uint32_t {
 
 // --- The kinds of windows
 //
-// The four kinds have the same operations. A window lives until its _Release, or until a behaviour-less
-// window is closed; all its views must have been released by then.
+// The four kinds have the same operations. A window lives until its _Release is called, or, if it has no
+// behaviour, until it is closed. All its views must have been released by then.
 
 class IDocumentWindowBehavior;
 class IModelessDialogBehavior;
@@ -176,24 +177,26 @@ class IFloatingWindowBehavior;
 class IDocumentWindow {
  public:
   virtual bool IDocumentWindow_CheckInvariant() const = 0;
-  // What the window is now. Rectangles of a hidden or minimized window are those it returns to.
+  // The current state. For a hidden or minimized window, the rectangles are those that it returns to.
   virtual TError IDocumentWindow_GetState(TDocumentWindowState& state) = 0;
-  // kBadInputProgrammingError for contradicting sizes or unknown flags. Sizes out of bounds are brought into
-  // them. The window moves if the rectangle that fZoomState names is another one than it has. A shown window
-  // is minimized, maximized or restored only along with such a move: fMinimized and fMaximized alone leave it
-  // as it is. In a window that is not shown yet they tell how it will appear.
+  // kBadInputProgrammingError for contradictory sizes or invalid flags. Sizes outside of the limits are
+  // brought within them. The window moves if the rectangle that fZoomState selects differs from the one that
+  // it has. A window that is shown is minimized, maximized or restored only together with such a move: a
+  // change of fMinimized or fMaximized alone does not affect it. For a window that is not shown yet, they
+  // decide how it will appear.
   virtual TError IDocumentWindow_SetState(const TDocumentWindowState& state) = 0;
   // The interface that all kinds share; it lives as long as the window.
   virtual TError IDocumentWindow_GetWindow(IWindow*& outWindow) = 0;
-  // To make dialogs owned by this window.
+  // For dialogs that this window is to own.
   virtual TError IDocumentWindow_GetModalOwner(IModalOwner*& out) = 0;
   // Brings the window to the front and activates it, restoring it if it is minimized. If a modal dialog
-  // blocks the window, the dialog at the end of the chain is activated instead, in front of the windows it
-  // blocks.
+  // blocks the window, the last dialog of the chain is activated instead, in front of the windows that the
+  // chain blocks.
   virtual TError IDocumentWindow_FocusNow() = 0;
-  // Null for a window whose factory made none.
+  // Null if the factory made no behaviour.
   virtual TError IDocumentWindow_GetBehavior(IDocumentWindowBehavior*& outBehavior) = 0;
-  // Ends the window and its behaviour. From inside one of its callbacks, it ends when the callback returns.
+  // Ends the window and its behaviour. If one of its callbacks calls this, it ends after the callback has
+  // returned.
   virtual TError IDocumentWindow_Release() = 0;
 
  protected:
@@ -218,8 +221,9 @@ class IModelessDialog {
 
 // A modal dialog. Its operations are those of a document window. Made with IMorvane_CreateModalDialog.
 //
-// With an owner it blocks that window, without one the whole application. A dialog over one that blocks the
-// application has no owner either: it would be blocked itself.
+// With an owner it blocks that window; without one it blocks the whole application. While a dialog blocks the
+// application, make another one without an owner, or with that dialog as its owner: with any other owner it
+// would be blocked itself.
 class IModalDialog {
  public:
   virtual bool IModalDialog_CheckInvariant() const = 0;
@@ -257,24 +261,25 @@ class IFloatingWindow {
 
 class IDocumentWindowBehavior {
  public:
-  // In pixels. Place the views anew.
+  // Sizes are in pixels. Lay out the views again.
   virtual TError IDocumentWindowBehavior_OnClientSizeChanged(const TSize& oldSize, const TSize& newSize) = 0;
   // The window was moved, sized, minimized, maximized or restored.
   virtual TError IDocumentWindowBehavior_OnPlacementChanged(const TDocumentWindowPlacement& oldPlacement,
                                                             const TDocumentWindowPlacement& newPlacement) = 0;
-  // 1: the window is the active one now.
+  // 1: the window is now the active one. 0: it no longer is.
   virtual TError IDocumentWindowBehavior_OnActivationChanged(TFlag active) = 0;
-  // A key that no view of the focus chain has taken.
+  // A key that no view of the focus chain has handled.
   virtual TError IDocumentWindowBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) = 0;
-  // 1: keys go to this window now.
+  // 1: the window now gets the keys. 0: it no longer does.
   virtual TError IDocumentWindowBehavior_OnKeyboardFocusChanged(TFlag focused) = 0;
-  // After the run behaviour, before the views of the focus chain.
+  // Called after the run behaviour, and before the views of the focus chain.
   virtual TError IDocumentWindowBehavior_OnSetupMenuBar(IMenuBarState& state) = 0;
-  // A command that no view of the focus chain has taken.
+  // A command that no view of the focus chain has handled.
   virtual TError IDocumentWindowBehavior_OnMenuCommand(const TMenuCommandEvent& event, TFlag& outHandled) = 0;
   // F1, or the help box of the frame.
   virtual TError IDocumentWindowBehavior_OnHelpRequested(TFlag& outHandled) = 0;
-  // The window does not close by itself: call _Release, ask the user first, or ignore it.
+  // The user or the library asks the window to close. It does not close by itself: call _Release, ask the
+  // user first, or ignore the request.
   virtual TError IDocumentWindowBehavior_OnRequestClose(TCloseReason reason) = 0;
 
   virtual ~IDocumentWindowBehavior() = default;
@@ -288,7 +293,7 @@ class IModelessDialogBehavior {
   virtual TError IModelessDialogBehavior_OnActivationChanged(TFlag active) = 0;
   virtual TError IModelessDialogBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) = 0;
   virtual TError IModelessDialogBehavior_OnKeyboardFocusChanged(TFlag focused) = 0;
-  // Neither is called in this kind of window, which has no menu bar: commands go to the run behaviour.
+  // These two are never called: this kind of window has no menu bar, and commands go to the run behaviour.
   virtual TError IModelessDialogBehavior_OnSetupMenuBar(IMenuBarState& state) = 0;
   virtual TError IModelessDialogBehavior_OnMenuCommand(const TMenuCommandEvent& event, TFlag& outHandled) = 0;
   virtual TError IModelessDialogBehavior_OnHelpRequested(TFlag& outHandled) = 0;
@@ -305,7 +310,7 @@ class IModalDialogBehavior {
   virtual TError IModalDialogBehavior_OnActivationChanged(TFlag active) = 0;
   virtual TError IModalDialogBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) = 0;
   virtual TError IModalDialogBehavior_OnKeyboardFocusChanged(TFlag focused) = 0;
-  // Neither is called in this kind of window, which has no menu bar: commands go to the run behaviour.
+  // These two are never called: this kind of window has no menu bar, and commands go to the run behaviour.
   virtual TError IModalDialogBehavior_OnSetupMenuBar(IMenuBarState& state) = 0;
   virtual TError IModalDialogBehavior_OnMenuCommand(const TMenuCommandEvent& event, TFlag& outHandled) = 0;
   virtual TError IModalDialogBehavior_OnHelpRequested(TFlag& outHandled) = 0;
@@ -322,7 +327,7 @@ class IFloatingWindowBehavior {
   virtual TError IFloatingWindowBehavior_OnActivationChanged(TFlag active) = 0;
   virtual TError IFloatingWindowBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) = 0;
   virtual TError IFloatingWindowBehavior_OnKeyboardFocusChanged(TFlag focused) = 0;
-  // Neither is called in this kind of window, which has no menu bar: commands go to the run behaviour.
+  // These two are never called: this kind of window has no menu bar, and commands go to the run behaviour.
   virtual TError IFloatingWindowBehavior_OnSetupMenuBar(IMenuBarState& state) = 0;
   virtual TError IFloatingWindowBehavior_OnMenuCommand(const TMenuCommandEvent& event, TFlag& outHandled) = 0;
   virtual TError IFloatingWindowBehavior_OnHelpRequested(TFlag& outHandled) = 0;
@@ -333,8 +338,8 @@ class IFloatingWindowBehavior {
 
 // --- The factories
 //
-// Implemented by the client: makes the behaviour of a window that is being created, and keeps the window's
-// interface. The library owns what is returned.
+// Implemented by the client: makes the behaviour of a window that is being created. The behaviour may keep
+// the reference to the window. The library owns what is returned.
 
 class IDocumentWindowBehaviorFactory {
  public:
