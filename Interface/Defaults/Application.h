@@ -1,4 +1,4 @@
-// The application: defaults for its behaviour, and all of a main program.
+// The application: defaults for its behaviour, and a complete main program.
 #pragma once
 
 #include <memory>
@@ -9,8 +9,8 @@
 
 namespace NSMorvane {
 
-// Idle calls serve the timers; without one that is due before, the next call comes in a second. OnQuitEvent
-// and OnOpenURL do nothing: override them, or derive from CDefaultApplication.
+// Idle calls run the timers. The next call comes when the next timer is due, and after a second at the
+// latest. OnQuitEvent and OnOpenURL do nothing: override them, or derive from CDefaultApplication.
 class CDefaultRunBehavior : public IMorvaneRunBehavior {
  public:
   TError IMorvaneRunBehavior_OnStartUp() override { return kOK; }
@@ -47,8 +47,8 @@ class CDefaultRunBehavior : public IMorvaneRunBehavior {
 class CDefaultApplication : public CDefaultRunBehavior {
  public:
   explicit CDefaultApplication(IMorvane& morvane) : fMorvane(morvane), fRootObject(morvane) {}
-  // Starts quitting, unless that has begun. Without a document window nobody but a dialog may be open: one
-  // that tells what went wrong, say, stays until it is answered, and the event comes again then.
+  // Starts quitting, unless that has begun already. If there is no document window but a dialog is open, for
+  // example one that reports a failure, quitting waits until the dialog has gone: then the event comes again.
   TError IMorvaneRunBehavior_OnQuitEvent() override {
     return Guarded([&]() -> TError {
       TFlag isQuitting = 0;
@@ -57,8 +57,9 @@ class CDefaultApplication : public CDefaultRunBehavior {
       return fMorvane.IMorvane_StartQuitting();
     });
   }
-  // For an application that opens no files: does what it does without them, unless a document window is open.
-  // When nothing came of that, it is not tried again, and the quit event follows.
+  // For an application that opens no files: does what the application does at a start without files, unless a
+  // document window is open. If that opens no document window, it is not tried again, and the quit event
+  // follows.
   TError IMorvaneRunBehavior_OnOpenURL(const char*) override {
     return Guarded([&]() -> TError {
       if (fOpensNothing || HasDocumentWindow()) return kOK;
@@ -87,7 +88,7 @@ class CDefaultApplication : public CDefaultRunBehavior {
   CRootObjectScope fRootObject;
 };
 
-// The names of an application that goes away with its last window. What the user reads is the product's name.
+// The startup parameters of an application that ends with its last window. Users read its product name.
 inline TStartupParams StartupParams(std::u16string_view company, std::u16string_view product) {
   TStartupParams params = {};
   CopyText(params.fCompanyName, company);
@@ -96,9 +97,9 @@ inline TStartupParams StartupParams(std::u16string_view company, std::u16string_
   return params;
 }
 
-// Runs a TApplication, made of the root object and `arguments`, to its end. The result is an exit code for
-// main: 0, or the error code of what went wrong. The debug layers, which are on unless told otherwise, are
-// off.
+// Makes a TApplication from the root object and `arguments`, and runs it to its end. The result is an exit
+// code for main: 0, or the error code of what went wrong. The debug layers, which are on by default, are
+// switched off.
 //   int main() { return RunApplication<CHelloApplication>(StartupParams(u"Example", u"Hello")); }
 template <class TApplication, class... TArguments>
 int RunApplication(const TStartupParams& params, TArguments&&... arguments) {
@@ -110,7 +111,7 @@ int RunApplication(const TStartupParams& params, TArguments&&... arguments) {
       ThrowIfFailed(morvane->IMorvane_SetDebugSettings(TDebugSettings{}));
       auto application = std::make_unique<TApplication>(*morvane, std::forward<TArguments>(arguments)...);
       const TError result = morvane->IMorvane_Run(application.get(), params);
-      // A run that succeeds has deleted its behaviour.
+      // On success IMorvane_Run has deleted the behaviour.
       if (result == kOK) static_cast<void>(application.release());
       return result;
     });

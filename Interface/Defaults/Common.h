@@ -1,4 +1,4 @@
-// What the other helpers stand on: failures, the root object, texts, rectangles, receivers, owning pointers.
+// What the other helpers use: failures, the root object, texts, rectangles, receivers, owning pointers.
 #pragma once
 
 #include <memory>
@@ -14,7 +14,7 @@ namespace NSMorvane {
 
 // --- Failures
 //
-// Nothing may be thrown across the boundary. Inside, a client may work with exceptions all the same.
+// No exception may cross the boundary to the library. Inside the client, exceptions may be used all the same.
 
 // Carries an error code out of the client's own functions.
 struct XFailed {
@@ -25,7 +25,7 @@ inline void ThrowIfFailed(TError error) {
   if (error != kOK) throw XFailed{error};
 }
 
-// Calls `body`, which returns a TError, and turns what it throws into one: the code of an XFailed,
+// Calls `body`, which returns a TError, and turns an exception into one: the code of an XFailed,
 // kOutOfMemoryError, or kOtherError for anything else.
 //   TError IViewBehavior_Draw(IDrawTools& tools) override {
 //     return Guarded([&] { ...; return kOK; });
@@ -45,9 +45,9 @@ TError Guarded(TBody&& body) {
 
 // --- The root object
 
-// The root object of the program, for those helpers that are not handed it: the factories that give windows
-// their first place. It is known while RunApplication runs, while a CDefaultApplication lives, and while one
-// of these scopes does; null otherwise.
+// The root object of the program, for helpers that do not get it as an argument: the factories that place new
+// windows. It is set while RunApplication runs, while a CDefaultApplication exists, and while a
+// CRootObjectScope exists; otherwise it is null.
 inline IMorvane*& RootObject() {
   static IMorvane* root = nullptr;
   return root;
@@ -147,7 +147,7 @@ struct CReleaser {
 
 // A view or a window that ends with its owner:
 //   CReleasePtr<IView> view(morvane.IMorvane_CreateView(...));
-// Views go before their window: declare the window first.
+// Views must end before their window: declare the window first.
 template <class TInterface>
 using CReleasePtr = std::unique_ptr<TInterface, CReleaser>;
 

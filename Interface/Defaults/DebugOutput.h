@@ -1,4 +1,4 @@
-// Hearing what the library says about itself, or just what went wrong.
+// Receivers of the debug output: of nothing, or only of what went wrong.
 #pragma once
 
 #include <algorithm>
@@ -12,7 +12,7 @@
 
 namespace NSMorvane {
 
-// Forgets everything.
+// Ignores everything.
 class CDefaultDebugOutput : public IDebugOutput {
  public:
   virtual ~CDefaultDebugOutput() = default;
@@ -22,8 +22,9 @@ class CDefaultDebugOutput : public IDebugOutput {
   void IDebugOutput_Unindent() override {}
 };
 
-// Whether a line of IDebugOutput_Print tells a failure, such as a code that came back, an exception, a call
-// of the system that failed, or views that were not released; and not what windows and menu bars are doing.
+// Whether a line of IDebugOutput_Print reports a failure, such as an error code that came back, an exception,
+// a system call that failed, or views that were not released. Lines about the normal work of windows and menu
+// bars are no failures.
 inline bool IsFailureLine(std::string_view line) {
   constexpr std::string_view kFailures[] = {"Error at ",
                                             "kUnsupported at ",
@@ -54,13 +55,13 @@ inline bool IsFailureLine(std::string_view line) {
                      [&](std::string_view each) { return line.find(each) != line.npos; });
 }
 
-// Hears assertions and failures only, as one line of text each, from its making to its end; what it hears is
-// told to `hear`. There is one debug output in a process: another one that was installed is not heard
-// meanwhile, and none is installed afterwards.
-//   CFailureOutput fFailures{fMorvane, [](const std::string& line) { std::fprintf(stderr, "%s\n",
-//   line.c_str()); }};
+// From its construction to its destruction, passes assertions and failures to `hear`, each as one line of
+// text. There is one debug output in a process: this one replaces the one that was installed, and afterwards
+// none is installed.
+//   CFailureOutput fFailures{fMorvane,
+//                            [](const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); }};
 // `hear` is called in the middle of the library's work, nearly always on the main thread: it must not call
-// back into the library. What it throws is dropped.
+// back into the library. An exception that it throws is ignored.
 class CFailureOutput : public CDefaultDebugOutput {
  public:
   CFailureOutput(IMorvane& morvane, std::function<void(const std::string&)> hear)

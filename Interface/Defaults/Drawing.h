@@ -1,11 +1,11 @@
-// The port or the pixels of a drawing, open for the length of a block.
+// Objects that open the port or the pixels of a drawing for the length of a block.
 #pragma once
 
 #include "Common.h"
 
 namespace NSMorvane {
 
-// The native port, open for the length of its life; null if the tools refuse it.
+// Keeps the native port open as long as it exists. The port is null if the tools refuse to open it.
 class COpenPort {
  public:
   explicit COpenPort(IDrawTools& tools) : fTools(tools) {
@@ -25,7 +25,7 @@ class COpenPort {
   HDC__* fHDC = nullptr;
 };
 
-// The pixels, open for the length of its life; false if the tools refuse them.
+// Keeps the pixels open as long as it exists. It converts to false if the tools refuse to open them.
 class COpenPixels {
  public:
   explicit COpenPixels(IDrawTools& tools)

@@ -8,10 +8,10 @@
 
 namespace NSMorvane {
 
-// A factory that makes a TBehavior with the new view or window as its first argument and whatever else it was
-// given:
+// Makes a TBehavior for a factory. The constructor gets the new view or window, and then whatever else the
+// factory was given:
 //   CViewFactory<CGridView, CDocument&> factory(document);
-// What the behaviour's constructor throws becomes an error code, as in Guarded.
+// An exception from the constructor becomes an error code, as in Guarded.
 template <class TBehavior, class TInterface, class... TArguments>
 TBehavior* MakeBehavior(TInterface& object, TError& outError, const std::tuple<TArguments...>& arguments) {
   TBehavior* behavior = nullptr;
@@ -24,7 +24,7 @@ TBehavior* MakeBehavior(TInterface& object, TError& outError, const std::tuple<T
   return behavior;
 }
 
-// The same for a window, which then gets its first place.
+// The same for a window, which is then placed for the first time.
 template <class TBehavior, class TKind, class... TArguments>
 TBehavior* MakeWindowBehavior(TKind& window, TError& outError, const std::tuple<TArguments...>& arguments,
                               IModalOwner* owner = nullptr) {
@@ -43,7 +43,7 @@ class CViewFactory : public IViewBehaviorFactory {
     fMade = MakeBehavior<TBehavior>(object, outError, fArguments);
     return fMade;
   }
-  // What was made last; the library owns it.
+  // The behaviour that was made last; the library owns it.
   TBehavior* Made() const { return fMade; }
 
  private:
@@ -61,7 +61,7 @@ class CDocumentWindowFactory : public IDocumentWindowBehaviorFactory {
     fMade = MakeWindowBehavior<TBehavior>(object, outError, fArguments);
     return fMade;
   }
-  // What was made last; the library owns it.
+  // The behaviour that was made last; the library owns it.
   TBehavior* Made() const { return fMade; }
 
  private:
@@ -79,7 +79,7 @@ class CModelessDialogFactory : public IModelessDialogBehaviorFactory {
     fMade = MakeWindowBehavior<TBehavior>(object, outError, fArguments);
     return fMade;
   }
-  // What was made last; the library owns it.
+  // The behaviour that was made last; the library owns it.
   TBehavior* Made() const { return fMade; }
 
  private:
@@ -99,7 +99,7 @@ class CModalDialogFactory : public IModalDialogBehaviorFactory {
   // The owner that IMorvane_CreateModalDialog gets; the dialog appears over it. Without this call it appears
   // over the active window.
   void SetOwner(IModalOwner* owner) { fOwner = owner; }
-  // What was made last; the library owns it.
+  // The behaviour that was made last; the library owns it.
   TBehavior* Made() const { return fMade; }
 
  private:
@@ -118,7 +118,7 @@ class CFloatingWindowFactory : public IFloatingWindowBehaviorFactory {
     fMade = MakeWindowBehavior<TBehavior>(object, outError, fArguments);
     return fMade;
   }
-  // What was made last; the library owns it.
+  // The behaviour that was made last; the library owns it.
   TBehavior* Made() const { return fMade; }
 
  private:
@@ -128,10 +128,10 @@ class CFloatingWindowFactory : public IFloatingWindowBehaviorFactory {
 
 // --- Windows in one call
 //
-// They make and show a window whose behaviour is a TBehavior, made of the window and `arguments`. The window
-// lives until it is released: by its behaviour, as a rule.
+// These functions make and show a window whose behaviour is a TBehavior, made from the window and
+// `arguments`. The window lives until it is released, usually by its behaviour.
 
-// Listed in window menus.
+// The window is listed in window menus.
 template <class TBehavior, class... TArguments>
 TError CreateDocumentWindow(IMorvane& morvane, TStyleFlags style, TArguments&&... arguments) {
   const CRootObjectScope scope(morvane);

@@ -8,11 +8,11 @@
 
 namespace NSMorvane {
 
-// The path that a "file://" URL of the library tells, as the system takes it:
+// The path in a "file://" URL of the library, in the form that the system expects:
 //   const std::filesystem::path path(PathOfURL(url));
-// Such URLs are not escaped: a percent sign is one of the file's name, and so are blanks. Quotes around the
-// path, as it stood on a command line, are taken off. Any character comes through, whatever the code page;
-// bytes that are no UTF-8 become U+FFFD. Empty if the text is no "file://" URL.
+// Such URLs are not escaped: percent signs and blanks belong to the file's name. Quotes around the path,
+// which come from a command line, are removed. All characters are kept, whatever the code page is; bytes that
+// are not UTF-8 become U+FFFD. Empty if the text is not a "file://" URL.
 inline std::u16string PathOfURL(std::string_view url) {
   constexpr std::string_view kScheme = "file://";
   if (!url.starts_with(kScheme)) return {};
@@ -39,7 +39,7 @@ inline std::u16string PathOfURL(std::string_view url) {
       isGood = isGood && (byteAt(i + k) & 0xC0) == 0x80;
       code = code << 6 | (byteAt(i + k) & 0x3F);
     }
-    // Half a pair of surrogates can be in the name of a file.
+    // A surrogate without its partner is accepted: the name of a file may contain one.
     if (!isGood || (length == 3 && code < 0x800) || (length == 4 && (code < 0x10000 || code > 0x10FFFF))) {
       path += u'\xFFFD';
       ++i;

@@ -14,7 +14,7 @@ namespace NSMorvane {
 
 namespace NSKeyNames {
 
-// A key that writes nothing visible, or whose character is a part of the notation.
+// A key that writes nothing visible, or whose character is part of the notation.
 struct TKeyName {
   std::u16string_view fName;
   TChar fText;
@@ -48,7 +48,8 @@ inline bool IsSameName(std::u16string_view a, std::u16string_view b) {
                     [](TChar x, TChar y) { return Lower(x) == Lower(y); });
 }
 
-// The key text behind a name; a text of one character stands for itself, as the key writes it without Shift.
+// The key text for the name of a key; empty if there is none of that name. A single character stands for
+// itself, a letter for what its key writes without Shift.
 inline std::u16string TextOfName(std::u16string_view name) {
   for (const TKeyName& each : kKeyNames)
     if (IsSameName(each.fName, name)) return std::u16string(1, each.fText);
@@ -68,13 +69,13 @@ inline std::u16string TextOfName(std::u16string_view name) {
 
 }  // namespace NSKeyNames
 
-// The key that a text tells, for the shortcut of a menu item and for IMorvane_CanKeyBeInterpretedAs: any of
-// "Ctrl", "Shift" and "Alt", then the character that the key writes without Shift, or the name of a key:
-// Escape (Esc), Return (Enter), KeypadEnter, Tab, Space, Backspace, Delete (Del), Insert (Ins), Home, End,
-// PageUp, PageDown, Up, Down, Left, Right, F1 to F15. With + between them, and letters from A to Z in either
-// case:
+// The key that a text describes, for the shortcut of a menu item and for IMorvane_CanKeyBeInterpretedAs: any
+// of "Ctrl", "Shift" and "Alt", then the character that the key writes without Shift, or the name of a key,
+// with + between them. The names are Escape (Esc), Return (Enter), KeypadEnter, Tab, Space, Backspace, Delete
+// (Del), Insert (Ins), Home, End, PageUp, PageDown, Up, Down, Left, Right, and F1 to F15. Letters from A to Z
+// may be in either case:
 //   KeyOf(u"Ctrl+S"), KeyOf(u"Ctrl+Shift+S"), KeyOf(u"F5"), KeyOf(u"Shift+Left"), KeyOf(u"Ctrl++")
-// All zero, which is no key, for any other text.
+// For any other text the result is all zero, which stands for no key.
 inline TKeyInterpretation KeyOf(std::u16string_view text) {
   TKeyInterpretation key = {};
   for (;;) {
@@ -95,8 +96,8 @@ inline TKeyInterpretation KeyOf(std::u16string_view text) {
   return key;
 }
 
-// Whether a key event is the key that `key` tells, with just those modifiers, in one of the readings that the
-// layout gives it:
+// Whether a key event is the key that `key` describes, with exactly those modifiers, in one of the readings
+// that the keyboard layout gives it:
 //   if (IsKey(fMorvane, event, u"Ctrl+S")) ...
 // False for a text that KeyOf does not know.
 inline bool IsKey(IMorvane& morvane, const TKeyEvent& event, std::u16string_view key) {

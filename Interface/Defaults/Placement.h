@@ -1,8 +1,8 @@
-// Where a window first appears: documents one beside the other, dialogs in the middle of their owner,
-// palettes beside their document. All rectangles are frame rectangles in pixels, in screen coordinates.
+// Where a window first appears: documents in a cascade, dialogs in the middle of their owner, palettes beside
+// their document. All rectangles are frame rectangles in pixels, in screen coordinates.
 //
-// Windows whose behaviours derive from the CDefault... classes get their first place by themselves, from the
-// factories in Factories.h, unless the behaviour's constructor has moved them or the class says otherwise:
+// The factories in Factories.h place the windows whose behaviours derive from the CDefault... classes, unless
+// the behaviour's constructor has moved the window or the class says otherwise:
 //   static constexpr TFirstPlace kFirstPlace = kFirstPlaceAsMade;
 #pragma once
 
@@ -22,7 +22,7 @@ enum : std::int32_t {
   kBesideGap = 8        // between a palette and its document
 };
 
-// `rect` moved so that it lies in `area`; if it is too large, its left top corner does.
+// `rect` moved so that it lies in `area`; if it is too large, its top left corner lies there.
 inline TRect KeptIn(const TRect& rect, const TRect& area) {
   const std::int32_t left = std::max(std::min(rect.fLeft, area.fRight - WidthOf(rect)), area.fLeft);
   const std::int32_t top = std::max(std::min(rect.fTop, area.fBottom - HeightOf(rect)), area.fTop);
@@ -36,8 +36,9 @@ inline TRect CentredRect(const TSize& size, const TRect& over, const TRect& area
   return KeptIn({left, top, left + size.fWidth, top + size.fHeight}, area);
 }
 
-// A rectangle of this size to the right of a window, else to its left, else, where neither has room in
-// `area`, in the upper right corner of the window's client area: it never covers title and menus.
+// A rectangle of this size to the right of a window; if there is no room in `area`, to its left; if there is
+// no room either, in the upper right corner of the window's client area, so that it never covers title and
+// menus.
 inline TRect BesideRect(const TSize& size, const TRect& frame, const TRect& client, const TRect& area) {
   TPoint corner = {frame.fRight + kBesideGap, frame.fTop};
   if (corner.fX + size.fWidth > area.fRight) corner.fX = frame.fLeft - kBesideGap - size.fWidth;
@@ -46,7 +47,7 @@ inline TRect BesideRect(const TSize& size, const TRect& frame, const TRect& clie
 }
 
 // A rectangle of this size at the first place down the diagonal of `area` where it fits and where none of
-// `others` has its corner; where it fits nowhere, a free place all the same, partly outside.
+// `others` has its corner. If it fits nowhere, it gets a free place partly outside.
 inline TRect CascadedRect(const TSize& size, const std::vector<TRect>& others, const TRect& area) {
   const auto at = [&](std::size_t place) {
     const std::int32_t shift = kCascadeMargin + kCascadeStep * static_cast<std::int32_t>(place);
@@ -59,7 +60,7 @@ inline TRect CascadedRect(const TSize& size, const std::vector<TRect>& others, c
              std::max(rect.fTop, other.fTop) - std::min(rect.fTop, other.fTop) < kCascadeStep / 2;
     });
   };
-  // Each of the others takes one place at most.
+  // Each of the other windows takes at most one place.
   const std::size_t places = others.size() + 1;
   TRect firstFree = at(0);
   for (std::size_t place = places; place-- > 0;)
@@ -68,13 +69,13 @@ inline TRect CascadedRect(const TSize& size, const std::vector<TRect>& others, c
     const TRect rect = at(place);
     if (!isTaken(rect) && rect.fRight <= area.fRight && rect.fBottom <= area.fBottom) return rect;
   }
-  // Its title must stay in sight.
+  // The title must stay visible.
   const bool isSeen =
       firstFree.fLeft + kCascadeStep <= area.fRight && firstFree.fTop + kCascadeStep <= area.fBottom;
   return isSeen ? firstFree : at(0);
 }
 
-// The work area of the monitor that has most of `rect`; that of the main monitor if none has any of it.
+// The work area of the monitor that shows the most of `rect`, or of the main monitor if none shows any of it.
 inline TRect WorkAreaFor(const TMonitorList& monitors, const TRect& rect) {
   TRect found = monitors.fMonitors[monitors.fMainMonitorIndex].fWorkArea;
   std::int64_t most = 0;
@@ -93,9 +94,9 @@ inline TRect WorkAreaFor(const TMonitorList& monitors, const TRect& rect) {
 
 // --- Windows that are there
 
-// What IWindow_GetFrameRect gives for any window but a floating one, in screen coordinates.
+// Converts the result of IWindow_GetFrameRect, of any window except a floating one, to screen coordinates.
 inline TRect FrameOnScreen(const TMonitorList& monitors, const TRect& frame) {
-  // A maximized window covers the work area of a monitor, and tells it in screen coordinates.
+  // A maximized window covers the work area of a monitor, and its rectangle is in screen coordinates already.
   for (std::uint32_t i = 0; i < monitors.fMonitorCount; ++i) {
     const TRect& area = monitors.fMonitors[i].fWorkArea;
     if (frame.fLeft <= area.fLeft && frame.fTop <= area.fTop && frame.fRight >= area.fRight &&
@@ -108,15 +109,16 @@ inline TRect FrameOnScreen(const TMonitorList& monitors, const TRect& frame) {
   return {frame.fLeft + x, frame.fTop + y, frame.fRight + x, frame.fBottom + y};
 }
 
-// The frame of a window, of a minimized one that it returns to. Not for floating windows. Throws XFailed.
+// The frame of a window; for a minimized window, the frame that it returns to. Not for floating windows.
+// Throws XFailed.
 inline TRect FrameOnScreen(const TMonitorList& monitors, IWindow& window) {
   TRect frame = {};
   ThrowIfFailed(window.IWindow_GetFrameRect(frame));
   return FrameOnScreen(monitors, frame);
 }
 
-// The shown documents, modeless dialogs and modal dialogs, front window first in each list; palettes are left
-// out. Throws XFailed.
+// The documents, modeless dialogs and modal dialogs that are shown, front window first in each list. Palettes
+// are left out. Throws XFailed.
 struct TShownWindows {
   CVectorWindowReceiver fDocuments, fModelessDialogs, fModalDialogs;
 
@@ -140,10 +142,11 @@ struct TShownWindows {
 
 // --- Placing a window
 //
-// In the constructor of its behaviour, before it is shown, or later. Size first, then place. They give the
-// code of what went wrong, and the window then stays where it is.
+// Call these functions in the constructor of the window's behaviour, before the window is shown, or later.
+// Set the size first, then the place. If something goes wrong they return its code, and the window stays
+// where it is.
 
-// Moves the rectangle that the window shows to another corner, and the one that it does not show with it.
+// Moves both rectangles of the window to another top left corner: the one that it shows, and the other one.
 template <class TKind>
 TError MoveTo(TKind& window, const TPoint& corner) {
   return ChangeState(window, [&](auto& state) {
@@ -152,7 +155,7 @@ TError MoveTo(TKind& window, const TPoint& corner) {
   });
 }
 
-// What both have in common: `place` finds the rectangle for the size of the window.
+// What the three functions below have in common: `place` finds the rectangle for the size of the window.
 template <class TKind, class TPlace>
 TError PlaceWith(IMorvane& morvane, TKind& window, TPlace&& place) {
   return Guarded([&] {
@@ -166,7 +169,8 @@ TError PlaceWith(IMorvane& morvane, TKind& window, TPlace&& place) {
   });
 }
 
-// A document window down the diagonal of the monitor of the front document, where no document has its corner.
+// Places a document window on the diagonal of the front document's monitor, where no other document has its
+// corner.
 template <class TKind>
 TError PlaceCascaded(IMorvane& morvane, TKind& window) {
   return PlaceWith(morvane, window, [&](const TMonitorList& monitors, const TSize& size) {
@@ -178,9 +182,9 @@ TError PlaceCascaded(IMorvane& morvane, TKind& window) {
   });
 }
 
-// In the middle of its owner, and all of it on the owner's monitor. Without an owner, or with one that is no
-// window of the library: of the active window, or else of the front document; without either, in the middle
-// of the main monitor.
+// Places a window in the middle of its owner, completely on the owner's monitor. Without an owner, or with an
+// owner that is not a window of the library, the active window takes the owner's place, or else the front
+// document. Without either, the window is placed in the middle of the main monitor.
 template <class TKind>
 TError PlaceCentred(IMorvane& morvane, TKind& window, IModalOwner* owner = nullptr) {
   return PlaceWith(morvane, window, [&](const TMonitorList& monitors, const TSize& size) {
@@ -207,8 +211,9 @@ TError PlaceCentred(IMorvane& morvane, TKind& window, IModalOwner* owner = nullp
   });
 }
 
-// Beside `document`, or the front document if it is null: to its right, else to its left, else in the upper
-// right corner of its client area. Without documents, in that corner of the main monitor.
+// Places a window beside `document`, or beside the front document if it is null: to its right, else to its
+// left, else in the upper right corner of its client area. Without documents, it is placed in the upper right
+// corner of the main monitor's work area.
 template <class TKind>
 TError PlaceBeside(IMorvane& morvane, TKind& window, IWindow* document = nullptr) {
   return PlaceWith(morvane, window, [&](const TMonitorList& monitors, const TSize& size) {
@@ -226,9 +231,9 @@ TError PlaceBeside(IMorvane& morvane, TKind& window, IWindow* document = nullptr
 
 // --- For the factories
 
-// Gives a window whose behaviour has just been made its first place, unless the behaviour has moved its top
-// left corner away from that of `made`, the rectangle that it had before. Without a root object (see
-// CRootObjectScope), or when something fails, it stays where it is.
+// Places a window whose behaviour has just been made. `made` is the rectangle that the window had before: if
+// the behaviour has moved the top left corner since then, the window stays where it is. It also stays without
+// a root object (see CRootObjectScope), or if something fails.
 template <class TBehavior, class TKind>
 void GiveFirstPlace(TKind& window, const TRect& made, IModalOwner* owner) {
   if constexpr (requires { TBehavior::kFirstPlace; }) {

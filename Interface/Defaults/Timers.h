@@ -34,7 +34,7 @@ class CTimerList {
     return std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
   }
 
-  // True if no other timer, for which an idle call is under way, is due as early.
+  // True if the new timer is due before all others. Timers whose callbacks are running do not count.
   bool Add(std::shared_ptr<TEntry> entry) {
     const auto isEarlier = [&](const auto& other) {
       return !other->fIsCalling && other->fDue <= entry->fDue;
@@ -45,8 +45,9 @@ class CTimerList {
   }
   void Remove(const std::shared_ptr<TEntry>& entry) { std::erase(fEntries, entry); }
 
-  // Calls back what is due, the earliest first, and gives the first code that is not kOK. A callback may
-  // start and end timers, its own too, and may run a blocking dialog, in which the other timers go on.
+  // Calls the callbacks of the timers that are due, the earliest first, and returns the first code that is
+  // not kOK. A callback may start and end timers, including its own. It may run a blocking dialog, in which
+  // the other timers continue.
   TError RunDue() {
     TError error = kOK;
     const std::int64_t now = NowMS();
@@ -54,14 +55,14 @@ class CTimerList {
       entry->fDue += entry->fPeriodMS;
       if (entry->fPeriodMS == 0)
         Remove(entry);
-      else if (entry->fDue <= now)  // what was missed is not made up for
+      else if (entry->fDue <= now)  // calls that were missed are left out
         entry->fDue = now + entry->fPeriodMS;
       entry->fIsCalling = true;
       const TError result = Guarded(entry->fCallback);
       entry->fIsCalling = false;
       if (result == kOK) continue;
       if (error == kOK) error = result;
-      // An idle call that fails has no next one.
+      // An idle call that fails does not ask for the next one.
       entry->fMorvane.IMorvane_WakeUpIdle();
     }
     return error;
@@ -85,18 +86,18 @@ class CTimerList {
   std::vector<std::shared_ptr<TEntry>> fEntries;
 };
 
-// Calls back after a while, once or again and again, until it is stopped or deleted. It belongs to whoever is
+// Calls back once or repeatedly, until it is stopped or destroyed. It is a member of the object that is
 // called back, and ends with it:
 //   CTimer fBlink;
 //   ThrowIfFailed(fBlink.CallEvery(500, [this] { return Blink(); }));
-// Callbacks come on the main thread, from IMorvaneRunBehavior_OnIdle of CDefaultRunBehavior; a behaviour that
-// overrides it calls that one too, and does not lengthen the delay that comes out. They come while the system
-// shows a menu or the user moves a window too. They are never early, and some 25 ms late at most while the
-// main thread is free; up to a second where a behaviour's own OnIdle fails. A callback may delete its timer
-// and its owner. The code that it returns, or what it throws as in Guarded, is handed to
-// IMorvaneRunBehavior_OnUnhandledError, and the timer goes on.
+// Callbacks come on the main thread, from IMorvaneRunBehavior_OnIdle of CDefaultRunBehavior. A behaviour that
+// overrides OnIdle must call that one too, and must not make the resulting delay longer. Callbacks also come
+// while the system shows a menu or the user moves a window. They are never early. They are about 25 ms late
+// at most while the main thread is free, or up to a second if a behaviour's own OnIdle fails. A callback may
+// delete its timer and its owner. The code that it returns, or the code that Guarded makes of what it throws,
+// is passed to IMorvaneRunBehavior_OnUnhandledError, and the timer continues.
 //
-// All of it is for the main thread, and timers must end before the root object does.
+// Use timers on the main thread only. They must end before the root object does.
 class CTimer {
  public:
   explicit CTimer(IMorvane& morvane) : fMorvane(morvane) {}
@@ -104,16 +105,16 @@ class CTimer {
   CTimer(const CTimer&) = delete;
   CTimer& operator=(const CTimer&) = delete;
 
-  // Once, when `ms` milliseconds have passed; at least 1. A timer that runs already begins anew.
+  // Calls back once, after `ms` milliseconds; at least 1. A timer that is running is started again.
   TError CallOnce(std::int64_t ms, std::function<TError()> callback) {
     return Start(ms, 0, std::move(callback));
   }
-  // Every `ms` milliseconds; at least 1. Calls that the application had no time for are left out. While the
-  // callback runs, in a blocking dialog that it opens, it is not called again.
+  // Calls back every `ms` milliseconds; at least 1. Calls that the application had no time for are left out.
+  // While the callback is running, even in a blocking dialog that it opens, it is not called again.
   TError CallEvery(std::int64_t ms, std::function<TError()> callback) {
     return Start(ms, std::max<std::int64_t>(ms, 1), std::move(callback));
   }
-  // No call comes any more.
+  // After this, no call comes.
   void Stop() {
     if (fEntry) CTimerList::TheList().Remove(fEntry);
     fEntry.reset();
@@ -129,7 +130,8 @@ class CTimer {
           CTimerList::TEntry{fMorvane, due, std::min(periodMS, kLongestMS), std::move(callback)});
       const bool isFirst = CTimerList::TheList().Add(entry);
       fEntry = std::move(entry);
-      // The idle call under way, or that comes now, asks for the next one in time.
+      // The delay that was asked for before is too long now. The idle call that is running, or the one
+      // requested here, asks for a shorter one.
       return isFirst ? fMorvane.IMorvane_WakeUpIdle() : TError{kOK};
     });
   }

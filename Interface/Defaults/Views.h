@@ -7,7 +7,7 @@
 
 namespace NSMorvane {
 
-// The parameters of an enabled view, with an empty rectangle until it is told where it stands.
+// The parameters of an enabled view, with an empty rectangle.
 inline TViewParams ViewParams(TViewDrawMode drawMode = kViewDrawDirect,
                               TAutoInvalidation autoInvalidation = kAutoInvalidationFull) {
   return {kViewEnabled, {0, 0, 0, 0}, drawMode, autoInvalidation};
@@ -31,12 +31,12 @@ inline TError SetRect(IView& view, const TRect& rect) {
 //   CViewOf<CGridView> fGrid;
 //   ThrowIfFailed(fGrid.Create(morvane, RootViewOf(window), "Grid", ViewParams(), document));
 //   fGrid->SetSpacing(20);
-// The owner is the window's behaviour, say, and not the behaviour of a super view: that one waits for its
-// subviews to go first, and both would stay for ever. Declare super views before their subviews.
+// The owner can be the window's behaviour, for example. It must not be the behaviour of a super view: a super
+// view lives as long as its subviews, so neither would ever end. Declare super views before their subviews.
 template <class TBehavior>
 class CViewOf {
  public:
-  // Makes the view under `superView`, with a behaviour made of the view and `arguments`.
+  // Makes the view under `superView`. Its behaviour is made from the view and `arguments`.
   template <class... TArguments>
   TError Create(IMorvane& morvane, IView& superView, const char* debugName, const TViewParams& params,
                 TArguments&&... arguments) {
@@ -67,7 +67,7 @@ class CViewOf {
 class CDefaultViewBehavior : public IViewBehavior {
  public:
   CDefaultViewBehavior() = default;
-  explicit CDefaultViewBehavior(IView&) {}  // as factories call it: a view that only holds others
+  explicit CDefaultViewBehavior(IView&) {}  // used by factories, for a view that only holds others
   TError IViewBehavior_Draw(IDrawTools&) override { return kOK; }
   TError IViewBehavior_PostProcessDraw(IDrawTools&) override { return kOK; }
   TError IViewBehavior_OnOffset(std::int32_t, std::int32_t) override { return kOK; }

@@ -7,7 +7,7 @@
 
 namespace NSMorvane {
 
-// The operations that all kinds of windows have, found by the kind.
+// The operations that all kinds of windows have, selected by the kind.
 template <class TKind>
 struct TWindowTraits;
 template <>
@@ -39,7 +39,7 @@ struct TWindowTraits<IFloatingWindow> {
   static constexpr auto kGetWindow = &IFloatingWindow::IFloatingWindow_GetWindow;
 };
 
-// Changes something of a window's state and leaves the rest:
+// Changes a part of a window's state and keeps the rest:
 //   ChangeState(window, [](auto& state) { CopyText(state.fTitle, u"Hello"); });
 template <class TKind, class TChange>
 TError ChangeState(TKind& window, TChange&& change) {
@@ -50,8 +50,8 @@ TError ChangeState(TKind& window, TChange&& change) {
   return (window.*TWindowTraits<TKind>::kSetState)(state);
 }
 
-// What a window of any kind has in common with the others, and the view that all its views hang under. They
-// throw XFailed, and only for a window that is broken.
+// The interface that all kinds of windows share, and the root view of a window. They throw XFailed, but only
+// for a window that is broken.
 template <class TKind>
 IWindow& WindowOf(TKind& window) {
   IWindow* common = nullptr;
@@ -65,16 +65,16 @@ IView& RootViewOf(TKind& window) {
   return *root;
 }
 
-// The rectangle that a window of this state shows when it is neither minimized nor maximized: its frame, in
-// screen coordinates.
+// The frame rectangle of a window in this state when it is neither minimized nor maximized, in screen
+// coordinates.
 template <class TPlacement>
 TRect ShownRect(const TWindowState<TPlacement>& state) {
   const TPlacement& placement = state.fPlacement;
   return placement.fZoomState == kWindowStateIdeal ? placement.fIdealRect : placement.fUserRect;
 }
 
-// Gives the client area a size in pixels; the window keeps its left top corner. Of a document window that is
-// not shown yet this is the size with a menu bar of one row.
+// Gives the client area a size in pixels. The top left corner of the window stays where it is. For a document
+// window that is not shown yet, this is the size if it has a menu bar of one row.
 template <class TKind>
 TError SetClientSize(TKind& window, const TSize& size) {
   return Guarded([&] {
@@ -91,8 +91,8 @@ TError SetClientSize(TKind& window, const TSize& size) {
 
 // What the factories do with a window that its behaviour has not placed; see Placement.h.
 enum TFirstPlace {
-  kFirstPlaceAsMade,    // nothing: the system's place
-  kFirstPlaceCascaded,  // beside the other documents
+  kFirstPlaceAsMade,    // nothing: it appears where the system puts it
+  kFirstPlaceCascaded,  // in a cascade with the other documents
   kFirstPlaceCentred,   // in the middle of its owner
   kFirstPlaceBeside     // beside the front document
 };
