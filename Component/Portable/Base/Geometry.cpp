@@ -7,7 +7,7 @@ namespace NSMorvane {
 TRect MoveRectInside(const TRect& moveRect, const TRect& biggerRect) {
   MORVANE_ASSERT_TEXT("(moveRect.fRight-moveRect.fLeft) <= (biggerRect.fRight-biggerRect.fLeft)", RectWidth(moveRect) <= RectWidth(biggerRect));
   MORVANE_ASSERT_TEXT("(moveRect.fBottom-moveRect.fTop) <= (biggerRect.fBottom-biggerRect.fTop)", RectHeight(moveRect) <= RectHeight(biggerRect));
-  // In 64 bits, since an edge may leave the range on its way to its final place.
+  // In 64 bits, since an edge may leave the 32-bit range on the way to its final place.
   const std::int64_t width = RectWidth(moveRect);
   const std::int64_t height = RectHeight(moveRect);
   std::int64_t left = moveRect.fLeft;
@@ -41,7 +41,7 @@ std::uint32_t FindBestMonitor(const TMonitorList& monitors, const TRect& rect) {
   for (std::uint32_t i = 0; i < count; ++i) {
     TRect shown = rect;
     if (!IntersectRect(shown, monitors.fMonitors[i].fWorkArea)) continue;
-    // Two sides of up to 32 bits each fill 64 bits.
+    // The product of two sides of 32 bits needs all 64 bits.
     const std::uint64_t area =
         static_cast<std::uint64_t>(RectWidth(shown)) * static_cast<std::uint64_t>(RectHeight(shown));
     if (area > bestArea) {

@@ -1,5 +1,5 @@
-// Arithmetic on points and rectangles. Coordinates may be anything that 32 bits hold: what would leave that
-// range is computed in 64 bits and ends at its edge.
+// Arithmetic on points and rectangles. Coordinates may have any 32-bit value. Results that would leave that
+// range are computed in 64 bits and clamped.
 #pragma once
 
 #include <algorithm>
@@ -23,7 +23,7 @@ inline bool operator==(const TRect& a, const TRect& b) {
   return a.fLeft == b.fLeft && a.fTop == b.fTop && a.fRight == b.fRight && a.fBottom == b.fBottom;
 }
 
-// The nearest number that 32 bits hold.
+// Clamps to 32 bits.
 inline std::int32_t ToCoordinate(std::int64_t value) {
   return static_cast<std::int32_t>(std::clamp<std::int64_t>(value, std::numeric_limits<std::int32_t>::min(),
                                                             std::numeric_limits<std::int32_t>::max()));
@@ -86,7 +86,8 @@ TRect MoveRectInside(const TRect& moveRect, const TRect& biggerRect);
 // lower than the parts of `minimumSize` that are above 0, even if it then sticks out.
 TRect ConstrainRectToMonitor(const TMonitor& monitor, const TRect& rect, const TSize& minimumSize);
 
-// The index of the monitor whose work area shows the most of `rect`; of equals the first, and 0 if none does.
+// The index of the monitor whose work area shows the most of `rect`. If several show the same, the first of
+// them; if none shows any of it, 0.
 std::uint32_t FindBestMonitor(const TMonitorList& monitors, const TRect& rect);
 
 }  // namespace NSMorvane

@@ -108,7 +108,7 @@ void DebugPrint(const std::string& text) { DebugPrint(text.c_str()); }
 
 void DebugThrown(const char* file, std::int32_t line) {
   // Sic: the prefix stands here too, so that the finished line carries it twice.
-  char buffer[1024];  // of its own: any thread may throw
+  char buffer[1024];  // not shared: any thread may throw
   std::snprintf(buffer, sizeof(buffer), "[Morvane] Exception thrown at %s(%d)", file, static_cast<int>(line));
   DebugPrint(buffer);
 }

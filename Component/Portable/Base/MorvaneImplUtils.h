@@ -1,7 +1,7 @@
-// The frame of the library: exceptions, error codes, debug output. Every other file stands on this one.
+// The basis of the library: exceptions, error codes, debug output. Every other file builds on this one.
 //
 // Outside the library failures travel as TError codes, inside it as exceptions. ErrorFromException and
-// ThrowError convert one into the other. Assertions are reports only: the code after a failed one runs on.
+// ThrowError convert one into the other. Assertions only report: the code after a failed one is executed.
 #pragma once
 
 #include <cstdint>
@@ -74,11 +74,11 @@ TError ErrorFromException(const std::exception* exception);
 // Throws the exception that stands for a code; kOK returns. Logs nothing.
 void ThrowError(TError error);
 
-// ThrowError, after a line that tells the code and where it came from. For every code that comes back from a
-// client callback.
+// Prints a line with the code and the place, and then calls ThrowError. Does nothing for kOK. Used for every
+// code that a client callback returns.
 void CheckError(const char* file, std::int32_t line, TError error);
 
-// Runs an action behind a wall: the code of what it throws, or kOK.
+// Runs an action and returns the code of the exception that it throws, or kOK.
 template <class TAction>
 TError ErrorOf(TAction&& action) {
   try {
@@ -105,10 +105,10 @@ extern IDebugOutput* gDebugOutput;
 void DebugAssert(const char* file, std::int32_t line, const char* expression);
 void DebugPrint(const char* text);
 void DebugPrint(const std::string& text);
-// Announces the throw that follows it.
+// Prints a line about the throw that follows it.
 void DebugThrown(const char* file, std::int32_t line);
 
-// Everything printed while this lives is one level deeper.
+// Indents everything that is printed while this object exists.
 class DebugIndentScope {
  public:
   DebugIndentScope();
@@ -117,7 +117,7 @@ class DebugIndentScope {
   DebugIndentScope& operator=(const DebugIndentScope&) = delete;
 };
 
-// Marks a field of an object that is about to go; the compiler would leave out a plain store.
+// Marks a field of an object that is being destroyed. The compiler would drop a plain store.
 template <class TField>
 void PoisonField(TField& field, std::type_identity_t<TField> value) {
   *const_cast<volatile TField*>(&field) = value;
@@ -129,17 +129,17 @@ void PoisonField(TField& field, std::type_identity_t<TField> value) {
 #define MORVANE_ASSERT(...) \
   ((__VA_ARGS__) ? void() : ::NSMorvane::DebugAssert(__FILE__, __LINE__, #__VA_ARGS__))
 
-// A clause whose reported text is not its own.
+// Reports `text` instead of the clause.
 #define MORVANE_ASSERT_TEXT(text, ...) \
   ((__VA_ARGS__) ? void() : ::NSMorvane::DebugAssert(__FILE__, __LINE__, text))
 
 // A branch that must not be reached.
 #define MORVANE_UNREACHED() ::NSMorvane::DebugAssert(__FILE__, __LINE__, "false")
 
-// Announces and throws.
+// Prints a line about the throw, and throws.
 #define MORVANE_THROW(...) (::NSMorvane::DebugThrown(__FILE__, __LINE__), throw __VA_ARGS__)
 
-// Announces and throws on the exception being handled.
+// Prints a line about the throw, and rethrows the exception that is being handled.
 #define MORVANE_RETHROW() (::NSMorvane::DebugThrown(__FILE__, __LINE__), throw)
 
 // Turns a code of a client callback into an exception, with a line in the log.

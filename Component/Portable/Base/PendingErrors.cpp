@@ -8,7 +8,7 @@ namespace NSMorvane {
 
 namespace {
 
-// Process-wide: whoever keeps an error, down to the destructor of a window, may know of no root object.
+// Process-wide: code that keeps an error, such as the destructor of a window, may not know a root object.
 TError gPendingError = kOK;
 
 }  // namespace

@@ -1,4 +1,5 @@
-// Errors that could not be thrown on because the system's stack was in between, or a destructor.
+// Errors that could not be thrown any further, because they occurred in a callback of the system or in a
+// destructor.
 #pragma once
 
 #include "Interface/MorvaneTypes.h"
@@ -8,7 +9,7 @@ namespace NSMorvane {
 // Keeps an error for the next delivery. The oldest is delivered, the others are dropped. Main thread only.
 void KeepPendingError(TError error) noexcept;
 
-// The error that is to be delivered, and kOK from then on.
+// Returns the error that is to be delivered, and forgets it; kOK if there is none.
 TError TakePendingError() noexcept;
 
 }  // namespace NSMorvane

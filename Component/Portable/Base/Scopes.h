@@ -1,4 +1,4 @@
-// The two smallest classes that others are built from.
+// Two small classes that others are built from.
 #pragma once
 
 #include <utility>
@@ -15,7 +15,7 @@ class CNotCopied {
   ~CNotCopied() = default;
 };
 
-// Sets a flag while it lives.
+// Sets a flag as long as it exists, and then restores its old value.
 class CFlagScope : CNotCopied {
  public:
   explicit CFlagScope(bool& flag) : fFlag(flag), fBefore(std::exchange(flag, true)) {}
