@@ -13,9 +13,9 @@ struct TResourceKey {
   std::int32_t number;  // not checked against the range that resources have
 };
 
-// The first "/" must stand at index 4. What follows it is read as a scan for a decimal reads it, so that text
-// behind the digits does not matter. std::invalid_argument for any other form, XIllegalTextFormat for a
-// character above 127 in the number.
+// The first "/" must stand at index 4. What follows is read by ReadDecimal, so text after the digits is
+// ignored. std::invalid_argument for any other form, XIllegalTextFormat for a character above 127 in the
+// number.
 TResourceKey ParseResourceKey(const std::string& key);
 
 // The number of the platform's predefined resource type that a four-character name stands for, or 0 if the

@@ -1,4 +1,4 @@
-// From a resource key to the bytes of one resource.
+// Loading the bytes of a resource by its key.
 #pragma once
 
 #include <cstdint>
@@ -15,13 +15,13 @@ struct TResourceBytes {
 // Used on the thread of the run loop only.
 class IResourceLoader {
  public:
-  // The key has the form "SSTR/1000" (ResourceKey.h). Each success is answered by one call of Release.
+  // The key has the form "SSTR/1000" (ResourceKey.h). Each successful call needs one call of Release.
   virtual TResourceBytes Load(const std::string& key) = 0;
   virtual void Release(const TResourceBytes& bytes) = 0;
   virtual ~IResourceLoader() = default;
 };
 
-// Holds one resource for the length of its life. The loader must live as long.
+// Holds one resource as long as it exists. The loader must live as long.
 class CLockedResource {
  public:
   CLockedResource(IResourceLoader& loader, const std::string& key)

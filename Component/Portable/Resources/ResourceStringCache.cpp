@@ -28,13 +28,13 @@ void CResourceStringCache::ReadBank(const std::string& bank, const std::string& 
   const TString script = NSTextPackage::ReadText(reader, 0, resource.size(), u'_');
   const auto entries = NSStringScript::ParseStringScript(script);
 
-  // The value is of no use: the strings are found by the text of their keys. A key without a number at its
-  // end is refused, though not before the script itself has been found good.
+  // The value is not used: the strings are found by the text of their keys. But a key without a number at its
+  // end is refused, after the script has been parsed without an error.
   std::int32_t id = 0;
   if (!NSTextPackage::ReadDecimal(NSTextPackage::ASCIIToString(idText, 0), id))
     MORVANE_THROW(std::exception());
 
-  // Of two strings with the same id the first stays.
+  // If two strings have the same id, the first one is used.
   for (const auto& entry : entries) fCache.insert({bank + "/" + std::to_string(entry.id), entry.text});
 }
 

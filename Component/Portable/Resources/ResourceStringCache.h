@@ -1,5 +1,5 @@
 // Translatable strings by their keys: "SSTR/1000/1" is the string with the id 1 in the string script that is
-// the resource "SSTR/1000". A whole script is read for the first of its strings and stays in memory.
+// the resource "SSTR/1000". The whole script is read when its first string is asked for, and stays in memory.
 #pragma once
 
 #include <map>
@@ -23,8 +23,8 @@ class CResourceStringCache : public IResourceStringCache {
   explicit CResourceStringCache(IResourceLoader& loader) : fLoader(&loader) {}
 
   // The id in the key must be spelled in plain decimal. std::invalid_argument for a key without "/" or an id
-  // that the script does not have, std::exception for an id that is no number, XIllegalTextFormat and
-  // XBadFormat for a script that is none, and whatever the loader throws.
+  // that the script does not have, std::exception for an id that is not a number, XIllegalTextFormat and
+  // XBadFormat for an invalid script, and whatever the loader throws.
   NSTextPackage::TString GetString(const std::string& key) override;
 
  private:
@@ -34,8 +34,8 @@ class CResourceStringCache : public IResourceStringCache {
   IResourceLoader* fLoader;
 };
 
-// The one cache of a loader, made when it is first asked for. It goes by the loader's address and lives until
-// the process ends, so only loaders that live as long belong here.
+// The cache of a loader, made when it is first asked for. It is found by the loader's address and lives until
+// the process ends, so it is only for loaders that live as long.
 IResourceStringCache& GetResourceStringCache(IResourceLoader& loader);
 
 }  // namespace NSMorvane

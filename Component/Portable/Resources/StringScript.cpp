@@ -24,8 +24,8 @@ void CRawByteReader::ReadBytes(std::int64_t start, std::int64_t size, std::uint8
 
 CStringScriptParser::CStringScriptParser(const TString& text)
     : fText(text), fPos(0), fLineEnds(u"\u000D\u000A\u2028\u2029") {
-  // An empty text breaks it. The terminator, which is always there, then stands for the current character,
-  // and no script can begin with it.
+  // An empty text breaks the invariant. Then the current character is the terminator, with which no script
+  // can begin, and parsing throws.
   MORVANE_ASSERT(CheckInvariant());
 }
 

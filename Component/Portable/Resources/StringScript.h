@@ -48,10 +48,10 @@ class CStringScriptParser {
   bool IsAtEnd() const { return fPos == TString::npos; }
   bool IsAtLineEnd() const { return fLineEnds.find(fText[fPos]) != TString::npos; }
   bool IsAtComment() const;
-  // False behind the last character too.
+  // Whether `c` is the next character. False if there is none.
   bool IsNext(TChar c) const;
   void Advance();
-  // An entry cannot stop here: the end of the text throws.
+  // Throws at the end of the text, inside an entry.
   void RequireMore() const;
   void SkipBlanks();
   void SkipToNextLine();

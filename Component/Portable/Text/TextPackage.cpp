@@ -14,7 +14,8 @@ namespace {
 
 constexpr std::size_t kMaxMarkLength = 4;
 
-// How a lead byte reads: the bytes that belong to the sequence, and the bits of the lead byte itself.
+// What a lead byte means: the number of bytes in the sequence, and the bits of the lead byte that belong to
+// the code point.
 struct TSequenceForm {
   std::size_t length;
   std::uint8_t leadBits;
@@ -122,7 +123,7 @@ TString DecodeUTF8(const std::uint8_t* bytes, std::size_t count, TChar) {
     if (form.length == 7) codePoint = bytes[i + next++];
     for (; next < form.length; ++next) codePoint = (codePoint << 6) | (bytes[i + next] & 0x3F);
     AppendCodePoint(codePoint, result);
-    // Its last byte is read again as the lead byte of what follows.
+    // Sic: the last byte of the seven-byte form is read again as the next lead byte.
     i += std::min<std::size_t>(form.length, 6);
   }
   return result;
@@ -196,7 +197,7 @@ TString NumberToString(long value) { return DecimalText(value); }
 TString NumberToString(unsigned long value) { return DecimalText(value); }
 
 TString FloatToString(double value, int places) {
-  // A negative precision counts as none given, which is six.
+  // A negative precision counts as a missing one, which is six.
   if (places < 0) places = 6;
   // Sign, the digits of the largest value, point.
   constexpr std::size_t kMaxWholeLength = std::numeric_limits<double>::max_exponent10 + 4;
@@ -231,7 +232,7 @@ TString FormatText(const TString& text, std::uint32_t base, const std::vector<TS
     }
     std::uint64_t index = base;
     for (++i; i < text.size() && IsDigit(text[i]); ++i) {
-      // Once it is beyond every argument its value does not matter; it only must not wrap.
+      // Beyond the last argument the value does not matter any more, but it must not wrap.
       if (index < arguments.size()) index = index * 10 + (text[i] - u'0');
     }
     if (index < arguments.size()) result += arguments[static_cast<std::size_t>(index)];
