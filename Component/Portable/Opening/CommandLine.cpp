@@ -27,7 +27,7 @@ TString WithoutProgramName(TString text) {
   return text;
 }
 
-// Behind the quote that closes the one at `begin`, or the end of the text.
+// The position after the quote that closes the one at `begin`, or the end of the text.
 TString::size_type EndOfQuoted(const TString& text, TString::size_type begin) {
   const TString::size_type closing = text.find(kQuote, begin + 1);
   return closing == TString::npos ? text.size() : closing + 1;
@@ -40,7 +40,7 @@ TString::size_type EndOfOption(const TString& text, TString::size_type begin) {
   return end;
 }
 
-// Takes the options out of what stands behind the program's name. The rest are the files.
+// Removes the options from the text after the program's name. What remains are the files.
 TString TakeOptions(TString text, std::vector<TString>& outOptions) {
   if (!text.empty() && text.front() == kBlank) text.erase(0, 1);
   TString rest;
@@ -61,7 +61,7 @@ TString TakeOptions(TString text, std::vector<TString>& outOptions) {
   return rest;
 }
 
-// The file arguments as they stand.
+// The file arguments as they are written.
 std::vector<TString> CutFileArguments(TString s, const IFileSystemProbe& probe) {
   std::vector<TString> result;
   while (!s.empty()) {
@@ -81,7 +81,7 @@ TString WithoutQuotes(TString text) {
   return text;
 }
 
-// A file argument for another current folder; as it stands if there is nothing to change.
+// A file argument for a process with another current folder; unchanged if it has no full path.
 TString FullArgument(const TString& argument, const IFileSystemProbe& probe) {
   const bool isQuoted = !argument.empty() && argument.front() == kQuote;
   if (!isQuoted)
@@ -101,7 +101,7 @@ CCommandLine ParseCommandLine(const TString& commandLine, const IFileSystemProbe
 }
 
 TString WithFullPaths(const TString& commandLine, const IFileSystemProbe& probe, std::size_t maxLength) {
-  // Without a blank behind the program's name there is nothing to change, or it is not known where that ends.
+  // Without a blank after the program's name there is nothing to change, or its end is not known.
   const bool isQuoted = !commandLine.empty() && commandLine.front() == kQuote;
   const TString::size_type end = isQuoted ? EndOfQuoted(commandLine, 0) : commandLine.find(kBlank);
   if (end >= commandLine.size()) return commandLine;
@@ -124,7 +124,7 @@ TString WithFullPaths(const TString& commandLine, const IFileSystemProbe& probe,
   TString result = start;
   for (const TString& file : files) result += kBlank + file;
 
-  // A command line that is put together oddly reads otherwise now, and is better left alone.
+  // An odd command line can be read differently after these changes. In that case it is left alone.
   const CCommandLine now = ParseCommandLine(result, probe);
   const auto isSame = [](const TString& a, const TString& b) { return WithoutQuotes(a) == WithoutQuotes(b); };
   const bool isSound = now.fOptions == options &&

@@ -6,8 +6,8 @@ namespace NSMorvane {
 
 namespace {
 
-// Whether a list of names ends with an empty one inside the block. The system takes even an empty list to
-// begin with a name.
+// Whether a list of names is ended by an empty name inside the block. The system always reads a first name,
+// even from a list that begins with an empty one.
 template <class TUnit>
 bool IsTerminatedList(const std::byte* list, std::size_t size) {
   bool atStart = false;

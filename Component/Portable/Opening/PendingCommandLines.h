@@ -1,4 +1,4 @@
-// What command lines have asked for, the own one and those of later launches, until the client has been told.
+// What the command lines of this launch and of later ones ask for, until the client has been asked to do it.
 #pragma once
 
 #include <cstdint>
@@ -15,32 +15,33 @@ class CPendingCommandLines {
   CPendingCommandLines(const CPendingCommandLines&) = delete;
   CPendingCommandLines& operator=(const CPendingCommandLines&) = delete;
 
-  // The own command line. Its options take the place of those before; its files come behind those of an
-  // earlier launch that still wait for a dialog to end: none gets lost.
+  // Adds the command line of this launch. Its options replace the options so far. Its files are put behind
+  // those of earlier launches that still wait for a dialog to end, so none gets lost.
   void Add(CCommandLine commandLine);
-  // The same for that of a later launch. One without files asks for a document.
+  // The same for a later launch. If no file is waiting then, it asks for a document.
   void AddLaunch(CCommandLine commandLine);
 
   const std::vector<NSTextPackage::TString>& GetOptions() const { return fOptions; }
   bool IsAnyFile() const { return !fFiles.empty(); }
-  // The first one, which is forgotten.
+  // Removes the first file, which must be there, and returns it.
   NSTextPackage::TString TakeFile();
-  // Whether a launch has asked for a document since the last time.
+  // Whether a launch has asked for a document since the last call.
   bool TakeReopenRequest();
   // Whether the client is to be asked to open something.
   bool IsAnythingDue() const { return IsAnyFile() || fIsReopenRequested; }
 
-  // A later launch leaves its command line in a record, and sends a message that can get lost. So the record
-  // is looked at now and then, too. `isPending` tells whether a command line waits there; true if it is to be
-  // read now.
+  // A later launch writes its command line into a record, and sends a message that can get lost. So the
+  // record is also looked at from time to time: OnMessage is for the message, OnLook for such a look.
+  // `isPending` tells whether a command line is waiting in the record; the result is true if it must be read
+  // now.
   bool OnMessage(bool isPending);
   bool OnLook(bool isPending);
 
  private:
   std::vector<NSTextPackage::TString> fOptions;  // with their "/"
-  std::vector<NSTextPackage::TString> fFiles;    // still to be handed to the client
+  std::vector<NSTextPackage::TString> fFiles;    // still to be passed to the client
   bool fIsReopenRequested = false;               // a later launch came without files
-  std::uint32_t fUnannounced = 0;                // that were read before their message came, if it ever does
+  std::uint32_t fUnannounced = 0;                // command lines that were read before their message came
 };
 
 }  // namespace NSMorvane

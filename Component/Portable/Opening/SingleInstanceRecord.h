@@ -1,5 +1,5 @@
-// What the first process of an application shares with the later ones. All builds that are to meet must agree
-// on the record.
+// What the first process of an application shares with the later ones. All builds that run together must have
+// the same record.
 #pragma once
 
 #include <algorithm>
@@ -21,14 +21,14 @@ struct TSingleInstanceRecord {
 };
 static_assert(offsetof(TSingleInstanceRecord, fCommandLine) == 12 && sizeof(TSingleInstanceRecord) == 5212);
 
-// Cuts what is too long, and leaves nothing of a longer text that stood there.
+// Cuts a text that is too long, and erases what remains of a longer one that was there before.
 inline void WriteCommandLine(TSingleInstanceRecord& record, const NSTextPackage::TString& commandLine) {
   const std::size_t count = std::min(commandLine.size(), kMaxSentCommandLine);
   std::fill(std::copy_n(commandLine.begin(), count, record.fCommandLine), std::end(record.fCommandLine),
             TChar{});
 }
 
-// Whatever another process has written there.
+// Returns whatever another process has written there.
 inline NSTextPackage::TString ReadCommandLine(const TSingleInstanceRecord& record) {
   return NSTextPackage::ArrayToString(record.fCommandLine);
 }
