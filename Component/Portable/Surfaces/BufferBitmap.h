@@ -1,4 +1,5 @@
-// An offscreen surface of pixels with a native context to draw into it. The platform half has the functions.
+// An offscreen surface of pixels with a native context to draw into it. The functions are in the platform
+// half.
 #pragma once
 
 #include <boost/shared_ptr.hpp>
@@ -21,7 +22,7 @@ struct TBufferBitmapInfo {
   std::int32_t fHeight;
   std::int32_t fRowBytes;  // a multiple of 4
   std::int32_t fBitDepth;  // 16, with 5 bits for each of red, green and blue, or 32
-  bool fTopDown;           // always false
+  bool fTopDown;           // always false, though rows are top-down
 };
 
 // The platform counts the bytes of a bitmap in 32 bits; nothing that overflows them may reach it.
@@ -31,11 +32,11 @@ inline bool IsPossibleBitmapSize(const TSize& size, std::int32_t depth) {
   return rowBytes <= std::numeric_limits<std::int32_t>::max() / size.fHeight;
 }
 
-// Coordinates given to the context are logical ones: they start at the origin, which is the logical
-// coordinate shown at the first pixel. Failing platform calls throw.
+// Coordinates given to the context are logical: the origin is the logical coordinate of the first pixel.
+// Failing platform calls throw.
 class CBufferBitmap {
  public:
-  // `depth` is 16 or 32. The content is black. A size that cannot be had is std::bad_alloc.
+  // `depth` is 16 or 32. The content is black. Throws std::bad_alloc if a bitmap of that size cannot be made.
   CBufferBitmap(TSize size, std::int32_t depth);
   ~CBufferBitmap();
   CBufferBitmap(const CBufferBitmap&) = delete;
@@ -44,11 +45,12 @@ class CBufferBitmap {
   TNativePort GetNativePort() const { return {fHDC}; }
   const TBufferBitmapInfo& GetInfo() const { return fInfo; }
 
-  // The first pixel of the topmost row. What was drawn before is in the pixels.
+  // The first pixel of the topmost row. The pixels contain all that was drawn before.
   void* OpenPixels();
   void ClosePixels(void* pixelPtr);
 
-  // Origin and clip, saved only once at a time: for as long as tools draw into the bitmap.
+  // Save and restore origin and clip, while tools draw into the bitmap. They can be saved only once at a
+  // time.
   void SaveState();
   void RestoreState();
   bool IsBeingDrawnInto() const { return fSaveStateCount > 0; }
@@ -56,7 +58,8 @@ class CBufferBitmap {
   // Returns the old origin. The clip keeps its logical coordinates.
   TPoint SetOrigin(TPoint newOrigin);
   TPoint GetOrigin() const { return fCurrentOrigin; }
-  // Replaces the clip by a region in logical coordinates. The region stays the caller's and is not kept.
+  // Replaces the clip by a region in logical coordinates. The caller keeps the ownership of the region, which
+  // is needed only during the call.
   void ClipToRegion(TNativeRegion nativeRegion);
 
   // `sourceRect` is in logical coordinates of this bitmap, `destPoint` in those of the port. The port may be

@@ -1,5 +1,5 @@
-// The platform's regions, as far as CRegion stands on them. The platform half has the functions; what cannot
-// be done throws, and leaves the regions as they were.
+// The operations on the platform's regions that CRegion needs. The functions are in the platform half. An
+// operation that fails throws, and leaves the regions as they were.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@ namespace NSMorvane {
 // The platform's handle of a region, an HRGN.
 using TNativeRegion = HRGN__*;
 
-// False, and nothing is deleted, for a handle that is none.
+// False, with nothing deleted, for an invalid handle.
 bool DeleteNativeRegion(TNativeRegion region);
 
 struct TNativeRegionDeleter {
@@ -22,7 +22,7 @@ struct TNativeRegionDeleter {
 };
 using TNativeRegionOwner = std::unique_ptr<HRGN__, TNativeRegionDeleter>;
 
-// Every empty rectangle, one that is inside out among them, is the same empty region.
+// Every empty rectangle, including one that is inside out, gives the same empty region.
 TNativeRegionOwner MakeNativeRegion(const TRect& rect);
 TNativeRegionOwner CopyNativeRegion(TNativeRegion regionToCopy);
 
@@ -34,7 +34,7 @@ void OffsetNativeRegion(TNativeRegion region, std::int32_t dx, std::int32_t dy);
 
 // The bounding box; the zero rectangle for an empty region.
 TRect GetNativeRegionBounds(TNativeRegion region);
-// Band by band from the top, each band from the left. No two of a band touch.
+// Band by band from the top, each band from the left. No two rectangles of a band touch.
 TRectList GetNativeRegionRects(TNativeRegion region);
 
 }  // namespace NSMorvane

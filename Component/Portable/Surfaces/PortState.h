@@ -1,10 +1,12 @@
-// What the drawing walk keeps of a drawing context, and puts back. The platform half has the functions.
+// The state of a drawing context that the drawing walk saves and restores. The functions are in the platform
+// half.
 //
-// A full save and restore of a context costs several times what drawing a small view does, so the walk keeps
-// by hand what it must. Behind every view: clip and mapping, which tell where the next one lands. Behind
-// every pass over a context: attributes and selected objects too. The clip of a context is read once for all
-// the subviews of a view; the arithmetic is done here, each subview gets its clip with as few platform calls
-// as possible, and the clip of the super view comes back only behind the last one.
+// A full save and restore of a context costs several times as much as drawing a small view, so the walk saves
+// only what it must. After every view it restores clip and mapping, which decide where the next view is
+// drawn. After every pass over a context it also restores attributes and selected objects. The clip of a
+// context is read once for all the subviews of a view. The clips of the subviews are computed here and set
+// with as few platform calls as possible, and the clip of the super view is restored only after the last
+// subview.
 #pragma once
 
 #include <cstddef>
@@ -19,14 +21,15 @@ struct HDC__;
 
 namespace NSMorvane {
 
-// The clip region and the window origin of a context, kept from construction and put back by destruction.
+// Saves the clip region and the window origin of a context in its constructor, and restores them in its
+// destructor.
 class CStateRestorer {
  public:
   explicit CStateRestorer(HDC__* hdc);
   ~CStateRestorer();
-  // Puts them back ahead of time.
+  // Restores them earlier.
   void Restore() const;
-  // In device coordinates; null: there was no clip. It stays this object's.
+  // In device coordinates; null if there was no clip. This object owns it.
   TNativeRegion GetClipRegion() const { return fClipRegion; }
   CStateRestorer(const CStateRestorer&) = delete;
   CStateRestorer& operator=(const CStateRestorer&) = delete;
@@ -37,15 +40,15 @@ class CStateRestorer {
   TPoint fWindowOrigin;
 };
 
-// Where logical coordinates lie in a context. Extents and a world transform are not kept.
+// The mapping from logical to device coordinates in a context. Extents and a world transform are not saved.
 class CPortMapping {
  public:
   explicit CPortMapping(HDC__* hdc);
   // Writes only what differs.
   void Restore(HDC__* hdc) const;
-  // Whether a logical unit is a pixel, counted to the right and down.
+  // Whether a logical unit is a pixel, with x to the right and y down.
   bool IsPixelMapping() const;
-  // The device coordinates of the logical (0, 0), under a pixel mapping.
+  // The device coordinates of the logical point (0, 0), for a pixel mapping.
   TPoint GetShift() const {
     return {ToCoordinate(static_cast<std::int64_t>(fViewportOrigin.fX) - fWindowOrigin.fX),
             ToCoordinate(static_cast<std::int64_t>(fViewportOrigin.fY) - fWindowOrigin.fY)};
@@ -59,10 +62,10 @@ class CPortMapping {
   TPoint fWindowOrigin;
 };
 
-// What a context has one of at a time.
+// The kinds of objects of which a context has one at a time.
 enum TSelection { kSelectedFont, kSelectedPen, kSelectedBrush, kSelectedBitmap };
 
-// Keeps the selected object of one type.
+// Saves the selected object of one kind, and selects it again in its destructor.
 class CSelectionGuard {
  public:
   CSelectionGuard(HDC__* hdc, TSelection selection);
@@ -76,7 +79,7 @@ class CSelectionGuard {
   void* fObject;
 };
 
-// Keeps mapping, attributes of texts and lines, font, pen and brush for the length of a pass.
+// Saves mapping, attributes of texts and lines, font, pen and brush, and restores them after a pass.
 class CPortGuard {
  public:
   explicit CPortGuard(HDC__* hdc);
@@ -97,17 +100,17 @@ class CPortGuard {
   CSelectionGuard fBrush;
 };
 
-// Rectangular regions to select as clips, kept from paint to paint: selecting a region that is there costs
-// half of making the clip anew. Paints repeat themselves, so the n-th clip of a walk is nearly always that of
-// the walk before, and its region is looked for at that place only.
+// Rectangular regions to select as clips, kept from paint to paint: selecting an existing region costs half
+// as much as making a new clip. Paints repeat themselves, so the n-th clip of a walk is nearly always the
+// n-th clip of the walk before, and its region is looked for only there.
 class CClipRegions {
  public:
   static CClipRegions& GetInstance();
 
-  // A walk begins.
+  // Call this at the beginning of a walk.
   void StartOver() { fNext = 0; }
-  // The region of a rectangle in device coordinates, good until the next call. Null when the walk has had all
-  // the regions that are kept.
+  // The region of a rectangle in device coordinates, valid until the next call. Null when the walk has used
+  // all the regions that are kept.
   TNativeRegion GetNext(const TRect& deviceRect);
 
  private:
@@ -118,14 +121,14 @@ class CClipRegions {
 
   CClipRegions() : fNext(0) {}
 
-  static constexpr std::size_t kMaxRegions = 1024;  // a tenth of what the system lets a process have
+  static constexpr std::size_t kMaxRegions = 1024;  // a tenth of the system's limit for a process
 
   std::vector<TEntry> fEntries;
   std::size_t fNext;
 };
 
-// The clip of a context as it stands when this is made, for views that are to be drawn within it, one after
-// the other: Enter, drawing, Leave. The end of this object brings the clip back.
+// Reads the clip of a context in its constructor, and clips views within it, one after the other: Enter,
+// drawing, Leave. The destructor restores the clip.
 class CPortClip {
  public:
   explicit CPortClip(HDC__* hdc);
@@ -133,13 +136,14 @@ class CPortClip {
   CPortClip(const CPortClip&) = delete;
   CPortClip& operator=(const CPortClip&) = delete;
 
-  // The box of what can be drawn at all, in logical coordinates. Empty if there is nothing.
+  // The bounding box of what can be drawn, in logical coordinates. Empty if nothing can be drawn.
   const TRect& GetBox() const { return fBox; }
-  // Cuts the clip to `bounds`. False if nothing of it can be drawn; then there is nothing to leave.
+  // Clips to `bounds`. False if nothing inside them can be drawn; then there is nothing to leave.
   bool Enter(const TRect& bounds);
-  // The same again for a view that has been entered, after others may have touched the clip.
+  // Clips to the bounds of an entered view again, after others may have changed the clip.
   void Renew(const TRect& bounds);
-  // A view is through. The mapping is put back at once; the clip is left to the next Enter, or to the end.
+  // Ends the drawing of a view. The mapping is restored at once; the clip is changed by the next Enter or
+  // restored by the destructor.
   void Leave();
 
  private:
@@ -161,7 +165,7 @@ class CPortClip {
   TRect fBox;
   TRectList fRects;                      // from the top, in logical coordinates
   std::optional<CStateRestorer> fState;  // for kRects and kUnknown
-  bool fIsIntact;                        // the clip of the context is still the one of this object
+  bool fIsIntact;                        // the context has the clip that the constructor read
 };
 
 }  // namespace NSMorvane

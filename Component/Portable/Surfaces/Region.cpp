@@ -8,7 +8,7 @@ namespace NSMorvane {
 
 namespace {
 
-// With one reference for the caller.
+// The wrapper has one reference, which the caller owns.
 CNativeRegionWrapper* Wrap(TNativeRegionOwner region) {
   CNativeRegionWrapper* const wrapper = new CNativeRegionWrapper(region.get(), false);
   static_cast<void>(region.release());

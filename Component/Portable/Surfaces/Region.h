@@ -9,7 +9,7 @@
 
 namespace NSMorvane {
 
-// The native region that several CRegion objects share, with their count. Only CRegion uses it.
+// The native region that several CRegion objects share, with their reference count. Only CRegion uses it.
 class CNativeRegionWrapper {
  public:
   // Made on the heap, with a count of 0. An `external` region belongs to someone else, who keeps it alive; it
@@ -49,8 +49,9 @@ class CRegion {
   CRegion();
   explicit CRegion(const TRect& rect);
   CRegion(const CRegion& other);
-  // With `external` 0 the handle is taken over, once the constructor is through. Otherwise it stays the
-  // caller's, who must keep it alive and unchanged as long as this region or a copy of it may be read.
+  // If `external` is false, this object owns the handle once the constructor has succeeded. Otherwise the
+  // caller keeps the ownership, and must keep the handle alive and unchanged as long as this region or a copy
+  // of it may be read.
   CRegion(TNativeRegion nativeRegion, bool external);
   ~CRegion();
   CRegion& operator=(const CRegion& other);
@@ -61,14 +62,14 @@ class CRegion {
 
   // The bounding box, remembered until the next write. The zero rectangle for an empty region.
   TRect GetBounds() const;
-  // Stays the region's, and is good until the region is written to, assigned to or destroyed. Not to be
-  // changed.
+  // The region keeps the ownership. The handle is valid until the region is written to, assigned to or
+  // destroyed. It must not be changed.
   TNativeRegion GetNativeRegion() const;
   bool IsEmpty() const;
   // The region cut into rectangles: band by band from the top, each band from the left.
   TRectList GetRects() const;
 
-  // An empty rectangle leaves these two without effect.
+  // These two do nothing for an empty rectangle.
   void UnionRect(const TRect& rect);
   void SubtractRect(const TRect& rect);
   void IntersectRect(const TRect& rect);

@@ -9,8 +9,8 @@
 
 namespace NSMorvane {
 
-// The bitmaps for views that are drawn through a shared one, for the life of the process. Several are in use
-// when such views lie in one another.
+// The bitmaps for views that are drawn through a shared bitmap, kept for the life of the process. Several are
+// in use when such views are nested.
 class CTileBitmapPool {
  public:
   // `depth` is 16 or 32.
