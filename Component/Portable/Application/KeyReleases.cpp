@@ -13,8 +13,8 @@ void CKeyReleases::Install(std::uint32_t virtualKey, IKeyReleaseCallback* callba
 }
 
 void CKeyReleases::Remove(std::uint32_t virtualKey, IKeyReleaseCallback* callback) {
-  // One that is being called is removed after its call anyway. If there is another one with the same pair,
-  // that one is meant.
+  // A callback that is being called is removed after its call anyway. So if the same pair is installed a
+  // second time, that entry is removed instead.
   auto found = fEntries.end();
   for (auto entry = fEntries.begin(); entry != fEntries.end(); ++entry) {
     if ((*entry)->fVirtualKey != virtualKey || (*entry)->fCallback != callback) continue;
@@ -31,7 +31,7 @@ TError CKeyReleases::OnReleased(const TPhysicalKeySpec& key) { return CallAll(kK
 
 TError CKeyReleases::Abandon() { return CallAll(kKeyReleaseDeactivated, nullptr); }
 
-// Still in the list, whatever the others did, and not called yet.
+// Whether it is still in the list, whatever the other callbacks did, and has not been called yet.
 bool CKeyReleases::IsWaiting(const TEntryPtr& entry) const {
   return !entry->fIsCalled && std::find(fEntries.begin(), fEntries.end(), entry) != fEntries.end();
 }

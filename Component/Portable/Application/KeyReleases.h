@@ -10,8 +10,8 @@
 
 namespace NSMorvane {
 
-// A callback is in the list until it returns, and is called once whatever it answers. It may install and
-// remove others, and itself, meanwhile.
+// A callback stays in the list until its call returns, and is called only once, whatever it returns. During
+// the call it may install and remove callbacks, itself included.
 class CKeyReleases {
  public:
   CKeyReleases() = default;
@@ -20,22 +20,23 @@ class CKeyReleases {
 
   // The callback stays the client's.
   void Install(std::uint32_t virtualKey, IKeyReleaseCallback* callback);
-  // One such pair. std::range_error if there is none.
+  // Removes one such pair. Throws std::range_error if there is none.
   void Remove(std::uint32_t virtualKey, IKeyReleaseCallback* callback);
 
-  // These two call those that are there now, and forget them: one that is installed on the way waits for the
-  // next occasion. A failure is no reason not to call the others; the first one is returned.
+  // These two call the callbacks that are installed now, and remove them. A callback that is installed
+  // meanwhile waits for the next occasion. If one fails, the others are called all the same; the first
+  // failure is returned.
   //
-  // What waits for the release of this key.
+  // Calls the callbacks that wait for the release of this key.
   TError OnReleased(const TPhysicalKeySpec& key);
-  // All that wait: the keyboard has gone elsewhere.
+  // Calls all callbacks, because the keyboard has gone elsewhere.
   TError Abandon();
 
  private:
   struct TEntry {
     std::uint32_t fVirtualKey;
     IKeyReleaseCallback* fCallback;
-    bool fIsCalled;  // once; it is in the list until the call returns
+    bool fIsCalled;  // its call has begun; it stays in the list until the call returns
   };
   using TEntryPtr = boost::shared_ptr<TEntry>;
 

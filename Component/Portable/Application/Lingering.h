@@ -1,11 +1,11 @@
-// Lingering: with its last window gone the application stays for a while, in case it is wanted again.
+// Lingering: after its last window has gone, the application stays for a while, in case it is needed again.
 #pragma once
 
 #include <cstdint>
 
 namespace NSMorvane {
 
-// Timers of the platform, told apart by number; 0 is none.
+// Timers of the platform, identified by a number; 0 is none.
 class ILingerTimer {
  public:
   virtual std::uintptr_t StartTimer(std::uint32_t delayMS) = 0;
@@ -15,8 +15,8 @@ class ILingerTimer {
   ~ILingerTimer() = default;
 };
 
-// Off, until Decide finds nothing to run for; on, until the timer comes or there is something to run for
-// again; then expired or off.
+// Lingering is off until Decide finds no reason to run. It is then on until its timer comes, after which it
+// has expired, or until there is a reason to run again, after which it is off.
 class CLingering {
  public:
   explicit CLingering(ILingerTimer& timer) : fTimer(timer) {}
@@ -25,12 +25,12 @@ class CLingering {
 
   // With 0 the application never lingers.
   void SetDuration(std::uint32_t durationMS) { fDurationMS = durationMS; }
-  // The end of a pass of the main loop: whether there is to be another one, given whether the application has
-  // something to run for.
+  // Called at the end of each turn of the main loop, with whether the application has a reason to run.
+  // Returns whether there is to be another turn.
   bool Decide(bool keepRunning);
-  // A timer has come; nothing for any but its own.
+  // Called when a timer has come. Ignores all timers but its own.
   void OnTimer(std::uintptr_t timer);
-  // The application is wanted again.
+  // Called when the application is needed again.
   void Abort();
 
   bool IsOn() const { return fTimerId != 0; }

@@ -1,4 +1,4 @@
-// Listeners of the client that hear of modifier keys.
+// The client's listeners for modifier keys.
 #pragma once
 
 #include <list>
@@ -13,11 +13,11 @@ class CModifierKeyListeners {
   CModifierKeyListeners(const CModifierKeyListeners&) = delete;
   CModifierKeyListeners& operator=(const CModifierKeyListeners&) = delete;
 
-  // Listeners stay the client's.
+  // The client keeps the ownership of listeners.
   void Attach(IModifierKeyListener* listener);
-  // std::invalid_argument, and a report, for one that is not attached.
+  // Throws std::invalid_argument, after a report, for a listener that is not attached.
   void Detach(IModifierKeyListener* listener);
-  // A listener may detach itself and others, who are then not called any more.
+  // A listener may detach itself and others, which are then not called any more.
   void Notify(const TModifierKeysEvent& previous, const TModifierKeysEvent& now) const;
 
  private:
