@@ -5,8 +5,8 @@
 // overrides. Hooks take plain library types, return their results by value, and report failure by throwing
 // only.
 //
-// A contract member is what a client's call of an interface arrives in. It tests the call, delegates to a
-// hook of the same name inside a wall that no exception passes, and tests what came back:
+// A client's call of an interface arrives in a contract member. The member tests the call, calls the hook of
+// the same name inside a wall that no exception passes, and tests the result:
 //
 // clang-format off
 //   TError CMorvaneGlue::IMorvane_GetDebugSettings(TDebugSettings& outSettings) {
@@ -55,21 +55,21 @@ void CallHookForError(TError& outError, THook&& hook) {
   if (outError == kOK) outError = hookError;
 }
 
-// Fills an out-parameter with a value that no hook leaves behind.
+// Fills an out-parameter with a value that no hook returns.
 template <class TRecord>
 void Poison(TRecord& record) {
   static_assert(std::is_trivially_copyable_v<TRecord>);
   std::memset(&record, 238, sizeof(record));
 }
 
-// A client's array as a vector. An array that is not there is bad input.
+// A client's array as a vector. A null array is bad input, unless `count` is 0.
 template <class TElement>
 std::vector<TElement> CheckedArray(const TElement* elements, std::size_t count) {
   if (!elements && count > 0) MORVANE_THROW(std::invalid_argument(""));
   return count > 0 ? std::vector<TElement>(elements, elements + count) : std::vector<TElement>();
 }
 
-// A client's text as a string. A text that is not there is bad input.
+// A client's text as a string. Null is bad input.
 inline NSTextPackage::TString CheckedText(const TChar* text) {
   if (!text) MORVANE_THROW(std::invalid_argument(""));
   return text;
@@ -96,7 +96,7 @@ inline NSTextPackage::TString TextOrEmpty(const TChar* text) {
     }                                                                    \
   } while (false)
 
-// The same for a clause whose reported text is not its own.
+// The same, but reports `text` instead of the clause.
 #define MORVANE_REQUIRE_TEXT(operation, text, ...)               \
   do {                                                           \
     if (!(__VA_ARGS__)) {                                        \
@@ -105,9 +105,10 @@ inline NSTextPackage::TString TextOrEmpty(const TChar* text) {
     }                                                            \
   } while (false)
 
-// The first test of a member whose object callbacks can end: the same, and from here on the object lives to
-// the end of the member, tests of the result included. The contract class has a hook KeepAlive(), which gives
-// what holds the object; of an object that has been released, or has ended, nothing.
+// The same as MORVANE_REQUIRE, for the first test of a member whose object a callback can end. From here on
+// the object is kept alive until the member returns, so that the tests of the result can use it. The hook
+// KeepAlive() of the contract class returns the reference that holds the object, or null if the object has
+// been released or has ended.
 #define MORVANE_ENTER(operation, ...)                                    \
   do {                                                                   \
     if (!(__VA_ARGS__)) {                                                \
@@ -145,7 +146,7 @@ inline NSTextPackage::TString TextOrEmpty(const TChar* text) {
     }                                                                                             \
   } while (false)
 
-// What every member tests when its hook is through: the object, and the code it is about to give.
+// What every member tests after its hook: the object, and the code that it will return.
 #define MORVANE_AFTER(...)                                                          \
   do {                                                                              \
     if (!(__VA_ARGS__)) ::NSMorvane::DebugAssert(__FILE__, __LINE__, #__VA_ARGS__); \

@@ -45,8 +45,8 @@ TError CDrawToolsGlue::IDrawTools_OpenNativePort(TNativePort& out) {
 }
 
 TError CDrawToolsGlue::IDrawTools_CloseNativePort() {
-  // Closing the wrong one of the two is bad input, and goes before the sequence. Sic: it reports under the
-  // name of the opening.
+  // Closing the wrong one of the two is bad input, which is tested before the sequence. Sic: the report names
+  // the operation that opens.
   MORVANE_REQUIRE("CDrawToolsGlue::IDrawTools_OpenNativePort", !fRawPixelsAreOpen);
   MORVANE_REQUIRE_SEQUENCE("CDrawToolsGlue::IDrawTools_CloseNativePort", fNativePortIsOpen);
   TError outError;

@@ -8,11 +8,11 @@
 
 namespace NSMorvane {
 
-// The draw tools that a behaviour gets: the rule that port and pixels are open one at a time, and the dirty
-// region cut to the views on the way down.
+// The draw tools that a behaviour gets. This class makes sure that port and pixels are open one at a time,
+// and clips the dirty region to the views that are being drawn.
 class CDrawToolsGlue : public IDrawTools {
  public:
-  // Neither the port nor the region becomes the object's. `dirtyRegion` is a native region in the port's
+  // The object owns neither the port nor the region. `dirtyRegion` is a native region in the port's
   // coordinates.
   CDrawToolsGlue(const TNativePort& nativePort, void* dirtyRegion);
   ~CDrawToolsGlue() override;
@@ -25,11 +25,12 @@ class CDrawToolsGlue : public IDrawTools {
   TError IDrawTools_OpenRawPixels(TRawPixels& out) override;
   TError IDrawTools_CloseRawPixels() override;
 
-  // Around the drawing of one view: its bounds cut the dirty region, together with those of its super views.
+  // Called before and after the drawing of one view: clip the dirty region to its bounds, in addition to
+  // those of its super views.
   void PushViewBounds(const TRect& bounds);
   void PopViewBounds(const TRect& bounds);
-  // After a behaviour has had the tools: port or pixels that it has left open are reported and closed, so
-  // that the next one can draw.
+  // Called when a behaviour has used the tools: reports and closes the port or the pixels that it has left
+  // open, so that the next behaviour can draw.
   void CloseWhatIsLeftOpen();
 
   virtual TNativePort CDrawToolsGlue_GetNativePort() = 0;

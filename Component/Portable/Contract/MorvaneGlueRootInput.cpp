@@ -71,7 +71,7 @@ IIcon* CMorvaneGlue::IMorvane_CreateIconForURL(const char* fileOrFolderOrVolumeU
   return out;
 }
 
-// Sic: the next two report under the name of the built-in icons.
+// Sic: the next two members report under the name of IMorvane_CreateBuiltInIcon.
 
 IIcon* CMorvaneGlue::IMorvane_CreateResourceIcon(const char* key, TError& outError) {
   MORVANE_REQUIRE_OUT("IMorvane_CreateBuiltInIcon()", CMorvaneGlue_CheckInvariant());
@@ -177,7 +177,7 @@ IMouseShape* CMorvaneGlue::IMorvane_CreateBuiltInMouseShape(TBuiltInMouseShape m
 
 // --- Keyboard
 
-// Sic: reports under the name of the mouse shapes.
+// Sic: the next member reports under the name of IMorvane_LoadResourceMouseShape.
 
 TError CMorvaneGlue::IMorvane_AttachModifierKeyListener(IModifierKeyListener* listener) {
   MORVANE_REQUIRE("IMorvane_LoadResourceMouseShape()", CMorvaneGlue_CheckInvariant());

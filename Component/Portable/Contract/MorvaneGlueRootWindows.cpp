@@ -11,7 +11,7 @@ namespace NSMorvane {
 
 namespace {
 
-// The receiver's code is not looked at.
+// The receiver's result is ignored.
 void GiveWindows(const std::vector<IWindow*>& windows, IWindowListReceiver& out) {
   out.IWindowListReceiver_ReceiveWindows(windows.data(), static_cast<std::uint32_t>(windows.size()));
 }
@@ -85,7 +85,7 @@ IModalDialog* CMorvaneGlue::IMorvane_CreateModalDialog(IModalDialogBehaviorFacto
     out = CMorvaneGlue_CreateModalDialog(factory, owner, blockingAppModalDialogFlag != 0, styleFlags);
   });
   MORVANE_AFTER(CMorvaneGlue_CheckInvariant());
-  // A blocking dialog has run to its end, and there is nothing to give.
+  // A blocking dialog has ended by now, so there is nothing to return.
   if (outError == kOK && blockingAppModalDialogFlag == 0) MORVANE_ASSERT(out != NULL);
   if (outError != kOK || blockingAppModalDialogFlag != 0) MORVANE_ASSERT(out == NULL);
   return out;

@@ -21,7 +21,7 @@ bool FitsIn(const TSize& size, const TSize& limit) {
 
 }  // namespace
 
-// One rule of a validator: reported at its own position, then refused.
+// One rule of a validator. A broken rule is reported at its own position, and the validator returns false.
 #define RULE(...)          \
   do {                     \
     if (!(__VA_ARGS__)) {  \

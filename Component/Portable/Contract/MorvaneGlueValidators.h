@@ -26,7 +26,7 @@ bool ValidateFloatingWindowStyleFlags(TStyleFlags flags);
 bool ValidateAlertSpec(const TAlertSpec& spec);
 // Reports nothing of its own.
 bool ValidateCloseReason(TCloseReason reason);
-// The platform half has this one.
+// Defined in the platform half.
 bool IsValidNativeWindow(const TNativeWindow& window);
 
 bool ValidateViewParams(const TViewParams& params);

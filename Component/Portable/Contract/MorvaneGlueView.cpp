@@ -44,8 +44,8 @@ TError CViewGlue::IView_IsEffectivelyEnabled(TFlag& outEnabledFlag) {
   return outError;
 }
 
-// The record first, then the object: the reverse of the usual order. The client's record may change during
-// callbacks: what has been validated is what gets set.
+// Tests the record before the object, the reverse of the usual order. The client's record may change during
+// callbacks, so a copy of it is validated and set.
 TError CViewGlue::IView_SetParams(const TViewParams& clientsParams) {
   const TViewParams params = clientsParams;
   MORVANE_REQUIRE("IView_SetParams()", ValidateViewParams(params));
@@ -140,7 +140,7 @@ TError CViewGlue::IView_SetSubViewOrder(IView* const* subViews, std::uint32_t co
   return outError;
 }
 
-// Not kept alive: the object may be gone behind the call.
+// The object is not kept alive, and may be gone after the call.
 TError CViewGlue::IView_Release() {
   MORVANE_REQUIRE("IView_Release()", CViewGlue_CheckInvariant());
   TError outError;
