@@ -34,7 +34,7 @@ bool CKeyDispatch::OfferToFocusChain(const TKeyEvent& event) {
                               });
 }
 
-// Tab is taken though there may be no view to go to.
+// Tab is handled even if there is no view to go to.
 bool CKeyDispatch::MoveFocusByTab(const TKeyEvent& event) {
   if (event.fPhysicalKey.fVirtualKey != kTabKey) return false;
   const bool backwards = (event.fModifiers.fKeys & kModifierShift) != 0;

@@ -1,5 +1,6 @@
-// The chain of a key press in one window: the mouse capture, the focus chain, the window itself, the Tab key,
-// the application, and the key of the window list, until somebody takes it. A failure ends the chain.
+// Offers a key press in one window to the mouse capture, the focus chain, the window itself, the Tab key, the
+// application, and the key of the window list, one after the other, until one of them handles it. A failure
+// ends the chain.
 #pragma once
 
 #include "Component/Portable/Base/Scopes.h"
@@ -10,7 +11,7 @@ namespace NSMorvane {
 
 class CMouseDispatch;
 
-// The window as its keyboard sees it. Each of these tells whether it took the key.
+// What key dispatch needs of the window. Each operation returns whether it has handled the key.
 class IKeyWindow {
  public:
   virtual bool IKeyWindow_OfferToWindow(const TKeyEvent& event) = 0;
@@ -28,7 +29,7 @@ class CKeyDispatch : CNotCopied {
   CKeyDispatch(IKeyWindow& window, const CMouseDispatch& mouse, CWindowFocus& focus, IImplFocusTools& tools)
       : fWindow(window), fMouse(mouse), fFocus(focus), fTools(tools) {}
 
-  // True if somebody took the key.
+  // True if the key was handled.
   bool DispatchPress(const TKeyEvent& event);
 
  private:

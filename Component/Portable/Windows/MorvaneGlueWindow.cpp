@@ -11,13 +11,14 @@ namespace NSMorvane {
 
 namespace {
 
-// The window that a view hangs in, or null if the view cannot tell.
+// The window that a view belongs to, or null if the view fails to tell.
 IWindow* GetMotherWindow(IView& view) {
   IWindow* window = NULL;
   return view.IView_GetMotherWindow(window) == kOK ? window : NULL;
 }
 
-// Not inlined into a comparison that the compiler believes to know the answer of.
+// The compiler assumes that the address of a reference is not null. The volatile parameter keeps it from
+// dropping the comparison.
 bool IsThere(const volatile void* address) { return address != NULL; }
 
 bool IsInSubtree(const CViewImpl* view, CViewImpl& root) {
@@ -80,7 +81,7 @@ TError CWindowGlue::IWindow_GetConceptualFocusView(IView*& out) {
 TError CWindowGlue::IWindow_SetConceptualFocusView(IView* newConceptualFocusView) {
   MORVANE_ENTER("IWindow_SetConceptualFocusView()", CWindowGlue_CheckInvariant());
   MORVANE_REQUIRE("IWindow_SetConceptualFocusView()", ((newConceptualFocusView == NULL) || (GetMotherWindow(*newConceptualFocusView) == static_cast<IWindow*>(this))));
-  // A client can implement IView too; such a view is none of the library's.
+  // A client can implement IView too. The library does not know such a view.
   CViewImpl* const viewImpl = dynamic_cast<CViewImpl*>(newConceptualFocusView);
   MORVANE_REQUIRE_TEXT("IWindow_SetConceptualFocusView()",
                        "((newConceptualFocusView == NULL) || "

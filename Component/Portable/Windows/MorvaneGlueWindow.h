@@ -31,7 +31,7 @@ class CWindowGlue : public IWindow {
   TError IWindow_SetGlobalAlpha(std::uint8_t alpha) override;
 
  protected:
-  // What is left of an object that has ended is this class, and unsound.
+  // These defaults apply when the derived classes have been destroyed: what is left of the object is unsound.
   virtual boost::shared_ptr<void> KeepAlive() const { return {}; }
   virtual bool CWindowGlue_CheckInvariant() const { return false; }
   virtual TNativeWindow CWindowGlue_GetNativeWindow() = 0;
@@ -49,7 +49,7 @@ class CWindowGlue : public IWindow {
   virtual void CWindowGlue_SetGlobalAlpha(std::uint8_t alpha) = 0;
 };
 
-// No view twice, none null, all in the tree under the root view of `window`.
+// Whether no view is listed twice, none is null, and all are below the root view of `window`.
 bool AreValidTabViews(const std::vector<CViewImpl*>& tabViews, IWindow* window);
 
 }  // namespace NSMorvane

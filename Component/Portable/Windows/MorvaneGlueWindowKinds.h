@@ -1,10 +1,10 @@
 // The contract classes of the four kinds of windows.
 //
-// Their members are the same but for the names. What a member does is said once, in the macros; a class lists
-// the names of its kind. `Kind` is what these have in common. A macro stands for the whole body of its
-// member, and takes the member's arguments as they are called in the interface.
+// Their members differ only in their names. What a member does is written once, in the macros; a class lists
+// the names of its kind. `Kind` is the part that all names of a kind have in common. A macro stands for the
+// whole body of its member, and uses the member's parameters by their names in the interface.
 //
-// Sic: GetState reports under the name of SetState, Release under that of FocusNow.
+// Sic: GetState reports under the name of SetState, and Release under that of FocusNow.
 #pragma once
 
 #include <boost/shared_ptr.hpp>
@@ -70,7 +70,7 @@ namespace NSMorvane {
   MORVANE_ASSERT(outBehavior != NULL);                                       \
   return outError
 
-// Not kept alive: the object may be gone behind the call.
+// The object is not kept alive, and may be gone after the call.
 #define MORVANE_KIND_RELEASE(Kind)                                          \
   MORVANE_REQUIRE("I" #Kind "_FocusNow()", C##Kind##Glue_CheckInvariant()); \
   TError outError;                                                          \
@@ -78,7 +78,8 @@ namespace NSMorvane {
   MORVANE_ASSERT(IsValidError(outError));                                   \
   return outError
 
-// What is left of an object that has ended is one of these classes, and unsound.
+// The defaults of KeepAlive and CheckInvariant apply when the derived classes have been destroyed: what is
+// left of the object is unsound.
 
 class CDocumentWindowGlue : public IDocumentWindow {
  public:

@@ -15,16 +15,16 @@ namespace {
 
 using TViews = std::vector<TViewImplPtr>;
 
-// What the lines about ignored exceptions call the passes.
+// The names of the passes in the lines about ignored exceptions.
 constexpr char kPreTrackingPass[] = "pre pass of CWinWindow::DispatchMouseTracking.";
 constexpr char kNormalTrackingPass[] = "normal pass of CWinWindow::DispatchMouseTracking.";
 constexpr char kExitPass[] = "exits of CWinWindow::DispatchMouseTracking.";
 constexpr char kPreShapePhase[] = "pre phase of CWinWindow::RefreshMouseShape.";
 constexpr char kNormalShapePhase[] = "normal phase of CWinWindow::RefreshMouseShape.";
-constexpr char kClickPhase[] = "pre-click phase of CMacRootViewBehavior::HandleClick.";  // both of them; sic
+constexpr char kClickPhase[] = "pre-click phase of CMacRootViewBehavior::HandleClick.";  // sic, both passes
 
-// One view's turn in a pass. If it fails, the next view gets its turn as if this one had not handled the
-// event. True if it has.
+// Runs one view's turn in a pass. True if the view has handled the event. A failure counts as not handled,
+// and the next view gets its turn.
 template <class TTurn>
 bool TakeTurn(const char* passName, TTurn&& turn) {
   try {
@@ -37,8 +37,8 @@ bool TakeTurn(const char* passName, TTurn&& turn) {
   return false;
 }
 
-// What is known of the window system may be wrong once a client has been called. It stands in front of the
-// list of views that it is about: whoever goes with that is a client, too.
+// What the window remembers about the window system may be wrong after a client callback, so this scope makes
+// it forget. Declare it before the list of views, since the destruction of a view calls a client too.
 class CForgetScope : CNotCopied {
  public:
   explicit CForgetScope(IMouseWindow& window) : fWindow(window) {}
@@ -60,7 +60,7 @@ std::vector<IView*> ClientViews(const TViews& views) {
   return result;
 }
 
-// In TMouseEvent and TMouseShapeRequest: the views in front of the one at `index`.
+// Sets the views in front of the one at `index`, in a TMouseEvent or a TMouseShapeRequest.
 template <class TRecord>
 void SetViewsInFront(TRecord& record, const std::vector<IView*>& views, std::size_t index) {
   record.fViewCount = static_cast<std::uint32_t>(views.size() - index - 1);
@@ -94,7 +94,7 @@ void ToNormalClick(TMouseEvent& event) {
 
 TViews CMouseDispatch::FindTrackableViews(const TPoint& point) {
   const CViewImpl& rootView = fWindow.IMouseWindow_GetRootView();
-  // Without a view there, it does not matter what lies on top of the window.
+  // Without a view at the point, it does not matter what lies on top of the window.
   if (!rootView.HasSubViewAt(point) || !fWindow.IMouseWindow_IsOnTopAt(point)) return TViews();
   TViews hitViews = rootView.HitTest(point);
   std::erase_if(hitViews, [](const TViewImplPtr& view) { return !view->IsMouseTrackable(); });
@@ -105,8 +105,8 @@ TViews CMouseDispatch::FindTrackableViews(const TPoint& point) {
 
 namespace {
 
-// From the root to the front. The view at the result claims the event from those in front of it; it is the
-// front-most one if none does.
+// The pass from the root to the front. Returns the index of the view that claims the event from those in
+// front of it, or of the front-most view if none does.
 std::ptrdiff_t RunPreTrackingPass(const TViews& hitViews, TMouseTracking record) {
   const std::vector<IView*> clientViews = ClientViews(hitViews);
   std::ptrdiff_t nodeViewIndex = static_cast<std::ptrdiff_t>(hitViews.size()) - 1;
@@ -129,8 +129,8 @@ std::ptrdiff_t RunPreTrackingPass(const TViews& hitViews, TMouseTracking record)
   return nodeViewIndex;
 }
 
-// From there back to the root. The view at the result keeps the event from those behind it. `insideViews`
-// have the mouse inside already.
+// The pass from that view back to the root. Returns the index of the view that keeps the event from those
+// behind it, or of the root-most view if none does. The mouse is already inside `insideViews`.
 std::ptrdiff_t RunNormalTrackingPass(const TViews& hitViews, std::ptrdiff_t nodeViewIndex,
                                      const std::vector<boost::weak_ptr<CViewImpl>>& insideViews,
                                      TMouseTracking record) {
@@ -189,7 +189,7 @@ void CMouseDispatch::DispatchTracking(const TMouseTracking& event) {
     MORVANE_CHECK(capture->IMouseCapture_OnMouseMove(event));
     return;
   }
-  // A menu, a control, or another window of the client.
+  // A menu, a control, or another window of the client holds the mouse.
   if (fWindow.IMouseWindow_GetHolder() != TMouseHolder::kNobody) return;
 
   std::optional<CForgetScope> forgetScope;
@@ -197,7 +197,7 @@ void CMouseDispatch::DispatchTracking(const TMouseTracking& event) {
   fLastHitViews.assign(hitViews.begin(), hitViews.end());
   if (hitViews.empty() && fInsideViews.empty()) return;
   forgetScope.emplace(fWindow);
-  // Those that take part in the normal pass.
+  // The views that take part in the normal pass.
   TViews newInsideViews;
   if (!hitViews.empty()) {
     const std::ptrdiff_t nodeViewIndex = RunPreTrackingPass(hitViews, event);
@@ -209,7 +209,7 @@ void CMouseDispatch::DispatchTracking(const TMouseTracking& event) {
 }
 
 void CMouseDispatch::SendExits(const TViews& newInsideViews) {
-  // One that another one's exit releases still gets its own.
+  // A view that is released in the exit callback of another view still gets its own exit.
   TViews oldInsideViews;
   for (const boost::weak_ptr<CViewImpl>& inside : fInsideViews)
     if (const TViewImplPtr view = inside.lock()) oldInsideViews.push_back(view);
@@ -257,7 +257,7 @@ std::unique_ptr<IMouseShape> CMouseDispatch::AskForShape(const TMouseShapeReques
   const TViews hitViews = FindTrackableViews(request.fPosition);
   if (hitViews.empty()) return nullptr;
   forgetScope.emplace(fWindow);
-  // The answer of the last view that was asked stands, handled or not.
+  // The answer of the last view that was asked counts, whether it has handled the request or not.
   const auto ask = [&](const TViewImplPtr& view, TMousePhase phase) {
     return TakeTurn(phase == kMousePhasePre ? kPreShapePhase : kNormalShapePhase, [&] {
       IViewBehavior* const behavior = view->GetBehavior();
@@ -294,7 +294,7 @@ void CMouseDispatch::DispatchClick(TMouseEvent event) {
   if (!PreClick(event, hitViews)) HandleClick(event, hitViews);
 }
 
-// Only a capture hears of it.
+// Releases are passed to a capture only.
 void CMouseDispatch::DispatchRelease(const TMouseEvent& event) {
   const boost::shared_ptr<IMouseCapture> capture = fCapture;
   if (!capture) return;
@@ -303,8 +303,8 @@ void CMouseDispatch::DispatchRelease(const TMouseEvent& event) {
   MORVANE_CHECK(capture->IMouseCapture_OnMouseUp(event));
 }
 
-// The only place where a click moves the focus: to the front-most view that can have it, among those that
-// nobody has stopped the click before.
+// The only place where a click moves the focus. It goes to the front-most view that can have it, among the
+// views that the click reaches until one handles it.
 bool CMouseDispatch::PreClick(TMouseEvent& event, const TViews& hitViews) {
   ToPreClick(event);
   const std::vector<IView*> clientViews = ClientViews(hitViews);
@@ -331,7 +331,7 @@ bool CMouseDispatch::PreClick(TMouseEvent& event, const TViews& hitViews) {
       return handled != 0;
     });
   }
-  // It may have been released or disabled meanwhile.
+  // The view may have been released or disabled meanwhile.
   if (changeFocus && focusTarget->IsLive() && focusTarget->CanBeFocusTargetNow()) fFocus.PassOn(focusTarget);
   return isHandled;
 }
@@ -360,7 +360,7 @@ bool CMouseDispatch::DispatchWheel(const TMouseWheelEvent& event) {
     const CForgetScope forgetScope(fWindow);
     MORVANE_CHECK(capture->IMouseCapture_OnMouseWheel(event, handled));
   }
-  // A capture keeps it from the views, but not from the system.
+  // A capture that handles the wheel keeps it from the views, but not from the system.
   if (handled) return false;
   return OfferAlongFocusChain(fFocus.GetView(), TFocusWalk::kWheel,
                               [&](IViewBehavior& behavior, TFlag& outHandled) {

@@ -1,10 +1,10 @@
-// What the views of one window, and its capture, hear of the mouse: tracking, shapes, clicks and the wheel.
+// Passes mouse events to the views of one window, and to its capture: tracking, shapes, clicks and the wheel.
 //
-// The views under the mouse are walked twice for each event: from the root to the front, where a view can
+// For each event the views under the mouse are walked twice: from the root to the front, where a view can
 // claim the event from those in front of it, and then from the front to the root, where a view can keep it
-// from those behind it. While a capture is in force, its object alone is called. The list of views is taken
-// beforehand and keeps them alive, so that whatever they do to the tree, to the window or to each other, the
-// walk comes to its end. The window itself is kept alive by whoever calls in here.
+// from those behind it. While a capture is in force, only the capture is called. The list of views is made
+// beforehand and keeps them alive, so that the walk can be completed whatever they do to the tree, to the
+// window or to each other. The caller keeps the window alive.
 #pragma once
 
 #include <boost/shared_ptr.hpp>
@@ -20,21 +20,21 @@
 
 namespace NSMorvane {
 
-// Who gets the mouse by the window system's will.
+// Who has captured the mouse, for the window system.
 enum class TMouseHolder { kNobody, kThisWindow, kAnother };
 
-// The window as its mouse sees it.
+// What mouse dispatch needs of the window.
 class IMouseWindow {
  public:
   virtual CViewImpl& IMouseWindow_GetRootView() = 0;
   // Whether no other window lies above this one at a point in client coordinates.
   virtual bool IMouseWindow_IsOnTopAt(const TPoint& point) = 0;
   virtual TMouseHolder IMouseWindow_GetHolder() = 0;
-  // A client has been called, who may have changed the answers to the two questions above.
+  // Called after a client callback, which may have changed the answers of the two operations above.
   virtual void IMouseWindow_ForgetAnswers() = 0;
-  // What is held down now, with the time of now.
+  // The given position, with the buttons and modifier keys that are down now, and the current time.
   virtual TMouseTracking IMouseWindow_Sample(const TPoint& position) = 0;
-  // Null: the usual pointer.
+  // Null shows the usual pointer.
   virtual void IMouseWindow_ShowShape(const IMouseShape* shape) = 0;
 
  protected:
@@ -48,23 +48,23 @@ class CMouseDispatch : CNotCopied {
   // --- What happens to the mouse; all positions are in client coordinates
 
   void DispatchMove(const TMouseTracking& event);
-  // A view, or another one, may have come under a mouse that rests.
+  // Called while the mouse rests: another view may have come under it.
   void CheckTracking(const TPoint& point);
   // A press, or a context click.
   void DispatchClick(TMouseEvent event);
   void DispatchRelease(const TMouseEvent& event);
-  // True if a view has taken it.
+  // True if a view has handled it.
   bool DispatchWheel(const TMouseWheelEvent& event);
   // Asks for the shape of the mouse, and shows it.
   void RefreshShape(const TMouseShapeRequest& request);
 
   // --- The capture
 
-  // From here on the object alone gets the mouse of the window.
+  // From here on only `capture` gets the mouse events of the window.
   void SetCapture(const boost::shared_ptr<IMouseCapture>& capture) { fCapture = capture; }
-  // The end of the capture, if there is one. The object goes with the result, at the latest.
+  // Ends the capture, if there is one, and returns it. The object is deleted with the last reference to it.
   boost::shared_ptr<IMouseCapture> TakeCapture() { return std::exchange(fCapture, nullptr); }
-  // Null: none is in force.
+  // Null if none is in force.
   const boost::shared_ptr<IMouseCapture>& GetCapture() const { return fCapture; }
 
  private:
@@ -82,8 +82,8 @@ class CMouseDispatch : CNotCopied {
   IMouseWindow& fWindow;
   CWindowFocus& fFocus;
   boost::shared_ptr<IMouseCapture> fCapture;
-  TWeakViews fInsideViews;   // those that the mouse is inside of
-  TWeakViews fLastHitViews;  // those that were under it when they were last told
+  TWeakViews fInsideViews;   // the views that the mouse has entered
+  TWeakViews fLastHitViews;  // the views that were under it at the last tracking
   bool fIsChecking = false;
   bool fIsTracking = false;
   bool fIsRefreshingShape = false;

@@ -12,10 +12,10 @@ namespace NSMorvane {
 
 namespace {
 
-// More than any sensible behaviour needs: a view that refuses the focus, and a few that hand it on.
+// More than sensible behaviours need, such as a view that refuses the focus and a few that pass it on.
 constexpr int kMaxChangesInARow = 32;
 
-// Whatever the behaviour does, the walk goes on: changes of focus must run to their end.
+// A failure of the behaviour is ignored, since changes of focus must be completed.
 void NotifyOnDutyFocus(const CViewImpl& view, TFlag gained) {
   IViewBehavior* const behavior = view.GetBehavior();
   if (!behavior) return;
@@ -41,7 +41,7 @@ TNativeWindow GetNativeFocusTarget(CViewImpl& view) {
 
 // --- Changes
 
-// A change, from the request to the end.
+// A change of the focus, from the request to the end.
 class CWindowFocus::CRunningChange {
  public:
   CRunningChange(CWindowFocus& focus, CViewImpl* view) : fFocus(focus), fNumber(++focus.fChangeNumber) {
@@ -51,7 +51,7 @@ class CWindowFocus::CRunningChange {
     ++fFocus.fChangesInARow;
   }
   ~CRunningChange() {
-    // Nothing of one that has failed on its way is left behind.
+    // A change that has failed leaves nothing behind.
     if (!IsOvertaken()) {
       fFocus.fIsChanging = false;
       fFocus.fNextView.reset();
@@ -61,7 +61,7 @@ class CWindowFocus::CRunningChange {
   CRunningChange(const CRunningChange&) = delete;
   CRunningChange& operator=(const CRunningChange&) = delete;
 
-  // Another one has begun since, and has come to its end by now.
+  // Another change has begun since then, and is complete by now.
   bool IsOvertaken() const { return fNumber != fFocus.fChangeNumber; }
 
  private:
@@ -71,7 +71,7 @@ class CWindowFocus::CRunningChange {
 
 void CWindowFocus::SetView(CViewImpl* view) {
   if (view == GetNextView()) {
-    // Somebody else in the window may have its keyboard.
+    // Another native window inside the window may have the keyboard.
     if (!fIsChanging && !fIsOnDuty && fWindow.IFocusWindow_IsActive()) OnActivated();
     return;
   }
@@ -89,7 +89,7 @@ void CWindowFocus::Change(CViewImpl* view, bool isFromControl) {
   const CRunningChange change(*this, view);
   GoOffDuty();
   if (change.IsOvertaken()) return;
-  // It may have been disabled while the window was not active: then it has not passed the focus on.
+  // A callback may have disabled the view. While the window is not active, that does not pass the focus on.
   const auto canTakeIt = [&] {
     return !view || (view->IsLive() && (isFromControl || view->CanBeFocusTargetNow()));
   };
@@ -107,7 +107,8 @@ void CWindowFocus::Change(CViewImpl* view, bool isFromControl) {
     if (change.IsOvertaken()) return;
     if (!canTakeIt()) return EjectFocus(fTools);
   }
-  // The old view may go with this, once the new one is in its place.
+  // This holds the old view until the end of the change. The view may end then, when the new one is in its
+  // place.
   const TViewImplPtr oldView = std::exchange(fView, std::exchange(fNextView, nullptr));
   fIsChanging = false;
   fIsFromControl = isFromControl;
@@ -117,11 +118,11 @@ void CWindowFocus::Change(CViewImpl* view, bool isFromControl) {
   fWindow.IFocusWindow_OnFocusChanged();
 }
 
-// The change has failed.
+// Called when the change has failed.
 void CWindowFocus::StayWithOldView() {
   fNextView.reset();
   fIsChanging = false;
-  // It may be no longer what it was when it was told.
+  // The old view may have been released or disabled after it was told.
   if (fView && !CanKeepFocus()) fView.reset();
   fIsOnDuty = fIsOnDuty && fWindow.IFocusWindow_IsActive();
   if (!fView && fIsOnDuty) GiveKeyboard({});
@@ -130,7 +131,7 @@ void CWindowFocus::StayWithOldView() {
 }
 
 void CWindowFocus::GiveKeyboard(const TNativeWindow& control) {
-  // What the native windows tell of it is no news.
+  // What the native windows report about this is ignored.
   const bool before = std::exchange(fIsGivingKeyboard, true);
   fWindow.IFocusWindow_GiveKeyboard(control);
   fIsGivingKeyboard = before;
@@ -154,7 +155,7 @@ void CWindowFocus::Forget() {
 void CWindowFocus::GoOnDuty() {
   const auto isToBegin = [this] { return fIsOnDuty && !fIsChanging && !fIsGoingOnDuty && fView; };
   if (!isToBegin() || (!fOnDutyViews.empty() && fOnDutyViews.back() == fView)) return;
-  // A walk that this one overtakes has left some behind.
+  // A walk that was overtaken may have left some views on duty.
   GoOffDuty();
   if (!isToBegin() || !fOnDutyViews.empty()) return;
   std::vector<TViewImplPtr> chain;
@@ -163,7 +164,7 @@ void CWindowFocus::GoOnDuty() {
   const std::uint32_t walk = ++fWalkNumber;
   fIsGoingOnDuty = true;
   for (auto view = chain.rbegin(); view != chain.rend() && walk == fWalkNumber; ++view) {
-    if (!(*view)->IsLive()) continue;  // released, it lives on behind its subviews only
+    if (!(*view)->IsLive()) continue;  // released: only its subviews keep it in memory
     fOnDutyViews.push_back(*view);
     NotifyOnDutyFocus(**view, 1);
   }
@@ -184,8 +185,8 @@ void CWindowFocus::GoOffDuty() {
 
 void CWindowFocus::OnActivated() {
   fIsOnDuty = true;
-  if (fIsChanging || !fView) return;  // the change under way sees to it
-  // In a window that is not active a view keeps the focus while it cannot have it.
+  if (fIsChanging || !fView) return;  // the change in progress handles it
+  // In an inactive window, a view keeps the focus even if it can no longer have it.
   if (!CanKeepFocus()) return EjectFocus(fTools);
   const TViewImplPtr view = fView;
   const std::uint32_t changeNumber = fChangeNumber;

@@ -1,12 +1,13 @@
-// The focus of one window: which view has it, and who has been told.
+// The focus of one window: which view has it, and which views have been told.
 //
 // A view is on duty when it has the focus and its window is active and has the keyboard; its super views are
-// on duty with it. Everybody is told of each change once, and in turns: on duty from the root view down to
-// the focus view, off duty the other way.
+// on duty with it. Each view is told of each change once, on duty and off duty in turns: on duty from the
+// root view down to the focus view, off duty in the opposite order.
 //
-// Whoever is called may move the focus again, disable or release views, or have another window activated.
-// That comes to its end within the call. What was under way before finds itself overtaken then, and ends
-// where it is: the last wish holds. Behaviours that pass the focus on without end are stopped after a while.
+// A behaviour that is called may move the focus again, disable or release views, or have another window
+// activated. Such a nested change is completed within the call. The change that was in progress then finds
+// that it has been overtaken, and stops: the last request wins. Behaviours that pass the focus on endlessly
+// are stopped after a while.
 #pragma once
 
 #include <cstdint>
@@ -17,14 +18,14 @@
 
 namespace NSMorvane {
 
-// The window as its focus sees it.
+// What the focus needs of the window.
 class IFocusWindow {
  public:
-  // Whether the focus view has the keys, if there is one.
+  // Whether the window is active, so that the focus view, if there is one, gets the keys.
   virtual bool IFocusWindow_IsActive() = 0;
-  // Puts the native focus on the control, or without one on the window itself.
+  // Moves the native focus to the control, or to the window itself if there is none.
   virtual void IFocusWindow_GiveKeyboard(const TNativeWindow& control) = 0;
-  // A change is through.
+  // Called when a change is complete.
   virtual void IFocusWindow_OnFocusChanged() = 0;
 
  protected:
@@ -33,35 +34,36 @@ class IFocusWindow {
 
 class CWindowFocus {
  public:
-  // Both are the window, and stay alive during each call.
+  // Both arguments are the window, which must stay alive during each call.
   CWindowFocus(IFocusWindow& window, IImplFocusTools& tools) : fWindow(window), fTools(tools) {}
   CWindowFocus(const CWindowFocus&) = delete;
   CWindowFocus& operator=(const CWindowFocus&) = delete;
 
   // The focus view, or null.
   CViewImpl* GetView() const { return fView.get(); }
-  // Where the change under way leads to; without one, the focus view.
+  // The view that will have the focus after the change in progress; without a change, the focus view.
   CViewImpl* GetNextView() const { return (fIsChanging ? fNextView : fView).get(); }
 
-  // Null takes the focus away. std::invalid_argument for a view that has been released. XIllegalCallSequence
-  // if behaviours pass the focus on without end. If the view's native control is not to be had, the focus
-  // stays where it is, and the error is thrown.
+  // Null removes the focus. Throws std::invalid_argument for a view that has been released, and
+  // XIllegalCallSequence if behaviours pass the focus on endlessly. If the view fails when it is asked for
+  // its native control, the focus stays where it is, and the error is thrown.
   void SetView(CViewImpl* view);
-  // For a view that cannot keep the focus: to `view`, or to none if that would be one change too many.
+  // Moves the focus to `view`, or removes it if that would be one change too many.
   void PassOn(CViewImpl* view);
-  // For the window on its way out: lets go of all views, and tells nobody.
+  // Called by a window that is ending: drops all views, and tells none of them.
   void Forget();
 
   // --- What happens to the window
 
-  // The focus view gets the keyboard. Throws what its behaviour answers when asked for a control.
+  // The focus view gets the keyboard. Throws the error of its behaviour if that fails when it is asked for
+  // its control.
   void OnActivated();
   void OnDeactivated();
-  // Somebody else in the window has the keyboard, or the window has it back.
+  // Another native window inside the window has the keyboard, or the window has it back.
   void OnKeyboardLost();
   void OnKeyboardReturned();
-  // The native control of a view has got the keyboard by itself. The view need not be focusable. Null: it has
-  // lost it; the focus view stays what it is.
+  // The native control of a view has got the keyboard by itself. The view need not be focusable. Null: a
+  // control has lost the keyboard; the focus view stays the same.
   void OnControlFocused(CViewImpl* view);
 
  private:
@@ -71,28 +73,27 @@ class CWindowFocus {
   void StayWithOldView();
   void GiveKeyboard(const TNativeWindow& control);
   bool CanKeepFocus() const;
-  // Both tell until they are overtaken.
+  // Both tell views until they are overtaken.
   void GoOnDuty();
   void GoOffDuty();
 
   IFocusWindow& fWindow;
   IImplFocusTools& fTools;
   TViewImplPtr fView;
-  TViewImplPtr fNextView;  // of the change under way
+  TViewImplPtr fNextView;  // of the change in progress
   bool fIsChanging = false;
-  bool fIsFromControl = false;             // fView has come by its control
+  bool fIsFromControl = false;             // fView got the focus through its control
   bool fIsOnDuty = false;                  // the focus view, if there is one, has the keyboard
-  std::vector<TViewImplPtr> fOnDutyViews;  // those that have been told so, outermost first
-  bool fIsGoingOnDuty = false;             // more of them follow
+  std::vector<TViewImplPtr> fOnDutyViews;  // the views that have been told so, outermost first
+  bool fIsGoingOnDuty = false;             // more of them will be told
   bool fIsGivingKeyboard = false;
   std::uint32_t fChangeNumber = 0;  // of the last change that has begun
-  std::uint32_t fWalkNumber = 0;    // of the last walk that has begun to tell
-  int fRunningChanges = 0;          // one within the other
+  std::uint32_t fWalkNumber = 0;    // of the last walk over views that has begun
+  int fRunningChanges = 0;          // nested in each other
   int fChangesInARow = 0;           // since the outermost of them has begun
 };
 
-// The native control that stands for the view, with a null handle if there is none. Throws what the behaviour
-// answers.
+// The native control of the view; a null handle if there is none. Throws the error of the behaviour.
 TNativeWindow GetNativeFocusTarget(CViewImpl& view);
 
 }  // namespace NSMorvane

@@ -11,7 +11,7 @@ namespace {
 
 enum : std::int32_t { kIdealTolerance = 5 };
 
-// The frame around the client area of `frameRect`, with that area given another size at the same corner.
+// The frame for a client area of another size, with its corner at that of the client area of `frameRect`.
 TRect WithClientSize(const TRect& frameRect, const TSize& clientSize, const TFrameInsets& insets) {
   TRect clientRect = FrameRectToClientRect(frameRect, insets);
   clientRect.fRight = ToCoordinate(static_cast<std::int64_t>(clientRect.fLeft) + clientSize.fWidth);
@@ -88,7 +88,7 @@ TPoint OffsetToNativePlacement(IMorvane& morvane, bool isToolWindow) {
   ThrowError(morvane.IMorvane_GetMonitors(monitors));
   const std::uint32_t mainMonitorIndex = monitors.fMainMonitorIndex;
   MORVANE_ASSERT(mainMonitorIndex < monitors.fMonitorCount);
-  if (mainMonitorIndex >= kMaxMonitors) return {0, 0};  // nothing lies there to be read
+  if (mainMonitorIndex >= kMaxMonitors) return {0, 0};  // there is no such monitor
   const TMonitor& monitor = monitors.fMonitors[mainMonitorIndex];
   return {monitor.fBounds.fLeft - monitor.fWorkArea.fLeft, monitor.fBounds.fTop - monitor.fWorkArea.fTop};
 }

@@ -1,7 +1,7 @@
-// Where a window is and how large: the state that a window remembers, and the arithmetic on it. Nothing here
-// touches a window. All rectangles are frame rectangles in the coordinates of native placements, which begin
-// at the work area of the main monitor but for tool windows, unless told otherwise, and may be anything that
-// 32 bits hold.
+// Where a window is and how large it is: the state that a window remembers, and the arithmetic on it. Nothing
+// here touches a window. Unless a comment says otherwise, all rectangles are frame rectangles in the
+// coordinates of native placements. These begin at the work area of the main monitor, except for tool
+// windows. Coordinates may have any 32-bit value.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +17,7 @@ namespace NSMorvane {
 class IMorvane;
 using NSTextPackage::TString;
 
-// What a window and its kind tell each other.
+// The placement that a window and its kind pass to each other.
 struct TWindowPlacement {
   bool fMinimized = false;
   bool fMaximized = false;
@@ -42,7 +42,7 @@ struct TWinWindowState {
   TSize fClientSize{};
 };
 
-// What a window is told by its kind, and tells it.
+// The state that a window and its kind pass to each other.
 struct TWindowStateRecord {
   TSize fMinimumClientSize{};
   TSize fMaximumClientSize{};
@@ -52,7 +52,8 @@ struct TWindowStateRecord {
   TWindowPlacement fPlacement;
 };
 
-// What the platform tells of a window: the rectangle to come back to, and where its corner is meanwhile.
+// The platform's placement of a window: the normal rectangle, and the corner that the window has while it is
+// minimized or maximized.
 struct TNativePlacement {
   TRect fNormalRect;
   TPoint fMinimizedCorner;
@@ -72,27 +73,28 @@ TRect ClientRectToFrameRect(const TRect& clientRect, const TFrameInsets& insets)
 // The size of the frame around a client area.
 TSize ClientSizeToFrameSize(const TSize& clientSize, const TFrameInsets& insets);
 
-// Whether the client area in this frame is off the ideal size by less than five pixels in both dimensions.
+// Whether the client area in this frame differs from the ideal size by less than five pixels in both
+// dimensions.
 bool IsClientSizeIdeal(const TRect& frameRect, const TSize& idealSize, const TFrameInsets& insets);
 
-// Where the window stands when it is neither minimized nor maximized, with its corner at the place that it
-// has while it is. An empty client area counts as minimized.
+// The normal rectangle of the window. While the window is minimized or maximized, the rectangle has the
+// corner of that state. An empty client area counts as minimized.
 TRect NormalRect(const TNativePlacement& native, bool minimized, bool maximized, bool clientIsEmpty);
 
-// The placement to give to a window in the state `current`, which is now in `currentZoomState`, so that it
-// comes as near to `wanted` as the sizes in `wanted` allow.
+// The placement for a window whose state is `current` and whose zoom state is `currentZoomState`: as close to
+// `wanted` as the sizes in `wanted` allow.
 TWindowPlacement FitPlacement(const TWindowStateRecord& wanted, const TWinWindowState& current,
                               TZoomState currentZoomState, const TFrameInsets& insets);
 
-// What to add to a rectangle in screen coordinates to get one in those of the native placement of a window.
-// They begin at the work area of the main monitor, but for tool windows, whose placement is in screen
-// coordinates.
+// The offset from screen coordinates to those of the native placement of a window. Native placements begin at
+// the work area of the main monitor, except for tool windows, whose placements are in screen coordinates.
 TPoint OffsetToNativePlacement(IMorvane& morvane, bool isToolWindow);
 
-// Between native placements and those of the client, which are in screen coordinates; `offset` is what
-// OffsetToNativePlacement gives.
+// Conversion between native placements and those of the client, which are in screen coordinates. `offset` is
+// the result of OffsetToNativePlacement.
 //
-// The kinds differ in the flags that their placements have. One that is not there is not told, and false.
+// The placements of the kinds have different flags. A flag that a kind does not have is left out on the way
+// to the client, and false on the way back.
 template <class TPlacement>
 TPlacement PlacementForClient(const TWindowPlacement& placement, const TPoint& offset) {
   const std::int64_t dx = -static_cast<std::int64_t>(offset.fX);
@@ -117,9 +119,10 @@ TWindowPlacement PlacementFromClient(const TPlacement& placement, const TPoint& 
   return out;
 }
 
-// Where the maximize command takes a window whose size is limited and which now stands at `start`: as large
-// as the limits in `state` allow, at the same corner if it can stay in the work area of its monitor there.
-// Nothing if the limits are none for that monitor. `toNative` is what OffsetToNativePlacement gives.
+// The rectangle for the maximize command of a window whose size is limited, and which is now at `start`: as
+// large as the limits in `state` allow, and with the same corner if it then stays in the work area of its
+// monitor. Nothing if the limits have no effect on that monitor. `toNative` is the result of
+// OffsetToNativePlacement.
 std::optional<TRect> LimitedMaximum(const TMonitorList& monitors, const TRect& start,
                                     const TWinWindowState& state, const TFrameInsets& insets,
                                     const TPoint& toNative);
