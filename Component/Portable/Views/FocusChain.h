@@ -1,4 +1,4 @@
-// The walk along the focus chain: from the focus view up to the root view, until a view takes what is
+// The walk along the focus chain: from the focus view up to the root view, until a view handles what is
 // offered.
 #pragma once
 
@@ -9,17 +9,16 @@
 
 namespace NSMorvane {
 
-// What is offered decides what ends the walk before somebody takes it.
+// What is offered. It decides what ends the walk before a view has handled it.
 enum class TFocusWalk {
   kKey,      // a view that is released in its own turn
   kWheel,    // nothing
   kCommand,  // a view that has no behaviour
 };
 
-// Calls `offer(behavior, outHandled)` for one view after the other; true if one of them has taken it. Views
-// that have been released live on behind their subviews only, and are passed over. The chain is held for the
-// walk, since views can end themselves and each other. `focusView` may be null or released: then nobody is
-// asked.
+// Calls `offer(behavior, outHandled)` for one view after the other; true if one of them has handled it. Views
+// that have been released, and that only their subviews keep in memory, are skipped. The walk keeps the chain
+// alive, since views can end themselves and each other. If `focusView` is null or released, no view is asked.
 template <class TOffer>
 bool OfferAlongFocusChain(const CViewImpl* focusView, TFocusWalk walk, TOffer&& offer) {
   if (!focusView || !focusView->IsLive()) return false;
@@ -39,7 +38,8 @@ bool OfferAlongFocusChain(const CViewImpl* focusView, TFocusWalk walk, TOffer&& 
   return false;
 }
 
-// The views from `focusView` up to the root view, as long as they have not been released, nearest first.
+// The views from `focusView` up to the root view, nearest first. The list ends before the first view that has
+// been released.
 inline std::vector<TViewImplPtr> LiveFocusChain(const CViewImpl* focusView) {
   std::vector<TViewImplPtr> chain;
   for (const CViewImpl* view = focusView; view && view->IsLive(); view = view->GetSuperView().get())

@@ -23,7 +23,7 @@ CViewImpl* FindFocusView(const std::vector<CViewImpl*>& views, CViewImpl* anchor
   if (views.empty()) return nullptr;
   const bool next = direction == kFindNext;
   if (!next) MORVANE_ASSERT(direction == kFindPrevious);
-  // A missing anchor is at the end of the list.
+  // An anchor that is not in the list counts as its end.
   auto place = anchorView ? std::find(views.begin(), views.end(), anchorView) : views.end();
   if (next) {
     if (place != views.end()) ++place;

@@ -14,7 +14,7 @@ namespace NSMorvane {
 
 namespace {
 
-// What a step of a view's end throws stops here, and the next step follows.
+// Runs a step of a view's end. An exception stops here, and the next step follows.
 template <class TStep>
 void RunDestructorStep(const TStep& step) noexcept {
   try {
@@ -30,7 +30,7 @@ void RunDestructorStep(const TStep& step) noexcept {
   }
 }
 
-// Looks for the point in the rectangles that a behaviour hands over.
+// Looks for the point in the rectangles that a behaviour passes.
 class CRectGetter : public IRectsGetter {
  public:
   explicit CRectGetter(const TPoint& point) : fPoint(point) {}
@@ -72,7 +72,7 @@ CViewImpl::CViewImpl(IWindow* motherWindow)
 
 CViewImpl::CViewImpl(CViewImpl& superView, const std::string& debugName)
     : CViewImpl(superView.fMotherWindow) {
-  // The object is whole already: if something is thrown from here on, the destructor runs.
+  // The object is complete already: if something is thrown from here on, the destructor runs.
   TViewImplPtr reference = superView.GetClientsViewReference();
   if (!reference) MORVANE_THROW(std::invalid_argument(""));
   fDebugName.assign(debugName, 0, kDebugNameChars);
@@ -135,7 +135,7 @@ CViewImpl::~CViewImpl() {
   RunDestructorStep([this] { InvalidateAround(fRect); });
   RunDestructorStep([this] { RemoveTooltip(); });
   RunDestructorStep([this] { fBehavior.reset(); });
-  // Once more, if the behaviour stood in the way.
+  // Once more, in case the behaviour made the first attempt fail.
   RunDestructorStep([this] { RemoveTooltip(); });
   RunDestructorStep([this] {
     if (fSuperView) fSuperView->RemoveSubView(this);
@@ -149,9 +149,9 @@ CViewImpl::~CViewImpl() {
     ReleaseSuperViews(std::move(fSuperView));
 }
 
-// The last subview of a view that is gone takes it along, and that one perhaps its own super view. Each
-// destructor of such a chain hands its super view out to this loop, where the next one runs: so a deep tree
-// needs no deep stack.
+// When the last subview of a released view ends, that view ends with it, and perhaps its own super view too.
+// Each destructor in such a chain passes its super view to this loop, where the next destructor runs. So a
+// deep tree needs no deep stack.
 void CViewImpl::ReleaseSuperViews(TViewImplPtr view) {
   while (view) {
     TViewImplPtr nextView;
@@ -185,11 +185,11 @@ bool CViewImpl::HasFocus() const {
 void CViewImpl::CViewGlue_Release() {
   TViewImplPtr reference;
   reference.swap(fClientsViewReference);
-  // From here on it cannot get the focus back. Behind its subviews it keeps its place in the tab list.
+  // From here on the view cannot get the focus back. If subviews keep it in memory, it stays in the tab list.
   if (fSubViews.empty()) RunDestructorStep([this] { LeaveTabViews(); });
   RunDestructorStep([this] { GiveUpFocus(); });
-  // It is not drawn any more, while a walk or its subviews may keep it alive. Otherwise it ends here, and
-  // sees to that itself.
+  // If a walk or its subviews keep the view in memory, it must disappear from the picture now. Otherwise it
+  // ends here, and its destructor does this.
   if (reference.use_count() > 1) RunDestructorStep([this] { InvalidateAround(fRect); });
 }
 
@@ -236,7 +236,7 @@ std::vector<IView*> CViewImpl::CViewGlue_GetSubViewOrder() {
   return result;
 }
 
-// A view that is gone is none of the client's concern, but stays in the list until it dies.
+// The client does not know of released views any more, but they stay in the list until they end.
 void CViewImpl::CViewGlue_SetSubViewOrder(const std::vector<IView*>& subViews) {
   std::vector<CViewImpl*> newOrder;
   newOrder.reserve(fSubViews.size());
@@ -266,8 +266,8 @@ bool CViewImpl::HasSubViewAt(const TPoint& point) const {
          });
 }
 
-// The point is in the rectangle of `view`. Most views are missed, at the price of one look at their
-// rectangle.
+// The point must be in the rectangle of `view`. Most subviews do not contain it, and cost only one look at
+// their rectangle.
 void CViewImpl::AppendHits(const TViewImplPtr& view, const TPoint& point, std::vector<TViewImplPtr>& hits) {
   if (view->IsHit(point)) hits.push_back(view);
   if (!view->IsLive()) return;
@@ -289,10 +289,10 @@ bool CViewImpl::IsHit(const TPoint& point) const {
 // --- Parameters
 
 void CViewImpl::CViewGlue_SetParams(const TViewParams& params) {
-  // A behaviour that hears of the change may set the flags itself. It has the last word, so this call writes
-  // only those that it changes.
+  // A behaviour that is told of the change may set the flags itself, and then its setting wins. So this call
+  // writes only the flags that it changes.
   const std::uint32_t changedFlags = params.fFlags ^ fFlags;
-  // A view that fails when it is to get the focus does not keep the rest from being done.
+  // If the view that gets the focus fails, the rest is done all the same.
   TError focusError = kOK;
   const auto ejectFocus = [&] {
     const TError error = ErrorOf([this] { EjectFocus(*fImplFocusTools); });
@@ -303,7 +303,7 @@ void CViewImpl::CViewGlue_SetParams(const TViewParams& params) {
   const bool losesFocusable = (changedFlags & fFlags & kViewFocusable) != 0;
   if (losesFocusable && HasFocus()) {
     MORVANE_ASSERT(fImplFocusTools != NULL);
-    // As long as it is focusable it would follow itself where there is no other.
+    // If there is no other candidate, it would follow itself as long as it is focusable.
     if (!IsOnlyFocusCandidate(*this, *fImplFocusTools)) ejectFocus();
   }
   const std::uint32_t plainFlags = changedFlags & ~std::uint32_t{kViewEnabled};
@@ -319,8 +319,8 @@ void CViewImpl::CViewGlue_SetParams(const TViewParams& params) {
   MORVANE_CHECK(focusError);
 }
 
-// The whole subtree changes before anybody hears of it, so that whoever answers with another change finds no
-// tree that is half changed.
+// The whole subtree changes before any behaviour is told, so that a behaviour that makes another change does
+// not find a tree that is half changed.
 TError CViewImpl::SetEnabled(bool ownEnabled, bool ancestorsEnabled, bool visible) {
   std::vector<TViewImplPtr> changed;
   ApplyEnabled(ownEnabled, ancestorsEnabled, visible, changed);
@@ -332,7 +332,7 @@ TError CViewImpl::SetEnabled(bool ownEnabled, bool ancestorsEnabled, bool visibl
   return firstError;
 }
 
-// `changed` gets the live views that have something to hear, subviews before their super view.
+// `changed` gets the live views whose behaviours must be told, subviews before their super view.
 void CViewImpl::ApplyEnabled(bool ownEnabled, bool ancestorsEnabled, bool visible,
                              std::vector<TViewImplPtr>& changed) {
   const bool isChanged =
@@ -349,11 +349,11 @@ void CViewImpl::ApplyEnabled(bool ownEnabled, bool ancestorsEnabled, bool visibl
   if (IsLive()) changed.push_back(fClientsViewReference);
 }
 
-// Nothing if somebody has changed it back meanwhile, or has told it already. The result is the code of a view
-// that was to get the focus.
+// Does nothing if the state has been changed back meanwhile, or if the behaviour has been told already. The
+// result is the code of a view that was to get the focus.
 TError CViewImpl::TellEnabled() {
   if (!IsLive()) return kOK;
-  // One that has heard of it may have got the focus in between.
+  // A view that has been told may have got the focus in between.
   const bool hasHeard = HasHeardEnabled();
   TError error = kOK;
   if ((!hasHeard || (HasFocus() && !CanBeFocusTargetNow())) && fImplFocusTools && IsFocusInSubtree(*this))
@@ -385,7 +385,7 @@ void CViewImpl::CViewGlue_SetTooltipText(const TString& text) {
   fTooltipText.swap(newText);
 }
 
-// Both ask the behaviour for its control, and it may set another text meanwhile.
+// Both functions ask the behaviour for its control, and the behaviour may set another text meanwhile.
 
 void CViewImpl::AddTooltip(const TString& text) {
   const std::uint32_t added = fViewWindow->AddTool(*this, text);

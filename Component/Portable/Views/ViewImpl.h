@@ -1,10 +1,10 @@
 // The one view class of the library: the tree under a window's root view.
 //
 // All rectangles are in client coordinates of the window. A view is live from SetClientsViewReference to
-// IView_Release; after that it may stay alive behind its subviews, but every walk passes it over.
+// IView_Release. After that its subviews may keep it in memory, but every walk skips it.
 //
-// Whatever calls a behaviour may come back to a tree that has changed: views released, made or reordered. So
-// a walk goes over shared pointers that it took beforehand; the client's operations keep their view alive
+// After any call of a behaviour, the tree may have changed: views may have been released, made or reordered.
+// So a walk uses shared pointers that it has taken beforehand; the client's operations keep their view alive
 // (MorvaneGlueContract.h).
 //
 //   ViewImpl.cpp              life, parameters, enabling, tooltips, hit test
@@ -35,25 +35,25 @@ class CViewImpl : public CViewGlue {
  public:
   // --- Life
 
-  // A root view. The window stays the caller's.
+  // A root view. It does not own the window.
   explicit CViewImpl(IWindow* motherWindow);
-  // The last subview of `superView`, in the same window. std::invalid_argument if that is gone already. The
-  // name is cut to kDebugNameChars.
+  // The last subview of `superView`, in the same window. Throws std::invalid_argument if that view has been
+  // released. The name is cut to kDebugNameChars.
   CViewImpl(CViewImpl& superView, const std::string& debugName);
-  // A live subview whose behaviour comes from the client's factory. If the factory fails, its code is thrown
-  // and the view is gone again. The result is held by its own client reference.
+  // Makes a live subview whose behaviour comes from the client's factory. If the factory fails, its code is
+  // thrown and the view ends. The view is held by its own client reference.
   static TViewImplPtr MakeSubView(IViewBehaviorFactory& factory, CViewImpl& superView,
                                   const std::string& debugName);
   ~CViewImpl() override;
   CViewImpl(const CViewImpl&) = delete;
   CViewImpl& operator=(const CViewImpl&) = delete;
 
-  // Once, with a pointer to this view.
+  // Called once, with a pointer to this view.
   void SetClientsViewReference(TViewImplPtr reference);
-  // Null, and reported, for a view that is gone.
+  // Null, after an assertion, for a view that has been released.
   TViewImplPtr GetClientsViewReference() const;
   bool IsLive() const { return fClientsViewReference.get() != nullptr; }
-  // Once. May be null: a view without a behaviour draws nothing and is never hit.
+  // Called once. The behaviour may be null: a view without one draws nothing and is never hit.
   void SetBehavior(boost::shared_ptr<IViewBehavior> behavior);
   bool CheckInvariant() const;
 
@@ -61,15 +61,15 @@ class CViewImpl : public CViewGlue {
 
   // Null before SetBehavior, and while the behaviour is being destroyed.
   IViewBehavior* GetBehavior() const { return fBehavior.get(); }
-  // Null once the window has gone before its views.
+  // Null if the window has ended before its views.
   IWindow* GetMotherWindow() const { return fMotherWindow; }
-  // The window, or null once that has gone before its views.
+  // The window, or null if that has ended before its views.
   IImplFocusTools* GetFocusTools() const { return fImplFocusTools; }
   // Null for a root view.
   const TViewImplPtr& GetSuperView() const { return fSuperView; }
-  // The live ones, the first drawn first.
+  // The live subviews in the order in which they are drawn.
   std::vector<TViewImplPtr> GetSubViews() const;
-  // With those that are gone (see IsLive). Any callback may change it.
+  // All subviews, also those that have been released (see IsLive). Any callback may change the list.
   const std::vector<CViewImpl*>& GetRawSubViews() const { return fSubViews; }
   const TRect& GetBounds() const { return fRect; }
   TViewParams GetParams() const { return {fFlags, fRect, fDrawMode, fAutoInvalidation}; }
@@ -85,29 +85,28 @@ class CViewImpl : public CViewGlue {
 
   // --- The tree
 
-  // As the last subview. The list does not own it.
+  // Adds it as the last subview. The list does not own it.
   void AddSubView(CViewImpl* view);
-  // std::logic_error if it is not in the list.
+  // Throws std::logic_error if it is not in the list.
   void RemoveSubView(CViewImpl* view);
-  // The live views of this subtree that have a hit rectangle under the point: outermost first, the topmost
-  // last.
+  // The live views of this subtree that have a hit rectangle at the point, from the outermost to the topmost.
   std::vector<TViewImplPtr> HitTest(const TPoint& point) const;
   // Whether one of the subviews has the point in its rectangle; if not, HitTest finds nothing below this
   // view. Calls no behaviour.
   bool HasSubViewAt(const TPoint& point) const;
 
-  // For the window, on its way out: the views that are left must not reach for it.
+  // Called by a window that is ending: the views that are left must not use it any more.
   void ForgetWindow();
 
   // --- Bounds and dirty areas
 
   // Subviews stay where they are.
   void SetBounds(const TRect& rect);
-  // The own rectangle cut to those of all super views; the zero rectangle if nothing is left.
+  // The view's rectangle clipped to those of all super views; the zero rectangle if nothing is left.
   TRect GetClipBounds() const;
-  // What the client asks for: the part of the view in `rect` becomes dirty, in the nearest buffered view,
-  // beginning with this one, and on the screen. Of the screen only what all super views leave in sight; a
-  // buffer records also what is out of sight, since that may come into sight without being drawn.
+  // The client's request: the part of the view in `rect` becomes dirty in the nearest buffered view,
+  // beginning with this one, and on the screen. On the screen it is clipped to all super views. A buffer also
+  // records what is out of sight, since that can come into sight without being drawn.
   void InvalidateRect(const TRect& rect);
 
   // --- Buffers
@@ -115,16 +114,17 @@ class CViewImpl : public CViewGlue {
   // What the view is drawn into: null for the direct mode, a shared tile for the temporary modes, the view's
   // own bitmap for the permanent ones.
   boost::shared_ptr<CBufferBitmap> GetBitmapForDrawing();
-  // What GetBitmapForDrawing gave, once the drawing is through.
+  // Gives back the result of GetBitmapForDrawing after the drawing.
   void ReleaseBitmapForDrawing(const boost::shared_ptr<CBufferBitmap>& bufferBitmap);
-  // What has to be drawn into the own bitmap; from here on it counts as drawn, but for what lies outside the
-  // super view. Permanent modes only.
+  // Returns what has to be drawn into the view's own bitmap. From here on it counts as drawn, except for what
+  // lies outside the super view. Permanent modes only.
   CRegion TakeDirtyRegion();
-  // What was taken could not be drawn.
+  // Makes a region dirty again that was taken but could not be drawn.
   void PutBackDirtyRegion(const CRegion& region);
-  // The view could not be drawn: the bitmaps around it that are being drawn into have to try again.
+  // Called when the view could not be drawn: makes it dirty in the bitmaps around it that are being drawn
+  // into, so that they try again.
   void RecordFailedDrawing() noexcept;
-  // What has to be drawn, left alone. Null but in the permanent modes.
+  // What has to be drawn, without taking it. Null except in the permanent modes.
   const CRegion* GetDirtyRegion() const { return fCollapsedDirtyRegion.get(); }
 
  protected:
@@ -145,7 +145,7 @@ class CViewImpl : public CViewGlue {
   void CViewGlue_Release() override;
 
  private:
-  // The permanent bitmap and what of it is dirty: both or neither.
+  // The permanent bitmap and its dirty region: both or neither.
   struct TPermanentBuffer {
     boost::shared_ptr<CBufferBitmap> fBitmap;
     std::unique_ptr<CRegion> fDirtyRegion;
@@ -162,8 +162,7 @@ class CViewImpl : public CViewGlue {
   void RemoveTooltip();
   static void ReleaseSuperViews(TViewImplPtr view);
 
-  // Enabling and hits
-  // The first code of a view that was to get the focus and failed.
+  // Returns the first code of a view that was to get the focus and failed.
   TError SetEnabled(bool ownEnabled, bool ancestorsEnabled, bool visible);
   void ApplyEnabled(bool ownEnabled, bool ancestorsEnabled, bool visible, std::vector<TViewImplPtr>& changed);
   TError TellEnabled();
@@ -175,8 +174,8 @@ class CViewImpl : public CViewGlue {
   // Bounds
   void BoundsChanged(const TRect& oldRect);
   TAutoInvalidation ResolveAutoInvalidation(const TRect& oldRect) const;
-  // The picture of this view has changed in `area`, a rectangle or a region: it becomes dirty on the screen
-  // and in the nearest buffer or, with `inAllBuffers`, in every one on the way up.
+  // The picture of this view has changed in `area`, a rectangle or a region. It becomes dirty on the screen
+  // and in the nearest buffer, or with `inAllBuffers` in every buffer on the way up.
   template <class TArea>
   void Invalidate(TArea area, bool inAllBuffers);
   void InvalidatePicture(const TRect& rect);
@@ -195,7 +194,7 @@ class CViewImpl : public CViewGlue {
   static TPermanentBuffer MakePermanentBuffer(TViewDrawMode mode, const TRect& rect);
   void SetPermanentBuffer(TPermanentBuffer buffer);
 
-  TViewImplPtr fClientsViewReference;  // stands for the client's hold; null: the view counts as gone
+  TViewImplPtr fClientsViewReference;  // the client's reference; null if the view has been released
   std::uint32_t fFlags;
   TRect fRect;
   TViewDrawMode fDrawMode;
@@ -204,14 +203,14 @@ class CViewImpl : public CViewGlue {
   IWindow* fMotherWindow;
   TViewImplPtr fSuperView;  // a super view lives as long as its subviews
   std::vector<CViewImpl*> fSubViews;
-  bool fIsVisibleInTree;       // only handed down
-  bool fIsEffectivelyEnabled;  // as far as the super views go
-  bool fToldOwnEnabled;        // as the behaviour has last heard
+  bool fIsVisibleInTree;       // only passed on to subviews
+  bool fIsEffectivelyEnabled;  // whether all super views are enabled
+  bool fToldOwnEnabled;        // what the behaviour was last told
   bool fToldAncestorsEnabled;
   std::unique_ptr<CRegion> fCollapsedDirtyRegion;              // permanent modes only
   boost::shared_ptr<CBufferBitmap> fPermanentOffscreenBitmap;  // permanent modes only
   std::string fDebugName;
-  IImplFocusTools* fImplFocusTools;  // the window, as is the next
+  IImplFocusTools* fImplFocusTools;  // the window, like the next field
   IViewWindow* fViewWindow;
   TString fTooltipText;
   std::uint32_t fTooltipHandle;

@@ -20,7 +20,7 @@ bool CViewImpl::IsBufferBeingDrawn() const {
   return fPermanentOffscreenBitmap && fPermanentOffscreenBitmap->IsBeingDrawnInto();
 }
 
-// Nothing for the other modes. All of a new bitmap is dirty.
+// Empty for the other modes. A new bitmap is dirty everywhere.
 CViewImpl::TPermanentBuffer CViewImpl::MakePermanentBuffer(TViewDrawMode mode, const TRect& rect) {
   TPermanentBuffer buffer;
   if (!IsPermanentMode(mode)) return buffer;
@@ -57,7 +57,7 @@ void CViewImpl::ReleaseBitmapForDrawing(const boost::shared_ptr<CBufferBitmap>& 
       return;
     case kViewDrawTemporary16:
     case kViewDrawTemporary32:
-      // By its own depth: the mode may have changed while the view was drawn.
+      // Chosen by the bitmap's own depth: the mode may have changed while the view was drawn.
       if (bufferBitmap) CTileBitmapPool::ForDepth(bufferBitmap->GetInfo().fBitDepth).PutBack(bufferBitmap);
       return;
     case kViewDrawPermanent16:
@@ -100,7 +100,7 @@ void CViewImpl::RecordFailedDrawing() noexcept {
     for (CViewImpl* view = this; view && IntersectRect(part, view->fRect); view = view->fSuperView.get())
       if (view->IsBufferBeingDrawn()) view->fCollapsedDirtyRegion->UnionRect(part);
   } catch (...) {
-    // What made the drawing fail is told by others.
+    // The failure of the drawing itself is reported elsewhere.
   }
 }
 

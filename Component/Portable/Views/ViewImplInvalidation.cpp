@@ -11,7 +11,7 @@ namespace NSMorvane {
 
 namespace {
 
-// False, with the region where it was, if it would leave the range of coordinates.
+// False, with the region unchanged, if it would leave the range of coordinates.
 bool OffsetRegion(CRegion& region, std::int64_t dx, std::int64_t dy) {
   if (region.IsEmpty()) return true;
   const TRect bounds = region.GetBounds();
@@ -30,7 +30,7 @@ bool HaveSameSize(const TRect& a, const TRect& b) {
   return RectWidth(a) == RectWidth(b) && RectHeight(a) == RectHeight(b);
 }
 
-// The two kinds of areas. Cutting tells whether anything is left.
+// The same operations for the two kinds of areas. CutArea returns whether anything is left.
 
 bool CutArea(TRect& area, const TRect& rect) { return IntersectRect(area, rect); }
 void AddArea(CRegion& region, const TRect& area) { region.UnionRect(area); }
@@ -54,8 +54,8 @@ TRect CViewImpl::GetClipBounds() const {
   return clip;
 }
 
-// Every view cuts the area for itself and for those around it, not for those inside it: what a buffer records
-// may be out of sight.
+// Every view clips the area for its own buffer and for the views around it, but not for those inside it. So
+// what a buffer records may be out of sight.
 template <class TArea>
 void CViewImpl::Invalidate(TArea area, bool inAllBuffers) {
   bool isRecorded = false;
@@ -65,7 +65,7 @@ void CViewImpl::Invalidate(TArea area, bool inAllBuffers) {
     AddArea(*view->fCollapsedDirtyRegion, area);
     isRecorded = true;
   }
-  // Also when a buffer has recorded it: its pixels have to get to the screen.
+  // Also when a buffer has recorded the area: its pixels must still be copied to the screen.
   if (fViewWindow) InvalidateArea(*fViewWindow, area);
 }
 
@@ -73,7 +73,7 @@ void CViewImpl::InvalidateRect(const TRect& rect) { Invalidate(rect, false); }
 
 void CViewImpl::InvalidatePicture(const TRect& rect) { Invalidate(rect, true); }
 
-// Where this view is, or was, in the picture.
+// Invalidates `rect`, where this view is or was, in the picture around it.
 void CViewImpl::InvalidateAround(const TRect& rect) {
   if (fSuperView)
     fSuperView->InvalidatePicture(rect);
@@ -81,7 +81,8 @@ void CViewImpl::InvalidateAround(const TRect& rect) {
     fViewWindow->InvalidateRect(rect);
 }
 
-// What is in exactly one of the two rectangles. They are cut first: no region gets larger than the view.
+// Invalidates what is in exactly one of the two rectangles. They are clipped first, so that no region gets
+// larger than the view.
 void CViewImpl::InvalidateDifference(const TRect& a, const TRect& b) {
   TRect partOfA = a;
   if (!IntersectRect(partOfA, fRect)) partOfA = {};
@@ -99,7 +100,7 @@ void CViewImpl::InvalidateDifference(const TRect& a, const TRect& b) {
 void CViewImpl::SetBounds(const TRect& rect) {
   if (rect == fRect) return;
   const TRect oldRect = fRect;
-  // Made first: a bitmap that cannot be had leaves the view as it was.
+  // Made first: if the bitmap cannot be made, the view stays as it was.
   TPermanentBuffer newBuffer;
   if (IsPermanentMode(fDrawMode) && !(BufferSize(rect) == BufferSize(oldRect)))
     newBuffer = MakePermanentBuffer(fDrawMode, rect);
@@ -110,7 +111,7 @@ void CViewImpl::SetBounds(const TRect& rect) {
     MoveDirtyRegion(static_cast<std::int64_t>(rect.fLeft) - oldRect.fLeft,
                     static_cast<std::int64_t>(rect.fTop) - oldRect.fTop);
   else if (fCollapsedDirtyRegion)
-    // The subviews, among others, are at other places in the bitmap.
+    // The subviews, for example, are at other places in the bitmap now.
     *fCollapsedDirtyRegion = CRegion(fRect);
   BoundsChanged(oldRect);
   MarkToolRectsDirty();
@@ -129,7 +130,7 @@ void CViewImpl::BoundsChanged(const TRect& oldRect) {
     default:
       break;
   }
-  // Subviews must not leave stale pixels in the part that changed hands.
+  // Subviews must not leave stale pixels where the view has appeared or disappeared.
   if (fAutoInvalidation == kAutoInvalidationNone && !fSubViews.empty())
     fSuperView->InvalidateDifference(fRect, oldRect);
 }
@@ -148,8 +149,8 @@ TAutoInvalidation CViewImpl::ResolveAutoInvalidation(const TRect& oldRect) const
   return kAutoInvalidationNone;
 }
 
-// Pixels that wait to be drawn move with the bitmap that they are in. What is being drawn right now lands at
-// the old place.
+// The dirty region moves with the view's bitmap. If the bitmap is being drawn into right now, that drawing
+// lands at the old place, so all of it becomes dirty.
 void CViewImpl::MoveDirtyRegion(std::int64_t dx, std::int64_t dy) {
   if (!fCollapsedDirtyRegion) return;
   if (IsBufferBeingDrawn() || !OffsetRegion(*fCollapsedDirtyRegion, dx, dy))
@@ -180,7 +181,7 @@ void CViewImpl::CViewGlue_Offset(std::int32_t dx, std::int32_t dy) {
   try {
     MoveSubtree(dx, dy, *superView, handled);
   } catch (...) {
-    MarkToolRectsDirty();  // of those that have moved
+    MarkToolRectsDirty();  // of the views that have moved
     MORVANE_RETHROW();
   }
   MarkToolRectsDirty();
@@ -192,8 +193,8 @@ bool CViewImpl::IsOnlySubView() const {
   return true;
 }
 
-// Fills `destination`, in window coordinates, with the pixels that are one `distance` before it. False if
-// that cannot be: the bitmap's own drawing is going on.
+// Fills `destination`, in window coordinates, with the pixels that are `distance` before it. False if the
+// bitmap is being drawn into, so that this is not possible.
 bool CViewImpl::ScrollPixelsInSuperView(const TPoint& distance, const TRect& destination) {
   CViewImpl* const superView = fSuperView.get();
   if (superView->IsBufferBeingDrawn()) return false;
@@ -210,8 +211,8 @@ bool CViewImpl::ScrollPixelsInSuperView(const TPoint& distance, const TRect& des
   return true;
 }
 
-// The super view is buffered, and shows nothing but this view: its pixels move inside the bitmap, and only
-// what they leave and what comes into sight is dirty.
+// For a super view that is buffered and shows only this view: its pixels move inside the bitmap, and only
+// what they leave and what comes into sight becomes dirty.
 void CViewImpl::ScrollInSuperView(const TPoint& distance) {
   CViewImpl* const superView = fSuperView.get();
   const TRect superRect = superView->fRect;
@@ -224,7 +225,8 @@ void CViewImpl::ScrollInSuperView(const TPoint& distance) {
   TRect moved = OffsetRectBy(oldVisible, distance.fX, distance.fY);
   if (!IntersectRect(moved, superRect)) moved = {};
   if (IsEmptyRect(moved) || ScrollPixelsInSuperView(distance, moved)) {
-    // Pixels that wait to be drawn move along, and those that wait beside the view stay.
+    // Dirty pixels stay dirty at their new place. The old dirty region stays too, since it may lie beside the
+    // view.
     CRegion movedDirt = dirty;
     if (OffsetRegion(movedDirt, distance.fX, distance.fY)) {
       movedDirt.IntersectRect(superRect);
@@ -242,8 +244,8 @@ void CViewImpl::ScrollInSuperView(const TPoint& distance) {
   superView->InvalidateAround(superRect);
 }
 
-// `around`, the super view of all that moves, shows what the views leave behind. With `handled` their pixels
-// are taken care of already.
+// `around`, the super view of the subtree, shows what the views leave behind. With `handled`, their pixels
+// have been taken care of already.
 void CViewImpl::MoveSubtree(std::int32_t dx, std::int32_t dy, CViewImpl& around, bool handled) {
   const TRect oldRect = fRect;
   const TPoint distance = LimitOffset(oldRect, dx, dy);

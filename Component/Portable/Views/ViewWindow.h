@@ -1,4 +1,4 @@
-// The window as the view tree sees it. All windows implement both classes; neither reaches the client.
+// The window as the view tree sees it. All windows implement both classes, which the client does not see.
 #pragma once
 
 #include <boost/shared_ptr.hpp>
@@ -18,8 +18,8 @@ class CViewImpl;
 // Focus and tab order.
 class IImplFocusTools {
  public:
-  // Both give the same view, whether the window is active or not: the one that will have the focus when the
-  // change under way is through.
+  // Both return the same view, whether the window is active or not: the one that will have the focus after
+  // the change in progress.
   virtual CViewImpl* IImplFocusTools_GetOnDutyFocusView() = 0;
   virtual CViewImpl* IImplFocusTools_GetConceptualFocusView() = 0;
   virtual void IImplFocusTools_SetConceptualFocusView(CViewImpl* view) = 0;
@@ -35,10 +35,10 @@ class IImplFocusTools {
 // Painting and tooltips.
 class IViewWindow {
  public:
-  // In client coordinates: have this part of the screen painted again.
+  // Request that this part of the screen is painted again, in client coordinates.
   virtual void InvalidateRect(const TRect& rect) = 0;
   virtual void InvalidateRegion(const CRegion& region) = 0;
-  // Some view has moved: tooltips follow at the next tick.
+  // A view has moved: the tooltips follow at the next tick.
   virtual void MarkToolRectsDirty() = 0;
   // A number that stands for the tooltip, 0 on failure.
   virtual std::uint32_t AddTool(CViewImpl& view, const TString& text) = 0;
