@@ -55,14 +55,14 @@ void TDrawBracket::Begin() {
   fIsBegun = true;
 }
 
-// Called while exceptions pass through, so it lets out none of its own.
+// Also called while an exception is passing through, so it throws nothing itself.
 void TDrawBracket::End() {
   if (!std::exchange(fIsBegun, false) || fRunBehavior == nullptr) return;
   TError error = kOtherError;
   try {
     error = fRunBehavior->IMorvaneRunBehavior_OnEndDraw(fTools);
   } catch (...) {
-    // As a code.
+    // Counts as kOtherError.
   }
   MORVANE_ASSERT(error == kOK);
 }

@@ -14,7 +14,7 @@ namespace NSMorvane {
 
 namespace {
 
-// Where the walk is drawing to. It changes on the way into a buffer.
+// What the walk is drawing to. Inside a buffered view it is another one.
 struct TPass {
   IMorvaneRunBehavior* fRunBehavior;
   TDrawBracket& fBracket;
@@ -26,7 +26,7 @@ struct TPass {
 
 // --- Guards
 
-// One view on the way down.
+// The drawing of one view whose clip has been entered.
 class CViewScope {
  public:
   CViewScope(CDrawToolsGlue* glue, CPortClip& clip, const TRect& bounds)
@@ -46,7 +46,7 @@ class CViewScope {
   TRect fBounds;
 };
 
-// A bracket that is paused for a while, and goes on even if an exception comes by.
+// Pauses a bracket, and resumes it even if an exception passes through.
 class CBracketPause {
  public:
   explicit CBracketPause(TDrawBracket& bracket) : fBracket(&bracket) { fBracket->Pause(); }
@@ -55,7 +55,7 @@ class CBracketPause {
     try {
       fBracket->Resume();
     } catch (...) {
-      // The exception that came by is the one to tell.
+      // The exception that is passing through is the one to report.
     }
   }
   void Resume() {
@@ -78,7 +78,7 @@ class CViewBitmap {
     try {
       fView.ReleaseBitmapForDrawing(fBitmap);
     } catch (...) {
-      // The view's mode has changed under the drawing, and the bitmap ends here.
+      // The view's mode has changed during the drawing, and the bitmap ends here.
     }
   }
   CViewBitmap(const CViewBitmap&) = delete;
@@ -91,7 +91,7 @@ class CViewBitmap {
   boost::shared_ptr<CBufferBitmap> fBitmap;
 };
 
-// A behaviour has the tools.
+// Lends the tools to a behaviour.
 class CToolsLoan {
  public:
   explicit CToolsLoan(CDrawToolsGlue* glue) : fGlue(glue) {}
@@ -109,7 +109,7 @@ class CToolsLoan {
 
 void DrawSubViews(const TPass& pass, CViewImpl& view);
 
-// Logged only; but what a buffer lacks now, it tries again with the next paint.
+// The error is only logged, but the buffers in which the view is missing try again with the next paint.
 void IgnoreError(CViewImpl& view, const IViewBehavior* behavior, TError error, const char* operation) {
   view.RecordFailedDrawing();
   DebugPrint("The view behavior " + std::to_string(reinterpret_cast<std::intptr_t>(behavior)) +
@@ -136,7 +136,7 @@ void PostProcess(const TPass& pass, CViewImpl& view, IViewBehavior* behavior) {
 }
 
 void DrawDirect(const TPass& pass, CViewImpl& view) {
-  // The view, and with it its behaviour, is kept alive by the caller.
+  // The caller keeps the view alive, and with it the behaviour.
   IViewBehavior* const behavior = view.GetBehavior();
   DrawSelf(pass, view, behavior);
   DrawSubViews(pass, view);
@@ -144,12 +144,12 @@ void DrawDirect(const TPass& pass, CViewImpl& view) {
   PostProcess(pass, view, behavior);
 }
 
-// One pass over the view into a bitmap, in a bracket of its own. `dirtyBounds` is what the bitmap is to show.
+// Draws the view into a bitmap once, in a bracket of its own. `dirtyBounds` is what the bitmap will show.
 void DrawIntoBuffer(const TPass& pass, CViewImpl& view, const TRect& dirtyBounds,
                     CBufferBitmapDrawTools& bufferTools) {
   if (pass.fSettings.fDrawPaintsRed && pass.fGlue != nullptr)
     pass.fGlue->CDrawToolsGlue_FlushToScreen(pass.fSettings.fDelayAfterFlushing != 0);
-  // Clip and origin of the bitmap are in the care of the tools.
+  // The tools restore clip and origin of the bitmap.
   HDC__* const hdc = bufferTools.CDrawToolsGlue_GetNativePort().fHDC;
   const CPortGuard guard(hdc);
   const CSelectionGuard bitmap(hdc, kSelectedBitmap);
@@ -160,7 +160,7 @@ void DrawIntoBuffer(const TPass& pass, CViewImpl& view, const TRect& dirtyBounds
 void CopyToTools(const TPass& pass, CPortClip& clip, const TRect& viewBounds, CBufferBitmap& bitmap,
                  TPoint destPoint, const TRect& sourceRect) {
   CBracketPause pause(pass.fBracket);
-  // The run behaviour has just had the port.
+  // The run behaviour has just used the port, and may have changed the clip.
   clip.Renew(viewBounds);
   TNativePort port = {};
   ThrowError(pass.fTools.IDrawTools_OpenNativePort(port));
@@ -175,7 +175,7 @@ void DrawInTiles(const TPass& pass, CPortClip& clip, CViewImpl& view, const TRec
   MORVANE_ASSERT(viewBufferBitmap != NULL);
   void* nativeRegion = nullptr;
   ThrowError(pass.fTools.IDrawTools_GetDirtyRegion(nativeRegion));
-  // A copy of its own: a behaviour that draws with these tools from inside a tile makes them change theirs.
+  // A copy: if a behaviour draws with these tools while a tile is being drawn, the tools change their region.
   CRegion region;
   region.UnionRegion(CRegion(static_cast<TNativeRegion>(nativeRegion), true));
   TTileIterator tiles(bounds, {viewBufferBitmap->GetInfo().fWidth, viewBufferBitmap->GetInfo().fHeight});
@@ -189,7 +189,7 @@ void DrawInTiles(const TPass& pass, CPortClip& clip, CViewImpl& view, const TRec
 }
 
 void DrawPermanent(const TPass& pass, CPortClip& clip, CViewImpl& view, const TRect& bounds) {
-  // Kept, since a behaviour may give the view another one.
+  // Kept alive, since a behaviour may give the view another bitmap.
   const boost::shared_ptr<CBufferBitmap> bitmap = view.GetBitmapForDrawing();
   CBufferBitmap* const viewBufferBitmap = bitmap.get();
   MORVANE_ASSERT(viewBufferBitmap != NULL);
@@ -198,8 +198,8 @@ void DrawPermanent(const TPass& pass, CPortClip& clip, CViewImpl& view, const TR
   try {
     if (!region.IsEmpty()) {
       CBufferBitmapDrawTools bufferTools(viewBufferBitmap, region.GetNativeRegion(), topLeft, pass.fGlue);
-      // Also where nothing is to be redrawn on the screen: all that the super view leaves in sight counts as
-      // drawn afterwards.
+      // Also drawn where nothing has to be redrawn on the screen: afterwards, everything inside the super
+      // view counts as drawn.
       TRect drawn = bounds;
       if (view.GetSuperView() && !IntersectRect(drawn, view.GetSuperView()->GetBounds())) drawn = {};
       DrawIntoBuffer(pass, view, drawn, bufferTools);
@@ -233,11 +233,11 @@ void DrawByMode(const TPass& pass, CPortClip& clip, CViewImpl& view, const TRect
   }
 }
 
-// A view whose clip is entered.
+// Draws a view whose clip has been entered.
 void DrawEntered(const TPass& pass, CPortClip& clip, CViewImpl& view, const TRect& bounds) {
   const CViewScope scope(pass.fGlue, clip, bounds);
   try {
-    // The run behaviour may do something to the clip.
+    // The run behaviour may have changed the clip.
     if (pass.fBracket.BeginAgain()) clip.Renew(bounds);
     DrawByMode(pass, clip, view, bounds);
   } catch (...) {
@@ -248,14 +248,15 @@ void DrawEntered(const TPass& pass, CPortClip& clip, CViewImpl& view, const TRec
 
 // --- The views of a list
 
-// The subviews as they stand at the start, in that order. Drawing one may release, reorder or add others:
-// what is to be drawn is announced with BeforeDrawing, and from the first one on the walk goes by a copy.
+// The subviews that exist at the start, in their order at the start. Drawing one of them may release, reorder
+// or add others. So BeforeDrawing must be called before a view is drawn: from the first such call on, the
+// walk uses a copy of the list.
 class CSubViewIterator {
  public:
   explicit CSubViewIterator(const CViewImpl& superView) : fCurrentList(superView.GetRawSubViews()) {}
 
-  // The next one that is still live and meets `box`, null after the last. Most views of a small paint are
-  // missed, at the price of one look at their rectangle.
+  // The next view that is still live and meets `box`; null after the last. In a small paint most views do not
+  // meet it, and cost only one look at their rectangle.
   CViewImpl* GetNext(const TRect& box) {
     const std::vector<CViewImpl*>& views = fIsCopied ? fViews : fCurrentList;
     while (fNext < views.size()) {
@@ -287,7 +288,7 @@ class CSubViewIterator {
   std::size_t fNext = 0;
 };
 
-// Draws one subview, and lets nothing out that goes wrong in it.
+// Draws one subview. An exception is logged and goes no further.
 template <class TDraw>
 void DrawGuarded(CViewImpl& subView, TDraw&& draw) {
   const TViewImplPtr keepAlive = subView.GetClientsViewReference();
@@ -300,8 +301,8 @@ void DrawGuarded(CViewImpl& subView, TDraw&& draw) {
   }
 }
 
-// With the library's own tools the port stays the same for all subviews, and so does its clip, which is read
-// here once. A subview that is not to be drawn costs one comparison of rectangles.
+// With the library's own tools, port and clip are the same for all subviews, so the clip is read once here. A
+// subview that need not be drawn costs one comparison of rectangles.
 void DrawSubViewsWithGlue(const TPass& pass, CSubViewIterator& subViews) {
   CPortClip clip(pass.fGlue->CDrawToolsGlue_GetNativePort().fHDC);
   TRect box = clip.GetBox();

@@ -17,7 +17,8 @@ class CViewImpl;
 
 // --- What the walk is made of
 
-// Cuts `bounds` into tiles, row by row from the top left. The last ones of a row and of a column are smaller.
+// Cuts `bounds` into tiles, row by row from the top left. The last tiles of a row and of a column can be
+// smaller.
 class TTileIterator {
  public:
   TTileIterator(const TRect& bounds, const TSize& tileSize)
@@ -39,12 +40,13 @@ class TDrawBracket {
   TDrawBracket(const TDrawBracket&) = delete;
   TDrawBracket& operator=(const TDrawBracket&) = delete;
 
-  // Between the two the run behaviour is done with the tools, so that the walk may use their port. Only the
-  // outermost pair is told.
+  // Between the two calls the run behaviour has finished with the tools, so that the walk can use their port.
+  // Pairs can be nested; the run behaviour is told of the outermost one only.
   void Pause();
   void Resume();
-  // For whoever draws after somebody else: if the run behaviour has failed in Resume it gets another chance,
-  // and the result is true. Nothing is drawn, and no end is told, without a begin.
+  // Call this before drawing after something else was drawn. If the run behaviour has failed in Resume, it is
+  // told of the begin once more, and the result is true. Without a begin nothing is drawn, and the run
+  // behaviour is not told of an end.
   bool BeginAgain();
 
  private:
@@ -61,8 +63,8 @@ class TDrawBracket {
 // shows the part that starts at `origin`.
 class CBufferBitmapDrawTools : public CDrawToolsGlue {
  public:
-  // The region, in drawing coordinates, is what gets drawn. Nothing becomes the object's. `parentTools` is
-  // where the bitmap will go, and may be null.
+  // `region`, in drawing coordinates, is what gets drawn. The object owns none of the arguments.
+  // `parentTools` belong to the surface that the bitmap will be copied to, and may be null.
   CBufferBitmapDrawTools(CBufferBitmap* bitmap, TNativeRegion region, TPoint origin,
                          CDrawToolsGlue* parentTools);
   ~CBufferBitmapDrawTools() override;
@@ -82,16 +84,16 @@ class CBufferBitmapDrawTools : public CDrawToolsGlue {
 
 // --- The walk
 
-// Draws a view and all its subviews, as far as they lie in `dirtyBounds` and in the clip of the port, each by
-// way of the buffer that its draw mode names. `bracket` is the one around `tools`. However it ends, the
-// context of the tools is left as it was found.
+// Draws a view and all its subviews, as far as they lie in `dirtyBounds` and in the clip of the port, each
+// through the buffer that its draw mode requires. `bracket` is the one around `tools`. The context of the
+// tools is always restored, even after an exception.
 //
-// What goes wrong in a subview is logged, and the next one follows. What goes wrong in `view` itself comes
-// out as an exception; codes that behaviours return are only logged.
+// An exception in a subview is logged, and the next subview follows. An exception in `view` itself is passed
+// on. Codes that behaviours return are only logged.
 void DrawView(IMorvaneRunBehavior* runBehavior, TDrawBracket& bracket, CViewImpl& view,
               const TRect& dirtyBounds, IDrawTools& tools, const TDebugSettings& settings);
 
-// The same for the subviews of a view alone.
+// The same, but only for the subviews of `view`.
 void DrawSubViews(IMorvaneRunBehavior* runBehavior, TDrawBracket& bracket, CViewImpl& view,
                   const TRect& dirtyBounds, IDrawTools& tools, const TDebugSettings& settings);
 
