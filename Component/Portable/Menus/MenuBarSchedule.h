@@ -1,4 +1,4 @@
-// When menu bars are filled anew: requests are counted, and served all at once by the next flush.
+// When menu bars are filled again: requests are counted, and the next flush handles all of them at once.
 #pragma once
 
 #include <cstdint>
@@ -14,20 +14,21 @@ class CMenuBarSchedule {
   CMenuBarSchedule& operator=(const CMenuBarSchedule&) = delete;
 
   void Request();
-  // Requested, and not yet taken.
+  // Whether there are requests that have not been taken yet.
   bool IsRequested() const { return fRequests != 0; }
-  // All requests are served from here on. False if there are none.
+  // Takes all requests, which the caller then handles. False if there are none.
   bool TakeRequests();
 
-  // Runs the set-up of one window. A set-up sends messages by itself, can open a dialog even, and with each
-  // of them comes here again. What is asked for the same window meanwhile waits for the end of the outermost
-  // one, and is then requested again; the other windows need not wait. Throws what the set-up throws.
+  // Runs the set-up of one window. A set-up sends messages and may even open a dialog, and each of these can
+  // lead to another call of this. If the set-up of the same window is running already, the call does nothing
+  // now, and a new request is made at the end of the outermost set-up. The set-ups of other windows run at
+  // once. Throws what the set-up throws.
   void SetUp(const void* window, const std::function<void()>& setUp);
 
  private:
   std::uint32_t fRequests = 0;        // since they were last taken
-  std::vector<const void*> fInSetUp;  // the innermost last
-  bool fIsOneWaiting = false;         // one of these has been asked for again
+  std::vector<const void*> fInSetUp;  // windows in set-up, the innermost last
+  bool fIsOneWaiting = false;         // a set-up of one of these has been asked for again
 };
 
 }  // namespace NSMorvane

@@ -22,7 +22,7 @@ class CMenuItem {
 
   bool operator==(const CMenuItem& other) const;
 
-  // The client's record, texts cut to fit. The icon stays this object's.
+  // Fills the client's record; texts are cut to fit. This object keeps the ownership of the icon.
   void ToRecord(TMenuItem& out) const;
 
   TString fSubmenuName;
@@ -76,7 +76,7 @@ class CMenuBarState : public IMenuBarState {
   bool fReserved = true;  // compared and copied, and not reachable from outside
 };
 
-// Below kMenuCount; reported otherwise.
+// Whether `menu` is below kMenuCount; another number is reported.
 bool IsValidMenu(TMenu menu);
 bool IsValidMenuBarFlags(const TMenuBarFlags& flags);
 
