@@ -1,5 +1,5 @@
-// What an alert box says, which buttons it has, and where everything stands. No window is needed here; what
-// text takes in pixels is asked of ITextMeasure.
+// What an alert box says, which buttons it has, and where its parts are placed. No window is needed here;
+// ITextMeasure measures the texts.
 #pragma once
 
 #include <cstddef>
@@ -26,7 +26,7 @@ enum TAlertButtonID : std::int32_t {
   kAlertButtonNo = 7
 };
 
-// The layout of the question whether to save changes, beside those of TAlertButtonLayout.
+// The layout of the question whether to save changes, in addition to those of TAlertButtonLayout.
 constexpr std::uint32_t kAlertSaveChanges = 0;
 
 struct TAlertButtons {
@@ -38,23 +38,23 @@ struct TAlertButtons {
 TAlertButtons ButtonsOfLayout(std::uint32_t layout);
 
 // The response that a command of a layout stands for; none if it is no command of the layout. The system
-// sends kAlertButtonOK for the Return key in every layout: where there is no such button it stands for the
-// default one.
+// sends kAlertButtonOK for the Return key in every layout: in a layout without this button, it stands for the
+// default button.
 std::optional<TAlertResponse> ResponseOfCommand(std::uint32_t layout, std::int32_t command);
 
 // --- Text
 
-// The message, and below it, behind an empty line, the details.
+// The message, an empty line, and the details.
 TString ComposeAlertText(const TString& message, const TString& details);
 
-// U+000D in the place of each U+2029, of each pair U+000D U+000A, and of the first U+000A that stands alone.
+// Replaces each U+2029, each pair U+000D U+000A, and the first U+000A that stands alone by U+000D.
 TString NormalizeLineEnds(const TString& text);
 
 class ITextMeasure {
  public:
-  // On one line.
+  // The size of the text on one line.
   virtual TSize GetExtent(const TString& text) = 0;
-  // How many units from the front fit into `width`.
+  // How many units of the text, from its beginning, fit into `width`.
   virtual std::size_t CountFitting(const TString& text, std::int32_t width) = 0;
   // The height of the text as it is shown with lines of this width.
   virtual std::int32_t GetShownHeight(const TString& text, std::int32_t width) = 0;
@@ -63,8 +63,8 @@ class ITextMeasure {
   virtual ~ITextMeasure() = default;
 };
 
-// Lines end at U+000D, and where 600 pixels are full. The height is what that gives, or what the lines take
-// as they are shown, which are broken between words, if that is more.
+// Lines end at U+000D, or where they are 600 pixels wide. The height is that of these lines, or that of the
+// text as it is shown, with lines broken between words, if that is more.
 TSize MeasureAlertText(const TString& text, ITextMeasure& measure);
 
 // --- Places
@@ -79,14 +79,14 @@ TSize AlertClientSize(const TAlertContents& contents);
 
 struct TAlertPlaces {
   TRect fText;
-  TRect fIcon;  // empty without one
+  TRect fIcon;  // empty without an icon
   std::vector<TRect> fButtons;
 };
 
 // For a client area of this width.
 TAlertPlaces PlaceAlertControls(const TAlertContents& contents, std::int32_t clientWidth);
 
-// How much higher the client area is than the text.
+// How much higher the client area is than the text, or than the icon if that is higher.
 enum : std::int32_t { kAlertHeightBesideText = 59 };
 
 }  // namespace NSMorvane
