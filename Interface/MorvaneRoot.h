@@ -54,8 +54,9 @@ class IMorvaneRunBehavior {
   // Called once, at the end; also in a second instance that has passed its files to the first one.
   virtual TError IMorvaneRunBehavior_OnCleanUp() = 0;
   // The user or the system asks the application to quit, or there is no document window: the last one has
-  // gone, or nothing was opened. Ask the documents, then call IMorvane_StartQuitting. The event may be
-  // ignored. It then comes again; as long as there is no document window, after each message and idle call.
+  // gone, or nothing was opened. Ask the documents whether they can be closed, then call
+  // IMorvane_StartQuitting. The event may be ignored. It then comes again; as long as there is no document
+  // window, after each message and idle call.
   virtual TError IMorvaneRunBehavior_OnQuitEvent() = 0;
   // There is nothing to show. Open an empty document; if nothing is opened, the quit event follows.
   virtual TError IMorvaneRunBehavior_OnNoDocument(TNoDocumentKind kind) = 0;
@@ -151,9 +152,8 @@ class IMorvane {
   virtual TError IMorvane_ReplaceClipboardContents(const TClipboardFormat* formats, std::uint32_t formatCount,
                                                    IClipboardDataGetter* clipbardDataGetter) = 0;
 
-  // --- Texts and time
-  // The text behind a key "TYPE/BANK/ID" in the executable's resources, as in "SSTR/1000/1". The result is
-  // what the receiver returns.
+  // --- Texts and time The text for a key "TYPE/BANK/ID" in the executable's resources, as in "SSTR/1000/1".
+  // The result is what the receiver returns.
   virtual TError IMorvane_GetResourceString(const char* key, ITextReceiver& out) = 0;
   // Milliseconds since the system started. The upper half is 0 on this platform.
   virtual TError IMorvane_GetCurrentMS(std::uint64_t& out) = 0;
@@ -284,7 +284,7 @@ class IMorvane {
   virtual TError IMorvane_GetFloatingWindowsZ(IWindowListReceiver& out) = 0;
   // Shows an alert and returns at once. If `blockingAppModalDialogFlag` is 1, which is possible only without
   // an owner, it returns when the alert has been answered. With an owner, the alert blocks that window and
-  // stands over it; without one, it blocks the application. The close box counts as the last button, Return
+  // appears over it; without one, it blocks the application. The close box counts as the last button, Return
   // as the default button unless another one has the focus, and Escape as Cancel if there are two or three
   // buttons. `listener` gets the answer; it may be null, and the client keeps its ownership. kOtherError for
   // an unknown layout.

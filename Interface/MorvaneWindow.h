@@ -3,7 +3,7 @@
 // A frame rectangle is what the window covers, including its frame; a client rectangle is the area that views
 // draw in. All rectangles are in pixels, in one of two coordinate systems: screen coordinates begin at the
 // top left corner of the main monitor; work area coordinates begin at the top left corner of that monitor's
-// work area. The two differ if a task bar stands at the left or at the top.
+// work area. The two differ if a task bar is at the left or at the top.
 #pragma once
 
 #include "MorvaneKeyboard.h"
@@ -48,8 +48,8 @@ class IWindow {
   virtual TError IWindow_SetConceptualFocusView(IView* newConceptualFocusView) = 0;
   // The views that Tab visits, in this order. The result is what the receiver returns.
   virtual TError IWindow_GetTabViews(IViewListReceiver& out) = 0;
-  // kBadInputProgrammingError unless all are views of this window, none is null or the root view, and none is
-  // listed twice.
+  // Replaces that list. kBadInputProgrammingError unless all are views of this window, none is null or the
+  // root view, and none is listed twice.
   virtual TError IWindow_SetTabViews(IView* const* tabViews, std::uint32_t count) = 0;
   virtual TError IWindow_GetRootView(IView*& outRootView) = 0;
   virtual TError IWindow_IsActive(TFlag& outActiveFlag) = 0;
