@@ -67,7 +67,7 @@ class ISaveChangesBehavior {
 
 struct TFileType {
   TChar fName[256];         // what the user reads
-  TChar fExtensions[1028];  // with their dots, divided by semicolons: ".aiff;.aif;.aifc"
+  TChar fExtensions[1028];  // with their dots, separated by semicolons: ".aiff;.aif;.aifc"
 };
 
 // Implemented by the client: gets the result of an open dialog, on the main thread.

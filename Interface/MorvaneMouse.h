@@ -49,7 +49,8 @@ class IMouseShape {
  public:
   // Non-zero if the object is sound.
   virtual std::uint32_t IMouseShape_CheckInvariant() const = 0;
-  // A second object with the same shape; null and `outError` on failure. The caller deletes it.
+  // A second object with the same shape, which the caller deletes. Null on failure, with the code in
+  // `outError`.
   virtual IMouseShape* IMouseShape_Clone(TError& outError) const = 0;
 
   virtual ~IMouseShape() = default;

@@ -18,7 +18,7 @@ class CKeyReleases {
   CKeyReleases(const CKeyReleases&) = delete;
   CKeyReleases& operator=(const CKeyReleases&) = delete;
 
-  // The callback stays the client's.
+  // The client keeps the ownership of the callback.
   void Install(std::uint32_t virtualKey, IKeyReleaseCallback* callback);
   // Removes one such pair. Throws std::range_error if there is none.
   void Remove(std::uint32_t virtualKey, IKeyReleaseCallback* callback);

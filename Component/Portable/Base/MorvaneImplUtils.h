@@ -71,7 +71,7 @@ class XOutOfMemory : public std::bad_alloc {
 // The code that stands for an exception at the client boundary. Unlisted types give kOtherError.
 TError ErrorFromException(const std::exception* exception);
 
-// Throws the exception that stands for a code; kOK returns. Logs nothing.
+// Throws the exception that stands for a code; does nothing for kOK. Prints no line.
 void ThrowError(TError error);
 
 // Prints a line with the code and the place, and then calls ThrowError. Does nothing for kOK. Used for every

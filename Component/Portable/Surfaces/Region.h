@@ -29,7 +29,7 @@ class CNativeRegionWrapper {
   bool IsShared() const;
   // The bounding box. An empty region has the zero rectangle.
   TRect GetBounds();
-  // After every write to the native region.
+  // Must be called after every write to the native region.
   void InvalidateCachedBounds();
 
  private:
