@@ -36,8 +36,9 @@ void SetMenu(IMenuBarState& state, TMenu menu, const char16_t* title, std::uint3
 
 class MenusTest : public ClientWindowTest {
  protected:
-  MenuLines Bar() { return LinesOfMenu(GetMenu(Hwnd())); }
-  static std::string TitleIn(const WindowRecord& record) { return LinesOfMenu(GetMenu(record.fHwnd)).at(4); }
+  static MenuLines BarOf(const WindowRecord& record) { return LinesOfMenu(GetMenu(record.fHwnd)); }
+  // The title of the first menu of the client's own.
+  static std::string TitleIn(const WindowRecord& record) { return BarOf(record).at(4); }
   // At the end of one message menu bars are flushed.
   void Request(int times = 1) {
     fRun.fHooks["ThemeChanged"] = [=, this] {
@@ -46,10 +47,6 @@ class MenusTest : public ClientWindowTest {
     Send(WM_THEMECHANGED);
   }
   void Command(UINT command) { Send(WM_COMMAND, command); }
-  void MakeAnother(WindowRecord& record) {
-    Make(Kind::kDocument, record);
-    Send(WM_NULL);
-  }
   // Hooks that set up the menu bar; without any no window has one.
   void SetUpBy(std::function<TError(IMenuBarState&)> setUp) {
     fRun.fHooks["SetupMenuBar"] = [=, this] { return setUp(*fRun.fMenuBar); };
@@ -58,14 +55,20 @@ class MenusTest : public ClientWindowTest {
     fRun.fHooks.erase("SetupMenuBar");
     ClientWindowTest::Leave();
   }
-  int TakeRebuilds() {
-    const int count = fOutput.CountLines("CWinWindow::RebuildCompleteMenuBar");
-    fOutput.ForgetLines();
-    return count;
-  }
 };
 
 TEST_IN_RUN(MenusTest, WholeBar) {
+  struct {
+    std::string fExit = "  E&xit C351 grey", fClose = "  &Close A004", fOnTop = "  Always on &Top EA61";
+    std::string fWindows = "  a_b && c E001 checked", fHelp = "|  --|  A scenario of the client tests A009";
+    MenuLines Lines() const {
+      return SplitLines("&Application:|  &About A000|  --|  Grey A002 grey|  --|" + fExit +
+                        "|&File:|  &Save\tCtrl+S A003|  --|" + fClose +
+                        "|&Edit:|  item A005|Last &own:|  item A006|&Window:|" + fOnTop +
+                        "|  --|  Tile A007 checked|  --|" + fWindows +
+                        "|&Help:|  &Search: grey|    Topics A008 grey" + fHelp);
+    }
+  } bar;
   TMenuBarFlags flags = {1, 1, 0, 1, 1};
   SetUpBy([&](IMenuBarState& state) {
     SetItems(state, kMenuApplication, {Item(u"_About", 1), Item(u""), Item(u"Grey", 2, 0)});
@@ -82,68 +85,58 @@ TEST_IN_RUN(MenusTest, WholeBar) {
   fIsListed = 0;
   Open(kWindowResizableBit);
   fIsListed = 1;
-  WindowRecord second, third;
-  MakeAnother(second);
+  WindowRecord& second = MakeNamed("doc1");
   EXPECT_EQ(ChangeState(*second.fDocument, [](auto& state) { CopyText(state.fTitle, u"a_b & c"); }), kOK);
   Request();
-  MenuLines lines = SplitLines(
-      "&Application:|  &About A000|  --|  Grey A002 grey|  --|  E&xit C351 grey|&File:|"
-      "  &Save\tCtrl+S A003|  --|  &Close A004|&Edit:|  item A005|Last &own:|  item A006|&Window:|"
-      "  Always on &Top EA61|  --|  Tile A007 checked|  --|  a_b && c E001 checked|&Help:|"
-      "  &Search: grey|    Topics A008 grey|  --|  A scenario of the client tests A009");
-  EXPECT_EQ(LinesOfMenu(GetMenu(second.fHwnd)), lines);
-  lines[19] = "  a_b && c E001";
-  EXPECT_EQ(Bar(), lines);
+  EXPECT_EQ(BarOf(second), bar.Lines());
+  bar.fWindows = "  a_b && c E001";
+  EXPECT_EQ(BarOf(fRecord), bar.Lines());
   const HMENU handle = GetMenu(Hwnd());
   EXPECT_EQ(fRecord.fSizes.back().second, NativeClientSize(Hwnd())) << "the bar takes its room";
 
-  TakeRebuilds();
+  fOutput.ForgetLines();
   Request();
-  EXPECT_EQ(TakeRebuilds(), 0) << "for what is there already";
-  MakeAnother(third);
+  EXPECT_EQ(fOutput.CountLines("CWinWindow::RebuildCompleteMenuBar"), 0) << "for what is there already";
+  Do("+doc2");
   Command(60001);
   EXPECT_TRUE(GetWindowLongW(Hwnd(), GWL_EXSTYLE) & WS_EX_TOPMOST);
-  lines[15] += " checked";
-  lines.insert(lines.begin() + 20, "   E002");
-  EXPECT_EQ(Bar(), lines);
+  bar.fOnTop += " checked";
+  bar.fWindows += "|   E002";
+  EXPECT_EQ(BarOf(fRecord), bar.Lines());
 
   // Menus under the same titles take the place of those before, in the same bar.
   flags = {0, 0, 1, 0, 1};
   const HMENU oldMenu = GetSubMenu(handle, 0);
   Request();
   EXPECT_FALSE(IsMenu(oldMenu));
-  lines[5] = "  E&xit C351";
-  lines[9] = "  &Close A004 grey";
-  lines.resize(lines.size() - 2);
-  EXPECT_EQ(Bar(), lines);
+  bar.fExit = "  E&xit C351";
+  bar.fClose += " grey";
+  bar.fHelp = "";
+  EXPECT_EQ(BarOf(fRecord), bar.Lines());
   EXPECT_EQ(GetMenu(Hwnd()), handle);
 
-  ShowWindow(third.fHwnd, SW_MINIMIZE);
+  ShowWindow(HwndOf("doc2"), SW_MINIMIZE);
   SetActiveWindow(Hwnd());
   Command(0xE002);
-  EXPECT_EQ(GetActiveWindow(), third.fHwnd);
-  EXPECT_FALSE(IsIconic(third.fHwnd));
-  Release(third);
-  Release(second);
+  EXPECT_EQ(GetActiveWindow(), HwndOf("doc2"));
+  EXPECT_FALSE(IsIconic(HwndOf("doc2")));
 }
 
 // Documents and modeless dialogs as the client wants, modal dialogs with a close command, and nothing else.
 TEST_IN_RUN(MenusTest, WindowsInTheWindowMenu) {
   SetUpBy([](IMenuBarState& state) { return state.IMenuBarState_SetFlags({0, 0, 0, 0, 1}); });
-  WindowRecord dialogs[5];
   Open();
   fIsDialogListed = 1;
-  Make(Kind::kModeless, dialogs[0]);
+  Do("+modeless1");
   fIsDialogListed = 0;
-  Make(Kind::kModeless, dialogs[1]);
-  Make(Kind::kModal, dialogs[2], kWindowStyleBit23, fRecord.fOwner);
-  Make(Kind::kModal, dialogs[3], kPlain, fRecord.fOwner);
-  Make(Kind::kFloating, dialogs[4], kWindowStyleBit23);
+  Do("+modeless2");
+  MakeNamed("with a close command", {}, fRecord.fOwner);
+  MakeNamed("without", {}, fRecord.fOwner, kPlain);
+  Do("+floating");
   Send(WM_NULL);
-  MenuLines lines = Bar();
+  MenuLines lines = BarOf(fRecord);
   std::erase_if(lines, [](const std::string& line) { return line.find(" E00") == line.npos; });
   EXPECT_EQ(lines, (MenuLines{"   E000 checked", "   E001", "   E003"}));
-  for (WindowRecord& dialog : dialogs) Release(dialog);
 }
 
 // Commands go to the window, and then twice to the application.
@@ -155,31 +148,33 @@ TEST_IN_RUN(MenusTest, Commands) {
               Item(u"Grey", 103, 0, u"", u"\xE006")});
     return kOK;
   });
-  const auto press = [this](std::vector<WORD> keys) {
-    for (const WORD key : keys) SendInputs({KeyInput(key)});
+  const auto press = [this](const std::vector<WORD>& keys) {
+    SendKeys(keys);
     EXPECT_TRUE(YieldUntil([this] { return fRun.fLog.Last().starts_with("MenuCommand"); }));
-    for (const WORD key : keys) SendInputs({KeyInput(key, KEYEVENTF_KEYUP)});
+    SendKeys(keys, KEYEVENTF_KEYUP);
     return fRun.fLog.Take();
+  };
+  // The calls of the window, then those of the application.
+  const auto commandCalls = [this](UINT command) {
+    fRecord.fLog.Take();
+    fRun.fLog.Take();
+    Command(command);
+    return fRecord.fLog.Take() + " " + fRun.fLog.Take();
   };
   OpenWithFocusTree();
   Request();
-  fRecord.fLog.Take();
-  fRun.fLog.Take();
-  Command(0xA002);
-  EXPECT_EQ(fRecord.fLog.Take(), "MenuCommand:102");
-  EXPECT_EQ(fRun.fLog.Take(), "MenuCommand:102 MenuCommand:102");
+  EXPECT_EQ(commandCalls(0xA002), "MenuCommand:102 MenuCommand:102 MenuCommand:102");
   // First of all along the focus chain, past views that have been released.
   SetFocus("leaf");
   EXPECT_EQ(ViewCallsOf([this] { Command(0xA002); }), "leaf:command inner:command outer:command");
-  fRecord.fLog.Take();
-  fRun.fLog.Take();
   ReleaseView("inner");
   fViewRecord.fHooks["outer:command"] = Handles();
-  EXPECT_EQ(ViewCallsOf([this] { Command(0xA002); }), "leaf:command outer:command");
-  EXPECT_EQ(fRecord.fLog.Take() + fRun.fLog.Take(), "");
+  ViewCalls();
+  EXPECT_EQ(commandCalls(0xA002), " ");
+  EXPECT_EQ(ViewCalls(), "leaf:command outer:command");
   ReleaseViews();
-  for (const UINT nobodys : {0xA005u, 0xAFFFu, 0xB000u, 0x9000u, 1u, 50002u, 50016u}) Command(nobodys);
-  EXPECT_EQ(fRun.fLog.Take(), "");
+  for (const UINT nobodys : {0xA005u, 0xAFFFu, 0xB000u, 0x9000u, 1u, 50002u, 50016u})
+    EXPECT_EQ(commandCalls(nobodys), " ") << nobodys;
   fRun.fHooks["MenuCommand"] = Handles();
   Command(0xA004);  // the library's own item
   Send(WM_HSCROLL, 0xA000);
@@ -216,8 +211,7 @@ TEST_IN_RUN(MenusTest, SetUp) {
   fViewRecord.fHooks["outer:menu"] = append(fViewRecord.fMenuBar, u'o');
   fViewRecord.fHooks["inner:menu"] = append(fViewRecord.fMenuBar, u'i');
   SetFocus("inner");
-  WindowRecord other;
-  MakeAnother(other);
+  WindowRecord& other = MakeNamed("doc1");
   Request();
   EXPECT_EQ(TitleIn(fRecord), "awoi:");
   EXPECT_EQ(TitleIn(other), "a:");
@@ -238,8 +232,8 @@ TEST_IN_RUN(MenusTest, SetUp) {
   EXPECT_EQ(fOutput.CountLines("RequestMenuBarSetup for a behavior-less document window!!!"), 0);
 
   // So is one that the application ends in its own part.
-  WindowRecord third;
-  MakeAnother(third);
+  WindowRecord& third = MakeNamed("doc2");
+  Send(WM_NULL);
   ofApplication = [&, hook = ofApplication] {
     ofApplication = hook;
     Release(third);
@@ -267,36 +261,6 @@ TEST_IN_RUN(MenusTest, SetUp) {
   ExpectReported(100001);
 }
 
-// A blocking dialog in the set-up of one window holds up that one only.
-TEST_IN_RUN(MenusTest, DialogInASetUp) {
-  const char16_t* title = u"before";
-  SetUpBy([&](IMenuBarState& state) {
-    SetMenu(state, kMenu1, title, 1);
-    return kOK;
-  });
-  WindowRecord second, dialog;
-  Open();
-  MakeAnother(second);
-  Request();
-  fRecord.fHooks["SetupMenuBar"] = [&, this] {
-    fRecord.fHooks.clear();
-    Then([&, this] {
-      title = u"after";
-      EXPECT_EQ(fMorvane->IMorvane_RequestMenuBarsSetup(), kOK);
-    });
-    Then([&, this] {
-      EXPECT_EQ(TitleIn(second), "after:");
-      EXPECT_EQ(TitleIn(fRecord), "before:");
-      Release(dialog);
-    });
-    Make(Kind::kModal, dialog, kPlain, nullptr, 1);
-  };
-  Request();
-  Send(WM_NULL);
-  EXPECT_EQ(TitleIn(fRecord), "after:");
-  Release(second);
-}
-
 // A window without a menu bar gets one for the debug menu, and for no other debug setting.
 TEST_IN_RUN(MenusTest, DebugSettingsMakeNoMenuBar) {
   Open();
@@ -319,6 +283,7 @@ TEST_IN_RUN(MenusTest, DebugSettingsMakeNoMenuBar) {
 class PopupMenusTest : public MenusTest {
  protected:
   struct TUse {
+    const char* fName;
     bool fByButton;           // a click of the right button, on the first item
     std::vector<WORD> fKeys;  // what comes then
     std::uint32_t fFlags;
@@ -360,16 +325,14 @@ TEST_IN_RUN(PopupMenusTest, ChoiceByKeyAndButton) {
                        Item(u"Third", 0, kMenuItemEnabled | kMenuItemChecked, u"", u"\xE001"),
                        Item(u"Grey", 0, 0), Item(u"Deep", 0, kMenuItemEnabled, u"_Sub")};
   const auto count = static_cast<std::uint32_t>(items.size());
-  const TUse uses[] = {{false, {VK_DOWN, VK_DOWN, VK_RETURN}, 0, 2},
-                       {false, {VK_ESCAPE}, 0, -1},
-                       {false, {VK_UP, VK_RIGHT, VK_RETURN}, 1, 4},
-                       {true, {}, 0, 0},
-                       {true, {VK_ESCAPE}, 1, -1}};
+  const TUse uses[] = {{"arrow keys", false, {VK_DOWN, VK_DOWN, VK_RETURN}, 0, 2},
+                       {"escape", false, {VK_ESCAPE}, 0, -1},
+                       {"into the submenu", false, {VK_UP, VK_RIGHT, VK_RETURN}, 1, 4},
+                       {"right button", true, {}, 0, 0},
+                       {"right button, then escape", true, {VK_ESCAPE}, 1, -1}};
   Open();
-  for (int i = 0; i < 10; ++i) {
-    const TUse& use = uses[i / 2];
-    const bool contextual = i % 2;
-    SCOPED_TRACE(i);
+  const auto expectUse = [&](const TUse& use, bool contextual) {
+    SCOPED_TRACE(use.fName);
     StartUse(use);
     fRun.fLog.Take();
     std::int16_t index = -1;
@@ -387,6 +350,10 @@ TEST_IN_RUN(PopupMenusTest, ChoiceByKeyAndButton) {
     const POINT origin = OnScreen({40, 30});
     EXPECT_TRUE(fFrame.fLeft == origin.x && fFrame.fTop == origin.y);
     EXPECT_EQ(fRun.fLog.Take(), "EnterMenuLoop ExitMenuLoop");
+  };
+  for (const TUse& use : uses) {
+    expectUse(use, false);
+    expectUse(use, true);
   }
 }
 

@@ -18,9 +18,6 @@ class MessagesTest : public ClientWindowTest {
     Send(message, wParam, lParam);
     return fRun.fLog.Take() + fRecord.fLog.Take();
   }
-  void Move(int x, int y, int width, int height, UINT flags) const {
-    SetWindowPos(Hwnd(), nullptr, x, y, width, height, flags | SWP_NOZORDER | SWP_NOACTIVATE);
-  }
 };
 
 // --- Results and callbacks
@@ -29,48 +26,39 @@ TEST_IN_RUN(MessagesTest, ResultsAndCallbacks) {
   Open();
   fRecord.fHooks["RequestClose"] = Hook();
   fOutput.ForgetLines();
-  const struct {
-    UINT fMessage;
-    WPARAM fWParam;
-    const char* fCalls;
-  } rows[] = {{WM_THEMECHANGED, 0, "ThemeChanged"},
-              {WM_ENTERMENULOOP, 0, "EnterMenuLoop"},
-              {WM_EXITMENULOOP, 0, "ExitMenuLoop"},
-              {WM_HELP, 0, "HelpRequested"},
-              {WM_CLOSE, 0, "RequestClose:0"},
-              {WM_SYSCOMMAND, SC_CLOSE, "RequestClose:0"},
-              {WM_ACTIVATE, WA_INACTIVE, "ActivationChanged:0"},
-              {WM_ACTIVATE, WA_ACTIVE, "ActivationChanged:1"},
-              {WM_ACTIVATE, WA_CLICKACTIVE, "ActivationChanged:1"},
-              {WM_ACTIVATE, MAKEWPARAM(WA_ACTIVE, 1), ""},
-              {WM_ACTIVATE, 77, "ActivationChanged:0"},
-              {WM_SETFOCUS, 0, "KeyboardFocusChanged:1"}};
-  for (const auto& row : rows) EXPECT_EQ(CallsOf(row.fMessage, row.fWParam), row.fCalls) << row.fMessage;
+  for (const auto& [message, wParam, calls] :
+       Rows<UINT, WPARAM, const char*>{{WM_THEMECHANGED, 0, "ThemeChanged"},
+                                       {WM_ENTERMENULOOP, 0, "EnterMenuLoop"},
+                                       {WM_EXITMENULOOP, 0, "ExitMenuLoop"},
+                                       {WM_HELP, 0, "HelpRequested"},
+                                       {WM_CLOSE, 0, "RequestClose:0"},
+                                       {WM_SYSCOMMAND, SC_CLOSE, "RequestClose:0"},
+                                       {WM_ACTIVATE, WA_INACTIVE, "ActivationChanged:0"},
+                                       {WM_ACTIVATE, WA_ACTIVE, "ActivationChanged:1"},
+                                       {WM_ACTIVATE, WA_CLICKACTIVE, "ActivationChanged:1"},
+                                       {WM_ACTIVATE, MAKEWPARAM(WA_ACTIVE, 1), ""},
+                                       {WM_ACTIVATE, 77, "ActivationChanged:0"},
+                                       {WM_SETFOCUS, 0, "KeyboardFocusChanged:1"}})
+    EXPECT_EQ(CallsOf(message, wParam), calls) << message << " " << wParam;
   EXPECT_EQ(fOutput.TakeAssertions(), "LOWORD(wParam) == WA_INACTIVE");
+  // AutoPlay is refused while it is suppressed.
+  IWinExtensions* extensions = nullptr;
+  EXPECT_EQ(fMorvane->IMorvane_GetWinExtensions(extensions), kOK);
+  for (const TAutoPlayCommand command : {kAutoPlaySuppress, kAutoPlayRelease}) {
+    EXPECT_EQ(extensions->IWinExtensions_SuppressAutoPlay(command), kOK);
+    EXPECT_EQ(Send(RegisterWindowMessageW(L"QueryCancelAutoPlay")), command == kAutoPlaySuppress);
+  }
   // Nothing can be closed that has no system menu.
   SetWindowLongW(Hwnd(), GWL_STYLE, GetWindowLongW(Hwnd(), GWL_STYLE) & ~WS_SYSMENU);
   EXPECT_EQ(CallsOf(WM_CLOSE), "");
   fRecord.fHooks.clear();
 }
 
-TEST_IN_RUN(MessagesTest, AutoPlayIsRefused) {
-  Open();
-  IWinExtensions* extensions = nullptr;
-  EXPECT_EQ(fMorvane->IMorvane_GetWinExtensions(extensions), kOK);
-  const UINT query = RegisterWindowMessageW(L"QueryCancelAutoPlay");
-  EXPECT_EQ(Send(query), 0);
-  EXPECT_EQ(extensions->IWinExtensions_SuppressAutoPlay(kAutoPlaySuppress), kOK);
-  EXPECT_EQ(Send(query), 1);
-  EXPECT_EQ(extensions->IWinExtensions_SuppressAutoPlay(kAutoPlayRelease), kOK);
-}
-
 // --- Sizes
 
+// How far limits and work areas allow a window to grow is tested with the placement.
 TEST_IN_RUN(MessagesTest, LimitsOfTheSize) {
   Open(kSizeable);
-  const TRect outer = NativeFrame(Hwnd());
-  const TSize inner = NativeClientSize(Hwnd());
-  const TSize frame = {WidthOf(outer) - inner.fWidth, HeightOf(outer) - inner.fHeight};
   const auto setLimits = [this](const TSize& minimum, const TSize& maximum) {
     Change([&](auto& state) {
       state.fMinimumClientSize = minimum;
@@ -78,31 +66,17 @@ TEST_IN_RUN(MessagesTest, LimitsOfTheSize) {
     });
   };
   setLimits({210, 0}, {0, 400});
-  Move(0, 0, 50, 2000, SWP_NOMOVE);
+  SizeNative(Hwnd(), 50, 2000);
   EXPECT_EQ(NativeClientSize(Hwnd()), (TSize{210, 400}));
-
   // Maximizing goes as far as the maximum. The system menu passes coordinates in the low bits.
-  TMonitorList monitors;
-  ASSERT_EQ(fMorvane->IMorvane_GetMonitors(monitors), kOK);
-  const TRect work = monitors.fMonitors[monitors.fMainMonitorIndex].fWorkArea;
-  const std::pair<TSize, TSize> rows[] = {
-      {{500, 400}, {500, 400}},
-      // Limited in one direction only: the other one takes all that there is.
-      {{400, 0}, {400, HeightOf(work) - frame.fHeight}},
-      // No limit that matters: as usual.
-      {{5000, 4000}, {0, 0}},
-      {{0, 0}, {0, 0}}};
-  for (const auto& [maximum, wanted] : rows) {
-    setLimits({0, 0}, maximum);
-    Move(100, 90, 0, 0, SWP_NOSIZE);
-    Send(WM_SYSCOMMAND, SC_MAXIMIZE | 2);
-    EXPECT_EQ(IsZoomed(Hwnd()) != 0, wanted.fWidth == 0);
-    if (IsZoomed(Hwnd())) {
-      Send(WM_SYSCOMMAND, SC_RESTORE);
-    } else {
-      EXPECT_EQ(NativeClientSize(Hwnd()), wanted);
-    }
-  }
+  setLimits({}, {500, 400});
+  Send(WM_SYSCOMMAND, SC_MAXIMIZE | 2);
+  EXPECT_FALSE(IsZoomed(Hwnd()));
+  EXPECT_EQ(NativeClientSize(Hwnd()), (TSize{500, 400}));
+  // No limit that matters: as usual.
+  setLimits({}, {5000, 4000});
+  Send(WM_SYSCOMMAND, SC_MAXIMIZE | 2);
+  EXPECT_TRUE(IsZoomed(Hwnd()));
 }
 
 // --- Dropped files

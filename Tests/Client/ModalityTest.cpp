@@ -1,7 +1,5 @@
 // Dialogs that block the application, or their owner: after each step the real order, which windows can be
-// used, and which is active.
-#include <sstream>
-
+// used, and which is active, as a picture.
 #include "Support/ClientWindows.h"
 
 namespace NSMorvaneTest {
@@ -41,46 +39,9 @@ LRESULT ClickOf(HWND hwnd) {
 class ModalityTest : public ClientWindowTest {
  protected:
   // What is done, and the picture that it gives.
-  using Rows = std::vector<std::pair<const char*, const char*>>;
+  using Pictures = Rows<const char*, const char*>;
 
-  // The name tells the kind: doc, modeless, floating; anything else is a modal dialog.
-  void MakeNamed(const std::string& name, const std::string& owner = "",
-                 const std::map<std::string, Hook>& hooks = {}) {
-    WindowRecord& record = fWindows[name];
-    record = {};
-    record.fHooks = hooks;
-    record.fHooks["factory"] = [this, name, &record] { fNames[record.fHwnd] = name; };
-    record.fHooks["deleted"] = [this, name] { fEnded.Add(name); };
-    const Kind kind = name.starts_with("doc")        ? Kind::kDocument
-                      : name.starts_with("modeless") ? Kind::kModeless
-                      : name.starts_with("floating") ? Kind::kFloating
-                                                     : Kind::kModal;
-    Make(kind, record, kWindowStyleBit23, owner.empty() ? nullptr : fWindows[owner].fOwner);
-  }
-  // "+A" makes a window, "+A<doc1" one with an owner; "-A" releases it, "^A" brings it to the front.
-  void Do(const std::string& steps) {
-    std::istringstream words(steps);
-    for (std::string word, owner; words >> word; owner.clear()) {
-      const std::size_t bracket = word.find('<');
-      if (bracket != word.npos) owner = word.substr(bracket + 1);
-      const std::string name = word.substr(1, bracket - 1);
-      if (word[0] == '+') MakeNamed(name, owner);
-      if (word[0] == '-') Release(fWindows[name]);
-      if (word[0] == '^') BringToFront(fWindows[name]);
-    }
-  }
-  // The windows in their order, front first, each with "+" if it can be used; the active one with "*".
-  std::string Picture() {
-    std::string text;
-    for (const HWND hwnd : ShownInOrder()) {
-      if (!fNames.contains(hwnd)) continue;
-      text += (text.empty() ? "" : " ") + fNames[hwnd];
-      if (IsWindowEnabled(hwnd)) text += "+";
-      if (GetActiveWindow() == hwnd) text += "*";
-    }
-    return text;
-  }
-  void ExpectPictures(const Rows& rows) {
+  void ExpectPictures(const Pictures& rows) {
     for (const auto& [steps, picture] : rows) {
       Do(steps);
       EXPECT_EQ(Picture(), picture) << steps;
@@ -95,28 +56,17 @@ class ModalityTest : public ClientWindowTest {
   void PutSideBySide(const std::vector<std::string>& names) {
     int left = 0;
     for (const std::string& name : names) {
-      SetWindowPos(HwndOf(name), nullptr, left, 100, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+      MoveNative(HwndOf(name), left, 100);
       left += 310;
     }
   }
-  // As a client is told.
-  std::string DocumentsInOrder() {
-    CVectorWindowReceiver receiver;
-    EXPECT_EQ(fMorvane->IMorvane_GetDocumentWindowsZ(receiver), kOK);
-    std::string text;
-    for (IWindow* const window : receiver.fWindows) {
-      TNativeWindow native = {};
-      EXPECT_EQ(window->IWindow_GetNativeWindow(native), kOK);
-      text += (text.empty() ? "" : " ") + fNames[native.fHwnd];
-    }
-    return text;
+  void FocusNow(const std::string& name) { EXPECT_EQ(fWindows[name].fFocusNow(), kOK); }
+  // Near the bottom of the window, which is not covered there when windows lie side by side.
+  void ClickFor(const std::string& clicked, const std::string& active) {
+    const TRect frame = NativeFrame(HwndOf(clicked));
+    ClickLeft({frame.fLeft + 60, frame.fBottom - 30});
+    EXPECT_TRUE(YieldUntil([&] { return GetActiveWindow() == HwndOf(active); }));
   }
-  HWND HwndOf(const std::string& name) { return fWindows[name].fHwnd; }
-  std::map<std::string, Hook>& HooksOf(const std::string& name) { return fWindows[name].fHooks; }
-
-  std::map<std::string, WindowRecord> fWindows;
-  std::map<HWND, std::string> fNames;
-  CallLog fEnded;
 };
 
 TEST_IN_RUN(ModalityTest, TwoNestedDialogs) {
@@ -146,8 +96,8 @@ TEST_IN_RUN(ModalityTest, TwoNestedDialogs) {
     ExpectBlockedBy("B+* A ");
   }
   // So it is with a real click.
-  SetWindowPos(HwndOf("doc1"), nullptr, 600, 100, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-  Click({750, 250}, {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP});
+  MoveNative(HwndOf("doc1"), 600, 100);
+  ClickLeft({750, 250});
   EXPECT_TRUE(YieldUntil([&] { return frame.Take() > 0; }));
   ExpectBlockedBy("B+* A ");
 
@@ -173,18 +123,20 @@ TEST_IN_RUN(ModalityTest, DialogsBeginAndEnd) {
   ExpectPictures({{"-A", "B+* doc2 doc1"}, {"-B", "doc2+* doc1+"}});
 
   // A client ends the dialog from whatever it is told while the dialog appears.
-  WindowRecord& dialog = fWindows["A"];
-  const Hook end = [&] { return dialog.fRelease ? std::exchange(dialog.fRelease, nullptr)() : kOK; };
-  for (const std::string owner : {"", "doc1"}) {
-    // The active window is the owner, if there is one.
-    const std::string expected = owner.empty() ? "doc2+* doc1+" : "doc1+* doc2+";
-    MakeNamed("A", owner, {{"ActivationChanged:1", end}});
-    EXPECT_EQ(Picture(), expected);
+  const Hook end = [this] {
+    auto& release = fWindows["A"].fRelease;
+    return release ? std::exchange(release, nullptr)() : kOK;
+  };
+  // The active window is the owner, if there is one.
+  for (const auto& [owner, picture] : {std::pair<IModalOwner*, const char*>{nullptr, "doc2+* doc1+"},
+                                       {fWindows["doc1"].fOwner, "doc1+* doc2+"}}) {
+    MakeNamed("A", {{"ActivationChanged:1", end}}, owner);
+    EXPECT_EQ(Picture(), picture);
     Do("^doc2");
     HooksOf("doc2")["ActivationChanged:0"] = end;
-    MakeNamed("A", owner);
+    MakeNamed("A", {}, owner);
     HooksOf("doc2").clear();
-    EXPECT_EQ(Picture(), expected);
+    EXPECT_EQ(Picture(), picture);
   }
 }
 
@@ -221,18 +173,18 @@ TEST_IN_RUN(ModalityTest, DialogsOfOwners) {
   ShowWindow(HwndOf("doc1"), SW_RESTORE);
 
   // A dialog whose answer opens the next one: that blocks the owner, which the first one has just freed.
-  const auto close = [this](const Hook& onClose) {
-    MakeNamed("A", "doc1", {{"RequestClose", onClose}});
+  const auto closeBy = [this](const char* steps) {
+    MakeNamed("A", {{"RequestClose", [=, this] { Do(steps); }}}, fWindows["doc1"].fOwner);
+    fRun.fLog.Take();
     SendMessageW(HwndOf("A"), WM_CLOSE, 0, 0);
   };
-  close([this] { Do("-A +B"); });
+  closeBy("-A +B");
   ExpectBlockedBy("B+* ");
   Do("-B");
   EXPECT_TRUE(IsWindowEnabled(HwndOf("doc1")));
   // As after the question whether to save: the dialog ends in a message of its own, and its owner at once.
-  fEnded.Take();
-  close([this] { Do("-A -doc1"); });
-  EXPECT_EQ(fEnded.Take(), "doc1 A");
+  closeBy("-A -doc1");
+  EXPECT_EQ(fRun.fLog.Take(), "A.RequestClose:0 doc1.deleted A.deleted");
   // The client is called while the dialog is being moved out of sight, and ends the owner, too.
   Do("+doc1 +A<doc1");
   HooksOf("A")["PlacementChanged"] = [this] { Do("-doc1"); };
@@ -249,58 +201,56 @@ TEST_IN_RUN(ModalityTest, ABlockedWindowGivesItsDialog) {
     ShowWindow(HwndOf("doc1"), SW_MINIMIZE);
     Turn();
   };
-  const auto realClick = [this](const char* name) {
-    const TRect frame = NativeFrame(HwndOf(name));
-    Click({frame.fLeft + 60, frame.fBottom - 30}, {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP});
-    EXPECT_TRUE(YieldUntil([this] { return GetActiveWindow() == HwndOf("B"); }));
+  const auto command = [this](const char* name, UINT message, WPARAM number) {
+    SendMessageW(HwndOf(name), message, number, 0);
+  };
+  const auto expectDialogInFront = [this] {
+    EXPECT_EQ(Picture(), "B+* A doc1 doc2+");
+    EXPECT_EQ(Listed(), "doc1 doc2");
+    EXPECT_EQ(GetFocus(), HwndOf("B"));
   };
   const std::pair<const char*, std::function<void()>> ways[] = {
-      {"operation", [&] { fWindows["doc1"].fFocusNow(); }},
-      {"operation, first dialog", [&] { fWindows["A"].fFocusNow(); }},
-      {"operation, last dialog", [&] { fWindows["B"].fFocusNow(); }},
-      {"menu", [&] { SendMessageW(HwndOf("doc2"), WM_COMMAND, 0xE000, 0); }},
-      {"menu, first dialog", [&] { SendMessageW(HwndOf("doc2"), WM_COMMAND, 0xE002, 0); }},
+      {"operation", [&] { FocusNow("doc1"); }},
+      {"operation, first dialog", [&] { FocusNow("A"); }},
+      {"operation, last dialog", [&] { FocusNow("B"); }},
+      {"menu", [&] { command("doc2", WM_COMMAND, 0xE000); }},
+      {"menu, first dialog", [&] { command("doc2", WM_COMMAND, 0xE002); }},
       {"click", [&] { EXPECT_EQ(ClickOf(HwndOf("doc1")), 0); }},
-      {"real click", [&] { realClick("doc1"); }},
-      {"real click, first dialog", [&] { realClick("A"); }},
-      {"real click, last dialog", [&] { realClick("B"); }},
+      {"real click", [&] { ClickFor("doc1", "B"); }},
+      {"real click, first dialog", [&] { ClickFor("A", "B"); }},
+      {"real click, last dialog", [&] { ClickFor("B", "B"); }},
       {"foreground", [&] { SetForegroundWindow(HwndOf("doc1")); }},
       {"active", [&] { SetActiveWindow(HwndOf("A")); }},
-      {"task bar", [&] { minimize(), SendMessageW(HwndOf("doc1"), WM_SYSCOMMAND, SC_RESTORE, 0); }},
+      {"task bar", [&] { minimize(), command("doc1", WM_SYSCOMMAND, SC_RESTORE); }},
       {"task bar, active",
        [&] {
          minimize(), SetForegroundWindow(HwndOf("doc1"));
          EXPECT_TRUE(IsIconic(HwndOf("doc1"))) << "not by being active alone";
-         SendMessageW(HwndOf("doc1"), WM_SYSCOMMAND, SC_RESTORE, 0);
+         command("doc1", WM_SYSCOMMAND, SC_RESTORE);
        }},
       {"restored", [&] { minimize(), ShowWindow(HwndOf("doc1"), SW_RESTORE); }},
-      {"operation, minimized", [&] { minimize(), fWindows["doc1"].fFocusNow(); }},
-      {"operation on a dialog, minimized", [&] { minimize(), fWindows["A"].fFocusNow(); }},
+      {"operation, minimized", [&] { minimize(), FocusNow("doc1"); }},
+      {"operation on a dialog, minimized", [&] { minimize(), FocusNow("A"); }},
   };
   for (const auto& [way, action] : ways) {
     SCOPED_TRACE(way);
-    fWindows["doc2"].fFocusNow();
+    FocusNow("doc2");
     EXPECT_EQ(Picture(), "doc2+* B+ A doc1");
     Turn();
     for (const char* name : {"doc1", "A"}) fWindows[name].fLog.Take();
     action();
-    EXPECT_EQ(Picture(), "B+* A doc1 doc2+");
-    EXPECT_EQ(DocumentsInOrder(), "doc1 doc2");
-    EXPECT_EQ(GetFocus(), HwndOf("B"));
+    expectDialogInFront();
     Turn();
-    EXPECT_EQ(Picture(), "B+* A doc1 doc2+");
-    EXPECT_EQ(DocumentsInOrder(), "doc1 doc2");
-    EXPECT_EQ(GetFocus(), HwndOf("B"));
+    expectDialogInFront();
     EXPECT_FALSE(IsIconic(HwndOf("doc1")));
-    for (const char* name : {"doc1", "A"})
-      EXPECT_EQ(fWindows[name].fLog.Count("ActivationChanged:0"),
-                fWindows[name].fLog.Count("ActivationChanged:1"))
-          << name;
+    for (const char* name : {"doc1", "A"}) {
+      const CallLog& log = fWindows[name].fLog;
+      EXPECT_EQ(log.Count("ActivationChanged:0"), log.Count("ActivationChanged:1")) << name;
+    }
   }
   // The dialogs end from the last to the first, and their owners have the keyboard then.
-  for (const auto& [steps, picture] : Rows{{"-B", "A+* doc1 doc2+"}, {"-A", "doc1+* doc2+"}}) {
-    Do(steps);
-    EXPECT_EQ(Picture(), picture);
+  for (const auto& row : Pictures{{"-B", "A+* doc1 doc2+"}, {"-A", "doc1+* doc2+"}}) {
+    ExpectPictures({row});
     EXPECT_EQ(GetFocus(), GetActiveWindow());
   }
   fRun.fHooks.erase("SetupMenuBar");
@@ -310,7 +260,7 @@ TEST_IN_RUN(ModalityTest, ABlockedWindowGivesItsDialog) {
 TEST_IN_RUN(ModalityTest, ADialogOverTheDialogOfTheApplication) {
   ExpectPictures({{"+doc1 +doc2 +X +A<X", "A+* X doc2 doc1"}});
   for (const char* name : {"doc1", "X", "A"}) {
-    fWindows[name].fFocusNow();
+    FocusNow(name);
     ExpectBlockedBy("A+* X ");
     ClickOf(HwndOf(name));
     ExpectBlockedBy("A+* X ");
@@ -342,32 +292,32 @@ TEST_IN_RUN(ModalityTest, ActivationRaises) {
   PutSideBySide({"doc1", "doc2", "doc3"});
   const auto expectFront = [this](const std::string& front, const std::string& documents) {
     EXPECT_EQ(Picture(), front);
-    EXPECT_EQ(DocumentsInOrder(), documents);
+    EXPECT_EQ(Listed(), documents);
   };
-  fWindows["doc1"].fFocusNow();
+  FocusNow("doc1");
   expectFront("doc1+* doc3+ doc2+", "doc1 doc3 doc2");
   SetActiveWindow(HwndOf("doc2"));
   expectFront("doc2+* doc1+ doc3+", "doc2 doc1 doc3");
-  Click({310 * 2 + 100, 300}, {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP});
-  EXPECT_TRUE(YieldUntil([this] { return GetActiveWindow() == HwndOf("doc3"); }));
+  ClickFor("doc3", "doc3");
   expectFront("doc3+* doc2+ doc1+", "doc3 doc2 doc1");
   PutAt(HWND_BOTTOM, fWindows["doc3"]);
-  fWindows["doc3"].fFocusNow();  // active already
+  FocusNow("doc3");  // active already
   expectFront("doc3+* doc2+ doc1+", "doc3 doc2 doc1");
-  fWindows["doc1"].fFocusNow();
+  FocusNow("doc1");
   Do("+A");
-  for (const char* name : {"doc3", "doc2"}) fWindows[name].fFocusNow();
+  for (const char* name : {"doc3", "doc2"}) FocusNow(name);
   Do("-A");
   expectFront("doc1+* doc3+ doc2+", "doc1 doc3 doc2");
 }
 
 TEST_F(ModalityTest, QuittingClosesTheNewestDialogFirst) {
-  RunFrom([this] {
-    Do("+doc1 +doc2 +A +B");
-    Then([this] { Quit(); });
-  });
-  EXPECT_EQ(fEnded.Take(), "B A doc2 doc1");
-  EXPECT_EQ(fWindows["B"].fLog.Count("RequestClose:1"), 1);
+  ExpectRun(
+      "StartUp B.RequestClose:1 B.deleted A.RequestClose:1 A.deleted doc2.RequestClose:1 doc2.deleted "
+      "doc1.RequestClose:1 doc1.deleted CleanUp deleted",
+      [this] {
+        Do("+doc1 +doc2 +A +B");
+        Then([this] { Quit(); });
+      });
 }
 
 // All windows come back from the task bar only if all are there.
@@ -388,9 +338,10 @@ TEST_IN_RUN(ModalityTest, AMinimizedApplication) {
     HooksOf(doc)["PlacementChanged"] = [this, doc = doc, other = other] {
       return IsIconic(HwndOf(doc)) || !IsWindow(HwndOf(other)) ? kOK : fWindows[other].fRelease();
     };
-  fEnded.Take();
+  fRun.fLog.Take();
   EXPECT_EQ(minimizedIn({"doc1", "doc2"}), 0);
-  EXPECT_EQ(fEnded.Take().size(), 6u) << "a document, then A";
+  const std::string ended = fRun.fLog.Take();
+  EXPECT_TRUE(ended == "doc1.deleted A.deleted" || ended == "doc2.deleted A.deleted") << ended;
 }
 
 TEST_IN_RUN(ModalityTest, ForeignWindowsAreLeftAlone) {

@@ -23,8 +23,15 @@ class MouseCaptureTest : public MouseFixture {
     return DefWindowProcW(hwnd, message, wParam, lParam);
   }
   void ReleaseMouse() { EXPECT_EQ(fMorvane->IMorvane_ReleaseMouseCapture(), kOK); }
+  std::string ReleaseCalls() {
+    return ViewCallsOf([this] { ReleaseMouse(); });
+  }
+  std::string ArbitrationCalls() {
+    return ViewCallsOf([this] { EXPECT_EQ(fMorvane->IMorvane_RequestMouseShapeArbitration(), kOK); });
+  }
 };
 
+// What a capture takes is tested with the dispatch.
 TEST_IN_RUN(MouseCaptureTest, TheCaptureGetsEverything) {
   OpenWithView();
   Tracked(kInside);
@@ -32,18 +39,14 @@ TEST_IN_RUN(MouseCaptureTest, TheCaptureGetsEverything) {
   SetFocus("a");
   Capture();
   EXPECT_EQ(GetCapture(), Hwnd());
-  EXPECT_EQ(Sent(WM_MOUSEMOVE), "@. @?");
+  for (const auto& [message, words] : {std::pair(WM_MOUSEMOVE, "@. @?"),
+                                       {WM_LBUTTONDOWN, "@44/1"},
+                                       {WM_LBUTTONDBLCLK, "@45/1"},
+                                       {WM_LBUTTONUP, "@^44/1"},
+                                       {WM_RBUTTONUP, "@^44/2 @46/0"}})
+    EXPECT_EQ(Sent(message), words);
+  EXPECT_EQ(Sent(WM_MOUSEWHEEL, MAKEWPARAM(0, 240)), "@W2 aW2");
   EXPECT_EQ(fViewRecord.fTracking.fState.fPosition.fX, fMouse.x);
-  EXPECT_EQ(Tracked(kNowhere), "");  // moving views are not its business
-  const WPARAM twoNotches = MAKEWPARAM(0, 240);
-  EXPECT_EQ(Sent(WM_LBUTTONDOWN), "@44/1");
-  EXPECT_EQ(Sent(WM_LBUTTONDBLCLK), "@45/1");
-  EXPECT_EQ(Sent(WM_LBUTTONUP), "@^44/1");
-  EXPECT_EQ(Sent(WM_RBUTTONUP), "@^44/2 @46/0");
-  EXPECT_EQ(Sent(WM_MOUSEWHEEL, twoNotches), "@W2 aW2");
-  fViewRecord.fHooks["@W"] = Handles();
-  EXPECT_EQ(Sent(WM_MOUSEWHEEL, twoNotches), "@W2");
-
   // There is only one, and a second one stays its client's.
   RecordingCapture second(fViewRecord);
   EXPECT_EQ(Allocate(&second), kIllegalCallSequenceProgrammingError);
@@ -53,10 +56,9 @@ TEST_IN_RUN(MouseCaptureTest, TheCaptureGetsEverything) {
   EXPECT_EQ(Sent(WM_RBUTTONUP), "@^44/2");
   ExpectReported(100001);
 
-  EXPECT_EQ(ViewCallsOf([this] { ReleaseMouse(); }), "@:x");
+  EXPECT_EQ(ReleaseCalls(), "@:x");
   EXPECT_EQ(GetCapture(), nullptr);
-  EXPECT_EQ(Sent(WM_MOUSEMOVE), "a-");
-  ReleaseMouse();  // there is none
+  EXPECT_EQ(ReleaseCalls(), "");  // there is none
 }
 
 TEST_IN_RUN(MouseCaptureTest, CapturesEndInManyWays) {
@@ -65,7 +67,6 @@ TEST_IN_RUN(MouseCaptureTest, CapturesEndInManyWays) {
   ShowWindow(other, SW_HIDE);
   const auto takeAway = [=] { SetCapture(other); };
   const Hook capture = [this] { Capture(); };
-  const auto endCalls = [this] { return ViewCallsOf([this] { ReleaseMouse(); }); };
   // Somebody else takes the mouse.
   Capture();
   EXPECT_EQ(ViewCallsOf(takeAway), "@:x");
@@ -82,10 +83,10 @@ TEST_IN_RUN(MouseCaptureTest, CapturesEndInManyWays) {
   fViewRecord.fHooks = {{"a44/1", capture}};
   EXPECT_EQ(Sent(WM_LBUTTONDOWN), "a47/1< a44/1");
   EXPECT_EQ(Sent(WM_LBUTTONUP), "@^44/1");
-  EXPECT_EQ(endCalls(), "@:x");
+  EXPECT_EQ(ReleaseCalls(), "@:x");
   fViewRecord.fHooks = {{"a<", capture}};
   EXPECT_EQ(Sent(WM_MOUSEMOVE), "a< a. @?");
-  EXPECT_EQ(endCalls(), "@:x");
+  EXPECT_EQ(ReleaseCalls(), "@:x");
   fViewRecord.fHooks.clear();
   // Somebody else has the mouse, say to move this window: presses come to the views all the same.
   SetCapture(Hwnd());
@@ -93,8 +94,8 @@ TEST_IN_RUN(MouseCaptureTest, CapturesEndInManyWays) {
   EXPECT_EQ(Sent(WM_LBUTTONUP), "");
   ReleaseCapture();
   // A window ends while the mouse is being taken for it.
-  WindowRecord gone;
-  Make(Kind::kDocument, gone);
+  Do("+doc");
+  WindowRecord& gone = fWindows["doc"];
   SetWindowLongPtrW(other, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&gone));
   SetWindowLongPtrW(other, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(ReleaseOnLoss));
   SetCapture(other);
@@ -111,9 +112,6 @@ TEST_IN_RUN(MouseCaptureTest, CapturesEndInManyWays) {
 
 TEST_IN_RUN(MouseCaptureTest, TheShapeFollowsItsArbitration) {
   OpenWithView();
-  const auto arbitrate = [this] {
-    return ViewCallsOf([this] { EXPECT_EQ(fMorvane->IMorvane_RequestMouseShapeArbitration(), kOK); });
-  };
   const auto cursorOver = [this](int hit) {
     SetCursor(nullptr);
     EXPECT_EQ(Send(WM_SETCURSOR, reinterpret_cast<WPARAM>(Hwnd()), MAKELPARAM(hit, WM_MOUSEMOVE)), 1);
@@ -122,17 +120,9 @@ TEST_IN_RUN(MouseCaptureTest, TheShapeFollowsItsArbitration) {
   auto& shapes = fViewRecord.fShapes;
   Tracked(kInside);
   EXPECT_TRUE(PointerIsArrow());
-  shapes["a?<"] = kMouseShapeHand;
-  EXPECT_EQ(arbitrate(), "a?< a?");  // the last answer counts, and it is none
-  EXPECT_TRUE(PointerIsArrow());
   shapes["a?"] = kMouseShapeHand;
-  EXPECT_EQ(arbitrate(), "a?< a?");
+  EXPECT_EQ(ArbitrationCalls(), "a?< a?");
   EXPECT_TRUE(PointerIs(IDC_HAND));
-  shapes.erase("a?");
-  fViewRecord.fHooks["a?<"] = Handles();
-  EXPECT_EQ(arbitrate(), "a?<");
-  EXPECT_TRUE(PointerIs(IDC_HAND));
-
   // The pointer comes back as it was when the system asks; the override goes before it, and lasts until the
   // next arbitration.
   EXPECT_EQ(cursorOver(HTGROWBOX), LoadCursorW(nullptr, IDC_SIZENWSE));
@@ -141,22 +131,21 @@ TEST_IN_RUN(MouseCaptureTest, TheShapeFollowsItsArbitration) {
   TError error = kOtherError;
   std::unique_ptr<IMouseShape> wait(fMorvane->IMorvane_CreateBuiltInMouseShape(kMouseShapeWait, error));
   EXPECT_EQ(fMorvane->IMorvane_SetOverrideMouseShape(wait.get()), kOK);
-  EXPECT_EQ(arbitrate(), "a?<");
+  EXPECT_EQ(ArbitrationCalls(), "a?< a?");
   EXPECT_TRUE(PointerIs(IDC_WAIT));
   cursorOver(HTCLIENT);
   EXPECT_TRUE(PointerIs(IDC_WAIT));
   wait.reset();  // the pointer does not need it any more
   EXPECT_EQ(fMorvane->IMorvane_SetOverrideMouseShape(nullptr), kOK);
   EXPECT_TRUE(PointerIs(IDC_WAIT));
-  EXPECT_EQ(arbitrate(), "a?<");
+  ArbitrationCalls();
   EXPECT_TRUE(PointerIs(IDC_HAND));
-
   // A capture is asked instead, and leaves the pointer as it is if it does not care.
   Capture();
-  EXPECT_EQ(arbitrate(), "@?");
+  EXPECT_EQ(ArbitrationCalls(), "@?");
   EXPECT_TRUE(PointerIs(IDC_HAND));
   shapes = {{"@?", kMouseShapeWait}};
-  EXPECT_EQ(arbitrate(), "@?");
+  ArbitrationCalls();
   EXPECT_TRUE(PointerIs(IDC_WAIT));
   ReleaseMouse();
 }
@@ -164,25 +153,21 @@ TEST_IN_RUN(MouseCaptureTest, TheShapeFollowsItsArbitration) {
 // It is the front one of two windows that is asked.
 TEST_IN_RUN(MouseCaptureTest, TheShapeOfTwoWindows) {
   OpenWithView();
-  WindowRecord second;
-  Make(Kind::kDocument, second);
+  Do("+doc");
+  WindowRecord& second = fWindows["doc"];
   const TRect frame = NativeFrame(Hwnd());
-  SetWindowPos(second.fHwnd, HWND_TOP, frame.fLeft, frame.fTop, 300, 300, 0);
+  MoveNative(second.fHwnd, frame.fLeft, frame.fTop);
   MakeView("s", {0, 0, 300, 300}, &RootViewOf(*second.fDocument), kTrackable);
   PutUnderMouse(kInside);
   fViewRecord.fShapes = {{"s?", kMouseShapeHand}, {"a?", kMouseShapeText}};
   Turn();
-  const auto arbitrate = [this](HWND place, WindowRecord& window) {
-    PutAt(place, window);
+  for (const auto& [window, words, cursor] :
+       {std::tuple(&second, "s?< s?", IDC_HAND), {&fRecord, "a?< a?", IDC_IBEAM}}) {
+    PutAt(HWND_TOP, *window);
     SetCursor(nullptr);
-    return ViewCallsOf([this] { EXPECT_EQ(fMorvane->IMorvane_RequestMouseShapeArbitration(), kOK); });
-  };
-  EXPECT_EQ(arbitrate(HWND_TOP, second), "s?< s?");
-  EXPECT_TRUE(PointerIs(IDC_HAND));
-  EXPECT_EQ(arbitrate(HWND_TOP, fRecord), "a?< a?");
-  EXPECT_TRUE(PointerIs(IDC_IBEAM));
-  ReleaseViews();
-  Release(second);
+    EXPECT_EQ(ArbitrationCalls(), words);
+    EXPECT_TRUE(PointerIs(cursor));
+  }
 }
 
 TEST_IN_RUN(MouseCaptureTest, TheStateOfTheMouseIsSampled) {
@@ -227,38 +212,34 @@ TEST_IN_RUN(MouseCaptureTest, TheStateOfTheMouseIsSampled) {
 
 TEST_IN_RUN(MouseCaptureTest, PressesBecomeDragsOrNot) {
   constexpr UINT kMove = WM_MOUSEMOVE, kUp = WM_LBUTTONUP, kRightUp = WM_RBUTTONUP;
-  const struct {
-    std::uint32_t fType;
-    std::uint32_t fButtons;
-    std::vector<std::pair<UINT, POINT>> fMessages;  // with the distance from the press
-    TClickDragResult fResult;
-    UINT fLeft;  // the message that stays in the queue
-  } cases[] = {
-      {kMouseEventClick, 1, {{kMove, {2, 0}}, {kUp, {2, 0}}}, kClickDragReleased, kUp},
-      {kMouseEventDoubleClick, 2, {{kRightUp, {9, 9}}}, kClickDragNotApplicable, kRightUp},
-      {kMouseEventClick, 2, {{kRightUp, {9, 9}}}, kClickDragReleased, kRightUp},
-      {kMouseEventClick, 1, {{kMove, {3, 0}}}, kClickDragDragged, 0},
-      {kMouseEventClick, 2, {{kMove, {0, 3}}}, kClickDragDragged, 0},
-      {kMouseEventDoubleClick, 1, {{kMove, {-3, -3}}, {kUp, {0, 0}}}, kClickDragReleased, kUp},
-      {kMouseEventClick, 1, {{kRightUp, {0, 0}}, {kUp, {0, 0}}}, kClickDragHeld, kRightUp},
-      {kMouseEventContextClick, 0, {}, kClickDragNotApplicable, 0},
+  using Messages = std::vector<std::pair<UINT, POINT>>;  // with the distance from the press
+  // Behind the result, the message that stays in the queue.
+  const Rows<const char*, std::uint32_t, std::uint32_t, Messages, TClickDragResult, UINT> rows = {
+      {"a short way", kMouseEventClick, 1, {{kMove, {2, 0}}, {kUp, {2, 0}}}, kClickDragReleased, kUp},
+      {"to the right", kMouseEventClick, 1, {{kMove, {3, 0}}}, kClickDragDragged, 0},
+      {"down", kMouseEventClick, 2, {{kMove, {0, 3}}}, kClickDragDragged, 0},
+      {"released far away", kMouseEventClick, 2, {{kRightUp, {9, 9}}}, kClickDragReleased, kRightUp},
+      {"the other button", kMouseEventClick, 1, {{kRightUp, {}}, {kUp, {}}}, kClickDragHeld, kRightUp},
+      {"double click", kMouseEventDoubleClick, 1, {{kMove, {-3, -3}}, {kUp, {}}}, kClickDragReleased, kUp},
+      {"right double click", kMouseEventDoubleClick, 2, {{kRightUp, {}}}, kClickDragNotApplicable, kRightUp},
+      {"context click", kMouseEventContextClick, 0, {}, kClickDragNotApplicable, 0},
   };
   OpenWithView();
   MSG message = {};
-  for (const auto& row : cases) {
-    SCOPED_TRACE(&row - cases);
+  for (const auto& [name, type, buttons, messages, wanted, left] : rows) {
+    SCOPED_TRACE(name);
     while (PeekMessageW(&message, Hwnd(), WM_MOUSEFIRST, WM_MOUSELAST, PM_REMOVE)) continue;
-    for (const auto& [number, distance] : row.fMessages)
+    for (const auto& [number, distance] : messages)
       PostMessageW(Hwnd(), number, 0, MAKELPARAM(fMouse.x + distance.x, fMouse.y + distance.y));
     const DWORD now = GetTickCount();
-    const TMouseEvent event = {row.fType, now, row.fButtons, {fMouse.x, fMouse.y}, {}, 0, nullptr};
+    const TMouseEvent event = {type, now, buttons, {fMouse.x, fMouse.y}, {}, 0, nullptr};
     TClickDragResult result = {};
     EXPECT_EQ(fMorvane->IMorvane_CheckForClickDragOperation(Window(), event, result), kOK);
-    EXPECT_EQ(result, row.fResult);
-    EXPECT_EQ(GetTickCount() - now > 500, row.fResult == kClickDragHeld);
+    EXPECT_EQ(result, wanted);
+    EXPECT_EQ(GetTickCount() - now > 500, wanted == kClickDragHeld);
     message = {};
     PeekMessageW(&message, Hwnd(), WM_MOUSEFIRST, WM_MOUSELAST, PM_NOREMOVE);
-    EXPECT_EQ(message.message, row.fLeft);
+    EXPECT_EQ(message.message, left);
   }
 }
 

@@ -34,9 +34,6 @@ class MouseTest : public MouseFixture {
     MakeTracked("d", {80, 80, 200, 200});
     StartOver();
   }
-  Hook Releases(const std::string& view) {
-    return [=, this] { ReleaseView(view); };
-  }
 
   std::map<std::string, Hook>& fHooks = fViewRecord.fHooks;
 };
@@ -99,11 +96,6 @@ TEST_IN_RUN(MouseTest, AWindowOnTopTakesTheMouse) {
   EXPECT_EQ(Sent(WM_MOUSEMOVE) + Tracked(kNowhere), "");
   ReleaseCapture();
   EXPECT_EQ(Ticked(), "c- b- a-");
-  // It is captured while a view goes that nobody needs any more.
-  fHooks = {{"c.", Releases("c")}, {"c:x", [&] { SetCapture(other); }}};
-  PutUnderMouse(kOverABC);
-  EXPECT_EQ(Sent(WM_MOUSEMOVE), "a<bc b<c c< c+ c. b+ b. a+ a. a?< b?< b? a? c:x");
-  ReleaseCapture();
 }
 
 namespace {
@@ -123,12 +115,10 @@ TEST_IN_RUN(MouseTest, TheWheelGoesAlongTheFocusChain) {
     return ViewCallsOf([&] { Send(WM_MOUSEWHEEL, MAKEWPARAM(0, delta), MAKELPARAM(place.x, place.y)); });
   };
   OpenABCD();
-  EXPECT_EQ(wheel(120), "");
   SetFlags("c", kViewEnabled | kViewFocusable);
   SetFocus("c");
-  EXPECT_EQ(wheel(120), "cW1 bW1 aW1");
-  EXPECT_EQ(fViewRecord.fWheel.fPosition.fX, 150);
   EXPECT_EQ(wheel(-359), "cW-2 bW-2 aW-2");
+  EXPECT_EQ(fViewRecord.fWheel.fPosition.fX, 150);
   // The system passes it on to a parent window, unless somebody takes it.
   const HWND parent =
       CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
@@ -151,22 +141,22 @@ TEST_IN_RUN(MouseTest, RealInputArrives) {
   OpenABCD();
   const POINT place = OnScreen({kOverD.x + fMoved.x, kOverD.y + fMoved.y});
   std::string words;
-  const auto heard = [&](const std::string& wanted) {
-    return YieldUntil([&] {
-      words += " " + ViewCalls();
-      return (words + " ").find(" " + wanted + " ") != std::string::npos;
-    });
+  const auto expectHeard = [&](const std::vector<std::string>& all) {
+    for (const std::string& wanted : all)
+      EXPECT_TRUE(YieldUntil([&] {
+        words += " " + ViewCalls();
+        return (words + " ").find(" " + wanted + " ") != std::string::npos;
+      })) << wanted
+          << " is not in" << words;
   };
   PutMouse(place);
-  EXPECT_TRUE(heard("d< d+ d.")) << words;
+  expectHeard({"d< d+ d."});
   Click(place, {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP, MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP});
-  EXPECT_TRUE(heard("d47/1< d44/1")) << words;
-  EXPECT_TRUE(heard("d48/1< d45/1")) << words;
+  expectHeard({"d47/1< d44/1", "d48/1< d45/1"});
   Click(place, {MOUSEEVENTF_RIGHTDOWN, MOUSEEVENTF_RIGHTUP});
-  EXPECT_TRUE(heard("d47/2< d44/2")) << words;
-  EXPECT_TRUE(heard("d49/0< d46/0")) << words;
+  expectHeard({"d47/2< d44/2", "d49/0< d46/0"});
   PutMouse(OnScreen({-50, 300}));
-  EXPECT_TRUE(heard("d-")) << words;
+  expectHeard({"d-"});
 }
 
 }  // namespace NSMorvaneTest

@@ -10,11 +10,11 @@ constexpr std::uint32_t kRed = 0xFF0000, kGreen = 0x00A000, kBlue = 0x0000FF;
 
 // The corner of a client area, as 0x00RRGGBB.
 constexpr int kSide = 220;
-using Picture = std::vector<std::uint32_t>;
+using Pixels = std::vector<std::uint32_t>;
 
 std::uint32_t Swapped(COLORREF color) { return RGB(GetBValue(color), GetGValue(color), GetRValue(color)); }
 
-void Fill(Picture& picture, const TRect& rect, std::uint32_t color) {
+void Fill(Pixels& picture, const TRect& rect, std::uint32_t color) {
   for (int y = rect.fTop; y < std::min(rect.fBottom, kSide); ++y)
     for (int x = rect.fLeft; x < std::min(rect.fRight, kSide); ++x) picture[y * kSide + x] = color;
 }
@@ -60,19 +60,19 @@ class PaintingTest : public ClientWindowTest {
     Update();
   }
   bool IsDirty() const { return GetUpdateRect(Hwnd(), nullptr, FALSE) != FALSE; }
-  static Picture Background() { return Picture(kSide * kSide, Swapped(GetSysColor(COLOR_WINDOW))); }
+  static Pixels Background() { return Pixels(kSide * kSide, Swapped(GetSysColor(COLOR_WINDOW))); }
   // What the window holds, or the screen shows.
-  Picture Shown(bool onScreen = false) const {
+  Pixels Shown(bool onScreen = false) const {
     const HWND hwnd = onScreen ? nullptr : Hwnd();
     const POINT origin = onScreen ? OnScreen({0, 0}) : POINT{0, 0};
     const HDC hdc = GetDC(hwnd);
-    const Picture picture = PixelsOf(hdc, {origin.x, origin.y, origin.x + kSide, origin.y + kSide});
+    const Pixels picture = PixelsOf(hdc, {origin.x, origin.y, origin.x + kSide, origin.y + kSide});
     ReleaseDC(hwnd, hdc);
     return picture;
   }
   // Empty if the window shows what is expected; otherwise how it begins to differ.
-  std::string Difference(const Picture& expected) const {
-    const Picture shown = Shown();
+  std::string Difference(const Pixels& expected) const {
+    const Pixels shown = Shown();
     const auto [here, there] = std::ranges::mismatch(shown, expected);
     if (here == shown.end()) return "";
     const auto at = static_cast<int>(here - shown.begin());
@@ -84,40 +84,33 @@ class PaintingTest : public ClientWindowTest {
 };
 
 TEST_IN_RUN(PaintingTest, ViewsFromBackToFront) {
-  int depth = 0;
-  int paints = 0;
-  fRun.fHooks["BeginDraw"] = [&] { paints += ++depth; };
-  fRun.fHooks["EndDraw"] = [&] { --depth; };
   OpenPainted();
   EXPECT_EQ(Difference(Background()), "");
   MakeColored("back", {10, 20, 110, 80}, kRed);
   MakeColored("sub", {90, 60, 200, 200}, kBlue, "back");  // sticks out of its super view, and is cut
   MakeColored("front", {50, 50, 70, 120}, kGreen);
   Update();
-  Picture expected = Background();
+  Pixels expected = Background();
   Fill(expected, {10, 20, 110, 80}, kRed);
   Fill(expected, {90, 60, 110, 80}, kBlue);
   Fill(expected, {50, 50, 70, 120}, kGreen);
   EXPECT_EQ(Difference(expected), "");
   // The screen follows when the system gets to it.
   EXPECT_TRUE(YieldUntil([&] { return Shown(true) == expected; }));
-  EXPECT_EQ(depth, 0);
-  EXPECT_GT(paints, 0);
 }
 
 TEST_IN_RUN(PaintingTest, DialogsHaveABackgroundOfTheirOwn) {
   ASSERT_NE(GetSysColor(COLOR_WINDOW), GetSysColor(COLOR_3DFACE));
-  for (const auto& [kind, color] : {std::pair(Kind::kDocument, COLOR_WINDOW),
-                                    {Kind::kModeless, COLOR_3DFACE},
-                                    {Kind::kModal, COLOR_3DFACE},
-                                    {Kind::kFloating, COLOR_WINDOW}}) {
-    WindowRecord record;
-    Make(kind, record);
-    UpdateWindow(record.fHwnd);
-    const HDC hdc = GetDC(record.fHwnd);
-    EXPECT_EQ(GetPixel(hdc, 5, 5), GetSysColor(color)) << static_cast<int>(kind);
-    ReleaseDC(record.fHwnd, hdc);
-    Release(record);
+  for (const auto& [name, color] : {std::pair("doc", COLOR_WINDOW),
+                                    {"modeless", COLOR_3DFACE},
+                                    {"modal", COLOR_3DFACE},
+                                    {"floating", COLOR_WINDOW}}) {
+    const HWND hwnd = MakeNamed(name).fHwnd;
+    UpdateWindow(hwnd);
+    const HDC hdc = GetDC(hwnd);
+    EXPECT_EQ(GetPixel(hdc, 5, 5), GetSysColor(color)) << name;
+    ReleaseDC(hwnd, hdc);
+    Release(fWindows[name]);
   }
 }
 
@@ -130,7 +123,7 @@ TEST_IN_RUN(PaintingTest, OnlyTheDirtyRegionIsTouched) {
   const HDC hdc = GetDC(Hwnd());
   PatBlt(hdc, 0, 0, 5000, 5000, BLACKNESS);
   ReleaseDC(Hwnd(), hdc);
-  Picture expected = Shown();
+  Pixels expected = Shown();
   untouched.fDrawCalls = view.fDrawCalls = 0;
   // Two rectangles of one paint, with a gap between them that is inside their bounding box.
   Invalidate({10, 10, 30, 40});
@@ -139,11 +132,6 @@ TEST_IN_RUN(PaintingTest, OnlyTheDirtyRegionIsTouched) {
   EXPECT_EQ(untouched.fDrawCalls, 0);
   Fill(expected, {10, 10, 30, 40}, kRed);
   Fill(expected, {60, 70, 150, 90}, kRed);
-  EXPECT_EQ(Difference(expected), "");
-  // Beyond the view there is background.
-  Repaint({190, 190, 220, 210});
-  Fill(expected, {190, 190, 220, 210}, Background()[0]);
-  Fill(expected, {190, 190, 200, 200}, kRed);
   EXPECT_EQ(Difference(expected), "");
   // Nothing of an earlier paint shows through views that are empty.
   fViewRecord.fHooks.clear();
@@ -168,7 +156,7 @@ TEST_IN_RUN(PaintingTest, CallbacksMayInvalidateAndFail) {
   Update();
   EXPECT_EQ(view.fDrawCalls, 2);
   EXPECT_FALSE(IsDirty());
-  Picture expected = Background();
+  Pixels expected = Background();
   Fill(expected, rect, kBlue);
   EXPECT_EQ(Difference(expected), "");
 
@@ -185,8 +173,7 @@ TEST_IN_RUN(PaintingTest, CallbacksMayInvalidateAndFail) {
 TEST_IN_RUN(PaintingTest, PaintsComeBeforeNewWindowsAndTitles) {
   OpenPainted();
   TestView& endless = MakeView("a", {0, 0, 50, 50});
-  WindowRecord other, third;
-  Make(Kind::kDocument, other);
+  WindowRecord& other = MakeNamed("doc1");
   fViewRecord.fHooks["a:draw"] = [this] { Invalidate({0, 0, 10, 10}); };
   const auto paintsOf = [&](const std::function<void()>& action) {
     InvalidateRect(other.fHwnd, nullptr, FALSE);
@@ -197,11 +184,9 @@ TEST_IN_RUN(PaintingTest, PaintsComeBeforeNewWindowsAndTitles) {
     return endless.fDrawCalls;
   };
   EXPECT_EQ(paintsOf([&] { ChangeState(*other.fDocument, [](auto& state) { state.fModified = 1; }); }), 1);
-  EXPECT_EQ(paintsOf([&] { Make(Kind::kDocument, third); }), 1);
+  EXPECT_EQ(paintsOf([&] { Do("+doc2"); }), 1);
   EXPECT_LE(paintsOf([&] { EXPECT_EQ(fMorvane->IMorvane_Yield(), kOK); }), 3);
   fViewRecord.fHooks.clear();
-  Release(third);
-  Release(other);
 }
 
 TEST_IN_RUN(PaintingTest, TheSizeGripIsNeverPaintedOver) {
@@ -210,14 +195,14 @@ TEST_IN_RUN(PaintingTest, TheSizeGripIsNeverPaintedOver) {
   ASSERT_NE(grip, nullptr);
   // It has no size of its own until somebody gives it one.
   MoveWindow(grip, 0, 0, 16, 16, TRUE);
-  SetWindowPos(Hwnd(), nullptr, 0, 0, 220, 200, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  SizeNative(Hwnd(), 220, 200);
   const TSize size = NativeClientSize(Hwnd());
   const TRect place = {size.fWidth - 16, size.fHeight - 16, size.fWidth, size.fHeight};
   const POINT origin = OnScreen({place.fLeft, place.fTop});
   EXPECT_EQ(NativeFrame(grip), (TRect{origin.x, origin.y, origin.x + 16, origin.y + 16}));
   TestView& view = MakeColored("a", {0, 0, size.fWidth, size.fHeight}, kRed);
   Update();
-  const Picture picture = Shown();
+  const Pixels picture = Shown();
   EXPECT_EQ(picture[(place.fBottom - 1) * kSide + place.fLeft - 1], kRed);
   EXPECT_EQ(picture[(place.fTop - 1) * kSide + place.fRight - 1], kRed);
   // Only the grip is dirty: the views are left alone.
@@ -257,8 +242,8 @@ TEST_IN_RUN(PaintingTest, DebugSettings) {
   OpenPainted(kPlain, &TDebugSettings::fDrawInvalidationBlue);
   MakeColored("a", {0, 0, 50, 50}, 0x64C833);
   Update();
-  const Picture before = Shown();
-  Picture expected = before;
+  const Pixels before = Shown();
+  Pixels expected = before;
   Switch(nullptr);
   Invalidate({10, 10, 60, 30});
   EXPECT_EQ(Difference(before), "");
@@ -295,7 +280,7 @@ TEST_IN_RUN(PaintingTest, DebugSettings) {
   EXPECT_TRUE(IsDirty());
   fViewRecord.fHooks.erase("a:draw");
   Update();
-  const Picture framed = Shown();
+  const Pixels framed = Shown();
   EXPECT_GT(std::count(framed.begin(), framed.begin() + 50, 0x7F7F7Fu), 0);
   EXPECT_EQ(std::count(framed.begin() + 25 * kSide + 1, framed.begin() + 25 * kSide + 49, 0x7F7F7Fu), 0);
 }

@@ -45,7 +45,6 @@ class RunLoopTest : public ClientTest {
     EXPECT_EQ(Behavior(), nullptr);
     EXPECT_EQ(fOutput.TakeAssertions(), "0!=fBehavior; outBehavior != NULL");
   }
-  TError StartQuitting() { return fMorvane->IMorvane_StartQuitting(); }
   // A log that begins as one of a run without files does.
   static std::string Started(const std::string& log) { return "StartUp NoDocument:5003 " + log; }
 
@@ -53,11 +52,8 @@ class RunLoopTest : public ClientTest {
     ++sPeeks;
     return PeekMessageW(message, hwnd, first, last, flags);
   }
-  // Until something has been sent to this thread, without letting it in.
-  static void AwaitSentMessage() {
-    EXPECT_EQ(MsgWaitForMultipleObjects(0, nullptr, FALSE, kWaitLimitMS, QS_SENDMESSAGE), WAIT_OBJECT_0);
-  }
 
+  const Hook fQuits = [this] { return StartQuitting(); };
   static inline int sPeeks;
   std::map<std::string, Hook>& fHooks = fRun.fHooks;
 };
@@ -65,18 +61,19 @@ class RunLoopTest : public ClientTest {
 // --- Start and end
 
 TEST_F(RunLoopTest, FilesComeInOrderBeforeTheFirstMessage) {
-  fHooks["AppMessage"] = [this] { return StartQuitting(); };
-  RunFrom([this] { return fMorvane->IMorvane_PostAppMessage(7, 0xFFFFFFFF); },
-          L"/safe one.txt /x \"two 2.txt\" three.txt");
-  EXPECT_EQ(fRun.fLog.Take(),
-            "StartUp OpenURL:file://one.txt OpenURL:file://\"two 2.txt\" OpenURL:file://three.txt "
-            "AppMessage:7,4294967295 CleanUp deleted");
+  fHooks["AppMessage"] = fQuits;
+  ExpectRun(
+      "StartUp OpenURL:file://one.txt OpenURL:file://\"two 2.txt\" OpenURL:file://three.txt "
+      "AppMessage:7,4294967295 CleanUp deleted",
+      [this] { return fMorvane->IMorvane_PostAppMessage(7, 0xFFFFFFFF); },
+      L"/safe one.txt /x \"two 2.txt\" three.txt");
 }
 
 // Quitting while it starts up skips the loop, and so the files.
 TEST_F(RunLoopTest, WhatStandsDuringTheRun) {
   fHooks["CleanUp"] = [this] { EXPECT_TRUE(Standing()[0]); };
-  RunFrom(
+  ExpectRun(
+      "StartUp deleted CleanUp deleted",
       [this] {
         EXPECT_EQ(Standing(), std::vector<bool>(5, true));
         EXPECT_NE(dynamic_cast<RecordingRunBehavior*>(Behavior()), nullptr);
@@ -88,33 +85,26 @@ TEST_F(RunLoopTest, WhatStandsDuringTheRun) {
         return StartQuitting();
       },
       L"one.txt");
-  EXPECT_EQ(fRun.fLog.Take(), "StartUp deleted CleanUp deleted");
   EXPECT_EQ(Standing(), std::vector<bool>(5, false));
 }
 
 // Outside the loop the run ends with the code, and the behaviour is left to the client.
 TEST_F(RunLoopTest, FailuresOutsideTheLoopEndTheRun) {
-  const Hook quits = [this] { return StartQuitting(); };
-  const struct {
-    const wchar_t* fArguments;
-    std::map<std::string, Hook> fHooks;
-    TError fError;
-    const char* fLog;
-  } rows[] = {
+  using Hooks = std::map<std::string, Hook>;
+  const Rows<const wchar_t*, Hooks, TError, const char*> rows = {
       {L"", {{"StartUp", TError(100123)}}, 100123, "StartUp deleted"},
       {L"one.txt two.txt",
        {{"OpenURL", kBadFormatError}},
        kBadFormatError,
        "StartUp OpenURL:file://one.txt deleted"},
       {L"", {{"NoDocument", [] { throw 5; }}}, kOtherError, "StartUp NoDocument:5003 deleted"},
-      {L"", {{"StartUp", quits}, {"CleanUp", kBadFormatError}}, kBadFormatError, "StartUp CleanUp deleted"},
+      {L"", {{"StartUp", fQuits}, {"CleanUp", kBadFormatError}}, kBadFormatError, "StartUp CleanUp deleted"},
   };
-  for (const auto& row : rows) {
-    SetCommandLineOfThisProcess(L"\"app.exe\"");
-    CreateMorvane(row.fArguments);
-    fHooks = row.fHooks;
-    ExpectRunFails(row.fError);
-    EXPECT_EQ(fRun.fLog.Take(), row.fLog);
+  for (const auto& [arguments, hooks, error, calls] : rows) {
+    CreateMorvane(arguments);
+    fHooks = hooks;
+    ExpectRunFails(error);
+    EXPECT_EQ(fRun.fLog.Take(), calls);
     ExpectNothingIsLeft();
     DeleteMorvane();
   }
@@ -139,9 +129,9 @@ TEST_F(RunLoopTest, AMissingLabelEndsTheStart) {
 TEST_F(RunLoopTest, ARunWithoutABehaviourEndsByItself) {
   CreateMorvane();
   EXPECT_EQ(fMorvane->IMorvane_Run(nullptr, fParams), kOK);
-  EXPECT_EQ(fOutput.CountLines("Auto-handlig quit event since there is no behavior."), 1);
-  EXPECT_EQ(fOutput.CountLines("Skipping call to IMorvaneRunBehavior_OnCleanUp, since there is no behavior."),
-            1);
+  for (const char* line : {"Auto-handlig quit event since there is no behavior.",
+                           "Skipping call to IMorvaneRunBehavior_OnCleanUp, since there is no behavior."})
+    EXPECT_EQ(fOutput.CountLines(line), 1) << line;
   ExpectNothingIsLeft();
 }
 
@@ -162,15 +152,26 @@ TEST_F(RunLoopTest, FailuresInTheLoopGiveOneReport) {
   };
   fHooks["QuitEvent"] = [this] { return fRun.fLog.Count("UnhandledError:100001") ? TError(100555) : kOK; };
   RunFrom([this] { return fMorvane->IMorvane_PostAppMessage(1, 0); });
-  fRun.fLog.Remove("QuitEvent");
-  EXPECT_EQ(fRun.fLog.Take(), Started("AppMessage:1,0 AppMessage:2,0 UnhandledError:100001 "
-                                      "UnhandledError:100555 CleanUp deleted"));
+  EXPECT_EQ(CallsOfRun(), Started("AppMessage:1,0 AppMessage:2,0 UnhandledError:100001 UnhandledError:100555 "
+                                  "CleanUp deleted"));
   EXPECT_EQ(fOutput.TakeAssertions(), "false");
+}
+
+// An idle call that fails when something else has failed already: the first one is told of.
+TEST_F(RunLoopTest, AFailureThatWaitsGoesFirst) {
+  fHooks["AppMessage:3,0"] = TError(100010);
+  fHooks["Idle"] = [] {
+    SendMessageW(FindMessageWindow(), 1226, 3, 0);
+    return TError(100011);
+  };
+  fHooks["UnhandledError"] = [this] { Quit(); };
+  RunFrom(Hook());
+  EXPECT_EQ(CallsOfRun(), Started("AppMessage:3,0 UnhandledError:100010 CleanUp deleted"));
 }
 
 // Any process can send any numbers to the message window.
 TEST_F(RunLoopTest, StrangersMessagesAreRefused) {
-  RunFrom([this] {
+  ExpectRun("StartUp CleanUp deleted", [this] {
     const auto assertionsOf = [this](UINT message, WPARAM wParam, LPARAM lParam) {
       SendMessageW(FindMessageWindow(), message, wParam, lParam);
       return fOutput.TakeAssertions();
@@ -183,7 +184,6 @@ TEST_F(RunLoopTest, StrangersMessagesAreRefused) {
     }
     return StartQuitting();
   });
-  EXPECT_EQ(fRun.fLog.Take(), "StartUp CleanUp deleted");
 }
 
 TEST_F(RunLoopTest, AppMessagesFromAnotherThread) {
@@ -197,8 +197,7 @@ TEST_F(RunLoopTest, AppMessagesFromAnotherThread) {
     });
   });
   thread.join();
-  fRun.fLog.Remove("QuitEvent");
-  EXPECT_EQ(fRun.fLog.Take(), Started(expected + "CleanUp deleted"));
+  EXPECT_EQ(CallsOfRun(), Started(expected + "CleanUp deleted"));
 }
 
 // The application's activation as it arrives from the threads of file dialogs.
@@ -224,19 +223,6 @@ TEST_F(RunLoopTest, ActivationIsToldOnChangesOnly) {
   CloseHandle(stranger);
 }
 
-// An idle call that fails when something else has failed already: the first one is told of.
-TEST_F(RunLoopTest, AFailureThatWaitsGoesFirst) {
-  fHooks["AppMessage:3,0"] = TError(100010);
-  fHooks["Idle"] = [] {
-    SendMessageW(FindMessageWindow(), 1226, 3, 0);
-    return TError(100011);
-  };
-  fHooks["UnhandledError"] = [this] { Quit(); };
-  RunFrom(Hook());
-  fRun.fLog.Remove("QuitEvent");
-  EXPECT_EQ(fRun.fLog.Take(), Started("AppMessage:3,0 UnhandledError:100010 CleanUp deleted"));
-}
-
 // --- Without a window
 
 // Nothing posts a message, and yet idle calls come when they are due.
@@ -256,14 +242,14 @@ TEST_F(RunLoopTest, IdleCallsWithoutAWindow) {
 // once: the idle call that it announces, and the report of what fails in it.
 TEST_F(RunLoopTest, WhatIsSentTurnsTheLoop) {
   std::thread thread;
-  fHooks["Idle"] = [this] { *fRun.fIdleDelay = 0x7FFFFFFF; };
+  fHooks["Idle"] = IdleAfter(kNever);
   fHooks["AppMessage:5,0"] = TError(100050);
   fHooks["UnhandledError"] = [this] { Quit(); };
   RunFrom([&] {
     AwaitFirstIdleCalls();
     Then([&] {
       fHooks["Idle"] = [&] {
-        *fRun.fIdleDelay = 0x7FFFFFFF;
+        *fRun.fIdleDelay = kNever;
         thread = std::thread([] { SendMessageW(FindMessageWindow(), 1226, 5, 0); });
       };
       EXPECT_EQ(fMorvane->IMorvane_WakeUpIdle(), kOK);
@@ -271,24 +257,19 @@ TEST_F(RunLoopTest, WhatIsSentTurnsTheLoop) {
     });
   });
   thread.join();
-  fRun.fLog.Remove("QuitEvent");
-  EXPECT_EQ(fRun.fLog.Take(), Started("AppMessage:5,0 UnhandledError:100050 CleanUp deleted"));
+  EXPECT_EQ(CallsOfRun(), Started("AppMessage:5,0 UnhandledError:100050 CleanUp deleted"));
 }
 
 // Nothing is opened, and no idle call is due: the quit event comes all the same, also after a failure, and
 // after the dialog that tells of it.
 TEST_F(RunLoopTest, QuitEventAfterNothingWasOpened) {
-  fHooks["Idle"] = [this] { *fRun.fIdleDelay = 0x7FFFFFFF; };
-  const Hook beIdle = [this] { AwaitFirstIdleCalls(); };
-  fHooks["OpenURL"] = beIdle;
-  fHooks["NoDocument"] = beIdle;
-  fHooks["QuitEvent"] = [this] { return StartQuitting(); };
+  fHooks["Idle"] = IdleAfter(kNever);
+  fHooks["OpenURL"] = fHooks["NoDocument"] = [this] { AwaitFirstIdleCalls(); };
+  fHooks["QuitEvent"] = fQuits;
   for (const auto& [arguments, call] :
-       {std::pair{L"gone.txt", "OpenURL:file://gone.txt"}, {L"", "NoDocument:5003"}}) {
-    SetCommandLineOfThisProcess(L"\"app.exe\"");
+       {std::pair{L"gone.txt", std::string("OpenURL:file://gone.txt")}, {L"", "NoDocument:5003"}}) {
     fRun.fIdleCalls = 0;
-    RunFrom(Hook(), arguments);
-    EXPECT_EQ(fRun.fLog.Take(), std::string("StartUp ") + call + " QuitEvent CleanUp deleted");
+    ExpectRun("StartUp " + call + " QuitEvent CleanUp deleted", Hook(), arguments);
     DeleteMorvane();
   }
 }
@@ -303,7 +284,7 @@ TEST_F(RunLoopTest, LengthOfLingering) {
   DWORD begin = 0;
   fHooks["Idle"] = [&] {
     const bool isLingering = fOutput.CountLines("Entering lingering mode...") > 0;
-    *fRun.fIdleDelay = isLingering ? 0x7FFFFFFF : 20;
+    *fRun.fIdleDelay = isLingering ? kNever : 20;
     if (isLingering && begin == 0) {
       EXPECT_EQ(fMorvane->IMorvane_StopQuitting(), kOK);
     }
@@ -313,12 +294,11 @@ TEST_F(RunLoopTest, LengthOfLingering) {
     sPeeks = 0;
     return StartQuitting();
   };
-  RunFrom([this] { Then([this] { Quit(); }); });
+  ExpectRun(Started("QuitEvent CleanUp deleted"), [this] { Then([this] { Quit(); }); });
   const DWORD length = GetTickCount() - begin;
   EXPECT_GE(length, 880u);
   EXPECT_LT(length, 900u + 5000);
   EXPECT_LT(sPeeks, 50);
-  EXPECT_EQ(fRun.fLog.Take(), Started("QuitEvent CleanUp deleted"));
   for (const auto& [line, count] : {std::pair{"Entering lingering mode...", 2},
                                     {"Cancelling lingering mode...", 1},
                                     {"Lingering complete, exiting...", 1}})
@@ -353,7 +333,7 @@ TEST_F(RunLoopTest, SmallIdleDelaysAndFailures) {
 // The greatest delay keeps even the calls once a second away, but for the one that was due before the first
 // call had said so. Waking up brings one.
 TEST_F(RunLoopTest, LargeIdleDelay) {
-  fHooks["Idle"] = [this] { *fRun.fIdleDelay = 0x100000000; };
+  fHooks["Idle"] = IdleAfter(0x100000000);
   RunFrom([this] {
     int calls[2] = {};
     for (int& count : calls) {

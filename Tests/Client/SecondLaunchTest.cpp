@@ -15,13 +15,7 @@ class SecondLaunchTest : public ClientWindowTest {
     fFolder = folder;
   }
   ~SecondLaunchTest() override {
-    for (const HANDLE second : fSeconds) {
-      DWORD code = 1;
-      if (WaitForSingleObject(second, kWaitLimitMS) == WAIT_TIMEOUT) TerminateProcess(second, 98);
-      EXPECT_TRUE(GetExitCodeProcess(second, &code) && code == 0)
-          << "the test of the second process has failed";
-      CloseHandle(second);
-    }
+    for (const HANDLE second : fSeconds) ExpectPassed(second);
     CloseHandle(fGo);
     CloseHandle(fReady);
   }
@@ -31,8 +25,7 @@ class SecondLaunchTest : public ClientWindowTest {
     CreateMorvane();
     ReleaseSemaphore(fReady, 1, nullptr);
     EXPECT_EQ(WaitForSingleObject(fGo, kWaitLimitMS), DWORD(WAIT_OBJECT_0));
-    RunFrom(Hook());
-    EXPECT_EQ(fRun.fLog.Take(), "CleanUp deleted");
+    ExpectRun("CleanUp deleted", Hook());
     return true;
   }
   // Starts one, with its arguments, and waits until it stands right before its run.
@@ -45,11 +38,6 @@ class SecondLaunchTest : public ClientWindowTest {
   // process.
   std::string OpenURL(const std::string& name, const std::string& quote = "") const {
     return "OpenURL:file://" + quote + std::string(fFolder.begin(), fFolder.end()) + "\\" + name + quote;
-  }
-  // The log without the quit events, whose number depends on how often the loop turns.
-  std::string Log() {
-    fRun.fLog.Remove("QuitEvent");
-    return fRun.fLog.Take();
   }
 
   HANDLE fGo;
@@ -79,8 +67,8 @@ TEST_F(SecondLaunchTest, HandsItsFilesOver) {
       },
       L"/first");
   EXPECT_EQ(options.fTexts, (std::vector<std::u16string>{u"/second", u"/third"}));
-  EXPECT_EQ(Log(), "StartUp NoDocument:5003 " + OpenURL("quoted file.txt", "\"") + " UnhandledError:100321 " +
-                       OpenURL("plain.txt") + " CleanUp deleted");
+  EXPECT_EQ(CallsOfRun(), "StartUp NoDocument:5003 " + OpenURL("quoted file.txt", "\"") +
+                              " UnhandledError:100321 " + OpenURL("plain.txt") + " CleanUp deleted");
 }
 
 // The lingering is aborted. The quit event that follows at once is answered by quitting again, so that the
@@ -92,12 +80,11 @@ TEST_F(SecondLaunchTest, AbortsTheLingering) {
     *fRun.fIdleDelay = 5;
     if (fOutput.CountLines("Entering lingering mode...")) LetSecondProcessesRun();
   };
-  fRun.fHooks["QuitEvent"] = [this] { return fMorvane->IMorvane_StartQuitting(); };
-  RunFrom([this] {
+  fRun.fHooks["QuitEvent"] = [this] { return StartQuitting(); };
+  ExpectRun("StartUp NoDocument:5003 QuitEvent NoDocument:5003 CleanUp deleted", [this] {
     StartSecondProcess();
     Then([this] { Quit(); });
   });
-  EXPECT_EQ(fRun.fLog.Take(), "StartUp NoDocument:5003 QuitEvent NoDocument:5003 CleanUp deleted");
   EXPECT_EQ(fOutput.CountLines("Lingering aborted..."), 1);
   EXPECT_EQ(fOutput.CountLines("Entering lingering mode..."), 2);
 }
@@ -105,25 +92,22 @@ TEST_F(SecondLaunchTest, AbortsTheLingering) {
 // What was closing stays open from here on.
 TEST_F(SecondLaunchTest, StopsTheClosingOfWindows) {
   if (RunAsSecondProcess()) return;
-  WindowRecord* top = nullptr;
-  fRun.fHooks["OpenURL"] = [&] {
+  fRun.fHooks["OpenURL"] = [this] {
     EXPECT_FALSE(IsQuitting());
-    top->fHooks.clear();
+    HooksOf("doc2").clear();
     Quit();
   };
-  RunFrom([&] {
-    MakeDocument("bottom");
-    top = &MakeDocument("top");
-    top->fHooks["RequestClose"] = Hook();
-    StartSecondProcess(L"new.txt");
-    Then([this] {
-      Quit();
-      LetSecondProcessesRun();
-    });
-  });
-  EXPECT_EQ(fRun.fLog.Take(), "StartUp top.RequestClose:1 " + OpenURL("new.txt") +
-                                  " top.RequestClose:1 top.deleted "
-                                  "bottom.RequestClose:1 bottom.deleted CleanUp deleted");
+  ExpectRun("StartUp doc2.RequestClose:1 " + OpenURL("new.txt") +
+                " doc2.RequestClose:1 doc2.deleted doc1.RequestClose:1 doc1.deleted CleanUp deleted",
+            [this] {
+              Do("+doc1 +doc2");
+              HooksOf("doc2")["RequestClose"] = Hook();
+              StartSecondProcess(L"new.txt");
+              Then([this] {
+                Quit();
+                LetSecondProcessesRun();
+              });
+            });
 }
 
 // There is room for one command line at a time: while the first process is busy, one of the others waits. A
@@ -141,8 +125,8 @@ TEST_F(SecondLaunchTest, WaitsForTheOneBefore) {
   });
   wchar_t program[MAX_PATH] = {};
   const std::size_t inFront = GetModuleFileNameW(nullptr, program, MAX_PATH) + 3;  // quotes, a blank
-  EXPECT_EQ(Log(), "StartUp NoDocument:5003 OpenURL:file://" + std::string(2600 - inFront, 'x') + " " +
-                       OpenURL("b.txt") + " CleanUp deleted");
+  EXPECT_EQ(CallsOfRun(), "StartUp NoDocument:5003 OpenURL:file://" + std::string(2600 - inFront, 'x') + " " +
+                              OpenURL("b.txt") + " CleanUp deleted");
 }
 
 // A loop that is not the library's drops the message: the command line is seen all the same, and the place is
@@ -155,7 +139,7 @@ TEST_F(SecondLaunchTest, ALostMessageIsNotMissed) {
   };
   fRun.fHooks[OpenURL("b.txt")] = [this] { Quit(); };
   RunFrom([this] {
-    fRun.fHooks["Idle"] = [this] { *fRun.fIdleDelay = 0x7FFFFFFF; };
+    fRun.fHooks["Idle"] = IdleAfter(kNever);
     StartSecondProcess(L"a.txt");
     LetSecondProcessesRun();
     bool wasDropped = false;
@@ -168,32 +152,16 @@ TEST_F(SecondLaunchTest, ALostMessageIsNotMissed) {
       }
     }
   });
-  EXPECT_EQ(Log(),
+  EXPECT_EQ(CallsOfRun(),
             "StartUp NoDocument:5003 " + OpenURL("a.txt") + " " + OpenURL("b.txt") + " CleanUp deleted");
-}
-
-// While a file is being opened, with a dialog perhaps, the others wait, and those of a second launch behind
-// them.
-TEST_F(SecondLaunchTest, FilesThatWaitAreKept) {
-  if (RunAsSecondProcess()) return;
-  fRun.fHooks["OpenURL:file://a.txt"] = [this] {
-    StartSecondProcess(L"c.txt");
-    LetSecondProcessesRun();
-    EXPECT_TRUE(YieldUntil([this] { return WaitForSingleObject(fSeconds[0], 0) == WAIT_OBJECT_0; }));
-    Turn();
-  };
-  fRun.fHooks[OpenURL("c.txt")] = [this] { Quit(); };
-  RunFrom(Hook(), L"a.txt b.txt");
-  EXPECT_EQ(Log(),
-            "StartUp OpenURL:file://a.txt OpenURL:file://b.txt " + OpenURL("c.txt") + " CleanUp deleted");
 }
 
 // The message alone, without a command line behind it, is reported, and opens the application anew like a
 // launch without files.
 TEST_F(SecondLaunchTest, MessageWithoutACommandLine) {
   fRun.fHooks["NoDocument:5004"] = [this] { Quit(); };
-  RunFrom([] { PostThreadMessageW(GetCurrentThreadId(), 1135, 0, 0); });
-  EXPECT_EQ(fRun.fLog.Take(), "StartUp NoDocument:5003 QuitEvent NoDocument:5004 CleanUp deleted");
+  ExpectRun("StartUp NoDocument:5003 QuitEvent NoDocument:5004 CleanUp deleted",
+            [] { PostThreadMessageW(GetCurrentThreadId(), 1135, 0, 0); });
   EXPECT_EQ(fOutput.TakeAssertions(), "dwordData[0]!=0");
 }
 

@@ -13,85 +13,47 @@ TEST_IN_RUN(WindowKindsTest, StyleBitsBecomeNativeStyles) {
   constexpr TStyleFlags kSizing = kWindowResizableBit, kZoom = kWindowZoomableBit;
   const wchar_t* const classes[] = {L"SkerryDocumentWindow", L"SkerryModelessDialog", L"SkerryModalDialog",
                                     L"SkerryFloatingWindow"};
-  const struct {
-    Kind fKind;
-    TStyleFlags fFlags;
-    DWORD fStyle;
-    DWORD fExStyle;
-    bool fCanClose;
-    bool fHasGrip;
-  } kCases[] = {
-      {Kind::kDocument, 0, 0x02CA0000, 0x10, true, false},
-      {Kind::kDocument, kSizing, 0x02CE0000, 0x10, true, false},
-      {Kind::kDocument, kZoom | kWindowStyleBit22, 0x02CB0000, 0x10, true, false},
-      {Kind::kDocument, kSizing | kWindowStyleBit23, 0x02CE0000, 0x10, true, true},
-      {Kind::kModeless, 0, 0x82C80000, 0, false, false},
-      {Kind::kModeless, kZoom | kWindowStyleBit23, 0x82C90000, 0, true, false},
-      {Kind::kModeless, kWindowStyleBit22 | kWindowStyleBit24, 0x82C80000, 0, false, true},
-      {Kind::kModeless, kModelessDialogBorderlessBit, 0x82000000, 0, false, false},
-      {Kind::kModal, kSizing | kWindowStyleBit23, 0x84CC0080, 0x00010001, true, false},
-      {Kind::kModal, kWindowStyleBit22, 0x84C80080, 0x00010001, false, true},
-      {Kind::kFloating, 0, 0x82C80000, 0x88, false, false},
-      {Kind::kFloating, kSizing | kZoom, 0x82CD0000, 0x88, false, false},
-      {Kind::kFloating, kWindowStyleBit23 | kWindowStyleBit24, 0x82C80000, 0x88, true, true},
+  const Rows<const char*, Kind, TStyleFlags, DWORD, DWORD, bool, bool> rows = {
+      {"document", Kind::kDocument, 0, 0x02CA0000, 0x10, true, false},
+      {"document to size", Kind::kDocument, kSizing, 0x02CE0000, 0x10, true, false},
+      {"document to zoom", Kind::kDocument, kZoom | kWindowStyleBit22, 0x02CB0000, 0x10, true, false},
+      {"document with a grip", Kind::kDocument, kSizing | kWindowStyleBit23, 0x02CE0000, 0x10, true, true},
+      {"modeless", Kind::kModeless, 0, 0x82C80000, 0, false, false},
+      {"modeless to zoom", Kind::kModeless, kZoom | kWindowStyleBit23, 0x82C90000, 0, true, false},
+      {"modeless with a grip", Kind::kModeless, kWindowStyleBit22 | kWindowStyleBit24, 0x82C80000, 0, false,
+       true},
+      {"without a border", Kind::kModeless, kModelessDialogBorderlessBit, 0x82000000, 0, false, false},
+      {"modal to size", Kind::kModal, kSizing | kWindowStyleBit23, 0x84CC0080, 0x00010001, true, false},
+      {"modal with a grip", Kind::kModal, kWindowStyleBit22, 0x84C80080, 0x00010001, false, true},
+      {"floating", Kind::kFloating, 0, 0x82C80000, 0x88, false, false},
+      {"floating to zoom", Kind::kFloating, kSizing | kZoom, 0x82CD0000, 0x88, false, false},
+      {"floating with a grip", Kind::kFloating, kWindowStyleBit23 | kWindowStyleBit24, 0x82C80000, 0x88, true,
+       true},
   };
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(&c - kCases);
-    WindowRecord window;
-    ASSERT_NE(Make(c.fKind, window, c.fFlags), nullptr);
-    const HWND hwnd = window.fHwnd;
-    wchar_t className[64] = {};
-    GetClassNameW(hwnd, className, 64);
-    EXPECT_STREQ(className, classes[static_cast<int>(c.fKind)]);
+  for (const auto& [name, kind, flags, style, exStyle, canClose, hasGrip] : rows) {
+    SCOPED_TRACE(name);
+    ASSERT_NE(Make(kind, fRecord, flags), nullptr);
+    const HWND hwnd = Hwnd();
+    EXPECT_EQ(NativeClass(hwnd), classes[static_cast<int>(kind)]);
     // The system adds these to all windows that have a frame.
     const DWORD added = WS_VISIBLE | WS_CLIPSIBLINGS;
-    EXPECT_EQ(static_cast<DWORD>(GetWindowLongW(hwnd, GWL_STYLE)) | added, c.fStyle | added);
-    EXPECT_EQ(static_cast<DWORD>(GetWindowLongW(hwnd, GWL_EXSTYLE)) & ~DWORD{WS_EX_WINDOWEDGE}, c.fExStyle);
-    if (c.fStyle & WS_SYSMENU) {
+    EXPECT_EQ(static_cast<DWORD>(GetWindowLongW(hwnd, GWL_STYLE)) | added, style | added);
+    EXPECT_EQ(static_cast<DWORD>(GetWindowLongW(hwnd, GWL_EXSTYLE)) & ~DWORD{WS_EX_WINDOWEDGE}, exStyle);
+    if (style & WS_SYSMENU) {
       const UINT close = GetMenuState(GetSystemMenu(hwnd, FALSE), SC_CLOSE, MF_BYCOMMAND);
-      EXPECT_EQ((close & MF_GRAYED) == 0, c.fCanClose);
+      EXPECT_EQ((close & MF_GRAYED) == 0, canClose);
     }
-    EXPECT_EQ(FindWindowExW(hwnd, nullptr, L"SCROLLBAR", nullptr) != nullptr, c.fHasGrip);
+    EXPECT_EQ(FindWindowExW(hwnd, nullptr, L"SCROLLBAR", nullptr) != nullptr, hasGrip);
     EXPECT_EQ(GetWindow(hwnd, GW_OWNER), nullptr);  // no other window needs the task bar
-    Release(window);
+    Release(fRecord);
     EXPECT_FALSE(IsWindow(hwnd));
   }
 }
 
-// Each kind has those flags of the placement that it needs, and is where it is told to be.
+// Each kind has those flags of the placement that it needs, and is where it is told to be. Here a task bar
+// lies at the left and the top: clients place windows on the screen, the system from the work area on, but
+// not tool windows.
 TEST_IN_RUN(WindowKindsTest, States) {
-  const TRect rect = {40, 50, 340, 290};
-  const auto set = [&](auto& state) {
-    CopyText(state.fTitle, u"Ki&d \u4E2D");
-    state.fModified = 1;
-    state.fPlacement.fUserRect = rect;
-  };
-  const auto check = [&](auto& window, bool minimize) {
-    EXPECT_EQ(ChangeState(window, set), kOK);
-    EXPECT_EQ(NativeTitle(Hwnd()), L"Ki&d \u4E2D*");
-    EXPECT_EQ(NativeFrame(Hwnd()), rect);
-    ShowWindow(Hwnd(), minimize ? SW_MINIMIZE : SW_MAXIMIZE);
-    const auto see = [&](auto& state) {
-      EXPECT_EQ(state.fPlacement.fUserRect, rect);
-      if constexpr (requires { state.fPlacement.fMinimized; }) {
-        EXPECT_EQ(state.fPlacement.fMinimized, minimize);
-      }
-      if constexpr (requires { state.fPlacement.fMaximized; }) {
-        EXPECT_NE(state.fPlacement.fMaximized, minimize);
-      }
-    };
-    EXPECT_EQ(ChangeState(window, see), kOK);
-    Release(fRecord);
-  };
-  Open(kSizeable);
-  check(*fRecord.fDocument, true);
-  check(*static_cast<IModelessDialog*>(Make(Kind::kModeless, fRecord, kWindowZoomableBit)), false);
-  check(*static_cast<IModalDialog*>(Make(Kind::kModal, fRecord)), true);
-  check(*static_cast<IFloatingWindow*>(Make(Kind::kFloating, fRecord, kWindowZoomableBit)), false);
-}
-
-// Clients place windows on the screen, the system from the work area on; but not tool windows.
-TEST_IN_RUN(WindowKindsTest, BesideATaskBarAtTheLeftAndTheTop) {
   BOOL(WINAPI* const withTaskBar)
   (HMONITOR, LPMONITORINFO) = [](HMONITOR monitor, LPMONITORINFO info) {
     const BOOL result = GetMonitorInfoW(monitor, info);
@@ -101,40 +63,46 @@ TEST_IN_RUN(WindowKindsTest, BesideATaskBarAtTheLeftAndTheTop) {
   };
   const PatchedImport patch(L"Morvane.dll", "GetMonitorInfoW", withTaskBar);
   const TRect onScreen = {140, 150, 440, 390}, fromWorkArea = {80, 126, 380, 366};
-  const auto check = [&](auto& window, const TRect& native) {
-    const HWND hwnd = fRecord.fHwnd;
-    const auto set = [&](auto& state) {
-      state.fMaximumClientSize = {250, 0};
+  const auto check = [&](auto& window, const TRect& native, bool minimize) {
+    const auto change = [&](auto&& action) { EXPECT_EQ(ChangeState(window, action), kOK); };
+    change([&](auto& state) {
+      CopyText(state.fTitle, u"Ki&d \u4E2D");
+      state.fModified = 1;
       state.fPlacement.fUserRect = onScreen;
-    };
-    EXPECT_EQ(ChangeState(window, set), kOK);
-    WINDOWPLACEMENT wp = {};
-    wp.length = sizeof(wp);
-    GetWindowPlacement(hwnd, &wp);
-    const TRect placed = NativeRect(wp.rcNormalPosition);
-    EXPECT_EQ(placed.fLeft, native.fLeft);
-    EXPECT_EQ(placed.fTop, native.fTop);
-    EXPECT_EQ(placed.fBottom, native.fBottom);
-    EXPECT_EQ(ChangeState(window, [&](auto& state) { EXPECT_EQ(state.fPlacement.fUserRect.fTop, 150); }),
-              kOK);
-    // As high as the work area.
-    SendMessageW(hwnd, WM_SYSCOMMAND, SC_MAXIMIZE, 0);
-    GetWindowPlacement(hwnd, &wp);
-    EXPECT_EQ(wp.rcNormalPosition.top, native.fTop - 126);
-    EXPECT_EQ(wp.rcNormalPosition.bottom, GetSystemMetrics(SM_CYSCREEN) + native.fTop - 150);
+    });
+    EXPECT_EQ(NativeTitle(Hwnd()), L"Ki&d \u4E2D*");
+    EXPECT_EQ(NativeNormalRect(Hwnd()), native);
+    ShowWindow(Hwnd(), minimize ? SW_MINIMIZE : SW_MAXIMIZE);
+    change([&](auto& state) {
+      EXPECT_EQ(state.fPlacement.fUserRect, onScreen);
+      if constexpr (requires { state.fPlacement.fMinimized; }) {
+        EXPECT_EQ(state.fPlacement.fMinimized, minimize);
+      }
+      if constexpr (requires { state.fPlacement.fMaximized; }) {
+        EXPECT_NE(state.fPlacement.fMaximized, minimize);
+      }
+    });
+    // With a limit to the width it becomes as high as the work area.
+    ShowWindow(Hwnd(), SW_RESTORE);
+    change([](auto& state) { state.fMaximumClientSize = {250, 0}; });
+    Send(WM_SYSCOMMAND, SC_MAXIMIZE);
+    const TRect limited = NativeNormalRect(Hwnd());
+    EXPECT_EQ(limited.fTop, native.fTop - 126);
+    EXPECT_EQ(limited.fBottom, GetSystemMetrics(SM_CYSCREEN) + native.fTop - 150);
     Release(fRecord);
   };
   Open(kSizeable);
-  check(*fRecord.fDocument, fromWorkArea);
-  check(*static_cast<IModelessDialog*>(Make(Kind::kModeless, fRecord, kWindowZoomableBit)), fromWorkArea);
-  check(*static_cast<IModalDialog*>(Make(Kind::kModal, fRecord)), fromWorkArea);
-  check(*static_cast<IFloatingWindow*>(Make(Kind::kFloating, fRecord, kWindowZoomableBit)), onScreen);
+  check(*fRecord.fDocument, fromWorkArea, true);
+  check(*static_cast<IModelessDialog*>(Make(Kind::kModeless, fRecord, kWindowZoomableBit)), fromWorkArea,
+        false);
+  check(*static_cast<IModalDialog*>(Make(Kind::kModal, fRecord)), fromWorkArea, true);
+  check(*static_cast<IFloatingWindow*>(Make(Kind::kFloating, fRecord, kWindowZoomableBit)), onScreen, false);
 }
 
 // Between its construction and its behaviour a window can be closed, and asked for its menu bar; or its
-// factory fails.
+// factory fails. A blocking dialog that ends so early does not hold the call.
 TEST_IN_RUN(WindowKindsTest, WithoutABehaviour) {
-  const std::pair<Kind, const char*> kinds[] = {{Kind::kDocument, "document window"},
+  const std::pair<Kind, std::string> kinds[] = {{Kind::kDocument, "document window"},
                                                 {Kind::kModeless, "modeless dialog"},
                                                 {Kind::kModal, "modal dialog"},
                                                 {Kind::kFloating, "modeless dialog"}};
@@ -147,8 +115,8 @@ TEST_IN_RUN(WindowKindsTest, WithoutABehaviour) {
     };
     failing.fHooks["factory"] = TError(100777);
     fOutput.ForgetLines();
-    Make(kind, closed);
-    EXPECT_EQ(fOutput.CountLines(std::string("RequestClose for a behavior-less ") + name + "!!!"), 1);
+    Make(kind, closed, kPlain, nullptr, kind == Kind::kModal);
+    EXPECT_EQ(fOutput.CountLines("RequestClose for a behavior-less " + name + "!!!"), 1);
     EXPECT_FALSE(IsWindow(closed.fHwnd));
     EXPECT_EQ(closed.fLog.Take(), "deleted");
     EXPECT_EQ(Make(kind, failing, kPlain, nullptr, kind == Kind::kModal, 100777), nullptr);
@@ -192,49 +160,26 @@ TEST_IN_RUN(WindowKindsTest, ABlockingDialogRunsToItsEnd) {
   ExpectReported(100777);
 }
 
-// One that ends itself before it is shown does not hold the call, nor does one that the last idle call ends:
-// there is no other window whose messages would wake the application.
-TEST_IN_RUN(WindowKindsTest, ABlockingDialogThatEndsEarly) {
-  WindowRecord first, second;
-  first.fHooks["factory"] = [&] { return first.fRelease(); };
-  EXPECT_EQ(Make(Kind::kModal, first, kPlain, nullptr, 1), nullptr);
-  EXPECT_EQ(first.fLog.Take(), "deleted");
-  bool isOpen = false;
-  fRun.fHooks["Idle"] = [&] {
-    *fRun.fIdleDelay = 1;
-    return std::exchange(isOpen, false) ? second.fRelease() : kOK;
-  };
-  Then([&] { isOpen = true; });
-  EXPECT_EQ(Make(Kind::kModal, second, kPlain, nullptr, 1), nullptr);
-  EXPECT_FALSE(IsWindow(second.fHwnd));
-  fRun.fHooks.erase("Idle");
-}
-
 // A dialog that is going is moved above the screen, and stays natively visible until it has gone.
 TEST_IN_RUN(WindowKindsTest, WhereADialogGoes) {
-  WindowRecord dialog;
-  Open();
-  for (const bool hasOwner : {true, false}) {
-    auto& window =
-        *static_cast<IModalDialog*>(Make(Kind::kModal, dialog, kPlain, hasOwner ? fRecord.fOwner : nullptr));
-    EXPECT_EQ(ChangeState(window,
-                          [](auto& state) {
-                            state.fPlacement.fUserRect = {150, 120, 350, 260};
-                          }),
-              kOK);
-    TRect frame = {};
-    dialog.fHooks["deleted"] = [&] {
-      frame = NativeFrame(dialog.fHwnd);
-      EXPECT_TRUE(IsWindowVisible(dialog.fHwnd));
+  Do("+doc");
+  for (const auto& [steps, gone] :
+       {std::pair("+A<doc", TRect{50, -240, 250, -100}), {"+A", {150, -140, 350, 0}}}) {
+    Do(steps);
+    MoveNative(HwndOf("A"), 150, 120);
+    SizeNative(HwndOf("A"), 200, 140);
+    HooksOf("A")["deleted"] = [this, gone = gone] {
+      EXPECT_EQ(NativeFrame(HwndOf("A")), gone);
+      EXPECT_TRUE(IsWindowVisible(HwndOf("A")));
     };
-    Release(dialog);
-    EXPECT_EQ(frame, hasOwner ? (TRect{50, -240, 250, -100}) : (TRect{150, -140, 350, 0}));
+    Do("-A");
   }
 }
 
 // --- The application in the background
 
-// Floating windows go and come with the application; the others stay. They come to be closed, too.
+// Floating windows go and come with the application; the others stay. When it quits meanwhile, they come to
+// be closed.
 TEST_F(WindowKindsTest, FloatingWindowsGoWithTheApplication) {
   std::string told;
   for (const char* flag : {"0", "1"})
@@ -248,25 +193,27 @@ TEST_F(WindowKindsTest, FloatingWindowsGoWithTheApplication) {
     while (GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
     DestroyWindow(stranger);
   });
-  WindowRecord modeless, floating;
   RunFrom([&] {
     Then([&] {
-      Open();
-      Make(Kind::kModeless, modeless);
-      Make(Kind::kFloating, floating);
+      Do("+doc +modeless +floating");
+      const HWND floating = HwndOf("floating");
+      HooksOf("floating")["RequestClose"] = [=, this] {
+        EXPECT_TRUE(IsWindowVisible(floating));
+        Do("-floating");
+      };
       EXPECT_TRUE(YieldUntil([&] { return stranger != nullptr; }));
-      for (const bool isLast : {false, true}) {
-        SetForegroundWindow(Hwnd());
-        EXPECT_TRUE(YieldUntil([&] { return told.ends_with("1") && IsWindowVisible(floating.fHwnd); }));
+      for (const char* times : {"first", "second"}) {
+        SetForegroundWindow(HwndOf("doc"));
+        EXPECT_TRUE(YieldUntil([&] { return told.ends_with("1") && IsWindowVisible(floating); })) << times;
         SetForegroundWindow(stranger);
-        EXPECT_TRUE(YieldUntil([&] { return told.ends_with("0") && !IsWindowVisible(floating.fHwnd); }));
-        EXPECT_TRUE(IsWindowVisible(Hwnd()) && IsWindowVisible(modeless.fHwnd));
-        if (isLast) Quit();
+        EXPECT_TRUE(YieldUntil([&] { return told.ends_with("0") && !IsWindowVisible(floating); })) << times;
+        EXPECT_TRUE(IsWindowVisible(HwndOf("doc")) && IsWindowVisible(HwndOf("modeless")));
       }
+      EXPECT_EQ(told, "1010");
+      Quit();
     });
   });
-  EXPECT_EQ(floating.fLog.Count("RequestClose:1"), 1);
-  EXPECT_EQ(told.substr(0, 4), "1010");
+  EXPECT_EQ(fRun.fLog.Count("floating.RequestClose:1"), 1);
   PostThreadMessageW(GetWindowThreadProcessId(stranger, nullptr), WM_QUIT, 0, 0);
   thread.join();
 }
@@ -274,40 +221,24 @@ TEST_F(WindowKindsTest, FloatingWindowsGoWithTheApplication) {
 // --- Window lists
 
 TEST_IN_RUN(WindowKindsTest, ListsByKindFrontWindowFirst) {
-  std::map<char, WindowRecord> windows;
-  const auto lists = [&] {
-    std::string text;
-    for (const auto get : {&IMorvane::IMorvane_GetDocumentWindowsZ, &IMorvane::IMorvane_GetModelessDialogsZ,
-                           &IMorvane::IMorvane_GetModalDialogsZ, &IMorvane::IMorvane_GetFloatingWindowsZ}) {
-      CVectorWindowReceiver receiver;
-      EXPECT_EQ((fMorvane->*get)(receiver), kOK);
-      for (IWindow* const window : receiver.fWindows)
-        for (const auto& [name, record] : windows)
-          if (record.fWindow == window) text += name;
-      text += "|";
-    }
-    return text;
+  const auto lists = [this] {
+    return Listed() + "|" + Listed(&IMorvane::IMorvane_GetModelessDialogsZ) + "|" +
+           Listed(&IMorvane::IMorvane_GetModalDialogsZ) + "|" +
+           Listed(&IMorvane::IMorvane_GetFloatingWindowsZ);
   };
-  for (const char* names : {"dmf", "DMF"}) {
-    Make(Kind::kDocument, windows[names[0]]);
-    Make(Kind::kModeless, windows[names[1]]);
-    Make(Kind::kFloating, windows[names[2]]);
-  }
-  EXPECT_EQ(lists(), "Dd|Mm||Ff|");
-  for (const char name : {'d', 'm', 'f'}) BringToFront(windows[name]);
-  EXPECT_EQ(lists(), "dD|mM||fF|");
+  Do("+doc1 +modeless1 +floating1 +doc2 +modeless2 +floating2");
+  EXPECT_EQ(lists(), "doc2 doc1|modeless2 modeless1||floating2 floating1");
+  Do("^doc1 ^modeless1 ^floating1");
+  EXPECT_EQ(lists(), "doc1 doc2|modeless1 modeless2||floating1 floating2");
   // Floating windows are out of the way of a dialog that blocks the application.
-  WindowRecord& modal = windows['x'];
-  Make(Kind::kModal, modal);
-  EXPECT_EQ(lists(), "dD|mM|x||");
+  Do("+A");
+  EXPECT_EQ(lists(), "doc1 doc2|modeless1 modeless2|A|");
   // One that is on its way out, though natively visible, is in no list.
-  modal.fHooks["ActivationChanged:0"] = [&] { EXPECT_EQ(lists(), "dD|mM|||"); };
-  PostMessageW(modal.fHwnd, WM_NULL, 0, 0);
-  Release(modal);
-  EXPECT_EQ(modal.fLog.Count("ActivationChanged:0"), 1);
-  windows.erase('x');
-  EXPECT_EQ(lists(), "dD|mM||fF|");
-  for (auto& [name, record] : windows) Release(record);
+  HooksOf("A")["ActivationChanged:0"] = [&] { EXPECT_EQ(lists(), "doc1 doc2|modeless1 modeless2||"); };
+  PostMessageW(HwndOf("A"), WM_NULL, 0, 0);
+  Do("-A");
+  EXPECT_EQ(fWindows["A"].fLog.Count("ActivationChanged:0"), 1);
+  EXPECT_EQ(lists(), "doc1 doc2|modeless1 modeless2||floating1 floating2");
 }
 
 }  // namespace NSMorvaneTest

@@ -25,6 +25,7 @@
 #include "MorvaneDefaults.h"
 #include "Support/Input.h"
 #include "Support/RecordingViews.h"
+#include "Support/Rows.h"
 
 namespace NSMorvaneTest {
 
@@ -171,7 +172,6 @@ class ClientTest : public ::testing::Test {
     } else {
       fCompany =
           L"Client Test " + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(GetTickCount());
-      SetCommandLineOfThisProcess(L"\"app.exe\"");
     }
     CopyText(fParams.fCompanyName, std::u16string(fCompany.begin(), fCompany.end()));
     CopyText(fParams.fProductName, u"Scenario");
@@ -199,7 +199,8 @@ class ClientTest : public ::testing::Test {
 
   // `arguments` follow the program's name on the command line.
   void CreateMorvane(const std::wstring& arguments = L"") {
-    if (!arguments.empty()) SetCommandLineOfThisProcess(L"\"app.exe\" " + arguments);
+    if (!fIsSecondProcess)
+      SetCommandLineOfThisProcess(L"\"app.exe\"" + (arguments.empty() ? L"" : L" " + arguments));
     TError error = kOtherError;
     fMorvane = Morvane_Create("IMorvane", &error);
     ASSERT_EQ(error, kOK);
@@ -211,6 +212,16 @@ class ClientTest : public ::testing::Test {
     if (!fMorvane) CreateMorvane(arguments);
     fRun.fHooks["StartUp"] = startUp;
     EXPECT_EQ(fMorvane->IMorvane_Run(new RecordingRunBehavior(fRun), fParams), kOK);
+  }
+  // A run from start to end, and all that it calls.
+  void ExpectRun(const std::string& calls, const Hook& startUp, const std::wstring& arguments = L"") {
+    RunFrom(startUp, arguments);
+    EXPECT_EQ(fRun.fLog.Take(), calls);
+  }
+  // The calls of the run without the quit events, whose number depends on how often the loop turns.
+  std::string CallsOfRun() {
+    fRun.fLog.Remove("QuitEvent");
+    return fRun.fLog.Take();
   }
   // A run that ends with a code leaves the behaviour to the client.
   void ExpectRunFails(TError error) {
@@ -248,18 +259,33 @@ class ClientTest : public ::testing::Test {
     EXPECT_EQ(fRun.fLog.Count(report), 1);
     fRun.fLog.Remove(report);
   }
+  // For the hook "Idle": the next call is due in so many milliseconds.
+  static constexpr std::int64_t kNever = 0x7FFFFFFF;
+  Hook IdleAfter(std::int64_t delayMS) {
+    return [=, this] { *fRun.fIdleDelay = delayMS; };
+  }
   bool IsQuitting() {
     TFlag isQuitting = 7;
     EXPECT_EQ(fMorvane->IMorvane_IsQuitting(isQuitting), kOK);
     return isQuitting == 1;
   }
+  TError StartQuitting() { return fMorvane->IMorvane_StartQuitting(); }
   void Quit() {
     if (!IsQuitting()) {
-      EXPECT_EQ(fMorvane->IMorvane_StartQuitting(), kOK);
+      EXPECT_EQ(StartQuitting(), kOK);
     }
   }
+  // Handles what waits as a loop does that is not the library's.
+  static void DispatchWhatWaits() {
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+  }
+  // Until something has been sent to this thread, without letting it in.
+  static void AwaitSentMessage() {
+    EXPECT_EQ(MsgWaitForMultipleObjects(0, nullptr, FALSE, kWaitLimitMS, QS_SENDMESSAGE), WAIT_OBJECT_0);
+  }
   // A second process of this program that runs the same test, and knows that it is the second one. Null
-  // `folder` is the folder of this process. The caller closes the handle.
+  // `folder` is the folder of this process. The handle is for ExpectPassed.
   HANDLE StartProcessOfThisTest(const std::wstring& arguments = L"", const wchar_t* folder = nullptr) {
     wchar_t program[MAX_PATH] = {};
     GetModuleFileNameW(nullptr, program, MAX_PATH);
@@ -276,6 +302,13 @@ class ClientTest : public ::testing::Test {
                                &startup, &process));
     CloseHandle(process.hThread);
     return process.hProcess;
+  }
+  // Waits until such a process has ended, well.
+  static void ExpectPassed(HANDLE process) {
+    DWORD code = 1;
+    if (WaitForSingleObject(process, kWaitLimitMS) == WAIT_TIMEOUT) TerminateProcess(process, 98);
+    EXPECT_TRUE(GetExitCodeProcess(process, &code) && code == 0) << "the second process has failed";
+    CloseHandle(process);
   }
   // The shown windows of this process, the front one first.
   static std::vector<HWND> ShownInOrder() {
@@ -295,12 +328,22 @@ class ClientTest : public ::testing::Test {
     const UINT count = static_cast<UINT>(inputs.size());
     EXPECT_EQ(SendInput(count, inputs.data(), sizeof(INPUT)), count);
   }
+  static void SendKeys(const std::vector<WORD>& keys, DWORD flags = 0) {
+    for (const WORD key : keys) SendInputs({KeyInput(key, flags)});
+  }
+  // Keys that are held while the last one is pressed.
+  static void PressKeys(std::vector<WORD> keys) {
+    SendKeys(keys);
+    std::ranges::reverse(keys);
+    SendKeys(keys, KEYEVENTF_KEYUP);
+  }
   // Buttons at a place of the screen, all at once: two presses are a double click on a slow machine, too.
   static void Click(const POINT& place, const std::vector<DWORD>& buttons) {
     std::vector<INPUT> inputs = {MouseInput(place, 0)};
     for (const DWORD button : buttons) inputs.push_back(MouseInput(place, button));
     SendInputs(inputs);
   }
+  static void ClickLeft(const POINT& place) { Click(place, {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP}); }
   // Puts the mouse at a place of the screen, and waits until it is there for good.
   void PutMouse(const POINT& place) {
     EXPECT_TRUE(PutPointer(

@@ -1,6 +1,20 @@
 // Windows of a client, of all kinds, and views in them: behaviours that write down what they are told and do
 // what a test asks for in the middle of it.
+//
+// Calls of windows are written like those of the run: without their class and "On", arguments behind a colon.
+//
+// Windows have names in some tests, which tell their kinds: doc1, modeless, floating; anything else is a
+// modal dialog. What is done with them is a text of steps:
+//
+//   +doc1     is made                  -doc1   is released by its client
+//   +A<doc1   a dialog with an owner   ^doc1   comes to the front
+//
+// Their closing and end stand in the log of the run, as "doc1.RequestClose:0" and "doc1.deleted". A picture
+// tells of those that are shown, the front one first: "A+* doc1 doc2+". Behind a plus the window can be used,
+// with a star it is the active one.
 #pragma once
+
+#include <sstream>
 
 #include "Support/ClientFixture.h"
 #include "Support/PrintGeometry.h"
@@ -33,15 +47,43 @@ inline TSize NativeClientSize(HWND hwnd) {
   GetClientRect(hwnd, &client);
   return {client.right, client.bottom};
 }
+inline TRect NativeNormalRect(HWND hwnd) {
+  WINDOWPLACEMENT placement = {};
+  placement.length = sizeof(placement);
+  GetWindowPlacement(hwnd, &placement);
+  return NativeRect(placement.rcNormalPosition);
+}
 inline std::wstring NativeTitle(HWND hwnd) {
-  wchar_t title[300] = {};
-  GetWindowTextW(hwnd, title, 300);
+  wchar_t title[3000] = {};
+  GetWindowTextW(hwnd, title, 3000);
   return title;
+}
+inline std::wstring NativeClass(HWND hwnd) {
+  wchar_t name[100] = {};
+  GetClassNameW(hwnd, name, 100);
+  return name;
+}
+inline void MoveNative(HWND hwnd, int x, int y) {
+  SetWindowPos(hwnd, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+inline void SizeNative(HWND hwnd, int width, int height) {
+  SetWindowPos(hwnd, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+inline TPoint MiddleOf(const TRect& rect) {
+  return {(rect.fLeft + rect.fRight) / 2, (rect.fTop + rect.fBottom) / 2};
 }
 
 // --- Windows
 
 enum class Kind { kDocument, kModeless, kModal, kFloating };
+
+// Of a window with this name.
+inline Kind KindOf(const std::string& name) {
+  return name.starts_with("doc")        ? Kind::kDocument
+         : name.starts_with("modeless") ? Kind::kModeless
+         : name.starts_with("floating") ? Kind::kFloating
+                                        : Kind::kModal;
+}
 
 // What a behaviour works on. The test owns it, so that it outlives the window. The hook "factory" runs before
 // the behaviour is there, with the window in the record; a code from it is what the factory answers. Without
@@ -176,15 +218,7 @@ class ClientWindowTest : public ClientTest {
     EXPECT_EQ(error, wantedError);
     return made;
   }
-  // A document whose closing and end stand in the log of the run.
-  WindowRecord& MakeDocument(const std::string& name) {
-    WindowRecord& record = fDocuments.emplace_back();
-    record.fName = name + ".";
-    record.fEndLog = &fRun.fLog;
-    Make(Kind::kDocument, record, kSizeable);
-    return record;
-  }
-  // The window that the helpers below are about.
+  // The window that most of the helpers below are about.
   void Open(TStyleFlags style = kPlain) { Make(Kind::kDocument, fRecord, style); }
   static void Release(WindowRecord& record) { EXPECT_EQ(record.fRelease(), kOK); }
   static void PutAt(HWND place, WindowRecord& record) {
@@ -195,6 +229,64 @@ class ClientWindowTest : public ClientTest {
     EXPECT_EQ(record.fFocusNow(), kOK);
     PutAt(HWND_TOP, record);
   }
+  // --- Windows with names
+
+  WindowRecord& MakeNamed(const std::string& name, const std::map<std::string, Hook>& hooks = {},
+                          IModalOwner* owner = nullptr, TStyleFlags style = kWindowStyleBit23) {
+    WindowRecord& record = fWindows[name];
+    record = {};
+    record.fName = name + ".";
+    record.fEndLog = &fRun.fLog;
+    record.fHooks = hooks;
+    Make(KindOf(name), record, style, owner);
+    return record;
+  }
+  void Do(const std::string& steps) {
+    std::istringstream words(steps);
+    for (std::string word; words >> word;) {
+      const std::size_t bracket = word.find('<');
+      const std::string name = word.substr(1, bracket - 1);
+      if (word[0] == '+')
+        MakeNamed(name, {}, bracket == word.npos ? nullptr : fWindows[word.substr(bracket + 1)].fOwner);
+      if (word[0] == '-') Release(fWindows[name]);
+      if (word[0] == '^') BringToFront(fWindows[name]);
+    }
+  }
+  HWND HwndOf(const std::string& name) { return fWindows[name].fHwnd; }
+  std::map<std::string, Hook>& HooksOf(const std::string& name) { return fWindows[name].fHooks; }
+  // Empty for a window without one.
+  std::string NameOf(HWND hwnd) const {
+    for (const auto& [name, record] : fWindows)
+      if (record.fHwnd == hwnd) return name;
+    return "";
+  }
+  std::string Picture() {
+    std::string text;
+    for (const HWND hwnd : ShownInOrder()) {
+      const std::string name = NameOf(hwnd);
+      if (name.empty()) continue;
+      text += (text.empty() ? "" : " ") + name;
+      if (IsWindowEnabled(hwnd)) text += "+";
+      if (GetActiveWindow() == hwnd) text += "*";
+    }
+    return text;
+  }
+  // The names of those that a client is told of.
+  std::string Listed(
+      TError (IMorvane::*list)(IWindowListReceiver&) = &IMorvane::IMorvane_GetDocumentWindowsZ) {
+    CVectorWindowReceiver receiver;
+    EXPECT_EQ((fMorvane->*list)(receiver), kOK);
+    std::string text;
+    for (IWindow* const window : receiver.fWindows) {
+      TNativeWindow native = {};
+      EXPECT_EQ(window->IWindow_GetNativeWindow(native), kOK);
+      text += (text.empty() ? "" : " ") + NameOf(native.fHwnd);
+    }
+    return text;
+  }
+
+  // --- The window
+
   IWindow& Window() { return *fRecord.fWindow; }
   HWND Hwnd() const { return fRecord.fHwnd; }
   LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
@@ -304,7 +396,7 @@ class ClientWindowTest : public ClientTest {
   TFlag fIsListed = 1;        // whether window menus list the documents that are made
   TFlag fIsDialogListed = 0;  // and the modeless dialogs
   WindowRecord fRecord;
-  std::deque<WindowRecord> fDocuments;
+  std::map<std::string, WindowRecord> fWindows;
   ViewRecord fViewRecord;
   std::vector<std::pair<std::string, IView*>> fViews;
   TestView* fOther = nullptr;

@@ -8,13 +8,13 @@
 #include <limits>
 #include <random>
 #include <string>
-#include <tuple>
 #include <utility>
 #include <vector>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Text/TextPackage.h"
 #include "Tests/Support/PrintGeometry.h"
+#include "Tests/Support/Rows.h"
 
 namespace NSMorvaneTest {
 
@@ -24,10 +24,6 @@ using Texts = std::vector<std::string>;
 
 constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
 constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
-
-// A table, whose rows a loop takes apart.
-template <class... TColumns>
-using Rows = std::vector<std::tuple<TColumns...>>;
 
 // "one; two"
 inline std::string Joined(const Texts& texts) {
