@@ -1,5 +1,6 @@
 // Alert boxes: what is shown, how each button is pressed, and what becomes of the windows around.
 #include "Support/ClientWindows.h"
+#include "Support/PatchedImport.h"
 
 namespace NSMorvaneTest {
 
@@ -36,6 +37,10 @@ class AlertTest : public ClientWindowTest {
     EXPECT_EQ(fMorvane->IMorvane_CreateAlertBox(owner, blocking, spec, &fListener), kOK);
     return GetActiveWindow();
   }
+  HWND Ask(TCloseReason reason = kCloseByUser, const TChar* name = u"A & B") {
+    EXPECT_EQ(fMorvane->IMorvane_CreateSaveChangesDialog(&fQuestion, fRecord.fOwner, 0, name, reason), kOK);
+    return GetActiveWindow();
+  }
   // In the client coordinates of the alert.
   static TRect PlaceIn(HWND alert, HWND control) {
     RECT rect = {};
@@ -50,15 +55,17 @@ class AlertTest : public ClientWindowTest {
       if (NativeClass(child) == L"Static") controls.push_back(child);
     return controls;
   }
-  // The height that the system needs for a text of this width.
-  static LONG HeightOfText(const std::wstring& text, LONG width) {
+  // What the system needs for a text of this width, as a control of this style shows it.
+  static TSize SizeOfText(const std::wstring& text, LONG width, LONG style) {
     const HDC hdc = GetDC(nullptr);
     const HGDIOBJ font = SelectObject(hdc, GetStockObject(DEFAULT_GUI_FONT));
     RECT needed = {0, 0, width, 0};
-    DrawTextW(hdc, text.c_str(), -1, &needed, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX | DT_EXPANDTABS);
+    const UINT breaks = style & SS_EDITCONTROL ? DT_EDITCONTROL : 0;
+    DrawTextW(hdc, text.c_str(), -1, &needed,
+              breaks | DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX | DT_EXPANDTABS);
     SelectObject(hdc, font);
     ReleaseDC(nullptr, hdc);
-    return text.empty() ? 0 : needed.bottom;
+    return text.empty() ? TSize{} : TSize{needed.right, needed.bottom};
   }
   // Does something as the user does, and waits until the alert has gone.
   std::string AnswerBy(HWND alert, const std::function<void()>& input) {
@@ -120,10 +127,15 @@ TEST_IN_RUN(AlertTest, WhatIsShownAndWhere) {
     const bool hasIcon = kind != kAlertPlain;
     ASSERT_EQ(statics.size(), hasIcon ? 2u : 1u);
     const TRect text = PlaceIn(alert, statics[0]);
-    EXPECT_LE(HeightOfText(NativeTitle(statics[0]), WidthOf(text)), HeightOf(text));
-    EXPECT_TRUE(GetWindowLongW(statics[0], GWL_STYLE) & SS_NOPREFIX);
+    const LONG style = GetWindowLongW(statics[0], GWL_STYLE);
+    const TSize needed = SizeOfText(NativeTitle(statics[0]), WidthOf(text), style);
+    EXPECT_LE(needed.fWidth, WidthOf(text));
+    EXPECT_LE(needed.fHeight, HeightOf(text));
+    EXPECT_TRUE(style & SS_NOPREFIX);
     if (hasIcon) {
-      EXPECT_NE(SendMessageW(statics[1], STM_GETICON, 0, 0), 0);
+      const int icons[] = {32513, 32516, 32515};
+      EXPECT_EQ(reinterpret_cast<HICON>(SendMessageW(statics[1], STM_GETICON, 0, 0)),
+                LoadIconW(nullptr, MAKEINTRESOURCEW(icons[kind - kAlertStop])));
     }
     EXPECT_NEAR(PlaceIn(alert, GetDlgItem(alert, IDOK)).fLeft,
                 NativeClientSize(alert).fWidth - PlaceIn(alert, GetDlgItem(alert, IDCANCEL)).fRight, 1);
@@ -175,35 +187,173 @@ TEST_IN_RUN(AlertTest, WindowsAround) {
   });
   ShowAlert(Spec(kSecondOfTwo), nullptr, 1);
   EXPECT_EQ(fListener.fLog.Take(), "answer:2");
+  // An owner that ends while it comes back.
+  WindowRecord gone;
+  Make(Kind::kDocument, gone, kSizeable);
+  ShowWindow(gone.fHwnd, SW_MINIMIZE);
+  gone.fHooks["PlacementChanged"] = [&] { Release(gone); };
+  const HWND left = ShowAlert(Spec(kAlertOneButton), gone.fOwner);
+  EXPECT_FALSE(IsWindow(gone.fHwnd));
+  EXPECT_EQ(answerBy(left, VK_RETURN), "answer:1");
   // Nobody need listen.
   EXPECT_EQ(fMorvane->IMorvane_CreateAlertBox(nullptr, 0, Spec(kAlertOneButton), nullptr), kOK);
   answerBy(GetActiveWindow(), VK_ESCAPE);
   EXPECT_EQ(fOutput.TakeAssertions(), "");
 }
 
+// Labels beyond the layout make no buttons, and long ones make wide ones. The owner need not be the
+// library's.
+TEST_IN_RUN(AlertTest, LabelsAndOwners) {
+  struct Owner : IModalOwner {
+    TError IModalOwner_GetNativeWindow(TNativeWindow& out) override {
+      out.fHwnd = nullptr;
+      return fError;
+    }
+    TError fError = kOK;
+  } owner;
+  TAlertSpec spec = Spec(kAlertOneButton);
+  CopyText(spec.fButton1, std::u16string(40, u'W'));
+  CopyText(spec.fButton2, u"No");
+  CopyText(spec.fButton3, u"button");
+  const HWND alert = ShowAlert(spec, &owner);
+  EXPECT_FALSE(GetDlgItem(alert, IDCANCEL) || GetDlgItem(alert, IDNO));
+  const HWND button = GetDlgItem(alert, IDOK);
+  const int width = WidthOf(NativeFrame(button));
+  EXPECT_EQ(width, SizeOfText(NativeTitle(button), 10000, 0).fWidth + 16);
+  EXPECT_EQ(NativeClientSize(alert).fWidth, width + 25);
+  EXPECT_EQ(AnswerBy(alert, [] { PressKeys({VK_ESCAPE}); }), "answer:1");
+  owner.fError = TError(100321);
+  EXPECT_EQ(fMorvane->IMorvane_CreateAlertBox(&owner, 0, spec, &fListener), owner.fError);
+}
+
+// Wherever the owner is and however high the text. The monitor tells of a task bar at the bottom.
+TEST_IN_RUN(AlertTest, StaysOnTheScreen) {
+  Open();
+  BOOL(WINAPI* const withTaskBar)
+  (HMONITOR, LPMONITORINFO) = [](HMONITOR monitor, LPMONITORINFO info) {
+    const BOOL result = GetMonitorInfoW(monitor, info);
+    info->rcWork.bottom -= 200;
+    return result;
+  };
+  const PatchedImport patch(L"Morvane.dll", "GetMonitorInfoW", withTaskBar);
+  const int right = GetSystemMetrics(SM_CXSCREEN), bottom = GetSystemMetrics(SM_CYSCREEN) - 200;
+  for (const std::size_t lines : {1, 30, 1000})
+    for (const POINT& place : {POINT{0, 0}, {0, bottom - 30}, {right - 60, 0}, {-200, -100}}) {
+      SetWindowPos(Hwnd(), nullptr, place.x, place.y, 300, 100, SWP_NOZORDER);
+      const HWND alert = ShowAlert(
+          Spec(kAlertOneButton, kAlertNote, u"Lines", std::u16string(lines, u'\x2029')), fRecord.fOwner);
+      const TRect frame = NativeFrame(alert), button = NativeFrame(GetDlgItem(alert, IDOK));
+      EXPECT_TRUE(frame.fLeft >= 0 && frame.fTop >= 0 && frame.fRight <= right && frame.fBottom <= bottom)
+          << lines << " " << ::testing::PrintToString(frame);
+      EXPECT_TRUE(button.fTop > frame.fTop && button.fBottom < frame.fBottom)
+          << lines << " " << ::testing::PrintToString(button);
+      AnswerBy(alert, [] { PressKeys({VK_RETURN}); });
+    }
+}
+
+// Whatever happens while the listener is told.
+TEST_IN_RUN(AlertTest, IsAnsweredOnce) {
+  Open();
+  HWND alert = nullptr;
+  for (const auto& inside : std::vector<std::function<void()>>{
+           [&] {
+             PostMessageW(GetFocus(), WM_KEYDOWN, VK_RETURN, 0);
+             Turn();
+           },
+           [&] { SendMessageW(alert, WM_CLOSE, 0, 0); }, [&] { SendMessageW(alert, WM_COMMAND, 2, 0); }}) {
+    fListener.fHooks["answer:"] = [&] {
+      fListener.fHooks.clear();
+      inside();
+    };
+    alert = ShowAlert(Spec(kFirstOfTwo), fRecord.fOwner);
+    EXPECT_EQ(AnswerBy(alert, [] { PressKeys({VK_RETURN}); }), "answer:1");
+  }
+  // Quitting asks the front window to close, which the alert is, after the listener has gone.
+  struct LastListener : IAlertBoxListener {
+    LastListener(const std::function<void()>& quit, int& answers) : fQuit(quit), fAnswers(answers) {}
+    TError IAlertBoxListener_OnResponse(TAlertResponse) override {
+      const auto quit = fQuit;
+      if (++fAnswers == 1) delete this;
+      quit();
+      return kOK;
+    }
+    std::function<void()> fQuit;
+    int& fAnswers;
+  };
+  int answers = 0;
+  EXPECT_EQ(fMorvane->IMorvane_CreateAlertBox(fRecord.fOwner, 0, Spec(kAlertOneButton),
+                                              new LastListener([this] { Quit(); }, answers)),
+            kOK);
+  AnswerBy(GetActiveWindow(), [] { PressKeys({VK_RETURN}); });
+  EXPECT_EQ(answers, 1);
+}
+
+// In the middle of an answer, which is the usual way to close a document, or before there is one.
+TEST_IN_RUN(AlertTest, TheOwnerIsReleased) {
+  WindowRecord other;
+  Make(Kind::kDocument, other);
+  for (const auto& [id, wanted] :
+       std::vector<std::pair<int, std::string>>{{6, "save"}, {7, "discard"}, {2, "cancel"}, {0, ""}}) {
+    Open();
+    const HWND owner = Hwnd(), alert = Ask();
+    fQuestion.fHooks[wanted] = [this] { Release(fRecord); };
+    if (id != 0)
+      SendMessageW(alert, WM_COMMAND, static_cast<WPARAM>(id), 0);
+    else
+      Release(fRecord);
+    EXPECT_FALSE(IsWindow(owner) || IsWindow(alert)) << wanted;
+    EXPECT_EQ(fQuestion.fLog.Take(), wanted);
+    EXPECT_EQ(fOutput.TakeAssertions(), "") << wanted;
+    EXPECT_TRUE(IsWindowEnabled(other.fHwnd) && GetActiveWindow() == other.fHwnd) << wanted;
+  }
+  // One that fails as well is left alone on the screen.
+  Open();
+  const HWND alert = ShowAlert(Spec(kAlertOneButton), fRecord.fOwner);
+  fListener.fHooks["answer:"] = [this] {
+    fListener.fHooks.clear();
+    Release(fRecord);
+    return TError(100321);
+  };
+  PressKeys({VK_RETURN});
+  ExpectReported(100321);
+  fListener.fLog.Take();
+  EXPECT_EQ(AnswerBy(alert, [] { PressKeys({VK_RETURN}); }), "answer:1");
+  EXPECT_EQ(fOutput.TakeAssertions(), "");
+}
+
 TEST_IN_RUN(AlertTest, SaveChanges) {
   Open();
-  const auto ask = [this](TCloseReason reason) {
-    EXPECT_EQ(fMorvane->IMorvane_CreateSaveChangesDialog(&fQuestion, fRecord.fOwner, 0, u"A & B", reason),
-              kOK);
-    return GetActiveWindow();
-  };
   for (const auto& [keys, answer] : std::vector<std::pair<std::vector<WORD>, std::string>>{
            {{VK_RETURN}, "save"}, {{VK_ESCAPE}, "cancel"}, {{VK_TAB, VK_SPACE}, "discard"}}) {
     const auto press = [&keys = keys] {
       for (const WORD key : keys) PressKeys({key});
     };
-    EXPECT_EQ(AnswerBy(ask(kCloseByUser), press), answer);
+    EXPECT_EQ(AnswerBy(Ask(), press), answer);
   }
   // The two reasons have texts of their own, both with the name of what is to be saved.
   std::wstring texts[2];
   for (const TCloseReason reason : {kCloseByUser, kCloseByLibrary}) {
-    const HWND alert = ask(reason);
+    const HWND alert = Ask(reason);
     texts[reason] = NativeTitle(StaticsOf(alert)[0]);
     EXPECT_NE(texts[reason].find(L"A & B"), std::wstring::npos);
     EXPECT_EQ(AnswerBy(alert, [=] { SendMessageW(alert, WM_CLOSE, 0, 0); }), "cancel");
   }
   EXPECT_NE(texts[0], texts[1]);
+  // A document without a name; an answer that fails; one that is waited for.
+  const HWND alert = Ask(kCloseByUser, nullptr);
+  EXPECT_NE(NativeTitle(StaticsOf(alert)[0]).find(L"\"\""), std::wstring::npos);
+  EXPECT_EQ(NativeTitle(alert), L"Scenario");
+  fQuestion.fHooks["save"] = TError(100321);
+  PressKeys({VK_RETURN});
+  ExpectReported(100321);
+  EXPECT_EQ(AnswerBy(alert, [] { PressKeys({VK_ESCAPE}); }), "save cancel");
+  Then([] { PressKeys({VK_ESCAPE}); });
+  EXPECT_EQ(fMorvane->IMorvane_CreateSaveChangesDialog(&fQuestion, nullptr, 1, u"", kCloseByUser), kOK);
+  EXPECT_EQ(fQuestion.fLog.Take(), "cancel");
+  // The end of the session, and with it that of all windows, answers what is open.
+  Ask();
+  EXPECT_EQ(Send(WM_QUERYENDSESSION), 1);
+  EXPECT_EQ(fQuestion.fLog.Take(), "cancel");
 }
 
 }  // namespace NSMorvaneTest

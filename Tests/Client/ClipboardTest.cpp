@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "Support/ClientWindows.h"
+#include "Support/PatchedImport.h"
 
 namespace NSMorvaneTest {
 
@@ -18,13 +19,14 @@ class ClipboardTest : public ClientWindowTest {
     }
     ~Getter() override { --fLiving; }
     IData* IClipboardDataGetter_GetData(const TClipboardFormat& format, TError& outError) override {
+      if (fInside) return fInside(outError);
       const std::string tag(format.fTag, strnlen(format.fTag, sizeof(format.fTag)));
       outError = tag == fFailing ? TError(100321) : kOK;
       return outError == kOK && fData.count(tag) ? new Data(fData[tag], fLiving) : nullptr;
     }
     std::string fFailing;
+    std::function<IData*(TError&)> fInside;
 
-   private:
     class Data : public IData {
      public:
       Data(Bytes bytes, int& living) : fBytes(std::move(bytes)), fLiving(living) { ++fLiving; }
@@ -36,6 +38,8 @@ class ClipboardTest : public ClientWindowTest {
       }
       TError IData_Read(std::uint64_t offset, std::uint64_t size, void* buffer) override {
         EXPECT_LE(offset + size, fBytes.size());
+        EXPECT_EQ(std::exchange(fIsRead, true), false);
+        if (fBytes == "failing") return TError(100322);
         if (size) std::memcpy(buffer, fBytes.data() + offset, static_cast<std::size_t>(size));
         return kOK;
       }
@@ -43,8 +47,10 @@ class ClipboardTest : public ClientWindowTest {
      private:
       Bytes fBytes;
       int& fLiving;
+      bool fIsRead = false;
     };
 
+   private:
     std::map<std::string, Bytes> fData;
     int& fLiving;
   };
@@ -57,9 +63,11 @@ class ClipboardTest : public ClientWindowTest {
   static Bytes Units(const std::u16string& text) {
     return Bytes(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(TChar));
   }
-  TError Put(const std::map<std::string, Bytes>& data, const std::string& failing = "") {
+  TError Put(const std::map<std::string, Bytes>& data, const std::string& failing = "",
+             const std::function<IData*(TError&)>& inside = nullptr) {
     auto getter = std::make_unique<Getter>(data, fLiving);
     getter->fFailing = failing;
+    getter->fInside = inside;
     std::vector<TClipboardFormat> formats;
     for (const auto& [tag, bytes] : data) formats.push_back(Format(tag));
     const TError error = fMorvane->IMorvane_ReplaceClipboardContents(
@@ -118,6 +126,14 @@ TEST_IN_RUN(ClipboardTest, EveryFormat) {
   // Nothing at all.
   ASSERT_EQ(Put({}), kOK);
   EXPECT_EQ(CountClipboardFormats(), 0);
+  EXPECT_EQ(fMorvane->IMorvane_ReplaceClipboardContents(nullptr, 0, nullptr), kOK);
+  // A bitmap is a handle, and no bytes.
+  EXPECT_TRUE(OpenClipboard(nullptr));
+  EXPECT_TRUE(SetClipboardData(CF_BITMAP, CreateBitmap(16, 16, 1, 1, nullptr)));
+  CloseClipboard();
+  EXPECT_EQ(Put({{"HBMP", "x"}}), kUnsupportedFormatError);
+  EXPECT_TRUE(IsThere("HBMP"));
+  Open("HBMP", kUnsupportedFormatError);
   EXPECT_EQ(fOutput.TakeAssertions(), "");
 }
 
@@ -126,6 +142,8 @@ TEST_IN_RUN(ClipboardTest, SizesAndReaders) {
   ASSERT_EQ(Put({{"utxt", Units(u"ab")}}), kOK);
   EXPECT_EQ(Get("utxt").substr(0, 6), Units(std::u16string(u"ab\0", 3)));
   EXPECT_EQ(Put({{"utxt", "abc"}}), kBadInputProgrammingError);
+  ASSERT_EQ(Put({{"TEXT", "ab"}}), kOK);
+  EXPECT_EQ(Get("TEXT").substr(0, 3), Bytes("ab\0", 3));
   EXPECT_EQ(fOutput.TakeAssertions(), "");
   // Nothing cannot be kept in a block of memory.
   EXPECT_NE(Put({{"none", ""}}), kOK);
@@ -155,6 +173,40 @@ TEST_IN_RUN(ClipboardTest, Failures) {
   EXPECT_TRUE(IsThere("a") && !IsThere("b") && !IsThere("c") && !IsThere("old"));
   EXPECT_EQ(fMorvane->IMorvane_ReplaceClipboardContents(nullptr, 1, nullptr), kBadInputProgrammingError);
   fOutput.TakeAssertions();
+  // What a getter may get wrong: no code, no data, data that cannot be read, a look at the clipboard.
+  EXPECT_EQ(Put({{"a", ""}}, "", [](TError&) -> IData* { return nullptr; }), kProgrammingError);
+  EXPECT_EQ(Put({{"a", ""}}, "",
+                [](TError& error) -> IData* {
+                  error = kOK;
+                  return nullptr;
+                }),
+            kBadInputProgrammingError);
+  EXPECT_EQ(Put({{"a", "failing"}}), TError(100322));
+  EXPECT_EQ(Put({{"a", ""}, {"b", ""}}, "",
+                [this](TError& error) {
+                  TFlag exists = 0;
+                  const TClipboardFormat format = Format("a");
+                  EXPECT_EQ(fMorvane->IMorvane_IsFormatOnClipboard(format, exists),
+                            kIllegalCallSequenceProgrammingError);
+                  EXPECT_EQ(fMorvane->IMorvane_ReplaceClipboardContents(nullptr, 0, nullptr),
+                            kIllegalCallSequenceProgrammingError);
+                  Open("a", kIllegalCallSequenceProgrammingError);
+                  error = kOK;
+                  return new Getter::Data("c", fLiving);
+                }),
+            kOK);
+  EXPECT_TRUE(IsThere("a") && IsThere("b"));
+  // The system does not take it: what is on its way ends.
+  HANDLE(WINAPI* const refuse)
+  (UINT, HANDLE) = [](UINT, HANDLE) -> HANDLE {
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return nullptr;
+  };
+  {
+    const PatchedImport patch(L"Morvane.dll", "SetClipboardData", refuse);
+    EXPECT_EQ(Put({{"utxt", Units(u"ab")}}), kOutOfMemoryError);
+  }
+  EXPECT_FALSE(IsThere("utxt"));
   // Another program holds it open, for a while.
   HANDLE steps[] = {CreateEventW(nullptr, TRUE, FALSE, nullptr), CreateEventW(nullptr, TRUE, FALSE, nullptr)};
   std::thread other([&] {
@@ -172,6 +224,16 @@ TEST_IN_RUN(ClipboardTest, Failures) {
   EXPECT_EQ(Put({{"a", "2"}}), kOK);
   EXPECT_EQ(Get("a").substr(0, 1), "2");
   EXPECT_EQ(fOutput.TakeAssertions(), "");
+}
+
+TEST_F(ClipboardTest, OutsideARun) {
+  CreateMorvane();
+  TFlag exists = 0;
+  EXPECT_EQ(fMorvane->IMorvane_IsFormatOnClipboard(Format("a"), exists),
+            kIllegalCallSequenceProgrammingError);
+  Open("a", kIllegalCallSequenceProgrammingError);
+  EXPECT_EQ(Put({{"a", "1"}}), kIllegalCallSequenceProgrammingError);
+  EXPECT_EQ(fOutput.TakeAssertions(), "0!=fHiderWindow; 0!=fHiderWindow; 0!=fHiderWindow");
 }
 
 // The other program is a second process that runs this very test.

@@ -54,18 +54,29 @@ TEST_F(DefaultApplicationTest, EndsIfNothingIsOpened) {
   Run();
 }
 
-// A dialog that blocks nobody stays until it is answered, and the application with it.
+// A dialog that blocks nobody stays until it is answered, and the application with it. So does an alert.
 TEST_F(DefaultApplicationTest, ADialogStaysUntilItIsAnswered) {
-  for (const Kind kind : {Kind::kModal, Kind::kModeless}) {
+  WindowRecord dialog;
+  const auto makeAlert = [this] {
+    TAlertSpec spec = {kAlertOneButton, kAlertStop, u"It has failed", u"", u"_OK", u"", u""};
+    EXPECT_EQ(fMorvane->IMorvane_CreateAlertBox(nullptr, 0, spec, nullptr), kOK);
+  };
+  const auto answerAlert = [] { PostMessageW(GetActiveWindow(), WM_COMMAND, IDOK, 0); };
+  using Action = std::function<void()>;
+  for (const auto& [make, end] :
+       {std::pair<Action, Action>{[&] { Make(Kind::kModal, dialog); }, [&] { Release(dialog); }},
+        {[&] { Make(Kind::kModeless, dialog); }, [&] { Release(dialog); }},
+        {makeAlert, answerAlert}}) {
     SetCommandLineOfThisProcess(L"\"app.exe\"");
-    WindowRecord dialog;
     fNoDocumentCalls = 0;
-    fNoDocument = [&] { Make(kind, dialog); };
-    fIdle = [&, this, calls = 0](CApplication&) mutable {
-      if (++calls == 20) Release(dialog);
+    fNoDocument = make;
+    int calls = 0;
+    fIdle = [&](CApplication&) {
+      if (++calls == 20) end();
       EXPECT_FALSE(IsQuitting());
     };
     Run();
+    EXPECT_GE(calls, 20);
     EXPECT_EQ(dialog.fLog.Count("RequestClose:1"), 0);
     DeleteMorvane();
   }

@@ -13,11 +13,13 @@ class AlertLayout : public ReportingTest, protected ITextMeasure {
  protected:
   TSize GetExtent(const TString& text) override { return {static_cast<std::int32_t>(text.size()) * 10, 13}; }
   std::size_t CountFitting(const TString& text, std::int32_t width) override {
+    fUnits += text.size();
     return std::min(text.size(), static_cast<std::size_t>(width / 10));
   }
   std::int32_t GetShownHeight(const TString&, std::int32_t) override { return fShownHeight; }
 
   std::int32_t fShownHeight = 0;
+  std::size_t fUnits = 0;  // that have been looked at to find out how many fit
 };
 
 }  // namespace
@@ -74,9 +76,10 @@ TEST_F(AlertLayout, Measuring) {
                                      {TString(60, u'x'), {600, 13}},
                                      {TString(61, u'x'), {600, 26}},
                                      {TString(121, u'x') + u"\rab", {600, 52}},
-                                     {TString(10000, u'x'), {600, 167 * 13}}};
+                                     {TString(100000, u'x'), {600, 1667 * 13}}};
   for (const auto& [text, size] : rows)
     EXPECT_EQ(MeasureAlertText(text, *this), size) << NSTextPackage::StringToUTF8(text, false);
+  EXPECT_LT(fUnits, 2000000u) << "the work is to grow with the text, and not with its square";
   // Lines that are broken between words can be more.
   fShownHeight = 65;
   EXPECT_EQ(MeasureAlertText(u"abc", *this), (TSize{30, 65}));

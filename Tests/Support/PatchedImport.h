@@ -55,4 +55,11 @@ class PatchedImport {
   ULONG_PTR fOriginal = 0;
 };
 
+// The function itself, for a replacement in the program, where the name leads to the replacement.
+template <class TFunction>
+TFunction* RealFunction(const wchar_t* library, const char* name) {
+  return reinterpret_cast<TFunction*>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(library), name)));
+}
+
 }  // namespace NSMorvaneTest

@@ -5,6 +5,7 @@
 
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Platform/UtilsWinFiles.h"
+#include "Tests/Support/PatchedImport.h"
 #include "Tests/Support/UnitTest.h"
 
 using namespace NSMorvaneTest;
@@ -43,16 +44,17 @@ class WinIconTest : public ReportingTest {
       for (int x = 0; x < size; ++x) pixels.push_back(GetPixel(hdc.Get(), x, y));
     return pixels;
   }
-  // A sheet of one colour at each place of `places`, with an alpha that grows to the right in steps, or of
-  // 255.
-  static std::vector<std::uint8_t> Sheet(unsigned places = 15, int alphaStep = 0) {
+  // A sheet with a colour of its own for each pixel at `places`, with the alphas of the list, or 255.
+  static constexpr std::uint8_t kAlphas[] = {0, 1, 64, 127, 128, 129, 200, 255};
+  static std::vector<std::uint8_t> Sheet(unsigned places = 15, bool hasAlphas = false) {
     std::vector<std::uint8_t> sheet(kSheetWidth * kSheetHeight * 4, 0);
     for (int place = 0; place < 4; ++place) {
       const TRect rect = places & 1u << place ? kPlaces[place] : TRect{};
       for (int y = rect.fTop; y < rect.fBottom; ++y)
         for (int x = rect.fLeft; x < rect.fRight; ++x) {
-          const int alpha = alphaStep ? (x - rect.fLeft) * alphaStep : 255;
-          const std::uint8_t pixel[] = {200, 100, 50, static_cast<std::uint8_t>(alpha)};
+          const std::uint8_t alpha = hasAlphas ? kAlphas[(x - rect.fLeft) % 8] : 255;
+          const std::uint8_t pixel[] = {static_cast<std::uint8_t>(x), static_cast<std::uint8_t>(y), 50,
+                                        alpha};
           std::copy(pixel, pixel + 4, &sheet[static_cast<std::size_t>((y * kSheetWidth + x) * 4)]);
         }
     }
@@ -70,11 +72,12 @@ class WinIconTest : public ReportingTest {
 
 TEST_F(WinIconTest, BuiltInKindsAtAllSizes) {
   const HMODULE shell = LoadLibraryW(L"shell32.dll");
+  constexpr WORD kShellIcons[] = {1, 3, 9, 10, 12, 7, 32, 33, 35, 151, 4};
+  constexpr WORD kSystemIcons[] = {32512, 32512, 32512, 32516, 32515, 32513};
   for (std::uint32_t kind = kIconDocument; kind <= kIconStop; ++kind) {
     // Some builds of Wine lack this one: what the system does not have is an error.
     if (kind == kIconRecycleBinEmpty && !FindResourceW(shell, MAKEINTRESOURCEW(32), MAKEINTRESOURCEW(14))) {
       EXPECT_ANY_THROW(HandleOf(MakeBuiltInIcon(kIconRecycleBinEmpty), 32));
-      EXPECT_EQ(TakeReports(), "false");
       continue;
     }
     const std::unique_ptr<IIcon> icon = MakeBuiltInIcon(static_cast<TBuiltinIcon>(kind));
@@ -83,9 +86,30 @@ TEST_F(WinIconTest, BuiltInKindsAtAllSizes) {
       EXPECT_EQ(SideOf(handle), static_cast<int>(size)) << kind;
       EXPECT_EQ(HandleOf(icon, size), handle) << kind;
     }
+    const std::uint32_t index = kind - kIconDocument, shellIcons = std::size(kShellIcons);
+    const HICON wanted = index < shellIcons
+                             ? LoadIconW(shell, MAKEINTRESOURCEW(kShellIcons[index]))
+                             : LoadIconW(nullptr, MAKEINTRESOURCEW(kSystemIcons[index - shellIcons]));
+    EXPECT_EQ(Drawn(HandleOf(icon, 32), 32, 0), Drawn(wanted, 32, 0)) << kind;
   }
   for (const std::uint32_t size : {0u, 15u, 24u, 256u})
     EXPECT_ANY_THROW(HandleOf(MakeBuiltInIcon(kIconFolder), size)) << size;
+  // Why it failed is told, whatever comes after.
+  HANDLE(WINAPI* const refuse)
+  (HINSTANCE, LPCWSTR, UINT, int, int, UINT) = [](HINSTANCE, LPCWSTR, UINT, int, int, UINT) -> HANDLE {
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return nullptr;
+  };
+  BOOL(WINAPI* const freeAndForget)
+  (HMODULE) = [](HMODULE module) -> BOOL {
+    RealFunction<decltype(FreeLibrary)>(L"kernel32.dll", "FreeLibrary")(module);
+    SetLastError(ERROR_SUCCESS);
+    return TRUE;
+  };
+  const PatchedImport load(nullptr, "LoadImageW", refuse), free(nullptr, "FreeLibrary", freeAndForget);
+  for (const TBuiltinIcon kind : {kIconFolder, kIconStop})
+    EXPECT_EQ(kOutOfMemoryError, ErrorOf([&] { HandleOf(MakeBuiltInIcon(kind), 32); }));
+  EXPECT_EQ(TakeReports(), "");
 }
 
 TEST_F(WinIconTest, FilesAndResources) {
@@ -100,7 +124,7 @@ TEST_F(WinIconTest, FilesAndResources) {
     EXPECT_EQ(HandleOf(icon, 48), large);
     EXPECT_EQ(HandleOf(icon, 128), large);
   }
-  for (const char* const url : {"file://C:\\no\\such.file", "http://a.b/", "nothing"})
+  for (const char* const url : {"file://C:\\no\\such.file", "http://a.b/", "nothing", "file://\xC3"})
     EXPECT_EQ(kUnsupportedFormatError, ErrorOf([&] { HandleOf(MakeIconForURL(url), 16); })) << url;
   EXPECT_EQ(TakeReports(), "");
   // This program has no icon.
@@ -128,23 +152,56 @@ TEST_F(WinIconTest, SheetsWithASizeMissing) {
 }
 
 TEST_F(WinIconTest, PixelsWithAlphaAndWithout) {
-  const auto sheet = Sheet(15, 17);
-  for (const bool hasAlphaIcons : {true, false}) {
-    const HICON icon = MakeIconFromSheet(sheet.data(), kPlaces[0], hasAlphaIcons);
-    for (const int background : {0, 255}) {
-      const auto pixels = Drawn(icon, 16, RGB(background, background, background));
-      for (int i = 0; i < 256; ++i) {
-        const int alpha = hasAlphaIcons ? i % 16 * 17 : i % 16 * 17 < 128 ? 0 : 255;
+  const auto sheet = Sheet(15, true);
+  for (const std::size_t place : {0, 1, 2, 3})
+    for (const auto& [hasAlphaIcons, background] : Rows<bool, int>{{true, 0}, {true, 255}, {false, 255}}) {
+      const TRect& rect = kPlaces[place];
+      const int side = static_cast<int>(kSizes[place]);
+      const HICON icon = MakeIconFromSheet(sheet.data(), rect, hasAlphaIcons);
+      const auto pixels = Drawn(icon, side, RGB(background, background, background));
+      int wrong = 0;
+      for (int i = 0; i < side * side; ++i) {
+        const int x = i % side, y = i / side;
+        const int alpha = hasAlphaIcons ? kAlphas[x % 8] : kAlphas[x % 8] < 128 ? 0 : 255;
         const COLORREF pixel = pixels[static_cast<std::size_t>(i)];
-        for (const auto& [part, drawn] :
-             {std::pair(200, GetRValue(pixel)), {100, GetGValue(pixel)}, {50, GetBValue(pixel)}})
-          EXPECT_NEAR(drawn, (part * alpha + background * (255 - alpha)) / 255, 2)
-              << i << " on " << background;
+        const auto isOff = [&, back = background](int shown, int value) {
+          return std::abs(shown - (value * alpha + back * (255 - alpha)) / 255) > 2;
+        };
+        wrong += isOff(GetRValue(pixel), rect.fLeft + x) || isOff(GetGValue(pixel), rect.fTop + y) ||
+                 isOff(GetBValue(pixel), 50);
       }
+      EXPECT_EQ(wrong, 0) << side << " on " << background;
+      DestroyIcon(icon);
     }
-    DestroyIcon(icon);
-  }
   EXPECT_THROW(MakeIconFromSheet(sheet.data(), {0, 0, 15, 16}, false), std::logic_error);
+  // A bitmap that cannot be drawn into would leave an icon of nothing.
+  HGDIOBJ(WINAPI* const refuse)(HDC, HGDIOBJ) = [](HDC, HGDIOBJ) -> HGDIOBJ { return nullptr; };
+  const PatchedImport patch(nullptr, "SelectObject", refuse);
+  EXPECT_ANY_THROW(MakeIconFromSheet(sheet.data(), kPlaces[0], false));
+}
+
+// From handles, which are looked at once.
+TEST_F(WinIconTest, HandlesOfTheClient) {
+  const BYTE bits[32] = {};
+  const HICON plain = CreateIcon(nullptr, 16, 16, 1, 1, bits, bits);
+  const HICON gone = CreateIcon(nullptr, 16, 16, 1, 1, bits, bits);
+  DestroyIcon(gone);
+  for (const HICON none : {gone, reinterpret_cast<HICON>(4711)}) {
+    EXPECT_EQ(kBadInputProgrammingError,
+              ErrorOf([&] { MakeIconFromHandles(plain, none, nullptr, nullptr); }));
+  }
+  const std::unique_ptr<IIcon> icon = MakeIconFromHandles(plain, nullptr, nullptr, nullptr);
+  static int questions;
+  questions = 0;
+  BOOL(WINAPI* const count)
+  (HICON, PICONINFO) = [](HICON handle, PICONINFO info) {
+    ++questions;
+    return RealFunction<decltype(GetIconInfo)>(L"user32.dll", "GetIconInfo")(handle, info);
+  };
+  const PatchedImport patch(nullptr, "GetIconInfo", count);
+  const std::unique_ptr<IIcon> clone = CloneOf(*icon);
+  EXPECT_EQ(HandleOf(clone, 128), plain);
+  EXPECT_EQ(questions, 0);
 }
 
 TEST_F(WinIconTest, ClonesAndEquality) {
@@ -175,7 +232,7 @@ TEST_F(WinIconTest, ClonesAndEquality) {
 }
 
 TEST_F(WinIconTest, NoHandleIsLeft) {
-  const auto sheet = Sheet(15, 1);
+  const auto sheet = Sheet(15, true);
   const auto count = [](DWORD kind) { return GetGuiResources(GetCurrentProcess(), kind); };
   DWORD gdi = 0, user = 0;
   for (int i = 0; i < 200; ++i) {

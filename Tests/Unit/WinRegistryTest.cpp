@@ -3,6 +3,7 @@
 
 #include "Component/Win/Launch/MorvaneImplWinStartupStrings.h"
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Tests/Support/PatchedImport.h"
 #include "Tests/Support/UnitTest.h"
 
 using namespace NSMorvaneTest;
@@ -25,6 +26,21 @@ class WinRegistryTest : public ReportingTest {
 
   const TRegPath fPath = {u"Software", u"MorvaneTest"};
 };
+
+// Another process makes a value of another type of it, between the question for its type and the reading.
+LSTATUS WINAPI ChangeAndQuery(HKEY key, LPCWSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data,
+                              LPDWORD size) {
+  if (data) {
+    const bool isNumber = *size == 4;
+    HKEY writable = nullptr;
+    RegOpenKeyExW(key, nullptr, 0, KEY_SET_VALUE, &writable);
+    RegSetValueExW(writable, name, 0, isNumber ? REG_BINARY : REG_DWORD, reinterpret_cast<const BYTE*>("abc"),
+                   4);
+    RegCloseKey(writable);
+  }
+  return RealFunction<decltype(RegQueryValueExW)>(L"advapi32.dll", "RegQueryValueExW")(key, name, reserved,
+                                                                                       type, data, size);
+}
 
 }  // namespace
 
@@ -79,7 +95,14 @@ TEST_F(WinRegistryTest, ValuesOfOthers) {
   Put(u"v", REG_DWORD, "abcde", 5);
   EXPECT_ANY_THROW(key.GetNumber(u"v"));
   EXPECT_EQ(TakeReports(), "false");
-  // Another process may take the key away while it is open.
+  // Another process may change a value, or take the key away, while it is open.
+  {
+    const PatchedImport patch(nullptr, "RegQueryValueExW", ChangeAndQuery);
+    Put(u"v", REG_DWORD, "abcd", 4);
+    EXPECT_EQ(kBadFormatError, ErrorOf([&] { key.GetNumber(u"v"); }));
+    Put(u"v", REG_SZ, L"abc", 8);
+    EXPECT_EQ(kBadFormatError, ErrorOf([&] { key.GetString(u"v"); }));
+  }
   Clear();
   EXPECT_FALSE(key.HasValue(u"v"));
   EXPECT_EQ(key.GetString(u"v"), u"");

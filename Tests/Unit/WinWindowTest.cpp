@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "Component/Win/Application/MorvaneImplWin.h"
+#include "Component/Win/Dialogs/WinAlertBox.h"
 #include "Component/Win/Input/WinMouseShape.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Window/Blocking.h"
@@ -348,6 +349,41 @@ TEST_F(WinWindowTest, InputMethodsStayClosed) {
     EXPECT_EQ(notify(IMN_SETOPENSTATUS), "get release ");
     SetFocus(edit);
     EXPECT_EQ(notify(IMN_SETOPENSTATUS), "");
+  });
+}
+
+// --- Alerts
+
+namespace {
+
+int gControlsLeft = 0;
+HWND WINAPI MakeControlsLeft(DWORD exStyle, LPCWSTR className, LPCWSTR title, DWORD style, int x, int y,
+                             int width, int height, HWND parent, HMENU menu, HINSTANCE module, LPVOID param) {
+  if ((style & WS_CHILD) && gControlsLeft-- <= 0) return nullptr;
+  static const auto create = RealFunction<decltype(CreateWindowExW)>(L"user32.dll", "CreateWindowExW");
+  return create(exStyle, className, title, style, x, y, width, height, parent, menu, module, param);
+}
+
+}  // namespace
+
+// Without a button nobody could answer; and any control can be refused.
+TEST_F(WinWindowTest, AlertsThatCannotBeMade) {
+  InRun([&] {
+    const auto errorOf = [](const TAlertPlan& plan) {
+      return ErrorOf([&] {
+        const boost::shared_ptr<IAlertBoxListener> listener(new CAlertMediator(nullptr));
+        const CAlertBoxImpl alert(CMorvaneImpl::gMorvaneImpl, nullptr, plan, listener);
+      });
+    };
+    EXPECT_EQ(errorOf({kAlertSaveChanges, u"Text", {}, 0}), kOtherError);
+    EXPECT_EQ(TakeReports(), "fButtonHwnds.size()>0");
+    const PatchedImport patch(nullptr, "CreateWindowExW", MakeControlsLeft);
+    for (int controls = 0; controls <= 4; ++controls) {
+      gControlsLeft = controls;
+      EXPECT_EQ(errorOf({kAlertTwoButtonsFirstDefault, u"Text", {u"One", u"Two"}, 32513}),
+                controls < 4 ? kOutOfMemoryError : kOK)
+          << controls;
+    }
   });
 }
 

@@ -15,6 +15,8 @@ constexpr TChar kLineFeed = u'\n';
 constexpr TChar kLineBreak = u'\x2029';
 
 constexpr std::int32_t kLineWidth = 600;
+// More than a line holds: what is to be fitted into it is not the whole of a long text each time.
+constexpr std::size_t kMostUnitsInLine = 1000;
 constexpr std::int32_t kMargin = 15;
 constexpr std::int32_t kTop = 11;
 constexpr std::int32_t kIconSide = 32;
@@ -96,14 +98,15 @@ TSize MeasureAlertText(const TString& text, ITextMeasure& measure) {
   TSize size = {0, 0};
   for (std::size_t begin = 0; begin < text.size();) {
     const std::size_t end = std::min(text.find(kReturn, begin), text.size());
-    TString rest = text.substr(begin, end - begin);
-    do {
-      const std::size_t count = std::clamp<std::size_t>(measure.CountFitting(rest, kLineWidth), 1,
-                                                        std::max<std::size_t>(rest.size(), 1));
-      if (!rest.empty()) size.fWidth = std::max(size.fWidth, measure.GetExtent(rest.substr(0, count)).fWidth);
+    if (begin == end) size.fHeight += lineHeight;
+    while (begin < end) {
+      const TString rest = text.substr(begin, std::min(end - begin, kMostUnitsInLine));
+      const std::size_t count =
+          std::clamp<std::size_t>(measure.CountFitting(rest, kLineWidth), 1, rest.size());
+      size.fWidth = std::max(size.fWidth, measure.GetExtent(rest.substr(0, count)).fWidth);
       size.fHeight += lineHeight;
-      rest.erase(0, count);
-    } while (!rest.empty());
+      begin += count;
+    }
     begin = end + 1;
   }
   size.fHeight = std::max(size.fHeight, measure.GetShownHeight(text, size.fWidth));

@@ -84,7 +84,10 @@ void CQuitting::OnTurn() {
   // If quitting was stopped while the application lingers, MayGoOn ends the lingering first.
   if (!fIsInQuitMode && IsLingering()) return;
   fIsQuitEventDue = false;
-  if (!fIsInQuitMode && !fHost.GetWindowRegistry()->IsAnyDocumentWindowLeft()) DispatchQuitEvent();
+  const CWindowRegistry& windows = *fHost.GetWindowRegistry();
+  // An alert may be all that there is, and quitting would answer it.
+  if (!fIsInQuitMode && !windows.IsAnyDocumentWindowLeft() && !windows.IsAnyOfKind(kWindowKindAlertBox))
+    DispatchQuitEvent();
 }
 
 std::uintptr_t CQuitting::StartTimer(std::uint32_t delayMS) {

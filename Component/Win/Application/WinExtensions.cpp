@@ -1,6 +1,7 @@
 #include "Component/Win/Application/WinExtensions.h"
 
 #include <algorithm>
+#include <iterator>
 #include <vector>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
@@ -44,11 +45,15 @@ HICON__* CWinExtensions::IWinExtensions_GetIconHandle(const IIcon& icon, std::ui
 
 IIcon* CWinExtensions::IWinExtensions_CreateIconFromHandles(HICON__* icon16, HICON__* icon32, HICON__* icon48,
                                                             HICON__* icon128, TError& outError) {
-  std::vector<HICON> handles = {icon16, icon32, icon48, icon128};
-  std::erase(handles, nullptr);
-  std::sort(handles.begin(), handles.end());
+  const HICON handles[] = {icon16, icon32, icon48, icon128};
   outError = kBadInputProgrammingError;
-  if (handles.empty() || std::adjacent_find(handles.begin(), handles.end()) != handles.end()) return nullptr;
+  bool isAnyGiven = false;
+  for (const HICON handle : handles) {
+    if (!handle) continue;
+    if (std::count(std::begin(handles), std::end(handles), handle) > 1) return nullptr;
+    isAnyGiven = true;
+  }
+  if (!isAnyGiven) return nullptr;
   IIcon* icon = nullptr;
   outError = ErrorOf([&] { icon = MakeIconFromHandles(icon16, icon32, icon48, icon128).release(); });
   return icon;

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "Component/Portable/Base/Geometry.h"
+#include "Component/Portable/Base/Scopes.h"
 #include "Component/Win/Launch/MorvaneImplWinStartupStrings.h"
 #include "Component/Win/Menus/WinMenu.h"
 #include "Component/Win/Platform/UtilsWin.h"
@@ -21,8 +22,9 @@ constexpr DWORD kAlertStyle =
 constexpr DWORD kAlertExStyle = WS_EX_CONTROLPARENT | WS_EX_WINDOWEDGE | WS_EX_DLGMODALFRAME;
 
 constexpr DWORD kControlStyle = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS;
-// SS_NOPREFIX, so that an ampersand in a text is shown as it is.
-constexpr DWORD kTextStyle = kControlStyle | SS_LEFT | SS_NOPREFIX;
+// SS_NOPREFIX, so that an ampersand in a text is shown as it is. SS_EDITCONTROL, so that a word that is wider
+// than the text goes on in the next line.
+constexpr DWORD kTextStyle = kControlStyle | SS_LEFT | SS_NOPREFIX | SS_EDITCONTROL;
 constexpr DWORD kIconStyle = kControlStyle | SS_ICON;
 constexpr DWORD kButtonStyle = kControlStyle | WS_TABSTOP | BS_PUSHBUTTON;
 constexpr DWORD kDefaultButtonStyle = kControlStyle | WS_TABSTOP | BS_DEFPUSHBUTTON;
@@ -76,7 +78,7 @@ class CControlMeasure final : public ITextMeasure {
   std::int32_t GetShownHeight(const TString& text, std::int32_t width) override {
     RECT rect = {0, 0, width, 0};
     DrawTextW(fDC.Get(), WinText(text), static_cast<int>(text.size()), &rect,
-              DT_CALCRECT | DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX);
+              DT_CALCRECT | DT_WORDBREAK | DT_EDITCONTROL | DT_EXPANDTABS | DT_NOPREFIX);
     return text.empty() ? 0 : rect.bottom;
   }
 
@@ -174,6 +176,7 @@ void CAlertBoxImpl::MakeControls(const TAlertPlan& plan) {
         buttons.fIDs[i], MakeControl(L"BUTTON", WinPrepareMnemonic(plan.fLabels[i]), style, buttons.fIDs[i]));
   }
   MORVANE_ASSERT(fButtonHwnds.size()>0);
+  if (fButtonHwnds.empty()) MORVANE_THROW(std::logic_error(""));  // nobody could answer
   if (plan.fSystemIcon == 0) return;
   const TString name = u"#" + NSTextPackage::NumberToString(static_cast<unsigned int>(plan.fSystemIcon));
   fIconHwnd = MakeControl(L"STATIC", name, kIconStyle, kIconID);
@@ -187,12 +190,7 @@ TAlertContents CAlertBoxImpl::Measure() {
       MeasureAlertText(TextOfWindow(fStaticTextHwnd), measure), fIconHwnd != nullptr, {}};
   for (const auto& [id, button] : fButtonHwnds)
     contents.fLabelWidths.push_back(measure.GetExtent(TextOfWindow(button)).fWidth);
-  // Limits the height of the text, so that the buttons stay on the screen.
-  RECT area = {};
-  if (SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0)) {
-    const std::int32_t room = area.bottom - area.top - SizeOfFrame({0, kAlertHeightBesideText}).fHeight;
-    contents.fTextSize.fHeight = std::min(contents.fTextSize.fHeight, std::max<std::int32_t>(room, 0));
-  }
+  contents.fTextSize.fHeight = std::min(contents.fTextSize.fHeight, fMostTextHeight);
   return contents;
 }
 
@@ -202,25 +200,37 @@ TSize CAlertBoxImpl::SizeOfFrame(const TSize& clientSize) {
 }
 
 void CAlertBoxImpl::Place(IModalOwner* owner) {
-  const TSize size = AlertClientSize(Measure());
   TNativeWindow ownerWindow = {};
   if (owner) {
     MORVANE_CHECK(owner->IModalOwner_GetNativeWindow(ownerWindow));
     if (ownerWindow.fHwnd) {
       if (::IsIconic(ownerWindow.fHwnd)) ShowWindow(ownerWindow.fHwnd, SW_RESTORE);
       UpdateWindow(ownerWindow.fHwnd);
+      // Either can have ended it.
+      if (!IsWindow(ownerWindow.fHwnd)) ownerWindow.fHwnd = nullptr;
     }
   }
   const TPoint center = GetPopupCenter(GetHwnd(), ownerWindow.fHwnd, GetRegistry().GetShownHwndsZ());
+  const auto centered = [&](const TSize& frame) {
+    const TPoint corner = {center.fX - frame.fWidth / 2, center.fY - frame.fHeight / 2};
+    return TRect{corner.fX, corner.fY, corner.fX + frame.fWidth, corner.fY + frame.fHeight};
+  };
+  TMonitorList monitors;
+  ThrowError(GetHost().GetMorvane().IMorvane_GetMonitors(monitors));
+  const TRect wanted = centered(SizeOfFrame(AlertClientSize(Measure())));
+  const TMonitor& monitor = monitors.fMonitors[FindBestMonitor(monitors, wanted)];
+  // The buttons stay on the screen, however long the text.
+  const std::int64_t room = RectHeight(monitor.fWorkArea) - SizeOfFrame({0, kAlertHeightBesideText}).fHeight;
+  fMostTextHeight = ToCoordinate(std::max<std::int64_t>(room, 0));
+  const TSize size = AlertClientSize(Measure());
   const TSize frame = SizeOfFrame(size);
-  const TPoint corner = {center.fX - frame.fWidth / 2, center.fY - frame.fHeight / 2};
   const TPoint offset = OffsetToNativePlacement();
   TWindowStateRecord state = GetWindowState();
   state.fMinimumClientSize = state.fMaximumClientSize = state.fIdealClientSize = size;
   state.fTitle = GetHost().GetStartupStrings().fProductName.substr(0, kTitleChars);
   state.fPlacement.fZoomState = kWindowStateUser;
-  state.fPlacement.fUserRect = state.fPlacement.fIdealRect = OffsetRectBy(
-      {corner.fX, corner.fY, corner.fX + frame.fWidth, corner.fY + frame.fHeight}, offset.fX, offset.fY);
+  state.fPlacement.fUserRect = state.fPlacement.fIdealRect =
+      OffsetRectBy(ConstrainRectToMonitor(monitor, centered(frame), frame), offset.fX, offset.fY);
   SetWindowState(state);
 }
 
@@ -257,6 +267,7 @@ void CAlertBoxImpl::OnActivationChanged(bool active) {
 // Gives the focus to the button that had it before, or to the default button.
 void CAlertBoxImpl::GiveFocusToButton() {
   MORVANE_ASSERT(fButtonHwnds.size()>0);
+  if (fButtonHwnds.empty()) return;
   if (fSavedFocusHwnd) {
     SetFocus(std::exchange(fSavedFocusHwnd, nullptr));
     return;
@@ -280,11 +291,17 @@ bool CAlertBoxImpl::PreTranslateMessage(const MSG& message) {
 
 LRESULT CAlertBoxImpl::IWinMsgEventListener_OnMessage(TWinMessage& message) {
   if (message.fMessage != WM_COMMAND || HIWORD(message.fWParam) != 0) return 0;
+  // There is one answer: in the middle of it and after it the listener may be gone.
+  if (fIsAnswering || !LockClientsWindowReference()) {
+    message.fHandled = true;
+    return 0;
+  }
   const std::optional<TAlertResponse> response = ResponseOfCommand(fButtonLayout, LOWORD(message.fWParam));
   if (!response) {
     MORVANE_UNREACHED();
     return 0;
   }
+  const CFlagScope answering(fIsAnswering);
   MORVANE_CHECK(fListener->IAlertBoxListener_OnResponse(*response));
   if (LockClientsWindowReference()) ReleaseWindow();
   message.fHandled = true;
@@ -298,6 +315,10 @@ void CAlertBoxImpl::RequestClose(TCloseReason) {
   TWinMessage message = {false, GetHwnd(), WM_COMMAND, MAKEWPARAM(id, BN_CLICKED),
                          reinterpret_cast<LPARAM>(button)};
   IWinMsgEventListener_OnMessage(message);
+}
+
+void CAlertBoxImpl::OnOwnerReleased() {
+  if (!fIsAnswering && LockClientsWindowReference()) ReleaseWindow();
 }
 
 }  // namespace NSMorvane

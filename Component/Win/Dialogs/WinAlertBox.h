@@ -4,6 +4,8 @@
 #include <windows.h>
 
 #include <boost/shared_ptr.hpp>
+#include <cstdint>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -61,8 +63,10 @@ class CAlertBoxImpl final : public CWinWindow, public IWinMsgEventListener {
   bool OnPlacementChanged(const TWindowPlacement&, const TWindowPlacement&) override { return true; }
   void OnActivationChanged(bool active) override;
   void OnKeyboardFocusChanged(bool) override {}
-  // Counts as pressing the last button.
+  // Counts as pressing the last button; nothing in the middle of an answer.
   void RequestClose(TCloseReason reason) override;
+  // Goes unanswered, unless it is in the middle of an answer, with which it goes.
+  void OnOwnerReleased() override;
   void RequestMenuBarSetup(CMenuBarState&) override {}
   bool OnKeyDown(const TKeyEvent&) override { return false; }
   bool OnHelpRequested() override { return false; }
@@ -83,6 +87,8 @@ class CAlertBoxImpl final : public CWinWindow, public IWinMsgEventListener {
   std::vector<std::pair<std::int32_t, HWND>> fButtonHwnds;  // with their numbers, from the left
   HWND fIconHwnd;                                           // or null
   HWND fSavedFocusHwnd;  // the control that had the keyboard when the alert was left, or null
+  std::int32_t fMostTextHeight = std::numeric_limits<std::int32_t>::max();  // what is beyond is cut off
+  bool fIsAnswering = false;                                                // the listener is being told
 };
 
 }  // namespace NSMorvane

@@ -88,7 +88,7 @@ TPoint GetPopupCenter(HWND window, HWND parent, const std::vector<HWND>& shownWi
 // Handles the paint messages that are waiting for windows of this thread, one for each.
 void PumpPaintMessages();
 
-// The font of dialogs and alert boxes, made on first use. The caller must not delete it. Its height is scaled
+// The font of windows, made on first use. The caller must not delete it. Its height is scaled
 // from the resolution of the screen to 96 dots per inch.
 HFONT GetDefaultFont();
 

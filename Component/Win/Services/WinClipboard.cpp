@@ -45,13 +45,20 @@ UINT NumberOfFormat(const TClipboardFormat& format) {
 
 class CClipboardOpener : CNotCopied {
  public:
+  // The system would open it a second time for the same window, and the first close would end both.
   explicit CClipboardOpener(HWND owner) {
+    if (gIsOpen) MORVANE_THROW(XIllegalCallSequence());
     if (!OpenClipboard(owner)) MORVANE_THROW_LAST_ERROR();
+    gIsOpen = true;
   }
   ~CClipboardOpener() {
+    gIsOpen = false;
     const BOOL okFlag = CloseClipboard();
     MORVANE_ASSERT(TRUE==okFlag);
   }
+
+ private:
+  static inline bool gIsOpen = false;
 };
 
 // A block of global memory for the clipboard, locked and filled with zeros.
@@ -79,9 +86,11 @@ class CGlobalBuffer : CNotCopied {
 
   void* GetData() const { return fLockedData; }
 
-  // The clipboard owns the block from here on.
-  void HandOver(UINT format) {
+  // The clipboard owns the first `size` bytes of the block from here on.
+  void HandOver(UINT format, std::size_t size) {
     Unlock();
+    if (size < GlobalSize(fGlobalData))
+      if (const HGLOBAL shorter = GlobalReAlloc(fGlobalData, size, GMEM_MOVEABLE)) fGlobalData = shorter;
     if (!SetClipboardData(format, fGlobalData)) MORVANE_THROW_LAST_ERROR();
     fGlobalData = nullptr;
   }
@@ -136,21 +145,13 @@ class CClipboardDataReader final : public IData {
 
 // --- Writing
 
-// The size of the block for the data. A text without a terminator gets one; a text with an odd number of
-// bytes is refused.
-std::size_t SizeOfBlock(IData& data, std::uint64_t size, UINT format) {
-  if (size > SIZE_MAX - sizeof(TChar)) MORVANE_THROW(XOutOfMemory());
-  const auto bytes = static_cast<std::size_t>(size);
-  if (format != CF_UNICODETEXT || bytes == 0) return bytes;
-  if (bytes % sizeof(TChar) != 0) MORVANE_THROW(std::invalid_argument(""));
-  TChar last = 0;
-  MORVANE_CHECK(data.IData_Read(bytes - sizeof(last), sizeof(last), &last));
-  return last == 0 ? bytes : bytes + sizeof(last);
+// The size of a text's unit in bytes; 0 for a format that is no text.
+std::size_t SizeOfUnit(UINT format) {
+  return format == CF_UNICODETEXT ? sizeof(TChar) : format == CF_TEXT ? sizeof(char) : 0;
 }
 
-void PutOnClipboard(const TClipboardFormat& format, IClipboardDataGetter& getter) {
-  const UINT number = NumberOfFormat(format);
-  TError error = kOK;
+void PutOnClipboard(const TClipboardFormat& format, UINT number, IClipboardDataGetter& getter) {
+  TError error = kProgrammingError;
   const std::unique_ptr<IData> data(getter.IClipboardDataGetter_GetData(format, error));
   MORVANE_CHECK(error);
   if (!data) MORVANE_THROW(std::invalid_argument(""));
@@ -158,11 +159,18 @@ void PutOnClipboard(const TClipboardFormat& format, IClipboardDataGetter& getter
   std::uint64_t size = 0;
   MORVANE_CHECK(data->IData_GetSize(size));
   MORVANE_ASSERT(size>0);
-  CGlobalBuffer buffer(SizeOfBlock(*data, size, number));
+  // A text without a terminator gets one; a text with half a unit is refused.
+  const std::size_t unit = size == 0 ? 0 : SizeOfUnit(number);
+  if (size > SIZE_MAX - unit) MORVANE_THROW(XOutOfMemory());
+  if (unit != 0 && size % unit != 0) MORVANE_THROW(std::invalid_argument(""));
+  const auto bytes = static_cast<std::size_t>(size);
+  CGlobalBuffer buffer(bytes + unit);
   void* const clipboardBuffer = buffer.GetData();
   MORVANE_ASSERT(0!=clipboardBuffer);
   MORVANE_CHECK(data->IData_Read(0, size, clipboardBuffer));
-  buffer.HandOver(number);
+  const char* const end = static_cast<const char*>(clipboardBuffer) + bytes;
+  const bool isTerminated = std::all_of(end - unit, end, [](char byte) { return byte == 0; });
+  buffer.HandOver(number, isTerminated ? bytes : bytes + unit);
 }
 
 }  // namespace
@@ -183,6 +191,7 @@ std::unique_ptr<IData> GetClipboardData(const TClipboardFormat& format, HWND own
   const UINT number = NumberOfFormat(format);
   const CClipboardOpener opener(owner);
   if (!IsClipboardFormatAvailable(number)) MORVANE_THROW(XProgrammingError());
+  if (number == CF_BITMAP) MORVANE_THROW(XUnsupportedFormat());  // no block of memory
   const HANDLE handle = ::GetClipboardData(number);
   if (!handle) MORVANE_THROW_LAST_ERROR();
   return std::make_unique<CClipboardDataReader>(handle);
@@ -190,10 +199,14 @@ std::unique_ptr<IData> GetClipboardData(const TClipboardFormat& format, HWND own
 
 void ReplaceClipboardContents(const std::vector<TClipboardFormat>& formats, IClipboardDataGetter* getter,
                               HWND owner) {
-  MORVANE_ASSERT_TEXT("0!=clipbardDataGetter", getter != nullptr);  // sic
+  MORVANE_ASSERT_TEXT("0!=clipbardDataGetter", getter != nullptr || formats.empty());  // sic
+  std::vector<UINT> numbers;
+  for (const TClipboardFormat& format : formats) numbers.push_back(NumberOfFormat(format));
+  if (std::find(numbers.begin(), numbers.end(), UINT{CF_BITMAP}) != numbers.end())
+    MORVANE_THROW(XUnsupportedFormat());  // no block of memory
   const CClipboardOpener opener(owner);
   if (!EmptyClipboard()) MORVANE_THROW_LAST_ERROR();
-  for (const TClipboardFormat& format : formats) PutOnClipboard(format, *getter);
+  for (std::size_t i = 0; i < formats.size(); ++i) PutOnClipboard(formats[i], numbers[i], *getter);
   delete getter;
 }
 

@@ -12,13 +12,15 @@
 
 namespace NSMorvane {
 
-// `owner` is the window that the clipboard is opened for.
+// `owner` is the window that the clipboard is opened for. Inside a call to the getter, all three throw
+// XIllegalCallSequence.
 
 bool IsFormatOnClipboard(const TClipboardFormat& format, HWND owner);
-// Throws XProgrammingError if the format is not there.
+// Throws XProgrammingError if the format is not there, and XUnsupportedFormat for a bitmap, which is a
+// handle.
 std::unique_ptr<IData> GetClipboardData(const TClipboardFormat& format, HWND owner);
 // Empties the clipboard first. If a format fails, the formats before it stay there, and the getter stays the
-// caller's; on success the getter is deleted.
+// caller's; on success the getter is deleted. For bitmaps it throws XUnsupportedFormat and changes nothing.
 void ReplaceClipboardContents(const std::vector<TClipboardFormat>& formats, IClipboardDataGetter* getter,
                               HWND owner);
 

@@ -61,27 +61,23 @@ HICON CopySystemIcon(WORD id, int size) {
                 : nullptr;
 }
 
+HICON RequireIcon(HICON icon) {
+  if (icon) return icon;
+  MORVANE_CHECK_LAST_ERROR();
+  MORVANE_UNREACHED();
+  MORVANE_THROW(std::exception());
+}
+
 HICON LoadBuiltInIcon(std::uint32_t icon, int size) {
   const auto source = std::find_if(std::begin(kBuiltInIcons), std::end(kBuiltInIcons),
                                    [&](const TBuiltInIconSource& row) { return row.fIcon == icon; });
   if (source == std::end(kBuiltInIcons)) return nullptr;
-  HICON result = nullptr;
-  if (source->fIsSystemIcon) {
-    result = CopySystemIcon(source->fId, size);
-  } else {
-    const CLoadedLibrary shell(L"shell32.dll");
-    result = LoadOwnIcon(shell.Get(), source->fId, size);
-  }
-  if (!result) {
-    const DWORD error = GetLastError();
-    MORVANE_UNREACHED();
-    SetLastError(error);
-    MORVANE_THROW_LAST_ERROR();
-  }
-  return result;
+  if (source->fIsSystemIcon) return RequireIcon(CopySystemIcon(source->fId, size));
+  const CLoadedLibrary shell(L"shell32.dll");
+  return RequireIcon(LoadOwnIcon(shell.Get(), source->fId, size));
 }
 
-// Copies of the two bitmaps of an icon, deleted at the end.
+// Copies of the two bitmaps of an icon, deleted at the end. A monochrome icon has a mask only.
 class CIconBitmaps : CNotCopied {
  public:
   explicit CIconBitmaps(HICON icon) : fInfo(), fIsKnown(GetIconInfo(icon, &fInfo) != FALSE) {}
@@ -89,7 +85,7 @@ class CIconBitmaps : CNotCopied {
     if (fInfo.hbmMask) DeleteObject(fInfo.hbmMask);
     if (fInfo.hbmColor) DeleteObject(fInfo.hbmColor);
   }
-  bool AreThere() const { return fIsKnown && fInfo.hbmMask && fInfo.hbmColor; }
+  bool AreThere() const { return fIsKnown && fInfo.hbmMask; }
   BITMAP GetColorBitmap() const {
     BITMAP buffer = {};
     if (fInfo.hbmColor) GetObjectW(fInfo.hbmColor, sizeof(buffer), &buffer);
@@ -101,11 +97,19 @@ class CIconBitmaps : CNotCopied {
   bool fIsKnown;
 };
 
+NSTextPackage::TString PathOfURL(const std::string& url) {
+  try {
+    return FileURLToPath(url);
+  } catch (const NSTextPackage::XIllegalTextFormat&) {
+    return {};
+  }
+}
+
 HICON LoadURLIcon(const std::string& url, int size) {
   if (size != 16 && size != 32) return nullptr;
   SHFILEINFOW shFileInfo = {};
   const UINT flags = size == 16 ? SHGFI_ICON | SHGFI_SMALLICON : SHGFI_ICON;
-  const NSTextPackage::TString path = FileURLToPath(url);
+  const NSTextPackage::TString path = PathOfURL(url);
   if (path.empty() || !SHGetFileInfoW(WinText(path), 0, &shFileInfo, sizeof(shFileInfo), flags))
     MORVANE_THROW(XUnsupportedFormat());
   MORVANE_ASSERT(0!=shFileInfo.hIcon);
@@ -155,7 +159,7 @@ void TIconData::DebugValidate() const {
 
 // --- CIconImpl
 
-CIconImpl::CIconImpl(const boost::shared_ptr<TIconData>& data) : fData(data) { fData->DebugValidate(); }
+CIconImpl::CIconImpl(const boost::shared_ptr<TIconData>& data) : fData(data) {}
 
 // Without its data, later use fails the invariant.
 CIconImpl::~CIconImpl() { fData.reset(); }
@@ -200,25 +204,36 @@ std::unique_ptr<IIcon> CIconImpl::CIconGlue_Clone() const { return std::make_uni
 
 // --- Making icons
 
+namespace {
+
+std::unique_ptr<IIcon> MakeIconOf(const boost::shared_ptr<TIconData>& data) {
+  data->DebugValidate();
+  return std::make_unique<CIconImpl>(data);
+}
+
+}  // namespace
+
 std::unique_ptr<IIcon> MakeBuiltInIcon(TBuiltinIcon icon) {
   const auto data = boost::make_shared<TIconData>();
   data->fBuiltinIcon = icon;
-  return std::make_unique<CIconImpl>(data);
+  return MakeIconOf(data);
 }
 
 std::unique_ptr<IIcon> MakeResourceIcon(const std::string& key) {
   const auto data = boost::make_shared<TIconData>();
   data->fResourceKey = key;
-  return std::make_unique<CIconImpl>(data);
+  return MakeIconOf(data);
 }
 
 std::unique_ptr<IIcon> MakeIconForURL(const std::string& url) {
   const auto data = boost::make_shared<TIconData>();
   data->fURL = url;
-  return std::make_unique<CIconImpl>(data);
+  return MakeIconOf(data);
 }
 
 std::unique_ptr<IIcon> MakeIconFromHandles(HICON icon16, HICON icon32, HICON icon48, HICON icon128) {
+  for (const HICON icon : {icon16, icon32, icon48, icon128})
+    if (icon && !CIconBitmaps(icon).AreThere()) MORVANE_THROW(std::invalid_argument(""));
   const auto data = boost::make_shared<TIconData>();
   std::unique_ptr<IIcon> icon = std::make_unique<CIconImpl>(data);
   // Nothing fails from here on, so the handles change their owner.
@@ -226,7 +241,6 @@ std::unique_ptr<IIcon> MakeIconFromHandles(HICON icon16, HICON icon32, HICON ico
   data->fIcon32 = icon32;
   data->fIcon48 = icon48;
   data->fIcon128 = icon128;
-  data->DebugValidate();
   return icon;
 }
 
@@ -344,6 +358,7 @@ void Blit(HBITMAP target, HBITMAP source, std::int32_t width, std::int32_t heigh
   if (!targetDC.Get() || !sourceDC.Get()) MORVANE_THROW_LAST_ERROR();
   const CObjectSelection targetSelection(targetDC.Get(), target);
   const CObjectSelection sourceSelection(sourceDC.Get(), source);
+  if (!targetSelection.IsSelected() || !sourceSelection.IsSelected()) MORVANE_THROW(std::exception());
   // On a monochrome target, pixels of this colour become 1.
   SetBkColor(sourceDC.Get(), RGB(255, 255, 255));
   if (!BitBlt(targetDC.Get(), 0, 0, width, height, sourceDC.Get(), 0, 0, operation))
@@ -408,7 +423,7 @@ std::unique_ptr<IIcon> MakePixmapIcon(const void* sheet) {
                                     {kPlace128, &TIconData::fIcon128}})
     if (IsAnythingVisible(pixels, place))
       data.get()->*slot = MakeIconFromSheet(pixels, place, SystemHasAlphaIcons());
-  return std::make_unique<CIconImpl>(data);
+  return MakeIconOf(data);
 }
 
 }  // namespace NSMorvane

@@ -52,7 +52,7 @@ std::unique_ptr<IIcon> MakeBuiltInIcon(TBuiltinIcon icon);
 std::unique_ptr<IIcon> MakeResourceIcon(const std::string& key);
 std::unique_ptr<IIcon> MakeIconForURL(const std::string& url);
 // Takes ownership of the handles; null stands for a size that does not exist. If it throws, the handles stay
-// the caller's.
+// the caller's. Throws std::invalid_argument for a handle that is no icon.
 std::unique_ptr<IIcon> MakeIconFromHandles(HICON icon16, HICON icon32, HICON icon48, HICON icon128);
 
 // --- Pixel sheets

@@ -17,6 +17,17 @@ void CloseKey(HKEY key) {
   MORVANE_ASSERT(ERROR_SUCCESS==res);
 }
 
+// Another process may have changed the value since its type and size were asked for.
+void ReadValue(HKEY key, const TString& name, DWORD wantedType, void* buffer, DWORD size) {
+  DWORD type = 0;
+  if (RegQueryValueExW(key, WinText(name), nullptr, &type, static_cast<BYTE*>(buffer), &size) !=
+      ERROR_SUCCESS) {
+    MORVANE_UNREACHED();
+    MORVANE_THROW(std::exception());
+  }
+  if (type != wantedType) MORVANE_CHECK(kBadFormatError);
+}
+
 }  // namespace
 
 CRegKey::CRegKey(HKEY rootKey) : fKey(rootKey, LeaveOpen) {}
@@ -62,11 +73,7 @@ TString CRegKey::GetString(const TString& name) const {
   if (size == 0) return TString();
   // The stored value may lack its terminator, or end in the middle of a unit.
   std::vector<TChar> buffer(size / sizeof(TChar) + 2);
-  if (RegQueryValueExW(fKey.get(), WinText(name), nullptr, nullptr, reinterpret_cast<BYTE*>(buffer.data()),
-                       &size) != ERROR_SUCCESS) {
-    MORVANE_UNREACHED();
-    MORVANE_THROW(std::exception());
-  }
+  ReadValue(fKey.get(), name, REG_SZ, buffer.data(), size);
   return TString(buffer.data(), NSTextPackage::CountChars(buffer.data(), size / sizeof(TChar)));
 }
 
@@ -78,11 +85,11 @@ std::uint32_t CRegKey::GetNumber(const TString& name) const {
   if (type != REG_DWORD) MORVANE_CHECK(kBadFormatError);
   if (size == 0) return 0;
   DWORD value = 0;
-  if (size != sizeof(value) || RegQueryValueExW(fKey.get(), WinText(name), nullptr, nullptr,
-                                                reinterpret_cast<BYTE*>(&value), &size) != ERROR_SUCCESS) {
+  if (size != sizeof(value)) {
     MORVANE_UNREACHED();
     MORVANE_THROW(std::exception());
   }
+  ReadValue(fKey.get(), name, REG_DWORD, &value, size);
   return value;
 }
 

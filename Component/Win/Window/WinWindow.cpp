@@ -350,8 +350,19 @@ void CWinWindow::ReleaseWindow() {
   fClientsWindowReference.reset();
   fWindows->Remove(this);
   fHost->RequestMenuBars();
+  LetGoOfAlerts();
   Hide();
   if (parent) std::erase(parent->fChildWindows, reference);
+}
+
+// The client can end the other children, but not an alert, which ends with its answer.
+void CWinWindow::LetGoOfAlerts() {
+  const auto firstAlert =
+      std::stable_partition(fChildWindows.begin(), fChildWindows.end(),
+                            [](const auto& child) { return child->GetWindowKind() != kWindowKindAlertBox; });
+  const std::vector<boost::shared_ptr<CWinWindow>> alerts(firstAlert, fChildWindows.end());
+  fChildWindows.erase(firstAlert, fChildWindows.end());
+  for (const boost::shared_ptr<CWinWindow>& alert : alerts) alert->OnOwnerReleased();
 }
 
 void CWinWindow::PrepareDestruction() {

@@ -164,6 +164,8 @@ class CWinWindow : public CWindowGlue,
   CViewImpl* GetFocusView() const { return fFocus.GetFocus().GetView(); }
   TWindowStateRecord GetWindowState() const;
   void SetWindowState(const TWindowStateRecord& state);
+  // The window that natively owns this one has been released. Only alerts hear of it.
+  virtual void OnOwnerReleased() {}
   // What to add to screen coordinates to get those of the native placement.
   TPoint OffsetToNativePlacement() const { return fPlacement.OffsetToNativePlacement(); }
   // The destructor of every kind calls this first, before it deletes the behaviour.
@@ -178,6 +180,7 @@ class CWinWindow : public CWindowGlue,
   void MakeNativeWindow(DWORD style, DWORD exStyle, bool makeSizeGrip);
   void MakeRootView();
   void AddChildWindow(const boost::shared_ptr<CWinWindow>& childWindow);
+  void LetGoOfAlerts();
   void AddToHiddenWindows();
   void KillWindowTimer();
   void DismantleNativeWindow();
