@@ -145,6 +145,24 @@ TEST_F(ViewTest, BuffersFollowTheDrawMode) {
   EXPECT_EQ(bitmap, a.GetBitmapForDrawing());
 }
 
+// What IView_SetParams leaves to be drawn in the bitmap of a view.
+TEST_F(ViewTest, ABitmapMovesAlongOnlyWithItsWholePicture) {
+  const TRect start = {5, 5, 15, 15}, moved = {6, 7, 16, 17};
+  const TRect empty = {5, 5, 5, 15}, onePixelWide = {5, 5, 6, 15};  // their bitmaps have the same size
+  const Rows<const char*, TRect, TRect, bool, TAutoInvalidation, bool> rows = {
+      {"moved", start, moved, false, kAutoInvalidationNone, true},
+      {"with a subview", start, moved, true, kAutoInvalidationNone, false},
+      {"to be invalidated", start, moved, false, kAutoInvalidationDifference, false},
+      {"of another size", empty, onePixelWide, false, kAutoInvalidationNone, false}};
+  for (const auto& [name, from, to, hasSubView, invalidation, isKept] : rows) {
+    CViewImpl& view = fWindow.MakeView(fRoot, from, "view", kViewEnabled, kViewDrawPermanent16);
+    if (hasSubView) Make(view, "sub");
+    view.TakeDirtyRegion();
+    EXPECT_EQ(kOK, view.IView_SetParams({1, to, kViewDrawPermanent16, invalidation}));
+    EXPECT_EQ(isKept ? TRect{} : to, view.GetDirtyRegion()->GetBounds()) << name;
+  }
+}
+
 TEST_F(ViewTest, AnOrderNamesEachSubViewOnce) {
   const std::string clause =
       "Bad Input to IView_SetSubViewOrder(): (std::set<IView*>(oldSubViews.begin(), oldSubViews.end()) == "
