@@ -9,7 +9,7 @@
 using NSMorvane::TRect;
 using NSMorvane::TRectList;
 
-// In bands, as GetNativeRegionRects gives them.
+// In bands, as GetNativeRegionRects gives them; neighbours among these may look the same.
 struct HRGN__ {
   TRectList fRects;
 };
@@ -37,26 +37,15 @@ template <class TIsIn>
 TRectList Combine(const TRectList& a, const TRectList& b, const TIsIn& isIn) {
   const std::vector<std::int32_t> x = EdgesOf(a, b, &TRect::fLeft, &TRect::fRight);
   const std::vector<std::int32_t> y = EdgesOf(a, b, &TRect::fTop, &TRect::fBottom);
-  TRectList result, above;
+  TRectList result;
   for (std::size_t row = 0; row + 1 < y.size(); ++row) {
-    TRectList band;
     for (std::size_t column = 0; column + 1 < x.size(); ++column) {
       const TPoint corner = {x[column], y[row]};
       if (!isIn(Covers(a, corner), Covers(b, corner))) continue;
-      if (band.empty() || band.back().fRight != corner.fX)
-        band.push_back({corner.fX, corner.fY, corner.fX, y[row + 1]});
-      band.back().fRight = x[column + 1];
+      if (result.empty() || result.back().fTop != corner.fY || result.back().fRight != corner.fX)
+        result.push_back({corner.fX, corner.fY, corner.fX, y[row + 1]});
+      result.back().fRight = x[column + 1];
     }
-    // One that goes on like the band above becomes part of it.
-    const auto isBelow = [](const TRect& lower, const TRect& upper) {
-      return lower.fTop == upper.fBottom && lower.fLeft == upper.fLeft && lower.fRight == upper.fRight;
-    };
-    if (std::equal(band.begin(), band.end(), above.begin(), above.end(), isBelow)) {
-      result.resize(result.size() - above.size());
-      for (TRect& rect : band) rect.fTop = above.front().fTop;
-    }
-    result.insert(result.end(), band.begin(), band.end());
-    above = band;
   }
   return result;
 }
