@@ -116,8 +116,6 @@ TEST_IN_RUN(ClipboardTest, EveryFormat) {
     EXPECT_FALSE(IsThere(absent)) << absent;
     Open(absent, kProgrammingError);
   }
-  // Other programs see the private ones under a longer name.
-  EXPECT_TRUE(IsClipboardFormatAvailable(RegisterClipboardFormatW(L"SMUGGLER_mine")));
   // An array without a terminator is read to its end; a name has ASCII letters only.
   ASSERT_EQ(Put({{"abcde", "5"}}), kOK);
   EXPECT_EQ(Get("abcde").substr(0, 1), "5");
@@ -208,19 +206,17 @@ TEST_IN_RUN(ClipboardTest, Failures) {
   }
   EXPECT_FALSE(IsThere("utxt"));
   // Another program holds it open, for a while.
-  HANDLE steps[] = {CreateEventW(nullptr, TRUE, FALSE, nullptr), CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+  std::atomic<bool> isHeld = false, isThrough = false;
   std::thread other([&] {
     EXPECT_TRUE(OpenClipboard(nullptr));
-    SetEvent(steps[0]);
-    WaitForSingleObject(steps[1], kWaitLimitMS);
+    for (isHeld = true; !isThrough;) Sleep(1);
     CloseClipboard();
   });
-  WaitForSingleObject(steps[0], kWaitLimitMS);
+  EXPECT_TRUE(YieldUntil([&] { return isHeld.load(); }));
   EXPECT_EQ(Put({{"a", "2"}}), kOtherError);
   Open("a", kOtherError);
-  SetEvent(steps[1]);
+  isThrough = true;
   other.join();
-  for (const HANDLE step : steps) CloseHandle(step);
   EXPECT_EQ(Put({{"a", "2"}}), kOK);
   EXPECT_EQ(Get("a").substr(0, 1), "2");
   EXPECT_EQ(fOutput.TakeAssertions(), "");
@@ -236,34 +232,21 @@ TEST_F(ClipboardTest, OutsideARun) {
   EXPECT_EQ(fOutput.TakeAssertions(), "0!=fHiderWindow; 0!=fHiderWindow; 0!=fHiderWindow");
 }
 
-// The other program is a second process that runs this very test.
-TEST_F(ClipboardTest, BetweenPrograms) {
-  if (fIsSecondProcess) {
-    // As any program does it.
-    EXPECT_TRUE(OpenClipboard(nullptr));
-    const HANDLE there = GetClipboardData(CF_UNICODETEXT);
-    const auto text = static_cast<const wchar_t*>(there ? GlobalLock(there) : nullptr);
-    EXPECT_STREQ(text, L"from the first");
-    if (text) GlobalUnlock(there);
-    EmptyClipboard();
-    const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, sizeof(L"back"));
-    std::memcpy(GlobalLock(block), L"back", sizeof(L"back"));
-    GlobalUnlock(block);
-    EXPECT_TRUE(SetClipboardData(CF_UNICODETEXT, block));
-    CloseClipboard();
-    return;
-  }
-  CreateMorvane();
-  RunFrom([this] {
-    ASSERT_EQ(Put({{"utxt", Units(std::u16string(u"from the first\0", 15))}}), kOK);
-    const HANDLE other = StartProcessOfThisTest();
-    DWORD code = 1;
-    EXPECT_EQ(WaitForSingleObject(other, kWaitLimitMS), DWORD(WAIT_OBJECT_0));
-    EXPECT_TRUE(GetExitCodeProcess(other, &code) && code == 0) << "the test of the other program has failed";
-    CloseHandle(other);
-    EXPECT_EQ(Get("utxt").substr(0, 10), Units(std::u16string(u"back\0", 5)));
-    Quit();
-  });
+// As any program reads and writes it.
+TEST_IN_RUN(ClipboardTest, OtherPrograms) {
+  ASSERT_EQ(Put({{"utxt", Units(std::u16string(u"from the client\0", 16))}, {"mine", "x"}}), kOK);
+  EXPECT_TRUE(IsClipboardFormatAvailable(RegisterClipboardFormatW(L"SMUGGLER_mine"))) << "a longer name";
+  EXPECT_TRUE(OpenClipboard(nullptr));
+  const HANDLE there = GetClipboardData(CF_UNICODETEXT);
+  EXPECT_STREQ(static_cast<const wchar_t*>(GlobalLock(there)), L"from the client");
+  GlobalUnlock(there);
+  EmptyClipboard();
+  const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, sizeof(L"back"));
+  std::memcpy(GlobalLock(block), L"back", sizeof(L"back"));
+  GlobalUnlock(block);
+  EXPECT_TRUE(SetClipboardData(CF_UNICODETEXT, block));
+  CloseClipboard();
+  EXPECT_EQ(Get("utxt").substr(0, 10), Units(std::u16string(u"back\0", 5)));
 }
 
 }  // namespace NSMorvaneTest

@@ -7,77 +7,62 @@ class DefaultApplicationTest : public ClientWindowTest {
  protected:
   class CApplication : public CDefaultApplication {
    public:
-    CApplication(IMorvane& morvane, DefaultApplicationTest& test)
-        : CDefaultApplication(morvane), fTest(test) {}
-    TError IMorvaneRunBehavior_OnNoDocument(TNoDocumentKind) override {
-      ++fTest.fNoDocumentCalls;
-      fTest.fNoDocument();
-      return kOK;
-    }
+    CApplication(IMorvane& morvane, RunRecord& record) : CDefaultApplication(morvane), fRecord(record) {}
+    TError IMorvaneRunBehavior_OnNoDocument(TNoDocumentKind) override { return fRecord.Call("NoDocument"); }
     TError IMorvaneRunBehavior_OnIdle(std::int64_t& inOutDelayMS) override {
       inOutDelayMS = 10;
-      if (fTest.fIdle) fTest.fIdle(*this);
-      return kOK;
+      return fRecord.CallUnlogged("Idle");
     }
 
    private:
-    DefaultApplicationTest& fTest;
+    RunRecord& fRecord;
   };
 
   // Files are handed over, with which the application can do nothing.
-  void Run() {
+  void ExpectCalls(const std::string& calls) {
     CreateMorvane(L"a.txt b.txt c.txt");
-    EXPECT_EQ(fMorvane->IMorvane_Run(new CApplication(*fMorvane, *this), fParams), kOK);
-    EXPECT_EQ(fNoDocumentCalls, 1);
+    fApplication = new CApplication(*fMorvane, fRun);
+    EXPECT_EQ(fMorvane->IMorvane_Run(fApplication, fParams), kOK);
+    EXPECT_EQ(fRun.fLog.Take(), calls);
   }
 
-  int fNoDocumentCalls = 0;
-  std::function<void()> fNoDocument;
-  std::function<void(CApplication&)> fIdle;
+  CApplication* fApplication = nullptr;
 };
 
 TEST_F(DefaultApplicationTest, FilesOpenWhatIsOpenWithoutThem) {
-  fNoDocument = [this] { Make(Kind::kDocument, fRecord); };
-  fIdle = [this](CApplication& application) {
-    fIdle = nullptr;
-    fRecord.fHooks["RequestClose"] = Hook();
+  fRun.fHooks["NoDocument"] = [this] { MakeNamed("doc", {{"RequestClose", Hook()}}); };
+  fRun.fHooks["Idle"] = [this] {
+    fRun.fHooks.erase("Idle");
     // It may be asked for twice.
-    for (int i = 0; i < 2; ++i) EXPECT_EQ(application.IMorvaneRunBehavior_OnQuitEvent(), kOK);
-    EXPECT_EQ(fRecord.fLog.Count("RequestClose:1"), 1);
-    Release(fRecord);
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(fApplication->IMorvaneRunBehavior_OnQuitEvent(), kOK);
+    Do("-doc");
   };
-  Run();
+  ExpectCalls("NoDocument doc.RequestClose:1 doc.deleted");
 }
 
-TEST_F(DefaultApplicationTest, EndsIfNothingIsOpened) {
-  fNoDocument = [] {};
-  Run();
-}
+TEST_F(DefaultApplicationTest, EndsIfNothingIsOpened) { ExpectCalls("NoDocument"); }
 
 // A dialog that blocks nobody stays until it is answered, and the application with it. So does an alert.
 TEST_F(DefaultApplicationTest, ADialogStaysUntilItIsAnswered) {
-  WindowRecord dialog;
   const auto makeAlert = [this] {
     TAlertSpec spec = {kAlertOneButton, kAlertStop, u"It has failed", u"", u"_OK", u"", u""};
     EXPECT_EQ(fMorvane->IMorvane_CreateAlertBox(nullptr, 0, spec, nullptr), kOK);
   };
   const auto answerAlert = [] { PostMessageW(GetActiveWindow(), WM_COMMAND, IDOK, 0); };
+  const auto doing = [this](const char* step) { return [=, this] { Do(step); }; };
   using Action = std::function<void()>;
-  for (const auto& [make, end] :
-       {std::pair<Action, Action>{[&] { Make(Kind::kModal, dialog); }, [&] { Release(dialog); }},
-        {[&] { Make(Kind::kModeless, dialog); }, [&] { Release(dialog); }},
-        {makeAlert, answerAlert}}) {
-    SetCommandLineOfThisProcess(L"\"app.exe\"");
-    fNoDocumentCalls = 0;
-    fNoDocument = make;
-    int calls = 0;
-    fIdle = [&](CApplication&) {
-      if (++calls == 20) end();
+  for (const auto& [make, end, calls] : Rows<Action, Action, const char*>{
+           {doing("+modal"), doing("-modal"), "NoDocument modal.deleted"},
+           {doing("+modeless"), doing("-modeless"), "NoDocument modeless.deleted"},
+           {makeAlert, answerAlert, "NoDocument"}}) {
+    fRun.fHooks["NoDocument"] = make;
+    int idleCalls = 0;
+    fRun.fHooks["Idle"] = [&, end = end] {
+      if (++idleCalls == 20) end();
       EXPECT_FALSE(IsQuitting());
     };
-    Run();
-    EXPECT_GE(calls, 20);
-    EXPECT_EQ(dialog.fLog.Count("RequestClose:1"), 0);
+    ExpectCalls(calls);
+    EXPECT_GE(idleCalls, 20);
     DeleteMorvane();
   }
 }

@@ -1,35 +1,17 @@
 // Menu bars and popup menus of a client: read back from the system item by item, and used by command, by
 // shortcut and by key.
 #include "Support/ClientWindows.h"
+#include "Support/MenuItems.h"
 #include "Support/NativeMenus.h"
 
 namespace NSMorvaneTest {
 
 namespace {
 
-using Items = std::vector<TMenuItem>;
-
-TMenuItem Item(const char16_t* text, std::uint32_t command = 0, std::uint32_t flags = kMenuItemEnabled,
-               const char16_t* submenu = u"", const char16_t* keyText = u"", std::uint32_t modifiers = 0) {
-  TMenuItem item = {};
-  CopyText(item.fText, text);
-  CopyText(item.fSubmenuName, submenu);
-  CopyText(item.fShortcut.fKeyText, keyText);
-  item.fShortcut.fModifiers.fKeys = modifiers;
-  item.fStateFlags = flags;
-  item.fCommand = command;
-  return item;
-}
-
-void SetItems(IMenuBarState& state, TMenu menu, const Items& items) {
-  const auto size = static_cast<std::uint32_t>(items.size() * sizeof(TMenuItem));
-  EXPECT_EQ(state.IMenuBarState_SetMenuItems(menu, items.data(), size), kOK);
-}
-
 // One item and a title.
 void SetMenu(IMenuBarState& state, TMenu menu, const char16_t* title, std::uint32_t command) {
   EXPECT_EQ(state.IMenuBarState_SetMenuTitle(menu, title), kOK);
-  SetItems(state, menu, {Item(u"item", command)});
+  SetItems(state, menu, {MenuItem(u"item", command)});
 }
 
 }  // namespace
@@ -71,14 +53,14 @@ TEST_IN_RUN(MenusTest, WholeBar) {
   } bar;
   TMenuBarFlags flags = {1, 1, 0, 1, 1};
   SetUpBy([&](IMenuBarState& state) {
-    SetItems(state, kMenuApplication, {Item(u"_About", 1), Item(u""), Item(u"Grey", 2, 0)});
-    SetItems(state, kMenuDocument, {Item(u"_Save", 3, kMenuItemEnabled, u"", u"s", kModifierControl)});
+    SetItems(state, kMenuApplication, {MenuItem(u"_About", 1), MenuItem(u""), MenuItem(u"Grey", 2, 0)});
+    SetItems(state, kMenuDocument, {MenuItem(u"_Save", 3, kMenuItemEnabled, u"", u"s", kModifierControl)});
     SetMenu(state, kMenu1, u"_Edit", 4);
     SetMenu(state, kMenu6, u"Last _own", 5);
     for (const TMenu menu : {kMenuReserved8, kMenuReserved10, kMenuReserved12})
-      SetItems(state, menu, {Item(u"never shown")});
-    SetItems(state, kMenuWindow, {Item(u"Tile", 6, kMenuItemEnabled | kMenuItemChecked)});
-    SetItems(state, kMenuHelp, {Item(u"Topics", 7, 0, u"_Search")});
+      SetItems(state, menu, {MenuItem(u"never shown")});
+    SetItems(state, kMenuWindow, {MenuItem(u"Tile", 6, kMenuItemEnabled | kMenuItemChecked)});
+    SetItems(state, kMenuHelp, {MenuItem(u"Topics", 7, 0, u"_Search")});
     return state.IMenuBarState_SetFlags(flags);
   });
   // The first window is in no list, and yet it counts.
@@ -143,9 +125,9 @@ TEST_IN_RUN(MenusTest, WindowsInTheWindowMenu) {
 TEST_IN_RUN(MenusTest, Commands) {
   SetUpBy([](IMenuBarState& state) {
     SetItems(state, kMenuDocument,
-             {Item(u"Plain", 100, kMenuItemEnabled, u"", u"\xE005"), Item(u"", 101),
-              Item(u"Shifted", 102, kMenuItemEnabled, u"", u"k", kModifierControl | kModifierShift),
-              Item(u"Grey", 103, 0, u"", u"\xE006")});
+             {MenuItem(u"Plain", 100, kMenuItemEnabled, u"", u"\xE005"), MenuItem(u"", 101),
+              MenuItem(u"Shifted", 102, kMenuItemEnabled, u"", u"k", kModifierControl | kModifierShift),
+              MenuItem(u"Grey", 103, 0, u"", u"\xE006")});
     return kOK;
   });
   const auto press = [this](const std::vector<WORD>& keys) {
@@ -321,9 +303,10 @@ class PopupMenusTest : public MenusTest {
 };
 
 TEST_IN_RUN(PopupMenusTest, ChoiceByKeyAndButton) {
-  const Items items = {Item(u"_First"), Item(u""),
-                       Item(u"Third", 0, kMenuItemEnabled | kMenuItemChecked, u"", u"\xE001"),
-                       Item(u"Grey", 0, 0), Item(u"Deep", 0, kMenuItemEnabled, u"_Sub")};
+  const std::vector<TMenuItem> items = {
+      MenuItem(u"_First"), MenuItem(u""),
+      MenuItem(u"Third", 0, kMenuItemEnabled | kMenuItemChecked, u"", u"\xE001"), MenuItem(u"Grey", 0, 0),
+      MenuItem(u"Deep", 0, kMenuItemEnabled, u"_Sub")};
   const auto count = static_cast<std::uint32_t>(items.size());
   const TUse uses[] = {{"arrow keys", false, {VK_DOWN, VK_DOWN, VK_RETURN}, 0, 2},
                        {"escape", false, {VK_ESCAPE}, 0, -1},

@@ -1,32 +1,18 @@
 // Dialogs that block the application, or their owner: after each step the real order, which windows can be
 // used, and which is active, as a picture.
 #include "Support/ClientWindows.h"
+#include "Support/PatchedImport.h"
 
 namespace NSMorvaneTest {
 
 namespace {
 
-// How often the frame of a window is told to look active or inactive, which is what flashing is.
-class FrameChanges {
- public:
-  explicit FrameChanges(HWND hwnd) {
-    sHwnd = hwnd;
-    sCount = 0;
-    fHook = SetWindowsHookExW(WH_CALLWNDPROC, Count, nullptr, GetCurrentThreadId());
-  }
-  ~FrameChanges() { UnhookWindowsHookEx(fHook); }
-  int Take() const { return std::exchange(sCount, 0); }
+HWND gFlashed = nullptr;
 
- private:
-  static LRESULT CALLBACK Count(int code, WPARAM wParam, LPARAM lParam) {
-    const CWPSTRUCT& message = *reinterpret_cast<const CWPSTRUCT*>(lParam);
-    if (message.hwnd == sHwnd && message.message == WM_NCACTIVATE) ++sCount;
-    return CallNextHookEx(nullptr, code, wParam, lParam);
-  }
-  static inline HWND sHwnd;
-  static inline int sCount;
-  HHOOK fHook;
-};
+BOOL WINAPI NoteFlash(FLASHWINFO* flash) {
+  gFlashed = flash->hwnd;
+  return FlashWindowEx(flash);
+}
 
 // What the system sends when the user clicks a window.
 LRESULT ClickOf(HWND hwnd) {
@@ -85,20 +71,21 @@ TEST_IN_RUN(ModalityTest, TwoNestedDialogs) {
   EXPECT_EQ(fWindows["doc2"].fLog.Count("ActivationChanged:1"), 0);
   // The newest dialog flashes when another window is clicked, the other dialog included; not when it is
   // clicked itself, which puts the windows in order and swallows nothing.
-  const FrameChanges frame(HwndOf("B"));
+  const PatchedImport patch(L"Morvane.dll", "FlashWindowEx", NoteFlash);
   for (const std::string name : {"A", "doc1", "B"}) {
     Turn();
     PutAt(HWND_BOTTOM, fWindows["B"]);
-    frame.Take();
+    gFlashed = nullptr;
     const LRESULT result = ClickOf(HwndOf(name));
     EXPECT_TRUE(name == "B" || result == 0);
-    EXPECT_EQ(frame.Take() > 0, name != "B") << name;
+    EXPECT_EQ(gFlashed, name == "B" ? nullptr : HwndOf("B")) << name;
     ExpectBlockedBy("B+* A ");
   }
   // So it is with a real click.
   MoveNative(HwndOf("doc1"), 600, 100);
+  gFlashed = nullptr;
   ClickLeft({750, 250});
-  EXPECT_TRUE(YieldUntil([&] { return frame.Take() > 0; }));
+  EXPECT_TRUE(YieldUntil([] { return gFlashed != nullptr; }));
   ExpectBlockedBy("B+* A ");
 
   ExpectPictures({{"-B", "A+* modeless doc2 doc1"}});

@@ -1,13 +1,5 @@
 // The roads of the mouse, from the messages of the system to the views. What views hear of it, and in which
 // order, is tested with the dispatch.
-//
-// The views of most tests; the later of two that overlap is in front:
-//
-//   root
-//     a        0..120
-//       b     10..110
-//         c   20..100
-//     d       80..200
 #include "Support/MouseFixture.h"
 
 namespace NSMorvaneTest {
@@ -17,21 +9,13 @@ namespace {
 constexpr POINT kOverABC = {40, 40};
 constexpr POINT kOverD = {150, 150};
 
-// What a fresh look at a, b and c gives.
-const std::string kShapes = " a?< b?< c?< c? b? a?";
-const std::string kEnterABC = "a<bc b<c c< c+ c. b+ b. a+ a." + kShapes;
-const std::string kTrackedABC = "a<bc b<c c< c. b. a.";
-
 }  // namespace
 
 class MouseTest : public MouseFixture {
  protected:
   void OpenABCD() {
     OpenUnderMouse();
-    MakeTracked("a", {0, 0, 120, 120});
-    MakeTracked("b", {10, 10, 110, 110}, "a");
-    MakeTracked("c", {20, 20, 100, 100}, "b");
-    MakeTracked("d", {80, 80, 200, 200});
+    for (const auto& [name, rect, superView] : kMouseViews) MakeTracked(name, rect, superView);
     StartOver();
   }
 
@@ -41,7 +25,7 @@ class MouseTest : public MouseFixture {
 TEST_IN_RUN(MouseTest, EveryMessageHasItsRoad) {
   OpenABCD();
   EXPECT_EQ(Tracked(kOverABC), kEnterABC);
-  EXPECT_EQ(Sent(WM_MOUSEMOVE), kTrackedABC + kShapes);
+  EXPECT_EQ(Sent(WM_MOUSEMOVE), kTrackedABC + kShapesOfABC);
   EXPECT_EQ(fViewRecord.fTracking.fTimeMS, static_cast<DWORD>(GetMessageTime()));
   EXPECT_EQ(fViewRecord.fTracking.fState.fPosition.fX, fMouse.x);
   EXPECT_EQ(fViewRecord.fShapeRequest.fPosition.fX, fMouse.x);

@@ -14,10 +14,8 @@ using Pixels = std::vector<std::uint32_t>;
 
 std::uint32_t Swapped(COLORREF color) { return RGB(GetBValue(color), GetGValue(color), GetRValue(color)); }
 
-void Fill(Pixels& picture, const TRect& rect, std::uint32_t color) {
-  for (int y = rect.fTop; y < std::min(rect.fBottom, kSide); ++y)
-    for (int x = rect.fLeft; x < std::min(rect.fRight, kSide); ++x) picture[y * kSide + x] = color;
-}
+// Rectangles and colours, in the order in which they are filled.
+using Fills = std::vector<std::pair<TRect, std::uint32_t>>;
 
 }  // namespace
 
@@ -42,13 +40,11 @@ class PaintingTest : public ClientWindowTest {
   }
   Hook FillsWith(const TRect& rect, std::uint32_t color) {
     return [=, this] {
-      TNativePort port;
-      ThrowIfFailed(fViewRecord.fTools->IDrawTools_OpenNativePort(port));
+      const COpenPort port(*fViewRecord.fTools);
       const RECT nativeRect = {rect.fLeft, rect.fTop, rect.fRight, rect.fBottom};
       const HBRUSH brush = CreateSolidBrush(Swapped(color));
-      FillRect(port.fHDC, &nativeRect, brush);
+      FillRect(port.HDC(), &nativeRect, brush);
       DeleteObject(brush);
-      return fViewRecord.fTools->IDrawTools_CloseNativePort();
     };
   }
   void Invalidate(const TRect& rect) {
@@ -70,8 +66,11 @@ class PaintingTest : public ClientWindowTest {
     ReleaseDC(hwnd, hdc);
     return picture;
   }
-  // Empty if the window shows what is expected; otherwise how it begins to differ.
-  std::string Difference(const Pixels& expected) const {
+  // "" if the window shows this picture, filled so; or how it begins to differ.
+  std::string Difference(const Fills& fills, Pixels expected = Background()) const {
+    for (const auto& [rect, color] : fills)
+      for (int y = rect.fTop; y < rect.fBottom; ++y)
+        for (int x = rect.fLeft; x < rect.fRight; ++x) expected[y * kSide + x] = color;
     const Pixels shown = Shown();
     const auto [here, there] = std::ranges::mismatch(shown, expected);
     if (here == shown.end()) return "";
@@ -85,18 +84,15 @@ class PaintingTest : public ClientWindowTest {
 
 TEST_IN_RUN(PaintingTest, ViewsFromBackToFront) {
   OpenPainted();
-  EXPECT_EQ(Difference(Background()), "");
+  EXPECT_EQ(Difference({}), "");
   MakeColored("back", {10, 20, 110, 80}, kRed);
   MakeColored("sub", {90, 60, 200, 200}, kBlue, "back");  // sticks out of its super view, and is cut
   MakeColored("front", {50, 50, 70, 120}, kGreen);
   Update();
-  Pixels expected = Background();
-  Fill(expected, {10, 20, 110, 80}, kRed);
-  Fill(expected, {90, 60, 110, 80}, kBlue);
-  Fill(expected, {50, 50, 70, 120}, kGreen);
-  EXPECT_EQ(Difference(expected), "");
+  EXPECT_EQ(Difference({{{10, 20, 110, 80}, kRed}, {{90, 60, 110, 80}, kBlue}, {{50, 50, 70, 120}, kGreen}}),
+            "");
   // The screen follows when the system gets to it.
-  EXPECT_TRUE(YieldUntil([&] { return Shown(true) == expected; }));
+  EXPECT_TRUE(YieldUntil([this] { return Shown(true) == Shown(); }));
 }
 
 TEST_IN_RUN(PaintingTest, DialogsHaveABackgroundOfTheirOwn) {
@@ -123,20 +119,18 @@ TEST_IN_RUN(PaintingTest, OnlyTheDirtyRegionIsTouched) {
   const HDC hdc = GetDC(Hwnd());
   PatBlt(hdc, 0, 0, 5000, 5000, BLACKNESS);
   ReleaseDC(Hwnd(), hdc);
-  Pixels expected = Shown();
+  const Pixels before = Shown();
   untouched.fDrawCalls = view.fDrawCalls = 0;
   // Two rectangles of one paint, with a gap between them that is inside their bounding box.
   Invalidate({10, 10, 30, 40});
   Repaint({60, 70, 150, 90});
   EXPECT_EQ(view.fDrawCalls, 1);
   EXPECT_EQ(untouched.fDrawCalls, 0);
-  Fill(expected, {10, 10, 30, 40}, kRed);
-  Fill(expected, {60, 70, 150, 90}, kRed);
-  EXPECT_EQ(Difference(expected), "");
+  EXPECT_EQ(Difference({{{10, 10, 30, 40}, kRed}, {{60, 70, 150, 90}, kRed}}, before), "");
   // Nothing of an earlier paint shows through views that are empty.
   fViewRecord.fHooks.clear();
   Repaint({0, 0, 1000, 1000});
-  EXPECT_EQ(Difference(Background()), "");
+  EXPECT_EQ(Difference({}), "");
 }
 
 TEST_IN_RUN(PaintingTest, CallbacksMayInvalidateAndFail) {
@@ -156,9 +150,7 @@ TEST_IN_RUN(PaintingTest, CallbacksMayInvalidateAndFail) {
   Update();
   EXPECT_EQ(view.fDrawCalls, 2);
   EXPECT_FALSE(IsDirty());
-  Pixels expected = Background();
-  Fill(expected, rect, kBlue);
-  EXPECT_EQ(Difference(expected), "");
+  EXPECT_EQ(Difference({{rect, kBlue}}), "");
 
   // A failed paint is reported once, and not repeated.
   fRun.fHooks["BeginDraw"] = TError(100002);
@@ -243,37 +235,30 @@ TEST_IN_RUN(PaintingTest, DebugSettings) {
   MakeColored("a", {0, 0, 50, 50}, 0x64C833);
   Update();
   const Pixels before = Shown();
-  Pixels expected = before;
   Switch(nullptr);
   Invalidate({10, 10, 60, 30});
-  EXPECT_EQ(Difference(before), "");
   // As the parts that a view leaves and enters.
   EXPECT_EQ(View("a")->IView_SetParams(
                 {kViewEnabled, {0, 0, 70, 50}, kViewDrawDirect, kAutoInvalidationDifference}),
             kOK);
-  EXPECT_EQ(Difference(before), "");
+  EXPECT_EQ(Difference({}, before), "");
   Switch(&TDebugSettings::fDrawInvalidationBlue);
   Update();
-  EXPECT_EQ(Difference(before), "");
+  EXPECT_EQ(Difference({}, before), "");
   Invalidate({10, 10, 60, 30});
-  Fill(expected, {10, 10, 60, 30}, 0x9999FF);  // of white
-  Fill(expected, {10, 10, 50, 30}, 0x3C7884);
-  EXPECT_EQ(Difference(expected), "");
+  EXPECT_EQ(Difference({{{10, 10, 60, 30}, 0x9999FF}, {{10, 10, 50, 30}, 0x3C7884}}, before), "");
   Update();
-  EXPECT_EQ(Difference(before), "");
+  EXPECT_EQ(Difference({}, before), "");
 
   Switch(&TDebugSettings::fDrawPaintsRed);
   EXPECT_FALSE(IsDirty());
-  expected = before;
-  Fill(expected, {10, 10, 30, 20}, 0xD00000);
-  Fill(expected, {40, 30, 50, 60}, 0xD00000);
   fViewRecord.fHooks["a:draw"] = [&, fill = fViewRecord.fHooks["a:draw"]] {
-    EXPECT_EQ(Difference(expected), "");
+    EXPECT_EQ(Difference({{{10, 10, 30, 20}, 0xD00000}, {{40, 30, 50, 60}, 0xD00000}}, before), "");
     return fill();
   };
   Invalidate({10, 10, 30, 20});
   Repaint({40, 30, 50, 60});
-  EXPECT_EQ(Difference(before), "");
+  EXPECT_EQ(Difference({}, before), "");
 
   // What is drawn over all the rest invalidates it.
   Switch(&TDebugSettings::fDrawViewBounds);

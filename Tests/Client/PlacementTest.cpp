@@ -1,5 +1,6 @@
 // Where windows first appear.
 #include "Support/ClientWindows.h"
+#include "Support/MenuItems.h"
 
 namespace NSMorvaneTest {
 
@@ -109,12 +110,7 @@ TEST_IN_RUN(PlacementTest, OwnerThatIsNotActive) {
 TEST_IN_RUN(PlacementTest, SizeOfTheClientArea) {
   const CRootObjectScope scope(*fMorvane);
   fRecord.fHooks["factory"] = [this] { return SetClientSize(*fRecord.fDocument, {640, 400}); };
-  fRun.fHooks["SetupMenuBar"] = [this] {
-    TMenuItem item = {};
-    CopyText(item.fText, u"Item");
-    item.fStateFlags = kMenuItemEnabled;
-    return fRun.fMenuBar->IMenuBarState_SetMenuItems(kMenuDocument, &item, sizeof(item));
-  };
+  fRun.fHooks["SetupMenuBar"] = [this] { SetItems(*fRun.fMenuBar, kMenuDocument, {MenuItem(u"Item")}); };
   Open(kSizeable);
   Turn();
   EXPECT_EQ(NativeClientSize(Hwnd()), (TSize{640, 400}));

@@ -184,16 +184,15 @@ TEST_F(DocumentRunTest, IdleCallsInAMessageBox) {
 
 // There is no other window whose messages would wake the application.
 TEST_F(DocumentRunTest, AnIdleCallEndsTheLastDialog) {
-  WindowRecord dialog;
-  fRun.fHooks["Idle"] = [&, this] {
+  fRun.fHooks["Idle"] = [this] {
     *fRun.fIdleDelay = kNever;
-    if (!dialog.fHwnd) return;
-    Release(dialog);
+    if (!IsWindow(HwndOf("A"))) return;
+    Do("-A");
     DispatchWhatWaits();
   };
-  ExpectRun("StartUp NoDocument:5003 QuitEvent CleanUp deleted", [&] {
+  ExpectRun("StartUp A.deleted NoDocument:5003 QuitEvent CleanUp deleted", [this] {
     EXPECT_TRUE(YieldUntil([this] { return fRun.fIdleCalls > 1; }));
-    Make(Kind::kModal, dialog, kPlain, nullptr, 1);
+    MakeNamed("A", {}, nullptr, kPlain, 1);
   });
 }
 

@@ -78,9 +78,6 @@ TEST_F(RunLoopTest, WhatStandsDuringTheRun) {
         EXPECT_EQ(Standing(), std::vector<bool>(5, true));
         EXPECT_NE(dynamic_cast<RecordingRunBehavior*>(Behavior()), nullptr);
         EXPECT_FALSE(IsQuitting());
-        CTextReceiver quitItem;
-        EXPECT_EQ(fMorvane->IMorvane_GetResourceString("SSTR/1000/1", quitItem), kOK);
-        EXPECT_EQ(quitItem.Text(), u"E_xit");
         ExpectRunFails(kIllegalCallSequenceProgrammingError);  // there is one already
         return StartQuitting();
       },
@@ -155,18 +152,6 @@ TEST_F(RunLoopTest, FailuresInTheLoopGiveOneReport) {
   EXPECT_EQ(CallsOfRun(), Started("AppMessage:1,0 AppMessage:2,0 UnhandledError:100001 UnhandledError:100555 "
                                   "CleanUp deleted"));
   EXPECT_EQ(fOutput.TakeAssertions(), "false");
-}
-
-// An idle call that fails when something else has failed already: the first one is told of.
-TEST_F(RunLoopTest, AFailureThatWaitsGoesFirst) {
-  fHooks["AppMessage:3,0"] = TError(100010);
-  fHooks["Idle"] = [] {
-    SendMessageW(FindMessageWindow(), 1226, 3, 0);
-    return TError(100011);
-  };
-  fHooks["UnhandledError"] = [this] { Quit(); };
-  RunFrom(Hook());
-  EXPECT_EQ(CallsOfRun(), Started("AppMessage:3,0 UnhandledError:100010 CleanUp deleted"));
 }
 
 // Any process can send any numbers to the message window.

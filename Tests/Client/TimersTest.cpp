@@ -133,22 +133,4 @@ TEST_IN_RUN(TimersTest, CallbackThatWaits) {
   EXPECT_TRUE(YieldUntil([&] { return Count("waiting") > 2; }));
 }
 
-// What timers ask for falls together: idle calls do not become more with each timer that is started.
-TEST_IN_RUN(TimersTest, IdleCallsFallTogether) {
-  std::deque<CTimer> timers;
-  const std::int64_t start = CTimerList::NowMS();
-  for (int i = 0; i < 50; ++i) {
-    Once(timers.emplace_back(*fMorvane), 100000 - 1000 * i, Say("never"));
-    const int calls = fRun.fIdleCalls;
-    EXPECT_TRUE(YieldUntil([&] { return fRun.fIdleCalls > calls; }));
-  }
-  EXPECT_LT(CTimerList::NowMS() - start, 20000) << "each wakes the loop up";
-  // One call a second is left over from these fifty wake-ups, and not fifty.
-  CTimer end(*fMorvane);
-  const int before = fRun.fIdleCalls;
-  Once(end, 4000, Say("end"));
-  WordsUntil("end");
-  EXPECT_LT(fRun.fIdleCalls - before, 20);
-}
-
 }  // namespace NSMorvaneTest

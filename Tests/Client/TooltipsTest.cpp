@@ -10,8 +10,8 @@ class TooltipsTest : public ClientWindowTest {
   // The tooltip control of the window, or null.
   HWND Tooltip() const {
     HWND hwnd = nullptr;
-    while ((hwnd = FindWindowExW(nullptr, hwnd, TOOLTIPS_CLASSW, nullptr)) != nullptr)
-      if (GetWindow(hwnd, GW_OWNER) == Hwnd()) break;
+    do hwnd = FindWindowExW(nullptr, hwnd, TOOLTIPS_CLASSW, nullptr);
+    while (hwnd && GetWindow(hwnd, GW_OWNER) != Hwnd());
     return hwnd;
   }
   LRESULT Tell(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
@@ -30,14 +30,10 @@ class TooltipsTest : public ClientWindowTest {
       info.lpszText = text;
       Tell(TTM_GETTEXTW, 80, reinterpret_cast<LPARAM>(&info));
       EXPECT_EQ(info.hwnd, Hwnd());
-      tools += std::string(text, text + std::wcslen(text));
-      if (info.uFlags & TTF_IDISHWND) {
-        tools += info.uId == reinterpret_cast<UINT_PTR>(fOther->fControl) ? " control" : " ?";
-      } else {
-        for (const LONG edge : {info.rect.left, info.rect.top, info.rect.right, info.rect.bottom})
-          tools += " " + std::to_string(edge);
-      }
-      tools += "; ";
+      const bool isControl = info.uFlags & TTF_IDISHWND;
+      EXPECT_TRUE(!isControl || info.uId == reinterpret_cast<UINT_PTR>(fOther->fControl));
+      tools += std::string(text, text + std::wcslen(text)) + " " +
+               (isControl ? "control" : ::testing::PrintToString(NativeRect(info.rect))) + "; ";
     }
     return tools;
   }
@@ -56,25 +52,26 @@ TEST_IN_RUN(TooltipsTest, ToolsFollowTheirViews) {
   EXPECT_EQ(Tell(TTM_GETMAXTIPWIDTH), 300);
 
   SetText("other", u"a\u2029b");
-  EXPECT_EQ(Tools(), "leaf 10 10 90 90; a\r\nb 10 10 90 90; ");
+  EXPECT_EQ(Tools(), "leaf (10, 10, 90, 90); a\r\nb (10, 10, 90, 90); ");
   SetText("other", u"\u2029");
-  EXPECT_EQ(Tools(), "leaf 10 10 90 90; \r\n 10 10 90 90; ");
+  EXPECT_EQ(Tools(), "leaf (10, 10, 90, 90); \r\n (10, 10, 90, 90); ");
   SetText("other", u"a & b");
   SetText("leaf", u"new");
   // Cut to all super views, and at the next tick only.
   SetRect(*View("outer"), {0, 0, 50, 100});
   SetRect(*View("inner"), {0, 20, 100, 60});
   EXPECT_EQ(View("other")->IView_Offset(5, 7), kOK);
-  EXPECT_EQ(Tools(), "new 10 10 90 90; a & b 10 10 90 90; ");
-  EXPECT_TRUE(YieldUntil([&] { return Tools() == "new 10 20 50 60; a & b 15 17 95 97; "; })) << Tools();
+  EXPECT_EQ(Tools(), "new (10, 10, 90, 90); a & b (10, 10, 90, 90); ");
+  EXPECT_TRUE(YieldUntil([&] { return Tools() == "new (10, 20, 50, 60); a & b (15, 17, 95, 97); "; }))
+      << Tools();
   SetText("leaf", u"");
-  EXPECT_EQ(Tools(), "a & b 15 17 95 97; ");
+  EXPECT_EQ(Tools(), "a & b (15, 17, 95, 97); ");
 
   // A native control lies over its view: the tip shows there too.
   SetText("other", u"");
   fOther->fControl = MakeControl();
   SetText("other", u"tip");
-  EXPECT_EQ(Tools(), "tip control; tip 15 17 95 97; ");
+  EXPECT_EQ(Tools(), "tip control; tip (15, 17, 95, 97); ");
   SetText("other", u"");
   fViewRecord.fHooks["other:target"] = TError(100322);
   EXPECT_EQ(View("other")->IView_SetTooltipText(u"tip"), 100322u);
@@ -111,13 +108,12 @@ LRESULT CALLBACK RecordingTooltipProc(HWND hwnd, UINT message, WPARAM wParam, LP
 }  // namespace
 
 TEST_IN_RUN(TooltipsTest, WhatTheControlHears) {
-  WindowRecord second;
   PutMouse({0, 0});
   OpenWithFocusTree();
   SetText("leaf", u"leaf");
   gTooltipProc = reinterpret_cast<WNDPROC>(
       SetWindowLongPtrW(Tooltip(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(RecordingTooltipProc)));
-  Make(Kind::kDocument, second);
+  const HWND second = MakeNamed("doc").fHwnd;
   SetActiveWindow(Hwnd());
   EXPECT_EQ(gHeard.Take(), "activate:0 activate:1");
   // Off during a capture, and on after it, whoever ends it.
@@ -129,7 +125,7 @@ TEST_IN_RUN(TooltipsTest, WhatTheControlHears) {
   EXPECT_EQ(fMorvane->IMorvane_ReleaseMouseCapture(), kOK);
   EXPECT_EQ(gHeard.Take(), "activate:1");
   EXPECT_EQ(capture(), "activate:0");
-  SetCapture(second.fHwnd);
+  SetCapture(second);
   EXPECT_EQ(gHeard.Take(), "activate:1");
   ReleaseCapture();
   // Each press is followed by a release, so that it looks like a whole click. It hears of all windows.
@@ -139,15 +135,14 @@ TEST_IN_RUN(TooltipsTest, WhatTheControlHears) {
       {WM_MBUTTONDOWN, "519 520"}, {WM_MOUSEWHEEL, ""},         {WM_KEYDOWN, ""}};
   for (const auto& [message, relayed] : rows) {
     gHeard.Take();
-    PostMessageW(second.fHwnd, message, 0, 0);
+    PostMessageW(second, message, 0, 0);
     MSG msg;
-    while (PeekMessageW(&msg, second.fHwnd, message, message, PM_NOREMOVE | (QS_POSTMESSAGE << 16)))
+    while (PeekMessageW(&msg, second, message, message, PM_NOREMOVE | (QS_POSTMESSAGE << 16)))
       EXPECT_EQ(fMorvane->IMorvane_Yield(), kOK);
     // The real mouse may move at any time.
     if (message != WM_MOUSEMOVE) gHeard.Remove("512");
     EXPECT_EQ(gHeard.Take(), relayed) << message;
   }
-  Release(second);
 }
 
 }  // namespace NSMorvaneTest

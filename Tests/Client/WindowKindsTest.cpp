@@ -128,36 +128,24 @@ TEST_IN_RUN(WindowKindsTest, WithoutABehaviour) {
 
 // The call comes back when the dialog has gone; the application lives on meanwhile.
 TEST_IN_RUN(WindowKindsTest, ABlockingDialogRunsToItsEnd) {
-  WindowRecord outer, inner;
-  CallLog log;
-  Open();
-  Then([&] {
-    log.Add("outer");
-    Then([&] {
-      log.Add("inner");
-      EXPECT_FALSE(IsWindowEnabled(outer.fHwnd));
-      EXPECT_TRUE(IsWindowEnabled(inner.fHwnd));
+  Then([this] {
+    Then([this] {
       // An idle call that fails is reported, and the dialog goes on.
       fRun.fHooks["Idle"] = TError(100777);
       EXPECT_EQ(fMorvane->IMorvane_WakeUpIdle(), kOK);
     });
-    fRun.fHooks["UnhandledError:100777"] = [&] {
-      log.Add("error");
+    fRun.fHooks["UnhandledError"] = [this] {
       fRun.fHooks.erase("Idle");
-      PostMessageW(inner.fHwnd, WM_CLOSE, 0, 0);
+      PostMessageW(HwndOf("inner"), WM_CLOSE, 0, 0);
     };
-    EXPECT_EQ(Make(Kind::kModal, inner, kWindowStyleBit23, nullptr, 1), nullptr);
-    log.Add("inner-through");
-    EXPECT_FALSE(IsWindow(inner.fHwnd));
-    EXPECT_TRUE(IsWindowEnabled(outer.fHwnd));
-    Then([&] { Release(outer); });
+    MakeNamed("inner", {}, nullptr, kWindowStyleBit23, 1);
+    fRun.fLog.Add("through");
+    Then([this] { Do("-outer"); });
   });
-  EXPECT_EQ(Make(Kind::kModal, outer, kPlain, nullptr, 1), nullptr);
-  EXPECT_FALSE(IsWindow(outer.fHwnd));
-  EXPECT_TRUE(IsWindowEnabled(Hwnd()));
-  EXPECT_EQ(log.Take(), "outer inner error inner-through");
-  EXPECT_EQ(inner.fLog.Count("RequestClose:0"), 1);
-  ExpectReported(100777);
+  fRun.fLog.Take();
+  MakeNamed("outer", {}, nullptr, kPlain, 1);
+  EXPECT_EQ(fRun.fLog.Take(),
+            "UnhandledError:100777 inner.RequestClose:0 inner.deleted through outer.deleted");
 }
 
 // A dialog that is going is moved above the screen, and stays natively visible until it has gone.

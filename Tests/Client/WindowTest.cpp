@@ -93,6 +93,8 @@ TEST_IN_RUN(WindowTest, MovingAndResizing) {
   const POINT corner = OnScreen({0, 0});
   const TSize before = NativeClientSize(Hwnd());
   EXPECT_EQ(client, (TRect{corner.x, corner.y, corner.x + before.fWidth, corner.y + before.fHeight}));
+  EXPECT_EQ(Window().IWindow_ClientRectToFrameRect(client, frame), kOK);
+  EXPECT_EQ(frame, kFirstPlace);
 
   fRecord.fSizes.clear();
   MoveNative(Hwnd(), 40, 50);
@@ -139,22 +141,18 @@ TEST_IN_RUN(WindowTest, MinimizingMaximizingAndRestoring) {
 TEST_IN_RUN(WindowTest, StatesAreApplied) {
   Open(kSizeable);
   // To the ideal size and back.
-  Change([](TDocumentWindowState& state) {
+  Change([](auto& state) {
     state.fIdealClientSize = {350, 250};
     state.fPlacement.fZoomState = kWindowStateIdeal;
   });
-  TRect ideal = {};
-  const POINT corner = OnScreen({0, 0});
-  EXPECT_EQ(
-      Window().IWindow_ClientRectToFrameRect({corner.x, corner.y, corner.x + 350, corner.y + 250}, ideal),
-      kOK);
+  EXPECT_EQ(NativeClientSize(Hwnd()), (TSize{350, 250}));
+  const TRect ideal = NativeFrame(Hwnd());
   EXPECT_EQ(State().fPlacement.fIdealRect, ideal);
   EXPECT_EQ(State().fPlacement.fUserRect, kFirstPlace);
   ExpectInStep(ideal);
-  Change([](TDocumentWindowState& state) { state.fPlacement.fZoomState = kWindowStateUser; });
+  Change([](auto& state) { state.fPlacement.fZoomState = kWindowStateUser; });
   EXPECT_EQ(State().fPlacement.fIdealRect, ideal);
   ExpectInStep(kFirstPlace);
-
   // Only another rectangle moves the window.
   Place(kFirstPlace, 0, 1);
   EXPECT_FALSE(IsZoomed(Hwnd()));

@@ -1,12 +1,4 @@
 // What views hear of the mouse, and in which order.
-//
-// The views of all tests; the later of two that overlap is in front:
-//
-//   root
-//     a        0..120
-//       b     10..110
-//         c   20..100
-//     d       80..200
 #include "Component/Portable/Windows/MouseDispatch.h"
 
 #include <stdexcept>
@@ -21,20 +13,12 @@ constexpr TPoint kOverABC = {40, 40};
 constexpr TPoint kOverAll = {90, 90};
 constexpr TPoint kOverD = {150, 150};
 
-// What a fresh look at a, b and c gives.
-const std::string kShapes = " a?< b?< c?< c? b? a?";
-const std::string kEnterABC = "a<bc b<c c< c+ c. b+ b. a+ a." + kShapes;
-const std::string kTrackedABC = "a<bc b<c c< c. b. a.";
-
 Hook Fails() { return Handles(1, kClientError); }
 
 class MouseDispatch : public DispatchFixture {
  protected:
   MouseDispatch() {
-    MakeView("a", {0, 0, 120, 120});
-    MakeView("b", {10, 10, 110, 110}, "a");
-    MakeView("c", {20, 20, 100, 100}, "b");
-    MakeView("d", {80, 80, 200, 200});
+    for (const auto& [name, rect, superView] : kMouseViews) MakeView(name, rect, superView);
   }
   // Each case begins with the mouse inside a, b and c, who then answer differently.
   using AnswerCase = std::pair<std::map<std::string, Hook>, std::string>;
@@ -63,7 +47,7 @@ TEST_F(MouseDispatch, ViewsAreWalkedToTheFrontAndBack) {
   EXPECT_EQ(fShown, kMouseShapeArrow);
   // A still mouse over still views is nobody's business; a movement is.
   EXPECT_EQ(Tracked(kOverABC), "");
-  EXPECT_EQ(Moved(), kTrackedABC + kShapes);
+  EXPECT_EQ(Moved(), kTrackedABC + kShapesOfABC);
   EXPECT_EQ(fViewRecord.fTracking.fTimeMS, 4711u);
   EXPECT_EQ(fViewRecord.fShapeRequest.fPosition.fX, kOverABC.fX);
   EXPECT_EQ(Tracked(kOverAll), "a<bcd b<cd c<d d< d+ d. c. b. a. a?< b?< c?< d?< d? c? b? a?");
@@ -92,16 +76,16 @@ TEST_F(MouseDispatch, ViewsAreWalkedToTheFrontAndBack) {
 TEST_F(MouseDispatch, ViewsClaimEventsAndFail) {
   ExpectAnswers(
       {
-          {{{"b<", Handles()}}, "a<bc b<c b. a. c-" + kShapes},
-          {{{"a<", Handles()}}, "a<bc a. c- b-" + kShapes},
-          {{{"b.", Handles()}}, "a<bc b<c c< c. b. a-" + kShapes},
-          {{{"b<", Handles()}, {"b.", Handles()}}, "a<bc b<c b. c- a-" + kShapes},
+          {{{"b<", Handles()}}, "a<bc b<c b. a. c-" + kShapesOfABC},
+          {{{"a<", Handles()}}, "a<bc a. c- b-" + kShapesOfABC},
+          {{{"b.", Handles()}}, "a<bc b<c c< c. b. a-" + kShapesOfABC},
+          {{{"b<", Handles()}, {"b.", Handles()}}, "a<bc b<c b. c- a-" + kShapesOfABC},
           {{{"b?<", Handles()}}, kTrackedABC + " a?< b?<"},
           {{{"b?", Handles()}}, kTrackedABC + " a?< b?< c?< c? b?"},
           // A failure costs a view its turn, and what it has claimed, but not the rest.
-          {{{"b<", Fails()}, {"c.", Fails()}}, kTrackedABC + kShapes},
-          {{{"b?<", Fails()}, {"c?", Fails()}}, kTrackedABC + kShapes},
-          {{{"b.", Handles()}, {"a-", Fails()}}, "a<bc b<c c< c. b. a-" + kShapes},
+          {{{"b<", Fails()}, {"c.", Fails()}}, kTrackedABC + kShapesOfABC},
+          {{{"b?<", Fails()}, {"c?", Fails()}}, kTrackedABC + kShapesOfABC},
+          {{{"b.", Handles()}, {"a-", Fails()}}, "a<bc b<c c< c. b. a-" + kShapesOfABC},
       },
       [this] { Move(); });
   const std::string tracking = "of CWinWindow::DispatchMouseTracking.",
@@ -115,15 +99,15 @@ TEST_F(MouseDispatch, ViewsClaimEventsAndFail) {
 
   // Who fails to enter has no turn, but counts as entered.
   fHooks = {{"b+", Fails()}};
-  EXPECT_EQ(Tracked(kOverABC), "a<bc b<c c< c+ c. b+ a+ a." + kShapes);
+  EXPECT_EQ(Tracked(kOverABC), "a<bc b<c c< c+ c. b+ a+ a." + kShapesOfABC);
   EXPECT_EQ(Tracked(kNowhere), "c- b- a-");
   // Any other value counts as handled, and is reported.
   fHooks = {{"b<", Handles(2)}, {"b.", Handles()}};
-  EXPECT_EQ(Tracked(kOverABC), "a<bc b<c b+ b." + kShapes);
+  EXPECT_EQ(Tracked(kOverABC), "a<bc b<c b+ b." + kShapesOfABC);
   EXPECT_EQ(TakeReports(), "(handled == 0) || (handled == 1)");
   // Even what no client should do.
   fHooks = {{"b.", [] { throw std::runtime_error("text"); }}, {"c?", [] { throw 5; }}};
-  EXPECT_EQ(Moved(), "a<bc b<c c< c+ c. b. a+ a." + kShapes);
+  EXPECT_EQ(Moved(), "a<bc b<c c< c+ c. b. a+ a." + kShapesOfABC);
   EXPECT_EQ(CountLines("Ignored an exception (text) in normal pass " + tracking), 1);
   EXPECT_EQ(CountLines("Ignored an unknown exception in normal phase " + shape), 1);
   fHooks = {{"b-", [] { throw 5; }}};

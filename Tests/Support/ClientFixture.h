@@ -1,8 +1,10 @@
 // What tests of the library's client side stand on: one run of an application in a process of its own.
 //
 // The test is a client like any other: it sees the headers of Interface/ and the shared library. Whatever the
-// library calls is written down, one word for a call, and compared with a text of such words. What a scenario
-// wants done in a callback is a hook.
+// library calls is written down, one word for a call, and compared with a text of such words. A word is the
+// name of the callback without its class and "On", and behind a colon its arguments: "StartUp",
+// "OpenURL:file://a.txt". What a scenario wants done in a callback is a hook, which stands under the word, or
+// under the part of it that is in front of the colon.
 #pragma once
 
 #include <windows.h>
@@ -81,7 +83,7 @@ class ClientDebugOutput : public IDebugOutput {
 
 // --- The run
 
-// Callbacks are named without their class and "On", arguments follow a colon. The last arguments are kept.
+// What the run behaviour was told. The last arguments are kept.
 struct RunRecord : CallRecorder {
   std::deque<std::function<void()>> fSteps;
   int fIdleCalls = 0;

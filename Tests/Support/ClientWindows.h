@@ -1,7 +1,7 @@
 // Windows of a client, of all kinds, and views in them: behaviours that write down what they are told and do
 // what a test asks for in the middle of it.
 //
-// Calls of windows are written like those of the run: without their class and "On", arguments behind a colon.
+// Calls of windows are words like those of the run.
 //
 // Windows have names in some tests, which tell their kinds: doc1, modeless, floating; anything else is a
 // modal dialog. What is done with them is a text of steps:
@@ -184,7 +184,7 @@ MORVANE_TEST_KIND(FloatingWindow, static_cast<void>(0));
 
 // --- The fixture
 
-class ClientWindowTest : public ClientTest {
+class ClientWindowTest : public ClientTest, protected NamedViews<IView> {
  protected:
   ClientWindowTest() {
     fRun.fHooks["QuitEvent"] = [this] { Quit(); };
@@ -232,13 +232,14 @@ class ClientWindowTest : public ClientTest {
   // --- Windows with names
 
   WindowRecord& MakeNamed(const std::string& name, const std::map<std::string, Hook>& hooks = {},
-                          IModalOwner* owner = nullptr, TStyleFlags style = kWindowStyleBit23) {
+                          IModalOwner* owner = nullptr, TStyleFlags style = kWindowStyleBit23,
+                          TFlag blocking = 0) {
     WindowRecord& record = fWindows[name];
     record = {};
     record.fName = name + ".";
     record.fEndLog = &fRun.fLog;
     record.fHooks = hooks;
-    Make(KindOf(name), record, style, owner);
+    Make(KindOf(name), record, style, owner, blocking);
     return record;
   }
   void Do(const std::string& steps) {
@@ -325,23 +326,6 @@ class ClientWindowTest : public ClientTest {
     fViews.emplace_back(name, view);
     return *factory.Made();
   }
-  // Null for a name that is not there.
-  IView* View(const std::string& name) const {
-    for (const auto& [other, view] : fViews)
-      if (other == name) return view;
-    return nullptr;
-  }
-  void ReleaseView(const std::string& name) {
-    IView* const view = View(name);
-    std::erase_if(fViews, [&](const auto& other) { return other.second == view; });
-    if (view) {
-      EXPECT_EQ(view->IView_Release(), kOK);
-    }
-  }
-  // A super view dies with its last subview only.
-  void ReleaseViews() {
-    while (!fViews.empty()) ReleaseView(fViews.back().first);
-  }
   void Leave() override { ReleaseViews(); }
   void SetFlags(const std::string& name, std::uint32_t flags) {
     TViewParams params = {};
@@ -387,18 +371,13 @@ class ClientWindowTest : public ClientTest {
   }
   // What the views write, during an action.
   std::string ViewCalls() { return fViewRecord.fLog.Take(); }
-  std::string ViewCallsOf(const std::function<void()>& action) {
-    ViewCalls();
-    action();
-    return ViewCalls();
-  }
+  std::string ViewCallsOf(const std::function<void()>& action) { return fViewRecord.CallsOf(action); }
 
   TFlag fIsListed = 1;        // whether window menus list the documents that are made
   TFlag fIsDialogListed = 0;  // and the modeless dialogs
   WindowRecord fRecord;
   std::map<std::string, WindowRecord> fWindows;
   ViewRecord fViewRecord;
-  std::vector<std::pair<std::string, IView*>> fViews;
   TestView* fOther = nullptr;
 };
 

@@ -22,7 +22,7 @@ class FakeMouseShape : public IMouseShape {
   TBuiltInMouseShape fNumber;
 };
 
-class DispatchFixture : public ReportingTest, public IMouseWindow {
+class DispatchFixture : public ReportingTest, public IMouseWindow, protected NamedViews<CViewImpl> {
  protected:
   static constexpr std::uint32_t kTrackable = kViewEnabled | kViewMouseTrackable;
   static constexpr TPoint kNowhere = {230, 230};
@@ -32,7 +32,7 @@ class DispatchFixture : public ReportingTest, public IMouseWindow {
   }
   ~DispatchFixture() override {
     fViewRecord.fHooks.clear();
-    while (!fViews.empty()) ReleaseView(fViews.back().first);
+    ReleaseViews();
   }
 
   TestView& MakeView(const std::string& name, const TRect& rect, const std::string& superView = "",
@@ -44,18 +44,6 @@ class DispatchFixture : public ReportingTest, public IMouseWindow {
     NSMorvaneTest::SetFlags(*view, flags);
     fViews.emplace_back(name, view.get());
     return *factory.Made();
-  }
-  CViewImpl* View(const std::string& name) const {
-    for (const auto& [other, view] : fViews)
-      if (other == name) return view;
-    return nullptr;
-  }
-  void ReleaseView(const std::string& name) {
-    CViewImpl* const view = View(name);
-    std::erase_if(fViews, [&](const auto& other) { return other.second == view; });
-    if (view) {
-      EXPECT_EQ(view->IView_Release(), kOK);
-    }
   }
   Hook Releases(const std::string& view) {
     return [=, this] { ReleaseView(view); };
@@ -84,11 +72,7 @@ class DispatchFixture : public ReportingTest, public IMouseWindow {
   }
 
   // What they make the views write.
-  std::string CallsOf(const std::function<void()>& action) {
-    fViewRecord.fLog.Take();
-    action();
-    return fViewRecord.fLog.Take();
-  }
+  std::string CallsOf(const std::function<void()>& action) { return fViewRecord.CallsOf(action); }
   std::string Ticked() {
     return CallsOf([this] { Tick(); });
   }
@@ -120,7 +104,6 @@ class DispatchFixture : public ReportingTest, public IMouseWindow {
   FakeViewWindow fWindow;
   ViewRecord fViewRecord;
   std::map<std::string, Hook>& fHooks = fViewRecord.fHooks;
-  std::vector<std::pair<std::string, CViewImpl*>> fViews;
   TPoint fPosition = kNowhere;
   bool fIsOnTop = true;
   TMouseHolder fHolder = TMouseHolder::kNobody;

@@ -1,6 +1,18 @@
 // Behaviours of views, and a mouse capture, that write down what they are told and do what a test asks for in
 // the middle of it. They know nothing but the headers of Interface/, so that tests of the library's parts and
 // of its client side speak the same words.
+//
+// All views of a test write into one log. Each call is a word: who, then what. For a view called a:
+//
+//   a<bc  tracking, pre pass, with b and c in front     a47/1<bc  pre-click, button mask 1, in front b, c
+//   a.    tracking, normal pass                         a44/1     click
+//   a+    enter; a- exit                                aW-2      wheel, by two notches
+//   a?<   shape, pre phase; a? normal phase             a:key     a key
+//   a:on  gets the focus; a:off loses it                a:x       deleted
+//
+// Not written down, but with a hook: a:draw, a:menu, the set-up of the menu bar, and a:target, the question
+// for a native control. A mouse capture has words like a view called @; a release of a button is @^44/1, a
+// change of the modifier keys @0>2.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -83,22 +95,20 @@ struct CallRecorder {
     return hook();
   }
 
+  // What is written down during an action.
+  std::string CallsOf(const std::function<void()>& action) {
+    fLog.Take();
+    action();
+    return fLog.Take();
+  }
+
   CallLog fLog;
   std::map<std::string, Hook> fHooks;
 };
 
 // --- Views
 
-// All views of a test write into one log. Each call is a word: who, then what. For a view called a:
-//
-//   a<bc  tracking, pre pass, with b and c in front     a47/1<bc  pre-click, button mask 1, in front b, c
-//   a.    tracking, normal pass                         a44/1     click
-//   a+    enter; a- exit                                aW-2      wheel, by two notches
-//   a?<   shape, pre phase; a? normal phase             a:key     a key
-//   a:on  gets the focus; a:off loses it                a:x       deleted
-//
-// Not written down, but with a hook: a:draw, a:menu, the set-up of the menu bar, and a:target, the question
-// for a native control. The last arguments are kept.
+// What the views of a test were told, all in one log. The last arguments are kept.
 struct ViewRecord : CallRecorder {
   TMouseTracking fTracking = {};
   TMouseEvent fClick = {};
@@ -199,9 +209,56 @@ class TestView : public CDefaultViewBehavior {
   ViewRecord& fRecord;
 };
 
+// The views of a test, by their names.
+template <class TView>
+class NamedViews {
+ protected:
+  // Null for a name that is not there.
+  TView* View(const std::string& name) const {
+    for (const auto& [other, view] : fViews)
+      if (other == name) return view;
+    return nullptr;
+  }
+  void ReleaseView(const std::string& name) {
+    TView* const view = View(name);
+    std::erase_if(fViews, [&](const auto& other) { return other.second == view; });
+    if (view) {
+      EXPECT_EQ(view->IView_Release(), kOK);
+    }
+  }
+  // A super view dies with its last subview only.
+  void ReleaseViews() {
+    while (!fViews.empty()) ReleaseView(fViews.back().first);
+  }
+
+  std::vector<std::pair<std::string, TView*>> fViews;
+};
+
+// Views for tests of the mouse, a name, a rectangle and a super view each. The later of two that overlap is
+// in front:
+//
+//   root
+//     a        0..120
+//       b     10..110
+//         c   20..100
+//     d       80..200
+struct TMouseView {
+  const char* fName;
+  TRect fRect;
+  const char* fSuperView;
+};
+constexpr TMouseView kMouseViews[] = {{"a", {0, 0, 120, 120}, ""},
+                                      {"b", {10, 10, 110, 110}, "a"},
+                                      {"c", {20, 20, 100, 100}, "b"},
+                                      {"d", {80, 80, 200, 200}, ""}};
+
+// What a fresh look at a, b and c gives, and what a movement over them.
+inline const std::string kShapesOfABC = " a?< b?< c?< c? b? a?";
+inline const std::string kEnterABC = "a<bc b<c c< c+ c. b+ b. a+ a." + kShapesOfABC;
+inline const std::string kTrackedABC = "a<bc b<c c< c. b. a.";
+
 // --- The mouse capture
 
-// Words as those of views, with the name @; a release of a button is @^44/1.
 class RecordingCapture : public CDefaultMouseCapture {
  public:
   explicit RecordingCapture(ViewRecord& record) : fRecord(record) {}

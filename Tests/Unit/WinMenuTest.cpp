@@ -7,6 +7,7 @@
 #include "Component/Win/Launch/MorvaneImplWinStartupStrings.h"
 #include "Component/Win/Menus/MenuBarComposition.h"
 #include "Interface/MorvaneDefaults.h"
+#include "Tests/Support/MenuItems.h"
 #include "Tests/Support/NativeMenus.h"
 #include "Tests/Support/UnitTest.h"
 
@@ -17,15 +18,9 @@ namespace {
 constexpr std::uint32_t kGrey = 0;
 constexpr std::uint32_t kEnabled = kMenuItemEnabled;
 
-CMenuItem Item(const char16_t* text, std::uint32_t flags, const char16_t* submenu = u"",
-               const char16_t* keyText = u"", std::uint32_t modifiers = 0) {
-  TMenuItem item = {};
-  CopyText(item.fText, text);
-  CopyText(item.fSubmenuName, submenu);
-  CopyText(item.fShortcut.fKeyText, keyText);
-  item.fShortcut.fModifiers.fKeys = modifiers;
-  item.fStateFlags = flags;
-  return CMenuItem(item);
+CMenuItem Item(std::u16string_view text, std::uint32_t flags, std::u16string_view submenu = u"",
+               std::u16string_view keyText = u"", std::uint32_t modifiers = 0) {
+  return CMenuItem(MenuItem(text, 0, flags, submenu, keyText, modifiers));
 }
 
 class WinMenuTest : public ReportingTest {
@@ -90,11 +85,7 @@ TEST_F(WinMenuTest, WhatStandsInABar) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.fName);
     CMenuBarState state;
-    TMenuItem item = {};
-    CopyText(item.fText, u"item");
-    item.fStateFlags = kMenuItemEnabled;
-    for (const TMenu menu : row.fMenus)
-      EXPECT_EQ(state.IMenuBarState_SetMenuItems(menu, &item, sizeof(item)), kOK);
+    for (const TMenu menu : row.fMenus) SetItems(state, menu, {MenuItem(u"item")});
     EXPECT_EQ(state.IMenuBarState_SetMenuTitle(kMenu1, u"1"), kOK);
     EXPECT_EQ(state.IMenuBarState_SetMenuTitle(kMenu2, u"2"), kOK);
     EXPECT_EQ(state.IMenuBarState_SetFlags(row.fFlags), kOK);

@@ -17,6 +17,7 @@
 #include "Component/Win/WindowKinds/WinDocumentWindow.h"
 #include "Interface/MorvaneDefaults.h"
 #include "Tests/Support/FakeViewWindow.h"
+#include "Tests/Support/MenuItems.h"
 #include "Tests/Support/NativeTestWindow.h"
 #include "Tests/Support/PatchedImport.h"
 #include "Tests/Support/UnitTest.h"
@@ -263,17 +264,10 @@ TEST_F(WinWindowTest, ShortcutsFollowTheMenus) {
     const TTestWindowPtr window = Make(kWindowKindDocument);
     const auto apply = [&](const std::vector<char16_t>& keys) {
       std::vector<TMenuItem> items;
-      for (const char16_t key : keys) {
-        TMenuItem& item = items.emplace_back();
-        CopyText(item.fText, u"item");
-        item.fStateFlags = kMenuItemEnabled;
-        item.fShortcut.fKeyText[0] = key;
-      }
+      for (const char16_t key : keys)
+        items.push_back(MenuItem(u"item", 0, kMenuItemEnabled, u"", std::u16string(key ? 1 : 0, key)));
       CMenuBarState state;
-      EXPECT_EQ(
-          state.IMenuBarState_SetMenuItems(kMenuDocument, items.data(),
-                                           static_cast<std::uint32_t>(items.size() * sizeof(TMenuItem))),
-          kOK);
+      SetItems(state, kMenuDocument, items);
       window->GetMenuBar().Show(state);
       return window->GetMenuBar().GetShortcuts();
     };
