@@ -11,48 +11,40 @@ class ClipboardTest : public ClientWindowTest {
  protected:
   using Bytes = std::string;
 
-  // Gives the data of each format from a map. What it makes is counted, and so is what is deleted.
-  class Getter : public IClipboardDataGetter {
-   public:
-    Getter(std::map<std::string, Bytes> data, int& living) : fData(std::move(data)), fLiving(living) {
-      ++fLiving;
+  // Bytes that are not given, and some that cannot be read.
+  static constexpr const char* kRefused = "refused";
+  static constexpr const char* kUnreadable = "unreadable";
+
+  struct Data : IData {
+    Data(const Bytes& bytes, const std::shared_ptr<int>& life) : fBytes(bytes), fLife(life) {}
+    std::uint32_t IData_CheckInvariant() const override { return 1; }
+    TError IData_GetSize(std::uint64_t& out) override {
+      out = fBytes.size();
+      return kOK;
     }
-    ~Getter() override { --fLiving; }
+    TError IData_Read(std::uint64_t offset, std::uint64_t size, void* buffer) override {
+      EXPECT_LE(offset + size, fBytes.size());
+      EXPECT_EQ(std::exchange(fIsRead, true), false);
+      if (fBytes == kUnreadable) return TError(100322);
+      if (size) std::memcpy(buffer, fBytes.data() + offset, static_cast<std::size_t>(size));
+      return kOK;
+    }
+    const Bytes fBytes;
+    const std::shared_ptr<int> fLife;
+    bool fIsRead = false;
+  };
+  // Gives the data of each format from a map, or what a test answers in its place.
+  using Answer = std::function<IData*(TError&)>;
+  struct Getter : IClipboardDataGetter {
     IData* IClipboardDataGetter_GetData(const TClipboardFormat& format, TError& outError) override {
-      if (fInside) return fInside(outError);
-      const std::string tag(format.fTag, strnlen(format.fTag, sizeof(format.fTag)));
-      outError = tag == fFailing ? TError(100321) : kOK;
-      return outError == kOK && fData.count(tag) ? new Data(fData[tag], fLiving) : nullptr;
+      if (fAnswer) return fAnswer(outError);
+      const Bytes& bytes = fData.at(std::string(format.fTag, strnlen(format.fTag, sizeof(format.fTag))));
+      outError = bytes == kRefused ? TError(100321) : kOK;
+      return outError == kOK ? new Data(bytes, fLife) : nullptr;
     }
-    std::string fFailing;
-    std::function<IData*(TError&)> fInside;
-
-    class Data : public IData {
-     public:
-      Data(Bytes bytes, int& living) : fBytes(std::move(bytes)), fLiving(living) { ++fLiving; }
-      ~Data() override { --fLiving; }
-      std::uint32_t IData_CheckInvariant() const override { return 1; }
-      TError IData_GetSize(std::uint64_t& out) override {
-        out = fBytes.size();
-        return kOK;
-      }
-      TError IData_Read(std::uint64_t offset, std::uint64_t size, void* buffer) override {
-        EXPECT_LE(offset + size, fBytes.size());
-        EXPECT_EQ(std::exchange(fIsRead, true), false);
-        if (fBytes == "failing") return TError(100322);
-        if (size) std::memcpy(buffer, fBytes.data() + offset, static_cast<std::size_t>(size));
-        return kOK;
-      }
-
-     private:
-      Bytes fBytes;
-      int& fLiving;
-      bool fIsRead = false;
-    };
-
-   private:
     std::map<std::string, Bytes> fData;
-    int& fLiving;
+    Answer fAnswer;
+    std::shared_ptr<int> fLife;
   };
 
   static TClipboardFormat Format(const std::string& tag) {
@@ -63,18 +55,17 @@ class ClipboardTest : public ClientWindowTest {
   static Bytes Units(const std::u16string& text) {
     return Bytes(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(TChar));
   }
-  TError Put(const std::map<std::string, Bytes>& data, const std::string& failing = "",
-             const std::function<IData*(TError&)>& inside = nullptr) {
-    auto getter = std::make_unique<Getter>(data, fLiving);
-    getter->fFailing = failing;
-    getter->fInside = inside;
+  TError Put(const std::map<std::string, Bytes>& data, const Answer& answer = nullptr) {
     std::vector<TClipboardFormat> formats;
     for (const auto& [tag, bytes] : data) formats.push_back(Format(tag));
+    Getter* const getter = new Getter;
+    getter->fData = data;
+    getter->fAnswer = answer;
+    getter->fLife = fLife;
     const TError error = fMorvane->IMorvane_ReplaceClipboardContents(
-        formats.data(), static_cast<std::uint32_t>(formats.size()), getter.get());
-    if (error == kOK) getter.release();  // the library has deleted it
-    getter.reset();
-    EXPECT_EQ(fLiving, 0);
+        formats.data(), static_cast<std::uint32_t>(formats.size()), getter);
+    if (error != kOK) delete getter;
+    EXPECT_EQ(fLife.use_count(), 1) << "the library deletes what it takes";
     return error;
   }
   bool IsThere(const std::string& tag) {
@@ -99,7 +90,7 @@ class ClipboardTest : public ClientWindowTest {
     return bytes;  // with what the system has rounded the block up to
   }
 
-  int fLiving = 0;
+  const std::shared_ptr<int> fLife = std::make_shared<int>();  // in use by what is not deleted
 };
 
 TEST_IN_RUN(ClipboardTest, EveryFormat) {
@@ -167,32 +158,30 @@ TEST_IN_RUN(ClipboardTest, SizesAndReaders) {
 TEST_IN_RUN(ClipboardTest, Failures) {
   // What stood before the failing format is there, and nothing else.
   ASSERT_EQ(Put({{"old", "o"}}), kOK);
-  EXPECT_EQ(Put({{"a", "1"}, {"b", "2"}, {"c", "3"}}, "b"), TError(100321));
+  EXPECT_EQ(Put({{"a", "1"}, {"b", kRefused}, {"c", "3"}}), TError(100321));
   EXPECT_TRUE(IsThere("a") && !IsThere("b") && !IsThere("c") && !IsThere("old"));
   EXPECT_EQ(fMorvane->IMorvane_ReplaceClipboardContents(nullptr, 1, nullptr), kBadInputProgrammingError);
   fOutput.TakeAssertions();
   // What a getter may get wrong: no code, no data, data that cannot be read, a look at the clipboard.
-  EXPECT_EQ(Put({{"a", ""}}, "", [](TError&) -> IData* { return nullptr; }), kProgrammingError);
-  EXPECT_EQ(Put({{"a", ""}}, "",
+  EXPECT_EQ(Put({{"a", ""}}, [](TError&) -> IData* { return nullptr; }), kProgrammingError);
+  EXPECT_EQ(Put({{"a", ""}},
                 [](TError& error) -> IData* {
                   error = kOK;
                   return nullptr;
                 }),
             kBadInputProgrammingError);
-  EXPECT_EQ(Put({{"a", "failing"}}), TError(100322));
-  EXPECT_EQ(Put({{"a", ""}, {"b", ""}}, "",
-                [this](TError& error) {
-                  TFlag exists = 0;
-                  const TClipboardFormat format = Format("a");
-                  EXPECT_EQ(fMorvane->IMorvane_IsFormatOnClipboard(format, exists),
-                            kIllegalCallSequenceProgrammingError);
-                  EXPECT_EQ(fMorvane->IMorvane_ReplaceClipboardContents(nullptr, 0, nullptr),
-                            kIllegalCallSequenceProgrammingError);
-                  Open("a", kIllegalCallSequenceProgrammingError);
-                  error = kOK;
-                  return new Getter::Data("c", fLiving);
-                }),
-            kOK);
+  EXPECT_EQ(Put({{"a", kUnreadable}}), TError(100322));
+  const Answer look = [this](TError& error) {
+    TFlag exists = 0;
+    EXPECT_EQ(fMorvane->IMorvane_IsFormatOnClipboard(Format("a"), exists),
+              kIllegalCallSequenceProgrammingError);
+    EXPECT_EQ(fMorvane->IMorvane_ReplaceClipboardContents(nullptr, 0, nullptr),
+              kIllegalCallSequenceProgrammingError);
+    Open("a", kIllegalCallSequenceProgrammingError);
+    error = kOK;
+    return new Data("c", fLife);
+  };
+  EXPECT_EQ(Put({{"a", ""}, {"b", ""}}, look), kOK);
   EXPECT_TRUE(IsThere("a") && IsThere("b"));
   // The system does not take it: what is on its way ends.
   HANDLE(WINAPI* const refuse)
