@@ -39,6 +39,7 @@ CMorvaneImpl::CMorvaneImpl()
       fBlocking(boost::make_shared<CBlocking>(fWindows)),
       fDebugSettings{1, 1, 1, 1, 1, 0, 0},
       fIdleCalls(fMessageTarget, reinterpret_cast<WPARAM>(this)),
+      fFileDialogs(fMessageTarget, reinterpret_cast<WPARAM>(this), fMessageCallListeners, fIdleCalls),
       fQuitting(*this),
       fMenuBars(*this),
       fAppActivation(*this),

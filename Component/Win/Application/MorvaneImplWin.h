@@ -10,6 +10,7 @@
 // MorvaneImplWinKeyboard.cpp     interpretation of keys, key listeners
 // MorvaneImplWinMouse.cpp        the mouse: state, shape, capture
 // MorvaneImplWinServices.cpp     clipboard and icons
+// MorvaneImplWinDialogs.cpp      file dialogs
 // MorvaneImplWinLater.cpp        every operation that this build does not have
 //
 // Everything here runs on the main thread, the one that runs IMorvane_Run, unless a comment says otherwise.
@@ -29,13 +30,14 @@
 #include "Component/Portable/Contract/MorvaneGlueRoot.h"
 #include "Component/Portable/Opening/PendingCommandLines.h"
 #include "Component/Win/Application/AppActivation.h"
+#include "Component/Win/Application/FileDialogs.h"
 #include "Component/Win/Application/IdleCalls.h"
 #include "Component/Win/Application/MenuBars.h"
-#include "Component/Win/Application/MessageCallListeners.h"
 #include "Component/Win/Application/Quitting.h"
 #include "Component/Win/Application/UnseenWindows.h"
 #include "Component/Win/Application/WinExtensions.h"
 #include "Component/Win/Launch/MorvaneImplWinStartupStrings.h"
+#include "Component/Win/Platform/MessageCallListeners.h"
 #include "Component/Win/Window/WindowHost.h"
 #include "Interface/Morvane.h"
 
@@ -213,10 +215,11 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWindowHost {
   bool IsOwnMessage(WPARAM wParam) const;
   bool DispatchPrivateMessage(UINT message, WPARAM wParam, LPARAM lParam);
   void OnAppMessage(std::uint32_t a, std::uint32_t b);
-  void OnFileDialogMessage(UINT message, LPARAM lParam);
 
   // --- Windows
   void RequireRun() const;
+  // Returns when the dialog is on the screen or, if it blocks, when the client has its result.
+  void RunFileDialog(const boost::shared_ptr<CFileDialogInfo>& dialog);
   // Returns at once or, if `blocking`, when the alert has ended.
   void ShowAlert(IModalOwner* owner, bool blocking, const TAlertPlan& plan,
                  const boost::shared_ptr<IAlertBoxListener>& listener);
@@ -236,6 +239,7 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWindowHost {
   CMessageCallListeners fMessageCallListeners;
   std::unique_ptr<CHiderWindow> fHiderWindow;  // during IMorvane_Run only
   CIdleCalls fIdleCalls;
+  CFileDialogs fFileDialogs;
   CQuitting fQuitting;
   CMenuBars fMenuBars;
   CAppActivation fAppActivation;

@@ -65,8 +65,8 @@ bool CMorvaneImpl::DispatchPrivateMessage(UINT message, WPARAM wParam, LPARAM lP
         fBlocking->PushForeignDialog(reinterpret_cast<HWND>(lParam));
       else if (message == kMsgPopAppModal)
         fBlocking->PopForeignDialog(reinterpret_cast<HWND>(lParam));
-      else
-        OnFileDialogMessage(message, lParam);
+      else if (!fFileDialogs.OnResult(message, reinterpret_cast<const void*>(lParam)))
+        return false;
       return true;
     }
     default:

@@ -55,6 +55,7 @@ void CMorvaneImpl::CMorvaneGlue_Run(IMorvaneRunBehavior* behavior, const TStartu
       if (!hadFiles) CallOnNoDocument(kNoDocumentAtStart);
       RunMainLoop();
     }
+    DeliverError(ErrorOf([this] { fFileDialogs.EndAll(true); }));
     fIdleCalls.EndThread();
     if (fBehavior) {
       MORVANE_CHECK(fBehavior->IMorvaneRunBehavior_OnCleanUp());
@@ -74,6 +75,7 @@ void CMorvaneImpl::CMorvaneGlue_Run(IMorvaneRunBehavior* behavior, const TStartu
 // Cleans up after a failure. The behaviour stays the client's and gets no further calls.
 void CMorvaneImpl::AbandonRun() {
   fWindows->ReleaseAll();
+  fFileDialogs.EndAll(false);
   fIdleCalls.EndThread();
   fHiderWindow.reset();
   fMessageTarget.End();
@@ -218,7 +220,7 @@ void CMorvaneImpl::HandleSecondInstance() {
   fQuitting.CallOff();
   // The command line is taken before any callback: a loop inside one would find it still waiting.
   fCommandLines.AddLaunch(ParseCommandLine(TakeSentCommandLine(), CFileSystemProbe()));
-  fBlocking->RestoreOrder();
+  fBlocking->Refresh();
 }
 
 // True if a window has handled the message.

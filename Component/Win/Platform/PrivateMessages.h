@@ -9,24 +9,28 @@
 namespace NSMorvane {
 
 enum : UINT {
-  // Sent by the threads of the file dialogs, with a result record as lParam.
+  // Posted by the threads of the file dialogs when they have ended, with the CFileDialogInfo as lParam.
   kMsgSaveDialogAccepted = 1125,
   kMsgSaveDialogCancelled = 1126,
   kMsgOpenDialogAccepted = 1127,
   kMsgOpenDialogCancelled = 1128,
   // Sent by the idle thread, lParam 0.
   kMsgIdleDue = 1129,
-  // Calls of the IMessageCallListener in lParam. Nothing in the library sends these.
+  // Sent by the threads of the file dialogs, to ask the main thread: calls of an IMessageCallListener, which
+  // is lParam.
   kMsgListenerCall1 = 1130,
   kMsgListenerCall2 = 1131,
   kMsgListenerCall3 = 1132,
   // Sent by the threads of the file dialogs, with the modal window as lParam.
   kMsgPushAppModal = 1133,
   kMsgPopAppModal = 1134,
-  // Posted to the main thread, without a window: wParam tells whether the application becomes active, lParam
-  // is the id of the other thread. Nothing in the library posts it.
+  // Posted to the main thread, without a window, by the threads of the file dialogs: wParam 1 or 0, lParam
+  // the
+  // id of the other thread.
   kMsgAppActivation = 1136,
-  // Like the results of the other dialogs. Nothing in the library sends these.
+  // As the results of the other dialogs; nothing in the library posts these, as a folder chooser with a
+  // thread
+  // of its own ends in silence.
   kMsgFolderDialogAccepted = 1137,
   kMsgFolderDialogCancelled = 1138,
   // Posted to a window of the library: wParam is the native control inside it, lParam the position of the

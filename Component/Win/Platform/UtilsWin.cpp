@@ -236,6 +236,11 @@ bool ThreadOwnsUnlistedWindow(DWORD threadId) {
   return std::any_of(owned.begin(), owned.end(), [&](HWND hWnd) { return !Contains(listed, hWnd); });
 }
 
+bool IsThreadOfThisProcess(DWORD threadId) {
+  const CKernelHandle thread(OpenThread(THREAD_QUERY_LIMITED_INFORMATION, FALSE, threadId));
+  return thread.Get() && GetProcessIdOfThread(thread.Get()) == GetCurrentProcessId();
+}
+
 TPoint GetPopupCenter(HWND window, HWND parent, const std::vector<HWND>& shownWindows) {
   if (!parent) parent = FindPopupParent(window, shownWindows);
   RECT rect = {};

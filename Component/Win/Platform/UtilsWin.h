@@ -79,6 +79,9 @@ std::vector<HWND> GetTopLevelWindowsZ();
 // a message-only window. (Under Wine always false: it lists the message-only windows of a thread nowhere.)
 bool ThreadOwnsUnlistedWindow(DWORD threadId);
 
+// False also for a thread that has ended.
+bool IsThreadOfThisProcess(DWORD threadId);
+
 // The point, in screen coordinates, on which a popup is to be centred: the middle of its parent. Without a
 // parent it is the middle of the first of `shownWindows` that has a title and an area and is not the popup
 // itself, minimized or topmost; without such a window it is the middle of the desktop. Both handles may be

@@ -323,6 +323,11 @@ void CBlocking::RestoreOrder() { BringAppToFront(MergeOrder(fWindows->GetShownHw
 
 // --- To the front
 
+void CBlocking::Refresh() {
+  DisableUnderFront();
+  RestoreOrder();
+}
+
 void CBlocking::RaiseWithOwners(HWND hWnd) const {
   std::vector<HWND> group;
   for (; hWnd && IsRegisteredHwnd(hWnd) && fWindows->IsShown(hWnd); hWnd = GetWindow(hWnd, GW_OWNER))

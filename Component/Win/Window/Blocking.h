@@ -60,6 +60,8 @@ class CBlocking : CNotCopied {
   bool SwallowsMessage(const TWinMessage& message);
   // A window is about to be activated. True if a dialog blocks it, so that the message must be swallowed.
   bool OnActivationAttempt(HWND hWnd);
+  // The same for a click. The dialog that can be used instead flashes.
+  bool OnClickAttempt(HWND hWnd);
 
   // --- To the front
 
@@ -70,8 +72,9 @@ class CBlocking : CNotCopied {
   // Only brings the window to the front, with its owners behind it. Not every system does this for a window
   // that becomes active.
   void RaiseWithOwners(HWND hWnd) const;
-  // Puts all windows in the order that blocking asks for, and activates the front one.
-  void RestoreOrder();
+  // Disables again what the system has enabled behind a dialog of its own, puts all windows in the order that
+  // blocking asks for, and activates the front one.
+  void Refresh();
 
  private:
   void Push(HWND hWnd);
@@ -87,7 +90,7 @@ class CBlocking : CNotCopied {
   HWND FindUsable(HWND hWnd) const;
   HWND FindUsableOfGroup(HWND window, HWND goingDialog) const;
 
-  bool OnClickAttempt(HWND hWnd);
+  void RestoreOrder();
   std::vector<HWND> MergeOrder(const std::vector<HWND>& windows) const;
   std::size_t CountToRaise(const std::vector<HWND>& order) const;
   std::vector<HWND> FindWindowsToRestore(const std::vector<HWND>& order) const;

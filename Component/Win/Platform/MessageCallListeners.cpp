@@ -1,4 +1,4 @@
-#include "Component/Win/Application/MessageCallListeners.h"
+#include "Component/Win/Platform/MessageCallListeners.h"
 
 #include <algorithm>
 

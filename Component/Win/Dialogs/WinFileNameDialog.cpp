@@ -1,0 +1,132 @@
+#include "Component/Win/Dialogs/WinFileNameDialog.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "Component/Portable/Base/MorvaneImplUtils.h"
+#include "Component/Win/Platform/UtilsWin.h"
+
+namespace NSMorvane {
+
+namespace {
+
+constexpr DWORD kMaxFileTitleLength = 261;
+
+// Copies what fits, with a zero behind it.
+template <std::size_t kSize>
+void CopyText(TChar (&buffer)[kSize], const TString& text) {
+  const std::size_t count = std::min(text.size(), kSize - 1);
+  std::fill(std::copy_n(text.begin(), count, buffer), std::end(buffer), TChar());
+}
+
+}  // namespace
+
+CFileNameDialogInfo::CFileNameDialogInfo(IWindowHost& host, const TFileDialogRequest& request,
+                                         const TDialogMemoryPlace& place, std::vector<CFileType> fileTypes,
+                                         const TString& prompt)
+    : CFileDialogInfo(host, request, place),
+      fFileTypes(std::move(fileTypes)),
+      fInitialFolder(GetMemory().fFolder.substr(0, kMaxFileNameLength)),
+      fPrompt(prompt.substr(0, kMaxPromptLength)) {
+  BuildDialogFilter(fFileTypes, fFilterBuffer, kFilterBufferSize);
+}
+
+void CFileNameDialogInfo::Prepare(DWORD flags, DWORD filterIndex, const TString& defaultExtension,
+                                  const TString& name) {
+  CopyText(fFileBuffer, name);
+  SetDefaultExtension(defaultExtension);
+  fOpenFileName.lStructSize = sizeof(fOpenFileName);
+  fOpenFileName.hwndOwner = GetOwnerHwnd();
+  fOpenFileName.hInstance = GetModuleHandleW(nullptr);
+  if (!fFileTypes.empty()) fOpenFileName.lpstrFilter = WinText(fFilterBuffer);
+  fOpenFileName.nFilterIndex = filterIndex;
+  fOpenFileName.lpstrFile = WinBuffer(fFileBuffer);
+  fOpenFileName.nMaxFile = kMaxFileNameLength + 1;
+  fOpenFileName.nMaxFileTitle = kMaxFileTitleLength;
+  fOpenFileName.lpstrInitialDir = WinText(fInitialFolder);
+  if (!fPrompt.empty()) fOpenFileName.lpstrTitle = WinText(fPrompt);
+  fOpenFileName.Flags = flags;
+  fOpenFileName.lpstrDefExt = WinText(fDefaultExtension);
+  fOpenFileName.lCustData = reinterpret_cast<LPARAM>(this);
+  fOpenFileName.lpfnHook = HookProc;
+}
+
+void CFileNameDialogInfo::SetDefaultExtension(const TString& extension) {
+  CopyText(fDefaultExtension, extension);
+}
+
+const CFileType* CFileNameDialogInfo::GetFileTypeAt(DWORD filterIndex) const {
+  return filterIndex == 0 || filterIndex > fFileTypes.size() ? nullptr : &fFileTypes[filterIndex - 1];
+}
+
+std::string CFileNameDialogInfo::ShowDialog() {
+  for (;;) {
+    fChosenType = 0;
+    if (!ShowSystemDialog(fOpenFileName)) return std::string();  // cancelled, or failed
+    if (fOpenFileName.nFilterIndex == 0) {
+      MORVANE_UNREACHED();
+      return std::string();
+    }
+    TString path = NSTextPackage::ArrayToString(fFileBuffer);
+    fChosenType = TypeIndexForFile(fFileTypes, path);
+    if (fChosenType == 0) fChosenType = fOpenFileName.nFilterIndex;
+    const CFileType* const fileType = GetFileTypeAt(fChosenType);
+    const TString file = FileForPath(path, fileType ? *fileType : CFileType());
+    if (file.empty()) {
+      CopyText(fFileBuffer, path);
+      continue;
+    }
+    TDialogMemory& memory = GetMemory();
+    memory.fFolder = path.substr(0, fOpenFileName.nFileOffset);
+    memory.fLastExtensions = fileType ? fileType->fExtensions : TString();
+    return PathToFileURL(file);
+  }
+}
+
+// --- The hook
+
+CFileNameDialogInfo* CFileNameDialogInfo::FromRecord(const OPENFILENAMEW* openFileName) {
+  return openFileName ? reinterpret_cast<CFileNameDialogInfo*>(openFileName->lCustData) : nullptr;
+}
+
+UINT_PTR CALLBACK CFileNameDialogInfo::HookProc(HWND hwnd, UINT message, WPARAM, LPARAM lParam) {
+  if (message != WM_INITDIALOG && message != WM_NOTIFY) return 0;
+  const HWND parent = GetParent(hwnd);
+  try {
+    if (message == WM_INITDIALOG) {
+      const auto openFileName = reinterpret_cast<const OPENFILENAMEW*>(lParam);
+      MORVANE_ASSERT(0!=openFileName);
+      CFileNameDialogInfo* const info = FromRecord(openFileName);
+      if (!info) return 0;
+      // Without its frame the dialog does not tell when it is on the screen.
+      try {
+        MORVANE_ASSERT(parent != 0);
+        info->OnInitDialog(hwnd, parent);
+      } catch (...) {
+        info->SignalOpen();
+        throw;
+      }
+      return 0;
+    }
+    MORVANE_ASSERT(0!=lParam);
+    const auto notification = reinterpret_cast<const OFNOTIFYW*>(lParam);
+    if (!notification) return 0;
+    CFileNameDialogInfo* const info = FromRecord(notification->lpOFN);
+    if (!info || !info->OnNotify(hwnd, parent, notification->hdr)) return 0;
+    SetWindowLongPtrW(hwnd, DWLP_MSGRESULT, 1);
+    return 1;
+  } catch (...) {
+    MORVANE_UNREACHED();
+    return 0;
+  }
+}
+
+bool GetDialogText(HWND frame, UINT message, std::size_t bufferSize, TString& outText) {
+  std::vector<TChar> buffer(bufferSize + 1);
+  const LRESULT result = SendMessageW(frame, message, bufferSize, reinterpret_cast<LPARAM>(buffer.data()));
+  if (result >= static_cast<LRESULT>(bufferSize)) return false;
+  outText = result < 1 ? TString() : TString(buffer.data());
+  return true;
+}
+
+}  // namespace NSMorvane
