@@ -67,7 +67,7 @@ std::string CFileNameDialogInfo::ShowDialog() {
       MORVANE_UNREACHED();
       return std::string();
     }
-    TString path = NSTextPackage::ArrayToString(fFileBuffer);
+    TString path = GetPath();
     fChosenType = TypeIndexForFile(fFileTypes, path);
     if (fChosenType == 0) fChosenType = fOpenFileName.nFilterIndex;
     const CFileType* const fileType = GetFileTypeAt(fChosenType);

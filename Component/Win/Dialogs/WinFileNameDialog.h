@@ -2,8 +2,9 @@
 // file types, and the file that comes back.
 #pragma once
 
-#include <commdlg.h>
 #include <windows.h>
+
+#include <commdlg.h>
 
 #include <cstdint>
 #include <string>
@@ -38,6 +39,8 @@ class CFileNameDialogInfo : public CFileDialogInfo {
   void SetDefaultExtension(const TString& extension);
 
   const std::vector<CFileType>& GetFileTypes() const { return fFileTypes; }
+  // What stands in the record: the name to begin with, and later what the system has made of the typed one.
+  TString GetPath() const { return NSTextPackage::ArrayToString(fFileBuffer); }
   // The chosen type; null if there is none.
   const CFileType* GetFileTypeAt(DWORD filterIndex) const;
   // Counted from 1, or 0; after a run that has ended with a file.

@@ -1,8 +1,9 @@
 // The folder chooser.
 #pragma once
 
-#include <shlobj.h>
 #include <windows.h>
+
+#include <shlobj.h>
 
 #include <string>
 

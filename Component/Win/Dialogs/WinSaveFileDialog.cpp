@@ -39,6 +39,9 @@ TString GetTypedName(HWND frame) {
   return NSTextPackage::ArrayToString(buffer);
 }
 
+// Without the folders.
+TString FileOf(const TString& path) { return path.substr(path.rfind(u'\\') + 1); }
+
 // Into the control that this dialog has for the name.
 void SetTypedName(HWND frame, const TString& name) {
   const int control = GetDlgItem(frame, kNameComboBox) ? kNameComboBox : kNameEdit;
@@ -136,11 +139,15 @@ void CSaveFileDialogInfo::OnTypeChange(HWND frame) {
 }
 
 // True if the OK is refused: it comes again by itself, with the completed name, so that the system asks about
-// that before it overwrites a file. No name is refused twice.
+// that before it overwrites a file. Not if the system has completed the name in the same way and has asked;
+// and no name is refused twice.
 bool CSaveFileDialogInfo::OnFileOk(HWND frame) {
   const TString name = GetTypedName(frame);
   const TString completed = CompletedName(name, GetFileTypes(), GetSelectedType());
-  if (completed == name || name == fRefusedName || completed.size() > kMaxFileNameLength) {
+  const bool isComplete =
+      completed == name || NSTextPackage::CompareTextIgnoringCase(FileOf(completed), FileOf(GetPath())) ==
+                               NSTextPackage::kTextEqual;
+  if (isComplete || name == fRefusedName || completed.size() > kMaxFileNameLength) {
     RememberPlace(frame);
     return false;
   }

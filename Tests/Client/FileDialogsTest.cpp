@@ -1,0 +1,457 @@
+// The file dialogs of the system, driven as a user does: what is given to the client, when, and what is
+// remembered.
+#include <windows.h>
+
+#include <commdlg.h>
+#include <dlgs.h>
+#include <shlobj.h>
+
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+#include "Support/ClientWindows.h"
+#include "Support/PatchedImport.h"
+
+namespace NSMorvaneTest {
+
+namespace {
+
+enum : int { kNameComboBox = 1148, kTypeComboBox = cmb1 };
+
+TFileType FileType(const char16_t* name, const char16_t* extensions) {
+  TFileType type = {};
+  CopyText(type.fName, name);
+  CopyText(type.fExtensions, extensions);
+  return type;
+}
+
+std::wstring TextOf(HWND hwnd) {
+  wchar_t text[2000] = {};
+  if (hwnd) SendMessageW(hwnd, WM_GETTEXT, 2000, reinterpret_cast<LPARAM>(text));
+  return text;
+}
+
+// The dialog boxes of this process that are on the screen.
+std::vector<HWND> DialogBoxes() {
+  std::vector<HWND> boxes;
+  EnumWindows(
+      [](HWND hwnd, LPARAM list) -> BOOL {
+        DWORD process = 0;
+        wchar_t name[20] = {};
+        GetWindowThreadProcessId(hwnd, &process);
+        GetClassNameW(hwnd, name, 20);
+        if (process == GetCurrentProcessId() && std::wcscmp(name, L"#32770") == 0 && IsWindowVisible(hwnd))
+          reinterpret_cast<std::vector<HWND>*>(list)->push_back(hwnd);
+        return TRUE;
+      },
+      reinterpret_cast<LPARAM>(&boxes));
+  return boxes;
+}
+
+// The system's file dialog, or null.
+HWND FileDialog() {
+  for (const HWND box : DialogBoxes())
+    if (GetDlgItem(box, kNameComboBox)) return box;
+  return nullptr;
+}
+// A question of the system's over a dialog, or null.
+HWND MessageBoxOver(HWND dialog) {
+  for (const HWND box : DialogBoxes())
+    if (GetWindow(box, GW_OWNER) == dialog) return box;
+  return nullptr;
+}
+
+void Press(HWND dialog, int button) { PostMessageW(dialog, WM_COMMAND, MAKEWPARAM(button, BN_CLICKED), 0); }
+
+void ChooseType(HWND dialog, int index) {
+  const HWND box = GetDlgItem(dialog, kTypeComboBox);
+  SendMessageW(box, CB_SETCURSEL, index, 0);
+  for (const int news : {CBN_SELENDOK, CBN_SELCHANGE})
+    SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(kTypeComboBox, news), reinterpret_cast<LPARAM>(box));
+}
+
+}  // namespace
+
+class FileDialogsTest : public ClientWindowTest {
+ protected:
+  struct Opener : IOpenDialogBehavior, CallRecorder {
+    TError IOpenDialogBehavior_OnPerform(const char* const* urls, std::uint32_t count) override {
+      EXPECT_EQ(count, 1u);
+      return Call("open:", urls[0]);
+    }
+    TError IOpenDialogBehavior_OnCancel() override { return Call("cancel"); }
+  };
+  struct Saver : ISaveAsDialogBehavior, CallRecorder {
+    TError ISaveAsDialogBehavior_OnPerform(const char* url, const TFileType& type) override {
+      const std::u16string name = type.fName;
+      return Call("save:", url + ("," + std::string(name.begin(), name.end())));
+    }
+    TError ISaveAsDialogBehavior_OnCancel() override { return Call("cancel"); }
+  };
+  struct Chooser : IDirectoryChooserBehavior, CallRecorder {
+    TError IDirectoryChooserBehavior_OnPerform(const char* url) override { return Call("folder:", url); }
+    TError IDirectoryChooserBehavior_OnCancel() override { return Call("cancel"); }
+  };
+
+  FileDialogsTest() {
+    fFolder = std::filesystem::temp_directory_path() /
+              (L"Morvane Dialogs.d " + std::to_wstring(GetCurrentProcessId()));
+    std::filesystem::create_directory(fFolder);
+    for (const wchar_t* name : {L"old.wav", L"100%# \u00E4\u4E2D.txt", L"bare"})
+      std::ofstream(fFolder / name) << "x";
+  }
+  ~FileDialogsTest() override {
+    std::filesystem::current_path(fFolder.parent_path());  // the system's dialogs have changed it
+    std::filesystem::remove_all(fFolder);
+    RegDeleteTreeW(HKEY_CURRENT_USER, (L"Software\\" + fCompany).c_str());
+  }
+
+  std::string UrlOf(const wchar_t* name) const {
+    const std::u8string path = (fFolder / name).u8string();
+    return "file://" + std::string(path.begin(), path.end());
+  }
+  TError CreateOpen(TFlag blocking = 0, IModalOwner* owner = nullptr,
+                    IOpenDialogCustomizeBehavior* customize = nullptr) {
+    return fMorvane->IMorvane_CreateOpenDialog(&fOpener, 7, owner, blocking, 1, fTypes.data(),
+                                               static_cast<std::uint32_t>(fTypes.size()), u"Which one?",
+                                               customize);
+  }
+  TError CreateSave(const std::u16string& name, TFlag blocking = 0) {
+    return fMorvane->IMorvane_CreateSaveAsDialog(&fSaver, 7, nullptr, blocking, name.c_str(), fTypes.data(),
+                                                 static_cast<std::uint32_t>(fTypes.size()), nullptr);
+  }
+  HWND ShowOpen(IModalOwner* owner = nullptr, IOpenDialogCustomizeBehavior* customize = nullptr) {
+    EXPECT_EQ(CreateOpen(0, owner, customize), kOK);
+    return Shown();
+  }
+  HWND ShowSave(const std::u16string& name) {
+    EXPECT_EQ(CreateSave(name), kOK);
+    return Shown();
+  }
+  HWND Shown() {
+    EXPECT_TRUE(YieldUntil([] { return FileDialog() != nullptr; }));
+    return FileDialog();
+  }
+  void Type(HWND dialog, const std::wstring& name) {
+    EXPECT_TRUE(SetDlgItemTextW(dialog, kNameComboBox, name.c_str()));
+  }
+  // The dialog ends, and the client hears of it.
+  std::string ResultOf(CallRecorder& recorder) {
+    EXPECT_TRUE(YieldUntil([&] { return !recorder.fLog.Last().empty(); }));
+    EXPECT_TRUE(YieldUntil([] { return FileDialog() == nullptr; }));
+    return recorder.fLog.Take();
+  }
+  std::string Accept(HWND dialog, const std::wstring& name, CallRecorder& recorder) {
+    Type(dialog, name);
+    Press(dialog, IDOK);
+    return ResultOf(recorder);
+  }
+  std::wstring Remembered(const wchar_t* key, const wchar_t* value) {
+    wchar_t text[2000] = {};
+    DWORD size = sizeof(text);
+    const std::wstring path = L"Software\\" + fCompany + L"\\Scenario\\Preferences\\" + key;
+    RegGetValueW(HKEY_CURRENT_USER, path.c_str(), value, RRF_RT_REG_SZ, nullptr, text, &size);
+    return text;
+  }
+  bool IsAnythingRemembered() {
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(HKEY_CURRENT_USER, (L"Software\\" + fCompany).c_str(), 0, KEY_READ, &key)) return false;
+    RegCloseKey(key);
+    return true;
+  }
+  // Drives a dialog that blocks this thread.
+  static std::thread Driver(std::function<void(HWND)> drive) {
+    return std::thread([drive = std::move(drive)] {
+      const ULONGLONG deadline = GetTickCount64() + kWaitLimitMS;
+      while (!FileDialog() && GetTickCount64() < deadline) Sleep(5);
+      drive(FileDialog());
+    });
+  }
+
+  std::filesystem::path fFolder;
+  std::vector<TFileType> fTypes = {FileType(u"Sound", u".wav;.aiff"), FileType(u"Text", u".txt")};
+  Opener fOpener;
+  Saver fSaver;
+  Chooser fChooser;
+};
+
+TEST_IN_RUN(FileDialogsTest, OpensWhatIsTypedAndRemembersIt) {
+  Open();
+  HWND dialog = ShowOpen();
+  EXPECT_FALSE(IsWindowEnabled(Hwnd()));
+  EXPECT_EQ(TextOf(dialog), L"Which one?");
+  EXPECT_EQ(TextOf(GetDlgItem(dialog, kTypeComboBox)).find(L"All"), 0u) << "the combined type comes first";
+  // A file with the extension of another type, one that the code page does not have, one without any.
+  EXPECT_EQ(Accept(dialog, fFolder / L"old.wav", fOpener), "open:" + UrlOf(L"old.wav"));
+  EXPECT_TRUE(YieldUntil([&] { return IsWindowEnabled(Hwnd()) && GetActiveWindow() == Hwnd(); }));
+  EXPECT_EQ(Remembered(L"Open Dialog7", L"Last file type extensions"), L".wav;.aiff");
+  EXPECT_EQ(Remembered(L"Open Dialog7", L"Initial folder"), fFolder.wstring() + L"\\");
+  dialog = ShowOpen();
+  EXPECT_EQ(SendDlgItemMessageW(dialog, kTypeComboBox, CB_GETCURSEL, 0, 0), 0);
+  SetWindowPos(dialog, nullptr, 37, 41, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+  EXPECT_EQ(Accept(dialog, L"100%# \u00E4\u4E2D.txt", fOpener), "open:" + UrlOf(L"100%# \u00E4\u4E2D.txt"));
+  dialog = ShowOpen();
+  EXPECT_EQ(NativeFrame(dialog).fLeft, 37);
+  EXPECT_EQ(NativeFrame(dialog).fTop, 41);
+  EXPECT_EQ(Accept(dialog, L"bare", fOpener), "open:" + UrlOf(L"bare"));
+  // A file that is not there is asked for once more, by the system.
+  dialog = ShowOpen();
+  Type(dialog, L"missing.wav");
+  Press(dialog, IDOK);
+  EXPECT_TRUE(YieldUntil([&] { return MessageBoxOver(dialog) != nullptr; }));
+  Press(MessageBoxOver(dialog), IDOK);
+  EXPECT_TRUE(YieldUntil([&] { return MessageBoxOver(dialog) == nullptr; }));
+  Press(dialog, IDCANCEL);
+  EXPECT_EQ(ResultOf(fOpener), "cancel");
+}
+
+TEST_IN_RUN(FileDialogsTest, CancelsInEachWayAndRemembersNothing) {
+  Open();
+  for (const std::function<void(HWND)>& cancel : std::vector<std::function<void(HWND)>>{
+           [](HWND dialog) { Press(dialog, IDCANCEL); },
+           [](HWND dialog) { PostMessageW(dialog, WM_SYSCOMMAND, SC_CLOSE, 0); },
+           [this](HWND dialog) {
+             EXPECT_TRUE(YieldUntil([=] { return GetForegroundWindow() == dialog; }));
+             SendInputs({KeyInput(VK_ESCAPE), KeyInput(VK_ESCAPE, KEYEVENTF_KEYUP)});
+           }}) {
+    cancel(ShowOpen());
+    EXPECT_EQ(ResultOf(fOpener), "cancel");
+    EXPECT_FALSE(IsAnythingRemembered());
+    EXPECT_TRUE(YieldUntil([&] { return IsWindowEnabled(Hwnd()) != FALSE; }));
+  }
+}
+
+TEST_IN_RUN(FileDialogsTest, SavesUnderANameWithAnExtension) {
+  Open();
+  const std::u16string folder = fFolder.u16string() + u"\\";
+  struct TCase {
+    std::u16string fTemplate;
+    std::wstring fShown, fTyped, fResult;
+    const char* fType;
+  };
+  for (const TCase& c : std::vector<TCase>{{u"song", L"song.wav", L"", L"song.wav", "Sound"},
+                                           {u"a.txt", L"a.txt", L"", L"a.txt", "Text"},
+                                           {u"song.wav", L"song.wav", L"tune", L"tune.wav", "Sound"},
+                                           {u"song.wav", L"song.wav", L"tune.TXT", L"tune.TXT", "Text"},
+                                           {u"song", L"song.txt", L"tune.x", L"tune.x.txt", "Text"}}) {
+    HWND dialog = ShowSave(folder + c.fTemplate);
+    EXPECT_EQ(std::filesystem::path(TextOf(GetDlgItem(dialog, kNameComboBox))).filename(), c.fShown);
+    const std::wstring typed = c.fTyped.empty() ? L"" : (fFolder / c.fTyped).wstring();
+    if (!typed.empty()) Type(dialog, typed);
+    Press(dialog, IDOK);
+    EXPECT_EQ(ResultOf(fSaver), "save:" + UrlOf(c.fResult.c_str()) + "," + c.fType);
+  }
+  // The type that is chosen decides, for the name as well.
+  HWND dialog = ShowSave(folder + u"song.wav");
+  ChooseType(dialog, 1);
+  EXPECT_EQ(std::filesystem::path(TextOf(GetDlgItem(dialog, kNameComboBox))).filename(), L"song.txt");
+  EXPECT_EQ(Accept(dialog, fFolder / L"new", fSaver), "save:" + UrlOf(L"new.txt") + ",Text");
+  EXPECT_EQ(Remembered(L"Save Dialog7", L"Last file type extensions"), L".txt");
+}
+
+TEST_IN_RUN(FileDialogsTest, AsksBeforeItOverwrites) {
+  Open();
+  const HWND dialog = ShowSave(fFolder.u16string() + u"\\song");
+  for (const wchar_t* name : {L"old.wav", L"old"}) {
+    Type(dialog, fFolder / name);
+    Press(dialog, IDOK);
+    ASSERT_TRUE(YieldUntil([=] { return MessageBoxOver(FileDialog()) != nullptr; })) << name;
+    Press(MessageBoxOver(FileDialog()), IDNO);
+    EXPECT_TRUE(YieldUntil([=] { return FileDialog() && !MessageBoxOver(FileDialog()); }));
+    EXPECT_TRUE(fSaver.fLog.Last().empty());
+  }
+  Type(FileDialog(), fFolder / L"old");
+  Press(FileDialog(), IDOK);
+  EXPECT_TRUE(YieldUntil([=] { return MessageBoxOver(FileDialog()) != nullptr; }));
+  Press(MessageBoxOver(FileDialog()), IDYES);
+  EXPECT_EQ(ResultOf(fSaver), "save:" + UrlOf(L"old.wav") + ",Sound");
+}
+
+TEST_IN_RUN(FileDialogsTest, BlocksItsOwnerOnlyOrTheCaller) {
+  Open();
+  WindowRecord& other = MakeDocument("other");
+  const HWND dialog = ShowOpen(fRecord.fOwner);
+  EXPECT_FALSE(IsWindowEnabled(Hwnd()));
+  EXPECT_TRUE(IsWindowEnabled(other.fHwnd));
+  EXPECT_EQ(GetWindow(dialog, GW_OWNER), Hwnd());
+  Press(dialog, IDCANCEL);
+  EXPECT_EQ(ResultOf(fOpener), "cancel");
+  EXPECT_TRUE(YieldUntil([&] { return IsWindowEnabled(Hwnd()) != FALSE; }));
+  // On this thread: idle calls go on, and a client that fails has nobody to tell.
+  fOpener.fHooks["open:"] = kOtherError;
+  fSaver.fHooks["cancel"] = kOtherError;
+  const int idleCalls = fRun.fIdleCalls;
+  std::thread driver = Driver([&](HWND box) {
+    while (fRun.fIdleCalls == idleCalls) Sleep(5);
+    EXPECT_FALSE(IsWindowEnabled(other.fHwnd));
+    SetDlgItemTextW(box, kNameComboBox, (fFolder / L"old.wav").c_str());
+    Press(box, IDOK);
+  });
+  EXPECT_EQ(CreateOpen(1), kOK);
+  driver.join();
+  EXPECT_EQ(fOpener.fLog.Take(), "open:" + UrlOf(L"old.wav"));
+  EXPECT_EQ(fOutput.CountLines("Error performing open!"), 1);
+  driver = Driver([](HWND box) { Press(box, IDCANCEL); });
+  EXPECT_EQ(CreateSave(u"x", 1), kOK);
+  driver.join();
+  EXPECT_EQ(fSaver.fLog.Take(), "cancel");
+  EXPECT_EQ(fOutput.CountLines("Error cancelling save!"), 1);
+  EXPECT_TRUE(IsWindowEnabled(Hwnd()));
+  EXPECT_TRUE(IsWindowEnabled(other.fHwnd));
+}
+
+TEST_IN_RUN(FileDialogsTest, SystemThatRefusesIsACancel) {
+  static BOOL (*const refuse)(OPENFILENAMEW*) = [](OPENFILENAMEW*) { return FALSE; };
+  {
+    const PatchedImport open(L"Morvane.dll", "GetOpenFileNameW", refuse);
+    EXPECT_EQ(CreateOpen(), kOK);
+    EXPECT_TRUE(fOpener.fLog.Last().empty()) << "the result comes in the loop, and not within the call";
+    EXPECT_EQ(ResultOf(fOpener), "cancel");
+  }
+  static HANDLE (*const noThread)(SECURITY_ATTRIBUTES*, SIZE_T, LPTHREAD_START_ROUTINE, void*, DWORD,
+                                  DWORD*) = [](auto...) { return HANDLE(); };
+  const PatchedImport thread(L"Morvane.dll", "CreateThread", noThread);
+  EXPECT_EQ(CreateOpen(), kOutOfMemoryError);
+  // A filter that is too long for the system's dialog.
+  fTypes.assign(3, FileType(u"", u""));
+  for (TFileType& type : fTypes) CopyText(type.fExtensions, u"." + std::u16string(1000, u'x'));
+  EXPECT_EQ(CreateOpen(), kOutOfMemoryError);
+}
+
+TEST_IN_RUN(FileDialogsTest, GoesWithTheApplication) {
+  Open();
+  ShowOpen();
+  fOpener.fHooks["cancel"] = [this] { fRun.fLog.Add("cancelled"); };
+  fRun.fHooks["CleanUp"] = [this] {
+    EXPECT_EQ(FileDialog(), nullptr);
+    EXPECT_EQ(fRun.fLog.Count("cancelled"), 1) << "before the application is cleaned up";
+  };
+}
+
+TEST_IN_RUN(FileDialogsTest, ChoosesFolders) {
+  Open();
+  static std::wstring given;
+  static std::wstring chosen;
+  // The answer is made up; the calls are real.
+  static LPITEMIDLIST (*const browse)(BROWSEINFOW*) = [](BROWSEINFOW* info) -> LPITEMIDLIST {
+    EXPECT_EQ(info->ulFlags, 0x51u);
+    given = info->lpszTitle;
+    return chosen.empty() ? nullptr : ILCreateFromPathW(chosen.c_str());
+  };
+  const auto choose = [&](TFlag blocking) {
+    EXPECT_EQ(fMorvane->IMorvane_CreateDirectoryChooserDialog(&fChooser, 3, nullptr, blocking, u"Where to?"),
+              kOK);
+  };
+  {
+    const PatchedImport patched(L"Morvane.dll", "SHBrowseForFolderW", browse);
+    chosen = fFolder;
+    choose(1);
+    EXPECT_EQ(fChooser.fLog.Take(), "folder:" + UrlOf(L""));
+    EXPECT_EQ(given, L"Where to?");
+    EXPECT_EQ(Remembered(L"Folder Chooser3", L"Folder"), fFolder.wstring() + L"\\");
+    chosen = L"C:\\";
+    choose(1);
+    EXPECT_EQ(fChooser.fLog.Take(), "folder:file://C:\\");
+    chosen.clear();
+    choose(1);
+    EXPECT_EQ(fChooser.fLog.Take(), "cancel");
+    chosen = fFolder;
+    choose(0);
+  }
+  // The real one, which begins with what is remembered, and blocks the application.
+  std::thread driver([&] {
+    const ULONGLONG deadline = GetTickCount64() + kWaitLimitMS;
+    while (DialogBoxes().empty() && GetTickCount64() < deadline) Sleep(5);
+    EXPECT_FALSE(IsWindowEnabled(Hwnd()));
+    Press(DialogBoxes().front(), IDCANCEL);
+  });
+  choose(1);
+  driver.join();
+  EXPECT_EQ(fChooser.fLog.Take(), "cancel") << "one with a thread of its own has told nobody";
+  EXPECT_TRUE(IsWindowEnabled(Hwnd()));
+}
+
+TEST_IN_RUN(FileDialogsTest, CarriesControlsOfTheClient) {
+  // On the thread of the dialog.
+  struct LockedRecorder : CallRecorder {
+    TError Say(const std::string& name, const std::string& argument = "", TFlag* outHandled = nullptr) {
+      const std::lock_guard guard(fLock);
+      return Call(name, argument, outHandled);
+    }
+    int Count(const std::string& call) {
+      const std::lock_guard guard(fLock);
+      return fLog.Count(call);
+    }
+    std::mutex fLock;
+  };
+  struct Customizer : CDefaultOpenDialogCustomizeBehavior {
+    explicit Customizer(LockedRecorder& record) : fRecord(record) {}
+    ~Customizer() override { fRecord.Say("deleted"); }
+    TError IOpenDialogCustomizeBehavior_GetTemplateID(std::uint32_t& outID) override {
+      outID = 300;
+      return fRecord.Say("template");
+    }
+    TError IOpenDialogCustomizeBehavior_OnFolderChanged(IOpenDialogInstance&, const char* url) override {
+      return fRecord.Say("in:", url);
+    }
+    TError IOpenDialogCustomizeBehavior_OnSelectionChanged(IOpenDialogInstance&, const char* url) override {
+      return fRecord.Say("at:", url);
+    }
+    TError IOpenDialogCustomizeBehavior_OnInitDone(IOpenDialogInstance& instance) override {
+      TNativeWindow button = {}, name = {}, dialog = {};
+      IModalOwner* owner = nullptr;
+      EXPECT_EQ(instance.IOpenDialogInstance_GetControlHandle(301, button), kOK);
+      EXPECT_EQ(instance.IOpenDialogInstance_GetControlHandle(kNameComboBox, name), kOK);
+      EXPECT_EQ(instance.IOpenDialogInstance_GetModalOwner(owner), kOK);
+      EXPECT_EQ(owner->IModalOwner_GetNativeWindow(dialog), kOK);
+      EXPECT_EQ(TextOf(button.fHwnd), L"Preview");
+      EXPECT_EQ(GetDlgItem(dialog.fHwnd, kNameComboBox), name.fHwnd);
+      return fRecord.Say("init");
+    }
+    TError IOpenDialogCustomizeBehavior_OnCommand(IOpenDialogInstance&, std::int32_t id,
+                                                  TFlag& outHandled) override {
+      return fRecord.Say("command:", std::to_string(id), &outHandled);
+    }
+    TError IOpenDialogCustomizeBehavior_OnSize(IOpenDialogInstance&, TNativeWindow, std::int32_t width,
+                                               std::int32_t) override {
+      EXPECT_GT(width, 0);
+      return fRecord.Say("size");
+    }
+    TError IOpenDialogCustomizeBehavior_OnPaint(IOpenDialogInstance&, TNativeWindow) override {
+      return fRecord.Say("paint");
+    }
+    LockedRecorder& fRecord;
+  };
+  Open();
+  LockedRecorder record;
+  EXPECT_EQ(Accept(ShowOpen(), fFolder / L"old.wav", fOpener), "open:" + UrlOf(L"old.wav"));  // the folder
+  for (const bool fails : {false, true}) {
+    if (fails) {
+      for (const char* hook : {"in:", "at:", "init", "command:", "size", "paint"})
+        record.fHooks[hook] = kOtherError;
+    }
+    const HWND dialog = ShowOpen(nullptr, new Customizer(record));
+    const HWND hookWindow = FindWindowExW(dialog, nullptr, L"#32770", nullptr);
+    ASSERT_TRUE(hookWindow);
+    EXPECT_TRUE(GetDlgItem(hookWindow, 301));
+    Type(dialog, L"old.wav");
+    SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(kNameComboBox, CBN_EDITCHANGE),
+                 reinterpret_cast<LPARAM>(GetDlgItem(dialog, kNameComboBox)));
+    SendMessageW(GetDlgItem(hookWindow, 301), BM_CLICK, 0, 0);
+    Press(dialog, IDOK);
+    EXPECT_EQ(ResultOf(fOpener), "open:" + UrlOf(L"old.wav"));
+    EXPECT_TRUE(YieldUntil([&] { return record.Count("deleted") == 1; }));
+    EXPECT_EQ(record.Count("template"), 1);
+    EXPECT_EQ(record.Count("init"), 1);
+    EXPECT_EQ(record.Count("command:301"), 1);
+    EXPECT_GE(record.Count("at:" + UrlOf(L"old.wav")), 1) << "typing is a change of the selection";
+    record.fLog.Take();
+    EXPECT_EQ(fOutput.CountLines("IOpenDialogCustomizeBehavior_OnSize failed!") > 0, fails);
+  }
+  record.fHooks["template"] = kOtherError;
+  EXPECT_EQ(CreateOpen(0, nullptr, new Customizer(record)), kOtherError);
+  EXPECT_EQ(record.fLog.Take(), "template deleted");
+}
+
+}  // namespace NSMorvaneTest
