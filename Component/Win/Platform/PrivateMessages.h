@@ -25,11 +25,9 @@ enum : UINT {
   kMsgPushAppModal = 1133,
   kMsgPopAppModal = 1134,
   // Posted to the main thread, without a window, by the threads of the file dialogs: wParam 1 or 0, lParam
-  // the
-  // id of the other thread.
+  // the id of the other thread.
   kMsgAppActivation = 1136,
-  // As the results of the other dialogs; nothing in the library posts these, as a folder chooser with a
-  // thread
+  // As the results of the other dialogs. Nothing in the library posts these: a folder chooser with a thread
   // of its own ends in silence.
   kMsgFolderDialogAccepted = 1137,
   kMsgFolderDialogCancelled = 1138,
