@@ -1,5 +1,4 @@
-// Alert boxes, the save-changes dialog, and the file dialogs. The file dialogs are not built yet: their
-// operations give kUnsupported.
+// Alert boxes, the save-changes dialog, and the file dialogs.
 #pragma once
 
 #include "MorvaneTypes.h"
@@ -70,9 +69,12 @@ struct TFileType {
   TChar fExtensions[1028];  // with their dots, separated by semicolons: ".aiff;.aif;.aifc"
 };
 
-// Implemented by the client: gets the result of an open dialog, on the main thread.
+// Implemented by the client: gets the result of an open dialog, on the main thread. One of the two operations
+// is called, once. What the behaviours of the file dialogs answer is delivered as an unhandled error if it is
+// not kOK.
 class IOpenDialogBehavior {
  public:
+  // `count` is 1. The texts are valid during the call.
   virtual TError IOpenDialogBehavior_OnPerform(const char* const* urls, std::uint32_t count) = 0;
   virtual TError IOpenDialogBehavior_OnCancel() = 0;
 
@@ -82,13 +84,15 @@ class IOpenDialogBehavior {
 // Implemented by the client: gets the result of a save dialog, on the main thread.
 class ISaveAsDialogBehavior {
  public:
+  // `fileType` is the first of the types that lists the extension of the file, or else the chosen one.
   virtual TError ISaveAsDialogBehavior_OnPerform(const char* url, const TFileType& fileType) = 0;
   virtual TError ISaveAsDialogBehavior_OnCancel() = 0;
 
   virtual ~ISaveAsDialogBehavior() = default;
 };
 
-// Implemented by the client: gets the result of a folder chooser, on the main thread.
+// Implemented by the client: gets the result of a blocking folder chooser, on the main thread. One with a
+// thread of its own gives none.
 class IDirectoryChooserBehavior {
  public:
   virtual TError IDirectoryChooserBehavior_OnPerform(const char* url) = 0;
@@ -100,29 +104,42 @@ class IDirectoryChooserBehavior {
 // An open dialog that is running, passed to its customise behaviour.
 class IOpenDialogInstance {
  public:
+  // A control of the client's template or, if that has none with this number, of the system's dialog; null if
+  // there is none there either. kBadInputProgrammingError if the dialog has gone.
   virtual TError IOpenDialogInstance_GetControlHandle(std::int32_t controlID, TNativeWindow& outHandle) = 0;
+  // The dialog as an owner, for its native window. It lives as long as the instance, which is as long as the
+  // dialog.
   virtual TError IOpenDialogInstance_GetModalOwner(IModalOwner*& outOwner) = 0;
 
  protected:
   virtual ~IOpenDialogInstance() = default;
 };
 
-// Implemented by the client: puts controls of its own into an open dialog. It is called on the dialog's
-// thread. The library deletes it.
+// Implemented by the client: puts controls of its own into an open dialog. All but GetTemplateID is called on
+// the dialog's thread, which for a dialog that does not block is not the main thread: nothing of the library
+// may be called there but IMorvane_PostAppMessage and IMorvane_WakeUpIdle. A code other than kOK is logged,
+// and the dialog goes on. The library deletes it.
 class IOpenDialogCustomizeBehavior {
  public:
   virtual ~IOpenDialogCustomizeBehavior() = default;
 
-  // The number of the dialog template in the executable's resources.
+  // The number of the dialog template in the executable's resources, of which the low 16 bits count. Its
+  // style has WS_CHILD and WS_CLIPSIBLINGS. A code other than kOK is that of IMorvane_CreateOpenDialog.
   virtual TError IOpenDialogCustomizeBehavior_GetTemplateID(std::uint32_t& outID) = 0;
+  // The URL of a folder ends in a backslash. Empty for what is no folder of the file system.
   virtual TError IOpenDialogCustomizeBehavior_OnFolderChanged(IOpenDialogInstance& instance,
                                                               const char* folderURL) = 0;
+  // A file or a folder is selected, or a name is typed: its URL, or empty if there is no such file.
   virtual TError IOpenDialogCustomizeBehavior_OnSelectionChanged(IOpenDialogInstance& instance,
                                                                  const char* fileURL) = 0;
+  // The controls are there, and the dialog has its place.
   virtual TError IOpenDialogCustomizeBehavior_OnInitDone(IOpenDialogInstance& instance) = 0;
+  // A control of the template has sent a command. If `outHandled` is 1, the dialog ignores it.
   virtual TError IOpenDialogCustomizeBehavior_OnCommand(IOpenDialogInstance& instance, std::int32_t controlID,
                                                         TFlag& outHandled) = 0;
   virtual TError IOpenDialogCustomizeBehavior_OnHelp(IOpenDialogInstance& instance, TFlag& outHandled) = 0;
+  // `window` is the one that the template has been put into, and in the middle of its BeginPaint; sizes are
+  // in pixels.
   virtual TError IOpenDialogCustomizeBehavior_OnPaint(IOpenDialogInstance& instance,
                                                       TNativeWindow window) = 0;
   virtual TError IOpenDialogCustomizeBehavior_OnSize(IOpenDialogInstance& instance, TNativeWindow window,

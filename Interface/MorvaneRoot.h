@@ -304,17 +304,41 @@ class IMorvane {
   // what has changed in both, otherwise the outer one still shows its copy of the old pixels.
   virtual TError IMorvane_InvalidateView(IView& view, const TRect& rect) = 0;
 
-  // --- File dialogs. Not built yet: they give kUnsupported, except for the question whether to save changes.
-  // `dialogContext` selects the folder, position and file type that are remembered.
+  // --- File dialogs
+  // The dialogs of the system. What they have in common:
+  // `behavior` gets the result, on the main thread; it may be null. The client keeps its ownership and keeps
+  // it alive until then. `modalOwner` is the window that the dialog blocks and appears over; without one it
+  // blocks the application. If `blockingAppModalDialogFlag` is 0, the dialog runs on a thread of its own: the
+  // call returns when the dialog is on the screen, and the result comes later, in the run loop, even if the
+  // system could not show the dialog, which counts as cancelled. If it is 1, which is possible only without
+  // an owner, the call returns after the result; a code that the behaviour answers is only logged then.
+  // `prompt` is the title, or null for that of the system. The folder, the place on the screen and the file
+  // type of the last result are remembered under the number `dialogContext`, in the registry. The system's
+  // dialog may change the current directory of the process. When the run ends, dialogs that are still open
+  // are closed as cancelled. kIllegalCallSequenceProgrammingError outside IMorvane_Run, kOutOfMemoryError if
+  // there can be no thread or if names and extensions of the types are too long for the system (1301
+  // characters together, twice the extensions counted).
+
+  // The dialog begins with the name `templateFileName`, a path or a name alone. If it has no extension, it
+  // gets that of the type shown: the one that lists its extension, or that of the last time, or the first.
+  // The result always has an extension of one of the types, unless the chosen type lists none or ".*": a name
+  // without one gets the first of the chosen type. Before it overwrites a file, the system asks.
   virtual TError IMorvane_CreateSaveAsDialog(ISaveAsDialogBehavior* behavior, std::uint32_t dialogContext,
                                              IModalOwner* modalOwner, TFlag blockingAppModalDialogFlag,
                                              const TChar* templateFileName, const TFileType* types,
                                              std::uint32_t typeCount, const TChar* prompt) = 0;
+  // One existing file is chosen, whatever `allowMultiSelectFlag` says. With two or more types, another one is
+  // shown that combines them all. `customizeBehavior` puts controls of the client's into the dialog; it may
+  // be null. The library deletes it when the dialog has gone, and if the call fails, but not with
+  // kBadInputProgrammingError.
   virtual TError IMorvane_CreateOpenDialog(IOpenDialogBehavior* behavior, std::uint32_t dialogContext,
                                            IModalOwner* modalOwner, TFlag blockingAppModalDialogFlag,
                                            TFlag allowMultiSelectFlag, const TFileType* types,
                                            std::uint32_t typeCount, const TChar* prompt,
                                            IOpenDialogCustomizeBehavior* customizeBehavior) = 0;
+  // Caution: only a chooser with the flag 1 gives its result. With 0 the user chooses in vain: neither
+  // operation of the behaviour is called, and nothing is remembered. The URL of a folder ends in a backslash.
+  // A folder that is none of the file system counts as cancelled.
   virtual TError IMorvane_CreateDirectoryChooserDialog(IDirectoryChooserBehavior* behavior,
                                                        std::uint32_t dialogContext, IModalOwner* modalOwner,
                                                        TFlag blockingAppModalDialogFlag,
@@ -326,7 +350,8 @@ class IMorvane {
                                                   TFlag blockingAppModalDialogFlag, const TChar* documentName,
                                                   TCloseReason reason) = 0;
 
-  // --- Drawing and messages Draws a view and its subviews with the tools of the current drawing callback.
+  // --- Drawing and messages
+  // Draws a view and its subviews with the tools of the current drawing callback.
   virtual TError IMorvane_DrawView(IView& view, IDrawTools& tools) = 0;
   // Posts two numbers to IMorvaneRunBehavior_OnAppMessage. Safe from any thread while IMorvane_Run runs.
   virtual TError IMorvane_PostAppMessage(std::uint32_t a, std::uint32_t b) = 0;
