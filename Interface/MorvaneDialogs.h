@@ -118,7 +118,7 @@ class IOpenDialogInstance {
 // Implemented by the client: puts controls of its own into an open dialog. All but GetTemplateID is called on
 // the dialog's thread, which for a dialog that does not block is not the main thread: nothing of the library
 // may be called there but IMorvane_PostAppMessage and IMorvane_WakeUpIdle. A code other than kOK is logged,
-// and the dialog goes on. The library deletes it.
+// and the dialog goes on. The library deletes it, on the main thread, when the dialog has gone.
 class IOpenDialogCustomizeBehavior {
  public:
   virtual ~IOpenDialogCustomizeBehavior() = default;

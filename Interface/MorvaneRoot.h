@@ -307,17 +307,18 @@ class IMorvane {
   // --- File dialogs
   // The dialogs of the system. What they have in common:
   // `behavior` gets the result, on the main thread; it may be null. The client keeps its ownership and keeps
-  // it alive until then. `modalOwner` is the window that the dialog blocks and appears over; without one it
-  // blocks the application. If `blockingAppModalDialogFlag` is 0, the dialog runs on a thread of its own: the
-  // call returns when the dialog is on the screen, and the result comes later, in the run loop, even if the
-  // system could not show the dialog, which counts as cancelled. If it is 1, which is possible only without
-  // an owner, the call returns after the result; a code that the behaviour answers is only logged then.
-  // `prompt` is the title, or null for that of the system. The folder, the place on the screen and the file
-  // type of the last result are remembered under the number `dialogContext`, in the registry. The system's
-  // dialog may change the current directory of the process. When the run ends, dialogs that are still open
-  // are closed as cancelled. kIllegalCallSequenceProgrammingError outside IMorvane_Run, kOutOfMemoryError if
-  // there can be no thread or if names and extensions of the types are too long for the system (1301
-  // characters together, twice the extensions counted).
+  // it alive until then, also if the owner ends before. `modalOwner` is the window that the dialog blocks and
+  // appears over; without one it blocks the application. If `blockingAppModalDialogFlag` is 0, the dialog
+  // runs on a thread of its own: the call returns when the dialog is on the screen, and the result comes
+  // later, in the run loop, even if the system could not show the dialog, which counts as cancelled. If it is
+  // 1, which is possible only without an owner, the call returns after the result; a code that the behaviour
+  // answers is only logged then. `prompt` is the title, or null for that of the system. The folder, the place
+  // on the screen and the file type of the last result are remembered under the number `dialogContext`, in
+  // the registry. The system's dialog may change the current directory of the process. When the run ends,
+  // dialogs that are still open are closed as cancelled. kIllegalCallSequenceProgrammingError outside
+  // IMorvane_Run, while that ends, and on another thread than its; kOutOfMemoryError if there can be no
+  // thread or if names and extensions of the types are too long for the system (1301 characters together,
+  // twice the extensions counted).
 
   // The dialog begins with the name `templateFileName`, a path or a name alone. If it has no extension, it
   // gets that of the type shown: the one that lists its extension, or that of the last time, or the first.
@@ -329,8 +330,7 @@ class IMorvane {
                                              std::uint32_t typeCount, const TChar* prompt) = 0;
   // One existing file is chosen, whatever `allowMultiSelectFlag` says. With two or more types, another one is
   // shown that combines them all. `customizeBehavior` puts controls of the client's into the dialog; it may
-  // be null. The library deletes it when the dialog has gone, and if the call fails, but not with
-  // kBadInputProgrammingError.
+  // be null. The library deletes it when the dialog has gone; if the call fails, the client keeps it.
   virtual TError IMorvane_CreateOpenDialog(IOpenDialogBehavior* behavior, std::uint32_t dialogContext,
                                            IModalOwner* modalOwner, TFlag blockingAppModalDialogFlag,
                                            TFlag allowMultiSelectFlag, const TFileType* types,

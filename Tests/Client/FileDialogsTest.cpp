@@ -2,6 +2,7 @@
 // remembered.
 #include <windows.h>
 
+#include <commctrl.h>
 #include <commdlg.h>
 #include <dlgs.h>
 #include <shlobj.h>
@@ -98,7 +99,7 @@ class FileDialogsTest : public ClientWindowTest {
     fFolder = std::filesystem::temp_directory_path() /
               (L"Morvane Dialogs.d " + std::to_wstring(GetCurrentProcessId()));
     std::filesystem::create_directory(fFolder);
-    for (const wchar_t* name : {L"old.wav", L"100%# \u00E4\u4E2D.txt", L"bare"})
+    for (const wchar_t* name : {L"old.wav", L"100%# \u00E4\u4E2D.txt", L"\U0001F600.wav", L"bare"})
       std::ofstream(fFolder / name) << "x";
   }
   ~FileDialogsTest() override {
@@ -191,6 +192,7 @@ TEST_IN_RUN(FileDialogsTest, OpensWhatIsTypedAndRemembersIt) {
   EXPECT_EQ(SendDlgItemMessageW(dialog, kTypeComboBox, CB_GETCURSEL, 0, 0), 0);
   SetWindowPos(dialog, nullptr, 37, 41, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
   EXPECT_EQ(Accept(dialog, L"100%# \u00E4\u4E2D.txt", fOpener), "open:" + UrlOf(L"100%# \u00E4\u4E2D.txt"));
+  EXPECT_EQ(Accept(ShowOpen(), L"\U0001F600.wav", fOpener), "open:" + UrlOf(L"\U0001F600.wav"));
   dialog = ShowOpen();
   EXPECT_EQ(NativeFrame(dialog).fLeft, 37);
   EXPECT_EQ(NativeFrame(dialog).fTop, 41);
@@ -248,6 +250,13 @@ TEST_IN_RUN(FileDialogsTest, SavesUnderANameWithAnExtension) {
   EXPECT_EQ(std::filesystem::path(TextOf(GetDlgItem(dialog, kNameComboBox))).filename(), L"song.txt");
   EXPECT_EQ(Accept(dialog, fFolder / L"new", fSaver), "save:" + UrlOf(L"new.txt") + ",Text");
   EXPECT_EQ(Remembered(L"Save Dialog7", L"Last file type extensions"), L".txt");
+  // Without types; a name that no file can have; and a client that fails is told so once.
+  fTypes.clear();
+  fSaver.fHooks["save:"] = TError(100777);
+  dialog = ShowSave(u"Take 1: intro");
+  EXPECT_EQ(TextOf(GetDlgItem(dialog, kNameComboBox)), L"Take 1_ intro");
+  EXPECT_EQ(Accept(dialog, fFolder / L"any", fSaver), "save:" + UrlOf(L"any") + ",");
+  ExpectReported(100777);
 }
 
 TEST_IN_RUN(FileDialogsTest, AsksBeforeItOverwrites) {
@@ -278,6 +287,16 @@ TEST_IN_RUN(FileDialogsTest, BlocksItsOwnerOnlyOrTheCaller) {
   Press(dialog, IDCANCEL);
   EXPECT_EQ(ResultOf(fOpener), "cancel");
   EXPECT_TRUE(YieldUntil([&] { return IsWindowEnabled(Hwnd()) != FALSE; }));
+  // Two over one owner, which waits for both.
+  const HWND first = ShowOpen(fRecord.fOwner);
+  EXPECT_EQ(CreateOpen(0, fRecord.fOwner), kOK);
+  EXPECT_TRUE(YieldUntil([&] { return DialogBoxes().size() == 2; }));
+  Press(first, IDCANCEL);
+  EXPECT_TRUE(YieldUntil([&] { return !fOpener.fLog.Last().empty(); }));
+  EXPECT_FALSE(IsWindowEnabled(Hwnd()));
+  Press(FileDialog(), IDCANCEL);
+  EXPECT_TRUE(YieldUntil([&] { return IsWindowEnabled(Hwnd()) != FALSE; }));
+  EXPECT_EQ(fOpener.fLog.Take(), "cancel cancel");
   // On this thread: idle calls go on, and a client that fails has nobody to tell.
   fOpener.fHooks["open:"] = kOtherError;
   fSaver.fHooks["cancel"] = kOtherError;
@@ -322,7 +341,10 @@ TEST_IN_RUN(FileDialogsTest, SystemThatRefusesIsACancel) {
 TEST_IN_RUN(FileDialogsTest, GoesWithTheApplication) {
   Open();
   ShowOpen();
-  fOpener.fHooks["cancel"] = [this] { fRun.fLog.Add("cancelled"); };
+  fOpener.fHooks["cancel"] = [this] {
+    fRun.fLog.Add("cancelled");
+    EXPECT_EQ(CreateOpen(), kIllegalCallSequenceProgrammingError);
+  };
   fRun.fHooks["CleanUp"] = [this] {
     EXPECT_EQ(FileDialog(), nullptr);
     EXPECT_EQ(fRun.fLog.Count("cancelled"), 1) << "before the application is cleaned up";
@@ -439,6 +461,12 @@ TEST_IN_RUN(FileDialogsTest, CarriesControlsOfTheClient) {
     SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(kNameComboBox, CBN_EDITCHANGE),
                  reinterpret_cast<LPARAM>(GetDlgItem(dialog, kNameComboBox)));
     SendMessageW(GetDlgItem(hookWindow, 301), BM_CLICK, 0, 0);
+    // What a control of the client's tells is none of the dialog's.
+    struct {
+      NMHDR fHeader;
+      ULONG_PTR fMore[2];
+    } news = {{GetDlgItem(hookWindow, 301), 301, NM_CUSTOMDRAW}, {3, 3}};
+    SendMessageW(hookWindow, WM_NOTIFY, 301, reinterpret_cast<LPARAM>(&news));
     Press(dialog, IDOK);
     EXPECT_EQ(ResultOf(fOpener), "open:" + UrlOf(L"old.wav"));
     EXPECT_TRUE(YieldUntil([&] { return record.Count("deleted") == 1; }));
@@ -450,8 +478,9 @@ TEST_IN_RUN(FileDialogsTest, CarriesControlsOfTheClient) {
     EXPECT_EQ(fOutput.CountLines("IOpenDialogCustomizeBehavior_OnSize failed!") > 0, fails);
   }
   record.fHooks["template"] = kOtherError;
-  EXPECT_EQ(CreateOpen(0, nullptr, new Customizer(record)), kOtherError);
-  EXPECT_EQ(record.fLog.Take(), "template deleted");
+  Customizer kept(record);
+  EXPECT_EQ(CreateOpen(0, nullptr, &kept), kOtherError);
+  EXPECT_EQ(record.fLog.Take(), "template");
 }
 
 }  // namespace NSMorvaneTest

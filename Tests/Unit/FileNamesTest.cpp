@@ -49,6 +49,9 @@ TEST(FileNames, NamesOfTemplates) {
                                        {TString(1299, u'n'), TString(1299, u'n') + u"."}};
   for (const auto& [name, wanted] : rows) EXPECT_EQ(WithDefaultExtension(name, u"wav"), wanted);
   EXPECT_EQ(WithDefaultExtension(u"song", u""), u"song");
+  EXPECT_EQ(WithoutForbiddenCharacters(u"C:\\a b\\Take 1: <x>?\x1"), u"C:\\a b\\Take 1_ _x___");
+  EXPECT_TRUE(HasExtensionOf(u"a.TAR.gz", {u"", u".zip;.tar.gz"}));
+  EXPECT_FALSE(HasExtensionOf(u".zip", {u"", u".zip"}) || HasExtensionOf(u"a", kNone));
 }
 
 TEST(FileNames, NamesThatAreTyped) {
@@ -62,7 +65,7 @@ TEST(FileNames, NamesThatAreTyped) {
                                            {u"song.txt", kText, u"song.txt", u"song.txt"},
                                            {u"song.xyz", kText, u"song.xyz", u"song.xyz.txt"},
                                            {u"song.", kText, u"song.", u"song.txt"},
-                                           {u"song.wav ", kText, u"song.wav ", u"song.wav "},
+                                           {u"song.wav ", kText, u"song.wav ", u"song.wav"},
                                            {u"\"a b\"", kText, u"\"a b\"", u"a b.txt"},
                                            {u"\"a.txt\"", kSound, u"\"a.txt\"", u"\"a.txt\""},
                                            {u"C:\\a.wav\\b", kText, u"C:\\a.wav\\b", u"C:\\a.wav\\b.txt"},

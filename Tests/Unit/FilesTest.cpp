@@ -56,6 +56,9 @@ TEST_F(FilesTest, WhatExistsAndItsNormalPath) {
 
 TEST(FileURLs, PathsAndBack) {
   EXPECT_EQ("file://C:\\\xC3\xA4 b%20", PathToFileURL(u"C:\\\u00E4 b%20"));
+  // Pairs of surrogates, and half a pair, which the name of a file can have.
+  EXPECT_EQ("file://\xF0\x9F\x98\x80\xED\xA0\xBDx", PathToFileURL(u"\xD83D\xDE00\xD83Dx"));
+  EXPECT_EQ(u"\xD83D\xDE00", FileURLToPath("file://\xF0\x9F\x98\x80"));
   EXPECT_EQ(u"C:\\\u00E4%20", FileURLToPath("file://C:\\\xC3\xA4%20"));
   for (const char* url : {"file://", "FILE://x", "file:/x", "", "file:", " file://x", "http://x"})
     EXPECT_EQ(u"", FileURLToPath(url)) << url;

@@ -1,6 +1,8 @@
 #include "Component/Win/Application/FileDialogs.h"
 
 #include <algorithm>
+#include <cwchar>
+#include <iterator>
 #include <memory>
 #include <utility>
 
@@ -9,6 +11,7 @@
 #include "Component/Win/Application/UnseenWindows.h"
 #include "Component/Win/Dialogs/WinFileDialog.h"
 #include "Component/Win/Platform/MessageCallListeners.h"
+#include "Component/Win/Window/Blocking.h"
 
 namespace NSMorvane {
 
@@ -16,7 +19,7 @@ namespace {
 
 constexpr DWORD kOpenPollMS = 10;
 constexpr DWORD kClosePollMS = 50;
-constexpr int kClosePolls = 100;  // a client's behaviour that hangs keeps nobody from quitting
+constexpr int kClosePolls = 100;
 
 // What a thread takes along.
 struct TDialogThread {
@@ -41,22 +44,28 @@ DWORD WINAPI DialogThreadProc(void* argument) {
   return 0;
 }
 
-// The dialog itself, and a question that it may be asking.
-BOOL CALLBACK CancelWindow(HWND hwnd, LPARAM) {
-  if (IsWindowVisible(hwnd)) {
-    PostMessageW(hwnd, WM_COMMAND, IDNO, 0);
-    PostMessageW(hwnd, WM_COMMAND, IDCANCEL, 0);
-  }
+// The dialog, and before it a question that lies over it.
+BOOL CALLBACK CancelDialog(HWND hwnd, LPARAM) {
+  wchar_t name[8] = {};
+  GetClassNameW(hwnd, name, static_cast<int>(std::size(name)));
+  if (!IsWindowVisible(hwnd) || std::wcscmp(name, L"#32770") != 0) return TRUE;
+  const bool isQuestion = GetDlgItem(hwnd, IDNO) != nullptr;
+  PostMessageW(hwnd, WM_COMMAND, isQuestion ? IDNO : IDCANCEL, 0);
   return TRUE;
 }
 
 }  // namespace
 
 CFileDialogs::CFileDialogs(const CMessageTarget& target, WPARAM sign, CMessageCallListeners& listeners,
-                           CIdleCalls& idleCalls)
-    : fTarget(target), fSign(sign), fListeners(listeners), fIdleCalls(idleCalls) {}
+                           CIdleCalls& idleCalls, CBlocking& blocking)
+    : fTarget(target), fSign(sign), fListeners(listeners), fIdleCalls(idleCalls), fBlocking(blocking) {}
+
+void CFileDialogs::RequireRun() const {
+  if (fIsEnding) MORVANE_THROW(XIllegalCallSequence());
+}
 
 void CFileDialogs::RunBlocking(const TDialog& dialog) {
+  RequireRun();
   fIdleCalls.WakeUp();
   dialog->SetMessageTarget(fTarget.GetHwnd(), fSign);
   fListeners.Add(dialog.get());
@@ -66,7 +75,7 @@ void CFileDialogs::RunBlocking(const TDialog& dialog) {
 }
 
 void CFileDialogs::RunThreaded(const TDialog& dialog) {
-  ForgetEnded();
+  RequireRun();
   dialog->SetMessageTarget(fTarget.GetHwnd(), fSign);
   auto threadInstance = std::make_unique<TDialogThread>(TDialogThread{dialog, fTarget.GetHwnd(), fSign});
   Add(dialog);
@@ -85,49 +94,68 @@ void CFileDialogs::RunThreaded(const TDialog& dialog) {
 
 // What the dialog sends is handled inside DrainIdleMessages.
 void CFileDialogs::WaitUntilOpen(const CFileDialogInfo& dialog) {
-  while (WaitForSingleObject(dialog.GetOpenEvent(), kOpenPollMS) == WAIT_TIMEOUT)
-    fIdleCalls.DrainIdleMessages();
+  const HANDLE signs[] = {dialog.GetOpenEvent(), dialog.GetThread()};
+  while (WaitForMultipleObjects(2, signs, FALSE, kOpenPollMS) == WAIT_TIMEOUT) fIdleCalls.DrainIdleMessages();
 }
 
 bool CFileDialogs::OnResult(UINT message, const void* source) {
   const auto it = std::find_if(fDialogs.begin(), fDialogs.end(),
                                [source](const TDialog& dialog) { return dialog.get() == source; });
-  // Anyone can send numbers to a window.
-  if (it == fDialogs.end() || !(*it)->HasEnded() || (*it)->GetResultMessage() != message) {
-    MORVANE_UNREACHED();
-    return false;
-  }
+  // Anyone can send numbers to a window, and what has been closed is told already.
+  if (it == fDialogs.end() || !(*it)->HasEnded() || (*it)->GetResultMessage() != message) return false;
   const TDialog dialog = *it;
+  Close(*dialog);  // the thread has nothing more to do, and goes first
   Remove(dialog);
+  SettleOwner(*dialog);
   dialog->Deliver();
   return true;
 }
 
 void CFileDialogs::EndAll(bool tellsClients) {
+  fIsEnding = true;
   TError firstError = kOK;
   while (!fDialogs.empty()) {
     const TDialog dialog = fDialogs.front();
     Close(*dialog);
     Remove(dialog);
+    SettleOwner(*dialog);
     if (!tellsClients || !dialog->ReportsFromThread()) continue;
     const TError error = ErrorOf([&] { dialog->Deliver(); });
     if (firstError == kOK) firstError = error;
   }
+  fBlocking.PopForeignDialogs();
   MORVANE_CHECK(firstError);
 }
 
+// Waits for the end of the thread. A client's behaviour that hangs keeps nobody from quitting.
 void CFileDialogs::Close(const CFileDialogInfo& dialog) {
   for (int i = 0; i < kClosePolls; ++i) {
-    if (WaitForSingleObject(dialog.GetThread(), i == 0 ? 0 : kClosePollMS) == WAIT_OBJECT_0) return;
-    EnumThreadWindows(dialog.GetThreadID(), CancelWindow, 0);
+    const DWORD wait = i == 0 && !dialog.HasEnded() ? 0 : kClosePollMS;
+    if (WaitForSingleObject(dialog.GetThread(), wait) == WAIT_OBJECT_0) return;
+    if (!dialog.HasEnded()) EnumThreadWindows(dialog.GetThreadID(), CancelDialog, 0);
     fIdleCalls.DrainIdleMessages();
   }
   MORVANE_UNREACHED();
 }
 
+// The system has enabled the owner, whatever else blocks it.
+void CFileDialogs::SettleOwner(const CFileDialogInfo& dialog) {
+  const HWND owner = dialog.GetBlockedOwner();
+  if (!owner) return;
+  const bool isStillBlocked = std::any_of(fDialogs.begin(), fDialogs.end(), [owner](const TDialog& other) {
+    return other->GetBlockedOwner() == owner;
+  });
+  fBlocking.OnOwnedForeignDialogEnded(owner, isStillBlocked);
+}
+
 void CFileDialogs::Add(const TDialog& dialog) {
-  fDialogs.push_back(dialog);
   fListeners.Add(dialog.get());
+  try {
+    fDialogs.push_back(dialog);
+  } catch (...) {
+    fListeners.Remove(dialog.get());
+    throw;
+  }
 }
 
 void CFileDialogs::Remove(const TDialog& dialog) {
@@ -136,12 +164,15 @@ void CFileDialogs::Remove(const TDialog& dialog) {
   fListeners.Remove(removed.get());
 }
 
-// Those that end in silence.
 void CFileDialogs::ForgetEnded() {
-  const std::vector<TDialog> dialogs = fDialogs;
-  for (const TDialog& dialog : dialogs)
-    if (!dialog->ReportsFromThread() && WaitForSingleObject(dialog->GetThread(), 0) == WAIT_OBJECT_0)
-      Remove(dialog);
+  for (std::size_t i = fDialogs.size(); i-- > 0;) {
+    if (i >= fDialogs.size()) continue;  // a callback has told or closed some
+    const TDialog dialog = fDialogs[i];
+    if (dialog->ReportsFromThread() || WaitForSingleObject(dialog->GetThread(), 0) != WAIT_OBJECT_0) continue;
+    Remove(dialog);
+    SettleOwner(*dialog);
+    fBlocking.Refresh();
+  }
 }
 
 }  // namespace NSMorvane

@@ -11,6 +11,7 @@
 
 namespace NSMorvane {
 
+class CBlocking;
 class CFileDialogInfo;
 class CIdleCalls;
 class CMessageCallListeners;
@@ -20,7 +21,7 @@ class CFileDialogs : CNotCopied {
  public:
   // The messages of the dialogs go to `target` and carry `sign`; `listeners` answers their questions.
   CFileDialogs(const CMessageTarget& target, WPARAM sign, CMessageCallListeners& listeners,
-               CIdleCalls& idleCalls);
+               CIdleCalls& idleCalls, CBlocking& blocking);
 
   // On this thread: returns when the dialog has ended and the client has been told. A client that fails then
   // is only logged.
@@ -32,8 +33,14 @@ class CFileDialogs : CNotCopied {
   // A result has arrived. False if it comes from no dialog that is open.
   bool OnResult(UINT message, const void* dialog);
 
-  // The run ends: what is still open is closed. If `tellsClients`, each counts as cancelled, and the first
-  // failure is thrown when all are closed.
+  bool IsAnyOpen() const { return !fDialogs.empty(); }
+  // Those that end in silence. In each turn of the loop.
+  void ForgetEnded();
+
+  // The run begins: dialogs may be opened.
+  void Begin() { fIsEnding = false; }
+  // The run ends: what is still open is closed, and nothing is opened any more. If `tellsClients`, each
+  // counts as cancelled, and the first failure is thrown when all are closed.
   void EndAll(bool tellsClients);
 
  private:
@@ -41,14 +48,17 @@ class CFileDialogs : CNotCopied {
 
   void Add(const TDialog& dialog);
   void Remove(const TDialog& dialog);
-  void ForgetEnded();
+  void RequireRun() const;
   void WaitUntilOpen(const CFileDialogInfo& dialog);
   void Close(const CFileDialogInfo& dialog);
+  void SettleOwner(const CFileDialogInfo& dialog);
 
   const CMessageTarget& fTarget;
   const WPARAM fSign;
   CMessageCallListeners& fListeners;
   CIdleCalls& fIdleCalls;
+  CBlocking& fBlocking;
+  bool fIsEnding = true;
   std::vector<TDialog> fDialogs;  // those with threads
 };
 

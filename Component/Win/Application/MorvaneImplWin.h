@@ -218,6 +218,7 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWindowHost {
 
   // --- Windows
   void RequireRun() const;
+  void RequireRunOnMainThread() const;
   // Returns when the dialog is on the screen or, if it blocks, when the client has its result.
   void RunFileDialog(const boost::shared_ptr<CFileDialogInfo>& dialog);
   // Returns at once or, if `blocking`, when the alert has ended.

@@ -1,7 +1,5 @@
 // File dialogs.
 #include <boost/make_shared.hpp>
-#include <memory>
-#include <utility>
 
 #include "Component/Win/Application/MorvaneImplWin.h"
 #include "Component/Win/Dialogs/WinFolderChooserDialog.h"
@@ -9,6 +7,11 @@
 #include "Component/Win/Dialogs/WinSaveFileDialog.h"
 
 namespace NSMorvane {
+
+void CMorvaneImpl::RequireRunOnMainThread() const {
+  if (!IsMainThread()) MORVANE_THROW(XIllegalCallSequence());
+  RequireRun();
+}
 
 void CMorvaneImpl::RunFileDialog(const boost::shared_ptr<CFileDialogInfo>& dialog) {
   if (dialog->IsThreaded())
@@ -22,7 +25,7 @@ void CMorvaneImpl::CMorvaneGlue_CreateSaveAsDialog(ISaveAsDialogBehavior* behavi
                                                    bool blocking, const TString& templateFileName,
                                                    const std::vector<TFileType>& types,
                                                    const TString& prompt) {
-  RequireRun();
+  RequireRunOnMainThread();
   RunFileDialog(
       boost::make_shared<CSaveFileDialogInfo>(*this, TFileDialogRequest{dialogContext, modalOwner, blocking},
                                               behavior, templateFileName, types, prompt));
@@ -33,18 +36,19 @@ void CMorvaneImpl::CMorvaneGlue_CreateOpenDialog(IOpenDialogBehavior* behavior, 
                                                  const std::vector<TFileType>& types, const TString& prompt,
                                                  IOpenDialogCustomizeBehavior* customizeBehavior) {
   // Several files at once are not built: the dialog gives one.
-  std::unique_ptr<IOpenDialogCustomizeBehavior> customize(customizeBehavior);
-  RequireRun();
-  RunFileDialog(
+  RequireRunOnMainThread();
+  const auto dialog =
       boost::make_shared<COpenFileDialogInfo>(*this, TFileDialogRequest{dialogContext, modalOwner, blocking},
-                                              behavior, types, prompt, std::move(customize)));
+                                              behavior, types, prompt, customizeBehavior);
+  RunFileDialog(dialog);
+  dialog->TakeCustomizeBehavior();
 }
 
 void CMorvaneImpl::CMorvaneGlue_CreateDirectoryChooserDialog(IDirectoryChooserBehavior* behavior,
                                                              std::uint32_t dialogContext,
                                                              IModalOwner* modalOwner, bool blocking,
                                                              const TString& prompt) {
-  RequireRun();
+  RequireRunOnMainThread();
   RunFileDialog(boost::make_shared<CFolderChooserDialogInfo>(
       *this, TFileDialogRequest{dialogContext, modalOwner, blocking}, behavior, prompt));
 }

@@ -39,6 +39,9 @@ bool CMorvaneImpl::DispatchPrivateMessage(UINT message, WPARAM wParam, LPARAM lP
     case kMsgAppMessage:
       OnAppMessage(static_cast<std::uint32_t>(wParam), static_cast<std::uint32_t>(lParam));
       return false;
+    case kMsgAppActivation:
+      OnAppActivation(wParam != 0, static_cast<DWORD>(lParam));
+      return true;
     case kMsgIdleDue: {
       const bool isOwn = IsOwnMessage(wParam);
       MORVANE_ASSERT(0==lParam);

@@ -45,6 +45,7 @@ void CMorvaneImpl::CMorvaneGlue_Run(IMorvaneRunBehavior* behavior, const TStartu
 
   try {
     fBehavior = behavior;
+    fFileDialogs.Begin();
     FetchStartupLabels();
     fMessageTarget.Make(MessageWindowProc);
     fHiderWindow = std::make_unique<CHiderWindow>(GetAppIcon());
@@ -98,7 +99,9 @@ void CMorvaneImpl::RunMainLoop() {
       OpenCommandLineFiles();
       ReopenIfRequested();
       RunOneTurn();
-      fQuitting.OnTurn();
+      fFileDialogs.ForgetEnded();
+      // An application may begin with a file dialog.
+      if (!fFileDialogs.IsAnyOpen()) fQuitting.OnTurn();
     });
     DeliverError(error);
     goesOn = fQuitting.MayGoOn();

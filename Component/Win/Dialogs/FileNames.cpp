@@ -1,5 +1,6 @@
 #include "Component/Win/Dialogs/FileNames.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace NSMorvane {
@@ -48,6 +49,25 @@ TString WithDefaultExtension(const TString& templateName, const TString& default
   return name.substr(0, kMaxFileNameLength);
 }
 
+TString WithoutForbiddenCharacters(const TString& name) {
+  TString result = name;
+  const auto begin = static_cast<TString::difference_type>(name.rfind(u'\\') + 1);
+  std::replace_if(
+      result.begin() + begin, result.end(),
+      [](TChar c) { return c < u' ' || TString(u"<>:\"/|?*").find(c) != TString::npos; }, u'_');
+  return result;
+}
+
+bool HasExtensionOf(const TString& name, const CFileType& fileType) {
+  for (const TString& extension : SplitExtensions(fileType)) {
+    if (extension.empty() || name.size() <= extension.size()) continue;
+    if (NSTextPackage::CompareTextIgnoringCase(name.substr(name.size() - extension.size()), extension) ==
+        NSTextPackage::kTextEqual)
+      return true;
+  }
+  return false;
+}
+
 TString NameForType(const TString& name, const std::vector<CFileType>& fileTypes, const CFileType& newType) {
   const TString oldExtension = FindExtensionForFile(fileTypes, name);
   const TString newExtension = ExtensionToAdd(newType);
@@ -62,8 +82,11 @@ TString CompletedName(const TString& name, const std::vector<CFileType>& fileTyp
     result = result.substr(1, result.size() - 2);
   result.resize(result.find_last_not_of(u" .") + 1);  // nothing is left of a folder such as ".."
   const TString extension = ExtensionToAdd(chosenType);
-  if (extension.empty() || result.empty() || result.back() == u'\\') return name;
-  return FindExtensionForFile(fileTypes, result).empty() ? result + extension : name;
+  if (result.empty() || result.back() == u'\\') return name;
+  const bool isComplete = extension.empty() || !FindExtensionForFile(fileTypes, result).empty() ||
+                          HasExtensionOf(result, chosenType);
+  if (!isComplete) return result + extension;
+  return name.back() == u' ' || name.back() == u'.' ? result : name;
 }
 
 }  // namespace NSMorvane

@@ -33,13 +33,21 @@ NSTextPackage::TString DefaultExtension(const CFileType& fileType);
 NSTextPackage::TString WithDefaultExtension(const NSTextPackage::TString& templateName,
                                             const NSTextPackage::TString& defaultExtension);
 
+// The name of a file cannot have certain characters: each becomes an underscore. Those of the folders before
+// it stay.
+NSTextPackage::TString WithoutForbiddenCharacters(const NSTextPackage::TString& name);
+
+// Whether the name ends in an extension of the type, which may have more than one dot, with something before
+// it; case does not count.
+bool HasExtensionOf(const NSTextPackage::TString& name, const CFileType& fileType);
+
 // A typed name when another type is chosen: an extension that any of the types lists is replaced; without
 // one, the name stays.
 NSTextPackage::TString NameForType(const NSTextPackage::TString& name,
                                    const std::vector<CFileType>& fileTypes, const CFileType& newType);
 
 // A typed name when it is accepted: if no type lists its extension, it gets that of the chosen type behind
-// it. Quotes around the name are taken off then, and so are blanks and dots at its end, which no file has.
+// it. Quotes around the name are taken off then. Blanks and dots at its end, which no file has, go always.
 // Names of folders, which end in a backslash, stay.
 NSTextPackage::TString CompletedName(const NSTextPackage::TString& name,
                                      const std::vector<CFileType>& fileTypes, const CFileType& chosenType);

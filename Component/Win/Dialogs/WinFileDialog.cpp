@@ -30,7 +30,6 @@ CFileDialogInfo::CFileDialogInfo(IWindowHost& host, const TFileDialogRequest& re
       fMemoryPlace(place),
       fDialogContext(request.fDialogContext),
       fThreaded(!request.fBlocking),
-      fMainThreadID(GetCurrentThreadId()),
       fMemory(ReadDialogMemory(host.GetStartupStrings(), place, request.fDialogContext)),
       fOwnerHwnd(host.GetHiderWindow()) {
   if (request.fModalOwner) {
@@ -39,6 +38,8 @@ CFileDialogInfo::CFileDialogInfo(IWindowHost& host, const TFileDialogRequest& re
     if (owner.fHwnd) {
       fOwnerHwnd = owner.fHwnd;
       fAppModal = false;
+      // The dialog is centred over it.
+      if (IsIconic(fOwnerHwnd)) ShowWindow(fOwnerHwnd, SW_RESTORE);
     }
   }
   const CWindowRegistry& windows = *host.GetWindowRegistry();
@@ -118,6 +119,9 @@ void CFileDialogInfo::PlaceFrame(HWND frame) const {
     GetWindowRect(frame, &rect);
     // Sic: across, it is the top that is taken off.
     corner = {fCenter.fX - (rect.right - rect.top) / 2, fCenter.fY - (rect.bottom - rect.top) / 2};
+    if (!IsOnAnyMonitor(
+            {corner.fX, corner.fY, corner.fX + rect.right - rect.left, corner.fY + rect.bottom - rect.top}))
+      return;
   }
   SetWindowPos(frame, nullptr, corner.fX, corner.fY, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
 }
@@ -129,14 +133,18 @@ void CFileDialogInfo::RememberPlace(HWND frame) {
 
 // --- Questions to the application
 
+// What is sent to this thread while it waits for the answer can bring it here again: such a message is not
+// blocked.
 bool CFileDialogInfo::Ask(UINT call) {
+  if (fIsAsking) return false;
+  const CFlagScope asking(fIsAsking);
   fAnswer = false;
   SendMessageW(fMessageHwnd, call, fSign, reinterpret_cast<LPARAM>(static_cast<IMessageCallListener*>(this)));
   return fAnswer;
 }
 
 bool CFileDialogInfo::IsAutoPlayQuery(UINT message) {
-  if (message < kFirstRegisteredMessage) return false;
+  if (message < kFirstRegisteredMessage || fIsAsking) return false;
   fAskedMessage = message;
   return Ask(kMsgListenerCall3);
 }
@@ -153,7 +161,7 @@ void CFileDialogInfo::OnListenerCall3() { fAnswer = fHost.IsAutoPlayQuery(fAsked
 
 void CFileDialogInfo::OnActivateApp(bool flag, DWORD threadId) {
   if (fThreaded) {
-    PostThreadMessageW(fMainThreadID, kMsgAppActivation, flag ? 1 : 0, static_cast<LPARAM>(threadId));
+    PostMessageW(fMessageHwnd, kMsgAppActivation, flag ? 1 : 0, static_cast<LPARAM>(threadId));
     return;
   }
   const TError error = ErrorOf([&] { fHost.OnAppActivation(flag, threadId); });

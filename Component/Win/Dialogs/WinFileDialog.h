@@ -58,6 +58,9 @@ class CFileDialogInfo : public IMessageCallListener, CNotCopied {
   // The debug line for a blocking dialog whose client has failed.
   virtual const char* GetFailureLine() const = 0;
 
+  // The window that the dialog alone blocks; null for a dialog that blocks the application.
+  HWND GetBlockedOwner() const { return fAppModal ? nullptr : fOwnerHwnd; }
+
   // Of a dialog with a thread; each may be waited for.
   HANDLE GetOpenEvent() const { return fDialogOpenHandle.Get(); }
   HANDLE GetThread() const { return fThread.Get(); }
@@ -67,6 +70,8 @@ class CFileDialogInfo : public IMessageCallListener, CNotCopied {
   // --- What the frame asks for, on the thread of the dialog
 
   void OnFrameMade(HWND frame);
+  // Puts the frame where it was the last time, or into the middle.
+  void PlaceFrame(HWND frame) const;
   // The frame is about to go.
   virtual void OnFrameDestroyed(HWND frame);
   // Whether a message tries to activate or to click what another dialog blocks; it must be swallowed then.
@@ -89,8 +94,6 @@ class CFileDialogInfo : public IMessageCallListener, CNotCopied {
 
   HWND GetOwnerHwnd() const { return fOwnerHwnd; }
   TDialogMemory& GetMemory() { return fMemory; }
-  // Puts the frame where it was the last time, or into the middle.
-  void PlaceFrame(HWND frame) const;
   // So that the dialog opens in this place the next time, if it ends with a result.
   void RememberPlace(HWND frame);
 
@@ -101,7 +104,6 @@ class CFileDialogInfo : public IMessageCallListener, CNotCopied {
   const TDialogMemoryPlace& fMemoryPlace;
   const std::uint32_t fDialogContext;
   const bool fThreaded;
-  const DWORD fMainThreadID;
   TDialogMemory fMemory;
   HWND fOwnerHwnd;
   bool fAppModal = true;  // without a real owner
@@ -117,6 +119,7 @@ class CFileDialogInfo : public IMessageCallListener, CNotCopied {
   CKernelHandle fThread;
   DWORD fThreadID = 0;
   // Of the question that is being asked.
+  bool fIsAsking = false;
   UINT fAskedMessage = 0;
   bool fAnswer = false;
 };

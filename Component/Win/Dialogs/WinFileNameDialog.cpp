@@ -1,5 +1,7 @@
 #include "Component/Win/Dialogs/WinFileNameDialog.h"
 
+#include <cderr.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -28,7 +30,11 @@ CFileNameDialogInfo::CFileNameDialogInfo(IWindowHost& host, const TFileDialogReq
       fFileTypes(std::move(fileTypes)),
       fInitialFolder(GetMemory().fFolder.substr(0, kMaxFileNameLength)),
       fPrompt(prompt.substr(0, kMaxPromptLength)) {
-  BuildDialogFilter(fFileTypes, fFilterBuffer, kFilterBufferSize);
+  // An empty pattern would end the list.
+  std::vector<CFileType> shown = fFileTypes;
+  for (CFileType& fileType : shown)
+    if (fileType.fExtensions.empty()) fileType.fExtensions = u".*";
+  BuildDialogFilter(shown, fFilterBuffer, kFilterBufferSize);
 }
 
 void CFileNameDialogInfo::Prepare(DWORD flags, DWORD filterIndex, const TString& defaultExtension,
@@ -43,10 +49,10 @@ void CFileNameDialogInfo::Prepare(DWORD flags, DWORD filterIndex, const TString&
   fOpenFileName.lpstrFile = WinBuffer(fFileBuffer);
   fOpenFileName.nMaxFile = kMaxFileNameLength + 1;
   fOpenFileName.nMaxFileTitle = kMaxFileTitleLength;
-  fOpenFileName.lpstrInitialDir = WinText(fInitialFolder);
+  if (!fInitialFolder.empty()) fOpenFileName.lpstrInitialDir = WinText(fInitialFolder);
   if (!fPrompt.empty()) fOpenFileName.lpstrTitle = WinText(fPrompt);
   fOpenFileName.Flags = flags;
-  fOpenFileName.lpstrDefExt = WinText(fDefaultExtension);
+  if (!defaultExtension.empty()) fOpenFileName.lpstrDefExt = WinText(fDefaultExtension);
   fOpenFileName.lCustData = reinterpret_cast<LPARAM>(this);
   fOpenFileName.lpfnHook = HookProc;
 }
@@ -62,8 +68,16 @@ const CFileType* CFileNameDialogInfo::GetFileTypeAt(DWORD filterIndex) const {
 std::string CFileNameDialogInfo::ShowDialog() {
   for (;;) {
     fChosenType = 0;
-    if (!ShowSystemDialog(fOpenFileName)) return std::string();  // cancelled, or failed
-    if (fOpenFileName.nFilterIndex == 0) {
+    if (!IsWindow(fOpenFileName.hwndOwner)) fOpenFileName.hwndOwner = nullptr;  // it has gone meanwhile
+    if (!ShowSystemDialog(fOpenFileName)) {
+      const DWORD error = CommDlgExtendedError();
+      if (error == 0) return std::string();
+      DebugPrint("The system's file dialog has failed: " + NumberText(error));
+      if (error != FNERR_INVALIDFILENAME || fFileBuffer[0] == 0) return std::string();
+      CopyText(fFileBuffer, TString());
+      continue;
+    }
+    if (fOpenFileName.nFilterIndex == 0 && !fFileTypes.empty()) {
       MORVANE_UNREACHED();
       return std::string();
     }
@@ -100,7 +114,6 @@ UINT_PTR CALLBACK CFileNameDialogInfo::HookProc(HWND hwnd, UINT message, WPARAM,
       if (!info) return 0;
       // Without its frame the dialog does not tell when it is on the screen.
       try {
-        MORVANE_ASSERT(parent != 0);
         info->OnInitDialog(hwnd, parent);
       } catch (...) {
         info->SignalOpen();
@@ -108,17 +121,21 @@ UINT_PTR CALLBACK CFileNameDialogInfo::HookProc(HWND hwnd, UINT message, WPARAM,
       }
       return 0;
     }
-    MORVANE_ASSERT(0!=lParam);
-    const auto notification = reinterpret_cast<const OFNOTIFYW*>(lParam);
-    if (!notification) return 0;
-    CFileNameDialogInfo* const info = FromRecord(notification->lpOFN);
-    if (!info || !info->OnNotify(hwnd, parent, notification->hdr)) return 0;
+    const auto header = reinterpret_cast<const NMHDR*>(lParam);
+    // The controls of the client's template notify the hook window, too.
+    if (!header || !IsFromDialog(*header, parent)) return 0;
+    CFileNameDialogInfo* const info = FromRecord(reinterpret_cast<const OFNOTIFYW*>(header)->lpOFN);
+    if (!info || !info->OnNotify(hwnd, parent, *header)) return 0;
     SetWindowLongPtrW(hwnd, DWLP_MSGRESULT, 1);
     return 1;
   } catch (...) {
     MORVANE_UNREACHED();
     return 0;
   }
+}
+
+bool IsFromDialog(const NMHDR& notification, HWND frame) {
+  return notification.hwndFrom == frame && notification.code <= CDN_FIRST && notification.code >= CDN_LAST;
 }
 
 bool GetDialogText(HWND frame, UINT message, std::size_t bufferSize, TString& outText) {

@@ -28,7 +28,7 @@ class CFileNameDialogInfo : public CFileDialogInfo {
 
   // The hook window has just been made in a frame.
   virtual void OnInitDialog(HWND hookWindow, HWND frame) = 0;
-  // A notification to the hook window; true if the answer is 1 and what the dialog does next depends on it.
+  // A notification of the dialog's; true if the answer is 1.
   virtual bool OnNotify(HWND hookWindow, HWND frame, const NMHDR& notification) = 0;
 
   OPENFILENAMEW& GetRecord() { return fOpenFileName; }
@@ -65,6 +65,9 @@ class CFileNameDialogInfo : public CFileDialogInfo {
   TString fPrompt;
   std::uint32_t fChosenType = 0;
 };
+
+// Whether a notification is one of the dialog's own, so that it carries the record.
+bool IsFromDialog(const NMHDR& notification, HWND frame);
 
 // The text of a dialog that a CDM message asks for; false for one that fits into no buffer of the library.
 bool GetDialogText(HWND frame, UINT message, std::size_t bufferSize, TString& outText);

@@ -21,6 +21,7 @@ class COleUse : CNotCopied {
   ~COleUse() {
     if (fIsOn) OleUninitialize();
   }
+  bool IsOn() const { return fIsOn; }
 
  private:
   const bool fIsOn;
@@ -43,7 +44,7 @@ std::string CFolderChooserDialogInfo::ShowDialog() {
   browseInfo.hwndOwner = GetOwnerHwnd();
   browseInfo.pszDisplayName = WinBuffer(displayName);
   browseInfo.lpszTitle = WinText(fPrompt);
-  browseInfo.ulFlags = kBrowseFlags;
+  browseInfo.ulFlags = ole.IsOn() ? kBrowseFlags : kBrowseFlags & ~BIF_NEWDIALOGSTYLE;
   browseInfo.lpfn = BrowseProc;
   browseInfo.lParam = reinterpret_cast<LPARAM>(this);
   const PIDLIST_ABSOLUTE itemList = SHBrowseForFolderW(&browseInfo);

@@ -24,11 +24,15 @@ std::vector<CFileType> MakeFileTypes(const std::vector<TFileType>& types, const 
   return WithCombinedType(std::move(fileTypes), combinedName);
 }
 
-// The URL of what a dialog shows, with a backslash behind a folder. A file is a URL only where one is wanted.
-std::string URLOfShown(const TString& path, bool mayBeFile) {
-  if (IsExistingFolder(path)) return PathToFileURL(path.back() == u'\\' ? path : path + u'\\');
-  if (mayBeFile && !IsExistingFile(path)) return std::string();
-  return path.empty() ? std::string() : PathToFileURL(path);
+// The URL of what a dialog shows, with a backslash behind a folder; empty without a path.
+std::string URLOfFolder(const TString& path) {
+  if (path.empty()) return std::string();
+  return PathToFileURL(IsExistingFolder(path) && path.back() != u'\\' ? path + u'\\' : path);
+}
+
+// The same, but empty also for what does not exist.
+std::string URLOfSelection(const TString& path) {
+  return IsExistingFolder(path) || IsExistingFile(path) ? URLOfFolder(path) : std::string();
 }
 
 // A client's failure ends nothing.
@@ -46,11 +50,11 @@ bool Succeeds(const char* name, TCall&& call) {
 COpenFileDialogInfo::COpenFileDialogInfo(IWindowHost& host, const TFileDialogRequest& request,
                                          IOpenDialogBehavior* behavior, const std::vector<TFileType>& types,
                                          const TString& prompt,
-                                         std::unique_ptr<IOpenDialogCustomizeBehavior> customizeBehavior)
+                                         IOpenDialogCustomizeBehavior* customizeBehavior)
     : CFileNameDialogInfo(host, request, kOpenDialogMemory,
                           MakeFileTypes(types, host.GetStartupStrings().fAllFileTypes), prompt),
       fBehavior(behavior),
-      fCustomizeBehavior(std::move(customizeBehavior)) {
+      fCustomizeBehavior(customizeBehavior) {
   const std::uint32_t remembered = TypeIndexForExtensions(GetFileTypes(), GetMemory().fLastExtensions);
   const auto lastType = static_cast<std::uint32_t>(GetFileTypes().size());
   Prepare(kOpenFlags, remembered != 0 ? remembered : lastType, DefaultExtension(GetFileTypes().front()),
@@ -58,16 +62,19 @@ COpenFileDialogInfo::COpenFileDialogInfo(IWindowHost& host, const TFileDialogReq
   if (!fCustomizeBehavior) return;
   std::uint32_t templateID = 0;
   MORVANE_CHECK(fCustomizeBehavior->IOpenDialogCustomizeBehavior_GetTemplateID(templateID));
+  if (LOWORD(templateID) == 0) return;  // it only listens
   GetRecord().Flags |= OFN_ENABLETEMPLATE;
   GetRecord().lpTemplateName = MAKEINTRESOURCEW(LOWORD(templateID));
 }
 
 // --- The result
 
-// A file that is there is the one that is meant, whatever its extension.
+// The system has shown that the path exists. Only if not, a file with an extension can be the one that is
+// meant.
 TString COpenFileDialogInfo::FileForPath(TString& path, const CFileType& fileType) {
-  if (!FindExtensionForFile({fileType}, path).empty() || IsExistingFile(path)) return path;
-  return path + ExtensionToAdd(fileType);
+  if (HasExtensionOf(path, fileType) || IsExistingFile(path)) return path;
+  const TString file = path + ExtensionToAdd(fileType);
+  return IsExistingFile(file) ? file : path;
 }
 
 UINT COpenFileDialogInfo::GetResultMessage() const {
@@ -90,14 +97,18 @@ TError COpenFileDialogInfo::TellCancelled() {
 
 void COpenFileDialogInfo::OnInitDialog(HWND hookWindow, HWND frame) {
   const COpenFileDialogInfo* const openFileDialogInfo = this;
+  const HWND parent = frame;
+  MORVANE_ASSERT(0!=openFileDialogInfo);
   MORVANE_ASSERT(openFileDialogInfo->CheckInvariant());
+  MORVANE_ASSERT(parent != 0);
   // They go with their windows.
   new COpenFileDialogParentProcWrapper(hookWindow, frame, *this);
   new COpenFileDialogProcWrapper(hookWindow, *this);
 }
 
 bool COpenFileDialogInfo::OnNotify(HWND, HWND frame, const NMHDR& notification) {
-  if (notification.code == CDN_INITDONE) PlaceFrame(frame);
+  // A customise behaviour hears of it after that.
+  if (notification.code == CDN_INITDONE && !fCustomizeBehavior) PlaceFrame(frame);
   if (notification.code == CDN_FILEOK) RememberPlace(frame);
   return false;
 }
@@ -149,7 +160,8 @@ bool COpenFileDialogProcWrapper::Handle(IOpenDialogCustomizeBehavior& behavior, 
   TFlag handled = 0;
   switch (message) {
     case WM_NOTIFY:
-      if (lParam) OnNotification(behavior, *reinterpret_cast<const NMHDR*>(lParam));
+      if (lParam && IsFromDialog(*reinterpret_cast<const NMHDR*>(lParam), GetParent(fHookWindow)))
+        OnNotification(behavior, *reinterpret_cast<const NMHDR*>(lParam));
       return false;
     case WM_SIZE:
       Succeeds("OnSize", [&] {
@@ -189,18 +201,19 @@ void COpenFileDialogProcWrapper::OnNotification(IOpenDialogCustomizeBehavior& be
   TString path;
   switch (notification.code) {
     case CDN_INITDONE:
+      fOpenFileDialogInfo->PlaceFrame(frame);
       Succeeds("OnInitDone", [&] { return behavior.IOpenDialogCustomizeBehavior_OnInitDone(*this); });
       break;
     case CDN_FOLDERCHANGE: {
       if (!GetDialogText(frame, CDM_GETFOLDERPATH, kPathBufferSize, path)) break;
-      const std::string url = URLOfShown(path, false);
+      const std::string url = URLOfFolder(path);
       Succeeds("OnFolderChanged",
                [&] { return behavior.IOpenDialogCustomizeBehavior_OnFolderChanged(*this, url.c_str()); });
       break;
     }
     case CDN_SELCHANGE: {
       if (!GetDialogText(frame, CDM_GETFILEPATH, kPathBufferSize, path)) break;
-      const std::string url = URLOfShown(path, true);
+      const std::string url = URLOfSelection(path);
       Succeeds("OnSelectionChanged",
                [&] { return behavior.IOpenDialogCustomizeBehavior_OnSelectionChanged(*this, url.c_str()); });
       break;

@@ -14,13 +14,16 @@ namespace NSMorvane {
 
 class COpenFileDialogInfo final : public CFileNameDialogInfo {
  public:
-  // `behavior` stays the client's.
+  // `behavior` stays the client's, and so does `customizeBehavior` until it is taken.
   COpenFileDialogInfo(IWindowHost& host, const TFileDialogRequest& request, IOpenDialogBehavior* behavior,
                       const std::vector<TFileType>& types, const TString& prompt,
-                      std::unique_ptr<IOpenDialogCustomizeBehavior> customizeBehavior);
+                      IOpenDialogCustomizeBehavior* customizeBehavior);
 
   bool CheckInvariant() const { return !GetFileTypes().empty() && fBehavior; }
-  IOpenDialogCustomizeBehavior* GetCustomizeBehavior() const { return fCustomizeBehavior.get(); }
+  // Null if there is none.
+  IOpenDialogCustomizeBehavior* GetCustomizeBehavior() const { return fCustomizeBehavior; }
+  // It is deleted with this object.
+  void TakeCustomizeBehavior() { fOwnedCustomizeBehavior.reset(fCustomizeBehavior); }
 
   void OnInitDialog(HWND hookWindow, HWND frame) override;
   bool OnNotify(HWND hookWindow, HWND frame, const NMHDR& notification) override;
@@ -36,7 +39,8 @@ class COpenFileDialogInfo final : public CFileNameDialogInfo {
 
  private:
   IOpenDialogBehavior* const fBehavior;
-  const std::unique_ptr<IOpenDialogCustomizeBehavior> fCustomizeBehavior;
+  IOpenDialogCustomizeBehavior* const fCustomizeBehavior;
+  std::unique_ptr<IOpenDialogCustomizeBehavior> fOwnedCustomizeBehavior;
 };
 
 // The frame. What is typed into the box for the name counts as a change of the selection.

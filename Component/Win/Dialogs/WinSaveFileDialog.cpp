@@ -61,7 +61,8 @@ CSaveFileDialogInfo::CSaveFileDialogInfo(IWindowHost& host, const TFileDialogReq
   const CFileType* const startType = GetFileTypeAt(index == 0 ? 1 : index);
   const TString defaultExtension = startType ? DefaultExtension(*startType) : TString();
   CheckSplitting();
-  Prepare(kSaveFlags, index, defaultExtension, WithDefaultExtension(templateName, defaultExtension));
+  Prepare(kSaveFlags, index, defaultExtension,
+          WithDefaultExtension(WithoutForbiddenCharacters(templateName), defaultExtension));
 }
 
 BOOL CSaveFileDialogInfo::ShowSystemDialog(OPENFILENAMEW& record) {
@@ -74,7 +75,7 @@ BOOL CSaveFileDialogInfo::ShowSystemDialog(OPENFILENAMEW& record) {
 // The user has been asked about the path as it stands. If its file has another name and is there, it must not
 // be overwritten without a question: the dialog comes back with that name.
 TString CSaveFileDialogInfo::FileForPath(TString& path, const CFileType& fileType) {
-  if (!FindExtensionForFile({fileType}, path).empty()) return path;
+  if (HasExtensionOf(path, fileType)) return path;
   const TString file = path + ExtensionToAdd(fileType);
   if (file == path || !IsExistingFile(file)) return file;
   path = file;
@@ -102,6 +103,10 @@ TError CSaveFileDialogInfo::TellCancelled() {
 // --- The hook
 
 void CSaveFileDialogInfo::OnInitDialog(HWND, HWND frame) {
+  const CSaveFileDialogInfo* const saveFileDialogInfo = this;
+  const HWND parent = frame;
+  MORVANE_ASSERT(0!=saveFileDialogInfo);
+  MORVANE_ASSERT(parent != 0);
   new CFileDialogFrameProcWrapper(frame, *this);  // goes with its window
 }
 
@@ -120,7 +125,7 @@ bool CSaveFileDialogInfo::OnNotify(HWND, HWND frame, const NMHDR& notification) 
   }
 }
 
-// Never none, but it may list no extensions.
+// One without extensions if there are no types.
 const CFileType& CSaveFileDialogInfo::GetSelectedType() {
   static const CFileType kNoType;
   const CFileType* const type = GetFileTypeAt(GetRecord().nFilterIndex);

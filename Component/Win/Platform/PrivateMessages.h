@@ -24,8 +24,9 @@ enum : UINT {
   // Sent by the threads of the file dialogs, with the modal window as lParam.
   kMsgPushAppModal = 1133,
   kMsgPopAppModal = 1134,
-  // Posted to the main thread, without a window, by the threads of the file dialogs: wParam 1 or 0, lParam
-  // the id of the other thread.
+  // Posted by the threads of the file dialogs: wParam 1 or 0, lParam the id of the other thread. It may come
+  // to
+  // the main thread without a window, too.
   kMsgAppActivation = 1136,
   // As the results of the other dialogs. Nothing in the library posts these: a folder chooser with a thread
   // of its own ends in silence.

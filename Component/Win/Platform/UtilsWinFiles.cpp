@@ -107,7 +107,19 @@ TString CFileSystemProbe::FullPath(const TString& path) const {
 }
 
 std::string PathToFileURL(const TString& path) {
-  return kFileURLStart + NSTextPackage::StringToUTF8(path, false);
+  std::string url = kFileURLStart;
+  for (std::size_t i = 0; i < path.size(); ++i) {
+    const bool isPair = IS_HIGH_SURROGATE(path[i]) && i + 1 < path.size() && IS_LOW_SURROGATE(path[i + 1]);
+    if (!isPair) {
+      url += NSTextPackage::StringToUTF8(path.substr(i, 1), false);
+      continue;
+    }
+    const std::uint32_t code = 0x10000 + ((path[i] & 0x3FFu) << 10) + (path[i + 1] & 0x3FFu);
+    url += static_cast<char>(0xF0 | code >> 18);
+    for (const int shift : {12, 6, 0}) url += static_cast<char>(0x80 | (code >> shift & 0x3F));
+    ++i;
+  }
+  return url;
 }
 
 TString FileURLToPath(const std::string& url) {

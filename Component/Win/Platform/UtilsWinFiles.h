@@ -29,7 +29,8 @@ class CFileSystemProbe final : public IFileSystemProbe {
   NSTextPackage::TString FullPath(const NSTextPackage::TString& path) const override;
 };
 
-// "file://" and the path as it is, in UTF-8: nothing is escaped and backslashes stay.
+// "file://" and the path as it is, in UTF-8: nothing is escaped and backslashes stay. Half a pair of
+// surrogates, which the name of a file can have, becomes three bytes.
 std::string PathToFileURL(const NSTextPackage::TString& path);
 // The reverse. Empty if the text does not begin with "file://" in lower case.
 NSTextPackage::TString FileURLToPath(const std::string& url);

@@ -60,17 +60,26 @@ void CBlocking::PushForeignDialog(HWND dialog) {
     MORVANE_UNREACHED();
     return;
   }
+  // First, as the dialog can end while windows are disabled for it.
+  fForeignDialogs.push_back(dialog);
   try {
     Push(dialog);
-    fForeignDialogs.push_back(dialog);
   } catch (...) {
-    PopQuietly(dialog);
+    PopForeignDialog(dialog);
     throw;
   }
 }
 
 void CBlocking::PopForeignDialog(HWND dialog) {
   if (std::erase(fForeignDialogs, dialog) != 0) PopQuietly(dialog);
+}
+
+void CBlocking::OnOwnedForeignDialogEnded(HWND owner, bool isStillBlocked) {
+  if (!IsWindow(owner)) return;
+  if (isStillBlocked || FindDialogOver(owner))
+    EnableWindow(owner, FALSE);
+  else
+    EnableUsableInPlaceOf(owner);
 }
 
 void CBlocking::PopForeignDialogs() {
@@ -108,6 +117,11 @@ std::vector<HWND> CBlocking::DialogChain(HWND hWnd) const {
   while (const HWND dialog = FindDialogOver(chain.back())) {
     if (Contains(chain, dialog)) break;
     chain.push_back(dialog);
+  }
+  // A question of the system's over a dialog of its own: it has disabled that.
+  if (Contains(fForeignDialogs, chain.back())) {
+    const HWND question = GetLastActivePopup(chain.back());
+    if (question != chain.back() && IsWindowVisible(question)) chain.push_back(question);
   }
   return chain;
 }
@@ -324,6 +338,10 @@ void CBlocking::RestoreOrder() { BringAppToFront(MergeOrder(fWindows->GetShownHw
 // --- To the front
 
 void CBlocking::Refresh() {
+  // A thread that was ended from outside has not told that its dialog has gone.
+  const std::vector<HWND> foreignDialogs = fForeignDialogs;
+  for (const HWND dialog : foreignDialogs)
+    if (!IsWindow(dialog)) PopForeignDialog(dialog);
   DisableUnderFront();
   RestoreOrder();
 }

@@ -39,6 +39,9 @@ class CBlocking : CNotCopied {
   // once only.
   void PushForeignDialog(HWND dialog);
   void PopForeignDialog(HWND dialog);
+  // One that has blocked its owner only, which the system has enabled then, or not if something blocked the
+  // owner before. `isStillBlocked` if another dialog of the system's is open over the same owner.
+  void OnOwnedForeignDialogEnded(HWND owner, bool isStillBlocked);
   // Pops all foreign dialogs that are left.
   void PopForeignDialogs();
 
