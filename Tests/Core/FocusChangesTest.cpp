@@ -375,10 +375,8 @@ class RandomFocus {
     int count = 0;
     std::istringstream words(TakeTold(fWindow));
     for (std::string word; words >> word; ++count) {
-      const bool isOnDuty = word.back() == '+';
-      EXPECT_EQ(isOnDuty, !fOnDuty.contains(word.substr(0, word.size() - 1))) << word;
-      if (isOnDuty) fOnDuty.insert(word.substr(0, word.size() - 1));
-      if (!isOnDuty) fOnDuty.erase(word.substr(0, word.size() - 1));
+      const std::string name = word.substr(0, word.size() - 1);
+      EXPECT_TRUE(word.back() == '+' ? fOnDuty.insert(name).second : fOnDuty.erase(name) == 1) << word;
     }
     EXPECT_LT(count, 2000);
   }

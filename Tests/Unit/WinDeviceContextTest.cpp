@@ -88,14 +88,9 @@ TEST_F(WinDeviceContext, SurfacesArePooled) {
   EXPECT_EQ(firstDIB, pool.Take(nullptr, {40, 30}, 32)->GetDIB());
   EXPECT_EQ(0u, pool.GetCount());
   // Few are kept: a large one pushes the others out, and one beyond the limit is never kept.
-  for (const auto& [size, kept] : Rows<TSize, std::size_t>{{{1, 9}, 1},
-                                                           {{2, 9}, 2},
-                                                           {{3, 9}, 3},
-                                                           {{4, 9}, 4},
-                                                           {{5, 9}, 4},
-                                                           {{3, 9}, 4},
-                                                           {{3840, 2160}, 1},
-                                                           {{3840, 2161}, 1}}) {
+  const Rows<TSize, std::size_t> rows = {{{1, 9}, 1}, {{2, 9}, 2}, {{3, 9}, 3},       {{4, 9}, 4},
+                                         {{5, 9}, 4}, {{3, 9}, 4}, {{3840, 2160}, 1}, {{3840, 2161}, 1}};
+  for (const auto& [size, kept] : rows) {
     pool.GiveBack(pool.Take(nullptr, size, 32));
     EXPECT_EQ(kept, pool.GetCount()) << size.fWidth;
   }

@@ -82,8 +82,8 @@ TEST_F(WinRegistryTest, ValuesOfOthers) {
   Put(u"v", REG_SZ, L"ab", 6);
   EXPECT_EQ(kBadFormatError, ErrorOf([&] { key.GetNumber(u"v"); }));
   // Texts without a terminator, of half units, with something behind the terminator.
-  for (const auto& [size, text] :
-       Rows<DWORD, TString>{{0, u""}, {1, u""}, {3, u"a"}, {4, u"ab"}, {6, u"ab"}}) {
+  const Rows<DWORD, TString> rows = {{0, u""}, {1, u""}, {3, u"a"}, {4, u"ab"}, {6, u"ab"}};
+  for (const auto& [size, text] : rows) {
     Put(u"v", REG_SZ, L"ab", size);
     EXPECT_EQ(key.GetString(u"v"), text) << size;
   }
