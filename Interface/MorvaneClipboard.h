@@ -9,7 +9,10 @@ namespace NSMorvane {
 // "HBMP", "DIBB" and "FURL" are the platform's own (CF_UNICODETEXT, CF_TEXT, CF_WAVE, CF_RIFF, CF_BITMAP,
 // CF_DIB and CF_HDROP, with the layouts that the platform publishes); any other tag, of ASCII characters, is
 // a format private to applications of this library. Upper and lower case make no difference in such a private
-// tag.
+// tag. A tag may be shorter than four characters; one with other than ASCII characters gives kOtherError.
+//
+// "HBMP" is a handle and no block of bytes, so that a client can only ask whether it is there. "DIBB" has the
+// bytes of the picture.
 #pragma pack(push, 1)
 struct TClipboardFormat {
   char fTag[5];
@@ -31,10 +34,12 @@ class IData {
 };
 
 // Implemented by the client: supplies the data of the formats that go to the clipboard. The library deletes
-// it.
+// it on success; otherwise the client keeps the ownership.
 class IClipboardDataGetter {
  public:
-  // The library deletes what is returned.
+  // Called once for each format, in order, while the clipboard is open. The clipboard cannot be used during
+  // the call (kIllegalCallSequenceProgrammingError). The library deletes what is returned. Set `outError`;
+  // with kOK the result must not be null.
   virtual IData* IClipboardDataGetter_GetData(const TClipboardFormat& format, TError& outError) = 0;
 
   virtual ~IClipboardDataGetter() = default;

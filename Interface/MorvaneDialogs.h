@@ -8,6 +8,7 @@ namespace NSMorvane {
 
 // --- Alert boxes
 
+// Without an icon, or with the system's icon of an error, of information or of a warning.
 enum TAlertKind : std::uint32_t { kAlertPlain = 23, kAlertStop = 24, kAlertNote = 25, kAlertCaution = 26 };
 
 enum TAlertButtonLayout : std::uint32_t {
@@ -20,8 +21,13 @@ enum TAlertButtonLayout : std::uint32_t {
 
 enum : std::size_t { kAlertTextChars = 1023 };
 
+// The message and, below an empty line, the details are shown in lines of 600 pixels at most, broken between
+// words where possible. U+2029, U+000D and the pair U+000D U+000A end a line. Text that is too high for the
+// screen is cut off at its end.
+//
 // Labels of buttons may contain a mnemonic, marked with `_`. fButton1 must not be empty. fButton2 may be
-// empty only if fButton3 is empty too.
+// empty only if fButton3 is empty too. An empty label, and one that the layout has no place for, makes no
+// button. The default button should have a label.
 struct TAlertSpec {
   TAlertButtonLayout fButtonLayout;
   TAlertKind fKind;
@@ -39,18 +45,21 @@ enum TAlertResponse : std::uint32_t {
   kAlertResponseThird = 566
 };
 
-// Implemented by the client, which keeps it alive until the alert has been answered.
+// Implemented by the client, which keeps it alive until the alert has been answered or its owner has been
+// released.
 class IAlertBoxListener {
  public:
-  // The alert closes when this returns kOK. With any other code it stays open, and the code is delivered as
-  // an unhandled error.
+  // Called once for each answer. The alert closes when this returns kOK. With any other code it stays open,
+  // and the code is delivered as an unhandled error. During the call the alert takes no other answer. The
+  // call may delete the listener and release the alert's owner.
   virtual TError IAlertBoxListener_OnResponse(TAlertResponse response) = 0;
 
   virtual ~IAlertBoxListener() = default;
 };
 
-// Implemented by the client, which keeps it alive until the question has been answered. There is one
-// operation for each answer. As with alerts, the question stays open if the code is not kOK.
+// Implemented by the client, which keeps it alive until the question has been answered or its owner has been
+// released. There is one operation for each answer; each may release the document's window. As with alerts,
+// the question stays open if the code is not kOK.
 class ISaveChangesBehavior {
  public:
   virtual TError ISaveChangesBehavior_OnSave() = 0;

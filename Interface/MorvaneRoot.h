@@ -56,7 +56,7 @@ class IMorvaneRunBehavior {
   // The user or the system asks the application to quit, or there is no document window: the last one has
   // gone, or nothing was opened. Ask the documents whether they can be closed, then call
   // IMorvane_StartQuitting. The event may be ignored. It then comes again; as long as there is no document
-  // window, after each message and idle call.
+  // window, after each message and idle call, but not while an alert is open.
   virtual TError IMorvaneRunBehavior_OnQuitEvent() = 0;
   // There is nothing to show. Open an empty document; if nothing is opened, the quit event follows.
   virtual TError IMorvaneRunBehavior_OnNoDocument(TNoDocumentKind kind) = 0;
@@ -127,9 +127,10 @@ class IMorvane {
   virtual TError IMorvane_GetBehavior(IMorvaneRunBehavior*& outBehavior) = 0;
   virtual TError IMorvane_GetBehavior(IMorvaneRunBehavior*& outBehavior) const = 0;
   // Closes the visible windows one at a time, front first, each with
-  // IxxxBehavior_OnRequestClose(kCloseByLibrary); when no window is left, IMorvane_Run ends. Quitting waits
-  // for a window that does not close. A call while IMorvane_IsQuitting gives 1 is a mistake: it is reported
-  // as an assertion, and the front window is asked again.
+  // IxxxBehavior_OnRequestClose(kCloseByLibrary); when no window is left, IMorvane_Run ends. An alert is
+  // answered with its last button. Quitting waits for a window that does not close. A call while
+  // IMorvane_IsQuitting gives 1 is a mistake: it is reported as an assertion, and the front window is asked
+  // again.
   virtual TError IMorvane_StartQuitting() = 0;
   // Stops the quitting that IMorvane_StartQuitting began. Call it only while IMorvane_IsQuitting gives 1.
   // Windows that are closed already stay closed.
@@ -143,12 +144,15 @@ class IMorvane {
   // --- Clipboard. Only during IMorvane_Run, else kIllegalCallSequenceProgrammingError. kOtherError while
   // another program holds the clipboard open: try again.
   virtual TError IMorvane_IsFormatOnClipboard(const TClipboardFormat& format, TFlag& outExistsFlag) = 0;
-  // A copy of the data, which the caller deletes. kProgrammingError if the format is not there.
+  // A copy of the data, which the caller deletes. It can be longer than what was put there, since the system
+  // may round its size up; a text ends at its zero unit. kProgrammingError if the format is not there,
+  // kUnsupportedFormatError for "HBMP".
   virtual IData* IMorvane_GetClipboardData(const TClipboardFormat& format, TError& outError) = 0;
-  // Empties the clipboard and puts the data of all formats there. On success the library owns
-  // `clipbardDataGetter`. If one format fails, the formats before it are on the clipboard. Each IData has at
-  // least one byte. The data of "utxt" is UTF-16 with a zero unit at the end. Its size is in bytes too: an
-  // odd size gives kBadInputProgrammingError.
+  // Empties the clipboard and puts the data of all formats there. Without formats `clipbardDataGetter` may be
+  // null. On success the library owns it. If one format fails, the formats before it are on the clipboard. A
+  // tag that no format can have, and "HBMP" (kUnsupportedFormatError), change nothing. Each IData has at
+  // least one byte; an empty one gives kOtherError. The data of "utxt" is UTF-16. Its size is in bytes too:
+  // an odd size gives kBadInputProgrammingError. "utxt" and "TEXT" without a zero unit at the end get one.
   virtual TError IMorvane_ReplaceClipboardContents(const TClipboardFormat* formats, std::uint32_t formatCount,
                                                    IClipboardDataGetter* clipbardDataGetter) = 0;
 
@@ -163,13 +167,15 @@ class IMorvane {
   // --- Icons; the caller deletes them. Their pictures are loaded when they are first needed, so a source
   // that does not exist is reported only then (IWinExtensions_GetIconHandle).
   virtual IIcon* IMorvane_CreateBuiltInIcon(TBuiltinIcon icon, TError& outError) = 0;
-  // The system's icon of a file, folder or volume.
+  // The system's icon of a file, folder or volume, at 16 and 32 pixels. The URL begins with "file://". Any
+  // other text is reported only when the picture is needed.
   virtual IIcon* IMorvane_CreateIconForURL(const char* fileOrFolderOrVolumeURL, TError& outError) = 0;
   // `key` is the number of an icon in the executable's resources, in decimal.
   virtual IIcon* IMorvane_CreateResourceIcon(const char* key, TError& outError) = 0;
   // A sheet of 181 by 130 pixels of 4 bytes (red, green, blue, alpha), with the four sizes at fixed places:
-  // 16 at (132, 87), 32 at (132, 52), 48 at (132, 1), 128 at (1, 1). A size without an opaque pixel is left
-  // out.
+  // 16 at (132, 87), 32 at (132, 52), 48 at (132, 1), 128 at (1, 1). The first row is the top
+  // one. Colours are not multiplied by alpha. A size without a pixel of an alpha above 0 is left out; no size
+  // is scaled down from a larger one.
   virtual IIcon* IMorvane_CreatePixmapIcon(const void* pixmapRGBA, TError& outError) = 0;
 
   // The position is in client coordinates of `window`, or in screen coordinates if that is null.
@@ -284,10 +290,12 @@ class IMorvane {
   virtual TError IMorvane_GetFloatingWindowsZ(IWindowListReceiver& out) = 0;
   // Shows an alert and returns at once. If `blockingAppModalDialogFlag` is 1, which is possible only without
   // an owner, it returns when the alert has been answered. With an owner, the alert blocks that window and
-  // appears over it; without one, it blocks the application. The close box counts as the last button, Return
-  // as the default button unless another one has the focus, and Escape as Cancel if there are two or three
-  // buttons. `listener` gets the answer; it may be null, and the client keeps its ownership. kOtherError for
-  // an unknown layout.
+  // appears over it; when the owner is released, the alert closes without an answer. Without an owner, the
+  // alert blocks the application. The close box and quitting count as the last button, Return as the default
+  // button unless another one has the focus, and Escape as Cancel if there are two or three buttons, else as
+  // the only button. `listener` gets the answer, unless the run ends before; it may be null, and the client
+  // keeps its ownership. kOtherError for an unknown layout, kIllegalCallSequenceProgrammingError outside
+  // IMorvane_Run.
   virtual TError IMorvane_CreateAlertBox(IModalOwner* modalOwner, TFlag blockingAppModalDialogFlag,
                                          const TAlertSpec& alertSpec, IAlertBoxListener* listener) = 0;
 
@@ -344,8 +352,9 @@ class IMorvane {
                                                        TFlag blockingAppModalDialogFlag,
                                                        const TChar* prompt) = 0;
   // Asks whether to save the changes of a document, in an alert with the texts 11 to 15 of the application's
-  // bank 1000. In the question, "^0" stands for `documentName`. `reason` chooses between the questions for
-  // closing and for quitting.
+  // bank 1000. In the question, "^0" stands for `documentName`, where null is the empty text. `reason`
+  // chooses between the questions for closing and for quitting. `behavior` must not be null. Everything else
+  // is as in IMorvane_CreateAlertBox.
   virtual TError IMorvane_CreateSaveChangesDialog(ISaveChangesBehavior* behavior, IModalOwner* modalOwner,
                                                   TFlag blockingAppModalDialogFlag, const TChar* documentName,
                                                   TCloseReason reason) = 0;

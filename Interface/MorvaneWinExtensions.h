@@ -43,13 +43,14 @@ enum TAutoPlayCommand : std::uint32_t { kAutoPlaySuppress = 0, kAutoPlayRelease 
 class IWinExtensions {
  public:
   // The native icon at 16, 32, 48 or 128 pixels. If the icon does not have that size, the next smaller one is
-  // returned. The icon keeps the ownership of the handle. Null on failure, with the code in `outError`:
-  // kBadInputProgrammingError for any other size and for an icon that the library has not made,
-  // kUnsupportedFormatError for a file that does not exist.
+  // returned. The icon and its clones keep the ownership of the handle, which the last of them deletes. Null
+  // on failure, with the code in `outError`: kBadInputProgrammingError for any other size and for an icon
+  // that the library has not made, kUnsupportedFormatError for a file that does not exist, kOtherError for a
+  // picture that does not exist.
   virtual HICON__* IWinExtensions_GetIconHandle(const IIcon& icon, std::uint32_t size, TError& outError) = 0;
   // Makes an icon out of up to four native icons, one for each size; a size that is missing is null. On
   // success the icon owns the handles. The caller deletes the icon. kBadInputProgrammingError if all handles
-  // are null or one is given twice.
+  // are null, if one is given twice, and if one is not an icon.
   virtual IIcon* IWinExtensions_CreateIconFromHandles(HICON__* icon16, HICON__* icon32, HICON__* icon48,
                                                       HICON__* icon128, TError& outError) = 0;
   // Calls the receiver once for each option of the command line (an argument that begins with "/"). If the
