@@ -3,6 +3,8 @@
 
 #include <array>
 
+#include "Component/Portable/Opening/PendingCommandLines.h"
+#include "Component/Win/Application/WinExtensions.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Platform/UtilsWinFiles.h"
 #include "Tests/Support/PatchedImport.h"
@@ -127,7 +129,10 @@ TEST_F(WinIconTest, FilesAndResources) {
   for (const char* const url : {"file://C:\\no\\such.file", "http://a.b/", "nothing", "file://\xC3"})
     EXPECT_EQ(kUnsupportedFormatError, ErrorOf([&] { HandleOf(MakeIconForURL(url), 16); })) << url;
   EXPECT_EQ(TakeReports(), "");
-  // This program has no icon.
+  // An icon of this program, by its number and by one with the same low half; then some that it has not.
+  for (const char* const key : {"1004", "66540"})
+    for (const std::uint32_t size : kSizes)
+      EXPECT_EQ(SideOf(HandleOf(MakeResourceIcon(key), size)), static_cast<int>(size)) << key;
   for (const char* const key : {"1", "none", "99999999999"}) {
     EXPECT_ANY_THROW(HandleOf(MakeResourceIcon(key), 128)) << key;
     EXPECT_EQ(TakeReports(), "0!=result") << key;
@@ -153,11 +158,13 @@ TEST_F(WinIconTest, SheetsWithASizeMissing) {
 
 TEST_F(WinIconTest, PixelsWithAlphaAndWithout) {
   const auto sheet = Sheet(15, true);
+  const std::unique_ptr<IIcon> all = MakePixmapIcon(sheet.data());
   for (const std::size_t place : {0, 1, 2, 3})
     for (const auto& [hasAlphaIcons, background] : Rows<bool, int>{{true, 0}, {true, 255}, {false, 255}}) {
       const TRect& rect = kPlaces[place];
       const int side = static_cast<int>(kSizes[place]);
-      const HICON icon = MakeIconFromSheet(sheet.data(), rect, hasAlphaIcons);
+      const HICON icon =
+          hasAlphaIcons ? HandleOf(all, kSizes[place]) : MakeIconFromSheet(sheet.data(), rect, false);
       const auto pixels = Drawn(icon, side, RGB(background, background, background));
       int wrong = 0;
       for (int i = 0; i < side * side; ++i) {
@@ -171,7 +178,7 @@ TEST_F(WinIconTest, PixelsWithAlphaAndWithout) {
                  isOff(GetBValue(pixel), 50);
       }
       EXPECT_EQ(wrong, 0) << side << " on " << background;
-      DestroyIcon(icon);
+      if (!hasAlphaIcons) DestroyIcon(icon);
     }
   EXPECT_THROW(MakeIconFromSheet(sheet.data(), {0, 0, 15, 16}, false), std::logic_error);
   // A bitmap that cannot be drawn into would leave an icon of nothing.
@@ -186,11 +193,18 @@ TEST_F(WinIconTest, HandlesOfTheClient) {
   const HICON plain = CreateIcon(nullptr, 16, 16, 1, 1, bits, bits);
   const HICON gone = CreateIcon(nullptr, 16, 16, 1, 1, bits, bits);
   DestroyIcon(gone);
-  for (const HICON none : {gone, reinterpret_cast<HICON>(4711)}) {
-    EXPECT_EQ(kBadInputProgrammingError,
-              ErrorOf([&] { MakeIconFromHandles(plain, none, nullptr, nullptr); }));
+  CPendingCommandLines commandLines;
+  CWinExtensions extensions(commandLines);
+  TError error = kOK;
+  for (const auto& [icon16, icon32] :
+       Rows<HICON, HICON>{{plain, gone}, {plain, plain}, {nullptr, nullptr}, {nullptr, HICON(4711)}}) {
+    EXPECT_EQ(extensions.IWinExtensions_CreateIconFromHandles(icon16, icon32, nullptr, nullptr, error),
+              nullptr);
+    EXPECT_EQ(error, kBadInputProgrammingError);
   }
-  const std::unique_ptr<IIcon> icon = MakeIconFromHandles(plain, nullptr, nullptr, nullptr);
+  const std::unique_ptr<IIcon> icon(
+      extensions.IWinExtensions_CreateIconFromHandles(plain, nullptr, nullptr, nullptr, error));
+  ASSERT_EQ(error, kOK);
   static int questions;
   questions = 0;
   BOOL(WINAPI* const count)
@@ -200,8 +214,10 @@ TEST_F(WinIconTest, HandlesOfTheClient) {
   };
   const PatchedImport patch(nullptr, "GetIconInfo", count);
   const std::unique_ptr<IIcon> clone = CloneOf(*icon);
-  EXPECT_EQ(HandleOf(clone, 128), plain);
+  EXPECT_EQ(extensions.IWinExtensions_GetIconHandle(*clone, 128, error), plain);
   EXPECT_EQ(questions, 0);
+  EXPECT_EQ(extensions.IWinExtensions_GetIconHandle(*clone, 24, error), nullptr);
+  EXPECT_EQ(error, kBadInputProgrammingError);
 }
 
 TEST_F(WinIconTest, ClonesAndEquality) {
