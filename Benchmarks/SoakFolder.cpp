@@ -6,15 +6,11 @@
 #include <iterator>
 #include <stdexcept>
 
-#include "../Samples/Sketch/SketchFiles.h"
-
 namespace NSSoak {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-fs::path theFolder;
 
 std::string ContentsOf(const fs::path& path) {
   std::ifstream file(path, std::ios::binary);
@@ -31,7 +27,6 @@ CSoakFolder::CSoakFolder(const fs::path& from, std::size_t documentCount)
   if (fContents.empty()) throw std::runtime_error("no documents in " + from.string());
   fs::create_directories(fFolder);
   fs::current_path(fFolder);
-  theFolder = fFolder;
 }
 
 CSoakFolder::~CSoakFolder() {
@@ -51,19 +46,3 @@ std::u16string CSoakFolder::PathOf(std::size_t document) const {
 }
 
 }  // namespace NSSoak
-
-namespace NSSketch {
-
-// Sketch's own, under the name that the build gives it.
-bool SaveSketchAnywhere(const std::u16string& path, const CSketchDocument& document,
-                        std::u16string& outMessage);
-
-// Takes its place: refuses every path that does not lie in the folder.
-bool SaveSketch(const std::u16string& path, const CSketchDocument& document, std::u16string& outMessage) {
-  const std::filesystem::path parent = std::filesystem::path(FullPath(path)).parent_path();
-  if (parent == NSSoak::theFolder) return SaveSketchAnywhere(path, document, outMessage);
-  outMessage = u"This is not the folder for it.";
-  return false;
-}
-
-}  // namespace NSSketch

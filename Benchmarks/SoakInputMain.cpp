@@ -9,10 +9,12 @@
 #include <cstdlib>
 #include <cstring>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <set>
 #include <string>
+#include <utility>
 
 #include "../Samples/Sketch/SketchApplication.h"
 #include "../Samples/Sketch/SketchWindow.h"
@@ -33,6 +35,7 @@ constexpr int kTurnsToClose = 5000;
 constexpr DWORD kWaitMS = 300;
 constexpr DWORD kHangMS = 300000;  // a busy machine may leave this one out for long
 constexpr std::uint32_t kMessageOpen = 0x50A4;
+constexpr std::uint32_t kMessageAnswer = 0x50A5;
 
 struct TOptions {
   long long fEvents;
@@ -170,6 +173,14 @@ class CSoakSketch : public NSSketch::CSketchApplication {
     return fDone ? CSketchApplication::IMorvaneRunBehavior_OnQuitEvent() : kOK;
   }
   TError IMorvaneRunBehavior_OnAppMessage(std::uint32_t message, std::uint32_t number) override {
+    if (message == kMessageAnswer) {
+      const auto answer = std::move(fAnswers.front());
+      fAnswers.pop_front();
+      return Guarded([&] {
+        answer();
+        return TError{kOK};
+      });
+    }
     if (message != kMessageOpen) return CSketchApplication::IMorvaneRunBehavior_OnAppMessage(message, number);
     return Guarded([&] {
       if (fIsClosing) return TError{kOK};
@@ -182,6 +193,21 @@ class CSoakSketch : public NSSketch::CSketchApplication {
       return TError{kOK};
     });
   }
+  // Nothing is shown in which random input could do harm: only what is in the folder is opened, and nothing
+  // is saved elsewhere.
+  void ShowOpenDialog(const NSSketch::TDialogPlace&, NSSketch::TOnPath onChosen) override {
+    const std::u16string path = fFolder.PathOf(fEvents->Random(kDocuments));
+    if (fEvents->Random(2) == 0) AnswerLater([=] { onChosen(path); });
+  }
+  void ShowSaveDialog(const NSSketch::TDialogPlace&, NSSketch::TSaveQuestion question) override {
+    const std::u16string path = fFolder.PathOf(fEvents->Random(2 * kDocuments));
+    const auto type = static_cast<NSSketch::TSketchFileType>(
+        question.fOffersPictures && fEvents->Random(4) == 0 ? 1 + fEvents->Random(2) : 0);
+    if (fEvents->Random(2) == 0)
+      AnswerLater([=] { question.fOnChosen(path, type); });
+    else
+      AnswerLater(question.fOnCancel);
+  }
   TError IMorvaneRunBehavior_OnUnhandledError(TError error) override {
     Fail("the error " + std::to_string(error));
     return kOK;
@@ -190,6 +216,11 @@ class CSoakSketch : public NSSketch::CSketchApplication {
  private:
   static void CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD) {
     if (!theApplication->fDone) theApplication->Turn();
+  }
+
+  void AnswerLater(std::function<void()> answer) {
+    fAnswers.push_back(std::move(answer));
+    ThrowIfFailed(fMorvane.IMorvane_PostAppMessage(kMessageAnswer, 0));
   }
 
   void Turn() {
@@ -247,6 +278,7 @@ class CSoakSketch : public NSSketch::CSketchApplication {
   CSoakFolder& fFolder;
   bool& fDone;
   std::unique_ptr<CInputEvents> fEvents;
+  std::deque<std::function<void()>> fAnswers;  // to file dialogs
   CUseWatch fUse{kRounds};
   int fTurnsToClose = 0;
   bool fIsClosing = false;

@@ -9,7 +9,6 @@
 #include "SketchCommands.h"
 #include "SketchDialogs.h"
 #include "SketchFiles.h"
-#include "SketchMessageWindow.h"
 #include "SketchPalette.h"
 #include "SketchPropertiesDialog.h"
 #include "SketchTheme.h"
@@ -76,16 +75,12 @@ TError CSketchApplication::IMorvaneRunBehavior_OnUnhandledError(TError error) {
   if (fIsReporting || IsQuitting()) return kOK;
   fIsReporting = true;
   const TError told = Guarded([&] {
-    ShowMessage({fMorvane, nullptr},
-                {u"Sketch",
-                 u"Something could not be done",
-                 {u"There may be too little memory. Save your documents.",
-                  u"Error " + AsciiText(std::to_string(error))},
-                 {u"OK"}},
-                [this](std::size_t) { fIsReporting = false; });
+    ShowAlert(
+        {fMorvane, nullptr}, kAlertStop, u"Something could not be done.",
+        u"There may be too little memory. Save your documents.\nError " + AsciiText(std::to_string(error)));
     return TError{kOK};
   });
-  if (told != kOK) fIsReporting = false;
+  fIsReporting = false;
   return told;
 }
 
@@ -117,12 +112,27 @@ void CSketchApplication::OpenFile(const std::u16string& givenPath) {
   auto document = std::make_unique<CSketchDocument>();
   std::u16string message;
   if (!LoadSketch(path, *document, message)) {
-    ThrowIfFailed(
-        CreateDocumentWindow<CSketchMessageWindow>(fMorvane, kDocumentStyle, fMorvane, *this, path, message));
+    const bool hasOwner = fFront && !fFront->IsBlocked();
+    ShowAlert(hasOwner ? fFront->DialogPlace() : TDialogPlace{fMorvane, nullptr}, kAlertCaution,
+              u"\"" + NameOfPath(path) + u"\" cannot be opened.", message + u"\n" + path);
     return;
   }
   ThrowIfFailed(CreateDocumentWindow<CSketchWindow>(fMorvane, kDocumentStyle, fMorvane, *this,
                                                     std::move(document), path, NameOfPath(path)));
+}
+
+void CSketchApplication::AskWhatToOpen(const TDialogPlace& place) {
+  ShowOpenDialog(place, [this](const std::u16string& path) {
+    if (!IsQuitting()) OpenFile(path);
+  });
+}
+
+void CSketchApplication::ShowOpenDialog(const TDialogPlace& place, TOnPath onChosen) {
+  NSSketch::ShowOpenDialog(place, std::move(onChosen));
+}
+
+void CSketchApplication::ShowSaveDialog(const TDialogPlace& place, TSaveQuestion question) {
+  NSSketch::ShowSaveDialog(place, std::move(question));
 }
 
 // The palette waits until all the documents of the start are there: it is placed by the one in front.
@@ -137,6 +147,7 @@ void CSketchApplication::AddWindow(CSketchWindow& window) {
 void CSketchApplication::RemoveWindow(CSketchWindow& window) {
   std::erase(fWindows, &window);
   if (fScrolling == &window) fScrolling = nullptr;
+  if (fQuitWindow == &window) fQuitWindow = nullptr;
   if (fFront != &window) return;
   fFront = fWindows.empty() ? nullptr : fWindows.back();
   // The window is going, and nothing may keep it from that.
@@ -190,7 +201,7 @@ bool CSketchApplication::IsQuitting() const {
   return fMorvane.IMorvane_IsQuitting(isQuitting) == kOK && isQuitting == 1;
 }
 
-TError CSketchApplication::OnRequestClose(TCloseReason reason, CSketchCommandWindow* window,
+TError CSketchApplication::OnRequestClose(TCloseReason reason, CSketchWindow* window,
                                           const std::function<void()>& close) {
   return Guarded([&] {
     if (reason == kCloseByLibrary) {
@@ -217,10 +228,6 @@ void CSketchApplication::StopQuitting() {
   ThrowIfFailed(fMorvane.IMorvane_StopQuitting());
   fQuitWindow = nullptr;
   for (CSketchWindow* const window : fWindows) window->ForgetAnswer();
-}
-
-void CSketchApplication::OnCommandWindowGone(const CSketchCommandWindow& window) {
-  if (fQuitWindow == &window) fQuitWindow = nullptr;
 }
 
 // --- What all documents share
@@ -281,26 +288,14 @@ void CSketchApplication::ShowProperties() {
   fProperties = factory.Made();
 }
 
-void CSketchApplication::ShowAbout() {
-  ShowMessage({fMorvane, nullptr},
-              {u"About Sketch",
-               u"Sketch 0.1",
-               {u"A vector drawing program.", u"The sample of a whole application of Morvane."},
-               {u"OK"}},
-              [](std::size_t) {});
-}
+void CSketchApplication::ShowAbout() { NSSketch::ShowAbout({fMorvane, nullptr}); }
 
 TRect CSketchApplication::FrontFrame() const {
   return fFront ? FrameOnScreen(fFront->Window()) : TRect{0, 0, 800, 600};
 }
 
-// Another window may be in front of the document: one that tells why a file could not be opened.
 TPoint CSketchApplication::PlaceOfPalette(const TSize& size) const {
-  CVectorWindowReceiver windows;
-  ThrowIfFailed(fMorvane.IMorvane_GetDocumentWindowsZ(windows));
-  TPoint corner = fFront ? ClientCornerOnScreen(fFront->Window()) : TPoint{0, 0};
-  if (!windows.fWindows.empty())
-    corner.fY = std::max(corner.fY, ClientCornerOnScreen(*windows.fWindows.front()).fY);
+  const TPoint corner = fFront ? ClientCornerOnScreen(fFront->Window()) : TPoint{0, 0};
   return {corner.fX + kPaletteCorner.fX + size.fWidth / 2, corner.fY + kPaletteCorner.fY + size.fHeight / 2};
 }
 

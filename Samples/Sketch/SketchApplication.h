@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
+#include "SketchFileDialogs.h"
 #include "SketchTools.h"
 
 namespace NSSketch {
 
-class CSketchCommandWindow;
 class CSketchPalette;
 class CSketchPropertiesDialog;
 class CSketchWindow;
@@ -30,7 +30,12 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
 
   // --- Documents. Everything that does something throws XFailed.
   void OpenUntitled();
+  // Tells the user why, if that cannot be done.
   void OpenFile(const std::u16string& path);
+  void AskWhatToOpen(const TDialogPlace& place);
+  // The file dialogs; virtual for a program that drives Sketch and answers them. The answer comes later.
+  virtual void ShowOpenDialog(const TDialogPlace& place, TOnPath onChosen);
+  virtual void ShowSaveDialog(const TDialogPlace& place, TSaveQuestion question);
   // The window that shows the file at a full path, other than `except`; null if there is none.
   CSketchWindow* WindowOfFile(const std::u16string& path, const CSketchWindow* except = nullptr) const;
   // Called by each window with a document, when it comes and when it goes, and when it becomes active.
@@ -51,14 +56,12 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
   bool IsQuitting() const;
   // A window is asked to close: `close` is called if the user asks, else the application is quitting. The
   // window is null for the palette and the properties.
-  NSMorvane::TError OnRequestClose(NSMorvane::TCloseReason reason, CSketchCommandWindow* window,
+  NSMorvane::TError OnRequestClose(NSMorvane::TCloseReason reason, CSketchWindow* window,
                                    const std::function<void()>& close);
   // To be called after each answer.
   void GoOnQuitting();
   // Does nothing if the application is not quitting.
   void StopQuitting();
-  void OnCommandWindowGone(const CSketchCommandWindow& window);
-
   // Has a window scroll on while its ScrollWithDrag says so.
   void KeepScrolling(CSketchWindow& window);
 
@@ -88,8 +91,8 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
 
   std::vector<CSketchWindow*> fWindows;
   CSketchWindow* fFront = nullptr;
-  CSketchCommandWindow* fQuitWindow = nullptr;  // the last one that was asked to close by quitting
-  CSketchWindow* fScrolling = nullptr;          // the one that scrolls with a drag
+  CSketchWindow* fQuitWindow = nullptr;  // the last one that was asked to close by quitting
+  CSketchWindow* fScrolling = nullptr;   // the one that scrolls with a drag
   NSMorvane::CTimer fScrollTimer;
   std::uint32_t fUntitledCount = 0;  // so far
   TSketchTool fTool = TSketchTool::kSelect;

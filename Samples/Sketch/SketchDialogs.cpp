@@ -2,8 +2,13 @@
 
 #include <windows.h>
 
+#include <MorvaneWinExtensions.h>
+
 #include <algorithm>
 
+#include "SketchControls.h"
+#include "SketchForm.h"
+#include "SketchTextField.h"
 #include "SketchTheme.h"
 
 namespace NSSketch {
@@ -38,18 +43,8 @@ class CSketchModalDialog : public CDefaultModalDialogBehavior {
       return TError{kOK};
     });
   }
-  TError IModalDialogBehavior_OnRequestClose(TCloseReason reason) override {
-    return Guarded([&] {
-      if (reason == kCloseByLibrary && IsQuestion()) return fWindow.IModalDialog_FocusNow();
-      Cancel();
-      return TError{kOK};
-    });
-  }
 
  protected:
-  virtual void Cancel() { Close(); }
-  // Whether quitting has to wait for an answer.
-  virtual bool IsQuestion() const { return false; }
   void Close() { ThrowIfFailed(fWindow.IModalDialog_Release()); }
   // The place of a button, counted from the right.
   TRect ButtonPlace(std::int32_t fromRight) const {
@@ -74,54 +69,6 @@ void ShowModal(const TDialogPlace& place, TArguments&&... arguments) {
   ThrowIfFailed(CreateModalDialog<TDialog>(place.fMorvane, place.fOwner, kModalDialogCloseBoxBit, place,
                                            std::forward<TArguments>(arguments)...));
 }
-
-// --- Message
-
-constexpr std::int32_t kMessageWidth = 420;
-constexpr std::int32_t kLineHeight = 20;
-
-class CSketchMessageDialog : public CSketchModalDialog {
- public:
-  CSketchMessageDialog(IModalDialog& window, const TDialogPlace& place, const TMessage& message,
-                       std::function<void(std::size_t)>& onAnswer)
-      : CSketchModalDialog(
-            window, place, message.fTitle,
-            {kMessageWidth, 3 * kMargin + 26 + kButtonHeight +
-                                kLineHeight * static_cast<std::int32_t>(message.fLines.size())}),
-        fOnAnswer(onAnswer),
-        fButtons(message.fButtons.size()) {
-    std::int32_t top = kMargin;
-    fForm.Add(fHeading, {kMargin, top, kMessageWidth - kMargin, top + 26}, message.fHeading,
-              CSketchLabel::TStyle::kTitle);
-    top += 32;
-    fLines.resize(message.fLines.size());
-    for (std::size_t i = 0; i < fLines.size(); ++i, top += kLineHeight)
-      fForm.Add(fLines[i], {kMargin, top, kMessageWidth - kMargin, top + kLineHeight}, message.fLines[i]);
-    const auto count = static_cast<std::int32_t>(fButtons.size());
-    for (std::int32_t i = 0; i < count; ++i) {
-      const auto index = static_cast<std::size_t>(i);
-      fForm.Add(fButtons[index], ButtonPlace(count - 1 - i), message.fButtons[index],
-                [this, index] { Answer(index); });
-    }
-    fForm.SetDefault(*fButtons.front().operator->());
-    fForm.SetCancel(*fButtons.back().operator->());
-    fForm.Finish(*fButtons.front().View());
-  }
-
- private:
-  void Cancel() override { Answer(fButtons.size() - 1); }
-  bool IsQuestion() const override { return fButtons.size() > 1; }
-  void Answer(std::size_t index) {
-    const std::function<void(std::size_t)> onAnswer = fOnAnswer;
-    Close();
-    onAnswer(index);
-  }
-
-  const std::function<void(std::size_t)> fOnAnswer;
-  CViewOf<CSketchLabel> fHeading;
-  std::vector<CViewOf<CSketchLabel>> fLines;
-  std::vector<CViewOf<CSketchButton>> fButtons;
-};
 
 // --- Settings
 
@@ -176,48 +123,58 @@ class CSketchSettingsDialog : public CSketchModalDialog {
   CViewOf<CSketchButton> fCancelButton;
 };
 
-// --- Path
+// --- About
 
-constexpr std::int32_t kPathWidth = 520;
-
-class CSketchPathDialog : public CSketchModalDialog {
+// [icon]
+// An icon of the program's resources, at one of its four sizes.
+class CSketchIcon : public CSketchControl {
  public:
-  CSketchPathDialog(IModalDialog& window, const TDialogPlace& place, const std::u16string& title,
-                    const std::u16string& button, const std::u16string& path,
-                    std::function<void(const std::u16string&)>& onDone, std::function<void()>& onCancel)
-      : CSketchModalDialog(window, place, title, {kPathWidth, 136}), fOnDone(onDone), fOnCancel(onCancel) {
-    fForm.Add(fLabel, {kMargin, 14, kPathWidth - kMargin, 14 + kRowHeight}, u"_Path of the document");
-    fForm.Add(fPath, {kMargin, 40, kPathWidth - kMargin, 40 + kRowHeight},
-              [this](const std::u16string& text) { fOK->SetEnabled(!text.empty()); });
-    fForm.Add(fOK, ButtonPlace(1), button, [this] { Accept(); });
-    fForm.Add(fCancelButton, ButtonPlace(0), u"Cancel", [this] { Cancel(); });
-    fPath->SetValue(path);
-    fOK->SetEnabled(!path.empty());
-    fForm.SetDefault(*fOK.operator->());
-    fForm.SetCancel(*fCancelButton.operator->());
-    fForm.Finish(*fPath.View());
+  static constexpr bool kIsFocusable = false;
+  CSketchIcon(IView& view, CSketchForm& form, IMorvane& morvane, const char* key, std::uint32_t size)
+      : CSketchControl(view, form, {}), fSize(static_cast<int>(size)) {
+    TError error = kOK;
+    fIcon.reset(morvane.IMorvane_CreateResourceIcon(key, error));
+    ThrowIfFailed(error);
+    IWinExtensions* extensions = nullptr;
+    ThrowIfFailed(morvane.IMorvane_GetWinExtensions(extensions));
+    fHandle = extensions->IWinExtensions_GetIconHandle(*fIcon, size, error);
+    ThrowIfFailed(error);
+  }
+
+ protected:
+  void Paint(HDC port, const RECT& box) override {
+    ::DrawIconEx(port, box.left, box.top, fHandle, fSize, fSize, 0, nullptr, DI_NORMAL);
   }
 
  private:
-  void Cancel() override {
-    const std::function<void()> onCancel = fOnCancel;
-    Close();
-    if (onCancel) onCancel();
-  }
-  bool IsQuestion() const override { return static_cast<bool>(fOnCancel); }
-  void Accept() {
-    const std::u16string path = fPath->Value();
-    const std::function<void(const std::u16string&)> onDone = fOnDone;
-    Close();
-    onDone(path);
+  std::unique_ptr<IIcon> fIcon;
+  HICON fHandle = nullptr;  // the icon's
+  const int fSize;
+};
+// [end]
+
+class CSketchAboutDialog : public CSketchModalDialog {
+ public:
+  CSketchAboutDialog(IModalDialog& window, const TDialogPlace& place)
+      : CSketchModalDialog(window, place, u"About Sketch", {400, 160}) {
+    constexpr std::int32_t kLeft = kMargin + 48 + kMargin;
+    fForm.Add(fIcon, {kMargin, kMargin, kMargin + 48, kMargin + 48}, place.fMorvane, "1", 48u);
+    fForm.Add(fName, {kLeft, kMargin, 400 - kMargin, kMargin + 26}, u"Sketch 0.1",
+              CSketchLabel::TStyle::kTitle);
+    fForm.Add(fWhat, {kLeft, 54, 400 - kMargin, 74}, u"A vector drawing program.");
+    fForm.Add(fWhose, {kLeft, 74, 400 - kMargin, 94}, u"The sample of a whole application of Morvane.");
+    fForm.Add(fOK, ButtonPlace(0), u"OK", [this] { Close(); });
+    fForm.SetDefault(*fOK.operator->());
+    fForm.SetCancel(*fOK.operator->());
+    fForm.Finish(*fOK.View());
   }
 
-  const std::function<void(const std::u16string&)> fOnDone;
-  const std::function<void()> fOnCancel;
-  CViewOf<CSketchLabel> fLabel;
-  CViewOf<CSketchTextField> fPath;
+ private:
+  CViewOf<CSketchIcon> fIcon;
+  CViewOf<CSketchLabel> fName;
+  CViewOf<CSketchLabel> fWhat;
+  CViewOf<CSketchLabel> fWhose;
   CViewOf<CSketchButton> fOK;
-  CViewOf<CSketchButton> fCancelButton;
 };
 
 }  // namespace
@@ -250,20 +207,25 @@ TPoint ClientCornerOnScreen(IWindow& window) {
   return {corner.x, corner.y};
 }
 
-void ShowMessage(const TDialogPlace& place, const TMessage& message,
-                 std::function<void(std::size_t)> onAnswer) {
-  ShowModal<CSketchMessageDialog>(place, message, onAnswer);
+// [alert]
+void ShowAlert(const TDialogPlace& place, TAlertKind kind, const std::u16string& message,
+               const std::u16string& details) {
+  TAlertSpec spec = {};
+  spec.fButtonLayout = kAlertOneButton;
+  spec.fKind = kind;
+  CopyText(spec.fMessage, message);
+  CopyText(spec.fDetails, details);
+  CopyText(spec.fButton1, u"OK");
+  const TFlag waits = place.fOwner ? 0 : 1;
+  ThrowIfFailed(place.fMorvane.IMorvane_CreateAlertBox(place.fOwner, waits, spec, nullptr));
 }
+// [end]
 
 void ShowSettings(const TDialogPlace& place, const TDocumentSettings& settings,
                   std::function<void(const TDocumentSettings&)> onDone) {
   ShowModal<CSketchSettingsDialog>(place, settings, onDone);
 }
 
-void AskForPath(const TDialogPlace& place, const std::u16string& title, const std::u16string& button,
-                const std::u16string& path, std::function<void(const std::u16string&)> onDone,
-                std::function<void()> onCancel) {
-  ShowModal<CSketchPathDialog>(place, title, button, path, onDone, onCancel);
-}
+void ShowAbout(const TDialogPlace& place) { ShowModal<CSketchAboutDialog>(place); }
 
 }  // namespace NSSketch

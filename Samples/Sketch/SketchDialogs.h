@@ -1,4 +1,5 @@
-// The modal dialogs: a message with buttons, the settings of a document, and the path of a file.
+// Alerts, and the modal dialogs that are Sketch's own: the settings of a document, and About. File dialogs
+// have a file of their own.
 //
 // Each is made by a function, which shows it and returns; what the user decides comes through a callback,
 // after the dialog has gone.
@@ -10,11 +11,8 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
-#include "SketchControls.h"
-#include "SketchForm.h"
-#include "SketchTextField.h"
+#include "SketchDocument.h"
 
 namespace NSSketch {
 
@@ -48,7 +46,7 @@ struct TDialogPlace {
 
 // Belongs to the behaviour of a window that shows dialogs. What is to be done with an answer goes through
 // WhileAlive, and is left undone if the window has gone by then:
-//   AskForPath(place, title, button, path, fLife.WhileAlive([this](const std::u16string& path) { ... }));
+//   ShowSettings(place, settings, fLife.WhileAlive([this](const TDocumentSettings& settings) { ... }));
 class CSketchLife {
  public:
   template <class TBody>
@@ -62,20 +60,10 @@ class CSketchLife {
   const std::shared_ptr<const int> fLife = std::make_shared<const int>();
 };
 
-// --- A message with one to three buttons
-
-struct TMessage {
-  std::u16string fTitle;
-  std::u16string fHeading;
-  std::vector<std::u16string> fLines;
-  std::vector<std::u16string> fButtons;  // the first one is pressed by Return, the last one by Escape
-};
-
-// `onAnswer` gets the index of the button. Quitting waits for an answer, if there is a choice.
-void ShowMessage(const TDialogPlace& place, const TMessage& message,
-                 std::function<void(std::size_t)> onAnswer);
-
-// --- Settings of a document
+// Tells the user something. Over an owner this returns at once. Without one it returns when the user has read
+// it, so that the application does not end meanwhile for want of a document.
+void ShowAlert(const TDialogPlace& place, NSMorvane::TAlertKind kind, const std::u16string& message,
+               const std::u16string& details);
 
 struct TDocumentSettings {
   TSketchSize fCanvasSize;
@@ -87,12 +75,6 @@ struct TDocumentSettings {
 void ShowSettings(const TDialogPlace& place, const TDocumentSettings& settings,
                   std::function<void(const TDocumentSettings&)> onDone);
 
-// --- A path of a file
-
-// `button` is the text of the button that accepts it. With `onCancel`, which is called if the user does not,
-// quitting waits for the dialog; without, it takes the dialog away.
-void AskForPath(const TDialogPlace& place, const std::u16string& title, const std::u16string& button,
-                const std::u16string& path, std::function<void(const std::u16string&)> onDone,
-                std::function<void()> onCancel = {});
+void ShowAbout(const TDialogPlace& place);
 
 }  // namespace NSSketch

@@ -75,6 +75,11 @@ bool ReadBytes(const std::u16string& path, std::string& outBytes, std::u16string
   return true;
 }
 
+bool HasExtension(const std::u16string& path, const std::u16string& extension) {
+  return path.size() >= extension.size() &&
+         IsSamePath(path.substr(path.size() - extension.size()), extension);
+}
+
 // Makes a file that is not there yet, complete on the disk. Otherwise returns the system's error, and nothing
 // is left behind.
 DWORD WriteNewFile(const std::u16string& path, const std::string& bytes) {
@@ -112,10 +117,6 @@ std::u16string FullPath(const std::u16string& path) {
   return full;
 }
 
-bool IsFile(const std::u16string& path) {
-  return ::GetFileAttributesW(WideText(path)) != INVALID_FILE_ATTRIBUTES && !IsFolder(path);
-}
-
 bool IsSamePath(const std::u16string& a, const std::u16string& b) {
   return ::CompareStringOrdinal(WideText(a), static_cast<int>(a.size()), WideText(b),
                                 static_cast<int>(b.size()), TRUE) == CSTR_EQUAL;
@@ -126,12 +127,13 @@ bool LoadSketch(const std::u16string& path, CSketchDocument& outDocument, std::u
   if (!ReadBytes(path, bytes, outMessage)) return false;
   std::string message;
   if (ReadSketchDocument(bytes, outDocument, message)) return true;
-  outMessage = TextFromUTF8(message);
+  if (!HasExtension(path, u".sketch"))
+    outMessage = u"It is no drawing of Sketch, whose files are text and end in \".sketch\".\n";
+  outMessage += u"In " + TextFromUTF8(message) + u".";
   return false;
 }
 
-bool SaveSketch(const std::u16string& path, const CSketchDocument& document, std::u16string& outMessage) {
-  const std::string bytes = WriteSketchDocument(document);
+bool SaveFile(const std::u16string& path, const std::string& bytes, std::u16string& outMessage) {
   std::u16string temporary;
   DWORD error = ERROR_FILE_EXISTS;
   for (int i = 1; error == ERROR_FILE_EXISTS && i <= kMaxTemporaries; ++i) {

@@ -13,17 +13,14 @@ std::u16string NameOfPath(const std::u16string& path);
 // A path that starts in the current folder, from its drive on; separators are those of the system.
 std::u16string FullPath(const std::u16string& path);
 
-// Whether there is a file at a path. A folder is none.
-bool IsFile(const std::u16string& path);
-
 // Whether two paths name the same file.
 bool IsSamePath(const std::u16string& a, const std::u16string& b);
 
 // On failure false, with a message for the user, and nothing in `outDocument`.
 bool LoadSketch(const std::u16string& path, CSketchDocument& outDocument, std::u16string& outMessage);
 
-// Writes a document to a file beside the one at `path`, and moves it over that one when it is complete: a
+// Writes the bytes to a file beside the one at `path`, and moves it over that one when it is complete: a
 // failure leaves the old file as it was. On failure false, with a message for the user.
-bool SaveSketch(const std::u16string& path, const CSketchDocument& document, std::u16string& outMessage);
+bool SaveFile(const std::u16string& path, const std::string& bytes, std::u16string& outMessage);
 
 }  // namespace NSSketch

@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "SketchPainter.h"
-#include "SketchSmoothing.h"
+#include "SketchRendering.h"
 #include "SketchTheme.h"
 
 namespace NSSketch {
@@ -37,24 +36,16 @@ std::uint16_t To16Bits(std::uint32_t pixel) {
   return static_cast<std::uint16_t>((pixel >> 9 & 0x7C00) | (pixel >> 6 & 0x03E0) | (pixel >> 3 & 0x001F));
 }
 
-// Drawn smoothly with the painter of the canvas, at a scale far below 1.
-std::vector<std::uint32_t> MakePicture(const CSketchDocument& document, const TSize& size) {
-  CPixelBitmap bitmap;
-  if (!bitmap.Reserve(size.fWidth, size.fHeight)) return {};
-  const RECT area = {0, 0, size.fWidth, size.fHeight};
-  FillArea(bitmap.Context(), area, document.Background());
-  const double scale = static_cast<double>(size.fWidth) / document.CanvasSize().fWidth;
-  DrawSmoothly(bitmap.Context(), area, [&](HDC hdc, const RECT& band) {
-    CSketchPainter(hdc, {kSmoothFactor * scale, static_cast<double>(-kSmoothFactor * band.left),
-                         static_cast<double>(-kSmoothFactor * band.top)})
-        .PaintShapes(document);
-  });
-  FrameArea(bitmap.Context(), area, kSheetEdgeColor);
-  ::GdiFlush();
-  std::vector<std::uint32_t> pixels;
-  for (int y = 0; y < size.fHeight; ++y)
-    pixels.insert(pixels.end(), bitmap.Row(y), bitmap.Row(y) + size.fWidth);
-  return pixels;
+// The whole sheet, with a frame.
+TSketchPicture MakePicture(const CSketchDocument& document, const TSize& size) {
+  const TSketchSize sheet = document.CanvasSize();
+  TSketchPicture picture =
+      PictureOf(document, {0, 0, sheet.fWidth, sheet.fHeight}, {size.fWidth, size.fHeight});
+  for (std::uint32_t y = 0; y < picture.fHeight; ++y)
+    for (std::uint32_t x = 0; x < picture.fWidth; ++x)
+      if (x == 0 || y == 0 || x + 1 == picture.fWidth || y + 1 == picture.fHeight)
+        picture.fPixels[y * picture.fWidth + x] = kSheetEdgeColor;
+  return picture;
 }
 
 }  // namespace
@@ -72,7 +63,7 @@ TSize CSketchPreviewView::FittingSize(const CSketchDocument& document, const TSi
 TError CSketchPreviewView::IViewBehavior_Draw(IDrawTools& tools) {
   return Guarded([&] {
     fRect = RectOf(fView);
-    if (!UpdatePixels({WidthOf(fRect), HeightOf(fRect)})) return TError{kOutOfMemoryError};
+    UpdatePicture({WidthOf(fRect), HeightOf(fRect)});
     void* region = nullptr;
     ThrowIfFailed(tools.IDrawTools_GetDirtyRegion(region));
     const COpenPixels pixels(tools);
@@ -82,14 +73,13 @@ TError CSketchPreviewView::IViewBehavior_Draw(IDrawTools& tools) {
   });
 }
 
-bool CSketchPreviewView::UpdatePixels(const TSize& size) {
-  const bool isGood = fPixelsRevision == fDocument.Revision() && fPixelsSize.fWidth == size.fWidth &&
-                      fPixelsSize.fHeight == size.fHeight;
-  if (isGood) return true;
-  fPixels = MakePicture(fDocument, size);
-  fPixelsSize = size;
-  fPixelsRevision = fDocument.Revision();
-  return !fPixels.empty();
+void CSketchPreviewView::UpdatePicture(const TSize& size) {
+  const bool isGood = fRevision == fDocument.Revision() &&
+                      static_cast<std::int32_t>(fPicture.fWidth) == size.fWidth &&
+                      static_cast<std::int32_t>(fPicture.fHeight) == size.fHeight;
+  if (isGood) return;
+  fPicture = MakePicture(fDocument, size);
+  fRevision = fDocument.Revision();
 }
 
 void CSketchPreviewView::CopyPixels(const TRawPixels& target, const TRect& part) const {
@@ -97,8 +87,8 @@ void CSketchPreviewView::CopyPixels(const TRawPixels& target, const TRect& part)
                          target.fOriginY + target.fHeight};
   const TRect copied = Intersection(Intersection(part, fRect), surface);
   for (std::int32_t y = copied.fTop; y < copied.fBottom && copied.fLeft < copied.fRight; ++y) {
-    const std::uint32_t* const source = fPixels.data() +
-                                        static_cast<std::ptrdiff_t>(y - fRect.fTop) * fPixelsSize.fWidth +
+    const std::uint32_t* const source = fPicture.fPixels.data() +
+                                        static_cast<std::ptrdiff_t>(y - fRect.fTop) * fPicture.fWidth +
                                         (copied.fLeft - fRect.fLeft);
     const std::ptrdiff_t row = static_cast<std::ptrdiff_t>(y - target.fOriginY) * target.fRowBytes;
     const std::ptrdiff_t column = copied.fLeft - target.fOriginX;

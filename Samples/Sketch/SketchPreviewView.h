@@ -5,9 +5,9 @@
 #include <MorvaneDefaults.h>
 
 #include <cstdint>
-#include <vector>
 
 #include "SketchDocument.h"
+#include "SketchPicture.h"
 
 namespace NSSketch {
 
@@ -23,17 +23,16 @@ class CSketchPreviewView : public NSMorvane::CDefaultViewBehavior {
   static NSMorvane::TSize FittingSize(const CSketchDocument& document, const NSMorvane::TSize& box);
 
  private:
-  // Makes fPixels again if the document or the size has changed.
-  bool UpdatePixels(const NSMorvane::TSize& size);
+  // Makes the picture again if the document or the size has changed.
+  void UpdatePicture(const NSMorvane::TSize& size);
   // The part of the picture inside `part`, which is in drawing coordinates.
   void CopyPixels(const NSMorvane::TRawPixels& target, const NSMorvane::TRect& part) const;
 
   NSMorvane::IView& fView;
   const CSketchDocument& fDocument;
   NSMorvane::TRect fRect = {0, 0, 0, 0};  // the view's, while it draws
-  std::vector<std::uint32_t> fPixels;     // the picture, row by row
-  NSMorvane::TSize fPixelsSize = {0, 0};
-  std::uint64_t fPixelsRevision = 0;
+  TSketchPicture fPicture;
+  std::uint64_t fRevision = 0;  // of what it shows
 };
 
 }  // namespace NSSketch

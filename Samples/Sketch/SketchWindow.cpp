@@ -1,5 +1,7 @@
 #include "SketchWindow.h"
 
+#include <windows.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -18,10 +20,33 @@ constexpr std::int32_t kLeastWidthWithSidePanel = 680;
 constexpr std::int32_t kDeskMargin = 32;  // above and below the sheet
 constexpr std::int32_t kDeskSide = 72;    // beside it; the palette has room there
 
+constexpr std::int32_t kScreenMargin = 24;  // left free around a new window
+
 // As large as the sheet with some desk around it needs it.
 TSize IdealSize(const CSketchDocument& document) {
   const TSketchSize sheet = document.CanvasSize();
   return {sheet.fWidth + 2 * kDeskSide + kSidePanelWidth, sheet.fHeight + 2 * kDeskMargin + kStatusHeight};
+}
+
+// Gives a new window its title, its least size, and its first size: `ideal`, as far as the main monitor has
+// room for it.
+void SetUpWindow(IMorvane& morvane, IDocumentWindow& window, const std::u16string& title, TSize ideal) {
+  TMonitorList monitors;
+  ThrowIfFailed(morvane.IMorvane_GetMonitors(monitors));
+  const TRect& screen = monitors.fMonitors[monitors.fMainMonitorIndex].fWorkArea;
+  TRect frame = {0, 0, 0, 0};  // around an empty client area
+  ThrowIfFailed(WindowOf(window).IWindow_ClientRectToFrameRect({0, 0, 0, 0}, frame));
+  const TSize room = {WidthOf(screen) - WidthOf(frame) - 2 * kScreenMargin,
+                      HeightOf(screen) - HeightOf(frame) - 2 * kScreenMargin};
+  ideal.fWidth = std::max(std::min(ideal.fWidth, room.fWidth), kMinimumSize.fWidth);
+  ideal.fHeight = std::max(std::min(ideal.fHeight, room.fHeight), kMinimumSize.fHeight);
+
+  ThrowIfFailed(ChangeState(window, [&](TDocumentWindowState& state) {
+    CopyText(state.fTitle, title);
+    state.fMinimumClientSize = kMinimumSize;
+    state.fIdealClientSize = ideal;
+    state.fPlacement.fZoomState = kWindowStateIdeal;
+  }));
 }
 
 }  // namespace
@@ -29,7 +54,10 @@ TSize IdealSize(const CSketchDocument& document) {
 CSketchWindow::CSketchWindow(IDocumentWindow& window, IMorvane& morvane, CSketchApplication& application,
                              std::unique_ptr<CSketchDocument> document, const std::u16string& path,
                              const std::u16string& name)
-    : CSketchCommandWindow(window, morvane, application, path),
+    : CDefaultDocumentWindowBehavior(window),
+      fMorvane(morvane),
+      fApplication(application),
+      fPath(path),
       fName(name),
       fEditor(std::move(document), TextMeasure()),
       fCanvas(morvane, fEditor, *this) {
@@ -39,7 +67,7 @@ CSketchWindow::CSketchWindow(IDocumentWindow& window, IMorvane& morvane, CSketch
   ThrowIfFailed(fPreview.Create(morvane, *fSidePanel.View(), "Preview", ViewParams(), fEditor.Document()));
   ThrowIfFailed(fStatus.Create(morvane, root, "Status", ViewParams(kViewDrawTemporary32), fEditor, fName));
   fCanvas.SetTool(application.Tool());
-  SetUpWindow(morvane, window, name, kMinimumSize, IdealSize(fEditor.Document()));
+  SetUpWindow(morvane, window, name, IdealSize(fEditor.Document()));
   fEditor.SetListener(this);
   fApplication.AddWindow(*this);
 }
@@ -50,6 +78,18 @@ CSketchWindow::~CSketchWindow() {
 }
 
 // --- The window
+
+bool CSketchWindow::IsBlocked() const {
+  TNativeWindow native = {nullptr};
+  ThrowIfFailed(Window().IWindow_GetNativeWindow(native));
+  return !::IsWindowEnabled(native.fHwnd) || !::IsWindowVisible(native.fHwnd);
+}
+
+TDialogPlace CSketchWindow::DialogPlace() const {
+  IModalOwner* owner = nullptr;
+  ThrowIfFailed(fWindow.IDocumentWindow_GetModalOwner(owner));
+  return {fMorvane, owner};
+}
 
 TError CSketchWindow::IDocumentWindowBehavior_OnClientSizeChanged(const TSize&, const TSize& newSize) {
   return Guarded([&] {

@@ -1,5 +1,5 @@
 // The window of one document: its views and where they stand, what is done with the document's file, and the
-// commands of the menus.
+// commands of the menus and keys.
 #pragma once
 
 #include <Morvane.h>
@@ -9,22 +9,41 @@
 #include <string>
 
 #include "SketchCanvas.h"
-#include "SketchCommandWindow.h"
+#include "SketchCommands.h"
 #include "SketchDialogs.h"
 #include "SketchEditor.h"
+#include "SketchFileDialogs.h"
 #include "SketchPreviewView.h"
 #include "SketchSidePanelView.h"
 #include "SketchStatusView.h"
 
 namespace NSSketch {
 
-class CSketchWindow : public CSketchCommandWindow, private ISketchEditorListener, private ISketchCanvasOwner {
+class CSketchApplication;
+
+class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
+                      public ISketchCommandTarget,
+                      private ISketchEditorListener,
+                      private ISketchCanvasOwner,
+                      private NSMorvane::ISaveChangesBehavior {
  public:
   // `path` is empty for a document without a file.
   CSketchWindow(NSMorvane::IDocumentWindow& window, NSMorvane::IMorvane& morvane,
                 CSketchApplication& application, std::unique_ptr<CSketchDocument> document,
                 const std::u16string& path, const std::u16string& name);
   ~CSketchWindow() override;
+
+  // Of the file; empty for a document without one.
+  const std::u16string& Path() const { return fPath; }
+  NSMorvane::IWindow& Window() const { return NSMorvane::WindowOf(fWindow); }
+  TDialogPlace DialogPlace() const;
+  // Brings the window to the front.
+  void Focus() { NSMorvane::ThrowIfFailed(fWindow.IDocumentWindow_FocusNow()); }
+  // Whether nothing may be done in the window: a dialog of its own, or of the application's, is to be
+  // answered first, or it is on its way out.
+  bool IsBlocked() const;
+  // Without a question.
+  void Close() { NSMorvane::ThrowIfFailed(fWindow.IDocumentWindow_Release()); }
 
   CSketchEditor& Editor() { return fEditor; }
   // Ends what is being done on the canvas; see there.
@@ -40,12 +59,19 @@ class CSketchWindow : public CSketchCommandWindow, private ISketchEditorListener
   bool IsCommandChecked(TSketchCommand command) const override;
   std::u16string TextOfCommand(TSketchCommand command, const std::u16string& text) const override;
   void Perform(TSketchCommand command) override;
+  NSMorvane::TError IDocumentWindowBehavior_HandleKeyDown(const NSMorvane::TKeyEvent& event,
+                                                          NSMorvane::TFlag& outHandled) override;
+  NSMorvane::TError IDocumentWindowBehavior_OnSetupMenuBar(NSMorvane::IMenuBarState& state) override;
+  NSMorvane::TError IDocumentWindowBehavior_OnMenuCommand(const NSMorvane::TMenuCommandEvent& event,
+                                                          NSMorvane::TFlag& outHandled) override;
+  NSMorvane::TError IDocumentWindowBehavior_OnHelpRequested(NSMorvane::TFlag& outHandled) override;
 
   NSMorvane::TError IDocumentWindowBehavior_OnClientSizeChanged(const NSMorvane::TSize& oldSize,
                                                                 const NSMorvane::TSize& newSize) override;
   NSMorvane::TError IDocumentWindowBehavior_OnActivationChanged(NSMorvane::TFlag active) override;
 
   // --- SketchWindowFile.cpp
+  NSMorvane::TError IDocumentWindowBehavior_OnRequestClose(NSMorvane::TCloseReason reason) override;
   // Asks whether to save, if that is not known yet. True if quitting has to wait for an answer.
   bool AskBeforeQuitting();
   // Quitting was given up, and with it the answers.
@@ -72,17 +98,26 @@ class CSketchWindow : public CSketchCommandWindow, private ISketchEditorListener
   void ShowSettingsDialog();
 
   // --- SketchWindowFile.cpp
-  void RequestClose() override;
+  // The user wants to close it.
+  void RequestClose();
   bool HasUnsavedChanges() const;
   // False if it was not saved; the user has been told why. A document without a file is not saved.
-  bool Save();
+  bool Save() { return SaveTo(fPath); }
   bool SaveTo(const std::u16string& path);
+  bool Write(const std::u16string& path, const std::string& bytes);
   void AskWhereToSave(bool thenClose);
-  void SaveAs(const std::u16string& path, bool thenClose);
-  void AskWhetherToSave(bool isQuitting);
+  void SaveAs(const std::u16string& path, TSketchFileType type, bool thenClose);
+  void ExportPicture(const std::u16string& path, TSketchFileType type);
+  void AskWhetherToSave(NSMorvane::TCloseReason reason);
+  NSMorvane::TError ISaveChangesBehavior_OnSave() override;
+  NSMorvane::TError ISaveChangesBehavior_OnDiscard() override;
+  NSMorvane::TError ISaveChangesBehavior_OnCancel() override;
   void GoOnClosing();
   void GiveUpClosing();
 
+  NSMorvane::IMorvane& fMorvane;
+  CSketchApplication& fApplication;
+  std::u16string fPath;
   std::u16string fName;
   CSketchEditor fEditor;
   CSketchCanvas fCanvas;

@@ -1,4 +1,5 @@
-// The commands of a document's window: which can be used, and what they do.
+// The commands of a document's window: which can be used, what they do, and the menus and keys they come
+// from.
 #include "SketchApplication.h"
 #include "SketchDialogs.h"
 #include "SketchWindow.h"
@@ -104,6 +105,18 @@ void CSketchWindow::Perform(TSketchCommand command) {
     return;
   }
   switch (command) {
+    case kCommandAbout:
+      fApplication.ShowAbout();
+      break;
+    case kCommandNew:
+      fApplication.OpenUntitled();
+      break;
+    case kCommandOpen:
+      fApplication.AskWhatToOpen(DialogPlace());
+      break;
+    case kCommandClose:
+      if (!IsBlocked()) RequestClose();
+      break;
     case kCommandSave:
       if (fPath.empty())
         AskWhereToSave(false);
@@ -191,7 +204,7 @@ void CSketchWindow::Perform(TSketchCommand command) {
       fApplication.ShowPalette(!fApplication.IsPaletteShown());
       break;
     default:
-      CSketchCommandWindow::Perform(command);
+      break;
   }
 }
 
@@ -205,12 +218,8 @@ void CSketchWindow::Copy() {
 // A little beside what they are copies of, and the next time beside these.
 void CSketchWindow::Paste(const char* name, const std::vector<TShape>& shapes) {
   if (!fEditor.HasRoomFor(shapes.size())) {
-    ShowMessage(DialogPlace(),
-                {u"Sketch",
-                 u"There is no room for these shapes",
-                 {u"A document holds " + AsciiText(std::to_string(kMaxShapes)) + u" shapes at most."},
-                 {u"OK"}},
-                [](std::size_t) {});
+    ShowAlert(DialogPlace(), kAlertCaution, u"There is no room for these shapes.",
+              u"A document holds " + AsciiText(std::to_string(kMaxShapes)) + u" shapes at most.");
     return;
   }
   TSketchPoint move = {kShiftOfCopies, kShiftOfCopies};
@@ -231,7 +240,44 @@ void CSketchWindow::ShowSettingsDialog() {
                }));
 }
 
-// --- Menus
+// --- Menus and keys
+
+// What has no place in the menus. Keys of items that cannot be chosen do nothing.
+TError CSketchWindow::IDocumentWindowBehavior_HandleKeyDown(const TKeyEvent& event, TFlag& outHandled) {
+  outHandled = 0;
+  return Guarded([&] {
+    const auto command = CommandOfKey(fMorvane, event);
+    if (!command) return TError{kOK};
+    outHandled = 1;
+    if (IsCommandEnabled(*command)) Perform(*command);
+    return TError{kOK};
+  });
+}
+
+TError CSketchWindow::IDocumentWindowBehavior_OnSetupMenuBar(IMenuBarState& state) {
+  return Guarded([&] {
+    FillMenuBar(state, *this);
+    return TError{kOK};
+  });
+}
+
+TError CSketchWindow::IDocumentWindowBehavior_OnMenuCommand(const TMenuCommandEvent& event,
+                                                            TFlag& outHandled) {
+  outHandled = 1;
+  return Guarded([&] {
+    // It may have been chosen before a dialog came.
+    if (!IsBlocked()) Perform(static_cast<TSketchCommand>(event.fCommand));
+    return TError{kOK};
+  });
+}
+
+TError CSketchWindow::IDocumentWindowBehavior_OnHelpRequested(TFlag& outHandled) {
+  outHandled = 1;
+  return Guarded([&] {
+    if (!IsBlocked()) Perform(kCommandAbout);
+    return TError{kOK};
+  });
+}
 
 // The bars of all windows are filled when one asks, so this asks only for something new.
 void CSketchWindow::UpdateMenus() {

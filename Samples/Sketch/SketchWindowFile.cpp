@@ -1,22 +1,17 @@
 // A document's window and its file: saving, and closing without losing anything.
 #include "SketchApplication.h"
-#include "SketchDialogs.h"
+#include "SketchDocumentFile.h"
 #include "SketchFiles.h"
+#include "SketchPicture.h"
+#include "SketchRendering.h"
 #include "SketchWindow.h"
 
 namespace NSSketch {
 
 using namespace NSMorvane;
 
-bool CSketchWindow::Save() { return SaveTo(fPath); }
-
 bool CSketchWindow::SaveTo(const std::u16string& path) {
-  std::u16string message;
-  if (!SaveSketch(path, fEditor.Document(), message)) {
-    ShowMessage(DialogPlace(), {u"Sketch", NameOfPath(path) + u" was not saved", {message, path}, {u"OK"}},
-                [](std::size_t) {});
-    return false;
-  }
+  if (!Write(path, WriteSketchDocument(fEditor.Document()))) return false;
   fPath = path;
   fName = NameOfPath(path);
   fEditor.MarkSaved();
@@ -24,56 +19,56 @@ bool CSketchWindow::SaveTo(const std::u16string& path) {
   return true;
 }
 
-void CSketchWindow::AskWhereToSave(bool thenClose) {
-  const std::u16string path = fPath.empty() ? fName + u".sketch" : fPath;
-  AskForPath(DialogPlace(), u"Save As", u"Save", FullPath(path),
-             fLife.WhileAlive([this, thenClose](const std::u16string& chosen) {
-               fIsAsking = false;
-               SaveAs(FullPath(chosen), thenClose);
-             }),
-             thenClose ? std::function<void()>(fLife.WhileAlive([this] { GiveUpClosing(); }))
-                       : std::function<void()>());
-  fIsAsking = thenClose;
+bool CSketchWindow::Write(const std::u16string& path, const std::string& bytes) {
+  std::u16string message;
+  if (SaveFile(path, bytes, message)) return true;
+  ShowAlert(DialogPlace(), kAlertStop, u"\"" + NameOfPath(path) + u"\" was not saved.",
+            message + u"\n" + path);
+  return false;
 }
 
-// A file that another window shows is not written over, and any other only if the user says so.
-void CSketchWindow::SaveAs(const std::u16string& path, bool thenClose) {
-  if (fApplication.WindowOfFile(path, this)) {
-    if (thenClose) GiveUpClosing();
-    ShowMessage(DialogPlace(),
-                {u"Sketch",
-                 fName + u" was not saved",
-                 {NameOfPath(path) + u" is open in another window.", path},
-                 {u"OK"}},
-                fLife.WhileAlive([this, path](std::size_t) {
-                  if (CSketchWindow* const other = fApplication.WindowOfFile(path, this)) other->Focus();
-                }));
-    return;
-  }
-  const auto save = [this, path, thenClose] {
-    const bool isSaved = SaveTo(path);
-    if (thenClose) isSaved ? GoOnClosing() : GiveUpClosing();
-  };
-  if (IsSamePath(path, fPath) || !IsFile(path)) {
-    save();
-    return;
-  }
-  ShowMessage(DialogPlace(),
-              {u"Sketch",
-               u"Replace " + NameOfPath(path) + u"?",
-               {u"There is a file of this name already. Its contents would be lost.", path},
-               {u"_Replace", u"Cancel"}},
-              fLife.WhileAlive([this, save, thenClose](std::size_t answer) {
-                fIsAsking = false;
-                if (answer == 0)
-                  save();
-                else if (thenClose)
-                  GiveUpClosing();
-              }));
-  fIsAsking = thenClose;
+// Before it is closed a document needs a file of its own; a picture of it would not do. Closing and quitting
+// wait for the answer.
+void CSketchWindow::AskWhereToSave(bool thenClose) {
+  fApplication.ShowSaveDialog(
+      DialogPlace(), {fPath.empty() ? fName + u".sketch" : fPath, !thenClose,
+                      fLife.WhileAlive([this, thenClose](const std::u16string& path, TSketchFileType type) {
+                        fIsAsking = false;
+                        SaveAs(path, type, thenClose);
+                      }),
+                      fLife.WhileAlive([this, thenClose] {
+                        fIsAsking = false;
+                        if (thenClose) GiveUpClosing();
+                      })});
+  fIsAsking = true;
+}
+
+// A file that another window shows is not written over.
+void CSketchWindow::SaveAs(const std::u16string& path, TSketchFileType type, bool thenClose) {
+  bool isSaved = false;
+  if (type != TSketchFileType::kDocument)
+    ExportPicture(path, type);
+  else if (fApplication.WindowOfFile(path, this))
+    ShowAlert(DialogPlace(), kAlertCaution, u"\"" + fName + u"\" was not saved.",
+              NameOfPath(path) + u" is open in another window.\n" + path);
+  else
+    isSaved = SaveTo(path);
+  if (thenClose) isSaved ? GoOnClosing() : GiveUpClosing();
+}
+
+void CSketchWindow::ExportPicture(const std::u16string& path, TSketchFileType type) {
+  const TSketchSize size = fEditor.Document().CanvasSize();
+  const TSketchPicture page = PictureOf(fEditor.Document(), {0, 0, size.fWidth, size.fHeight}, size);
+  Write(path, type == TSketchFileType::kPNG ? PNGOf(page) : BMPOf(page));
 }
 
 // --- Closing, and quitting
+
+TError CSketchWindow::IDocumentWindowBehavior_OnRequestClose(TCloseReason reason) {
+  return fApplication.OnRequestClose(reason, this, [this] {
+    if (!IsBlocked()) RequestClose();
+  });
+}
 
 bool CSketchWindow::HasUnsavedChanges() const {
   return fEditor.IsModified() && fDiscarded != fEditor.Document().Revision();
@@ -84,7 +79,7 @@ void CSketchWindow::RequestClose() {
   if (!HasUnsavedChanges())
     Close();
   else if (!fIsAsking)
-    AskWhetherToSave(false);
+    AskWhetherToSave(kCloseByUser);
 }
 
 bool CSketchWindow::AskBeforeQuitting() {
@@ -99,33 +94,48 @@ bool CSketchWindow::AskBeforeQuitting() {
     fApplication.StopQuitting();
     Focus();
   } else {
-    AskWhetherToSave(true);
+    AskWhetherToSave(kCloseByLibrary);
   }
   return true;
 }
 
-void CSketchWindow::AskWhetherToSave(bool isQuitting) {
+// [save changes]
+void CSketchWindow::AskWhetherToSave(TCloseReason reason) {
   Focus();
-  const TMessage message = {u"Sketch",
-                            u"Save the changes to " + fName + u"?",
-                            {isQuitting ? u"It has changes that would be lost by quitting."
-                                        : u"The document has changes that are not in its file yet."},
-                            {u"_Save", u"_Don't Save", u"Cancel"}};
-  const auto onAnswer = [this](std::size_t answer) {
+  ThrowIfFailed(
+      fMorvane.IMorvane_CreateSaveChangesDialog(this, DialogPlace().fOwner, 0, fName.c_str(), reason));
+  fIsAsking = true;
+}
+
+TError CSketchWindow::ISaveChangesBehavior_OnSave() {
+  return Guarded([&] {
     fIsAsking = false;
-    if (answer == 0 && fPath.empty()) {
+    if (fPath.empty())
       AskWhereToSave(true);
-      return;
-    }
-    if (answer == 1) fDiscarded = fEditor.Document().Revision();
-    if (answer == 1 || (answer == 0 && Save()))
+    else if (Save())
       GoOnClosing();
     else
       GiveUpClosing();
-  };
-  ShowMessage(DialogPlace(), message, fLife.WhileAlive(onAnswer));
-  fIsAsking = true;
+    return TError{kOK};
+  });
 }
+
+TError CSketchWindow::ISaveChangesBehavior_OnDiscard() {
+  return Guarded([&] {
+    fIsAsking = false;
+    fDiscarded = fEditor.Document().Revision();
+    GoOnClosing();
+    return TError{kOK};
+  });
+}
+
+TError CSketchWindow::ISaveChangesBehavior_OnCancel() {
+  return Guarded([&] {
+    GiveUpClosing();
+    return TError{kOK};
+  });
+}
+// [end]
 
 // While the application is quitting no document goes before all have been asked.
 void CSketchWindow::GoOnClosing() {

@@ -321,6 +321,33 @@ TEST_IN_RUN(FileDialogsTest, BlocksItsOwnerOnlyOrTheCaller) {
   EXPECT_TRUE(IsWindowEnabled(other.fHwnd));
 }
 
+// A client that asks whether to save, and then where.
+TEST_IN_RUN(FileDialogsTest, BlocksItsOwnerBeyondTheAlertThatBroughtIt) {
+  Open();
+  struct : ISaveChangesBehavior {
+    TError ISaveChangesBehavior_OnSave() override { return fOnSave(); }
+    TError ISaveChangesBehavior_OnDiscard() override { return kOK; }
+    TError ISaveChangesBehavior_OnCancel() override { return kOK; }
+    std::function<TError()> fOnSave;
+  } question;
+  question.fOnSave = [this] { return CreateOpen(0, fRecord.fOwner); };
+  EXPECT_EQ(fMorvane->IMorvane_CreateSaveChangesDialog(&question, fRecord.fOwner, 0, u"x", kCloseByUser),
+            kOK);
+  const HWND alert = GetActiveWindow();
+  EXPECT_EQ(GetWindow(alert, GW_OWNER), Hwnd());
+  Press(alert, IDYES);
+  const HWND dialog = Shown();
+  EXPECT_TRUE(YieldUntil([=] { return !IsWindow(alert); }));
+  EXPECT_FALSE(IsWindowEnabled(Hwnd()));
+  // Whoever wants the document gets the dialog.
+  MakeDocument("other");
+  EXPECT_EQ(fRecord.fDocument->IDocumentWindow_FocusNow(), kOK);
+  EXPECT_TRUE(YieldUntil([=] { return GetForegroundWindow() == dialog; }));
+  Press(dialog, IDCANCEL);
+  EXPECT_EQ(ResultOf(fOpener), "cancel");
+  EXPECT_TRUE(YieldUntil([&] { return IsWindowEnabled(Hwnd()) != FALSE; }));
+}
+
 TEST_IN_RUN(FileDialogsTest, SystemThatRefusesIsACancel) {
   static BOOL (*const refuse)(OPENFILENAMEW*) = [](OPENFILENAMEW*) { return FALSE; };
   {

@@ -61,7 +61,12 @@ constexpr TStation kStations[] = {
     {"type 780; key Enter; closed; sheet -10; is 377 300 bar; key Alt+A; menu; key A; dialog About Sketch;"
      "blocked",
      "about"},
-    {"key Enter; closed; key Ctrl+W; dialog Sketch", "unsaved-changes"},
+    {"key Enter; closed; key Ctrl+O; dialog Open; blocked", "open"},
+    {"key Esc; closed; key Ctrl+Shift+S; dialog Save As; blocked; type Daylight.png", "save-as"},
+    {"key Enter; closed; file Daylight.png; key Ctrl+O; dialog Open; type Daylight.png; key Enter; gone;"
+     "dialog Sketch; blocked",
+     "cannot-open"},
+    {"key Enter; closed; key Ctrl+W; dialog Sketch; blocked", "unsaved-changes"},
     // Given up, quitting leaves everything as it was; asked again, it asks again.
     {"key Esc; closed; key Alt+A; menu; key X; dialog Sketch", "quit"},
     {"key Esc; closed; palette-back; key Alt+A; menu; key X; dialog Sketch; key Enter; gone; end", nullptr}};
@@ -137,6 +142,7 @@ class CTour : public CTourist {
     if (verb == "closed") return Do("gone", words), Do("front", words);
     if (verb == "blocked") return WaitFor([this] { return !::IsWindowEnabled(fWindow); });
     if (verb == "palette-back") return WaitFor([this] { return ::IsWindowVisible(fPalette) != 0; });
+    if (verb == "file") return WaitForFile(Word(words));
     if (verb == "end") return WaitFor([this] { return !::IsWindow(fWindow); });
     throw XLost{"a verb: " + verb};
   }
@@ -167,6 +173,9 @@ class CTour : public CTourist {
     const LONG y = origin.y + Number(words, 0);
     const unsigned color = kColors.at(Word(words));
     WaitFor([=] { return (ColorAt({x, y}) == color) == wanted; });
+  }
+  void WaitForFile(const std::string& name) const {
+    WaitFor([&] { return std::filesystem::exists(Folder() / name); });
   }
   void WaitForTitle(const std::wstring& title) const {
     WaitFor([&] {

@@ -173,6 +173,8 @@ class CTourist {
   static unsigned ColorAt(POINT point) { return Look({point.x, point.y, point.x + 1, point.y + 1})[0]; }
 
  protected:
+  const std::filesystem::path& Folder() const { return fFolder; }
+
   std::string fStep;
 
  private:

@@ -14,6 +14,8 @@ namespace NSMorvane {
 
 namespace {
 
+constexpr DWORD kDialogClassAtom = 32770;  // of the dialog boxes of the system
+
 bool Contains(const std::vector<HWND>& windows, HWND hWnd) {
   return std::find(windows.begin(), windows.end(), hWnd) != windows.end();
 }
@@ -108,7 +110,11 @@ HWND CBlocking::FindDialogOver(HWND owner) const {
     dialog = window->GetHwnd();
     if (dialog == lastActive) break;
   }
-  return dialog;
+  if (dialog || IsWindowEnabled(owner)) return dialog;
+  // A dialog of the system's, for files, blocks its owner as well.
+  for (const HWND hWnd : fWindows->GetShownHwndsZ())
+    if (GetWindow(hWnd, GW_OWNER) == owner && GetClassLongW(hWnd, GCW_ATOM) == kDialogClassAtom) return hWnd;
+  return nullptr;
 }
 
 // The window, the dialog that blocks it, the dialog that blocks that dialog, and so on.
@@ -370,7 +376,10 @@ void CBlocking::BringToFront(HWND hWnd) {
   // back when one of them is activated.
   if (!IsWindow(usable) || fWindows->IsHidden(usable)) return;
   RaiseWithOwners(usable);
-  SetActiveWindow(usable);
+  if (IsRegisteredHwnd(usable))
+    SetActiveWindow(usable);
+  else
+    SetForegroundWindow(usable);  // it can be on another thread
 }
 
 // --- Attempts to use what is blocked
