@@ -5,6 +5,7 @@
 #include <Morvane.h>
 #include <MorvaneDefaults.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -112,6 +113,7 @@ class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
   NSMorvane::TError ISaveChangesBehavior_OnSave() override;
   NSMorvane::TError ISaveChangesBehavior_OnDiscard() override;
   NSMorvane::TError ISaveChangesBehavior_OnCancel() override;
+  NSMorvane::TError WhenQuestionHasGone(std::function<void()> body);
   void GoOnClosing();
   void GiveUpClosing();
 
@@ -124,9 +126,10 @@ class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
   NSMorvane::CViewOf<CSketchSidePanelView> fSidePanel;
   NSMorvane::CViewOf<CSketchPreviewView> fPreview;
   NSMorvane::CViewOf<CSketchStatusView> fStatus;
-  std::u16string fMenuState;                // what the menu bar was made of
-  bool fIsModified = false;                 // as the title has it
-  bool fIsAsking = false;                   // whether to save, or where
+  std::u16string fMenuState;  // what the menu bar was made of
+  bool fIsModified = false;   // as the title has it
+  bool fIsAsking = false;     // whether to save, or where
+  NSMorvane::CTimer fAfterQuestion;
   std::optional<std::uint64_t> fDiscarded;  // the revision whose changes the user does not want to keep
   CSketchLife fLife;
 };
