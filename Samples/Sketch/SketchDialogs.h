@@ -60,8 +60,8 @@ class CSketchLife {
   const std::shared_ptr<const int> fLife = std::make_shared<const int>();
 };
 
-// Tells the user something. Over an owner this returns at once. Without one it returns when the user has read
-// it, so that the application does not end meanwhile for want of a document.
+// Tells the user something. Over an owner this returns at once. Without one it blocks the application and
+// returns when the user has read it, so that several alerts come one after the other.
 void ShowAlert(const TDialogPlace& place, NSMorvane::TAlertKind kind, const std::u16string& message,
                const std::u16string& details);
 

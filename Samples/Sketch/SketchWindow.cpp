@@ -60,8 +60,7 @@ CSketchWindow::CSketchWindow(IDocumentWindow& window, IMorvane& morvane, CSketch
       fPath(path),
       fName(name),
       fEditor(std::move(document), TextMeasure()),
-      fCanvas(morvane, fEditor, *this),
-      fAfterQuestion(morvane) {
+      fCanvas(morvane, fEditor, *this) {
   IView& root = RootViewOf(window);
   fCanvas.Create(Window(), root);
   ThrowIfFailed(fSidePanel.Create(morvane, root, "Side panel", ViewParams(), fEditor.Document()));

@@ -5,7 +5,6 @@
 #include <Morvane.h>
 #include <MorvaneDefaults.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -113,7 +112,6 @@ class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
   NSMorvane::TError ISaveChangesBehavior_OnSave() override;
   NSMorvane::TError ISaveChangesBehavior_OnDiscard() override;
   NSMorvane::TError ISaveChangesBehavior_OnCancel() override;
-  NSMorvane::TError WhenQuestionHasGone(std::function<void()> body);
   void GoOnClosing();
   void GiveUpClosing();
 
@@ -129,7 +127,6 @@ class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
   std::u16string fMenuState;  // what the menu bar was made of
   bool fIsModified = false;   // as the title has it
   bool fIsAsking = false;     // whether to save, or where
-  NSMorvane::CTimer fAfterQuestion;
   std::optional<std::uint64_t> fDiscarded;  // the revision whose changes the user does not want to keep
   CSketchLife fLife;
 };

@@ -108,35 +108,31 @@ void CSketchWindow::AskWhetherToSave(TCloseReason reason) {
 }
 
 TError CSketchWindow::ISaveChangesBehavior_OnSave() {
-  return WhenQuestionHasGone([this] {
+  return Guarded([&] {
+    fIsAsking = false;
     if (fPath.empty())
       AskWhereToSave(true);
     else if (Save())
       GoOnClosing();
     else
       GiveUpClosing();
+    return TError{kOK};
   });
 }
 
 TError CSketchWindow::ISaveChangesBehavior_OnDiscard() {
-  return WhenQuestionHasGone([this] {
+  return Guarded([&] {
+    fIsAsking = false;
     fDiscarded = fEditor.Document().Revision();
     GoOnClosing();
+    return TError{kOK};
   });
 }
 
 TError CSketchWindow::ISaveChangesBehavior_OnCancel() {
-  return WhenQuestionHasGone([this] { GiveUpClosing(); });
-}
-
-// The question is there until its listener has returned, and a window must not end before those that it owns.
-TError CSketchWindow::WhenQuestionHasGone(std::function<void()> body) {
-  return fAfterQuestion.CallOnce(1, [this, body] {
-    return Guarded([&] {
-      fIsAsking = false;
-      body();
-      return TError{kOK};
-    });
+  return Guarded([&] {
+    GiveUpClosing();
+    return TError{kOK};
   });
 }
 // [end]
