@@ -263,7 +263,10 @@ class CSoakSketch : public NSSketch::CSketchApplication {
 
   void EndRound() {
     fTurnsToClose = 0;
-    std::vector<NSSketch::TShape>().swap(Copied());  // what is copied and pasted in turn doubles
+    if (OpenClipboard(nullptr)) {  // what is copied and pasted in turn doubles
+      EmptyClipboard();
+      CloseClipboard();
+    }
     fUse.EndRound(std::to_string(fEvents->Count()));
     if (fUse.IsOver() && fUse.HasGrown()) Fail("the process has grown");
     fIsClosing = false;

@@ -6,11 +6,13 @@
 #include <memory>
 #include <utility>
 
+#include "SketchClipboard.h"
 #include "SketchCommands.h"
 #include "SketchDialogs.h"
 #include "SketchFiles.h"
 #include "SketchPalette.h"
 #include "SketchPropertiesDialog.h"
+#include "SketchTextMeasure.h"
 #include "SketchTheme.h"
 #include "SketchWindow.h"
 
@@ -25,6 +27,8 @@ constexpr std::uint32_t kMessagePaletteAbove = 1;
 constexpr std::uint32_t kMessageShowPalette = 2;
 constexpr TPoint kPaletteCorner = {10, 24};  // in the client area of the document in front
 constexpr std::int64_t kScrollIntervalMS = 25;
+constexpr std::int32_t kSheetMargin = 20;  // around what comes from the clipboard
+constexpr std::int32_t kShiftOfPastes = 10;
 
 }  // namespace
 
@@ -86,13 +90,30 @@ TError CSketchApplication::IMorvaneRunBehavior_OnUnhandledError(TError error) {
 
 // --- Documents
 
-void CSketchApplication::OpenUntitled() {
+void CSketchApplication::OpenUntitled(std::unique_ptr<CSketchDocument> document) {
   ++fUntitledCount;
   std::u16string name = u"Untitled";
   if (fUntitledCount > 1) name += u" " + AsciiText(std::to_string(fUntitledCount));
   ThrowIfFailed(CreateDocumentWindow<CSketchWindow>(fMorvane, kDocumentStyle, fMorvane, *this,
-                                                    std::make_unique<CSketchDocument>(), std::u16string(),
-                                                    name));
+                                                    std::move(document), std::u16string(), name));
+}
+
+// The shapes are not in the document from the start, so that it has something to be saved.
+void CSketchApplication::OpenFromClipboard() {
+  const CSketchDocument pasted = PastedShapes(fMorvane, fStyle);
+  std::vector<TShape> shapes = pasted.CopyOfShapes();
+  if (shapes.empty()) return;
+  TSketchRect frame = FrameOf(shapes.front(), TextMeasure());
+  for (const TShape& shape : shapes) frame = UnionOf(frame, FrameOf(shape, TextMeasure()));
+  for (TShape& shape : shapes) shape = MovedBy(shape, kSheetMargin - frame.fLeft, kSheetMargin - frame.fTop);
+  auto document = std::make_unique<CSketchDocument>();
+  const auto side = [](std::int32_t from, std::int32_t to) {
+    return std::min<std::int32_t>(to - from + 2 * kSheetMargin, kMaxCanvasSide);
+  };
+  document->SetCanvasSize({side(frame.fLeft, frame.fRight), side(frame.fTop, frame.fBottom)});
+  document->SetBackground(pasted.Background());
+  OpenUntitled(std::move(document));
+  fFront->Editor().Add("Paste", shapes);
 }
 
 CSketchWindow* CSketchApplication::WindowOfFile(const std::u16string& path,
@@ -236,6 +257,32 @@ void CSketchApplication::ChooseTool(TSketchTool tool) {
   fTool = tool;
   for (CSketchWindow* const window : fWindows) window->OnToolChanged();
   if (fPalette) fPalette->OnToolChanged();
+}
+
+// --- The clipboard
+
+TError CSketchApplication::IMorvaneRunBehavior_OnAppActivation(TFlag active) {
+  if (active == 0) return kOK;
+  return Guarded([&] {
+    LookAtClipboard();
+    return TError{kOK};
+  });
+}
+
+void CSketchApplication::LookAtClipboard() {
+  fCanPaste = CanPasteShapes(fMorvane);
+  for (CSketchWindow* const window : fWindows) window->UpdateMenus();
+}
+
+std::vector<TShape> CSketchApplication::ShapesToPaste() {
+  std::vector<TShape> shapes = PastedShapes(fMorvane, fStyle).CopyOfShapes();
+  if (const DWORD number = ::GetClipboardSequenceNumber(); std::exchange(fPasted, number) != number)
+    fPasteCount = 0;
+  TSketchPoint move = {fPasteCount * kShiftOfPastes, fPasteCount * kShiftOfPastes};
+  ++fPasteCount;
+  for (const TShape& shape : shapes) move = PossibleMove(shape, move);
+  for (TShape& shape : shapes) shape = MovedBy(shape, move.fX, move.fY);
+  return shapes;
 }
 
 // --- Other windows

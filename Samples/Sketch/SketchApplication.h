@@ -6,6 +6,7 @@
 #include <MorvaneDefaults.h>
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -25,11 +26,14 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
   NSMorvane::TError IMorvaneRunBehavior_OnQuitEvent() override;
   NSMorvane::TError IMorvaneRunBehavior_OnNoDocument(NSMorvane::TNoDocumentKind kind) override;
   NSMorvane::TError IMorvaneRunBehavior_OnOpenURL(const char* url) override;
+  NSMorvane::TError IMorvaneRunBehavior_OnAppActivation(NSMorvane::TFlag active) override;
   NSMorvane::TError IMorvaneRunBehavior_OnAppMessage(std::uint32_t message, std::uint32_t rounds) override;
   NSMorvane::TError IMorvaneRunBehavior_OnUnhandledError(NSMorvane::TError error) override;
 
   // --- Documents. Everything that does something throws XFailed.
-  void OpenUntitled();
+  void OpenUntitled(std::unique_ptr<CSketchDocument> document = std::make_unique<CSketchDocument>());
+  // With what is on the clipboard, on a sheet of its size.
+  void OpenFromClipboard();
   // Tells the user why, if that cannot be done.
   void OpenFile(const std::u16string& path);
   void AskWhatToOpen(const TDialogPlace& place);
@@ -69,7 +73,12 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
   TSketchTool Tool() const { return fTool; }
   void ChooseTool(TSketchTool tool);
   TShape& Style() { return fStyle; }
-  std::vector<TShape>& Copied() { return fCopied; }
+
+  // --- The clipboard. It is looked at when it may have changed: when the user comes back, or copies.
+  void LookAtClipboard();
+  bool CanPaste() const { return fCanPaste; }
+  // Each time a little beside those of the last time, as long as the same is on the clipboard.
+  std::vector<TShape> ShapesToPaste();
 
   // --- Other windows
   bool IsPaletteShown() const { return fPalette != nullptr; }
@@ -97,7 +106,9 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
   std::uint32_t fUntitledCount = 0;  // so far
   TSketchTool fTool = TSketchTool::kSelect;
   TShape fStyle;
-  std::vector<TShape> fCopied;
+  bool fCanPaste = false;
+  std::uint32_t fPasted = 0;                       // the system's number of what was pasted last
+  std::int32_t fPasteCount = 0;                    // how often
   CSketchPalette* fPalette = nullptr;              // its window's
   CSketchPropertiesDialog* fProperties = nullptr;  // its window's
   bool fIsReporting = false;                       // that something failed

@@ -38,6 +38,7 @@ constexpr struct {
 constexpr TRow kRows[] = {
     {kMenuApplication, u"_About Sketch", kCommandAbout, kKeyCharF1, 0},
     {kMenuDocument, u"_New", kCommandNew, u'n', kCtrl},
+    {kMenuDocument, u"New _from Clipboard", kCommandNewFromClipboard, u'n', kCtrlShift},
     {kMenuDocument, u"_Open...", kCommandOpen, u'o', kCtrl},
     {kMenuDocument},
     {kMenuDocument, u"_Save", kCommandSave, u's', kCtrl},

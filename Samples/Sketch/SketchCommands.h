@@ -16,6 +16,7 @@ enum TSketchCommand : std::uint32_t {
   kCommandNone = 0,
   kCommandAbout,
   kCommandNew,
+  kCommandNewFromClipboard,
   kCommandOpen,
   kCommandSave,
   kCommandSaveAs,

@@ -38,6 +38,12 @@ void CSketchDocument::SetBackground(TSketchColor color) {
   ++fRevision;
 }
 
+std::vector<TShape> CSketchDocument::CopyOfShapes() const {
+  std::vector<TShape> shapes;
+  for (const TShapeEntry& entry : fShapes) shapes.push_back(entry.fShape);
+  return shapes;
+}
+
 std::size_t CSketchDocument::CountOfKind(TShapeKind kind) const {
   return static_cast<std::size_t>(
       std::count_if(fShapes.begin(), fShapes.end(),

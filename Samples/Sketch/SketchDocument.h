@@ -90,6 +90,7 @@ class CSketchDocument {
 
   // The first one is drawn first.
   const std::vector<TShapeEntry>& Shapes() const { return fShapes; }
+  std::vector<TShape> CopyOfShapes() const;
   std::size_t CountOfKind(TShapeKind kind) const;
 
   // Puts a shape on top of all others, and behind the last comment of the file.

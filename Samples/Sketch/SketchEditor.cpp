@@ -110,9 +110,7 @@ TSketchRect CSketchEditor::SelectionFrame() const {
   TSketchRect frame;
   for (const std::size_t index : fSelection) {
     const TSketchRect one = FrameOf(Shape(index), fMeasure);
-    if (index == fSelection.front()) frame = one;
-    frame = {std::min(frame.fLeft, one.fLeft), std::min(frame.fTop, one.fTop),
-             std::max(frame.fRight, one.fRight), std::max(frame.fBottom, one.fBottom)};
+    frame = index == fSelection.front() ? one : UnionOf(frame, one);
   }
   return frame;
 }

@@ -92,6 +92,11 @@ TSketchRect FrameOf(const TShape& shape, ISketchTextMeasure& measure) {
   return frame;
 }
 
+TSketchRect UnionOf(const TSketchRect& a, const TSketchRect& b) {
+  return {std::min(a.fLeft, b.fLeft), std::min(a.fTop, b.fTop), std::max(a.fRight, b.fRight),
+          std::max(a.fBottom, b.fBottom)};
+}
+
 bool HitsShape(const TShape& shape, TSketchPoint point, double slack, ISketchTextMeasure& measure) {
   const double reach = shape.fWidth / 2.0 + slack;
   const bool isFilled = shape.fFill.has_value();

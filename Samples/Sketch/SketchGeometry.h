@@ -21,6 +21,9 @@ class ISketchTextMeasure {
 // The box around the points of a shape, its outline aside. Right and bottom are positions of points here.
 TSketchRect FrameOf(const TShape& shape, ISketchTextMeasure& measure);
 
+// The smallest box around two.
+TSketchRect UnionOf(const TSketchRect& a, const TSketchRect& b);
+
 // Whether a click at this point is on the shape. Up to `slack` pixels beside it still are.
 bool HitsShape(const TShape& shape, TSketchPoint point, double slack, ISketchTextMeasure& measure);
 

@@ -93,7 +93,8 @@ class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
   const TShape& StyleOfNewShapes() override;
 
   // --- SketchWindowCommands.cpp
-  void Copy();
+  std::vector<TShape> SelectedShapes() const;
+  bool Copy();
   void Paste(const char* name, const std::vector<TShape>& shapes);
   void ShowSettingsDialog();
 
@@ -124,9 +125,9 @@ class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
   NSMorvane::CViewOf<CSketchSidePanelView> fSidePanel;
   NSMorvane::CViewOf<CSketchPreviewView> fPreview;
   NSMorvane::CViewOf<CSketchStatusView> fStatus;
-  std::u16string fMenuState;  // what the menu bar was made of
-  bool fIsModified = false;   // as the title has it
-  bool fIsAsking = false;     // whether to save, or where
+  std::u16string fMenuState;                // what the menu bar was made of
+  bool fIsModified = false;                 // as the title has it
+  bool fIsAsking = false;                   // whether to save, or where
   std::optional<std::uint64_t> fDiscarded;  // the revision whose changes the user does not want to keep
   CSketchLife fLife;
 };

@@ -1,6 +1,7 @@
 // The commands of a document's window: which can be used, what they do, and the menus and keys they come
 // from.
 #include "SketchApplication.h"
+#include "SketchClipboard.h"
 #include "SketchDialogs.h"
 #include "SketchWindow.h"
 
@@ -57,7 +58,9 @@ bool CSketchWindow::IsCommandEnabled(TSketchCommand command) const {
     case kCommandSelectNone:
       return hasSelection && !isTyping;
     case kCommandPaste:
-      return !fApplication.Copied().empty() && !isTyping;
+      return fApplication.CanPaste() && !isTyping;
+    case kCommandNewFromClipboard:
+      return fApplication.CanPaste();
     case kCommandToggleMarked:
       return fEditor.Mark() && !isTyping;
     case kCommandPoints:
@@ -111,6 +114,9 @@ void CSketchWindow::Perform(TSketchCommand command) {
     case kCommandNew:
       fApplication.OpenUntitled();
       break;
+    case kCommandNewFromClipboard:
+      fApplication.OpenFromClipboard();
+      break;
     case kCommandOpen:
       fApplication.AskWhatToOpen(DialogPlace());
       break;
@@ -133,24 +139,20 @@ void CSketchWindow::Perform(TSketchCommand command) {
       fEditor.Redo();
       break;
     case kCommandCut:
-      Copy();
-      fEditor.RemoveSelected("Cut");
+      if (Copy()) fEditor.RemoveSelected("Cut");
       break;
     case kCommandCopy:
       Copy();
       break;
     case kCommandPaste:
-      Paste("Paste", fApplication.Copied());
+      Paste("Paste", fApplication.ShapesToPaste());
       break;
     case kCommandDelete:
       fEditor.RemoveSelected("Delete");
       break;
-    case kCommandDuplicate: {
-      std::vector<TShape> shapes;
-      for (const std::size_t index : fEditor.Selection()) shapes.push_back(fEditor.Shape(index));
-      Paste("Duplicate", shapes);
+    case kCommandDuplicate:
+      Paste("Duplicate", SelectedShapes());
       break;
-    }
     case kCommandSelectAll:
       fEditor.SelectAll();
       break;
@@ -208,14 +210,23 @@ void CSketchWindow::Perform(TSketchCommand command) {
   }
 }
 
-// What was copied is the application's own; other programs do not see it.
-void CSketchWindow::Copy() {
-  fApplication.Copied().clear();
-  for (const std::size_t index : fEditor.Selection()) fApplication.Copied().push_back(fEditor.Shape(index));
-  UpdateMenus();
+std::vector<TShape> CSketchWindow::SelectedShapes() const {
+  std::vector<TShape> shapes;
+  for (const std::size_t index : fEditor.Selection()) shapes.push_back(fEditor.Shape(index));
+  return shapes;
 }
 
-// A little beside what they are copies of, and the next time beside these.
+// False if that cannot be done now; the user has been told.
+bool CSketchWindow::Copy() {
+  const bool isCopied = CopyShapes(fMorvane, SelectedShapes(), fEditor.Document().Background());
+  if (!isCopied)
+    ShowAlert(DialogPlace(), kAlertCaution, u"The shapes were not copied.",
+              u"Another program is using the clipboard. Try again.");
+  fApplication.LookAtClipboard();
+  return isCopied;
+}
+
+// A little beside what they are copies of.
 void CSketchWindow::Paste(const char* name, const std::vector<TShape>& shapes) {
   if (!fEditor.HasRoomFor(shapes.size())) {
     ShowAlert(DialogPlace(), kAlertCaution, u"There is no room for these shapes.",
@@ -227,7 +238,6 @@ void CSketchWindow::Paste(const char* name, const std::vector<TShape>& shapes) {
   std::vector<TShape> copies;
   for (const TShape& shape : shapes) copies.push_back(MovedBy(shape, move.fX, move.fY));
   fEditor.Add(name, copies);
-  if (&shapes == &fApplication.Copied()) fApplication.Copied() = copies;
   fCanvas.Reveal(fEditor.SelectionFrame());
 }
 

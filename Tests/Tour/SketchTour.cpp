@@ -3,6 +3,7 @@
 // Opens the document, a copy of Daylight.sketch, works on it with mouse and keyboard, takes a picture at each
 // station, and quits the program, which saves it on the way. The exit code is 0 if everything came as it
 // should.
+#include <cstring>
 #include <map>
 #include <sstream>
 
@@ -61,7 +62,12 @@ constexpr TStation kStations[] = {
     {"type 780; key Enter; closed; sheet -10; is 377 300 bar; key Alt+A; menu; key A; dialog About Sketch;"
      "blocked",
      "about"},
-    {"key Enter; closed; key Ctrl+O; dialog Open; blocked", "open"},
+    {"key Enter; closed; key Ctrl+A; key Ctrl+C; copied; key Ctrl+Shift+N; dialog Untitled*",
+     "new-from-clipboard"},
+    {"key Ctrl+W; dialog Sketch; key Alt+D; gone; front; key Esc; elsewhere Hello; key Ctrl+V; title *;"
+     "is 28 28 accent",
+     "pasted-text"},
+    {"key Ctrl+Z; not 28 28 accent; key Ctrl+O; dialog Open; blocked", "open"},
     {"key Esc; closed; key Ctrl+Shift+S; dialog Save As; blocked; type Daylight.png", "save-as"},
     {"key Enter; closed; file Daylight.png; key Ctrl+O; dialog Open; type Daylight.png; key Enter; gone;"
      "dialog Sketch; blocked",
@@ -142,6 +148,8 @@ class CTour : public CTourist {
     if (verb == "closed") return Do("gone", words), Do("front", words);
     if (verb == "blocked") return WaitFor([this] { return !::IsWindowEnabled(fWindow); });
     if (verb == "palette-back") return WaitFor([this] { return ::IsWindowVisible(fPalette) != 0; });
+    if (verb == "copied") return WaitFor(IsPictureOnClipboard);
+    if (verb == "elsewhere") return PutOnClipboard(Word(words));
     if (verb == "file") return WaitForFile(Word(words));
     if (verb == "end") return WaitFor([this] { return !::IsWindow(fWindow); });
     throw XLost{"a verb: " + verb};
@@ -176,6 +184,24 @@ class CTour : public CTourist {
   }
   void WaitForFile(const std::string& name) const {
     WaitFor([&] { return std::filesystem::exists(Folder() / name); });
+  }
+  // What another program finds: a text and a bitmap.
+  static bool IsPictureOnClipboard() {
+    if (!::IsClipboardFormatAvailable(CF_UNICODETEXT) || !::OpenClipboard(nullptr)) return false;
+    const auto* const header = static_cast<const BITMAPINFOHEADER*>(::GlobalLock(::GetClipboardData(CF_DIB)));
+    const bool isPicture = header && header->biWidth > 700 && header->biHeight > 500;
+    ::CloseClipboard();
+    return isPicture;
+  }
+  // What another program copies.
+  void PutOnClipboard(const std::string& text) const {
+    const HGLOBAL block = ::GlobalAlloc(GMEM_MOVEABLE, text.size() + 1);
+    text.copy(static_cast<char*>(std::memset(::GlobalLock(block), 0, text.size() + 1)), text.size());
+    ::GlobalUnlock(block);
+    WaitFor([] { return ::OpenClipboard(nullptr) != FALSE; });
+    ::EmptyClipboard();
+    ::SetClipboardData(CF_TEXT, block);
+    ::CloseClipboard();
   }
   void WaitForTitle(const std::wstring& title) const {
     WaitFor([&] {
