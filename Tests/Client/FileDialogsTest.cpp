@@ -340,7 +340,7 @@ TEST_IN_RUN(FileDialogsTest, BlocksItsOwnerBeyondTheAlertThatBroughtIt) {
   EXPECT_TRUE(YieldUntil([=] { return !IsWindow(alert); }));
   EXPECT_FALSE(IsWindowEnabled(Hwnd()));
   // Whoever wants the document gets the dialog.
-  MakeDocument("other");
+  MakeNamed("doc1");
   EXPECT_EQ(fRecord.fDocument->IDocumentWindow_FocusNow(), kOK);
   EXPECT_TRUE(YieldUntil([=] { return GetForegroundWindow() == dialog; }));
   Press(dialog, IDCANCEL);
