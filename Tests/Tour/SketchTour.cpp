@@ -68,8 +68,8 @@ constexpr TStation kStations[] = {
      "is 28 28 accent",
      "pasted-text"},
     {"key Ctrl+Z; not 28 28 accent; key Ctrl+O; dialog Open; blocked", "open"},
-    {"key Esc; closed; key Ctrl+Shift+S; dialog Save As; blocked; type Daylight.png", "save-as"},
-    {"key Enter; closed; file Daylight.png; key Ctrl+O; dialog Open; type Daylight.png; key Enter; gone;"
+    {"key Esc; closed; key Ctrl+Shift+S; dialog Save As; blocked; name Daylight.png", "save-as"},
+    {"key Enter; closed; file Daylight.png; key Ctrl+O; dialog Open; name Daylight.png; key Enter; gone;"
      "dialog Sketch; blocked",
      "cannot-open"},
     {"key Enter; closed; key Ctrl+W; dialog Sketch; blocked", "unsaved-changes"},
@@ -124,6 +124,7 @@ class CTour : public CTourist {
     if (verb == "hold") return Hold(KeyOf(Word(words)));
     if (verb == "let-go") return SendKey(KeyOf(Word(words)), true);
     if (verb == "type") return Type(Word(words));
+    if (verb == "name") return EnterName(Word(words));
     if (verb == "move") return MoveTo(Place(words));
     if (verb == "press") return Press();
     if (verb == "release") return Release();
@@ -184,6 +185,21 @@ class CTour : public CTourist {
   }
   void WaitForFile(const std::string& name) const {
     WaitFor([&] { return std::filesystem::exists(Folder() / name); });
+  }
+  // Into a file dialog, which can be in front before it takes keys.
+  void EnterName(const std::string& name) const {
+    constexpr int kNameComboBox = 1148;
+    const HWND box = ::GetDlgItem(fDialog, kNameComboBox);
+    Insist(
+        [&] {
+          wchar_t text[256] = {};
+          ::SendMessageW(box, WM_GETTEXT, 256, reinterpret_cast<LPARAM>(text));
+          return std::wstring(text) == std::wstring(name.begin(), name.end());
+        },
+        [&] {
+          Key({VK_MENU, 'N'});  // to the name, all of which is selected then
+          Type(name);
+        });
   }
   // What another program finds: a text and a bitmap.
   static bool IsPictureOnClipboard() {
