@@ -119,7 +119,8 @@ class IMorvane {
   virtual TError IMorvane_SetDebugSettings(const TDebugSettings& settings) = 0;
   virtual TError IMorvane_GetDebugSettings(TDebugSettings& outSettings) = 0;
 
-  // --- The run of the application Runs the application and returns when it has ended. May be called once in
+  // --- The run of the application
+  // Runs the application and returns when it has ended. May be called once in
   // the life of the object. `behavior` is deleted at the end if the result is kOK; otherwise the client keeps
   // the ownership.
   virtual TError IMorvane_Run(IMorvaneRunBehavior* behavior, const TStartupParams& params) = 0;
@@ -156,7 +157,8 @@ class IMorvane {
   virtual TError IMorvane_ReplaceClipboardContents(const TClipboardFormat* formats, std::uint32_t formatCount,
                                                    IClipboardDataGetter* clipbardDataGetter) = 0;
 
-  // --- Texts and time The text for a key "TYPE/BANK/ID" in the executable's resources, as in "SSTR/1000/1".
+  // --- Texts and time
+  // The text for a key "TYPE/BANK/ID" in the executable's resources, as in "SSTR/1000/1".
   // The result is what the receiver returns.
   virtual TError IMorvane_GetResourceString(const char* key, ITextReceiver& out) = 0;
   // Milliseconds since the system started. The upper half is 0 on this platform.
@@ -218,7 +220,8 @@ class IMorvane {
   virtual IMouseShape* IMorvane_LoadResourceMouseShape(const char* key, TError& outError) = 0;
   virtual IMouseShape* IMorvane_CreateBuiltInMouseShape(TBuiltInMouseShape mouseShape, TError& outError) = 0;
 
-  // --- The loop from inside Handles all waiting messages and returns. A view that invalidates itself each
+  // --- The loop from inside
+  // Handles all waiting messages and returns. A view that invalidates itself each
   // time that it is drawn, such as an animation, keeps this operation busy for no more than a few paints of
   // its window.
   virtual TError IMorvane_Yield() = 0;

@@ -95,7 +95,8 @@ class ImportFailures {
                                                     "AddVectoredExceptionHandler",
                                                     "GetHandleInformation",
                                                     "GetProcessAffinityMask",
-                                                    "GdiFlush"};
+                                                    "GdiFlush",
+                                                    "ShowWindow"};
     if (library == "msvcrt.dll") return true;
     if (std::find(kNames.begin(), kNames.end(), name) != kNames.end()) return true;
     return std::any_of(kPrefixes.begin(), kPrefixes.end(),
