@@ -19,4 +19,6 @@ void KeepPendingError(TError error) noexcept {
 
 TError TakePendingError() noexcept { return std::exchange(gPendingError, kOK); }
 
+bool IsErrorPending() noexcept { return gPendingError != kOK; }
+
 }  // namespace NSMorvane

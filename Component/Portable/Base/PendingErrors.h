@@ -12,4 +12,6 @@ void KeepPendingError(TError error) noexcept;
 // Returns the error that is to be delivered, and forgets it; kOK if there is none.
 TError TakePendingError() noexcept;
 
+bool IsErrorPending() noexcept;
+
 }  // namespace NSMorvane

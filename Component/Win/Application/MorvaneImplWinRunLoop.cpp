@@ -154,7 +154,8 @@ bool CMorvaneImpl::TakeMessage(MSG& outMsg, bool mayWait) {
     const bool hasWindow = fWindows->IsAnyWindow();
     // In quit mode without a window the application leaves in the next turn, unless it lingers until a timer
     // fires.
-    const bool isDue = fIdleCalls.IsDue() || fQuitting.IsTurnDue();
+    // What was sent has been handled inside the look for a message, and can have failed.
+    const bool isDue = fIdleCalls.IsDue() || fQuitting.IsTurnDue() || IsErrorPending();
     if (!mayWait || (!hasWindow && isDue)) return false;
     ::MsgWaitForMultipleObjectsEx(0, nullptr, INFINITE, QS_ALLINPUT, 0);
     mayWait = hasWindow;
