@@ -208,6 +208,13 @@ TEST_IN_RUN(ClipboardTest, Failures) {
   other.join();
   EXPECT_EQ(Put({{"a", "2"}}), kOK);
   EXPECT_EQ(Get("a").substr(0, 1), "2");
+  // For a moment only: it is tried again.
+  static int refusals = 3;
+  static BOOL(WINAPI* const busy)(HWND) = [](HWND owner) -> BOOL {
+    return refusals-- > 0 ? FALSE : OpenClipboard(owner);
+  };
+  const PatchedImport patched(L"Morvane.dll", "OpenClipboard", busy);
+  EXPECT_EQ(Put({{"a", "3"}}), kOK);
   EXPECT_EQ(fOutput.TakeAssertions(), "");
 }
 

@@ -48,7 +48,11 @@ class CClipboardOpener : CNotCopied {
   // The system would open it a second time for the same window, and the first close would end both.
   explicit CClipboardOpener(HWND owner) {
     if (gIsOpen) MORVANE_THROW(XIllegalCallSequence());
-    if (!OpenClipboard(owner)) MORVANE_THROW_LAST_ERROR();
+    // Many programs look at it for a moment whenever it changes.
+    for (int i = 1; !OpenClipboard(owner); ++i) {
+      if (i == kTries) MORVANE_THROW_LAST_ERROR();
+      Sleep(kPauseMS);
+    }
     gIsOpen = true;
   }
   ~CClipboardOpener() {
@@ -58,6 +62,8 @@ class CClipboardOpener : CNotCopied {
   }
 
  private:
+  static constexpr int kTries = 10;
+  static constexpr DWORD kPauseMS = 10;
   static inline bool gIsOpen = false;
 };
 
