@@ -8,15 +8,15 @@
 #include "Interface/MorvaneKeyboard.h"
 #include "Interface/MorvaneTypes.h"
 
+#include "Component/Portable/Base/Scopes.h"
+
 namespace NSMorvane {
 
 // A callback stays in the list until its call returns, and is called only once, whatever it returns. During
 // the call it may install and remove callbacks, itself included.
-class CKeyReleases {
+class CKeyReleases : CNotCopied {
  public:
   CKeyReleases() = default;
-  CKeyReleases(const CKeyReleases&) = delete;
-  CKeyReleases& operator=(const CKeyReleases&) = delete;
 
   // The client keeps the ownership of the callback.
   void Install(std::uint32_t virtualKey, IKeyReleaseCallback* callback);

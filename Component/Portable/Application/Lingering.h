@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+#include "Component/Portable/Base/Scopes.h"
+
 namespace NSMorvane {
 
 // Timers of the platform, identified by a number; 0 is none.
@@ -17,11 +19,9 @@ class ILingerTimer {
 
 // Lingering is off until Decide finds no reason to run. It is then on until its timer comes, after which it
 // has expired, or until there is a reason to run again, after which it is off.
-class CLingering {
+class CLingering : CNotCopied {
  public:
   explicit CLingering(ILingerTimer& timer) : fTimer(timer) {}
-  CLingering(const CLingering&) = delete;
-  CLingering& operator=(const CLingering&) = delete;
 
   // With 0 the application never lingers.
   void SetDuration(std::uint32_t durationMS) { fDurationMS = durationMS; }

@@ -5,13 +5,13 @@
 
 #include "Interface/MorvaneKeyboard.h"
 
+#include "Component/Portable/Base/Scopes.h"
+
 namespace NSMorvane {
 
-class CModifierKeyListeners {
+class CModifierKeyListeners : CNotCopied {
  public:
   CModifierKeyListeners() = default;
-  CModifierKeyListeners(const CModifierKeyListeners&) = delete;
-  CModifierKeyListeners& operator=(const CModifierKeyListeners&) = delete;
 
   // The client keeps the ownership of listeners.
   void Attach(IModifierKeyListener* listener);

@@ -14,6 +14,8 @@
 #include "Interface/MorvaneDebugOutput.h"
 #include "Interface/MorvaneTypes.h"
 
+#include "Component/Portable/Base/Scopes.h"
+
 namespace NSMorvane {
 
 // --- Exceptions
@@ -109,12 +111,10 @@ void DebugPrint(const std::string& text);
 void DebugThrown(const char* file, std::int32_t line);
 
 // Indents everything that is printed while this object exists.
-class DebugIndentScope {
+class DebugIndentScope : CNotCopied {
  public:
   DebugIndentScope();
   ~DebugIndentScope();
-  DebugIndentScope(const DebugIndentScope&) = delete;
-  DebugIndentScope& operator=(const DebugIndentScope&) = delete;
 };
 
 // Marks a field of an object that is being destroyed. The compiler would drop a plain store.

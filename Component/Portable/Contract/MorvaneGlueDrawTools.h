@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "Component/Portable/Base/Scopes.h"
 #include "Component/Portable/Surfaces/Region.h"
 #include "Interface/MorvaneDrawing.h"
 
@@ -10,14 +11,12 @@ namespace NSMorvane {
 
 // The draw tools that a behaviour gets. This class makes sure that port and pixels are open one at a time,
 // and clips the dirty region to the views that are being drawn.
-class CDrawToolsGlue : public IDrawTools {
+class CDrawToolsGlue : public IDrawTools, CNotCopied {
  public:
   // The object owns neither the port nor the region. `dirtyRegion` is a native region in the port's
   // coordinates.
   CDrawToolsGlue(const TNativePort& nativePort, void* dirtyRegion);
   ~CDrawToolsGlue() override;
-  CDrawToolsGlue(const CDrawToolsGlue&) = delete;
-  CDrawToolsGlue& operator=(const CDrawToolsGlue&) = delete;
 
   TError IDrawTools_GetDirtyRegion(void*& outNativeRegion) override;
   TError IDrawTools_OpenNativePort(TNativePort& out) override;

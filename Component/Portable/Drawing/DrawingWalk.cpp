@@ -6,6 +6,7 @@
 #include <string>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
+#include "Component/Portable/Base/Scopes.h"
 #include "Component/Portable/Surfaces/PortState.h"
 #include "Component/Portable/Surfaces/Region.h"
 #include "Component/Portable/Views/ViewImpl.h"
@@ -27,7 +28,7 @@ struct TPass {
 // --- Guards
 
 // The drawing of one view whose clip has been entered.
-class CViewScope {
+class CViewScope : CNotCopied {
  public:
   CViewScope(CDrawToolsGlue* glue, CPortClip& clip, const TRect& bounds)
       : fGlue(glue), fClip(clip), fBounds(bounds) {
@@ -37,8 +38,6 @@ class CViewScope {
     if (fGlue != nullptr) fGlue->PopViewBounds(fBounds);
     fClip.Leave();
   }
-  CViewScope(const CViewScope&) = delete;
-  CViewScope& operator=(const CViewScope&) = delete;
 
  private:
   CDrawToolsGlue* fGlue;
@@ -47,7 +46,7 @@ class CViewScope {
 };
 
 // Pauses a bracket, and resumes it even if an exception passes through.
-class CBracketPause {
+class CBracketPause : CNotCopied {
  public:
   explicit CBracketPause(TDrawBracket& bracket) : fBracket(&bracket) { fBracket->Pause(); }
   ~CBracketPause() {
@@ -63,15 +62,13 @@ class CBracketPause {
     fBracket = nullptr;
     bracket->Resume();
   }
-  CBracketPause(const CBracketPause&) = delete;
-  CBracketPause& operator=(const CBracketPause&) = delete;
 
  private:
   TDrawBracket* fBracket;
 };
 
 // The bitmap of a view for one drawing.
-class CViewBitmap {
+class CViewBitmap : CNotCopied {
  public:
   explicit CViewBitmap(CViewImpl& view) : fView(view), fBitmap(view.GetBitmapForDrawing()) {}
   ~CViewBitmap() {
@@ -81,8 +78,6 @@ class CViewBitmap {
       // The view's mode has changed during the drawing, and the bitmap ends here.
     }
   }
-  CViewBitmap(const CViewBitmap&) = delete;
-  CViewBitmap& operator=(const CViewBitmap&) = delete;
 
   CBufferBitmap* Get() const { return fBitmap.get(); }
 
@@ -92,14 +87,12 @@ class CViewBitmap {
 };
 
 // Lends the tools to a behaviour.
-class CToolsLoan {
+class CToolsLoan : CNotCopied {
  public:
   explicit CToolsLoan(CDrawToolsGlue* glue) : fGlue(glue) {}
   ~CToolsLoan() {
     if (fGlue != nullptr) fGlue->CloseWhatIsLeftOpen();
   }
-  CToolsLoan(const CToolsLoan&) = delete;
-  CToolsLoan& operator=(const CToolsLoan&) = delete;
 
  private:
   CDrawToolsGlue* fGlue;

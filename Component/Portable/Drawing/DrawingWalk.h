@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Component/Portable/Base/Geometry.h"
+#include "Component/Portable/Base/Scopes.h"
 #include "Component/Portable/Contract/MorvaneGlueDrawTools.h"
 #include "Component/Portable/Surfaces/BufferBitmap.h"
 #include "Interface/MorvaneDrawing.h"
@@ -33,12 +34,10 @@ class TTileIterator {
 };
 
 // Tells the run behaviour when drawing with `tools` begins and ends. Without a run behaviour nobody is told.
-class TDrawBracket {
+class TDrawBracket : CNotCopied {
  public:
   TDrawBracket(IMorvaneRunBehavior* runBehavior, IDrawTools& tools);
   ~TDrawBracket();
-  TDrawBracket(const TDrawBracket&) = delete;
-  TDrawBracket& operator=(const TDrawBracket&) = delete;
 
   // Between the two calls the run behaviour has finished with the tools, so that the walk can use their port.
   // Pairs can be nested; the run behaviour is told of the outermost one only.

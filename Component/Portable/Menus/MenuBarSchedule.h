@@ -5,13 +5,13 @@
 #include <functional>
 #include <vector>
 
+#include "Component/Portable/Base/Scopes.h"
+
 namespace NSMorvane {
 
-class CMenuBarSchedule {
+class CMenuBarSchedule : CNotCopied {
  public:
   CMenuBarSchedule() = default;
-  CMenuBarSchedule(const CMenuBarSchedule&) = delete;
-  CMenuBarSchedule& operator=(const CMenuBarSchedule&) = delete;
 
   void Request();
   // Whether there are requests that have not been taken yet.

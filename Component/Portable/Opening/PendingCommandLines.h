@@ -4,16 +4,15 @@
 #include <cstdint>
 #include <vector>
 
+#include "Component/Portable/Base/Scopes.h"
 #include "Component/Portable/Opening/CommandLine.h"
 #include "Component/Portable/Text/TextPackage.h"
 
 namespace NSMorvane {
 
-class CPendingCommandLines {
+class CPendingCommandLines : CNotCopied {
  public:
   CPendingCommandLines() = default;
-  CPendingCommandLines(const CPendingCommandLines&) = delete;
-  CPendingCommandLines& operator=(const CPendingCommandLines&) = delete;
 
   // Adds the command line of this launch. Its options replace the options so far. Its files are put behind
   // those of earlier launches that still wait for a dialog to end, so none gets lost.

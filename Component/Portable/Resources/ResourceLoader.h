@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string>
 
+#include "Component/Portable/Base/Scopes.h"
+
 namespace NSMorvane {
 
 // A view on loaded bytes, which belong to the loader.
@@ -22,7 +24,7 @@ class IResourceLoader {
 };
 
 // Holds one resource as long as it exists. The loader must live as long.
-class CLockedResource {
+class CLockedResource : CNotCopied {
  public:
   CLockedResource(IResourceLoader& loader, const std::string& key)
       : fLoader(&loader), fBytes(loader.Load(key)) {}
@@ -30,8 +32,6 @@ class CLockedResource {
     fLoader->Release(fBytes);
     fBytes = TResourceBytes{nullptr, 0};
   }
-  CLockedResource(const CLockedResource&) = delete;
-  CLockedResource& operator=(const CLockedResource&) = delete;
 
   const std::uint8_t* data() const { return fBytes.data; }
   std::uint32_t size() const { return fBytes.size; }

@@ -7,6 +7,7 @@
 #include <limits>
 #include <vector>
 
+#include "Component/Portable/Base/Scopes.h"
 #include "Component/Portable/Surfaces/Region.h"
 #include "Interface/MorvaneDrawing.h"
 #include "Interface/MorvaneTypes.h"
@@ -34,13 +35,11 @@ inline bool IsPossibleBitmapSize(const TSize& size, std::int32_t depth) {
 
 // Coordinates given to the context are logical: the origin is the logical coordinate of the first pixel.
 // Failing platform calls throw.
-class CBufferBitmap {
+class CBufferBitmap : CNotCopied {
  public:
   // `depth` is 16 or 32. The content is black. Throws std::bad_alloc if a bitmap of that size cannot be made.
   CBufferBitmap(TSize size, std::int32_t depth);
   ~CBufferBitmap();
-  CBufferBitmap(const CBufferBitmap&) = delete;
-  CBufferBitmap& operator=(const CBufferBitmap&) = delete;
 
   TNativePort GetNativePort() const { return {fHDC}; }
   const TBufferBitmapInfo& GetInfo() const { return fInfo; }

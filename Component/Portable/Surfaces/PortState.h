@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "Component/Portable/Base/Geometry.h"
+#include "Component/Portable/Base/Scopes.h"
 #include "Component/Portable/Surfaces/NativeRegion.h"
 
 struct HDC__;
@@ -23,7 +24,7 @@ namespace NSMorvane {
 
 // Saves the clip region and the window origin of a context in its constructor, and restores them in its
 // destructor.
-class CStateRestorer {
+class CStateRestorer : CNotCopied {
  public:
   explicit CStateRestorer(HDC__* hdc);
   ~CStateRestorer();
@@ -31,8 +32,6 @@ class CStateRestorer {
   void Restore() const;
   // In device coordinates; null if there was no clip. This object owns it.
   TNativeRegion GetClipRegion() const { return fClipRegion; }
-  CStateRestorer(const CStateRestorer&) = delete;
-  CStateRestorer& operator=(const CStateRestorer&) = delete;
 
  private:
   HDC__* fHDC;
@@ -66,12 +65,10 @@ class CPortMapping {
 enum TSelection { kSelectedFont, kSelectedPen, kSelectedBrush, kSelectedBitmap };
 
 // Saves the selected object of one kind, and selects it again in its destructor.
-class CSelectionGuard {
+class CSelectionGuard : CNotCopied {
  public:
   CSelectionGuard(HDC__* hdc, TSelection selection);
   ~CSelectionGuard();
-  CSelectionGuard(const CSelectionGuard&) = delete;
-  CSelectionGuard& operator=(const CSelectionGuard&) = delete;
 
  private:
   HDC__* fHDC;
@@ -80,12 +77,10 @@ class CSelectionGuard {
 };
 
 // Saves mapping, attributes of texts and lines, font, pen and brush, and restores them after a pass.
-class CPortGuard {
+class CPortGuard : CNotCopied {
  public:
   explicit CPortGuard(HDC__* hdc);
   ~CPortGuard();
-  CPortGuard(const CPortGuard&) = delete;
-  CPortGuard& operator=(const CPortGuard&) = delete;
 
  private:
   HDC__* fHDC;
@@ -129,12 +124,10 @@ class CClipRegions {
 
 // Reads the clip of a context in its constructor, and clips views within it, one after the other: Enter,
 // drawing, Leave. The destructor restores the clip.
-class CPortClip {
+class CPortClip : CNotCopied {
  public:
   explicit CPortClip(HDC__* hdc);
   ~CPortClip();
-  CPortClip(const CPortClip&) = delete;
-  CPortClip& operator=(const CPortClip&) = delete;
 
   // The bounding box of what can be drawn, in logical coordinates. Empty if nothing can be drawn.
   const TRect& GetBox() const { return fBox; }

@@ -4,19 +4,18 @@
 #include <cstdint>
 
 #include "Component/Portable/Base/Geometry.h"
+#include "Component/Portable/Base/Scopes.h"
 #include "Component/Portable/Surfaces/NativeRegion.h"
 #include "Interface/MorvaneTypes.h"
 
 namespace NSMorvane {
 
 // The native region that several CRegion objects share, with their reference count. Only CRegion uses it.
-class CNativeRegionWrapper {
+class CNativeRegionWrapper : CNotCopied {
  public:
   // Made on the heap, with a count of 0. An `external` region belongs to someone else, who keeps it alive; it
   // is never written to or deleted here.
   CNativeRegionWrapper(TNativeRegion nativeRegion, bool external);
-  CNativeRegionWrapper(const CNativeRegionWrapper&) = delete;
-  CNativeRegionWrapper& operator=(const CNativeRegionWrapper&) = delete;
 
   bool DebugValidate() const {
     return fNativeRegion != nullptr && (fIsExternal == 0 || fIsExternal == 1) && fReferenceCount >= 0;

@@ -18,6 +18,7 @@
 #include <string>
 #include <vector>
 
+#include "Component/Portable/Base/Scopes.h"
 #include "Component/Portable/Contract/MorvaneGlueView.h"
 #include "Component/Portable/Surfaces/Region.h"
 #include "Component/Portable/Text/TextPackage.h"
@@ -31,7 +32,7 @@ class IViewWindow;
 
 using TViewImplPtr = boost::shared_ptr<CViewImpl>;
 
-class CViewImpl : public CViewGlue {
+class CViewImpl : public CViewGlue, CNotCopied {
  public:
   // --- Life
 
@@ -45,8 +46,6 @@ class CViewImpl : public CViewGlue {
   static TViewImplPtr MakeSubView(IViewBehaviorFactory& factory, CViewImpl& superView,
                                   const std::string& debugName);
   ~CViewImpl() override;
-  CViewImpl(const CViewImpl&) = delete;
-  CViewImpl& operator=(const CViewImpl&) = delete;
 
   // Called once, with a pointer to this view.
   void SetClientsViewReference(TViewImplPtr reference);

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
+#include "Component/Portable/Base/Scopes.h"
 #include "Component/Portable/Views/FocusSearch.h"
 #include "Interface/MorvaneWindow.h"
 
@@ -42,7 +43,7 @@ TNativeWindow GetNativeFocusTarget(CViewImpl& view) {
 // --- Changes
 
 // A change of the focus, from the request to the end.
-class CWindowFocus::CRunningChange {
+class CWindowFocus::CRunningChange : CNotCopied {
  public:
   CRunningChange(CWindowFocus& focus, CViewImpl* view) : fFocus(focus), fNumber(++focus.fChangeNumber) {
     fFocus.fNextView = view ? view->GetClientsViewReference() : TViewImplPtr();
@@ -58,8 +59,6 @@ class CWindowFocus::CRunningChange {
     }
     if (--fFocus.fRunningChanges == 0) fFocus.fChangesInARow = 0;
   }
-  CRunningChange(const CRunningChange&) = delete;
-  CRunningChange& operator=(const CRunningChange&) = delete;
 
   // Another change has begun since then, and is complete by now.
   bool IsOvertaken() const { return fNumber != fFocus.fChangeNumber; }

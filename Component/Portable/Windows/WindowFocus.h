@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "Component/Portable/Base/Scopes.h"
 #include "Component/Portable/Views/ViewImpl.h"
 #include "Component/Portable/Views/ViewWindow.h"
 
@@ -32,12 +33,10 @@ class IFocusWindow {
   virtual ~IFocusWindow() = default;
 };
 
-class CWindowFocus {
+class CWindowFocus : CNotCopied {
  public:
   // Both arguments are the window, which must stay alive during each call.
   CWindowFocus(IFocusWindow& window, IImplFocusTools& tools) : fWindow(window), fTools(tools) {}
-  CWindowFocus(const CWindowFocus&) = delete;
-  CWindowFocus& operator=(const CWindowFocus&) = delete;
 
   // The focus view, or null.
   CViewImpl* GetView() const { return fView.get(); }

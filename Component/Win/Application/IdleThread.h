@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "Component/Portable/Base/IdleSchedule.h"
+#include "Component/Portable/Base/Scopes.h"
 #include "Component/Win/Platform/UtilsWinHandles.h"
 
 namespace NSMorvane {
@@ -26,14 +27,12 @@ class IIdleThreadOwner {
 
 // The thread runs from construction to destruction, both on the main thread. Every operation throws
 // std::exception if the list cannot be locked.
-class CIdleThread {
+class CIdleThread : CNotCopied {
  public:
   // The first notification comes after 1 ms. Throws std::bad_alloc if the system refuses the thread or its
   // objects.
   explicit CIdleThread(IIdleThreadOwner* owner);
   ~CIdleThread();
-  CIdleThread(const CIdleThread&) = delete;
-  CIdleThread& operator=(const CIdleThread&) = delete;
 
   // Adds a due time, in milliseconds of GetTickCount, and wakes the thread. A time in the past is due at
   // once.

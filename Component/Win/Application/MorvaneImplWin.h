@@ -27,6 +27,7 @@
 
 #include "Component/Portable/Application/KeyReleases.h"
 #include "Component/Portable/Application/ModifierKeyListeners.h"
+#include "Component/Portable/Base/Scopes.h"
 #include "Component/Portable/Contract/MorvaneGlueRoot.h"
 #include "Component/Portable/Opening/PendingCommandLines.h"
 #include "Component/Win/Application/AppActivation.h"
@@ -45,14 +46,12 @@ namespace NSMorvane {
 
 struct TAlertPlan;
 
-class CMorvaneImpl final : public CMorvaneGlue, public IWindowHost {
+class CMorvaneImpl final : public CMorvaneGlue, public IWindowHost, CNotCopied {
  public:
   // Throws std::exception if there is one already.
   CMorvaneImpl();
   // Must not be called inside IMorvane_Run.
   ~CMorvaneImpl() override;
-  CMorvaneImpl(const CMorvaneImpl&) = delete;
-  CMorvaneImpl& operator=(const CMorvaneImpl&) = delete;
 
   // On the library's heap, so that the client may delete the object.
   static void* operator new(std::size_t size) { return Morvane_New(size); }

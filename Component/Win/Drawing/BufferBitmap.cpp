@@ -6,7 +6,7 @@
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Surfaces/PortState.h"
-#include "Component/Win/Drawing/NativeOwners.h"
+#include "Component/Win/Platform/UtilsWinHandles.h"
 
 namespace NSMorvane {
 
@@ -43,26 +43,27 @@ CBufferBitmap::CBufferBitmap(TSize size, std::int32_t depth)
       fPixelPtr(nullptr),
       fSaveStateCount(0),
       fInfo() {
-  TContextOwner context(MakeScreenCompatibleContext());
+  CCreatedDC context(MakeScreenCompatibleContext());
 
-  const TRegionOwner clip(CreateRectRgn(0, 0, size.fWidth, size.fHeight));
-  if (clip == nullptr || SelectClipRgn(context.get(), clip.get()) == ERROR) MORVANE_THROW(std::exception());
+  const CGdiObject<HRGN> clip(CreateRectRgn(0, 0, size.fWidth, size.fHeight));
+  if (clip.Get() == nullptr || SelectClipRgn(context.Get(), clip.Get()) == ERROR)
+    MORVANE_THROW(std::exception());
 
-  TBitmapOwner bitmap;
-  if (IsPossibleBitmapSize(size, depth)) bitmap.reset(MakeSection(context.get(), size, depth, fPixelPtr));
-  if (bitmap == nullptr) MORVANE_THROW(XOutOfMemory());
+  CGdiObject<HBITMAP> bitmap;
+  if (IsPossibleBitmapSize(size, depth)) bitmap.Reset(MakeSection(context.Get(), size, depth, fPixelPtr));
+  if (bitmap.Get() == nullptr) MORVANE_THROW(XOutOfMemory());
 
   DIBSECTION section = {};
-  if (GetObjectW(bitmap.get(), sizeof(section), &section) != sizeof(section)) MORVANE_THROW(std::exception());
+  if (GetObjectW(bitmap.Get(), sizeof(section), &section) != sizeof(section)) MORVANE_THROW(std::exception());
   fInfo.fWidth = section.dsBmih.biWidth;
   fInfo.fHeight = section.dsBmih.biHeight < 0 ? -section.dsBmih.biHeight : section.dsBmih.biHeight;
   fInfo.fBitDepth = section.dsBmih.biBitCount;
   fInfo.fRowBytes = (section.dsBm.bmWidthBytes + 3) / 4 * 4;
 
-  fOldBitmap = static_cast<HBITMAP>(SelectObject(context.get(), bitmap.get()));
+  fOldBitmap = static_cast<HBITMAP>(SelectObject(context.Get(), bitmap.Get()));
   if (fOldBitmap == nullptr) MORVANE_THROW(std::exception());
-  fHDC = context.release();
-  fHBitmap = bitmap.release();
+  fHDC = context.Detach();
+  fHBitmap = bitmap.Detach();
 }
 
 CBufferBitmap::~CBufferBitmap() {

@@ -3,9 +3,8 @@
 #include <windows.h>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
-#include "Component/Win/Drawing/NativeOwners.h"
-
 #include "Component/Portable/Surfaces/Region.h"
+#include "Component/Win/Platform/UtilsWinHandles.h"
 
 namespace NSMorvane {
 
@@ -43,11 +42,11 @@ CStateRestorer::CStateRestorer(HDC__* hdc) : fHDC(hdc), fClipRegion(nullptr), fW
   POINT origin = {};
   if (!GetWindowOrgEx(fHDC, &origin)) MORVANE_THROW(std::exception());
   fWindowOrigin = {origin.x, origin.y};
-  TRegionOwner region(CreateRectRgn(0, 0, 0, 0));
-  if (region == nullptr) MORVANE_THROW(XOutOfMemory());
-  const int result = GetClipRgn(fHDC, region.get());
+  CGdiObject<HRGN> region(CreateRectRgn(0, 0, 0, 0));
+  if (region.Get() == nullptr) MORVANE_THROW(XOutOfMemory());
+  const int result = GetClipRgn(fHDC, region.Get());
   if (result == 1) {
-    fClipRegion = region.release();
+    fClipRegion = region.Detach();
   } else if (result != 0) {
     MORVANE_ASSERT(result == -1);
     MORVANE_THROW(std::exception());

@@ -10,16 +10,16 @@
 #include "Interface/MorvaneMouse.h"
 #include "Interface/MorvaneRoot.h"
 
+#include "Component/Portable/Base/Scopes.h"
+
 namespace NSMorvane {
 
 // Allocated on the library's heap, since the client deletes it. The cursor is shared and belongs to the
 // system.
-class CMouseShapeImpl final : public IMouseShape {
+class CMouseShapeImpl final : public IMouseShape, CNotCopied {
  public:
   explicit CMouseShapeImpl(HCURSOR cursor) : fCursor(cursor) {}
   ~CMouseShapeImpl() override;
-  CMouseShapeImpl(const CMouseShapeImpl&) = delete;
-  CMouseShapeImpl& operator=(const CMouseShapeImpl&) = delete;
 
   static void* operator new(std::size_t size) { return Morvane_New(size); }
   static void operator delete(void* block) { Morvane_Delete(block); }

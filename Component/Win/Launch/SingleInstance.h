@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "Component/Portable/Base/Scopes.h"
 #include "Component/Portable/Opening/SingleInstanceRecord.h"
 #include "Component/Portable/Text/TextPackage.h"
 
@@ -19,15 +20,13 @@ namespace NSMorvane {
 constexpr UINT kMsgSecondInstance = 1135;
 
 // A named piece of memory that processes share. Failures go to CheckLastError.
-class CFileMapping {
+class CFileMapping : CNotCopied {
  public:
   // Creates it, or opens it if it is already there.
   CFileMapping(const NSTextPackage::TString& name, std::uint32_t size);
   // Opens a mapping that another process makes, and waits for it up to ten seconds.
   explicit CFileMapping(const NSTextPackage::TString& name);
   ~CFileMapping();
-  CFileMapping(const CFileMapping&) = delete;
-  CFileMapping& operator=(const CFileMapping&) = delete;
 
   HANDLE GetHandle() const { return fHandle; }
 
@@ -37,12 +36,10 @@ class CFileMapping {
 };
 
 // The memory of a mapping at an address of this process.
-class CFileMappingView {
+class CFileMappingView : CNotCopied {
  public:
   explicit CFileMappingView(const CFileMapping& mapping);
   ~CFileMappingView();
-  CFileMappingView(const CFileMappingView&) = delete;
-  CFileMappingView& operator=(const CFileMappingView&) = delete;
 
   void* GetAddress() const { return fAddress; }
   // The size in bytes, rounded up to whole pages.

@@ -10,6 +10,7 @@
 #include <memory>
 #include <vector>
 
+#include "Component/Portable/Base/Scopes.h"
 #include "Component/Portable/Menus/MenuBarState.h"
 
 namespace NSMorvane {
@@ -40,12 +41,10 @@ TString WinPrepareMnemonic(const TString& text);
 // --- Menus
 
 // A native menu, which is destroyed at the end if it is owned. A submenu belongs to its parent menu.
-class CMenu {
+class CMenu : CNotCopied {
  public:
   CMenu(HMENU menuHandle, bool ownsHandle);
   virtual ~CMenu();
-  CMenu(const CMenu&) = delete;
-  CMenu& operator=(const CMenu&) = delete;
 
   HMENU GetHandle() const { return fMenuHandle; }
   // The caller owns the menu from here on.
@@ -69,13 +68,11 @@ class CPopupMenu : public CMenu {
 // --- The builder
 
 // Fills one menu from top to bottom. Lives for one build, together with its child builders.
-class CMenuBuilder {
+class CMenuBuilder : CNotCopied {
  public:
   // Makes a menu bar. Every client item that is added to it or to a submenu is also appended to `items`,
   // which must outlive the builder, and gets the number `firstCommand` plus its position there.
   CMenuBuilder(std::vector<CMenuItem>& items, UINT firstCommand);
-  CMenuBuilder(const CMenuBuilder&) = delete;
-  CMenuBuilder& operator=(const CMenuBuilder&) = delete;
 
   // The handle of the menu as far as it is filled. That of a submenu belongs to its parent menu.
   HMENU GetHandle() const { return fMenu->GetHandle(); }

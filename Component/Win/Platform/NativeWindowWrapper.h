@@ -8,6 +8,8 @@
 #include <boost/shared_ptr.hpp>
 #include <vector>
 
+#include "Component/Portable/Base/Scopes.h"
+
 namespace NSMorvane {
 
 class CNativeWindowWrapper;
@@ -23,14 +25,12 @@ class INativeWindowWrapper_ProcListener {
 
 // Made, used and destroyed on the thread of its window, by the end of WM_NCDESTROY at the latest. There is at
 // most one for each window. Held by shared pointers.
-class CNativeWindowWrapper {
+class CNativeWindowWrapper : CNotCopied {
  public:
   // Throws std::bad_alloc if the window cannot be subclassed.
   explicit CNativeWindowWrapper(HWND nativeWindow);
   // Puts the previous procedure back. All listeners must have left.
   ~CNativeWindowWrapper();
-  CNativeWindowWrapper(const CNativeWindowWrapper&) = delete;
-  CNativeWindowWrapper& operator=(const CNativeWindowWrapper&) = delete;
 
   // Adds a listener, which is not owned, at the front of the chain. It must not be in the chain already.
   void AddProcListener(INativeWindowWrapper_ProcListener* listener);
@@ -58,11 +58,9 @@ class CNativeWindowWrapper {
 
 // A listener for a window that the library did not make. It owns its wrapper and deletes itself when the
 // window ends. It must be made with new, and nobody else may delete it.
-class CWindowProcOverrider : public INativeWindowWrapper_ProcListener {
+class CWindowProcOverrider : public INativeWindowWrapper_ProcListener, CNotCopied {
  public:
   explicit CWindowProcOverrider(HWND hwnd);
-  CWindowProcOverrider(const CWindowProcOverrider&) = delete;
-  CWindowProcOverrider& operator=(const CWindowProcOverrider&) = delete;
 
   // Passes the message on. A derived class calls this for every message that it does not keep; after
   // WM_NCDESTROY the object is deleted.

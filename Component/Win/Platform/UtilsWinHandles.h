@@ -38,6 +38,8 @@ class CCreatedDC : CNotCopied {
   ~CCreatedDC() {
     if (fHDC) DeleteDC(fHDC);
   }
+  // The caller owns the context from here on.
+  HDC Detach() { return std::exchange(fHDC, nullptr); }
   HDC Get() const { return fHDC; }
 
  private:

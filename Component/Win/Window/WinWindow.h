@@ -27,6 +27,7 @@
 #include <boost/weak_ptr.hpp>
 #include <vector>
 
+#include "Component/Portable/Base/Scopes.h"
 #include "Component/Portable/Menus/MenuBarState.h"
 #include "Component/Portable/Views/ViewWindow.h"
 #include "Component/Portable/Windows/MorvaneGlueWindow.h"
@@ -57,11 +58,10 @@ class CWinWindow : public CWindowGlue,
                    public INativeWindowWrapper_ProcListener,
                    public IViewWindow,
                    protected IWindowEvents,
-                   private TWindowCore {
+                   private TWindowCore,
+                   CNotCopied {
  public:
   ~CWinWindow() override;
-  CWinWindow(const CWinWindow&) = delete;
-  CWinWindow& operator=(const CWinWindow&) = delete;
 
   bool CheckInvariant() const { return CWindowGlue_CheckInvariant(); }
   HWND GetHwnd() const { return fHwnd; }
