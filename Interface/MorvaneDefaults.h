@@ -9,6 +9,11 @@
 //                           and the like for the other kinds.
 //   PlaceCascaded, PlaceCentred, PlaceBeside, SetClientSize
 //                           where a window first appears, and how large.
+//   ShowMessage, ShowAlert, AskToSaveChanges, ShowOpenDialog, ShowSaveDialog, ShowFolderChooser
+//                           dialogs whose answer comes through a callback; CCallbackScope drops the callbacks
+//                           of an object that has gone.
+//   CopyToClipboard, ClipboardBytes, ClipboardText
+//                           the clipboard, without interfaces to implement.
 //   CTimer                  calls back once or repeatedly, and ends with its owner.
 //   IsKey, KeyOf            keys by their text: "Ctrl+S".
 //   PathOfURL               the path of a URL that OnOpenURL gets.
@@ -25,8 +30,10 @@
 #pragma once
 
 #include "Defaults/Application.h"
+#include "Defaults/Clipboard.h"
 #include "Defaults/Common.h"
 #include "Defaults/DebugOutput.h"
+#include "Defaults/Dialogs.h"
 #include "Defaults/Drawing.h"
 #include "Defaults/Factories.h"
 #include "Defaults/Files.h"

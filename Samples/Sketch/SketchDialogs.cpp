@@ -210,14 +210,7 @@ TPoint ClientCornerOnScreen(IWindow& window) {
 // [alert]
 void ShowAlert(const TDialogPlace& place, TAlertKind kind, const std::u16string& message,
                const std::u16string& details) {
-  TAlertSpec spec = {};
-  spec.fButtonLayout = kAlertOneButton;
-  spec.fKind = kind;
-  CopyText(spec.fMessage, message);
-  CopyText(spec.fDetails, details);
-  CopyText(spec.fButton1, u"OK");
-  const TFlag waits = place.fOwner ? 0 : 1;
-  ThrowIfFailed(place.fMorvane.IMorvane_CreateAlertBox(place.fOwner, waits, spec, nullptr));
+  ThrowIfFailed(ShowMessage(place.fMorvane, place.fOwner, kind, message, details));
 }
 // [end]
 

@@ -9,7 +9,6 @@
 #include <MorvaneDefaults.h>
 
 #include <functional>
-#include <memory>
 #include <string>
 
 #include "SketchDocument.h"
@@ -42,22 +41,6 @@ NSMorvane::TPoint ClientCornerOnScreen(NSMorvane::IWindow& window);
 struct TDialogPlace {
   NSMorvane::IMorvane& fMorvane;
   NSMorvane::IModalOwner* fOwner;
-};
-
-// Belongs to the behaviour of a window that shows dialogs. What is to be done with an answer goes through
-// WhileAlive, and is left undone if the window has gone by then:
-//   ShowSettings(place, settings, fLife.WhileAlive([this](const TDocumentSettings& settings) { ... }));
-class CSketchLife {
- public:
-  template <class TBody>
-  auto WhileAlive(TBody body) const {
-    return [life = std::weak_ptr<const int>(fLife), body](const auto&... answer) {
-      if (!life.expired()) body(answer...);
-    };
-  }
-
- private:
-  const std::shared_ptr<const int> fLife = std::make_shared<const int>();
 };
 
 // Tells the user something. Over an owner this returns at once. Without one it blocks the application and

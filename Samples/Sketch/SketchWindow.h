@@ -24,8 +24,7 @@ class CSketchApplication;
 class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
                       public ISketchCommandTarget,
                       private ISketchEditorListener,
-                      private ISketchCanvasOwner,
-                      private NSMorvane::ISaveChangesBehavior {
+                      private ISketchCanvasOwner {
  public:
   // `path` is empty for a document without a file.
   CSketchWindow(NSMorvane::IDocumentWindow& window, NSMorvane::IMorvane& morvane,
@@ -110,9 +109,8 @@ class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
   void SaveAs(const std::u16string& path, TSketchFileType type, bool thenClose);
   void ExportPicture(const std::u16string& path, TSketchFileType type);
   void AskWhetherToSave(NSMorvane::TCloseReason reason);
-  NSMorvane::TError ISaveChangesBehavior_OnSave() override;
-  NSMorvane::TError ISaveChangesBehavior_OnDiscard() override;
-  NSMorvane::TError ISaveChangesBehavior_OnCancel() override;
+  void SaveAndClose();
+  void DiscardAndClose();
   void GoOnClosing();
   void GiveUpClosing();
 
@@ -129,7 +127,7 @@ class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
   bool fIsModified = false;                 // as the title has it
   bool fIsAsking = false;                   // whether to save, or where
   std::optional<std::uint64_t> fDiscarded;  // the revision whose changes the user does not want to keep
-  CSketchLife fLife;
+  NSMorvane::CCallbackScope fCallbacks;
 };
 
 }  // namespace NSSketch

@@ -244,7 +244,7 @@ void CSketchWindow::Paste(const char* name, const std::vector<TShape>& shapes) {
 void CSketchWindow::ShowSettingsDialog() {
   const CSketchDocument& document = fEditor.Document();
   ShowSettings(DialogPlace(), {document.CanvasSize(), document.Background(), fCanvas.IsGridShown()},
-               fLife.WhileAlive([this](const TDocumentSettings& settings) {
+               fCallbacks.Bind([this](const TDocumentSettings& settings) {
                  fEditor.SetCanvas(settings.fCanvasSize, settings.fBackground);
                  if (settings.fShowGrid != fCanvas.IsGridShown()) fCanvas.ShowGrid(settings.fShowGrid);
                }));

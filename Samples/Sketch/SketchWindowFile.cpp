@@ -32,11 +32,11 @@ bool CSketchWindow::Write(const std::u16string& path, const std::string& bytes) 
 void CSketchWindow::AskWhereToSave(bool thenClose) {
   fApplication.ShowSaveDialog(
       DialogPlace(), {fPath.empty() ? fName + u".sketch" : fPath, !thenClose,
-                      fLife.WhileAlive([this, thenClose](const std::u16string& path, TSketchFileType type) {
+                      fCallbacks.Bind([this, thenClose](const std::u16string& path, TSketchFileType type) {
                         fIsAsking = false;
                         SaveAs(path, type, thenClose);
                       }),
-                      fLife.WhileAlive([this, thenClose] {
+                      fCallbacks.Bind([this, thenClose] {
                         fIsAsking = false;
                         if (thenClose) GiveUpClosing();
                       })});
@@ -102,38 +102,32 @@ bool CSketchWindow::AskBeforeQuitting() {
 // [save changes]
 void CSketchWindow::AskWhetherToSave(TCloseReason reason) {
   Focus();
-  ThrowIfFailed(
-      fMorvane.IMorvane_CreateSaveChangesDialog(this, DialogPlace().fOwner, 0, fName.c_str(), reason));
+  const auto answer = [this](void (CSketchWindow::*perform)()) {
+    return fCallbacks.Bind([this, perform] {
+      fIsAsking = false;
+      (this->*perform)();
+      return TError{kOK};
+    });
+  };
+  ThrowIfFailed(AskToSaveChanges(fMorvane, DialogPlace().fOwner, fName, reason,
+                                 {.fOnSave = answer(&CSketchWindow::SaveAndClose),
+                                  .fOnDiscard = answer(&CSketchWindow::DiscardAndClose),
+                                  .fOnCancel = answer(&CSketchWindow::GiveUpClosing)}));
   fIsAsking = true;
 }
 
-TError CSketchWindow::ISaveChangesBehavior_OnSave() {
-  return Guarded([&] {
-    fIsAsking = false;
-    if (fPath.empty())
-      AskWhereToSave(true);
-    else if (Save())
-      GoOnClosing();
-    else
-      GiveUpClosing();
-    return TError{kOK};
-  });
-}
-
-TError CSketchWindow::ISaveChangesBehavior_OnDiscard() {
-  return Guarded([&] {
-    fIsAsking = false;
-    fDiscarded = fEditor.Document().Revision();
+void CSketchWindow::SaveAndClose() {
+  if (fPath.empty())
+    AskWhereToSave(true);
+  else if (Save())
     GoOnClosing();
-    return TError{kOK};
-  });
+  else
+    GiveUpClosing();
 }
 
-TError CSketchWindow::ISaveChangesBehavior_OnCancel() {
-  return Guarded([&] {
-    GiveUpClosing();
-    return TError{kOK};
-  });
+void CSketchWindow::DiscardAndClose() {
+  fDiscarded = fEditor.Document().Revision();
+  GoOnClosing();
 }
 // [end]
 

@@ -1,8 +1,9 @@
 // The helpers for clients that need no library: first places, keys and paths as texts, lines that tell a
-// failure.
+// failure, answers of dialogs, the clipboard.
 #include "Interface/MorvaneDefaults.h"
 
 #include "Component/Portable/Base/Geometry.h"
+#include "Tests/Support/RecordingMorvane.h"
 #include "Tests/Support/UnitTest.h"
 
 using namespace NSMorvaneTest;
@@ -134,4 +135,161 @@ TEST(FailureLineTest, FailuresAreToldFromNews) {
       {"Ejecting focus from view being deleted...", false}};
   for (const auto& [line, isFailure] : rows)
     EXPECT_EQ(IsFailureLine("[Morvane] " + std::string(line)), isFailure) << line;
+}
+
+// A root object whose dialogs wait for the test to answer them, and whose clipboard is a list.
+class DialogRoot : public RecordingMorvane {
+ public:
+  IAlertBoxListener* fAlert = nullptr;
+  ISaveChangesBehavior* fQuestion = nullptr;
+  IOpenDialogBehavior* fOpen = nullptr;
+  ISaveAsDialogBehavior* fSave = nullptr;
+  std::string fBytes;
+
+ private:
+  void CMorvaneGlue_CreateAlertBox(IModalOwner*, bool, const TAlertSpec&,
+                                   IAlertBoxListener* listener) override {
+    Hooked<void>("");
+    fAlert = listener;
+  }
+  void CMorvaneGlue_CreateSaveChangesDialog(ISaveChangesBehavior* behavior, IModalOwner*, bool,
+                                            const TString&, TCloseReason) override {
+    Hooked<void>("");
+    fQuestion = behavior;
+  }
+  void CMorvaneGlue_CreateOpenDialog(IOpenDialogBehavior* behavior, std::uint32_t, IModalOwner*, bool, bool,
+                                     const std::vector<TFileType>&, const TString&,
+                                     IOpenDialogCustomizeBehavior*) override {
+    Hooked<void>("");
+    fOpen = behavior;
+  }
+  void CMorvaneGlue_CreateSaveAsDialog(ISaveAsDialogBehavior* behavior, std::uint32_t, IModalOwner*, bool,
+                                       const TString&, const std::vector<TFileType>&,
+                                       const TString&) override {
+    Hooked<void>("");
+    fSave = behavior;
+  }
+  std::unique_ptr<IData> CMorvaneGlue_GetClipboardData(const TClipboardFormat&) override {
+    return std::make_unique<CBytesData>(fBytes);
+  }
+  void CMorvaneGlue_ReplaceClipboardContents(const std::vector<TClipboardFormat>& formats,
+                                             IClipboardDataGetter* getter) override {
+    Hooked<void>("");
+    for (const TClipboardFormat& format : formats) {
+      TError error = kOK;
+      const std::unique_ptr<IData> data(getter->IClipboardDataGetter_GetData(format, error));
+      ASSERT_TRUE(data) << format.fTag;
+      std::uint64_t size = 0;
+      EXPECT_EQ(data->IData_GetSize(size), kOK);
+      fBytes.resize(size);
+      EXPECT_EQ(data->IData_Read(0, size, fBytes.data()), kOK);
+      EXPECT_EQ(data->IData_Read(1, size, fBytes.data()), kBadInputProgrammingError);
+    }
+    delete getter;
+  }
+};
+
+// An answer is given once, tells what was chosen, and its callback goes with it. One that fails asks again,
+// where that is possible. A dialog that cannot be shown leaves no callback behind.
+TEST(DialogHelpersTest, AnswersAndTheirEnd) {
+  DialogRoot root;
+  std::vector<std::string> told;
+  const auto used = std::make_shared<int>();
+  const auto tell = [&told, used](const std::string& what) {
+    told.push_back(what);
+    return what == "failing" && told.size() == 1 ? TError{kOtherError} : TError{kOK};
+  };
+  const auto bytes = [](const std::u16string& path) { return std::string(path.begin(), path.end()); };
+  const TFileType types[] = {{u"Drawing", u".sk"}, {u"Picture", u".png"}};
+  IModalOwner* const owner = &Dummy<IModalOwner>();
+  const TFileDialog dialog = {.fOwner = owner, .fTypes = types};
+  const auto alert = [&](const std::string& what) {
+    TAlertSpec spec = {};
+    spec.fButtonLayout = kAlertOneButton;
+    spec.fKind = kAlertNote;
+    CopyText(spec.fButton1, u"OK");
+    return ShowAlert(root, owner, spec, [=](TAlertResponse) { return tell(what); });
+  };
+  const auto question = [&] {
+    return AskToSaveChanges(
+        root, owner, u"a", kCloseByUser,
+        {.fOnSave = [=] { return tell("save"); }, .fOnDiscard = [=] { return tell("discard"); }});
+  };
+  const auto open = [&] {
+    return ShowOpenDialog(
+        root, dialog, [=](const std::u16string& path) { return tell(bytes(path)); },
+        [=] { return tell("cancel"); });
+  };
+  const auto save = [&] {
+    return ShowSaveDialog(root, dialog, u"a", [=](const std::u16string& path, std::size_t type) {
+      return tell(bytes(path) + std::to_string(type));
+    });
+  };
+  const char* const urls[] = {"file://C:\\a"};
+  const Rows<const char*, std::function<TError()>, std::function<TError()>, std::vector<std::string>> rows = {
+      {"alert",
+       [&] { return alert("ok"); },
+       [&] { return root.fAlert->IAlertBoxListener_OnResponse(kAlertResponseFirst); },
+       {"ok"}},
+      {"alert that asks again",
+       [&] { return alert("failing"); },
+       [&] {
+         EXPECT_EQ(root.fAlert->IAlertBoxListener_OnResponse(kAlertResponseFirst), kOtherError);
+         return root.fAlert->IAlertBoxListener_OnResponse(kAlertResponseFirst);
+       },
+       {"failing", "failing"}},
+      {"save", question, [&] { return root.fQuestion->ISaveChangesBehavior_OnSave(); }, {"save"}},
+      {"discard", question, [&] { return root.fQuestion->ISaveChangesBehavior_OnDiscard(); }, {"discard"}},
+      {"no callback", question, [&] { return root.fQuestion->ISaveChangesBehavior_OnCancel(); }, {}},
+      {"open", open, [&] { return root.fOpen->IOpenDialogBehavior_OnPerform(urls, 1); }, {"C:\\a"}},
+      {"open cancelled", open, [&] { return root.fOpen->IOpenDialogBehavior_OnCancel(); }, {"cancel"}},
+      {"second type",
+       save,
+       [&] { return root.fSave->ISaveAsDialogBehavior_OnPerform(urls[0], types[1]); },
+       {"C:\\a1"}},
+      {"save cancelled", save, [&] { return root.fSave->ISaveAsDialogBehavior_OnCancel(); }, {}}};
+  const long uses = used.use_count();
+  for (const auto& [name, show, answer, wanted] : rows) {
+    told.clear();
+    EXPECT_EQ(show(), kOK) << name;
+    EXPECT_GT(used.use_count(), uses) << name;
+    EXPECT_EQ(answer(), kOK) << name;
+    EXPECT_EQ(told, wanted) << name;
+    EXPECT_EQ(used.use_count(), uses) << name;
+  }
+  root.fOnHook = [] { throw XOutOfMemory(); };
+  told.clear();
+  for (const auto& [name, show, answer, wanted] : rows) {
+    EXPECT_EQ(show(), kOutOfMemoryError) << name;
+    EXPECT_EQ(used.use_count(), uses) << name;
+  }
+  EXPECT_TRUE(told.empty());
+}
+
+TEST(DialogHelpersTest, CallbacksEndWithTheirScope) {
+  int calls = 0;
+  std::function<TError(int)> callback;
+  {
+    const CCallbackScope scope;
+    callback = scope.Bind([&](int by) {
+      calls += by;
+      return TError{kOtherError};
+    });
+    EXPECT_EQ(callback(2), kOtherError);
+  }
+  EXPECT_EQ(callback(3), kOK);
+  EXPECT_EQ(calls, 2);
+}
+
+TEST(ClipboardHelpersTest, TextsAndBytes) {
+  DialogRoot root;
+  EXPECT_EQ(CopyToClipboard(root, {{{"Priv"}, "abc"}, TextItem(u"\u00E4b")}), kOK);
+  EXPECT_EQ(root.fBytes, std::string("\xE4\0b\0\0\0", 6));
+  root.fBytes += "rest";
+  EXPECT_EQ(ClipboardText(root), u"\u00E4b");
+  EXPECT_EQ(ClipboardBytes(root, {"utxt"}).size(), 10u);
+  root.fBytes.clear();
+  EXPECT_EQ(ClipboardText(root), u"");
+  root.fOnHook = [] { throw XOutOfMemory(); };
+  EXPECT_EQ(CopyToClipboard(root, {TextItem(u"a")}), kOutOfMemoryError);
 }
