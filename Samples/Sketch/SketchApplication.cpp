@@ -127,12 +127,15 @@ CSketchWindow* CSketchApplication::WindowOfFile(const std::u16string& path,
 void CSketchApplication::OpenFile(const std::u16string& givenPath) {
   const std::u16string path = FullPath(givenPath);
   if (CSketchWindow* const window = WindowOfFile(path)) {
+    NoteRecentFile(path);
     window->Focus();
     return;
   }
   auto document = std::make_unique<CSketchDocument>();
   std::u16string message;
   if (!LoadSketch(path, *document, message)) {
+    fRecentFiles.Remove(path);
+    UpdateMenus();
     const bool hasOwner = fFront && !fFront->IsBlocked();
     ShowAlert(hasOwner ? fFront->DialogPlace() : TDialogPlace{fMorvane, nullptr}, kAlertCaution,
               u"\"" + NameOfPath(path) + u"\" cannot be opened.", message + u"\n" + path);
@@ -140,6 +143,20 @@ void CSketchApplication::OpenFile(const std::u16string& givenPath) {
   }
   ThrowIfFailed(CreateDocumentWindow<CSketchWindow>(fMorvane, kDocumentStyle, fMorvane, *this,
                                                     std::move(document), path, NameOfPath(path)));
+  NoteRecentFile(path);
+}
+
+void CSketchApplication::OpenRecentFile(std::size_t index) {
+  if (index < RecentFiles().size()) OpenFile(std::u16string(RecentFiles()[index]));
+}
+
+void CSketchApplication::NoteRecentFile(const std::u16string& path) {
+  fRecentFiles.Add(path);
+  UpdateMenus();
+}
+
+void CSketchApplication::UpdateMenus() {
+  for (CSketchWindow* const window : fWindows) window->UpdateMenus();
 }
 
 void CSketchApplication::AskWhatToOpen(const TDialogPlace& place) {
@@ -271,7 +288,7 @@ TError CSketchApplication::IMorvaneRunBehavior_OnAppActivation(TFlag active) {
 
 void CSketchApplication::LookAtClipboard() {
   fCanPaste = CanPasteShapes(fMorvane);
-  for (CSketchWindow* const window : fWindows) window->UpdateMenus();
+  UpdateMenus();
 }
 
 std::vector<TShape> CSketchApplication::ShapesToPaste() {

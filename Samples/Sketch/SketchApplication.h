@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "SketchFileDialogs.h"
+#include "SketchRecentFiles.h"
 #include "SketchTools.h"
 
 namespace NSSketch {
@@ -36,6 +37,11 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
   void OpenFromClipboard();
   // Tells the user why, if that cannot be done.
   void OpenFile(const std::u16string& path);
+  // What the document menu offers, the last one first.
+  const std::vector<std::u16string>& RecentFiles() const { return fRecentFiles.Paths(); }
+  void OpenRecentFile(std::size_t index);
+  // The file at a full path was opened or saved.
+  void NoteRecentFile(const std::u16string& path);
   void AskWhatToOpen(const TDialogPlace& place);
   // The file dialogs; virtual for a program that drives Sketch and answers them. The answer comes later.
   virtual void ShowOpenDialog(const TDialogPlace& place, TOnPath onChosen);
@@ -97,6 +103,7 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
  private:
   NSMorvane::TRect FrontFrame() const;
   NSMorvane::TError ScrollOn();
+  void UpdateMenus();
 
   std::vector<CSketchWindow*> fWindows;
   CSketchWindow* fFront = nullptr;
@@ -104,6 +111,7 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
   CSketchWindow* fScrolling = nullptr;   // the one that scrolls with a drag
   NSMorvane::CTimer fScrollTimer;
   std::uint32_t fUntitledCount = 0;  // so far
+  CSketchRecentFiles fRecentFiles;
   TSketchTool fTool = TSketchTool::kSelect;
   TShape fStyle;
   bool fCanPaste = false;

@@ -116,6 +116,17 @@ const TRow& RowOf(TSketchCommand command) {
   throw XFailed{kBadInputProgrammingError};
 }
 
+void AddRecentFiles(std::vector<TMenuItem>& items, const ISketchCommandTarget& target) {
+  std::uint32_t command = kCommandFirstRecent;
+  for (const std::u16string& text : target.TextsOfRecentFiles()) {
+    if (command == kCommandFirstRecent) items.push_back(TMenuItem{});
+    TMenuItem& item = items.emplace_back();
+    item.fCommand = command++;
+    CopyText(item.fText, text);
+    item.fStateFlags = kMenuItemEnabled;
+  }
+}
+
 }  // namespace
 
 void FillMenuBar(IMenuBarState& state, const ISketchCommandTarget& target) {
@@ -123,6 +134,7 @@ void FillMenuBar(IMenuBarState& state, const ISketchCommandTarget& target) {
     std::vector<TMenuItem> items;
     for (const TRow& row : kRows)
       if (row.fMenu == menu) items.push_back(ItemOf(row, target));
+    if (menu == kMenuDocument) AddRecentFiles(items, target);
     ThrowIfFailed(state.IMenuBarState_SetMenuItems(
         menu, items.data(), static_cast<std::uint32_t>(items.size() * sizeof(TMenuItem))));
   }

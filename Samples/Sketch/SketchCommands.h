@@ -45,8 +45,9 @@ enum TSketchCommand : std::uint32_t {
   kCommandFit,
   kCommandGrid,
   kCommandPalette,
-  kCommandFirstTool = 100,  // one for each TSketchTool
-  kCommandClose = 50016     // the library's own item of the second menu
+  kCommandFirstTool = 100,    // one for each TSketchTool
+  kCommandFirstRecent = 200,  // one for each of the recent files
+  kCommandClose = 50016       // the library's own item of the second menu
 };
 
 // Who carries out commands: the window of a document.
@@ -56,6 +57,8 @@ class ISketchCommandTarget {
   virtual bool IsCommandChecked(TSketchCommand command) const = 0;
   // The text of an item: as the table has it, unless the state of things has more to say.
   virtual std::u16string TextOfCommand(TSketchCommand command, const std::u16string& text) const = 0;
+  // The items for the recent files, the last one first.
+  virtual std::vector<std::u16string> TextsOfRecentFiles() const = 0;
   // Throws XFailed.
   virtual void Perform(TSketchCommand command) = 0;
 

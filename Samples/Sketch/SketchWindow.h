@@ -57,6 +57,7 @@ class CSketchWindow : public NSMorvane::CDefaultDocumentWindowBehavior,
   bool IsCommandEnabled(TSketchCommand command) const override;
   bool IsCommandChecked(TSketchCommand command) const override;
   std::u16string TextOfCommand(TSketchCommand command, const std::u16string& text) const override;
+  std::vector<std::u16string> TextsOfRecentFiles() const override;
   void Perform(TSketchCommand command) override;
   NSMorvane::TError IDocumentWindowBehavior_HandleKeyDown(const NSMorvane::TKeyEvent& event,
                                                           NSMorvane::TFlag& outHandled) override;

@@ -3,6 +3,7 @@
 #include "SketchApplication.h"
 #include "SketchClipboard.h"
 #include "SketchDialogs.h"
+#include "SketchFiles.h"
 #include "SketchWindow.h"
 
 namespace NSSketch {
@@ -31,6 +32,10 @@ bool LeavesShapesAlone(TSketchCommand command) {
     default:
       return IsToolCommand(command);
   }
+}
+
+bool IsRecentFile(TSketchCommand command) {
+  return command >= kCommandFirstRecent && command < kCommandFirstRecent + kMaxRecentFiles;
 }
 
 TSketchTool ToolOf(TSketchCommand command) { return static_cast<TSketchTool>(command - kCommandFirstTool); }
@@ -95,6 +100,17 @@ std::u16string CSketchWindow::TextOfCommand(TSketchCommand command, const std::u
   return text;
 }
 
+// With a number as the key; an underscore of the name is doubled, as it is no mark of a key.
+std::vector<std::u16string> CSketchWindow::TextsOfRecentFiles() const {
+  std::vector<std::u16string> texts;
+  for (const std::u16string& path : fApplication.RecentFiles()) {
+    std::u16string text = u"_" + AsciiText(std::to_string(texts.size() + 1)) + u" ";
+    for (const char16_t c : NameOfPath(path)) text.append(c == u'_' ? 2 : 1, c);
+    texts.push_back(text);
+  }
+  return texts;
+}
+
 // Nothing else is done while the mouse is dragging.
 void CSketchWindow::Perform(TSketchCommand command) {
   if (fCanvas.IsDragging()) return;
@@ -105,6 +121,10 @@ void CSketchWindow::Perform(TSketchCommand command) {
   const CSketchViewport& viewport = fCanvas.Viewport();
   if (IsToolCommand(command)) {
     fApplication.ChooseTool(ToolOf(command));
+    return;
+  }
+  if (IsRecentFile(command)) {
+    fApplication.OpenRecentFile(command - kCommandFirstRecent);
     return;
   }
   switch (command) {
@@ -296,6 +316,7 @@ void CSketchWindow::UpdateMenus() {
     const auto one = static_cast<TSketchCommand>(command);
     state += static_cast<char16_t>(u'0' + (IsCommandEnabled(one) ? 1 : 0) + (IsCommandChecked(one) ? 2 : 0));
   }
+  for (const std::u16string& text : TextsOfRecentFiles()) state += u'|' + text;
   if (state == fMenuState) return;
   fMenuState = state;
   fMorvane.IMorvane_RequestMenuBarsSetup();

@@ -15,6 +15,7 @@ bool CSketchWindow::SaveTo(const std::u16string& path) {
   fPath = path;
   fName = NameOfPath(path);
   fEditor.MarkSaved();
+  fApplication.NoteRecentFile(path);
   ThrowIfFailed(ChangeState(fWindow, [&](TDocumentWindowState& state) { CopyText(state.fTitle, fName); }));
   return true;
 }

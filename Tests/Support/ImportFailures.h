@@ -13,8 +13,9 @@
 #include <cstdint>
 #include <cstring>
 #include <string>
-#include <utility>
 #include <vector>
+
+#include "Support/PatchedImport.h"
 
 namespace NSMorvaneTest {
 
@@ -29,7 +30,7 @@ class ImportFailures {
     std::uint64_t fFailure = 0;
 
     std::string fName;
-    ULONG_PTR* fSlot = nullptr;
+    ImportSlot fSlot;
   };
 
   // For the calls of this thread. The module stays patched to the end of the process.
@@ -41,10 +42,7 @@ class ImportFailures {
         VirtualAlloc(nullptr, fImports.size() * kStubRoom, MEM_COMMIT | MEM_RESERVE, PAGE_EXECUTE_READWRITE));
     for (Import& import : fImports) {
       WriteStub(stub, import);
-      DWORD protection = 0;
-      VirtualProtect(import.fSlot, sizeof(*import.fSlot), PAGE_READWRITE, &protection);
-      import.fFunction = std::exchange(*import.fSlot, reinterpret_cast<ULONG_PTR>(stub));
-      VirtualProtect(import.fSlot, sizeof(*import.fSlot), protection, &protection);
+      import.fFunction = import.fSlot.Exchange(reinterpret_cast<ULONG_PTR>(stub));
       stub += kStubRoom;
     }
   }
@@ -109,27 +107,15 @@ class ImportFailures {
   }
 
   void Collect(BYTE* base) {
-    const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
-    const auto* const nt = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
-    const DWORD offset = nt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
-    for (auto* library = reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + offset); library->Name;
-         ++library) {
-      const std::string libraryName = reinterpret_cast<const char*>(base + library->Name);
-      const auto* names = reinterpret_cast<const ULONG_PTR*>(base + library->OriginalFirstThunk);
-      auto* slot = reinterpret_cast<ULONG_PTR*>(base + library->FirstThunk);
-      for (; *names; ++names, ++slot) {
-        if (IMAGE_SNAP_BY_ORDINAL(*names)) continue;
-        const std::string name =
-            reinterpret_cast<const char*>(reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + *names)->Name);
-        const bool isCountedOnly = kCounted.end() != std::find(kCounted.begin(), kCounted.end(), name);
-        if (IsLeftAlone(libraryName, name) && !isCountedOnly) continue;
-        Import& import = fImports.emplace_back();
-        import.fThread = GetCurrentThreadId();
-        import.fFailure = FailureOf(libraryName, name);
-        import.fName = name;
-        import.fSlot = slot;
-      }
-    }
+    ForEachImport(base, [this](const char* library, const std::string& name, const ImportSlot& slot) {
+      const bool isCountedOnly = kCounted.end() != std::find(kCounted.begin(), kCounted.end(), name);
+      if (IsLeftAlone(library, name) && !isCountedOnly) return;
+      Import& import = fImports.emplace_back();
+      import.fThread = GetCurrentThreadId();
+      import.fFailure = FailureOf(library, name);
+      import.fName = name;
+      import.fSlot = slot;
+    });
   }
 
   static void WriteStub(BYTE* stub, const Import& import) {

@@ -6,52 +6,76 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstring>
+#include <string>
 
 namespace NSMorvaneTest {
+
+// Where a module keeps the address of a function that it imports. Linkers differ in how these are aligned.
+class ImportSlot {
+ public:
+  ImportSlot() = default;
+  explicit ImportSlot(BYTE* place) : fPlace(place) {}
+  explicit operator bool() const { return fPlace != nullptr; }
+
+  // Puts in another address, and returns the one before.
+  ULONG_PTR Exchange(ULONG_PTR value) const {
+    DWORD protection = 0;
+    VirtualProtect(fPlace, sizeof(value), PAGE_READWRITE, &protection);
+    ULONG_PTR previous = 0;
+    std::memcpy(&previous, fPlace, sizeof(previous));
+    std::memcpy(fPlace, &value, sizeof(value));
+    VirtualProtect(fPlace, sizeof(value), protection, &protection);
+    return previous;
+  }
+
+ private:
+  BYTE* fPlace = nullptr;
+};
+
+// Calls use(library, function, slot) for each function that the module at `base` imports by its name.
+template <class TUse>
+void ForEachImport(BYTE* base, TUse use) {
+  const auto read = [](auto& out, const BYTE* from) { std::memcpy(&out, from, sizeof(out)); };
+  IMAGE_DOS_HEADER dos;
+  read(dos, base);
+  IMAGE_NT_HEADERS nt;
+  read(nt, base + dos.e_lfanew);
+  const BYTE* entry = base + nt.OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
+  IMAGE_IMPORT_DESCRIPTOR library;
+  for (read(library, entry); library.Name; read(library, entry += sizeof(library))) {
+    const BYTE* names = base + library.OriginalFirstThunk;
+    BYTE* slot = base + library.FirstThunk;
+    ULONG_PTR name = 0;
+    for (read(name, names); name; read(name, names += sizeof(name)), slot += sizeof(name))
+      if (!IMAGE_SNAP_BY_ORDINAL(name))
+        use(reinterpret_cast<const char*>(base + library.Name),
+            reinterpret_cast<const char*>(base + name + offsetof(IMAGE_IMPORT_BY_NAME, Name)),
+            ImportSlot(slot));
+  }
+}
 
 class PatchedImport {
  public:
   // A null module stands for the program.
   template <class TFunction>
-  PatchedImport(const wchar_t* module, const char* name, TFunction* replacement)
-      : fSlot(FindSlot(reinterpret_cast<BYTE*>(GetModuleHandleW(module)), name)) {
-    EXPECT_NE(fSlot, nullptr) << name << " is not imported";
-    if (fSlot) fOriginal = Exchange(reinterpret_cast<ULONG_PTR>(replacement));
+  PatchedImport(const wchar_t* module, const char* name, TFunction* replacement) {
+    ForEachImport(reinterpret_cast<BYTE*>(GetModuleHandleW(module)),
+                  [&](const char*, const std::string& import, const ImportSlot& slot) {
+                    if (import == name) fSlot = slot;
+                  });
+    EXPECT_TRUE(fSlot) << name << " is not imported";
+    if (fSlot) fOriginal = fSlot.Exchange(reinterpret_cast<ULONG_PTR>(replacement));
   }
   ~PatchedImport() {
-    if (fSlot) Exchange(fOriginal);
+    if (fSlot) fSlot.Exchange(fOriginal);
   }
   PatchedImport(const PatchedImport&) = delete;
   PatchedImport& operator=(const PatchedImport&) = delete;
 
  private:
-  static ULONG_PTR* FindSlot(BYTE* base, const char* name) {
-    const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
-    const auto* const nt = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
-    const DWORD offset = nt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
-    for (auto* library = reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + offset); library->Name;
-         ++library) {
-      const auto* names = reinterpret_cast<const ULONG_PTR*>(base + library->OriginalFirstThunk);
-      auto* slot = reinterpret_cast<ULONG_PTR*>(base + library->FirstThunk);
-      for (; *names; ++names, ++slot) {
-        if (IMAGE_SNAP_BY_ORDINAL(*names)) continue;
-        const auto* const entry = reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + *names);
-        if (std::strcmp(reinterpret_cast<const char*>(entry->Name), name) == 0) return slot;
-      }
-    }
-    return nullptr;
-  }
-  ULONG_PTR Exchange(ULONG_PTR value) {
-    DWORD protection = 0;
-    VirtualProtect(fSlot, sizeof(*fSlot), PAGE_READWRITE, &protection);
-    const ULONG_PTR previous = *fSlot;
-    *fSlot = value;
-    VirtualProtect(fSlot, sizeof(*fSlot), protection, &protection);
-    return previous;
-  }
-
-  ULONG_PTR* fSlot;
+  ImportSlot fSlot;
   ULONG_PTR fOriginal = 0;
 };
 

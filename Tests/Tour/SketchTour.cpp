@@ -72,7 +72,12 @@ constexpr TStation kStations[] = {
     {"key Enter; closed; file Daylight.png; key Ctrl+O; dialog Open; name Daylight.png; key Enter; gone;"
      "dialog Sketch; blocked",
      "cannot-open"},
-    {"key Enter; closed; key Ctrl+W; dialog Sketch; blocked", "unsaved-changes"},
+    {"key Enter; closed; key Ctrl+S; title; key Ctrl+N; dialog Untitled 2; key Alt+D; menu", "recent-files"},
+    // From the menu, a file that is open comes to the front, and one that has been closed is opened again.
+    {"key 1; closed; key Ctrl+W; dialog Untitled 2; key Alt+D; menu; key 1; gone; reopened; key Ctrl+A; key "
+     "Right;"
+     "title *; key Ctrl+W; dialog Sketch; blocked",
+     "unsaved-changes"},
     // Given up, quitting leaves everything as it was; asked again, it asks again.
     {"key Esc; closed; key Alt+A; menu; key X; dialog Sketch", "quit"},
     {"key Esc; closed; palette-back; key Alt+A; menu; key X; dialog Sketch; key Enter; gone; end", nullptr}};
@@ -152,6 +157,7 @@ class CTour : public CTourist {
     if (verb == "copied") return WaitFor(IsPictureOnClipboard);
     if (verb == "elsewhere") return PutOnClipboard(Word(words));
     if (verb == "file") return WaitForFile(Word(words));
+    if (verb == "reopened") return Reopen();
     if (verb == "end") return WaitFor([this] { return !::IsWindow(fWindow); });
     throw XLost{"a verb: " + verb};
   }
@@ -238,6 +244,10 @@ class CTour : public CTourist {
     POINT origin = {0, 0};
     ::ClientToScreen(window, &origin);
     return origin;
+  }
+  void Reopen() {
+    fWindow = WaitForWindow(nullptr, fTitle.c_str());
+    WaitUntilInFront(fWindow);
   }
   void Arrive() {
     fWindow = WaitForWindow(nullptr, fTitle.c_str());
