@@ -81,6 +81,7 @@ TEST_F(WindowPlacement, FitsWhatIsWanted) {
            // Going to the ideal size starts at the user's corner; who is there already stays.
            {kUser, kIdeal, same, none, none, user, {100, 100, 307, 225}},
            {kIdeal, kIdeal, same, none, none, user, ideal},
+           {kUser, kIdeal, none, none, none, user, user},
            // Limits move the right and bottom edges; 0 is no limit.
            {kUser, kUser, same, {400, 350}, none, {100, 100, 507, 475}, {50, 60, 457, 435}},
            {kUser, kUser, same, none, {0, 200}, {100, 100, 407, 325}, ideal},

@@ -62,10 +62,13 @@ TWindowPlacement FitPlacement(const TWindowStateRecord& wanted, const TWinWindow
                               TZoomState currentZoomState, const TFrameInsets& insets) {
   TWindowPlacement placement = wanted.fPlacement;
   const TSize& ideal = wanted.fIdealClientSize;
-  if (ideal.fWidth != 0 && ideal.fHeight != 0 && !(ideal == current.fIdealClientSize))
+  const bool hasIdeal = ideal.fWidth != 0 && ideal.fHeight != 0;
+  if (hasIdeal && !(ideal == current.fIdealClientSize))
     placement.fIdealRect = WithClientSize(current.fIdealRect, ideal, insets);
+  // Without an ideal size the window stays as large as it is.
   if (placement.fZoomState != currentZoomState && placement.fZoomState == kWindowStateIdeal)
-    placement.fIdealRect = WithClientSize(placement.fUserRect, ideal, insets);
+    placement.fIdealRect =
+        hasIdeal ? WithClientSize(placement.fUserRect, ideal, insets) : placement.fUserRect;
 
   const TSize minimum = ClientSizeToFrameSize(wanted.fMinimumClientSize, insets);
   const TSize maximum = ClientSizeToFrameSize(wanted.fMaximumClientSize, insets);
