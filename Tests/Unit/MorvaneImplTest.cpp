@@ -82,6 +82,13 @@ TEST_F(MorvaneImplTest, FailedConstructionLeavesNothing) {
 }
 
 // A monitor can go between the list of all and the question about it.
+TEST_F(MorvaneImplTest, IconOfTheProgram) {
+  const HICON icon = Impl().GetAppIcon();
+  EXPECT_NE(icon, nullptr);
+  EXPECT_EQ(icon, LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(1)));
+  EXPECT_EQ(icon, Impl().GetAppIcon());
+}
+
 TEST_F(MorvaneImplTest, MonitorsThatCannotBeAsked) {
   TMonitorList before;
   ASSERT_EQ(fMorvane->IMorvane_GetMonitors(before), kOK);
