@@ -35,6 +35,20 @@ BOOL WINAPI GetNoMonitorInfo(HMONITOR, MONITORINFO*) {
   return FALSE;
 }
 
+// The version that the system tells of.
+OSVERSIONINFOW gVersion = {};
+
+BOOL WINAPI GetGivenVersion(OSVERSIONINFOW* out) {
+  *out = gVersion;
+  return TRUE;
+}
+
+FARPROC WINAPI FindGivenVersion(HMODULE module, const char* name) {
+  if (std::strcmp(name, "GetVersionExW") == 0)
+    return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(GetGivenVersion));
+  return RealFunction<decltype(GetProcAddress)>(L"kernel32.dll", "GetProcAddress")(module, name);
+}
+
 class MorvaneImplTest : public ReportingTest {
  protected:
   MorvaneImplTest() {
@@ -67,6 +81,21 @@ TEST_F(MorvaneImplTest, ThereIsOneRootObject) {
   EXPECT_EQ(TakeReports(), "false");
 }
 
+TEST_F(MorvaneImplTest, SystemsThatAreTooOld) {
+  fMorvane.reset();
+  const PatchedImport patch(nullptr, "GetProcAddress", FindGivenVersion);
+  const Rows<const char*, DWORD, DWORD, TError> rows = {
+      {"Windows NT 4", VER_PLATFORM_WIN32_NT, 4, kUnsupportedOSVersionError},
+      {"Windows 98", VER_PLATFORM_WIN32_WINDOWS, 4, kUnsupportedOSVersionError},
+      {"none that there was", VER_PLATFORM_WIN32_WINDOWS, 6, kUnsupportedOSVersionError},
+      {"Windows 2000", VER_PLATFORM_WIN32_NT, 5, kOK}};
+  for (const auto& [name, platform, major, error] : rows) {
+    gVersion.dwPlatformId = platform;
+    gVersion.dwMajorVersion = major;
+    EXPECT_EQ(Create("IMorvane"), error) << name;
+  }
+}
+
 // Whatever fails while it is made, the next one can be made.
 TEST_F(MorvaneImplTest, FailedConstructionLeavesNothing) {
   fMorvane.reset();
@@ -81,7 +110,6 @@ TEST_F(MorvaneImplTest, FailedConstructionLeavesNothing) {
   EXPECT_GT(allocations, 3);
 }
 
-// A monitor can go between the list of all and the question about it.
 TEST_F(MorvaneImplTest, IconOfTheProgram) {
   const HICON icon = Impl().GetAppIcon();
   EXPECT_NE(icon, nullptr);
@@ -89,6 +117,7 @@ TEST_F(MorvaneImplTest, IconOfTheProgram) {
   EXPECT_EQ(icon, Impl().GetAppIcon());
 }
 
+// A monitor can go between the list of all and the question about it.
 TEST_F(MorvaneImplTest, MonitorsThatCannotBeAsked) {
   TMonitorList before;
   ASSERT_EQ(fMorvane->IMorvane_GetMonitors(before), kOK);

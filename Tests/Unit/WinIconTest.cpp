@@ -133,7 +133,7 @@ TEST_F(WinIconTest, FilesAndResources) {
   for (const char* const key : {"1004", "66540"})
     for (const std::uint32_t size : kSizes)
       EXPECT_EQ(SideOf(HandleOf(MakeResourceIcon(key), size)), static_cast<int>(size)) << key;
-  for (const char* const key : {"1", "none", "99999999999"}) {
+  for (const char* const key : {"2", "none", "99999999999"}) {
     EXPECT_ANY_THROW(HandleOf(MakeResourceIcon(key), 128)) << key;
     EXPECT_EQ(TakeReports(), "0!=result") << key;
   }
