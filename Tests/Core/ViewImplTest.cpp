@@ -297,7 +297,7 @@ TEST_F(ViewTest, HitsAreOutermostFirst) {
 TEST_F(ViewTest, RectangleListThatIsNotThere) {
   struct Behavior : CDefaultViewBehavior {
     TError IViewBehavior_GetHitRects(IRectsGetter& out) override {
-      return out.IRectsGetter_AddRects(nullptr, 3);
+      return out.IRectsGetter_AddRects(nullptr, 1);
     }
   };
   Factory factory(new Behavior);

@@ -72,9 +72,9 @@ constexpr TStation kStations[] = {
     {"key Enter; closed; file Daylight.png; key Ctrl+O; dialog Open; name Daylight.png; key Enter; gone;"
      "dialog Sketch; blocked",
      "cannot-open"},
-    {"key Enter; closed; key Ctrl+S; title; key Ctrl+N; dialog Untitled 2; key Alt+D; menu", "recent-files"},
+    {"key Enter; closed; key Ctrl+S; title; key Ctrl+N; dialog Untitled 2; key Alt+F; menu", "recent-files"},
     // From the menu, a file that is open comes to the front, and one that has been closed is opened again.
-    {"key 1; closed; key Ctrl+W; dialog Untitled 2; key Alt+D; menu; key 1; gone; reopened;"
+    {"key 1; closed; key Ctrl+W; dialog Untitled 2; key Alt+F; menu; key 1; gone; reopened;"
      "key Ctrl+A; key Right; key Left; title *; key Ctrl+W; dialog Sketch; blocked",
      "unsaved-changes"},
     // Given up, quitting leaves everything as it was; asked again, it asks again.

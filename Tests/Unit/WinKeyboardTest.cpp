@@ -90,6 +90,13 @@ TEST_F(WinKeyboardTest, Readings) {
   }
 }
 
+TEST_F(WinKeyboardTest, FunctionKeysAreInARow) {
+  for (int i = 0; i < 15; ++i)
+    EXPECT_EQ(TString(GetDefaultInterpretation({0, 0}, Key(VK_F1 + i)).fKeyText),
+              TString(1, static_cast<TChar>(kKeyCharF1 + i)))
+        << i;
+}
+
 // The key has been translated before anybody asks about it, and its letter is still to come.
 TEST_F(WinKeyboardTest, ADeadKeyThatWaitsGoesOnWaiting) {
   gDeadKeyIsPending = true;
