@@ -20,6 +20,8 @@
 //   CFailureOutput          receives assertions and failures, and nothing else of the debug output.
 //   CViewOf                 a view with a behaviour of a given type, made in one call, which ends with its
 //                           owner.
+//   CHostedControl          a native control in a view, kept where the view is. Only in sources that include
+//                           <windows.h> first.
 //   RootViewOf, ChangeState and others: what takes two or more calls of the interfaces.
 //   COpenPort, COpenPixels  the port or the pixels of a drawing, for the length of a block.
 //   Guarded, ThrowIfFailed  exceptions inside the client, error codes at the boundary.
@@ -37,6 +39,7 @@
 #include "Defaults/Drawing.h"
 #include "Defaults/Factories.h"
 #include "Defaults/Files.h"
+#include "Defaults/HostedControl.h"
 #include "Defaults/Input.h"
 #include "Defaults/Placement.h"
 #include "Defaults/Timers.h"

@@ -159,8 +159,8 @@ class IViewBehavior {
   virtual TError IViewBehavior_OnSetupMenuBar(IMenuBarState& state) = 0;
   // Called along the focus chain, in document windows only.
   virtual TError IViewBehavior_OnMenuCommand(const TMenuCommandEvent& event, TFlag& outHandled) = 0;
-  // The native control that gets the keyboard when the view has the focus, or null. Meant for hosted
-  // controls, which are not built yet.
+  // The native control that gets the keyboard when the view has the focus, or null. See
+  // IWinExtensions_HostNativeControl.
   virtual TError IViewBehavior_GetNativeFocusTarget(TNativeWindow& out) = 0;
 
   virtual ~IViewBehavior() = default;

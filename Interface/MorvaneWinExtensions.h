@@ -14,15 +14,20 @@ using TWinParam = std::uintptr_t;
 using TWinResult = std::intptr_t;
 
 // Implemented by the client: gets the messages of a native control that a view hosts. The library never
-// deletes it.
+// deletes it, so it must live as long as its tokens.
+//
+// Either operation may do anything: delete its own token, destroy the control, release the view or the
+// window. What it throws or returns other than kOK is passed to IMorvaneRunBehavior_OnUnhandledError, once.
 class IWinNativeControlCallback {
  public:
-  // The control has sent WM_COMMAND, WM_NOTIFY, WM_HSCROLL or WM_VSCROLL to its window.
+  // The control has sent WM_COMMAND, WM_NOTIFY, WM_HSCROLL or WM_VSCROLL to its parent, which is the window.
+  // `outResult` is what the control gets as an answer; 0 after a failure. It comes from the middle of the
+  // control's own work: many controls do not stand it if they are destroyed there.
   virtual TError IWinNativeControlCallback_OnControlNotification(std::uint32_t message, TWinParam wParam,
                                                                  TWinResult lParam,
                                                                  TWinResult& outResult) = 0;
   // A message to the control. `oldProc` is the control's own window procedure. Call it with CallWindowProcW,
-  // unless the control must not get the message.
+  // unless the control must not get the message. `outResult` is the result of the message; 0 after a failure.
   virtual TError IWinNativeControlCallback_OnControlProc(HWND__* hwnd, std::uint32_t message,
                                                          TWinParam wParam, TWinResult lParam,
                                                          TWinResult oldProc, TWinResult& outResult) = 0;
@@ -31,8 +36,10 @@ class IWinNativeControlCallback {
   virtual ~IWinNativeControlCallback() = default;
 };
 
-// Stands for the hosting of one native control. To end the hosting, the client deletes it while the control
-// still exists.
+// Stands for the hosting of one native control. The client deletes it to end the hosting; the control then
+// gets its messages as before. Token, control, view and window may end in any order: a token whose control
+// has been destroyed does nothing any more; without the view or the window the callback goes on getting the
+// messages of the control.
 class IWinNativeControlCallbackToken {
  public:
   virtual ~IWinNativeControlCallbackToken() = default;
@@ -59,7 +66,21 @@ class IWinExtensions {
   // While auto-play is suppressed, the system does not start programs from inserted media. Calls nest.
   // kIllegalCallSequenceProgrammingError for a release without a suppress.
   virtual TError IWinExtensions_SuppressAutoPlay(TAutoPlayCommand command) = 0;
-  // Not built yet: gives kUnsupported. Makes a view host a native child window. The caller deletes the token.
+  // Makes a view host a native child window: every message to the control goes to the callback, and so do the
+  // control's notifications. The views around the control hear of the mouse over it, and the view has the
+  // focus while the control has the keyboard, whether it is focusable or not. The pointer is that of the
+  // control, unless a view gives a shape.
+  //
+  // The control is a child of the view's window. The client keeps its place, its visibility and its enabling
+  // in step with the view; CHostedControl of MorvaneDefaults.h does that. So that the control gets the
+  // keyboard when its view gets the focus, the behaviour answers IViewBehavior_GetNativeFocusTarget. Keys
+  // that the control gets do not reach the views, except for the shortcuts of the menu bar, which come before
+  // the control. A view may host several controls.
+  //
+  // The caller deletes the token. Null on failure, with the code in `outError`: kBadInputProgrammingError if
+  // `hwnd` is not a window, has no parent or belongs to another thread than the view's window, if `callback`
+  // is null, and if the view or its window has been released; kIllegalCallSequenceProgrammingError if the
+  // control has a host already; kOtherError if the system refuses. The control is left as it was then.
   virtual IWinNativeControlCallbackToken* IWinExtensions_HostNativeControl(
       HWND__* hwnd, IWinNativeControlCallback* callback, IView& view, TError& outError) = 0;
 

@@ -118,6 +118,19 @@ class FailuresTest : public ClientWindowTest {
     const std::unique_ptr<IIcon> icon(fMorvane->IMorvane_CreatePixmapIcon(pixels.data(), error));
     return error;
   }
+  TError UseControl() {
+    CViewOf<CDefaultControlViewBehavior> view;
+    CHostedControl control(*fMorvane);
+    TError error = view.Create(*fMorvane, RootViewOf(*fRecord.fDocument), "view", ControlViewParams());
+    if (error == kOK) error = control.Create(*view.View(), L"EDIT", u"abc", 0);
+    if (error == kBadInputProgrammingError) return kOtherError;  // a parent that is not told is none
+    if (error != kOK) return error;
+    for (const UINT message : {WM_MOUSEMOVE, WM_MOUSELEAVE, WM_SETFOCUS, WM_KILLFOCUS})
+      SendMessageW(control.Hwnd(), message, 0, 0);
+    Turn();
+    EXPECT_EQ(control.Text(), u"abc");
+    return error;
+  }
   TError UseFileDialog() {
     struct Opener : IOpenDialogBehavior {
       TError IOpenDialogBehavior_OnPerform(const char* const*, std::uint32_t) override { return kOK; }
@@ -220,6 +233,10 @@ TEST_IN_RUN(FailuresTest, Alerts) {
 TEST_IN_RUN(FailuresTest, ClipboardAndIcons) {
   FailEachCall([this] { return UseClipboard(); });
   FailEachCall([this] { return UseIcons(); });
+}
+
+TEST_IN_RUN(FailuresTest, NativeControls) {
+  FailEachCall([this] { return UseControl(); });
 }
 
 TEST_IN_RUN(FailuresTest, StartsOfFileDialogs) {

@@ -8,6 +8,7 @@
 #include "Component/Portable/Opening/PendingCommandLines.h"
 #include "Component/Portable/Text/TextPackage.h"
 #include "Component/Win/Services/WinIcon.h"
+#include "Component/Win/Window/WinNativeControl.h"
 
 namespace NSMorvane {
 
@@ -59,13 +60,13 @@ IIcon* CWinExtensions::IWinExtensions_CreateIconFromHandles(HICON__* icon16, HIC
   return icon;
 }
 
-// --- What this build does not have
+// --- Native controls
 
-IWinNativeControlCallbackToken* CWinExtensions::IWinExtensions_HostNativeControl(HWND__*,
-                                                                                 IWinNativeControlCallback*,
-                                                                                 IView&, TError& outError) {
-  outError = kUnsupported;
-  return nullptr;
+IWinNativeControlCallbackToken* CWinExtensions::IWinExtensions_HostNativeControl(
+    HWND__* hwnd, IWinNativeControlCallback* callback, IView& view, TError& outError) {
+  IWinNativeControlCallbackToken* token = nullptr;
+  outError = ErrorOf([&] { token = HostNativeControl(hwnd, callback, view).release(); });
+  return token;
 }
 
 }  // namespace NSMorvane

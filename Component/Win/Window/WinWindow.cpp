@@ -366,11 +366,12 @@ void CWinWindow::LetGoOfAlerts() {
 }
 
 void CWinWindow::PrepareDestruction() {
+  // First, since a token that is deleted from here on does not find the window any more.
+  fListeners.RemoveForAllControls();
   if (fTimerID) {
     KillWindowTimer();
     AddToHiddenWindows();
   }
-  fListeners.RemoveForAllControls();
 }
 
 void CWinWindow::KillWindowTimer() {

@@ -11,6 +11,7 @@
 // WinWindowPainting    painting and invalidation
 // WinWindowTooltips    tooltips
 // WinWindowListeners   listeners of messages
+// WinNativeControl     native controls that views host
 // WinWindowAlpha, WinSizeGrip, WinDroppedFiles, WinInputMethod
 //
 // The window's own files are WinWindow.cpp (life, contract), WinWindowMessages.cpp (the message function and
@@ -98,6 +99,8 @@ class CWinWindow : public CWindowGlue,
   // Restores the window if it is minimized, brings it to the front and activates it. If a dialog blocks it,
   // the dialog comes to the front, with this window behind it, and is activated.
   void FocusNow();
+  // A native control of the view has got the keyboard by itself; null when a control has lost it.
+  void SetFocusFromNative(CViewImpl* view) { fFocus.GetFocus().OnControlFocused(view); }
 
   // Called once, when the window is wired up and has its behaviour.
   virtual void Show();

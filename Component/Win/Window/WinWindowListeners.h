@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <vector>
 
 #include "Component/Portable/Base/Scopes.h"
@@ -37,10 +38,12 @@ class CWinWindowListeners : CNotCopied {
     }
     return true;
   }
-  void CallForControl(HWND control, TWinMessage& message) {
-    if (!control || !IsWindow(control)) return;
+  // The result of the control's listener, which the control waits for; none if it has no listener.
+  std::optional<LRESULT> CallForControl(HWND control, TWinMessage& message) {
+    if (!control || !IsWindow(control)) return std::nullopt;
     const auto it = fControlListeners.find(control);
-    if (it != fControlListeners.end()) it->second->IWinMsgEventListener_OnMessage(message);
+    if (it == fControlListeners.end()) return std::nullopt;
+    return it->second->IWinMsgEventListener_OnMessage(message);
   }
 
  private:

@@ -212,9 +212,12 @@ class CWinWindow::CMessageTable {
     return kForward;
   }
   static TResult OnForwardedMouseMove(CWinWindow& window, TWinMessage& message) {
+    const HWND control = reinterpret_cast<HWND>(message.fWParam);
     POINT point = ToNative(PointInMessage(message.fLParam));
-    if (!ClientToScreen(reinterpret_cast<HWND>(message.fWParam), &point)) return kForward;
-    window.fMouse.OnMoveWithin(ScreenToClientChecked(window.fHwnd, FromNative(point)));
+    RECT area;
+    const bool isInside = GetClientRect(control, &area) && PtInRect(&area, point);
+    if (!ClientToScreen(control, &point)) return kForward;
+    window.fMouse.OnMoveOverControl(ScreenToClientChecked(window.fHwnd, FromNative(point)), isInside);
     return kForward;
   }
 
@@ -233,17 +236,15 @@ class CWinWindow::CMessageTable {
     return 1;
   }
   static TResult OnCommand(CWinWindow& window, TWinMessage& message) {
-    if (message.fLParam == 0)
-      window.OnCommand(LOWORD(message.fWParam));
-    else
-      window.fListeners.CallForControl(reinterpret_cast<HWND>(message.fLParam), message);
+    if (message.fLParam != 0)
+      return window.fListeners.CallForControl(reinterpret_cast<HWND>(message.fLParam), message);
+    window.OnCommand(LOWORD(message.fWParam));
     return kForward;
   }
   static TResult OnNotify(CWinWindow& window, TWinMessage& message) {
     const auto header = reinterpret_cast<const NMHDR*>(message.fLParam);
-    if (IsAccessible(header, sizeof(*header), kReadable))
-      window.fListeners.CallForControl(header->hwndFrom, message);
-    return kForward;
+    if (!IsAccessible(header, sizeof(*header), kReadable)) return kForward;
+    return window.fListeners.CallForControl(header->hwndFrom, message);
   }
   static TResult OnSysCommand(CWinWindow& window, TWinMessage& message) {
     return window.OnSysCommand(message);

@@ -49,8 +49,14 @@ TMouseWheelEvent MakeWheel(std::int32_t delta, const TPoint& position) {
 // --- Messages
 
 void CWinWindowMouse::OnMove(const TPoint& position) {
+  fIsOverControl = false;
   OnMoveWithin(position);
   ArmLeave();
+}
+
+void CWinWindowMouse::OnMoveOverControl(const TPoint& position, bool isInside) {
+  fIsOverControl = isInside;
+  OnMoveWithin(position);
 }
 
 void CWinWindowMouse::OnMoveWithin(const TPoint& position) {
@@ -58,6 +64,7 @@ void CWinWindowMouse::OnMoveWithin(const TPoint& position) {
 }
 
 void CWinWindowMouse::OnLeave(const TPoint& screenPosition) {
+  fIsOverControl = IsChild(GetHwnd(), WindowFromPoint(ToNative(screenPosition))) != 0;
   try {
     OnMoveWithin(ScreenToClientChecked(GetHwnd(), screenPosition));
   } catch (...) {
@@ -104,6 +111,7 @@ void CWinWindowMouse::RefreshShape(const TMouseShapeRequest& request) {
 void CWinWindowMouse::IMouseWindow_ShowShape(const IMouseShape* shape) {
   static const HCURSOR arrow = LoadCursorW(nullptr, IDC_ARROW);
   fCursor = shape ? NativeCursorOf(*shape) : arrow;
+  if (!shape && fIsOverControl) return;
   if (!gOverrideCursor && fCursor) SetCursor(fCursor);
 }
 

@@ -33,8 +33,9 @@ class CWinWindowMouse : private IMouseWindow, CNotCopied {
   // --- Messages; positions are in client coordinates, unless told otherwise
 
   void OnMove(const TPoint& position);
-  // The same over a native control, which has got the message. WM_MOUSELEAVE is not requested there.
-  void OnMoveWithin(const TPoint& position);
+  // The same over a native control, which has got the message, or when the mouse has left it. WM_MOUSELEAVE
+  // is not requested there.
+  void OnMoveOverControl(const TPoint& position, bool isInside);
   void OnLeave(const TPoint& screenPosition);
   // `clickCount` is 2 for a double click.
   void OnPress(std::int32_t clickCount, std::int32_t button, const TPoint& position);
@@ -67,6 +68,7 @@ class CWinWindowMouse : private IMouseWindow, CNotCopied {
   void IMouseWindow_ShowShape(const IMouseShape* shape) override;
 
   HWND GetHwnd() const { return fWindow.fHwnd; }
+  void OnMoveWithin(const TPoint& position);
   // Requests WM_MOUSELEAVE for the next time that the mouse leaves the window.
   void ArmLeave();
 
@@ -76,6 +78,7 @@ class CWinWindowMouse : private IMouseWindow, CNotCopied {
   CMouseGlance fGlance;
   HCURSOR fCursor = nullptr;  // the shape that the views gave last
   bool fIsLeaveArmed = false;
+  bool fIsOverControl = false;  // which shows its own pointer, unless a view gives a shape
 };
 
 }  // namespace NSMorvane
