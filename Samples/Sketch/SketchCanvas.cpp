@@ -1,6 +1,7 @@
 #include "SketchCanvas.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace NSSketch {
 
@@ -18,7 +19,8 @@ CSketchCanvas::CSketchCanvas(IMorvane& morvane, CSketchEditor& editor, ISketchCa
       fOwner(owner),
       fViewport(editor.Document().CanvasSize()),
       fTool(MakeSketchTool(fToolKind, editor, *this)),
-      fTextEditing(editor) {}
+      fTextEditing(editor),
+      fTextEditor(morvane, [this](const std::u16string& text) { OnTyped(text); }) {}
 
 void CSketchCanvas::Create(IWindow& window, IView& superView) {
   fWindow = &window;
@@ -30,6 +32,10 @@ void CSketchCanvas::Create(IWindow& window, IView& superView) {
   ThrowIfFailed(fGridView.Create(fMorvane, desk, "Grid", ViewParams(), *this));
   ThrowIfFailed(fShapesView.Create(fMorvane, desk, "Shapes", ViewParams(), fEditor.Document(), fViewport));
   ThrowIfFailed(fOverlayView.Create(fMorvane, desk, "Overlay", ViewParams(), *this));
+  TViewParams textParams = ControlViewParams();
+  textParams.fFlags &= ~std::uint32_t{kViewEnabled};  // until a text is typed
+  ThrowIfFailed(fTextView.Create(fMorvane, desk, "Text", textParams));
+  fTextEditor.Make(*fTextView.View(), CSketchTextEditing::kMaxLength);
   ThrowIfFailed(window.IWindow_SetConceptualFocusView(&View()));
 }
 
@@ -42,6 +48,7 @@ void CSketchCanvas::PlaceViews() {
   ThrowIfFailed(SetRect(*fShapesView.View(), fViewport.Sheet()));
   // Handles and frames may lie beside the sheet.
   ThrowIfFailed(SetRect(*fOverlayView.View(), fViewport.Desk()));
+  PlaceText();
 }
 
 void CSketchCanvas::SetArea(const TRect& area) {
@@ -193,10 +200,57 @@ void CSketchCanvas::RevealCurrentHandle() {
 
 // --- Texts
 
+// As large as the text, with some room for the next letter.
+TRect CSketchCanvas::TextRect() const {
+  if (!fTextEditing.IsActive()) return {0, 0, 0, 0};
+  const TShape& shape = fEditor.Shape(fTextEditing.Index());
+  TSketchRect frame = FrameOf(shape, fEditor.Measure());
+  frame.fRight += 2 * shape.fSize;
+  return fViewport.ToWindow(frame);
+}
+
+// [place control]
+void CSketchCanvas::PlaceText() {
+  if (fTextEditing.IsActive()) {
+    const double size = fEditor.Shape(fTextEditing.Index()).fSize * fViewport.Scale();
+    fTextEditor.SetLetterSize(static_cast<int>(std::lround(size)));
+  }
+  ThrowIfFailed(SetRect(*fTextView.View(), TextRect()));
+  fTextView->Follow();
+}
+
+void CSketchCanvas::ShowText(bool shown) {
+  fIsTextShown = shown;
+  // The view that has the focus must not be disabled: the focus would go wherever Tab leads.
+  if (!shown) ThrowIfFailed(fWindow->IWindow_SetConceptualFocusView(&View()));
+  TViewParams params = {};
+  ThrowIfFailed(fTextView.View()->IView_GetParams(params));
+  params.fFlags = shown ? params.fFlags | kViewEnabled : params.fFlags & ~std::uint32_t{kViewEnabled};
+  ThrowIfFailed(fTextView.View()->IView_SetParams(params));
+  PlaceText();
+  if (shown) ThrowIfFailed(fWindow->IWindow_SetConceptualFocusView(fTextView.View()));
+}
+// [end]
+
+void CSketchCanvas::StartText(const std::u16string& text) {
+  fTextEditor.Start(text);
+  ShowText(true);
+  InvalidateArea(BoundsOf(fEditor.Shape(fTextEditing.Index())));
+  fOwner.OnCanvasStateChanged();
+}
+
+void CSketchCanvas::OnTyped(const std::u16string& text) {
+  fTextEditing.SetText(UTF8FromText(text));
+  if (!fTextEditing.IsActive()) return;
+  PlaceText();
+  InvalidateArea(BoundsOf(fEditor.Shape(fTextEditing.Index())));
+}
+
 void CSketchCanvas::FinishText(bool keep) {
   if (!fTextEditing.IsActive()) return;
   const TSketchRect area = BoundsOf(fEditor.Shape(fTextEditing.Index()));
   fTextEditing.Finish(keep);
+  CheckText();
   InvalidateArea(area);
   fOwner.OnCanvasStateChanged();
 }
@@ -211,8 +265,7 @@ void CSketchCanvas::EditText(std::size_t index) {
   if (index >= fEditor.Document().Shapes().size()) return;
   fOwner.ChooseTool(TSketchTool::kSelect);
   fTextEditing.Start(index);
-  InvalidateArea(BoundsOf(fEditor.Shape(index)));
-  fOwner.OnCanvasStateChanged();
+  StartText(TextFromUTF8(fEditor.Shape(index).fText));
 }
 
 void CSketchCanvas::EditNewText(TSketchPoint position) {
@@ -222,8 +275,7 @@ void CSketchCanvas::EditNewText(TSketchPoint position) {
   shape.fPoints = {position};
   fOwner.ChooseTool(TSketchTool::kSelect);
   fTextEditing.StartNew(shape);
-  InvalidateArea(BoundsOf(shape));
-  fOwner.OnCanvasStateChanged();
+  StartText({});
 }
 
 }  // namespace NSSketch

@@ -6,7 +6,8 @@
 //     subview
 //       grid      the sheet and its grid
 //       shapes    the shapes
-//       overlay   selection, rubber band, caret
+//       overlay   selection, rubber band
+//       text      the field in which a text is typed, as long as one is
 //
 // Scrolling is an IView_Offset of the desk: it moves the pixels inside the canvas's buffer.
 #pragma once
@@ -23,6 +24,7 @@
 #include "SketchOverlayView.h"
 #include "SketchShapesView.h"
 #include "SketchTextEditing.h"
+#include "SketchTextEditor.h"
 #include "SketchTools.h"
 #include "SketchViewport.h"
 
@@ -107,7 +109,12 @@ class CSketchCanvas : public ISketchToolHost {
 
   // --- Texts
   const CSketchTextEditing& TextEditing() const { return fTextEditing; }
-  CSketchTextEditing& TextEditing() { return fTextEditing; }
+  // Where the field stands in the window; empty while no text is typed.
+  NSMorvane::TRect TextRect() const;
+  // Another change of the document may have ended the typing: to be called after each.
+  void CheckText() {
+    if (fIsTextShown && !fTextEditing.IsActive()) ShowText(false);
+  }
   // To be called before anything else is done to the document.
   void FinishText(bool keep);
   // The same, and ends what the tool is doing: a polyline stays as far as it was clicked, a drag is given up.
@@ -121,6 +128,10 @@ class CSketchCanvas : public ISketchToolHost {
 
  private:
   void PlaceViews();
+  void StartText(const std::u16string& text);
+  void ShowText(bool shown);
+  void PlaceText();
+  void OnTyped(const std::u16string& text);
   std::size_t CountOfHandles() const;
   void RevealCurrentHandle();
 
@@ -142,6 +153,9 @@ class CSketchCanvas : public ISketchToolHost {
   NSMorvane::CViewOf<CSketchGridView> fGridView;
   NSMorvane::CViewOf<CSketchShapesView> fShapesView;
   NSMorvane::CViewOf<CSketchOverlayView> fOverlayView;
+  NSMorvane::CViewOf<NSMorvane::CDefaultControlViewBehavior> fTextView;
+  CSketchTextEditor fTextEditor;
+  bool fIsTextShown = false;
 };
 
 }  // namespace NSSketch

@@ -40,7 +40,7 @@ TError CSketchCanvasView::IViewBehavior_HandleClick(const TMouseEvent& event, TF
       fCanvas.Owner().ShowContextMenu(event.fPosition, !fCanvas.Editor().Selection().empty());
     } else if (event.fButtons == 2) {
       PressRight(event);
-    } else if (!PressOnText(event)) {
+    } else {
       fCanvas.FinishText(true);
       Press(event);
     }
@@ -72,18 +72,6 @@ bool CSketchCanvasView::IsClick(const TMouseEvent& event) {
   TClickDragResult result = kClickDragNotApplicable;
   ThrowIfFailed(fCanvas.Morvane().IMorvane_CheckForClickDragOperation(fCanvas.Window(), event, result));
   return result == kClickDragReleased;
-}
-
-// A click into the text that is being edited places the caret.
-bool CSketchCanvasView::PressOnText(const TMouseEvent& event) {
-  CSketchTextEditing& editing = fCanvas.TextEditing();
-  if (!editing.IsActive()) return false;
-  const TShape& shape = fCanvas.Editor().Shape(editing.Index());
-  const TSketchPointer pointer = fCanvas.Pointer(event.fPosition, event.fModifiers);
-  if (!HitsShape(shape, pointer.fPosition, pointer.fSlack, fCanvas.Editor().Measure())) return false;
-  editing.Click(pointer.fPosition.fX - shape.fPoints[0].fX, pointer.fShift);
-  fCanvas.InvalidateArea(BoundsOf(shape));
-  return true;
 }
 
 // The right button selects what the menu, which comes when it goes up, is about.
@@ -118,12 +106,7 @@ TError CSketchCanvasView::IViewBehavior_OnMouseEnterExit(TFlag entered) {
 }
 
 TSketchCursor CSketchCanvasView::CursorAt(const TMouseShapeRequest& request) const {
-  const TSketchPointer pointer = fCanvas.Pointer(request.fPosition, request.fModifiers);
-  const CSketchTextEditing& editing = fCanvas.TextEditing();
-  if (editing.IsActive() && HitsShape(fCanvas.Editor().Shape(editing.Index()), pointer.fPosition,
-                                      pointer.fSlack, fCanvas.Editor().Measure()))
-    return TSketchCursor::kText;
-  return fCanvas.Tool().CursorAt(pointer);
+  return fCanvas.Tool().CursorAt(fCanvas.Pointer(request.fPosition, request.fModifiers));
 }
 
 IMouseShape* CSketchCanvasView::IViewBehavior_GetMouseShape(const TMouseShapeRequest& request,
@@ -173,10 +156,6 @@ TError CSketchCanvasView::IViewBehavior_HandleKeyDown(const TKeyEvent& event, TF
 bool CSketchCanvasView::Key(const TSketchKey& key, const TKeyEvent& event) {
   if (key.fCharacter == kKeyEscape) return Escape();
   if (key.fCharacter == kKeyReturn && key.IsPlain()) return Return();
-  if (fCanvas.TextEditing().IsActive() && fCanvas.TextEditing().Key(key)) {
-    fCanvas.InvalidateArea(BoundsOf(fCanvas.Editor().Shape(fCanvas.TextEditing().Index())));
-    return true;
-  }
   const TRect& area = fCanvas.Viewport().Area();
   switch (key.fCharacter) {
     case kKeyCharUp:

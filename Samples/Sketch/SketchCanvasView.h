@@ -41,7 +41,6 @@ class CSketchCanvasView : public NSMorvane::CDefaultHitViewBehavior {
   friend class CSketchDrag;
 
   void Press(const NSMorvane::TMouseEvent& event);
-  bool PressOnText(const NSMorvane::TMouseEvent& event);
   void PressRight(const NSMorvane::TMouseEvent& event);
   bool IsClick(const NSMorvane::TMouseEvent& event);
   TSketchCursor CursorAt(const NSMorvane::TMouseShapeRequest& request) const;

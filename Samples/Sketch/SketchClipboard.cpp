@@ -36,7 +36,9 @@ CSketchDocument DocumentOf(const std::vector<TShape>& shapes, TSketchColor backg
 std::u16string TextOfShapes(const std::vector<TShape>& shapes) {
   std::u16string text;
   for (const TShape& shape : shapes)
-    if (shape.fKind == TShapeKind::kText) text += (text.empty() ? u"" : u"\r\n") + TextFromUTF8(shape.fText);
+    if (shape.fKind == TShapeKind::kText)
+      for (const std::u16string& line : LinesOf(TextFromUTF8(shape.fText)))
+        text += (text.empty() ? u"" : u"\r\n") + line;
   return text;
 }
 

@@ -17,11 +17,13 @@ TSketchRect BoundsOf(const TShape& shape) {
     bounds.fBottom = std::max(bounds.fBottom, point.fY);
   }
   if (shape.fKind == TShapeKind::kText) {
-    // No letter is wider than two times its size, and a letter has one byte or more.
+    // No letter is wider or higher than two times its size, and a letter has one byte or more.
     const auto letters = static_cast<std::int32_t>(shape.fText.size());
+    const auto lines =
+        static_cast<std::int32_t>(std::count(shape.fText.begin(), shape.fText.end(), '\n')) + 1;
     const std::int32_t overhang = shape.fSize;
     return {bounds.fLeft - overhang, bounds.fTop - overhang,
-            bounds.fRight + 2 * shape.fSize * letters + overhang, bounds.fBottom + 2 * shape.fSize};
+            bounds.fRight + 2 * shape.fSize * letters + overhang, bounds.fBottom + 2 * shape.fSize * lines};
   }
   const std::int32_t outline = shape.fWidth / 2 + 1;
   return {bounds.fLeft - outline, bounds.fTop - outline, bounds.fRight + outline + 1,

@@ -77,13 +77,15 @@ class CWords {
     std::string text;
     std::size_t i = 1;
     for (; i < fRest.size() && fRest[i] != '"'; ++i) {
-      if (fRest[i] == '\\') {
+      char c = fRest[i];
+      if (c == '\\') {
         ++i;
-        if (i == fRest.size() || (fRest[i] != '"' && fRest[i] != '\\'))
-          Fail("in a text, a backslash needs a quote or a backslash behind it");
+        if (i == fRest.size() || (fRest[i] != '"' && fRest[i] != '\\' && fRest[i] != 'n'))
+          Fail("in a text, a backslash needs a quote, a backslash or an n behind it");
+        c = fRest[i] == 'n' ? '\n' : fRest[i];
       }
-      if (fRest[i] == '\t') Fail("there is a control character in it");
-      text += fRest[i];
+      if (c == '\t') Fail("there is a control character in it");
+      text += c;
     }
     if (i == fRest.size()) Fail("the text has no closing quote");
     fRest.remove_prefix(i + 1);
@@ -287,8 +289,8 @@ std::string FormatShape(const TShape& shape) {
   if (shape.fKind == TShapeKind::kText) {
     line += " \"";
     for (const char c : shape.fText) {
-      if (c == '"' || c == '\\') line += '\\';
-      line += c;
+      if (c == '"' || c == '\\' || c == '\n') line += '\\';
+      line += c == '\n' ? 'n' : c;
     }
     line += '"';
     if (shape.fSize != defaults.fSize) line += " size=" + std::to_string(shape.fSize);

@@ -11,7 +11,8 @@
 //
 // `canvas` and `background` stand in front of all shapes, each once at most. The numbers of a line and of a
 // polyline are points, those of a rectangle and an ellipse left, top, right, bottom, and those of a text the
-// top left corner. Attributes may be left out. In a text, \" and \\ stand for a quote and a backslash.
+// top left corner. Attributes may be left out. In a text, \" and \\ stand for a quote and a backslash, \n for
+// the end of a line.
 #pragma once
 
 #include <string>

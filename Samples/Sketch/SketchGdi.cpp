@@ -23,6 +23,17 @@ std::string UTF8FromText(std::u16string_view text) {
   return utf8;
 }
 
+std::vector<std::u16string> LinesOf(const std::u16string& text) {
+  std::vector<std::u16string> lines(1);
+  for (const char16_t c : text) {
+    if (c == u'\n')
+      lines.emplace_back();
+    else
+      lines.back() += c;
+  }
+  return lines;
+}
+
 TSketchColor MixColors(TSketchColor a, TSketchColor b, std::uint32_t share) {
   const std::uint32_t redBlue = (a & 0xFF00FF) * (256 - share) + (b & 0xFF00FF) * share;
   const std::uint32_t green = (a & 0x00FF00) * (256 - share) + (b & 0x00FF00) * share;

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include <Morvane.h>
 
@@ -76,6 +77,9 @@ inline const wchar_t* WideText(const std::u16string& text) {
 
 std::u16string TextFromUTF8(std::string_view utf8);
 std::string UTF8FromText(std::u16string_view text);
+
+// What stands between the line feeds; one line at least.
+std::vector<std::u16string> LinesOf(const std::u16string& text);
 
 // `share` of 256 parts of `b`, the rest of `a`.
 TSketchColor MixColors(TSketchColor a, TSketchColor b, std::uint32_t share);

@@ -1,9 +1,6 @@
 #include "SketchOverlayView.h"
 
-#include <cmath>
-
 #include "SketchCanvas.h"
-#include "SketchTextMeasure.h"
 #include "SketchTheme.h"
 
 namespace NSSketch {
@@ -31,7 +28,7 @@ TError CSketchOverlayView::IViewBehavior_Draw(IDrawTools& tools) {
   return Guarded([&] {
     const COpenPort port(tools);
     if (fCanvas.TextEditing().IsActive())
-      DrawCaret(port);
+      DrawTextFrame(port);
     else
       DrawSelection(port);
     DrawMark(port);
@@ -69,22 +66,8 @@ void CSketchOverlayView::DrawMark(HDC port) const {
   FrameArea(port, {box.left + 1, box.top + 1, box.right - 1, box.bottom - 1}, kMarkColor);
 }
 
-void CSketchOverlayView::DrawCaret(HDC port) const {
-  const CSketchTextEditing& editing = fCanvas.TextEditing();
-  const CSketchViewport& viewport = fCanvas.Viewport();
-  const TShape& shape = fCanvas.Editor().Shape(editing.Index());
-  const std::u16string& text = editing.Line().Text();
-  const TRect box = viewport.ToWindow(FrameOf(shape, TextMeasure()));
-  const auto positionOf = [&](std::size_t index) {
-    const double width = TextMeasure().WidthOfText(text.substr(0, index), shape.fSize);
-    return box.fLeft + static_cast<LONG>(std::lround(width * viewport.Scale()));
-  };
-  FrameArea(port, Grown(box, 3), kAccentColor);
-  const RECT selected = {positionOf(editing.Line().SelectionStart()), box.fTop,
-                         positionOf(editing.Line().SelectionEnd()), box.fBottom};
-  if (selected.left < selected.right) ::InvertRect(port, &selected);
-  const LONG caret = positionOf(editing.Line().Caret());
-  FillArea(port, {caret, box.fTop, caret + 2, box.fBottom}, kAccentColor);
+void CSketchOverlayView::DrawTextFrame(HDC port) const {
+  FrameArea(port, Grown(fCanvas.TextRect(), 3), kAccentColor);
 }
 
 }  // namespace NSSketch

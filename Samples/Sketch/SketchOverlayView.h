@@ -1,5 +1,5 @@
 // What lies above the shapes while one works on them: frames and handles of the selection, the rubber band,
-// and the caret of a text.
+// and the frame around a text that is being typed.
 #pragma once
 
 #include <Morvane.h>
@@ -21,7 +21,7 @@ class CSketchOverlayView : public NSMorvane::CDefaultViewBehavior {
  private:
   void DrawSelection(HDC__* port) const;
   void DrawMark(HDC__* port) const;
-  void DrawCaret(HDC__* port) const;
+  void DrawTextFrame(HDC__* port) const;
 
   const CSketchCanvas& fCanvas;
 };

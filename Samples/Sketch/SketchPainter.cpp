@@ -166,13 +166,17 @@ void CSketchPainter::PaintPolyline(const TShape& shape) {
 }
 
 void CSketchPainter::PaintText(const TShape& shape) {
-  const POINT position = Place(shape.fPoints[0], 0);
-  const std::u16string text = TextFromUTF8(shape.fText);
+  POINT position = Place(shape.fPoints[0], 0);
   const int size = static_cast<int>(std::lround(shape.fSize * fPlacement.fScale));
   if (size < 1) return;
   ::SelectObject(fHDC, FontOfSize(size));
   ::SetTextColor(fHDC, NativeColor(shape.fColor));
-  ::TextOutW(fHDC, position.x, position.y, WideText(text), static_cast<int>(text.size()));
+  TEXTMETRICW metrics = {};
+  ::GetTextMetricsW(fHDC, &metrics);
+  for (const std::u16string& line : LinesOf(TextFromUTF8(shape.fText))) {
+    ::TextOutW(fHDC, position.x, position.y, WideText(line), static_cast<int>(line.size()));
+    position.y += metrics.tmHeight;
+  }
   ::SelectObject(fHDC, ::GetStockObject(SYSTEM_FONT));
 }
 

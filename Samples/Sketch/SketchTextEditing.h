@@ -2,31 +2,30 @@
 // typed is one step of undo.
 #pragma once
 
+#include <string>
+
 #include "SketchEditor.h"
-#include "SketchKeys.h"
 
 namespace NSSketch {
 
 class CSketchTextEditing {
  public:
-  explicit CSketchTextEditing(CSketchEditor& editor);
+  // In units of UTF-16: whatever the letters are, the file can hold them.
+  static constexpr std::size_t kMaxLength = kMaxTextBytes / 4;
+
+  explicit CSketchTextEditing(CSketchEditor& editor) : fEditor(editor) {}
 
   void Start(std::size_t index);
   void StartNew(const TShape& shape);
   // False also if another change has ended the gesture.
   bool IsActive() const { return fIsActive && fEditor.IsInGesture(); }
   std::size_t Index() const { return fIndex; }
-  const CSketchLineEdit& Line() const { return fLine; }
-  // A key that means something to the text.
-  bool Key(const TSketchKey& key);
-  // Puts the caret where a click was, told in document pixels from the start of the text.
-  void Click(double distance, bool extend);
+  void SetText(const std::string& text);
   // A text without letters goes away.
   void Finish(bool keep);
 
  private:
   CSketchEditor& fEditor;
-  CSketchLineEdit fLine;
   std::size_t fIndex = 0;
   bool fIsNew = false;
   bool fIsActive = false;

@@ -15,12 +15,8 @@ class CSketchTextMeasure : public ISketchTextMeasure {
   ~CSketchTextMeasure();
 
   TSketchSize SizeOfText(const std::string& text, std::int32_t letterSize) override;
-  // In document pixels.
-  double WidthOfText(const std::u16string& text, std::int32_t letterSize);
 
  private:
-  SIZE Extent(const std::u16string& text, std::int32_t letterSize);
-
   HDC fHDC;
   std::map<std::int32_t, CGdiObject<HFONT>> fFonts;  // by size of letters
 };

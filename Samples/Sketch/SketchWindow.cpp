@@ -133,6 +133,7 @@ void CSketchWindow::OnCanvasChanged() {
 // The overview waits for the end of a drag.
 void CSketchWindow::OnStateChanged() {
   fCanvas.CheckCurrentHandle();
+  fCanvas.CheckText();
   if (!fEditor.IsInGesture()) Invalidate(*fSidePanel.View());
   Invalidate(*fStatus.View());
   if (fEditor.IsModified() != fIsModified) {

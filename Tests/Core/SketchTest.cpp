@@ -23,7 +23,7 @@ const std::string kSample =
     "polyline 0 20 60 -30 120 20 color=#883311 width=4 fill=#AA4422\n"
     "ellipse 50 50 50 90\n"
     "line -100000 100000 7 8 width=0\n"
-    "  text 10 130 \"say \\\"a\\\\b\\\" \xC3\xA4\" size=9 color=#0a0B0c\n"
+    "  text 10 130 \"say \\\"a\\\\b\\\"\\n\xC3\xA4\" size=9 color=#0a0B0c\n"
     "# end";
 
 CSketchDocument Read(const std::string& bytes) {
@@ -64,7 +64,7 @@ TEST(SketchDocument, ReadsEveryStatement) {
             "polyline 0 20 60 -30 120 20 color=#883311 width=4 fill=#AA4422\n"
             "ellipse 50 50 50 90\n"
             "line -100000 100000 7 8 width=0\n"
-            "text 10 130 \"say \\\"a\\\\b\\\" \xC3\xA4\" size=9 color=#0A0B0C\n");
+            "text 10 130 \"say \\\"a\\\\b\\\"\\n\xC3\xA4\" size=9 color=#0A0B0C\n");
 }
 
 TEST(SketchDocument, WritesWhatItReadToTheByte) {
@@ -82,7 +82,7 @@ TEST(SketchDocument, SaysWhatIsWrongWithAFile) {
       {"line 1 2 3 100001", "line 1: \"100001\" is out of range: -100000 to 100000"},
       {"ellipse 5 1 4 2", "line 1: ellipse needs left, top, right, bottom, in this order"},
       {"text 1 2 \"a", "line 1: the text has no closing quote"},
-      {"text 1 2 \"a\\", "line 1: in a text, a backslash needs a quote or a backslash behind it"},
+      {"text 1 2 \"a\\", "line 1: in a text, a backslash needs a quote, a backslash or an n behind it"},
       {"line 1 2 3 4 width=1 width=1", "line 1: \"width\" is given twice"},
       {"line 1 2 3 4 fill=#000000", "line 1: line has no fill"},
       {"line 1 2 3 4 color=#12345G", "line 1: \"#12345G\" is not a color like #2F6FDE"},

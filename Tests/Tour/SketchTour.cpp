@@ -32,7 +32,7 @@ constexpr TStation kStations[] = {
     {"key Esc; not 576 106 accent; key F4; dialog Properties; key Alt+C; key Right 4;"
      "dialog-is 84 124 white; key Esc; closed; key E; drag 600 440 640 480; is 620 475 fill;"
      "key P; click 660 480; click 675 450; click 690 480; click 705 450; click 705 450; is 701 446 accent;"
-     "key T; click 484 60; type Sketch",
+     "key T; click 484 60; type Sketch; hold Shift; key Enter; let-go Shift; type tour",
      "typing"},
     {"key Enter; is 482 58 accent", "shapes"},
     {"key Esc; move 590 430; press; move 650 470; move 715 490; is 590 450 accent", "rubber-band"},
@@ -48,7 +48,7 @@ constexpr TStation kStations[] = {
     // The check box has the keys when a shape is selected that it is not for.
     {"key Esc; not 595 440 mark; key Ctrl+Z; is 576 436 accent; key F4; dialog Properties;"
      "key Alt+F; not 595 465 fill; key Alt+F; is 595 465 fill; key F4; front; key Tab 2; is 482 58 accent;"
-     "key F4; dialog Properties; key Space; key Esc; closed; right-click 560 100; menu",
+     "key F4; dialog Properties; key Space; key Esc; closed; right-click 570 100; menu",
      "contextual-menu"},
     {"key L; gone; is 584 105 fill; key Ctrl+Z; not 584 105 fill; key Alt+E; menu", "menu"},
     {"key Esc; gone; key Esc; key Ctrl+A; is 482 58 accent; key Esc; not 482 58 accent;"
