@@ -126,7 +126,7 @@ TEST_F(RunLoopTest, AMissingLabelEndsTheStart) {
 TEST_F(RunLoopTest, ARunWithoutABehaviourEndsByItself) {
   CreateMorvane();
   EXPECT_EQ(fMorvane->IMorvane_Run(nullptr, fParams), kOK);
-  for (const char* line : {"Auto-handlig quit event since there is no behavior.",
+  for (const char* line : {"System info:", "Auto-handlig quit event since there is no behavior.",
                            "Skipping call to IMorvaneRunBehavior_OnCleanUp, since there is no behavior."})
     EXPECT_EQ(fOutput.CountLines(line), 1) << line;
   ExpectNothingIsLeft();

@@ -2,14 +2,36 @@
 #include "Component/Win/Launch/SingleInstance.h"
 
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Tests/Support/PatchedImport.h"
 #include "Tests/Support/UnitTest.h"
 
 using namespace NSMorvaneTest;
 
 namespace {
 
+// The waits, which take no time here: after how many of them which process becomes the first one.
+int gWaits = 0;
+DWORD gWaitedMS = 0;
+int gFirstComesAt = 0;
+const TString* gFirstName = nullptr;
+void WINAPI CountWait(DWORD ms) {
+  gWaitedMS += ms;
+  if (++gWaits == gFirstComesAt) TryBecomeFirstInstance(*gFirstName);
+}
+
+DWORD gAllowed = 0;
+BOOL WINAPI KeepAllowed(DWORD process) {
+  gAllowed = process;
+  return TRUE;
+}
+
 class SingleInstance : public ReportingTest {
  protected:
+  SingleInstance() {
+    gWaits = gFirstComesAt = 0;
+    gWaitedMS = gAllowed = 0;
+    gFirstName = &fName;
+  }
   ~SingleInstance() override { ReleaseFirstInstance(); }
 
   const TString fName = u"Test Company Product " + NSTextPackage::NumberToString(::GetCurrentProcessId());
@@ -28,6 +50,39 @@ TEST_F(SingleInstance, WhatIsOutOfOrderIsReported) {
     EXPECT_EQ("0==gFileMappingInstance", TakeReports());
     EXPECT_EQ(text, TakeSentCommandLine());
   }
+}
+
+// The first process is told by one message, and may come to the front. What finds no room in ten seconds is
+// dropped without a word.
+TEST_F(SingleInstance, ABusyFirstProcessIsNotWaitedForLonger) {
+  const PatchedImport wait(nullptr, "Sleep", CountWait);
+  const PatchedImport allow(nullptr, "AllowSetForegroundWindow", KeepAllowed);
+  ASSERT_TRUE(TryBecomeFirstInstance(fName));
+  EXPECT_FALSE(IsCommandLinePending());
+  for (const TString text : {u"kept", u"dropped"}) SendCommandLineToFirstInstance(fName, text);
+  EXPECT_EQ("0==gFileMappingInstance; 0==gFileMappingInstance", TakeReports());
+  EXPECT_EQ(gWaits, 100);
+  EXPECT_EQ(gWaitedMS, 10000u);
+  EXPECT_EQ(gAllowed, ::GetCurrentProcessId());
+  MSG message;
+  for (const BOOL isThere : {TRUE, FALSE})
+    EXPECT_EQ(isThere, ::PeekMessageW(&message, nullptr, kMsgSecondInstance, kMsgSecondInstance, PM_REMOVE));
+  EXPECT_TRUE(IsCommandLinePending());
+  EXPECT_EQ(u"kept", TakeSentCommandLine());
+  EXPECT_FALSE(IsCommandLinePending());
+  EXPECT_EQ("", TakeLines());
+}
+
+TEST_F(SingleInstance, AFirstProcessThatGoesOrComesMeanwhile) {
+  const PatchedImport wait(nullptr, "Sleep", CountWait);
+  EXPECT_THROW(SendCommandLineToFirstInstance(fName, u"x"), std::exception);
+  EXPECT_EQ(std::exchange(gWaits, 0), 100);
+  EXPECT_EQ(std::exchange(gWaitedMS, 0u), 10000u);
+  EXPECT_TRUE(TakeLines().starts_with("Windows error 2 at: "));
+  gFirstComesAt = 3;
+  SendCommandLineToFirstInstance(fName, u"x");
+  EXPECT_EQ(gWaits, 3);
+  EXPECT_EQ(u"x", TakeSentCommandLine());
 }
 
 TEST_F(SingleInstance, ATooSmallMappingOfAStrangerIsNotTouched) {

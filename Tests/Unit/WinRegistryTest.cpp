@@ -30,8 +30,9 @@ class WinRegistryTest : public ReportingTest {
 // Another process makes a value of another type of it, between the question for its type and the reading.
 LSTATUS WINAPI ChangeAndQuery(HKEY key, LPCWSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data,
                               LPDWORD size) {
-  if (data) {
-    const bool isNumber = *size == 4;
+  const bool isNumber = data && *size == 4;
+  const bool isLongText = data && *size > 256;
+  if (isNumber || isLongText) {
     HKEY writable = nullptr;
     RegOpenKeyExW(key, nullptr, 0, KEY_SET_VALUE, &writable);
     RegSetValueExW(writable, name, 0, isNumber ? REG_BINARY : REG_DWORD, reinterpret_cast<const BYTE*>("abc"),
@@ -54,7 +55,8 @@ TEST_F(WinRegistryTest, PathsAndValues) {
   EXPECT_FALSE(CRegKey(HKEY_CURRENT_USER).HasSubKey(u"Software\\MorvaneTest"));  // nothing was made
   CRegKey key = OpenKeyPath(path, true);
   EXPECT_TRUE(KeyPathExists(path));
-  for (const TString& text : {TString(), TString(u"C:\\a b\\\xD83D\xDE00"), TString(3000, u'x')}) {
+  for (const TString& text : {TString(), TString(u"C:\\a b\\\xD83D\xDE00"), TString(127, u'x'),
+                              TString(128, u'x'), TString(3000, u'x')}) {
     key.SetString(u"Folder", text);
     EXPECT_EQ(key.GetString(u"Folder"), text);
   }
@@ -66,12 +68,17 @@ TEST_F(WinRegistryTest, PathsAndValues) {
   EXPECT_EQ(key.GetNumber(u"None"), 0u);
   { const CRegKey copy = key; }
   EXPECT_TRUE(key.HasValue(u"Left"));
+  EXPECT_FALSE(key.FindSubKey(u"Position"));
+  EXPECT_FALSE(key.HasSubKey(u"Position"));  // it was not made
+  CRegKey(key, u"Position", true).SetNumber(u"Left", 7);
+  EXPECT_EQ(key.FindSubKey(u"Position")->GetNumber(u"Left"), 7u);
   // One for reading cannot be written.
   EXPECT_ANY_THROW(OpenKeyPath(path, false).SetNumber(u"Left", 1));
   EXPECT_ANY_THROW(OpenKeyPath(path, false).SetString(u"Folder", u""));
   DWORD type, size;
+  SetLastError(ERROR_INVALID_HANDLE);  // which is not what the registry has answered
   EXPECT_ANY_THROW(key.GetValueTypeAndSize(u"None", type, size));
-  EXPECT_TRUE(fOutput.HasLine("GetValueTypeAndSize: "));
+  EXPECT_TRUE(fOutput.HasLine("GetValueTypeAndSize: 2 None"));
   EXPECT_EQ(TakeReports(), "false");
 }
 
@@ -100,7 +107,7 @@ TEST_F(WinRegistryTest, ValuesOfOthers) {
     const PatchedImport patch(nullptr, "RegQueryValueExW", ChangeAndQuery);
     Put(u"v", REG_DWORD, "abcd", 4);
     EXPECT_EQ(kBadFormatError, ErrorOf([&] { key.GetNumber(u"v"); }));
-    Put(u"v", REG_SZ, L"abc", 8);
+    Put(u"v", REG_SZ, std::wstring(200, L'a').c_str(), 402);
     EXPECT_EQ(kBadFormatError, ErrorOf([&] { key.GetString(u"v"); }));
   }
   Clear();

@@ -11,7 +11,6 @@
 // MorvaneImplWinMouse.cpp        the mouse: state, shape, capture
 // MorvaneImplWinServices.cpp     clipboard and icons
 // MorvaneImplWinDialogs.cpp      file dialogs
-// MorvaneImplWinLater.cpp        every operation that this build does not have
 //
 // Everything here runs on the main thread, the one that runs IMorvane_Run, unless a comment says otherwise.
 #pragma once
@@ -185,7 +184,6 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWindowHost, CNotCopied {
 
  private:
   // --- Run loop
-  void LogSystemReport();
   void FetchStartupLabels();
   void RunMainLoop();
   void AbandonRun();

@@ -11,9 +11,11 @@
 #include "Component/Win/Platform/PrivateMessages.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Platform/UtilsWinFiles.h"
+#include "Component/Win/Services/WinSystemInfo.h"
 #include "Component/Win/Window/Blocking.h"
 #include "Component/Win/Window/WindowRegistry.h"
 #include "Component/Win/Window/WinWindow.h"
+#include "Component/Win/Window/WinWindowListWindow.h"
 #include "Component/Win/Window/WinWindowTooltips.h"
 
 namespace NSMorvane {
@@ -26,7 +28,7 @@ void CMorvaneImpl::CMorvaneGlue_Run(IMorvaneRunBehavior* behavior, const TStartu
   // One run at a time: a second one would take this process for another instance and end the behaviour.
   if (fMessageTarget.GetHwnd()) MORVANE_THROW(XIllegalCallSequence());
   fMainThreadId = ::GetCurrentThreadId();
-  LogSystemReport();
+  LogSystemInfo();
   fStartupStrings.fCompanyName = ArrayToString(params.fCompanyName);
   fStartupStrings.fProductName = ArrayToString(params.fProductName);
   fStartupStrings.fDisplayName = ArrayToString(params.fDisplayName);
@@ -63,6 +65,7 @@ void CMorvaneImpl::CMorvaneGlue_Run(IMorvaneRunBehavior* behavior, const TStartu
     } else {
       DebugPrint("Skipping call to IMorvaneRunBehavior_OnCleanUp, since there is no behavior.");
     }
+    CloseWindowList();
     fHiderWindow.reset();
     fMessageTarget.End();
     delete std::exchange(fBehavior, nullptr);
@@ -78,6 +81,7 @@ void CMorvaneImpl::AbandonRun() {
   fWindows->ReleaseAll();
   fFileDialogs.EndAll(false);
   fIdleCalls.EndThread();
+  CloseWindowList();
   fHiderWindow.reset();
   fMessageTarget.End();
   ReleaseFirstInstance();

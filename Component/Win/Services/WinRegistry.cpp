@@ -10,6 +10,8 @@ namespace NSMorvane {
 
 namespace {
 
+constexpr DWORD kUsualTextSize = 256;  // in bytes
+
 void LeaveOpen(HKEY) {}
 
 void CloseKey(HKEY key) {
@@ -41,11 +43,12 @@ CRegKey::CRegKey(const CRegKey& parent, const TString& subKeyName, bool writable
   fKey.reset(key, CloseKey);
 }
 
-bool CRegKey::HasSubKey(const TString& name) const {
+std::optional<CRegKey> CRegKey::FindSubKey(const TString& name) const {
+  CRegKey result(nullptr);
   HKEY key = nullptr;
-  if (RegOpenKeyExW(fKey.get(), WinText(name), 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
-  CloseKey(key);
-  return true;
+  if (RegOpenKeyExW(fKey.get(), WinText(name), 0, KEY_READ, &key) != ERROR_SUCCESS) return std::nullopt;
+  result.fKey.reset(key, CloseKey);
+  return result;
 }
 
 bool CRegKey::HasValue(const TString& name) const {
@@ -53,43 +56,48 @@ bool CRegKey::HasValue(const TString& name) const {
 }
 
 void CRegKey::GetValueTypeAndSize(const TString& name, DWORD& outType, DWORD& outSize) const {
-  if (RegQueryValueExW(fKey.get(), WinText(name), nullptr, &outType, nullptr, &outSize) == ERROR_SUCCESS)
-    return;
-  const long error = static_cast<long>(GetLastError());
+  // The registry returns its codes, and leaves the last error as it was.
+  const LSTATUS error = RegQueryValueExW(fKey.get(), WinText(name), nullptr, &outType, nullptr, &outSize);
+  if (error == ERROR_SUCCESS) return;
   DebugPrint("GetValueTypeAndSize: " + std::to_string(error) + " " +
              NSTextPackage::StringToUTF8(name, false));
   MORVANE_UNREACHED();
   MORVANE_THROW(std::exception());
 }
 
-// --- Values
+// --- Values. One question is enough for most of them; each costs a call of the system
 
 TString CRegKey::GetString(const TString& name) const {
-  if (!HasValue(name)) return TString();
-  DWORD type = 0;
-  DWORD size = 0;
-  GetValueTypeAndSize(name, type, size);
-  if (type != REG_SZ) MORVANE_CHECK(kBadFormatError);
-  if (size == 0) return TString();
   // The stored value may lack its terminator, or end in the middle of a unit.
-  std::vector<TChar> buffer(size / sizeof(TChar) + 2);
-  ReadValue(fKey.get(), name, REG_SZ, buffer.data(), size);
+  std::vector<TChar> buffer(kUsualTextSize / sizeof(TChar) + 2);
+  DWORD type = 0;
+  DWORD size = kUsualTextSize;
+  const LSTATUS res = RegQueryValueExW(fKey.get(), WinText(name), nullptr, &type,
+                                       reinterpret_cast<BYTE*>(buffer.data()), &size);
+  if (res == ERROR_MORE_DATA) {
+    GetValueTypeAndSize(name, type, size);
+    buffer.assign(size / sizeof(TChar) + 2, TChar{});
+  } else if (res != ERROR_SUCCESS) {
+    return TString();
+  }
+  if (type != REG_SZ) MORVANE_CHECK(kBadFormatError);
+  if (res == ERROR_MORE_DATA) ReadValue(fKey.get(), name, REG_SZ, buffer.data(), size);
   return TString(buffer.data(), NSTextPackage::CountChars(buffer.data(), size / sizeof(TChar)));
 }
 
 std::uint32_t CRegKey::GetNumber(const TString& name) const {
-  if (!HasValue(name)) return 0;
+  DWORD value = 0;
   DWORD type = 0;
-  DWORD size = 0;
-  GetValueTypeAndSize(name, type, size);
+  DWORD size = sizeof(value);
+  const LSTATUS res =
+      RegQueryValueExW(fKey.get(), WinText(name), nullptr, &type, reinterpret_cast<BYTE*>(&value), &size);
+  if (res != ERROR_SUCCESS && res != ERROR_MORE_DATA) return 0;
   if (type != REG_DWORD) MORVANE_CHECK(kBadFormatError);
   if (size == 0) return 0;
-  DWORD value = 0;
   if (size != sizeof(value)) {
     MORVANE_UNREACHED();
     MORVANE_THROW(std::exception());
   }
-  ReadValue(fKey.get(), name, REG_DWORD, &value, size);
   return value;
 }
 
@@ -116,10 +124,10 @@ CRegKey OpenKeyPath(const TRegPath& names, bool writable) {
 }
 
 bool KeyPathExists(const TRegPath& names) {
-  CRegKey key(HKEY_CURRENT_USER);
+  std::optional<CRegKey> key(HKEY_CURRENT_USER);
   for (const TString& name : names) {
-    if (!key.HasSubKey(name)) return false;
-    key = CRegKey(key, name, false);
+    key = key->FindSubKey(name);
+    if (!key) return false;
   }
   return true;
 }

@@ -1,14 +1,15 @@
-// What the library remembers from one run to the next: a few texts and numbers of the user's, in the
-// registry.
+// Keys of the registry: there is what the library remembers of its user from one run to the next, and what
+// the system tells of the machine.
 //
-// The layout, below HKEY_CURRENT_USER: Software \ company \ product \ Preferences \ the name of a dialog
-// followed by the client's number. Any thread may use a key, but one thread at a time.
+// The layout of the former, below HKEY_CURRENT_USER: Software \ company \ product \ Preferences \ the name of
+// a dialog followed by the client's number. Any thread may use a key, but one thread at a time.
 #pragma once
 
 #include <windows.h>
 
 #include <boost/shared_ptr.hpp>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,7 +28,9 @@ class CRegKey {
   // failure.
   CRegKey(const CRegKey& parent, const NSTextPackage::TString& subKeyName, bool writable);
 
-  bool HasSubKey(const NSTextPackage::TString& name) const;
+  // A key below this one, for reading; nothing if it cannot be opened. Creates none.
+  std::optional<CRegKey> FindSubKey(const NSTextPackage::TString& name) const;
+  bool HasSubKey(const NSTextPackage::TString& name) const { return FindSubKey(name).has_value(); }
   bool HasValue(const NSTextPackage::TString& name) const;
   // In bytes. Throws std::exception if there is no such value.
   void GetValueTypeAndSize(const NSTextPackage::TString& name, DWORD& outType, DWORD& outSize) const;

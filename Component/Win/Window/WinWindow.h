@@ -79,6 +79,7 @@ class CWinWindow : public CWindowGlue,
   CWinWindowMouse& GetMouse() { return fMouse; }
   CWinWindowMenuBar& GetMenuBar() { return fMenuBar; }
   CWinWindowListeners& GetListeners() { return fListeners; }
+  const CPaintSamples& GetPaintSamples() const { return fPainting.GetSamples(); }
 
   // --- Life
 

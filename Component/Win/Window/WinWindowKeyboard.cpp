@@ -85,12 +85,13 @@ bool CWinWindowKeyboard::IKeyWindow_OfferToApplication(const TKeyEvent& event) {
 }
 
 bool CWinWindowKeyboard::IKeyWindow_OpenWindowList(const TKeyEvent& event) {
-  constexpr TKeyInterpretation kWindowListKey = {{u'w'}, {kModifierMask, 0}, 0};
+  // W with all modifier keys that this platform has.
+  constexpr TKeyInterpretation kWindowListKey = {{u'w'}, {kModifierMask & ~kModifierOther, 0}, 0};
   TFlag isWindowListKey = 0;
   MORVANE_CHECK(fWindow.fHost->GetMorvane().IMorvane_CanKeyBeInterpretedAs(
       event.fPhysicalKey, event.fModifiers, kWindowListKey, isWindowListKey));
   if (!isWindowListKey) return false;
-  OpenWindowList();
+  OpenWindowList(fWindow.fWindows);
   return true;
 }
 

@@ -8,7 +8,7 @@
 
 #include "Component/Portable/Base/Geometry.h"
 #include "Component/Portable/Base/Scopes.h"
-#include "Component/Win/Drawing/WinPaintSamples.h"
+#include "Component/Portable/Windows/PaintSamples.h"
 #include "Component/Win/Window/WinWindowCore.h"
 
 namespace NSMorvane {

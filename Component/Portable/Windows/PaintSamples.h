@@ -1,13 +1,15 @@
-// How long the last paints of a window took.
+// How long the last paints of a window took, and what is told of them.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
+#include "Component/Portable/Text/TextPackage.h"
+
 namespace NSMorvane {
 
-// The start and the end of one paint, in milliseconds since the system started.
+// The start and the end of one paint, in milliseconds of a clock that wraps after 32 bits.
 struct TPaintSample {
   std::uint64_t fStartMS;
   std::uint64_t fEndMS;
@@ -34,5 +36,15 @@ class CPaintSamples {
   std::vector<TPaintSample> fSamples;
   std::size_t fOldest = 0;
 };
+
+// What the samples of the last four seconds amount to, each with its unit. Without such a sample both are
+// empty.
+struct TPaintFigures {
+  NSTextPackage::TString fFrameRate;  // also empty if all of them have only just begun
+  NSTextPackage::TString fPaintTime;  // the mean
+};
+
+// `nowMS` is a time of the clock of the samples, not earlier than any of them.
+TPaintFigures MeasurePaints(const std::vector<TPaintSample>& samples, std::uint64_t nowMS);
 
 }  // namespace NSMorvane
