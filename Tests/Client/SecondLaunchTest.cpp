@@ -54,11 +54,24 @@ TEST_F(SecondLaunchTest, HandsItsFilesOver) {
     Quit();
     return kOK;
   };
+  // The options are those of the second launch. Who refuses one gets no other.
+  struct CRefuser : CTextReceiver {
+    TError ITextReceiver_ReceiveText(const TChar* text) override {
+      if (CTextReceiver::ITextReceiver_ReceiveText(text) == kOK && fThrows) throw std::bad_alloc();
+      return 100444;
+    }
+    bool fThrows = false;
+  };
   CTextReceiver options;
   fRun.fHooks["CleanUp"] = [&] {
     IWinExtensions* extensions = nullptr;
     EXPECT_EQ(fMorvane->IMorvane_GetWinExtensions(extensions), kOK);
     EXPECT_EQ(extensions->IWinExtensions_GetCommandLineOptions(options), kOK);
+    CRefuser refuser;
+    EXPECT_EQ(extensions->IWinExtensions_GetCommandLineOptions(refuser), 100444u);
+    refuser.fThrows = true;
+    EXPECT_EQ(extensions->IWinExtensions_GetCommandLineOptions(refuser), kOutOfMemoryError);
+    EXPECT_EQ(refuser.fTexts, (std::vector<std::u16string>{u"/second", u"/second"}));
   };
   RunFrom(
       [this] {

@@ -19,19 +19,19 @@ Ages Every(std::uint32_t periodMS, std::uint32_t lengthMS, std::uint32_t count, 
 }  // namespace
 
 TEST(PaintSamples, FiguresOfTheLastSeconds) {
-  const Rows<Ages, std::string> rows = {{{}, ","},
-                                        {{{100, 90}}, "10 fps,10 ms"},
+  const Rows<Ages, std::string> rows = {{Ages(), ","},
+                                        {Ages{{100, 90}}, "10 fps,10 ms"},
                                         {Every(30, 5, 120), "33.6 fps,5 ms"},
-                                        {Every(30, 5, 120, {{6000, 5500}}), "30 fps,5 ms"},
+                                        {Every(30, 5, 120, Ages{{6000, 5500}}), "30 fps,5 ms"},
                                         {Every(1000, 250, 10), "1.25 fps,250 ms"},
-                                        {{{4010, 4000}}, "0.249 fps,10 ms"},
-                                        {{{4010, 4001}}, ","},
-                                        {{{9, 8}, {7, 5}, {4, 2}}, "333 fps,1.67 ms"},
-                                        {{{1, 0}}, "1e+03 fps,1 ms"},
-                                        {{{8000, 0}}, "0.125 fps,8e+03 ms"},
+                                        {Ages{{4010, 4000}}, "0.249 fps,10 ms"},
+                                        {Ages{{4010, 4001}}, ","},
+                                        {Ages{{9, 8}, {7, 5}, {4, 2}}, "333 fps,1.67 ms"},
+                                        {Ages{{1, 0}}, "1e+03 fps,1 ms"},
+                                        {Ages{{8000, 0}}, "0.125 fps,8e+03 ms"},
                                         // What has only just begun has no rate yet.
-                                        {{{0, 0}}, ",0 ms"},
-                                        {{{0, 0}, {50, 40}}, "40 fps,5 ms"}};
+                                        {Ages{{0, 0}}, ",0 ms"},
+                                        {Ages{{0, 0}, {50, 40}}, "40 fps,5 ms"}};
   // Also soon after the clock has wrapped, and right before it.
   for (const std::uint64_t now : {1000000u, 100u, 0xFFFFFFFFu})
     for (const auto& [ages, text] : rows) {
