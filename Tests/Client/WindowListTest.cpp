@@ -115,10 +115,11 @@ TEST_IN_RUN(WindowListTest, IsOpenedAndClosed) {
   ShowWindow(list, SW_MINIMIZE);
   OpenList();
   EXPECT_FALSE(IsIconic(list));
-  // A dialog does not block it.
+  // A dialog does not block it, and afterwards the user goes on in the document, though the list is in front.
   Do("+modal");
   EXPECT_TRUE(IsWindowEnabled(list));
   Do("-modal");
+  EXPECT_EQ(GetForegroundWindow(), HwndOf("doc1"));
   SendMessageW(list, WM_TIMER, 2, 0);
   EXPECT_EQ(fOutput.TakeAssertions(), "wParam == 1");
   SendMessageW(list, WM_CLOSE, 0, 0);

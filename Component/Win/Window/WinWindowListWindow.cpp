@@ -1,7 +1,5 @@
 #include "Component/Win/Window/WinWindowListWindow.h"
 
-#include <windows.h>
-
 #include <string>
 #include <utility>
 #include <vector>
@@ -112,6 +110,7 @@ void PaintList(HWND hwnd) {
   ErrorOf([&] { rows = CollectRows(); });
   if (hwnd != gWindowListHwnd) return;
   const CListPaint paint(hwnd);
+  if (!paint.Get()) return;
   const CObjectSelection font(paint.Get(), GetListFont(paint.Get()));
   TEXTMETRICW metrics = {};
   RECT client = {};
@@ -179,6 +178,8 @@ void OpenWindowList(const boost::shared_ptr<CWindowRegistry>& windows) {
   gWindowsInList = windows;
   ShowWindow(gWindowListHwnd, SW_SHOW);
 }
+
+bool IsWindowList(HWND hwnd) { return hwnd && hwnd == gWindowListHwnd; }
 
 void CloseWindowList() {
   if (gWindowListHwnd) DestroyWindow(gWindowListHwnd);

@@ -5,6 +5,8 @@
 // it, and no dialog blocks it.
 #pragma once
 
+#include <windows.h>
+
 #include <boost/shared_ptr.hpp>
 
 namespace NSMorvane {
@@ -13,6 +15,10 @@ class CWindowRegistry;
 
 // Opens the list of these windows, or brings it to the front if it is open.
 void OpenWindowList(const boost::shared_ptr<CWindowRegistry>& windows);
+
+// Whether this is the list. It must be left out wherever the windows of the application are put in order or
+// activated: it is always in front of them.
+bool IsWindowList(HWND hwnd);
 
 // Called at the end of the run, in case the user has left it open.
 void CloseWindowList();

@@ -5,6 +5,7 @@
 #include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Window/WinWindow.h"
+#include "Component/Win/Window/WinWindowListWindow.h"
 
 namespace NSMorvane {
 
@@ -79,7 +80,7 @@ bool CWindowRegistry::IsShown(HWND hWnd) const {
 
 std::vector<HWND> CWindowRegistry::GetShownHwndsZ() const {
   std::vector<HWND> windows = GetTopLevelWindowsZ();
-  std::erase_if(windows, [this](HWND hwnd) { return !IsShown(hwnd); });
+  std::erase_if(windows, [this](HWND hwnd) { return IsWindowList(hwnd) || !IsShown(hwnd); });
   return windows;
 }
 

@@ -46,7 +46,8 @@ class CWindowRegistry : CNotCopied {
   std::size_t CountHidden() const { return fHidden.size(); }
   // Natively visible and not hidden by the library. For any window of the process.
   bool IsShown(HWND hwnd) const;
-  // The shown top-level windows of the process, front window first, without child windows.
+  // The shown top-level windows of the process, front window first, without child windows and the list of
+  // windows.
   std::vector<HWND> GetShownHwndsZ() const;
   // The shown windows of the library, front window first.
   TWindows GetVisibleWindowsZ() const;
