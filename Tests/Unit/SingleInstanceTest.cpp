@@ -31,6 +31,9 @@ class SingleInstance : public ReportingTest {
     gWaits = gFirstComesAt = 0;
     gWaitedMS = gAllowed = 0;
     gFirstName = &fName;
+    MSG message;  // those of the tests before
+    while (::PeekMessageW(&message, nullptr, kMsgSecondInstance, kMsgSecondInstance, PM_REMOVE)) {
+    }
   }
   ~SingleInstance() override { ReleaseFirstInstance(); }
 
