@@ -223,6 +223,8 @@ class FailuresTest : public ClientWindowTest {
 };
 
 TEST_IN_RUN(FailuresTest, Windows) {
+  // With what the debug layers do when a window is painted, and the debug menu.
+  EXPECT_EQ(fMorvane->IMorvane_SetDebugSettings({1, 1, 1, 1, 0, 0, 0}), kOK);
   FailEachCall([this] { return UseWindow(); });
 }
 

@@ -155,7 +155,7 @@ TEST_IN_RUN(MenusTest, Commands) {
   EXPECT_EQ(commandCalls(0xA002), " ");
   EXPECT_EQ(ViewCalls(), "leaf:command outer:command");
   ReleaseViews();
-  for (const UINT nobodys : {0xA005u, 0xAFFFu, 0xB000u, 0x9000u, 1u, 50002u, 50016u})
+  for (const UINT nobodys : {0xA005u, 0xAFFFu, 0xB000u, 0x9002u, 0x9008u, 1u, 50002u, 50016u})
     EXPECT_EQ(commandCalls(nobodys), " ") << nobodys;
   fRun.fHooks["MenuCommand"] = Handles();
   Command(0xA004);  // the library's own item
@@ -241,22 +241,6 @@ TEST_IN_RUN(MenusTest, SetUp) {
   Request();
   EXPECT_EQ(TitleIn(fRecord), "dw:");
   ExpectReported(100001);
-}
-
-// A window without a menu bar gets one for the debug menu, and for no other debug setting.
-TEST_IN_RUN(MenusTest, DebugSettingsMakeNoMenuBar) {
-  Open();
-  TDebugSettings settings = {};
-  const auto hasMenuBarWith = [&, this](TFlag& flag, TFlag value) {
-    flag = value;
-    EXPECT_EQ(fMorvane->IMorvane_SetDebugSettings(settings), kOK);
-    return GetMenu(Hwnd()) != nullptr;
-  };
-  EXPECT_EQ(fMorvane->IMorvane_GetDebugSettings(settings), kOK);
-  EXPECT_FALSE(hasMenuBarWith(settings.fFlushViews, 1));
-  EXPECT_FALSE(hasMenuBarWith(settings.fDrawViewBounds, 0));
-  EXPECT_FALSE(hasMenuBarWith(settings.fDebugMenu, 0));
-  EXPECT_TRUE(hasMenuBarWith(settings.fDebugMenu, 1));
 }
 
 // --- Popup menus

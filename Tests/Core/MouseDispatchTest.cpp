@@ -139,6 +139,23 @@ TEST_F(MouseDispatch, ViewsGoAndComeDuringAPass) {
   EXPECT_EQ(Moved(), "e< e?< e? e. e?< e?");
 }
 
+// The window is told of each look before it finds any views, and may change them.
+TEST_F(MouseDispatch, TheWindowIsToldOfLooks) {
+  fOnLook = [this] { ReleaseView("c"); };
+  EXPECT_EQ(Tracked(kOverABC), "c:x a<b b< b+ b. a+ a. a?< b?< b? a?");
+  EXPECT_EQ(fLooks, std::vector<TPoint>{kOverABC});
+  fOnLook = [this] { Tick(); };
+  fHooks = {{"a<", [this] { Tick(); }}};
+  Tracked(kNowhere);
+  Tracked(kOverABC);
+  EXPECT_EQ(fLooks.size(), 3u) << "none within another";
+  fOnLook = nullptr;
+  fMouse.SetCapture(boost::shared_ptr<IMouseCapture>(new RecordingCapture(fViewRecord)));
+  Tracked(kNowhere);
+  EXPECT_EQ(fLooks.size(), 3u);
+  fMouse.TakeCapture();
+}
+
 TEST_F(MouseDispatch, AnotherWindowTakesTheMouse) {
   Tracked(kOverABC);
   fIsOnTop = false;

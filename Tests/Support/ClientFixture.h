@@ -207,6 +207,8 @@ class ClientTest : public ::testing::Test {
     fMorvane = Morvane_Create("IMorvane", &error);
     ASSERT_EQ(error, kOK);
     ASSERT_NE(fMorvane, nullptr);
+    // As users get to see an application. What the debug layers add has tests of its own.
+    fMorvane->IMorvane_SetDebugSettings({});
     fMorvane->IMorvane_SetDebugOutput(&fOutput);
   }
   void DeleteMorvane() { delete std::exchange(fMorvane, nullptr); }

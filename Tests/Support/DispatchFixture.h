@@ -91,6 +91,10 @@ class DispatchFixture : public ReportingTest, public IMouseWindow, protected Nam
   bool IMouseWindow_IsOnTopAt(const TPoint&) override { return fIsOnTop; }
   TMouseHolder IMouseWindow_GetHolder() override { return fHolder; }
   void IMouseWindow_ForgetAnswers() override { ++fForgotten; }
+  void IMouseWindow_OnLook(const TPoint& point) override {
+    fLooks.push_back(point);
+    if (fOnLook) fOnLook();
+  }
   TMouseTracking IMouseWindow_Sample(const TPoint& position) override {
     TMouseTracking event = {};
     event.fTimeMS = 4711;
@@ -108,6 +112,8 @@ class DispatchFixture : public ReportingTest, public IMouseWindow, protected Nam
   bool fIsOnTop = true;
   TMouseHolder fHolder = TMouseHolder::kNobody;
   int fForgotten = 0;
+  std::vector<TPoint> fLooks;
+  std::function<void()> fOnLook;
   std::uint32_t fShown = 0;
   CMouseDispatch fMouse{*this, fWindow.fFocus};
 };

@@ -67,6 +67,7 @@ TEST_F(WinMenuTest, WhatStandsInABar) {
     TMenuBarFlags fFlags;
     std::vector<TMenu> fMenus;  // those that have an item of the client's
     std::string fLines;
+    TDebugSettings fDebug = {};
   } rows[] = {
       {"nothing of the client's", {0, 0, 1, 1, 0}, {}, begin + "  close A000"},
       {"all menus of the client's own",
@@ -81,6 +82,26 @@ TEST_F(WinMenuTest, WhatStandsInABar) {
       {"a help menu of the client's", {0, 0, 1, 1, 0}, {kMenuHelp}, begin + "  close A000|Last:|  item A001"},
       {"the help item alone", {1, 1, 1, 1, 0}, {}, begin + "  close A000|Last:|  help A001"},
       {"both", {1, 0, 1, 1, 0}, {kMenuHelp}, begin + "  close A000|Last:|  item A001|  --|  help A002 grey"},
+      {"the debug menu",
+       {1, 1, 1, 1, 0},
+       {},
+       begin + "  close A000|Last:|  help A001|&Debug:|  Draw &Invalidiation Blue 9000 checked|"
+               "  Draw &Paints Red 9001|  Draw View &Bounds 9004 checked|  Draw &Mouse View Info 9003|"
+               "  &Flush Views 9005 checked|  &Delay After Flushing 9006|  Open Window List 9007",
+       {1, 1, 0, 1, 0, 1, 0}},
+      {"the client's part of it",
+       {0, 0, 1, 1, 0},
+       {kMenuDebug, kMenu1},
+       begin + "  close A000|1:|  item A001|&Debug:|  item A002|  Draw &Invalidiation Blue 9000|"
+               "  Draw &Paints Red 9001 checked|  Draw View &Bounds 9004|"
+               "  Draw &Mouse View Info 9003 checked|  &Flush Views 9005|"
+               "  &Delay After Flushing 9006 checked|  Open Window List 9007",
+       {1, 0, 1, 0, 1, 0, 1}},
+      {"neither without its setting",
+       {0, 0, 1, 1, 0},
+       {kMenuDebug},
+       begin + "  close A000",
+       {0, 1, 1, 1, 1, 1, 1}},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.fName);
@@ -91,7 +112,7 @@ TEST_F(WinMenuTest, WhatStandsInABar) {
     EXPECT_EQ(state.IMenuBarState_SetFlags(row.fFlags), kOK);
     fItems.clear();
     CMenuBuilder bar(fItems, kFirstClientCommand);
-    ComposeMenuBar(bar, state, windows, strings, *fMorvane);
+    ComposeMenuBar(bar, state, windows, strings, row.fDebug, *fMorvane);
     EXPECT_EQ(LinesOfMenu(bar.GetHandle()), SplitLines(row.fLines));
   }
 }

@@ -168,8 +168,8 @@ void CMouseDispatch::CheckTracking(const TPoint& point) {
   if (fIsChecking || fCapture) return;
   const CFlagScope scope(fIsChecking);
   try {
+    fWindow.IMouseWindow_OnLook(point);
     std::optional<CForgetScope> forgetScope;
-    // The view inspector is not built yet: here it will follow the mouse.
     const TViews hitViews = FindTrackableViews(point);
     std::erase_if(fLastHitViews, [](const auto& view) { return view.expired(); });
     if (std::equal(fLastHitViews.begin(), fLastHitViews.end(), hitViews.begin(), hitViews.end(), IsSameView))

@@ -34,6 +34,9 @@ class IMouseWindow {
   virtual void IMouseWindow_ForgetAnswers() = 0;
   // The given position, with the buttons and modifier keys that are down now, and the current time.
   virtual TMouseTracking IMouseWindow_Sample(const TPoint& position) = 0;
+  // A look at the views under the mouse begins, at a point in client coordinates. The window may call
+  // clients, and then forgets its answers by itself.
+  virtual void IMouseWindow_OnLook(const TPoint& point) = 0;
   // Null shows the usual pointer.
   virtual void IMouseWindow_ShowShape(const IMouseShape* shape) = 0;
 

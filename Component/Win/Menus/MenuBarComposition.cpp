@@ -1,6 +1,7 @@
 #include "Component/Win/Menus/MenuBarComposition.h"
 
 #include "Component/Win/Launch/MorvaneImplWinStartupStrings.h"
+#include "Component/Win/Menus/DebugMenu.h"
 #include "Component/Win/Menus/WinMenu.h"
 
 namespace NSMorvane {
@@ -20,7 +21,7 @@ CMenuItem MakeMenuItem(const TString& text, bool enabled, std::uint32_t command)
 
 void ComposeMenuBar(CMenuBuilder& bar, const CMenuBarState& state,
                     const std::vector<TWindowMenuItem>& windowMenuItems, const TStartupStrings& strings,
-                    IMorvane& morvane) {
+                    const TDebugSettings& debugSettings, IMorvane& morvane) {
   CMenuBuilder& firstMenu = bar.AddSubmenu(strings.fFirstMenuTitle);
   firstMenu.AddMenuItems(morvane, state.GetList(kMenuApplication));
   firstMenu.MarkSeparator();
@@ -57,7 +58,7 @@ void ComposeMenuBar(CMenuBuilder& bar, const CMenuBarState& state,
                            MakeMenuItem(strings.fDisplayName, state.HelpItemEnabled(), kHelpItemCommand));
     }
   }
-  // The debug menu is not built yet. It will come here, after all others.
+  if (debugSettings.fDebugMenu) AddDebugMenu(bar, state.GetList(kMenuDebug), debugSettings, morvane);
 }
 
 }  // namespace NSMorvane

@@ -12,6 +12,7 @@ namespace NSMorvane {
 
 class CMenuBuilder;
 class IMorvane;
+struct TDebugSettings;
 struct TStartupStrings;
 
 using NSTextPackage::TString;
@@ -26,9 +27,10 @@ struct TWindowMenuItem {
 };
 
 // Fills an empty bar. The window menu is added only if the state asks for it; the first of `windowMenuItems`
-// comes before the client's items, the others after them. `morvane` gives the names of shortcut keys.
+// comes before the client's items, the others after them. The debug menu is added only if its setting says
+// so. `morvane` gives the names of shortcut keys.
 void ComposeMenuBar(CMenuBuilder& bar, const CMenuBarState& state,
                     const std::vector<TWindowMenuItem>& windowMenuItems, const TStartupStrings& strings,
-                    IMorvane& morvane);
+                    const TDebugSettings& debugSettings, IMorvane& morvane);
 
 }  // namespace NSMorvane

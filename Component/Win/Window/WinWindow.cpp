@@ -43,13 +43,14 @@ CWinWindow::CWinWindow(IWindowHost* host, TWindowKind windowKind, IModalOwner* o
       fHasCloseCommand(hasCloseCommand),
       fWindowClass(WindowClassName(windowKind), WindowStubProcCallback,
                    WindowClassHasIcon(windowKind) ? host->GetAppIcon() : nullptr),
+      fInspector(*this),
       fTooltips(*this),
       fFocus(*this, *this, *this, fTooltips),
-      fMouse(*this, fFocus.GetFocus(), fTooltips),
+      fMouse(*this, fFocus.GetFocus(), fTooltips, fInspector),
       fKeyboard(*this, *this, fMouse.GetDispatch(), fFocus.GetFocus(), *this),
       fPlacement(*this, *this),
       fMenuBar(*this),
-      fPainting(*this),
+      fPainting(*this, fInspector),
       fAlpha(*this) {
   try {
     MakeNativeWindow(style, exStyle, makeSizeGrip);

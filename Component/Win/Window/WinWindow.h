@@ -10,6 +10,7 @@
 // WinWindowMenuBar     the menu bar; with MenuBarComposition, which decides what stands in it
 // WinWindowPainting    painting and invalidation
 // WinWindowTooltips    tooltips
+// WinViewInspector     debug layers over views; with ViewInspector, which describes the view under the mouse
 // WinWindowListeners   listeners of messages
 // WinNativeControl     native controls that views host
 // WinWindowAlpha, WinSizeGrip, WinDroppedFiles, WinInputMethod
@@ -36,6 +37,7 @@
 #include "Component/Win/Platform/WinMsgEventListener.h"
 #include "Component/Win/Window/WindowEvents.h"
 #include "Component/Win/Window/WinSizeGrip.h"
+#include "Component/Win/Window/WinViewInspector.h"
 #include "Component/Win/Window/WinWindowAlpha.h"
 #include "Component/Win/Window/WinWindowClass.h"
 #include "Component/Win/Window/WinWindowCore.h"
@@ -217,6 +219,7 @@ class CWinWindow : public CWindowGlue,
   UINT_PTR fTimerID = 0;   // 0: none
   bool fIsEnding = false;  // no message reaches this object any more
 
+  CWinViewInspector fInspector;
   CWinWindowTooltips fTooltips;
   CWinWindowFocus fFocus;
   CWinWindowMouse fMouse;

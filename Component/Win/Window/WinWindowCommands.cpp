@@ -3,13 +3,27 @@
 #include <windows.h>
 
 #include "Component/Win/Input/WinKeyboard.h"
+#include "Component/Win/Menus/DebugMenu.h"
 #include "Component/Win/Menus/WinMenu.h"
 #include "Component/Win/Window/Blocking.h"
 #include "Component/Win/Window/WindowHost.h"
 #include "Component/Win/Window/WindowRegistry.h"
 #include "Component/Win/Window/WinWindow.h"
+#include "Component/Win/Window/WinWindowListWindow.h"
 
 namespace NSMorvane {
+
+namespace {
+
+// Works whether the menu is shown or not. Other settings have all menu bars built anew.
+void PerformDebugItem(IWindowHost& host, const TDebugMenuItem& item) {
+  if (!item.fSetting) return OpenWindowList();
+  TDebugSettings settings = host.GetDebugSettings();
+  settings.*item.fSetting = settings.*item.fSetting ? 0 : 1;
+  MORVANE_CHECK(host.GetMorvane().IMorvane_SetDebugSettings(settings));
+}
+
+}  // namespace
 
 // --- The menu bar
 
@@ -30,7 +44,7 @@ void CWinWindow::OnCommand(UINT command) {
     if (windowIndex < windows.size()) windows[windowIndex]->FocusNow();
     return;
   }
-  // The debug menu is not built yet: its commands have no effect.
+  if (const TDebugMenuItem* const item = FindDebugMenuItem(command)) PerformDebugItem(*fHost, *item);
 }
 
 void CWinWindow::DispatchMenuCommand(std::uint32_t command) {

@@ -107,7 +107,7 @@ void CWinWindowMenuBar::Rebuild(const CMenuBarState& state) {
   std::vector<CMenuItem> items;
   CMenuBuilder bar(items, kFirstClientCommand);
   ComposeMenuBar(bar, ownState, windowMenuItems, fWindow.fHost->GetStartupStrings(),
-                 fWindow.fHost->GetMorvane());
+                 fWindow.fHost->GetDebugSettings(), fWindow.fHost->GetMorvane());
 
   // The exchange may call clients and, through them, commands, which need the new list already. The state is
   // stored last, so that a bar that could not be exchanged is built again at the next request.

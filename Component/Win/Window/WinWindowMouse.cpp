@@ -4,6 +4,7 @@
 #include "Component/Win/Input/WinMouseShape.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Window/WindowHost.h"
+#include "Component/Win/Window/WinViewInspector.h"
 #include "Component/Win/Window/WinWindowTooltips.h"
 
 namespace NSMorvane {
@@ -166,6 +167,10 @@ TMouseTracking CWinWindowMouse::IMouseWindow_Sample(const TPoint& position) {
   std::uint64_t now = 0;
   MORVANE_CHECK(fWindow.fHost->GetMorvane().IMorvane_GetCurrentMS(now));
   return MakeTracking(now, position);
+}
+
+void CWinWindowMouse::IMouseWindow_OnLook(const TPoint& point) {
+  if (fInspector.Follow(point)) ForgetAnswers();
 }
 
 }  // namespace NSMorvane

@@ -14,6 +14,7 @@
 
 namespace NSMorvane {
 
+class CWinViewInspector;
 class CWinWindowTooltips;
 
 enum : std::int32_t { kNoButton = 0, kLeftButton = 1, kRightButton = 2 };
@@ -21,8 +22,9 @@ enum : std::int32_t { kNoButton = 0, kLeftButton = 1, kRightButton = 2 };
 class CWinWindowMouse : private IMouseWindow, CNotCopied {
  public:
   // All of them belong to the same window.
-  CWinWindowMouse(const TWindowCore& window, CWindowFocus& focus, CWinWindowTooltips& tooltips)
-      : fWindow(window), fTooltips(tooltips), fDispatch(*this, focus) {}
+  CWinWindowMouse(const TWindowCore& window, CWindowFocus& focus, CWinWindowTooltips& tooltips,
+                  CWinViewInspector& inspector)
+      : fWindow(window), fTooltips(tooltips), fInspector(inspector), fDispatch(*this, focus) {}
 
   const CMouseDispatch& GetDispatch() const { return fDispatch; }
   bool IsCaptured() const { return fDispatch.GetCapture() != nullptr; }
@@ -65,6 +67,7 @@ class CWinWindowMouse : private IMouseWindow, CNotCopied {
   TMouseHolder IMouseWindow_GetHolder() override;
   void IMouseWindow_ForgetAnswers() override { fGlance.Forget(); }
   TMouseTracking IMouseWindow_Sample(const TPoint& position) override;
+  void IMouseWindow_OnLook(const TPoint& point) override;
   void IMouseWindow_ShowShape(const IMouseShape* shape) override;
 
   HWND GetHwnd() const { return fWindow.fHwnd; }
@@ -74,6 +77,7 @@ class CWinWindowMouse : private IMouseWindow, CNotCopied {
 
   const TWindowCore& fWindow;
   CWinWindowTooltips& fTooltips;
+  CWinViewInspector& fInspector;
   CMouseDispatch fDispatch;
   CMouseGlance fGlance;
   HCURSOR fCursor = nullptr;  // the shape that the views gave last

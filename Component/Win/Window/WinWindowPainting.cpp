@@ -7,6 +7,7 @@
 #include "Component/Win/Drawing/WinDrawTools.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Window/WindowHost.h"
+#include "Component/Win/Window/WinViewInspector.h"
 
 namespace NSMorvane {
 
@@ -63,18 +64,6 @@ void FlashRect(HDC windowDC, const TRect& rect) {
   CDeviceContext::Flush();
 }
 
-// Frames the visible parts of a view and its subviews.
-void DrawViewBounds(CDeviceContext& context, CViewImpl& view, const TRect& clip) {
-  TRect visible = view.GetBounds();
-  if (IntersectRect(visible, clip)) {
-    context.FrameRect(visible, 0x7F7F7F, PS_DOT);
-    CDeviceContext::Flush();
-  } else {
-    visible = {};
-  }
-  for (const TViewImplPtr& subView : view.GetSubViews()) DrawViewBounds(context, *subView, visible);
-}
-
 }  // namespace
 
 // --- From WM_PAINT to the screen
@@ -97,7 +86,7 @@ void CWinWindowPainting::PaintOn(CPaintContext& target) {
   for (const TRect& rect : region.GetRects()) buffer.CopyToTarget(rect);
   if (fWindow.fHost->GetDebugSettings().fDrawViewBounds)
     DrawViewBounds(target, *fWindow.fRootView, fWindow.fRootView->GetBounds());
-  // The view inspector is not built yet. It will show information on the view under the mouse here.
+  fInspector.Draw();
   fSamples.Add({start, GetTickCount()});
 }
 

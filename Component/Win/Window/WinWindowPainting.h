@@ -16,10 +16,12 @@ namespace NSMorvane {
 class COffscreenContext;
 class CPaintContext;
 class CRegion;
+class CWinViewInspector;
 
 class CWinWindowPainting : CNotCopied {
  public:
-  explicit CWinWindowPainting(const TWindowCore& window) : fWindow(window) {}
+  CWinWindowPainting(const TWindowCore& window, const CWinViewInspector& inspector)
+      : fWindow(window), fInspector(inspector) {}
 
   // Called on WM_PAINT. `sizeGrip`, which may be null, paints itself.
   void Paint(HWND sizeGrip);
@@ -38,6 +40,7 @@ class CWinWindowPainting : CNotCopied {
   void FlashPaint(CPaintContext& target);
 
   const TWindowCore& fWindow;
+  const CWinViewInspector& fInspector;
   CPaintSamples fSamples;
 };
 
