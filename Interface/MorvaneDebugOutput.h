@@ -23,16 +23,28 @@ class IDebugOutput {
   virtual ~IDebugOutput() = default;
 };
 
-// The switches of the debug layers. Each is 0 or 1.
+// The switches of the debug layers, which show on the screen what the library does. Each is 0 or 1.
 // The first five are 1 at the start: an application sets what it wants to ship with.
 struct TDebugSettings {
-  TFlag fDebugMenu;             // stored; the debug menu is not built yet
-  TFlag fDrawInvalidationBlue;  // invalidated areas are flashed
-  TFlag fDrawPaintsRed;         // each buffered draw first flashes its area
-  TFlag fDrawViewBounds;        // frames of views are drawn
-  TFlag fDrawMouseViewInfo;     // stored, without effect so far
-  TFlag fFlushViews;            // drawing goes to the screen after each view
-  TFlag fDelayAfterFlushing;    // each such flush is followed by a pause
+  // The menu bars of document windows end with a menu "Debug", whose items switch the other settings and open
+  // a list of all windows. The client's items of kMenuDebug stand first in it. What it switches can be set
+  // without it, too.
+  TFlag fDebugMenu;
+  // What is invalidated is tinted blue until it is painted.
+  TFlag fDrawInvalidationBlue;
+  // A paint begins by filling what it will paint with red, and the rest of its bounding box with green. What
+  // is drawn behind a view that has a buffer goes to the screen before that view.
+  TFlag fDrawPaintsRed;
+  // Each view has a dotted frame, cut off by its super views.
+  TFlag fDrawViewBounds;
+  // The view under the mouse is hatched where it is seen, and framed; its debug name stands in its corner.
+  // Its tooltip says what and where it is, until the mouse leaves it: a text that the client has set
+  // meanwhile stays, otherwise it gets its own text back.
+  TFlag fDrawMouseViewInfo;
+  // What has been drawn goes to the screen after each view, so that one sees them come, one after the other.
+  TFlag fFlushViews;
+  // A pause of about 30 milliseconds follows each of these flushes and each blue tint, 50 follow the red.
+  TFlag fDelayAfterFlushing;
 };
 
 }  // namespace NSMorvane

@@ -22,7 +22,7 @@ enum TMenu : std::uint32_t {
   kMenuReserved10 = 10,  // stored, not shown on this platform
   kMenuWindow = 11,
   kMenuReserved12 = 12,  // stored, not shown on this platform
-  kMenuDebug = 13        // stored; the debug menu is not built yet
+  kMenuDebug = 13        // shown before the library's items in the debug menu; see TDebugSettings
 };
 
 constexpr std::uint32_t kMenuCount = 14;

@@ -33,7 +33,7 @@ constexpr std::int32_t kShiftOfPastes = 10;
 }  // namespace
 
 CSketchApplication::CSketchApplication(IMorvane& morvane)
-    : CDefaultApplication(morvane), fScrollTimer(morvane) {
+    : CDefaultApplication(morvane), fDebugging(CSketchDebugging::IfWanted(morvane)), fScrollTimer(morvane) {
   fStyle.fKind = TShapeKind::kRectangle;
   fStyle.fWidth = 3;
   fStyle.fFill = 0x7FB2F0;

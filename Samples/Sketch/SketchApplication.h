@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "SketchDebugging.h"
 #include "SketchFileDialogs.h"
 #include "SketchRecentFiles.h"
 #include "SketchTools.h"
@@ -105,6 +106,7 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
   NSMorvane::TError ScrollOn();
   void UpdateMenus();
 
+  const std::unique_ptr<CSketchDebugging> fDebugging;  // null for users
   std::vector<CSketchWindow*> fWindows;
   CSketchWindow* fFront = nullptr;
   CSketchWindow* fQuitWindow = nullptr;  // the last one that was asked to close by quitting

@@ -74,6 +74,8 @@ constexpr TRow kRows[] = {
     {kMenuView},
     {kMenuView, u"Show _Grid", kCommandGrid, u'g', kCtrl},
     {kMenuView, u"Tool _Palette", kCommandPalette, u't', kCtrl},
+    {kMenuDebug, u"P_aint Everything", kCommandPaintAll},
+    {kMenuDebug},
     {kMenuTools, u"_Select", ToolCommand(TSketchTool::kSelect), u'v', 0},
     {kMenuTools, u"_Line", ToolCommand(TSketchTool::kLine), u'l', 0},
     {kMenuTools, u"_Rectangle", ToolCommand(TSketchTool::kRectangle), u'r', 0},
@@ -130,7 +132,8 @@ void AddRecentFiles(std::vector<TMenuItem>& items, const ISketchCommandTarget& t
 }  // namespace
 
 void FillMenuBar(IMenuBarState& state, const ISketchCommandTarget& target) {
-  for (const TMenu menu : {kMenuApplication, kMenuDocument, kMenuEdit, kMenuShape, kMenuView, kMenuTools}) {
+  for (const TMenu menu :
+       {kMenuApplication, kMenuDocument, kMenuEdit, kMenuShape, kMenuView, kMenuTools, kMenuDebug}) {
     std::vector<TMenuItem> items;
     for (const TRow& row : kRows)
       if (row.fMenu == menu) items.push_back(ItemOf(row, target));

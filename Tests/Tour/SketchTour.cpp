@@ -1,8 +1,9 @@
 // A tour through the sample Sketch, with real input: SketchTour SKETCH.EXE DOCUMENT FOLDER-FOR-PICTURES
 //
-// Opens the document, a copy of Daylight.sketch, works on it with mouse and keyboard, takes a picture at each
-// station, and quits the program, which saves it on the way. The exit code is 0 if everything came as it
-// should.
+// Opens the document, a copy of Daylight.sketch, as developers of Sketch do, with its debug menu. Works on it
+// with mouse and keyboard, takes a picture at each station, and quits the program, which saves it on the way.
+// The exit code is 0 if everything came as it should.
+#include <algorithm>
 #include <cstring>
 #include <map>
 #include <sstream>
@@ -51,7 +52,9 @@ constexpr TStation kStations[] = {
      "key F4; dialog Properties; key Space; key Esc; closed; right-click 570 100; menu",
      "contextual-menu"},
     {"key L; gone; is 584 105 fill; key Ctrl+Z; not 584 105 fill; key Alt+E; menu", "menu"},
-    {"key Esc; gone; key Esc; key Ctrl+A; is 482 58 accent; key Esc; not 482 58 accent;"
+    {"key Esc; gone; key Esc; key Alt+D; menu", "debug-menu"},
+    {"key M; gone; inspect 300 200", "inspector"},
+    {"key Alt+D; menu; key M; gone; plain; key Ctrl+A; is 482 58 accent; key Esc; not 482 58 accent;"
      "cursor 377 300 other; zoom; zoom; zoom",
      "zoom"},
     {"scroll -2", "scroll"},
@@ -119,6 +122,8 @@ class CTour : public CTourist {
     if (verb == "palette") return HoverOverPalette();
     if (verb == "tool") return Click(fTool), WaitUntilInFront(fWindow);
     if (verb == "zoom") return ZoomIn();
+    if (verb == "inspect") return HoverUntil(Place(words), [this] { return IsHatched() && IsTipShown(); });
+    if (verb == "plain") return WaitFor([this] { return !IsHatched(); });
     if (verb == "scroll") return ScrollBy(Number(words, 0));
     if (verb == "redraw") return Redraw();
     if (verb == "beyond") return DragBeyond(Place(words));
@@ -275,12 +280,18 @@ class CTour : public CTourist {
     fTool = {origin.x + client.right / 2, origin.y + 3 + 2 * 39 + 18};
     Click({fTool.x, fTool.y + 19});  // beside the buttons: tips appear in the active window
     WaitUntilInFront(fPalette);
-    HoverUntil(fTool, [] {
-      HWND tip = nullptr;
-      do tip = ::FindWindowExW(nullptr, tip, L"tooltips_class32", nullptr);
-      while (tip && !::IsWindowVisible(tip));
-      return tip != nullptr;
-    });
+    HoverUntil(fTool, IsTipShown);
+  }
+  static bool IsTipShown() {
+    HWND tip = nullptr;
+    do tip = ::FindWindowExW(nullptr, tip, L"tooltips_class32", nullptr);
+    while (tip && !::IsWindowVisible(tip));
+    return tip != nullptr;
+  }
+  // Whether the library marks a view of the canvas.
+  bool IsHatched() const {
+    constexpr std::uint32_t kFallingLines = 0x7FBF7F;
+    return std::ranges::count(Look(fCanvas), kFallingLines) > 1000;
   }
 
   // --- The pointer and the canvas
@@ -346,7 +357,7 @@ class CTour : public CTourist {
 int wmain(int argumentCount, wchar_t** arguments) {
   if (argumentCount != 4) return 2;
   const std::filesystem::path document = arguments[2];
-  std::wstring command = L"\"" + std::wstring(arguments[1]) + L"\" \"" + document.wstring() + L"\"";
+  std::wstring command = L"\"" + std::wstring(arguments[1]) + L"\" /debug \"" + document.wstring() + L"\"";
   STARTUPINFOW startup = {};
   startup.cb = sizeof(startup);
   PROCESS_INFORMATION process = {};
