@@ -96,6 +96,13 @@ TEST_F(MorvaneImplTest, SystemsThatAreTooOld) {
   }
 }
 
+TEST_F(MorvaneImplTest, DebugLayersAreOnAtTheStart) {
+  TDebugSettings settings = {};
+  EXPECT_EQ(fMorvane->IMorvane_GetDebugSettings(settings), kOK);
+  constexpr TDebugSettings kAtStart = {1, 1, 1, 1, 1, 0, 0};
+  EXPECT_EQ(0, std::memcmp(&settings, &kAtStart, sizeof(settings)));
+}
+
 // Whatever fails while it is made, the next one can be made.
 TEST_F(MorvaneImplTest, FailedConstructionLeavesNothing) {
   fMorvane.reset();
