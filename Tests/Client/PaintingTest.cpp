@@ -270,45 +270,31 @@ TEST_IN_RUN(PaintingTest, DebugSettings) {
   EXPECT_EQ(std::count(framed.begin() + 25 * kSide + 1, framed.begin() + 25 * kSide + 49, 0x7F7F7Fu), 0);
 }
 
-// By way of the debug menu's commands.
+// Switched by the commands of the debug menu.
 TEST_IN_RUN(PaintingTest, FlushedViewsAppearOneByOne) {
   OpenPainted();
   MakeColored("a", {0, 0, 40, 40}, kRed);
   MakeColored("b", {50, 0, 90, 40}, kBlue);
-  Update();
-  const Pixels whole = Shown();
-  bool isFirstShown = false;
+  std::string shownBefore;  // when b is drawn, apart from a
   fViewRecord.fHooks["b:draw"] = [&, fill = fViewRecord.fHooks["b:draw"]] {
-    isFirstShown = Difference({{{0, 0, 40, 40}, kRed}}) == "";
+    shownBefore = Difference({{{0, 0, 40, 40}, kRed}});
     return fill();
   };
-  // How long a paint takes, and that it comes to the right end.
-  const auto paint = [&] {
+  constexpr UINT kFlush = 0x9005, kDelay = 0x9006;
+  const Rows<UINT, bool, ULONGLONG> rows = {
+      {0, false, 0}, {kDelay, false, 0}, {kFlush, true, 70}, {kDelay, true, 0}, {kFlush, false, 0}};
+  for (const auto& [command, flushes, pause] : rows) {
+    Send(WM_COMMAND, command);
     const HDC hdc = GetDC(Hwnd());
     const RECT all = {0, 0, kSide, kSide};
     FillRect(hdc, &all, GetSysColorBrush(COLOR_WINDOW));
     ReleaseDC(Hwnd(), hdc);
     const ULONGLONG start = GetTickCount64();
     Repaint({0, 0, kSide, kSide});
-    EXPECT_EQ(Difference({}, whole), "");
-    return GetTickCount64() - start;
-  };
-  enum : UINT { kFlush = 0x9005, kDelay = 0x9006 };
-  paint();
-  EXPECT_FALSE(isFirstShown);
-  Send(WM_COMMAND, kDelay);
-  paint();
-  EXPECT_FALSE(isFirstShown);
-  Send(WM_COMMAND, kFlush);
-  EXPECT_GE(paint(), 70u) << "three views, and 30 ms behind each";
-  EXPECT_TRUE(isFirstShown);
-  Send(WM_COMMAND, kDelay);
-  isFirstShown = false;
-  paint();
-  EXPECT_TRUE(isFirstShown);
-  Send(WM_COMMAND, kFlush);
-  paint();
-  EXPECT_FALSE(isFirstShown);
+    EXPECT_GE(GetTickCount64() - start, pause) << "30 ms after each of three views";
+    EXPECT_EQ(shownBefore.empty(), flushes) << command;
+    EXPECT_EQ(Difference({{{0, 0, 40, 40}, kRed}, {{50, 0, 90, 40}, kBlue}}), "");
+  }
 }
 
 }  // namespace NSMorvaneTest
