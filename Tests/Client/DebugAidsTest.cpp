@@ -97,6 +97,11 @@ TEST_IN_RUN(DebugAidsTest, TheMenu) {
   Set("1000000");
   EXPECT_EQ(Settings(), "1000000");
   EXPECT_EQ(fOutput.CountLines("CWinWindow::RebuildCompleteMenuBar"), 0);
+  Command(0x9007);
+  const HWND list = FindWindowW(L"WindowListWindowClass", nullptr);
+  EXPECT_TRUE(IsWindowVisible(list));
+  EXPECT_TRUE(DestroyWindow(list));
+  EXPECT_EQ(Settings(), "1000000");
   // Without the menu its commands still work.
   Set("0000000");
   EXPECT_EQ(LastMenuOf(Hwnd())[0], "&File:");

@@ -17,7 +17,7 @@ namespace {
 
 // Works whether the menu is shown or not. Other settings have all menu bars built anew.
 void PerformDebugItem(IWindowHost& host, const TDebugMenuItem& item) {
-  if (!item.fSetting) return OpenWindowList();
+  if (!item.fSetting) return OpenWindowList(host.GetWindowRegistry());
   TDebugSettings settings = host.GetDebugSettings();
   settings.*item.fSetting = settings.*item.fSetting ? 0 : 1;
   MORVANE_CHECK(host.GetMorvane().IMorvane_SetDebugSettings(settings));

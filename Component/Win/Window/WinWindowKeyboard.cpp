@@ -85,7 +85,9 @@ bool CWinWindowKeyboard::IKeyWindow_OfferToApplication(const TKeyEvent& event) {
 }
 
 bool CWinWindowKeyboard::IKeyWindow_OpenWindowList(const TKeyEvent& event) {
-  constexpr TKeyInterpretation kWindowListKey = {{u'w'}, {kModifierMask, 0}, 0};
+  // With all the modifier keys that this platform has.
+  constexpr std::uint32_t kAllModifiers = kModifierShift | kModifierAlt | kModifierControl;
+  constexpr TKeyInterpretation kWindowListKey = {{u'w'}, {kAllModifiers, 0}, 0};
   TFlag isWindowListKey = 0;
   MORVANE_CHECK(fWindow.fHost->GetMorvane().IMorvane_CanKeyBeInterpretedAs(
       event.fPhysicalKey, event.fModifiers, kWindowListKey, isWindowListKey));
