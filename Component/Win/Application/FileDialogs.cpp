@@ -68,9 +68,10 @@ void CFileDialogs::RunBlocking(const TDialog& dialog) {
   RequireRun();
   fIdleCalls.WakeUp();
   dialog->SetMessageTarget(fTarget.GetHwnd(), fSign);
-  fListeners.Add(dialog.get());
+  Register(*dialog);
   dialog->Run();
-  fListeners.Remove(dialog.get());
+  Unregister(*dialog);
+  fBlocking.SettleOwner(dialog->GetBlockedOwner());
   if (ErrorOf([&] { dialog->Deliver(); }) != kOK) DebugPrint(dialog->GetFailureLine());
 }
 
@@ -78,7 +79,9 @@ void CFileDialogs::RunThreaded(const TDialog& dialog) {
   RequireRun();
   dialog->SetMessageTarget(fTarget.GetHwnd(), fSign);
   auto threadInstance = std::make_unique<TDialogThread>(TDialogThread{dialog, fTarget.GetHwnd(), fSign});
-  Add(dialog);
+  fDialogs.reserve(fDialogs.size() + 1);
+  Register(*dialog);
+  fDialogs.push_back(dialog);
   DWORD threadID = 0;
   const HANDLE thread =
       CreateThread(nullptr, 0, DialogThreadProc, threadInstance.get(), CREATE_SUSPENDED, &threadID);
@@ -106,7 +109,7 @@ bool CFileDialogs::OnResult(UINT message, const void* source) {
   const TDialog dialog = *it;
   Close(*dialog);  // the thread has nothing more to do, and goes first
   Remove(dialog);
-  SettleOwner(*dialog);
+  fBlocking.SettleOwner(dialog->GetBlockedOwner());
   dialog->Deliver();
   return true;
 }
@@ -118,7 +121,7 @@ void CFileDialogs::EndAll(bool tellsClients) {
     const TDialog dialog = fDialogs.front();
     Close(*dialog);
     Remove(dialog);
-    SettleOwner(*dialog);
+    fBlocking.SettleOwner(dialog->GetBlockedOwner());
     if (!tellsClients || !dialog->ReportsFromThread()) continue;
     const TError error = ErrorOf([&] { dialog->Deliver(); });
     if (firstError == kOK) firstError = error;
@@ -138,30 +141,25 @@ void CFileDialogs::Close(const CFileDialogInfo& dialog) {
   MORVANE_UNREACHED();
 }
 
-// The system has enabled the owner, whatever else blocks it.
-void CFileDialogs::SettleOwner(const CFileDialogInfo& dialog) {
-  const HWND owner = dialog.GetBlockedOwner();
-  if (!owner) return;
-  const bool isStillBlocked = std::any_of(fDialogs.begin(), fDialogs.end(), [owner](const TDialog& other) {
-    return other->GetBlockedOwner() == owner;
-  });
-  fBlocking.OnOwnedForeignDialogEnded(owner, isStillBlocked);
-}
-
-void CFileDialogs::Add(const TDialog& dialog) {
-  fListeners.Add(dialog.get());
+void CFileDialogs::Register(CFileDialogInfo& dialog) {
   try {
-    fDialogs.push_back(dialog);
+    fListeners.Add(&dialog);
+    if (dialog.GetBlockedOwner()) fBlocking.AddOwnedForeignDialog(&dialog);
   } catch (...) {
-    fListeners.Remove(dialog.get());
+    Unregister(dialog);
     throw;
   }
+}
+
+void CFileDialogs::Unregister(CFileDialogInfo& dialog) {
+  fListeners.Remove(&dialog);
+  fBlocking.RemoveOwnedForeignDialog(&dialog);
 }
 
 void CFileDialogs::Remove(const TDialog& dialog) {
   const TDialog removed = dialog;  // the argument may stand in the list
   std::erase(fDialogs, removed);
-  fListeners.Remove(removed.get());
+  Unregister(*removed);
 }
 
 void CFileDialogs::ForgetEnded() {
@@ -170,7 +168,7 @@ void CFileDialogs::ForgetEnded() {
     const TDialog dialog = fDialogs[i];
     if (dialog->ReportsFromThread() || WaitForSingleObject(dialog->GetThread(), 0) != WAIT_OBJECT_0) continue;
     Remove(dialog);
-    SettleOwner(*dialog);
+    fBlocking.SettleOwner(dialog->GetBlockedOwner());
     fBlocking.Refresh();
   }
 }

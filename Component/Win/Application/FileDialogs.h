@@ -46,12 +46,12 @@ class CFileDialogs : CNotCopied {
  private:
   using TDialog = boost::shared_ptr<CFileDialogInfo>;
 
-  void Add(const TDialog& dialog);
+  void Register(CFileDialogInfo& dialog);
+  void Unregister(CFileDialogInfo& dialog);
   void Remove(const TDialog& dialog);
   void RequireRun() const;
   void WaitUntilOpen(const CFileDialogInfo& dialog);
   void Close(const CFileDialogInfo& dialog);
-  void SettleOwner(const CFileDialogInfo& dialog);
 
   const CMessageTarget& fTarget;
   const WPARAM fSign;

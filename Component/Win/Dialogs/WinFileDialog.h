@@ -17,6 +17,7 @@
 #include "Component/Win/Platform/NativeWindowWrapper.h"
 #include "Component/Win/Platform/PrivateMessages.h"
 #include "Component/Win/Platform/UtilsWinHandles.h"
+#include "Component/Win/Window/Blocking.h"
 #include "Component/Win/Window/WindowHost.h"
 
 namespace NSMorvane {
@@ -29,7 +30,7 @@ struct TFileDialogRequest {
 };
 
 // All that one run of a dialog needs. Made on the main thread, which gets it back with the result.
-class CFileDialogInfo : public IMessageCallListener, CNotCopied {
+class CFileDialogInfo : public IMessageCallListener, public IOwnedForeignDialog, CNotCopied {
  public:
   // Throws what the client's owner fails with.
   CFileDialogInfo(IWindowHost& host, const TFileDialogRequest& request, const TDialogMemoryPlace& place);
@@ -58,8 +59,9 @@ class CFileDialogInfo : public IMessageCallListener, CNotCopied {
   // The debug line for a blocking dialog whose client has failed.
   virtual const char* GetFailureLine() const = 0;
 
-  // The window that the dialog alone blocks; null for a dialog that blocks the application.
-  HWND GetBlockedOwner() const { return fAppModal ? nullptr : fOwnerHwnd; }
+  // Null for a dialog that blocks the application.
+  HWND GetBlockedOwner() const override { return fAppModal ? nullptr : fOwnerHwnd; }
+  HWND GetFrameHwnd() const override { return fFrameHwnd; }
 
   // Of a dialog with a thread; each may be waited for.
   HANDLE GetOpenEvent() const { return fDialogOpenHandle.Get(); }

@@ -15,6 +15,9 @@
 
 namespace NSMorvane {
 
+// The control for the name: a dialog has the one or the other, by its style and the version of the system.
+enum : int { kNameComboBox = 1148, kNameEdit = 1152 };
+
 class CFileNameDialogInfo : public CFileDialogInfo {
  public:
   // Throws std::bad_alloc if the types do not fit into a filter.

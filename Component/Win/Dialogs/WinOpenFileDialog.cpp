@@ -14,8 +14,6 @@ constexpr DWORD kOpenFlags = OFN_ENABLESIZING | OFN_LONGNAMES | OFN_EXPLORER | O
                              OFN_PATHMUSTEXIST | OFN_ENABLEHOOK | OFN_HIDEREADONLY;
 static_assert(kOpenFlags == 0xA81824);
 
-enum : int { kNameComboBox = 1148, kNameEdit = 1152 };
-
 constexpr std::size_t kPathBufferSize = 2048 / sizeof(TChar);
 
 std::vector<CFileType> MakeFileTypes(const std::vector<TFileType>& types, const TString& combinedName) {

@@ -12,8 +12,6 @@ constexpr DWORD kSaveFlags = OFN_ENABLESIZING | OFN_LONGNAMES | OFN_EXPLORER | O
                              OFN_ENABLEHOOK | OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT;
 static_assert(kSaveFlags == 0xA80826);
 
-enum : int { kNameComboBox = 1148, kNameEdit = 1152 };
-
 std::vector<CFileType> MakeFileTypes(const std::vector<TFileType>& types) {
   std::vector<CFileType> fileTypes;
   for (const TFileType& type : types) fileTypes.push_back(MakeFileType(type));

@@ -14,8 +14,6 @@ namespace NSMorvane {
 
 namespace {
 
-constexpr DWORD kDialogClassAtom = 32770;  // of the dialog boxes of the system
-
 bool Contains(const std::vector<HWND>& windows, HWND hWnd) {
   return std::find(windows.begin(), windows.end(), hWnd) != windows.end();
 }
@@ -45,16 +43,16 @@ void CBlocking::OnShown(const CWinWindow& window) {
 void CBlocking::OnHiding(const CWinWindow& window) {
   if (window.IsModal()) {
     if (window.GetOwnerHwnd())
-      EnableOwner(window.GetOwnerHwnd());
+      SettleOwner(window.GetOwnerHwnd());
     else
       Pop(window.GetHwnd());
   }
   DisableUnderFront();
 }
 
-void CBlocking::OnEnding(const CWinWindow& window) {
+void CBlocking::OnEnding(const CWinWindow& window) noexcept {
   if (window.GetHwnd()) PopQuietly(window.GetHwnd());
-  if (window.IsModal() && window.GetOwnerHwnd()) EnableOwner(window.GetOwnerHwnd());
+  if (window.IsModal()) SettleOwner(window.GetOwnerHwnd());
 }
 
 void CBlocking::PushForeignDialog(HWND dialog) {
@@ -76,16 +74,29 @@ void CBlocking::PopForeignDialog(HWND dialog) {
   if (std::erase(fForeignDialogs, dialog) != 0) PopQuietly(dialog);
 }
 
-void CBlocking::OnOwnedForeignDialogEnded(HWND owner, bool isStillBlocked) {
-  if (!IsWindow(owner)) return;
-  if (isStillBlocked || FindDialogOver(owner))
-    EnableWindow(owner, FALSE);
-  else
-    EnableUsableInPlaceOf(owner);
-}
-
 void CBlocking::PopForeignDialogs() {
   while (!fForeignDialogs.empty()) PopForeignDialog(fForeignDialogs.front());
+}
+
+void CBlocking::AddOwnedForeignDialog(const IOwnedForeignDialog* dialog) {
+  fOwnedForeignDialogs.push_back(dialog);
+}
+
+void CBlocking::RemoveOwnedForeignDialog(const IOwnedForeignDialog* dialog) {
+  std::erase(fOwnedForeignDialogs, dialog);
+}
+
+void CBlocking::SettleOwner(HWND owner) noexcept {
+  if (!IsWindow(owner)) return;
+  const TError error = ErrorOf([&] {
+    if (IsBlockedByOwnedDialog(owner))
+      EnableWindow(owner, FALSE);
+    else
+      EnableUsableInPlaceOf(owner);
+  });
+  if (error == kOK) return;
+  KeepPendingError(error);
+  EnableWindow(owner, TRUE);
 }
 
 // --- What is blocked
@@ -100,8 +111,9 @@ bool CBlocking::MayMinimize(const CWinWindow& window, HWND hiderWindow) {
   return window.GetOwnerHwnd() && GetParent(window.GetHwnd()) != hiderWindow;
 }
 
-// A shown dialog that is owned by this window and blocks it; of several, the one that was active last, or
-// else the newest. Null if there is none.
+// A shown dialog that is owned by this window and blocks it, one of the library's before one of the system's;
+// of several, the one that was active last, or else the newest. Null if there is none. A window that somebody
+// else has put over this one and that blocks nothing, such as a dialog to search for texts, does not count.
 HWND CBlocking::FindDialogOver(HWND owner) const {
   const HWND lastActive = GetLastActivePopup(owner);
   HWND dialog = nullptr;
@@ -110,11 +122,22 @@ HWND CBlocking::FindDialogOver(HWND owner) const {
     dialog = window->GetHwnd();
     if (dialog == lastActive) break;
   }
-  if (dialog || IsWindowEnabled(owner)) return dialog;
-  // A dialog of the system's, for files, blocks its owner as well.
-  for (const HWND hWnd : fWindows->GetShownHwndsZ())
-    if (GetWindow(hWnd, GW_OWNER) == owner && GetClassLongW(hWnd, GCW_ATOM) == kDialogClassAtom) return hWnd;
-  return nullptr;
+  if (dialog) return dialog;
+  for (const IOwnedForeignDialog* const foreign : fOwnedForeignDialogs) {
+    const HWND frame = foreign->GetBlockedOwner() == owner ? foreign->GetFrameHwnd() : nullptr;
+    if (frame && IsWindowVisible(frame)) dialog = frame;
+    if (dialog && dialog == lastActive) break;
+  }
+  return dialog;
+}
+
+// Also by a foreign dialog that is not on the screen yet, or no longer.
+bool CBlocking::IsBlockedByOwnedDialog(HWND owner) const {
+  const auto blocks = [owner](const IOwnedForeignDialog* dialog) {
+    return dialog->GetBlockedOwner() == owner;
+  };
+  return std::any_of(fOwnedForeignDialogs.begin(), fOwnedForeignDialogs.end(), blocks) ||
+         FindDialogOver(owner) != nullptr;
 }
 
 // The window, the dialog that blocks it, the dialog that blocks that dialog, and so on.
@@ -125,7 +148,7 @@ std::vector<HWND> CBlocking::DialogChain(HWND hWnd) const {
     chain.push_back(dialog);
   }
   // A question of the system's over a dialog of its own: it has disabled that.
-  if (Contains(fForeignDialogs, chain.back())) {
+  if (!IsRegisteredHwnd(chain.back()) && !IsWindowEnabled(chain.back())) {
     const HWND question = GetLastActivePopup(chain.back());
     if (question != chain.back() && IsWindowVisible(question)) chain.push_back(question);
   }
@@ -266,13 +289,6 @@ void CBlocking::BringAppToFront(const std::vector<HWND>& nativeWindows, bool act
 
 // --- The stack
 
-// Enables the owner of a dialog that ends. While another dialog blocks the owner or the whole application,
-// the end of that dialog does it; an owner that is not the library's does not wait for a dialog of the
-// application.
-void CBlocking::EnableOwner(HWND owner) {
-  if (!FindDialogOver(owner)) EnableUsableInPlaceOf(owner);
-}
-
 // Disables the other windows, brings the dialog to the front and activates it.
 void CBlocking::Push(HWND hWnd) {
   // Sic: the text is output.
@@ -325,7 +341,7 @@ void CBlocking::DisableUnderFront() {
     if (!IsRegisteredHwnd(blocked)) continue;
     // The front dialog may own several dialogs side by side. They may have been blocked by a dialog that has
     // ended, so they are enabled.
-    if (!IsBlockedByApp(blocked) && !FindDialogOver(blocked)) {
+    if (!IsBlockedByApp(blocked) && !IsBlockedByOwnedDialog(blocked)) {
       EnableWindow(blocked, TRUE);
       continue;
     }

@@ -15,6 +15,17 @@ namespace NSMorvane {
 class CWindowRegistry;
 class CWinWindow;
 
+// A dialog of the system, on any thread, that blocks its owner only. The main thread asks it.
+class IOwnedForeignDialog {
+ public:
+  virtual HWND GetBlockedOwner() const = 0;
+  // Null before the dialog has a window, and when it has none any more.
+  virtual HWND GetFrameHwnd() const = 0;
+
+ protected:
+  ~IOwnedForeignDialog() = default;
+};
+
 // A modal dialog with an owner blocks that window. A modal dialog without an owner blocks the application and
 // is put on a stack. Only the front of the stack, or a dialog that it owns, can be used.
 //
@@ -31,19 +42,22 @@ class CBlocking : CNotCopied {
   // A window is about to be hidden. A modal dialog stops blocking, and the windows that it blocked can be
   // used again unless another dialog blocks them.
   void OnHiding(const CWinWindow& window);
-  // The same, called by the destructor for a window that has not been hidden. A failure to take it off the
-  // stack is delivered later.
-  void OnEnding(const CWinWindow& window);
+  // The same, called by the destructor for a window that has not been hidden. A failure is delivered later.
+  void OnEnding(const CWinWindow& window) noexcept;
 
   // A dialog of the system, on any thread, blocks the application until it is popped. A dialog can be pushed
   // once only.
   void PushForeignDialog(HWND dialog);
   void PopForeignDialog(HWND dialog);
-  // One that has blocked its owner only, which the system has enabled then, or not if something blocked the
-  // owner before. `isStillBlocked` if another dialog of the system's is open over the same owner.
-  void OnOwnedForeignDialogEnded(HWND owner, bool isStillBlocked);
   // Pops all foreign dialogs that are left.
   void PopForeignDialogs();
+  // One that blocks its owner only, from here on and until it is removed. It is not owned.
+  void AddOwnedForeignDialog(const IOwnedForeignDialog* dialog);
+  void RemoveOwnedForeignDialog(const IOwnedForeignDialog* dialog);
+  // A dialog that blocked this window only has ended: the window can be used again, unless another dialog
+  // blocks it. If that cannot be found out it can be used, and the failure is delivered later. The system may
+  // have enabled it before, whatever else blocks it. Null is allowed.
+  void SettleOwner(HWND owner) noexcept;
 
   // --- What is blocked
 
@@ -83,11 +97,11 @@ class CBlocking : CNotCopied {
   void Push(HWND hWnd);
   void Pop(HWND hWnd);
   void PopQuietly(HWND hWnd) noexcept;
-  void EnableOwner(HWND owner);
   void DisableUnderFront();
   void EnableUsableInPlaceOf(HWND hWnd);
 
   HWND FindDialogOver(HWND owner) const;
+  bool IsBlockedByOwnedDialog(HWND owner) const;
   std::vector<HWND> DialogChain(HWND hWnd) const;
   bool IsBlockedByApp(HWND hWnd) const;
   HWND FindUsable(HWND hWnd) const;
@@ -103,6 +117,7 @@ class CBlocking : CNotCopied {
   const boost::shared_ptr<const CWindowRegistry> fWindows;
   std::vector<HWND> fStack;           // the newest first
   std::vector<HWND> fForeignDialogs;  // those of the stack that are not windows of the library's
+  std::vector<const IOwnedForeignDialog*> fOwnedForeignDialogs;
 };
 
 }  // namespace NSMorvane
