@@ -25,9 +25,10 @@ enum : std::size_t { kAlertTextChars = 1023 };
 // words where possible. U+2029, U+000D and the pair U+000D U+000A end a line. Text that is too high for the
 // screen is cut off at its end.
 //
-// Labels of buttons may contain a mnemonic, marked with `_`. fButton1 must not be empty. fButton2 may be
-// empty only if fButton3 is empty too. An empty label, and one that the layout has no place for, makes no
-// button. The default button should have a label.
+// Labels of buttons may contain a mnemonic as texts of menus do: `_` marks it, `__` is an underscore. An
+// underscore in the message or the details, and an ampersand anywhere, is shown as it is. fButton1 must not
+// be empty. fButton2 may be empty only if fButton3 is empty too. An empty label, and one that the layout has
+// no place for, makes no button. The default button should have a label.
 struct TAlertSpec {
   TAlertButtonLayout fButtonLayout;
   TAlertKind fKind;

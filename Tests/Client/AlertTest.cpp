@@ -188,6 +188,18 @@ TEST_IN_RUN(AlertTest, WindowsAround) {
   const HWND left = ShowAlert(Spec(kAlertOneButton), gone.fOwner);
   EXPECT_FALSE(IsWindow(gone.fHwnd));
   EXPECT_EQ(answerBy(left, VK_RETURN), "answer:1");
+  // A dialog that somebody else has put over the document and that blocks nothing, to search for texts say:
+  // the document can be used again, whatever the alert has blocked.
+  const HWND search = CreateWindowExW(0, L"#32770", L"Search", WS_POPUP | WS_CAPTION, 9, 9, 90, 90, Hwnd(),
+                                      nullptr, nullptr, nullptr);
+  ShowWindow(search, SW_SHOWNA);
+  for (IModalOwner* const owner : {fRecord.fOwner, static_cast<IModalOwner*>(nullptr)}) {
+    const HWND alert = ShowAlert(Spec(kAlertOneButton), owner);
+    EXPECT_FALSE(IsWindowEnabled(Hwnd()));
+    EXPECT_EQ(answerBy(alert, VK_RETURN), "answer:1");
+    EXPECT_TRUE(IsWindowEnabled(Hwnd()) && IsWindowEnabled(search));
+  }
+  DestroyWindow(search);
   // Nobody need listen.
   EXPECT_EQ(fMorvane->IMorvane_CreateAlertBox(nullptr, 0, Spec(kAlertOneButton), nullptr), kOK);
   answerBy(GetActiveWindow(), VK_ESCAPE);

@@ -5,6 +5,7 @@
 #include "Component/Win/Dialogs/DialogMemory.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Services/WinRegistry.h"
+#include "Tests/Support/HandleCounts.h"
 #include "Tests/Support/UnitTest.h"
 
 using namespace NSMorvaneTest;
@@ -110,5 +111,34 @@ TEST_F(DialogMemoryTest, IsReadAndWrittenAndMayBeBroken) {
     WriteDialogMemory(strings, *place, 4000000000u, memory);
     EXPECT_EQ(ReadDialogMemory(strings, *place, 4000000000u).fRect, memory.fRect);
   }
+  EXPECT_EQ(RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\MorvaneMemoryTest"), ERROR_SUCCESS);
+}
+
+// Most applications ask for what is not there; then come those that read it, some that write it, and some
+// that find it broken.
+TEST_F(DialogMemoryTest, TenThousandUsesLeaveNoHandle) {
+  TStartupStrings strings, others;
+  strings.fCompanyName = u"MorvaneMemoryTest";
+  strings.fProductName = others.fCompanyName = others.fProductName = u"None";
+  TRegPath path = GetPreferencesPath(strings);
+  path.insert(path.end(), {u"Open Dialog2", u"Position"});
+  const TDialogMemory memory = {u"C:\\f\\", {1, 2, 3, 4}, u".wav"};
+  WriteDialogMemory(strings, kOpenDialogMemory, 1, memory);
+  WriteDialogMemory(strings, kOpenDialogMemory, 2, memory);
+  OpenKeyPath(path, true).SetString(u"Left", u"broken");
+  const std::int64_t kernel = KernelHandles(), gdi = GdiHandles(), user = UserHandles();
+  for (int i = 0; i < 10000; ++i) {
+    if (i % 100 == 0)
+      WriteDialogMemory(strings, kOpenDialogMemory, 1, memory);
+    else if (i % 100 == 1)
+      EXPECT_EQ(ReadDialogMemory(strings, kOpenDialogMemory, 2).fFolder, u"");
+    else if (i % 100 < 8)
+      EXPECT_EQ(ReadDialogMemory(strings, kOpenDialogMemory, 1).fFolder, memory.fFolder);
+    else
+      EXPECT_EQ(ReadDialogMemory(others, kOpenDialogMemory, 1).fFolder, u"");
+  }
+  EXPECT_LE(KernelHandles(), kernel);
+  EXPECT_LE(GdiHandles(), gdi);
+  EXPECT_LE(UserHandles(), user + 100);
   EXPECT_EQ(RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\MorvaneMemoryTest"), ERROR_SUCCESS);
 }

@@ -10,14 +10,14 @@
 #include "Component/Portable/Base/PendingErrors.h"
 #include "Component/Win/Platform/PrivateMessages.h"
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Tests/Support/FailingAllocations.h"
 #include "Tests/Support/PatchedImport.h"
 #include "Tests/Support/Pictures.h"
 #include "Tests/Support/UnitTest.h"
 
 using namespace NSMorvaneTest;
 
-// How many allocations succeed before one fails; none does while it is negative.
-static int gAllocationsLeft = -1;
+int gAllocationsLeft = -1;
 
 void* operator new(std::size_t size) {
   void* const block =

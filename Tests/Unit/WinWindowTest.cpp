@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 
+#include "Component/Portable/Base/PendingErrors.h"
 #include "Component/Win/Application/MorvaneImplWin.h"
 #include "Component/Win/Dialogs/WinAlertBox.h"
 #include "Component/Win/Input/WinMouseShape.h"
@@ -16,6 +17,7 @@
 #include "Component/Win/Window/WindowRegistry.h"
 #include "Component/Win/WindowKinds/WinDocumentWindow.h"
 #include "Interface/MorvaneDefaults.h"
+#include "Tests/Support/FailingAllocations.h"
 #include "Tests/Support/FakeViewWindow.h"
 #include "Tests/Support/MenuItems.h"
 #include "Tests/Support/NativeTestWindow.h"
@@ -168,12 +170,19 @@ TEST_F(WinWindowTest, AlwaysOnTopIsInherited) {
   });
 }
 
-// As a last resort the destructor gives the owner back: here of a dialog that nobody has wired up.
+// As a last resort the destructor gives the owner back: here of a dialog that nobody has wired up. Rather
+// than throw, it does so without having looked who else blocks the owner.
 TEST_F(WinWindowTest, ALostDialogFreesItsOwner) {
   InRun([&] {
     const TTestWindowPtr owner = MakeShown();
     {
       CTestWindow lost(kWindowKindModalDialog, owner.get());
+      EnableWindow(owner->GetHwnd(), FALSE);
+      gAllocationsLeft = 0;
+      CMorvaneImpl::gMorvaneImpl->GetBlocking()->OnEnding(lost);
+      gAllocationsLeft = -1;
+      EXPECT_EQ(TakePendingError(), kOutOfMemoryError);
+      EXPECT_TRUE(IsWindowEnabled(owner->GetHwnd()));
       EnableWindow(owner->GetHwnd(), FALSE);
     }
     EXPECT_TRUE(IsWindowEnabled(owner->GetHwnd()));

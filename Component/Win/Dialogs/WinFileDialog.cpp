@@ -44,7 +44,9 @@ CFileDialogInfo::CFileDialogInfo(IWindowHost& host, const TFileDialogRequest& re
   const CWindowRegistry& windows = *host.GetWindowRegistry();
   const CWinWindow* const owner = fAppModal ? nullptr : windows.Find(fOwnerHwnd);
   fIsTopMost = owner ? owner->IsAlwaysOnTop() : fAppModal && windows.IsAnyAlwaysOnTop();
-  fCenter = GetPopupCenter(nullptr, fAppModal ? nullptr : fOwnerHwnd, windows.GetShownHwndsZ());
+  // The client, or what the restoring has called, can have ended the owner.
+  const bool isOverOwner = !fAppModal && IsWindow(fOwnerHwnd);
+  fCenter = GetPopupCenter(nullptr, isOverOwner ? fOwnerHwnd : nullptr, windows.GetShownHwndsZ());
   if (!fThreaded) return;
   fDialogOpenHandle.Reset(CreateEventW(nullptr, FALSE, FALSE, nullptr));
   if (!fDialogOpenHandle.Get()) MORVANE_THROW(XOutOfMemory());
