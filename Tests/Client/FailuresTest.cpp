@@ -134,7 +134,9 @@ class FailuresTest : public ClientWindowTest {
   }
   TError UseFileDialog() {
     struct Opener : IOpenDialogBehavior {
-      TError IOpenDialogBehavior_OnPerform(const char* const*, std::uint32_t) override { return kOK; }
+      TError IOpenDialogBehavior_OnPerform(const char* const*, std::uint32_t) override {
+        return IOpenDialogBehavior_OnCancel();
+      }
       TError IOpenDialogBehavior_OnCancel() override {
         fHasEnded = true;
         return kOK;
@@ -250,7 +252,8 @@ class FailuresTest : public ClientWindowTest {
   // without.
   std::set<std::string> fUntold;
   // It cannot do without these.
-  inline static const std::set<std::string> kTold = {"CreateCompatibleDC", "CreateDIBSection"};
+  inline static const std::set<std::string> kTold = {"CreateWindowExW", "CreateCompatibleDC",
+                                                     "CreateDIBSection", "BeginPaint", "CreateThread"};
 };
 
 TEST_IN_RUN(FailuresTest, Windows) {
@@ -272,11 +275,17 @@ TEST_IN_RUN(FailuresTest, NativeControls) {
   FailEachCall([this] { return UseControl(); });
 }
 
+// And what is remembered at their end. What the user does is made up.
 TEST_IN_RUN(FailuresTest, StartsOfFileDialogs) {
-  static BOOL (*const refuse)(OPENFILENAMEW*) = [](OPENFILENAMEW*) { return FALSE; };
+  static BOOL (*const answer)(OPENFILENAMEW*) = [](OPENFILENAMEW* record) -> BOOL {
+    std::wcscpy(record->lpstrFile, L"C:\\x.txt");
+    record->nFileOffset = 3;
+    return TRUE;
+  };
   Imports();
-  const PatchedImport open(L"Morvane.dll", "GetOpenFileNameW", refuse);
+  const PatchedImport open(L"Morvane.dll", "GetOpenFileNameW", answer);
   FailEachCall([this] { return UseFileDialog(); });
+  RegDeleteTreeW(HKEY_CURRENT_USER, (L"Software\\" + fCompany).c_str());
 }
 
 }  // namespace NSMorvaneTest

@@ -6,6 +6,7 @@
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Services/WinRegistry.h"
 #include "Tests/Support/HandleCounts.h"
+#include "Tests/Support/PatchedImport.h"
 #include "Tests/Support/UnitTest.h"
 
 using namespace NSMorvaneTest;
@@ -19,6 +20,8 @@ const CFileType kNone = {u"None", u""};
 const std::vector<CFileType> kTypes = {kSound, kText};
 
 class DialogMemoryTest : public ReportingTest {};
+
+LSTATUS WINAPI RefuseToSet(HKEY, LPCWSTR, DWORD, DWORD, const BYTE*, DWORD) { return ERROR_ACCESS_DENIED; }
 
 }  // namespace
 
@@ -110,6 +113,14 @@ TEST_F(DialogMemoryTest, IsReadAndWrittenAndMayBeBroken) {
     EXPECT_TRUE(fOutput.HasLine("The memory of a dialog cannot be read."));
     WriteDialogMemory(strings, *place, 4000000000u, memory);
     EXPECT_EQ(ReadDialogMemory(strings, *place, 4000000000u).fRect, memory.fRect);
+    // Without the right to write, what has been remembered stays.
+    fOutput.fLines.clear();
+    {
+      const PatchedImport patch(nullptr, "RegSetValueExW", RefuseToSet);
+      WriteDialogMemory(strings, *place, 4000000000u, TDialogMemory());
+    }
+    EXPECT_TRUE(fOutput.HasLine("The memory of a dialog cannot be written."));
+    EXPECT_EQ(ReadDialogMemory(strings, *place, 4000000000u).fFolder, memory.fFolder);
   }
   EXPECT_EQ(RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\MorvaneMemoryTest"), ERROR_SUCCESS);
 }
