@@ -22,7 +22,7 @@ class FileDialogCasesTest : public FileDialogFixture {
   // The chooser, which has no box for a name.
   HWND ShowChooser(IModalOwner* owner = nullptr) {
     EXPECT_EQ(CreateChooser(0, owner), kOK);
-    EXPECT_EQ(DialogBoxes().size(), 1u) << "the call returns when it is on the screen";
+    EXPECT_TRUE(YieldUntil([] { return DialogBoxes().size() == 1; }));
     return DialogBoxes().empty() ? nullptr : DialogBoxes().front();
   }
   void AwaitEndOfDialogs() {
@@ -263,7 +263,7 @@ TEST_IN_RUN(FileDialogCasesTest, OwnersThatFailOrEnd) {
   Press(dialog, IDOK);
   EXPECT_TRUE(YieldUntil([=] { return MessageBoxOver(dialog) != nullptr; }));
   const HWND question = MessageBoxOver(dialog);
-  BringToFront(other);
+  SetForegroundWindow(other.fHwnd);
   EXPECT_TRUE(AwaitForeground(other.fHwnd));
   EXPECT_EQ(fRecord.fFocusNow(), kOK);
   EXPECT_TRUE(AwaitForeground(question));
