@@ -232,6 +232,22 @@ TEST_IN_RUN(FileDialogCasesTest, OpensWhereItCanBeSeen) {
   EXPECT_EQ(fOutput.TakeAssertions(), "");
 }
 
+// One that blocks the application is above all that stays on top, one with an owner above that.
+TEST_IN_RUN(FileDialogCasesTest, IsNotCoveredByWhatStaysOnTop) {
+  Open();
+  const WindowRecord& onTop = MakeNamed("doc1");
+  SendMessageW(onTop.fHwnd, WM_COMMAND, 60001, 0);  // the item of its menu
+  const auto isTopMost = [](HWND hwnd) { return (GetWindowLongW(hwnd, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0; };
+  EXPECT_TRUE(isTopMost(onTop.fHwnd));
+  for (const auto& [owner, isWanted] :
+       Rows<IModalOwner*, bool>{{nullptr, true}, {onTop.fOwner, true}, {fRecord.fOwner, false}}) {
+    const HWND dialog = ShowOpen(owner);
+    EXPECT_EQ(isTopMost(dialog), isWanted);
+    Press(dialog, IDCANCEL);
+    EXPECT_EQ(ResultOf(fOpener), "cancel");
+  }
+}
+
 // --- Owners
 
 TEST_IN_RUN(FileDialogCasesTest, OwnersThatFailOrEnd) {
