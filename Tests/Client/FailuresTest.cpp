@@ -251,9 +251,13 @@ class FailuresTest : public ClientWindowTest {
   // Those that have failed without the client's being told, which is right for what the library can do
   // without.
   std::set<std::string> fUntold;
-  // It cannot do without these.
-  inline static const std::set<std::string> kTold = {"CreateWindowExW", "CreateCompatibleDC",
-                                                     "CreateDIBSection", "BeginPaint", "CreateThread"};
+  // It cannot do without these, in any scenario.
+  inline static const std::set<std::string> kTold = {
+      "CreateWindowExW",   "RegisterClassExW", "SetTimer",         "BeginPaint",
+      "CreateMenu",        "CreatePopupMenu",  "AppendMenuW",      "SetMenu",
+      "CreateThread",      "CreateEventW",     "GlobalAlloc",      "GlobalLock",
+      "EmptyClipboard",    "SetClipboardData", "GetClipboardData", "RegisterClipboardFormatW",
+      "CreateIconIndirect"};
 };
 
 TEST_IN_RUN(FailuresTest, Windows) {

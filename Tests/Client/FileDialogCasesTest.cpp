@@ -174,6 +174,9 @@ TEST_IN_RUN(FileDialogCasesTest, ItsThreadAsksTheApplication) {
   fRun.fHooks["AppActivation:0"] = [&] { told += "0"; };
   fRun.fHooks["AppActivation:1"] = [&] { told += "1"; };
   const DWORD stranger = GetWindowThreadProcessId(GetDesktopWindow(), nullptr);
+  SendMessageW(dialog, WM_ACTIVATEAPP, TRUE, static_cast<LPARAM>(stranger));
+  Turn();
+  told.clear();
   for (const auto& [flag, thread] :
        {std::pair(FALSE, GetCurrentThreadId()), std::pair(FALSE, stranger), std::pair(TRUE, stranger)})
     SendMessageW(dialog, WM_ACTIVATEAPP, static_cast<WPARAM>(flag), static_cast<LPARAM>(thread));
