@@ -1,8 +1,8 @@
 // Alerts, questions and file dialogs whose answer comes through a callback.
 //
-//   ThrowIfFailed(ShowOpenDialog(morvane, {.fOwner = owner, .fTypes = kTypes},
-//                                fCallbacks.Bind([this](const std::u16string& path) { return Open(path);
-//                                })));
+//   ThrowIfFailed(ShowOpenDialog(
+//       morvane, {.fOwner = owner, .fTypes = kTypes},
+//       fCallbacks.Bind([this](const std::u16string& path) { return Open(path); })));
 //
 // Over an owner, a function returns at once, and the answer comes later. Without one, the dialog blocks the
 // application, and the function returns when the answer has been given. Callbacks come on the main thread.
