@@ -25,10 +25,10 @@ enum : std::size_t { kStartupNameChars = 255 };
 struct TStartupParams {
   TChar fCompanyName[kStartupNameChars + 1];
   // Together with the company name, it tells a second launch of the application from a launch of another
-  // program.
+  // program: the two texts, one right behind the other.
   TChar fProductName[kStartupNameChars + 1];
   TChar fDisplayName[kStartupNameChars + 1];  // what the user reads
-  TFlag fStartupFlag;                         // stored, without effect
+  TFlag fStartupFlag;                         // without effect
   std::uint32_t fReserved;
   // How long the application stays alive without windows after quitting, in milliseconds; 0 for not at all.
   std::uint32_t fLingerMS;
@@ -62,8 +62,8 @@ class IMorvaneRunBehavior {
   virtual TError IMorvaneRunBehavior_OnNoDocument(TNoDocumentKind kind) = 0;
   // One file to open, as a "file://" URL: from the command line, a second launch, or dropped on a document
   // window. If opening all files has produced no document window, the quit event follows. A second launch
-  // passes full paths, unless they are too long for that. A path with blanks of a file that does not exist is
-  // in quotes.
+  // passes full paths, unless they are too long for that. A path that has quotes on the command line comes
+  // with them, and the last one of several perhaps without its second quote: PathOfURL takes them off.
   virtual TError IMorvaneRunBehavior_OnOpenURL(const char* url) = 0;
   // Fill the menu bar of one document window.
   virtual TError IMorvaneRunBehavior_OnSetupMenuBar(IMenuBarState& state) = 0;
@@ -159,7 +159,9 @@ class IMorvane {
 
   // --- Texts and time
   // The text for a key "TYPE/BANK/ID" in the executable's resources, as in "SSTR/1000/1".
-  // The result is what the receiver returns.
+  // The result is what the receiver returns. kBadInputProgrammingError for a malformed key and for an id that
+  // the bank has not, kOtherError if there is no such bank or it is not UTF-8, kBadFormatError for a bank
+  // that cannot be read.
   virtual TError IMorvane_GetResourceString(const char* key, ITextReceiver& out) = 0;
   // Milliseconds since the system started. The upper half is 0 on this platform.
   virtual TError IMorvane_GetCurrentMS(std::uint64_t& out) = 0;
@@ -221,9 +223,9 @@ class IMorvane {
   virtual IMouseShape* IMorvane_CreateBuiltInMouseShape(TBuiltInMouseShape mouseShape, TError& outError) = 0;
 
   // --- The loop from inside
-  // Handles all waiting messages and returns. A view that invalidates itself each
-  // time that it is drawn, such as an animation, keeps this operation busy for no more than a few paints of
-  // its window.
+  // Handles all waiting messages and returns. A view that invalidates itself each time that it is drawn, such
+  // as an animation, keeps this operation busy for no more than a few paints of its window, and so do timers
+  // that are always due.
   virtual TError IMorvane_Yield() = 0;
   // Makes IMorvaneRunBehavior_OnIdle due at once, whatever delay it has asked for. Safe from any thread while
   // IMorvane_Run runs.
@@ -267,7 +269,7 @@ class IMorvane {
                                                 TFlag& outSelectionMadeFlag) = 0;
 
   // --- Windows. A window is shown when the call that makes it returns. The lists hold visible windows, front
-  // window first.
+  // window first. kIllegalCallSequenceProgrammingError for a window outside IMorvane_Run.
   //
   // If `windowsMenuFlag` is 1, the window menu lists the window by its title. The library owns the interface
   // that is returned: end the window with its _Release. If the window is ended while it is being made, it is
@@ -389,8 +391,9 @@ void* Morvane_New(std::size_t size);
 void Morvane_Delete(void* block);
 
 // Makes the root object. `interfaceName` must be "IMorvane"; the caller deletes the object. On failure the
-// result is null, and `*outError` is kBadInputProgrammingError for another name, or
-// kUnsupportedOSVersionError for a system that is too old.
+// result is null, and `*outError` is kBadInputProgrammingError for another name, kUnsupportedOSVersionError
+// for a system that is too old, kOtherError while there is a root object already or if the system tells
+// nothing of its monitors, or kOutOfMemoryError.
 NSMorvane::IMorvane* Morvane_Create(const char* interfaceName, NSMorvane::TError* outError);
 
 }  // extern "C"

@@ -82,8 +82,8 @@ class IRectsGetter {
 };
 
 // A view. Made with IMorvane_CreateView, ended with IView_Release; all views must be released before their
-// window is. A view with subviews can be released: it is neither drawn nor hit any more, and ends with its
-// last subview.
+// window is, but not the root view, which belongs to its window. A view with subviews can be released: it is
+// neither drawn nor hit any more, and ends with its last subview.
 //
 // No flag hides a view. To hide it, give it an empty rectangle, and clear kViewEnabled so that the focus
 // leaves it: then neither the view nor its subviews are drawn or hit.
@@ -169,7 +169,9 @@ class IViewBehavior {
 // Implemented by the client: makes the behaviour of a view that is being created.
 class IViewBehaviorFactory {
  public:
-  // `view` is the new view; the behaviour may keep the reference. The library owns what is returned.
+  // `view` is the new view; the behaviour may keep the reference. The library owns what is returned. Until
+  // this call returns, the view can have no subviews, no focus and no place in the tab order
+  // (kBadInputProgrammingError), and releasing it has no effect.
   virtual IViewBehavior* IViewBehaviorFactory_CreateBehavior(IView& view, TError& outError) = 0;
 
  protected:

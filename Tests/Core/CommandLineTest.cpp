@@ -68,7 +68,8 @@ TEST_F(CommandLine, OptionsAndFiles) {
       {u"app.exe C:\\a b.tx", "|C:\\a, b.tx"},
       {u"app.exe DIR~1   x new.txt", "|C:\\Directory\\, X:\\x, new.txt"},
       {u"app.exe x ", "|X:\\x"},
-      {u"app.exe x  ", "|X:\\x, "},             // the last of the blanks stands for a file without a name
+      {u"app.exe x   ", "|X:\\x"},
+      {u"\"app.exe\"   ", "|"},
       {u"app.exe \"x\"", "|\"x\""},             // the quotes stay, and nothing of that name exists
       {u"app.exe \"x\" \"y\"", "|\"x\", \"y"},  // one quote at the end is taken off
       {u"app.exe \"x\"\"y\"", "|\"x\", y"},

@@ -25,6 +25,11 @@ BOOL WINAPI KeepAllowed(DWORD process) {
   return TRUE;
 }
 
+HANDLE WINAPI FindsNoMapping(DWORD, BOOL, LPCWSTR) {
+  ::SetLastError(ERROR_FILE_NOT_FOUND);
+  return nullptr;
+}
+
 class SingleInstance : public ReportingTest {
  protected:
   SingleInstance() {
@@ -86,10 +91,16 @@ TEST_F(SingleInstance, AFirstProcessThatGoesOrComesMeanwhile) {
   SendCommandLineToFirstInstance(fName, u"x");
   EXPECT_EQ(gWaits, 3);
   EXPECT_EQ(u"x", TakeSentCommandLine());
-}
 
-TEST_F(SingleInstance, ATooSmallMappingOfAStrangerIsNotTouched) {
-  CFileMapping stranger(fName, 100);
-  EXPECT_FALSE(TryBecomeFirstInstance(fName));
-  EXPECT_THROW(SendCommandLineToFirstInstance(fName, u"x"), std::exception);
-}
+  // Two processes begin at the same moment: neither finds the other, and one of them is the first.
+  TEST_F(SingleInstance, TheFasterOfTwoIsTheFirst) {
+    const CFileMapping faster(fName, 4096 * 4);
+    const PatchedImport patch(nullptr, "OpenFileMappingW", FindsNoMapping);
+    EXPECT_FALSE(TryBecomeFirstInstance(fName));
+  }
+
+  TEST_F(SingleInstance, ATooSmallMappingOfAStrangerIsNotTouched) {
+    CFileMapping stranger(fName, 100);
+    EXPECT_FALSE(TryBecomeFirstInstance(fName));
+    EXPECT_THROW(SendCommandLineToFirstInstance(fName, u"x"), std::exception);
+  }

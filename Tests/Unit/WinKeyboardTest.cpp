@@ -3,6 +3,7 @@
 #include "Component/Win/Input/WinKeyboard.h"
 
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Tests/Support/PatchedImport.h"
 #include "Tests/Support/RecordingMorvane.h"
 
 using namespace NSMorvaneTest;
@@ -35,6 +36,9 @@ int WINAPI ToUnicodeOfTest(UINT key, UINT, const BYTE* state, LPWSTR out, int si
   if (key == kLongKey) return give(L"01234567890123456");
   return 0;
 }
+
+int WINAPI SwappedButtons(int metric) { return metric == SM_SWAPBUTTON; }
+SHORT WINAPI RightButtonIsDown(int key) { return key == VK_RBUTTON ? SHORT{-0x8000} : SHORT{0}; }
 
 class WinKeyboardTest : public ReportingTest {
  protected:
@@ -147,6 +151,13 @@ TEST_F(WinKeyboardTest, ModifierKeys) {
   for (UINT key = 0; key < 300; ++key)
     if (IsModifierVirtualKey(key)) keys.push_back(key);
   EXPECT_EQ(keys, (std::vector<UINT>{16, 17, 18, 160, 161, 162, 163, 164, 165}));
+}
+
+// The user has swapped the buttons, and presses the one at the right.
+TEST_F(WinKeyboardTest, SwappedButtons) {
+  const PatchedImport metrics(nullptr, "GetSystemMetrics", SwappedButtons);
+  const PatchedImport keys(nullptr, "GetAsyncKeyState", RightButtonIsDown);
+  EXPECT_EQ(GetAsyncMouseButtons(), 1u);
 }
 
 TEST_F(WinKeyboardTest, WhatIsHeldDown) {

@@ -57,7 +57,7 @@ TEST_F(WinMenuTest, WhatStandsInABar) {
   strings.fCloseItem = u"close";
   strings.fWindowMenuTitle = u"Windows";
   strings.fLastMenuTitle = u"Last";
-  strings.fDisplayName = u"help";
+  strings.fDisplayName = u"he_lp";
   const std::vector<TWindowMenuItem> windows = {{u"on top", kStayOnTopCommand, MF_CHECKED},
                                                 {u"a window", kFirstWindowListCommand, MF_UNCHECKED}};
   const std::string begin = "First:|  quit C351|Second:|";
@@ -80,12 +80,12 @@ TEST_F(WinMenuTest, WhatStandsInABar) {
        {kMenuWindow},
        begin + "  close A000|" + windowMenu + "  item A001|  --|  a window E000"},
       {"a help menu of the client's", {0, 0, 1, 1, 0}, {kMenuHelp}, begin + "  close A000|Last:|  item A001"},
-      {"the help item alone", {1, 1, 1, 1, 0}, {}, begin + "  close A000|Last:|  help A001"},
-      {"both", {1, 0, 1, 1, 0}, {kMenuHelp}, begin + "  close A000|Last:|  item A001|  --|  help A002 grey"},
+      {"the help item alone", {1, 1, 1, 1, 0}, {}, begin + "  close A000|Last:|  he_lp A001"},
+      {"both", {1, 0, 1, 1, 0}, {kMenuHelp}, begin + "  close A000|Last:|  item A001|  --|  he_lp A002 grey"},
       {"the debug menu",
        {1, 1, 1, 1, 0},
        {},
-       begin + "  close A000|Last:|  help A001|&Debug:|  Draw &Invalidiation Blue 9000 checked|"
+       begin + "  close A000|Last:|  he_lp A001|&Debug:|  Draw &Invalidiation Blue 9000 checked|"
                "  Draw &Paints Red 9001|  Draw View &Bounds 9004 checked|  Draw &Mouse View Info 9003|"
                "  &Flush Views 9005 checked|  &Delay After Flushing 9006|  Open Window List 9007",
        {1, 1, 0, 1, 0, 1, 0}},
@@ -125,13 +125,13 @@ TEST_F(WinMenuTest, ItemsOfALevel) {
       {Item(u"", kEnabled),  // no separator at the beginning
        Item(u"Bold", kEnabled | kMenuItemChecked, u"", u"\xE005", kModifierShift | kModifierControl),
        Item(u"", 0), Item(u"", 0), Item(u"Alone", kGrey, u"One"), Item(u"Deep", kGrey, u"_Two"),
-       Item(u"", kEnabled, u"_Two"), Item(u"Other", kEnabled, u"_Two", u"x", kModifierOther), Item(u"", 0),
+       Item(u"", kEnabled, u"_Two"), Item(u"Other_", kEnabled, u"_Two", u"x", kModifierOther), Item(u"", 0),
        Item(u"Again", kEnabled, u"_Two"), Item(u"", 0, u"Only a separator"),
        Item(u"", 0)});  // no separator at the end
   menu.MarkSeparator();
   EXPECT_EQ(LinesOfMenu(bar.GetHandle()),
             SplitLines("&First:|  Bold\tCtrl+Shift+F5 A001 checked|  --|  One: grey|    Alone A004 grey|"
-                       "  &Two:|    Deep A005 grey|    --|    Other\t A007|  --|  &Two:|    Again A009|"
+                       "  &Two:|    Deep A005 grey|    --|    Other_\t A007|  --|  &Two:|    Again A009|"
                        "  Only a separator: grey"));
 }
 

@@ -6,8 +6,7 @@
 
 namespace NSMorvane {
 
-// Due times in milliseconds of GetTickCount, which is widened to 64 bits; its wrap is not handled. Not
-// thread-safe.
+// Due times in milliseconds of a clock that never goes back. Not thread-safe.
 class CIdleSchedule {
  public:
   // An empty list gets a due time this far ahead.

@@ -66,6 +66,7 @@ std::vector<TString> CutFileArguments(TString s, const IFileSystemProbe& probe) 
   std::vector<TString> result;
   while (!s.empty()) {
     s.erase(0, s.find_first_not_of(kBlank));
+    if (s.empty()) break;
     const TString token = NextFileArgument(s, probe);
     s.erase(0, token.size());
     if (!s.empty() && s.front() == kQuote) s.erase(0, 1);

@@ -39,7 +39,7 @@ NSTextPackage::TString WithFullPaths(const NSTextPackage::TString& commandLine, 
                                      std::size_t maxLength);
 
 // The paths in a text, separated by blanks: each in its normal spelling if it exists, and as it is written if
-// it does not. A path in quotes keeps them.
+// it does not. A path in quotes keeps them, but for the second quote of the last of several.
 std::vector<NSTextPackage::TString> SplitFileArguments(const NSTextPackage::TString& text,
                                                        const IFileSystemProbe& probe);
 

@@ -16,7 +16,7 @@ constexpr std::int64_t kMinimumIdleDelayMS = 1;
 constexpr std::int64_t kMaximumIdleDelayMS = 0x7FFFFFFF;
 
 // Milliseconds since the system started. The count wraps around after 49 days.
-std::int64_t NowMS() { return ::GetTickCount(); }
+std::int64_t NowMS() { return static_cast<std::int64_t>(::GetTickCount64()); }
 
 }  // namespace
 

@@ -9,7 +9,7 @@ namespace {
 constexpr std::int64_t kFirstWakeUpMS = 1;
 constexpr DWORD kStopPollMS = 10;
 
-std::int64_t TickCount() { return GetTickCount(); }
+std::int64_t TickCount() { return static_cast<std::int64_t>(GetTickCount64()); }
 
 }  // namespace
 

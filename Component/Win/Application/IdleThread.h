@@ -34,7 +34,7 @@ class CIdleThread : CNotCopied {
   explicit CIdleThread(IIdleThreadOwner* owner);
   ~CIdleThread();
 
-  // Adds a due time, in milliseconds of GetTickCount, and wakes the thread. A time in the past is due at
+  // Adds a due time, in milliseconds of GetTickCount64, and wakes the thread. A time in the past is due at
   // once.
   void Schedule(std::int64_t time);
   // Sets the client's next call to `delay` milliseconds from now, in place of the one set before.

@@ -156,11 +156,13 @@ TString CMorvaneImpl::CMorvaneGlue_GetResourceString(const std::string& key) {
 // since a window that invalidates itself in each paint would keep it going for ever. All windows then get one
 // more turn.
 void CMorvaneImpl::CMorvaneGlue_Yield() {
-  std::vector<HWND> painted;
+  // Paints and timers come last, and can come for ever: a second one for the same window ends it.
+  std::vector<std::pair<UINT, HWND>> seen;
   for (MSG msg = {}; PumpOneMessage(msg);) {
-    if (msg.message != WM_PAINT) continue;
-    if (std::find(painted.begin(), painted.end(), msg.hwnd) != painted.end()) return PumpPaintMessages();
-    painted.push_back(msg.hwnd);
+    if (msg.message != WM_PAINT && msg.message != WM_TIMER) continue;
+    const std::pair<UINT, HWND> source(msg.message, msg.hwnd);
+    if (std::find(seen.begin(), seen.end(), source) != seen.end()) return PumpPaintMessages();
+    seen.push_back(source);
   }
 }
 

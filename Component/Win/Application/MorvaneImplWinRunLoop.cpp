@@ -2,6 +2,7 @@
 //
 // The order of the steps is part of the behaviour. Nothing here holds an iterator across a callback: a
 // callback may run a loop of its own and come back here.
+#include <algorithm>
 #include <utility>
 
 #include "Component/Portable/Base/PendingErrors.h"
@@ -22,6 +23,12 @@ namespace NSMorvane {
 
 using NSTextPackage::ArrayToString;
 
+namespace {
+
+constexpr DWORD kFileDialogPollMS = 50;
+
+}  // namespace
+
 // --- The run
 
 void CMorvaneImpl::CMorvaneGlue_Run(IMorvaneRunBehavior* behavior, const TStartupParams& params) {
@@ -34,7 +41,8 @@ void CMorvaneImpl::CMorvaneGlue_Run(IMorvaneRunBehavior* behavior, const TStartu
   fStartupStrings.fDisplayName = ArrayToString(params.fDisplayName);
   fQuitting.SetLingerDuration(params.fLingerMS);
 
-  const TString instanceName = fStartupStrings.fCompanyName + fStartupStrings.fProductName;
+  TString instanceName = fStartupStrings.fCompanyName + fStartupStrings.fProductName;
+  std::replace(instanceName.begin(), instanceName.end(), u'\\', u'/');  // the system allows none there
   if (!TryBecomeFirstInstance(instanceName)) {
     // The first instance would look for relative paths in its own current folder.
     const TString commandLine =
@@ -159,9 +167,12 @@ bool CMorvaneImpl::TakeMessage(MSG& outMsg, bool mayWait) {
     // In quit mode without a window the application leaves in the next turn, unless it lingers until a timer
     // fires.
     // What was sent has been handled inside the look for a message, and can have failed.
-    const bool isDue = fIdleCalls.IsDue() || fQuitting.IsTurnDue() || IsErrorPending();
+    // The quit event waits for a file dialog, whose end may come without a message.
+    const bool isFileDialogOpen = !fQuitting.IsInQuitMode() && fFileDialogs.IsAnyOpen();
+    const bool isDue = fIdleCalls.IsDue() || (fQuitting.IsTurnDue() && !isFileDialogOpen) || IsErrorPending();
     if (!mayWait || (!hasWindow && isDue)) return false;
-    ::MsgWaitForMultipleObjectsEx(0, nullptr, INFINITE, QS_ALLINPUT, 0);
+    ::MsgWaitForMultipleObjectsEx(0, nullptr, isFileDialogOpen ? kFileDialogPollMS : INFINITE, QS_ALLINPUT,
+                                  0);
     mayWait = hasWindow;
   }
   return true;
@@ -194,11 +205,14 @@ void CMorvaneImpl::RunModalLoop(HWND hwnd) {
 void CMorvaneImpl::HandleMessage(const MSG& msg) {
   const TError error = ErrorOf([&] {
     MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
-    if (msg.message == kMsgSecondInstance) OnSecondInstanceMessage();
+    // A client's windows may use these numbers for something else.
+    const bool isOwn = !msg.hwnd || msg.hwnd == fMessageTarget.GetHwnd();
+    if (msg.message == kMsgSecondInstance && isOwn) OnSecondInstanceMessage();
     // TakeMessage looks for a command line only when the queue is empty. Views that invalidate themselves in
     // each paint never let it become empty.
     if (msg.message == WM_PAINT) NoticeCommandLine();
-    if (msg.message == kMsgAppActivation) OnAppActivation(msg.wParam != 0, static_cast<DWORD>(msg.lParam));
+    if (msg.message == kMsgAppActivation && !msg.hwnd)
+      OnAppActivation(msg.wParam != 0, static_cast<DWORD>(msg.lParam));
     if (msg.message == WM_TIMER) fQuitting.OnTimer(msg.wParam);
     // All of these are dispatched as well.
     if (!PreTranslate(msg)) {

@@ -138,7 +138,16 @@ class CKeyState {
   BYTE fKeys[256];
 };
 
-bool IsDownNow(int virtualKey) { return ::GetAsyncKeyState(virtualKey) < 0; }
+// The system tells of the buttons as they are built, and everywhere else as the user has them.
+bool IsDownNow(int virtualKey) {
+  if (::GetSystemMetrics(SM_SWAPBUTTON)) {
+    if (virtualKey == VK_LBUTTON)
+      virtualKey = VK_RBUTTON;
+    else if (virtualKey == VK_RBUTTON)
+      virtualKey = VK_LBUTTON;
+  }
+  return ::GetAsyncKeyState(virtualKey) < 0;
+}
 
 }  // namespace
 

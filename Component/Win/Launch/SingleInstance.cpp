@@ -41,11 +41,12 @@ std::atomic_ref<std::uint32_t> PendingFlag(TSingleInstanceRecord& record) {
 CFileMapping::CFileMapping(const TString& name, std::uint32_t size)
     : fName(name),
       fHandle(::CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE | SEC_COMMIT, 0, size,
-                                   WinText(fName))) {
+                                   WinText(fName))),
+      fWasThere(::GetLastError() == ERROR_ALREADY_EXISTS) {
   if (!fHandle) MORVANE_CHECK_LAST_ERROR();
 }
 
-CFileMapping::CFileMapping(const TString& name) : fName(name), fHandle(nullptr) {
+CFileMapping::CFileMapping(const TString& name) : fName(name), fHandle(nullptr), fWasThere(true) {
   for (int i = 0; i < kMaxTries && !fHandle; ++i) {
     fHandle = ::OpenFileMappingW(FILE_MAP_ALL_ACCESS, FALSE, WinText(fName));
     if (!fHandle) {
@@ -88,6 +89,7 @@ bool TryBecomeFirstInstance(const TString& name) {
   }
   // Declared before the view, which has to end first if something fails.
   auto mapping = std::make_unique<CFileMapping>(name, sizeof(TSingleInstanceRecord));
+  if (mapping->WasThere()) return false;  // another process was faster
   auto view = std::make_unique<CFileMappingView>(*mapping);
   TSingleInstanceRecord& record = RecordIn(*view);
   PendingFlag(record).store(0);

@@ -29,10 +29,13 @@ class CFileMapping : CNotCopied {
   ~CFileMapping();
 
   HANDLE GetHandle() const { return fHandle; }
+  // Whether it was there before this object.
+  bool WasThere() const { return fWasThere; }
 
  private:
   NSTextPackage::TString fName;
   HANDLE fHandle;
+  bool fWasThere;
 };
 
 // The memory of a mapping at an address of this process.

@@ -54,8 +54,8 @@ void ComposeMenuBar(CMenuBuilder& bar, const CMenuBarState& state,
     lastMenu.AddMenuItems(morvane, state.GetList(kMenuHelp));
     if (state.ShowHelpItem()) {
       lastMenu.MarkSeparator();
-      lastMenu.AddMenuItem(morvane,
-                           MakeMenuItem(strings.fDisplayName, state.HelpItemEnabled(), kHelpItemCommand));
+      lastMenu.AddMenuItem(morvane, MakeMenuItem(EscapeMnemonics(strings.fDisplayName),
+                                                 state.HelpItemEnabled(), kHelpItemCommand));
     }
   }
   if (debugSettings.fDebugMenu) AddDebugMenu(bar, state.GetList(kMenuDebug), debugSettings, morvane);

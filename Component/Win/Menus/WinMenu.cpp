@@ -22,6 +22,12 @@ TChar LowerCase(TChar character) {
 
 // --- Texts
 
+TString EscapeMnemonics(const TString& name) {
+  TMenuItem item = {};
+  NSTextPackage::CopyChars(item.fText, name.c_str(), kMenuTextChars);
+  return CMenuItem::WithEscapedText(item).fText;
+}
+
 TString WinPrepareMnemonic(const TString& text) {
   TString doubled;
   for (const TChar c : text) doubled.append(c == u'&' ? 2 : 1, c);
@@ -116,8 +122,12 @@ CMenuBuilder& CMenuBuilder::AddSubmenu(const TString& name) {
 }
 
 void CMenuBuilder::AddNativeItem(const TString& text, UINT command, UINT nativeFlags) {
+  AppendItem(WinPrepareMnemonic(text), command, nativeFlags);
+}
+
+void CMenuBuilder::AppendItem(const TString& nativeText, UINT command, UINT nativeFlags) {
   FlushSeparator();
-  Append(nativeFlags, command, WinPrepareMnemonic(text));
+  Append(nativeFlags, command, nativeText);
   if (!(nativeFlags & MF_GRAYED)) EnablePath();
 }
 
@@ -140,13 +150,14 @@ void CMenuBuilder::AddMenuItem(IMorvane& application, const CMenuItem& item) {
   if (item.fText.empty()) {
     target->MarkSeparator();
   } else {
-    TString text = item.fText;
-    if (item.fShortcut.fKeyText[0] != 0) text += u'\t' + MakeShortcutText(application, item.fShortcut);
+    TString text = WinPrepareMnemonic(item.fText);
+    if (item.fShortcut.fKeyText[0] != 0)
+      text += u'\t' + WinPrepareMnemonic(MakeShortcutText(application, item.fShortcut));
     const UINT flags = (item.fStateFlags & kMenuItemEnabled ? MF_ENABLED : MF_GRAYED) |
                        (item.fStateFlags & kMenuItemChecked ? MF_CHECKED : MF_UNCHECKED);
     // An item beyond the range gets 0, so that its number is not one of the library's commands.
     const std::size_t command = fFirstCommand + fItems.size();
-    target->AddNativeItem(text, command <= kLastClientCommand ? static_cast<UINT>(command) : 0, flags);
+    target->AppendItem(text, command <= kLastClientCommand ? static_cast<UINT>(command) : 0, flags);
   }
   // Separators are listed too, so that the number of an item gives its position.
   fItems.push_back(item);

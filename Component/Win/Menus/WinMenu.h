@@ -38,6 +38,9 @@ enum : UINT {
 // for labels of buttons, too.
 TString WinPrepareMnemonic(const TString& text);
 
+// Doubles every `_` of a name, so that it marks no mnemonic.
+TString EscapeMnemonics(const TString& name);
+
 // --- Menus
 
 // A native menu, which is destroyed at the end if it is owned. A submenu belongs to its parent menu.
@@ -95,6 +98,8 @@ class CMenuBuilder : CNotCopied {
   CMenuBuilder(CMenuBuilder& parent, HMENU popup);
 
   void Append(UINT nativeFlags, UINT_PTR commandOrSubmenu, const TString& text);
+  // The mark of a mnemonic in the text is that of the system.
+  void AppendItem(const TString& nativeText, UINT command, UINT nativeFlags);
   void FlushSeparator();
   void EnablePath();
 

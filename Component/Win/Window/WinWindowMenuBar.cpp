@@ -14,13 +14,6 @@ namespace {
 
 constexpr std::size_t kMaxListedWindows = 256;
 
-// Doubles every `_`, so that it marks no mnemonic.
-TString EscapeText(const TString& text) {
-  TMenuItem item = {};
-  NSTextPackage::CopyChars(item.fText, text.c_str(), kMenuTextChars);
-  return CMenuItem::WithEscapedText(item).fText;
-}
-
 // --- Menus in a bar
 
 MENUITEMINFOW ItemInfo(UINT mask) {
@@ -93,7 +86,8 @@ std::vector<TWindowMenuItem> CWinWindowMenuBar::MakeWindowMenuItems(const CMenuB
   for (const boost::shared_ptr<CWinWindow>& window : fWindow.fWindows->GetWindows()) {
     if (window->IsListedInWindowMenu() && items.size() <= kMaxListedWindows &&
         command <= kLastWindowListCommand)
-      items.push_back({EscapeText(window->GetTitle()), command, checked(window->GetHwnd() == fWindow.fHwnd)});
+      items.push_back(
+          {EscapeMnemonics(window->GetTitle()), command, checked(window->GetHwnd() == fWindow.fHwnd)});
     ++command;
   }
   return items;
