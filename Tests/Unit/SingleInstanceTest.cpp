@@ -91,16 +91,17 @@ TEST_F(SingleInstance, AFirstProcessThatGoesOrComesMeanwhile) {
   SendCommandLineToFirstInstance(fName, u"x");
   EXPECT_EQ(gWaits, 3);
   EXPECT_EQ(u"x", TakeSentCommandLine());
+}
 
-  // Two processes begin at the same moment: neither finds the other, and one of them is the first.
-  TEST_F(SingleInstance, TheFasterOfTwoIsTheFirst) {
-    const CFileMapping faster(fName, 4096 * 4);
-    const PatchedImport patch(nullptr, "OpenFileMappingW", FindsNoMapping);
-    EXPECT_FALSE(TryBecomeFirstInstance(fName));
-  }
+// Two processes begin at the same moment: neither finds the other, and one of them is the first.
+TEST_F(SingleInstance, TheFasterOfTwoIsTheFirst) {
+  const CFileMapping faster(fName, 4096 * 4);
+  const PatchedImport patch(nullptr, "OpenFileMappingW", FindsNoMapping);
+  EXPECT_FALSE(TryBecomeFirstInstance(fName));
+}
 
-  TEST_F(SingleInstance, ATooSmallMappingOfAStrangerIsNotTouched) {
-    CFileMapping stranger(fName, 100);
-    EXPECT_FALSE(TryBecomeFirstInstance(fName));
-    EXPECT_THROW(SendCommandLineToFirstInstance(fName, u"x"), std::exception);
-  }
+TEST_F(SingleInstance, ATooSmallMappingOfAStrangerIsNotTouched) {
+  CFileMapping stranger(fName, 100);
+  EXPECT_FALSE(TryBecomeFirstInstance(fName));
+  EXPECT_THROW(SendCommandLineToFirstInstance(fName, u"x"), std::exception);
+}
