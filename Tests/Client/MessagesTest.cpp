@@ -73,6 +73,12 @@ TEST_IN_RUN(MessagesTest, LimitsOfTheSize) {
   Send(WM_SYSCOMMAND, SC_MAXIMIZE | 2);
   EXPECT_FALSE(IsZoomed(Hwnd()));
   EXPECT_EQ(NativeClientSize(Hwnd()), (TSize{500, 400}));
+  // From the task bar, too. The height of a menu bar, which there is not here, counts then.
+  SizeNative(Hwnd(), 300, 300);
+  ShowWindow(Hwnd(), SW_MINIMIZE);
+  Send(WM_SYSCOMMAND, SC_MAXIMIZE);
+  EXPECT_FALSE(IsIconic(Hwnd()) || IsZoomed(Hwnd()));
+  EXPECT_EQ(NativeClientSize(Hwnd()).fWidth, 500);
   // No limit that matters: as usual.
   setLimits({}, {5000, 4000});
   Send(WM_SYSCOMMAND, SC_MAXIMIZE | 2);
@@ -112,9 +118,10 @@ TEST_IN_RUN(MessagesTest, DroppedFiles) {
   EXPECT_EQ(
       CallsOf(WM_DROPFILES, MakeDrop({L"C:\\Program Files", file, L"C:\\none there.txt"})),
       "OpenURL:file://C:\\Program Files\\ " + fileCall + " OpenURL:file://C:\\none OpenURL:file://there.txt");
-  // A failure ends the list, and is reported.
-  fRun.fHooks["OpenURL"] = TError(100004);
-  EXPECT_EQ(CallsOf(WM_DROPFILES, MakeDrop({file, file})), fileCall);
+  // Those behind a failure are opened, too, and the first failure is reported.
+  fRun.fHooks["OpenURL"] = [error = TError(100003)]() mutable { return ++error; };
+  EXPECT_EQ(CallsOf(WM_DROPFILES, MakeDrop({file, file, L"a b.txt"})),
+            fileCall + " " + fileCall + " OpenURL:file://a OpenURL:file://b.txt");
   ExpectReported(100004);
   // Drops that are none are ignored, and freed like any other: cut within the list, within the header, and
   // with the list beyond the end.

@@ -60,8 +60,11 @@ TEST_IN_RUN(MouseTest, AWindowOnTopTakesTheMouse) {
   };
   OpenABCD();
   EXPECT_EQ(Tracked(kOverABC), kEnterABC);
-  EXPECT_EQ(Ticked(cover), "c- b- a-");
+  // The pointer over it is not this window's.
+  const HCURSOR cross = LoadCursorW(nullptr, IDC_CROSS);
+  EXPECT_EQ(Ticked([&] { cover(), SetCursor(cross); }), "c- b- a-");
   EXPECT_EQ(Sent(WM_MOUSEMOVE), "");
+  EXPECT_EQ(GetCursor(), cross);
   EXPECT_EQ(Sent(WM_LBUTTONDOWN).substr(0, 9), "a47/1<bc ");  // clicks do not ask
   EXPECT_EQ(Ticked([&] { DestroyWindow(other); }), kEnterABC);
   // It comes up in the middle of a pass.
@@ -102,6 +105,13 @@ TEST_IN_RUN(MouseTest, TheWheelGoesAlongTheFocusChain) {
   SetFlags("c", kViewEnabled | kViewFocusable);
   SetFocus("c");
   EXPECT_EQ(wheel(-359), "cW-2 bW-2 aW-2");
+  // Small turns add up, in one direction and while the window is active.
+  for (const auto& [delta, notches] : Rows<int, const char*>{
+           {-1, "-1"}, {-119, "0"}, {60, "0"}, {60, "1"}, {119, "0"}, {0, "0"}, {250, "3"}, {100, "0"}})
+    EXPECT_TRUE(wheel(delta).starts_with("cW" + std::string(notches) + " ")) << delta;
+  Send(WM_ACTIVATE, WA_INACTIVE);
+  EXPECT_EQ(wheel(100).substr(0, 3), "cW0");
+  Send(WM_ACTIVATE, WA_ACTIVE);
   EXPECT_EQ(fViewRecord.fWheel.fPosition.fX, 150);
   // The system passes it on to a parent window, unless somebody takes it.
   const HWND parent =

@@ -72,6 +72,12 @@ TEST_IN_RUN(TooltipsTest, ToolsFollowTheirViews) {
   fOther->fControl = MakeControl();
   SetText("other", u"tip");
   EXPECT_EQ(Tools(), "tip control; tip (15, 17, 95, 97); ");
+  SetText("other", u"other\u2029tip");
+  EXPECT_EQ(Tools(), "other\r\ntip control; other\r\ntip (15, 17, 95, 97); ");
+  fViewRecord.fHooks["other:target"] = TError(100321);
+  EXPECT_EQ(View("other")->IView_SetTooltipText(u"new"), 100321u);
+  EXPECT_EQ(Tools(), "other\r\ntip control; other\r\ntip (15, 17, 95, 97); ");
+  fViewRecord.fHooks.clear();
   SetText("other", u"");
   fViewRecord.fHooks["other:target"] = TError(100322);
   EXPECT_EQ(View("other")->IView_SetTooltipText(u"tip"), 100322u);

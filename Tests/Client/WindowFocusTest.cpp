@@ -54,6 +54,13 @@ TEST_IN_RUN(WindowFocusTest, AnInactiveWindow) {
   EXPECT_EQ(CallsOfFocus("other"), "");
   EXPECT_EQ(CallsOfActivating(Hwnd()), "other:on");
   EXPECT_EQ(GetFocus(), fOther->fControl);
+  // The control keeps the keyboard if the client fails.
+  SetActiveWindow(second.fHwnd);
+  fRecord.fHooks["ActivationChanged:1"] = TError(100324);
+  EXPECT_EQ(CallsOfActivating(Hwnd()), "other:on");
+  EXPECT_EQ(GetFocus(), fOther->fControl);
+  ExpectReported(100324);
+  fRecord.fHooks.clear();
 }
 
 TEST_IN_RUN(WindowFocusTest, AControlTakesTheKeyboard) {

@@ -148,11 +148,15 @@ TEST_IN_RUN(WindowKindsTest, ABlockingDialogRunsToItsEnd) {
             "UnhandledError:100777 inner.RequestClose:0 inner.deleted through outer.deleted");
 }
 
-// A dialog that is going is moved above the screen, and stays natively visible until it has gone.
+// A dialog that is going is moved above the screen, and stays natively visible until it has gone. Its client
+// does not hear of that place.
 TEST_IN_RUN(WindowKindsTest, WhereADialogGoes) {
   Do("+doc");
-  for (const auto& [steps, gone] :
-       {std::pair("+A<doc", TRect{50, -240, 250, -100}), {"+A", {150, -140, 350, 0}}}) {
+  for (const auto& [steps, docTop, gone] :
+       Rows<const char*, int, TRect>{{"+A<doc", 100, {50, -240, 250, -100}},
+                                     {"+A<doc", -50, {50, -140, 250, 0}},
+                                     {"+A", 100, {150, -140, 350, 0}}}) {
+    MoveNative(HwndOf("doc"), 100, docTop);
     Do(steps);
     MoveNative(HwndOf("A"), 150, 120);
     SizeNative(HwndOf("A"), 200, 140);
@@ -160,7 +164,9 @@ TEST_IN_RUN(WindowKindsTest, WhereADialogGoes) {
       EXPECT_EQ(NativeFrame(HwndOf("A")), gone);
       EXPECT_TRUE(IsWindowVisible(HwndOf("A")));
     };
+    fWindows["A"].fLog.Take();
     Do("-A");
+    EXPECT_EQ(fWindows["A"].fLog.Count("PlacementChanged"), 0);
   }
 }
 

@@ -120,6 +120,10 @@ TEST_IN_RUN(WindowTest, MovingAndResizing) {
   EXPECT_EQ(Send(WM_CLOSE), 0);
   ExpectReported(100002);
   EXPECT_TRUE(IsWindowVisible(Hwnd()));
+  // Without a client area it is where it is.
+  SizeNative(Hwnd(), 500, 0);
+  EXPECT_EQ(NativeClientSize(Hwnd()).fHeight, 0);
+  EXPECT_EQ(fRecord.fPlacements.back().second.fUserRect, NativeFrame(Hwnd()));
   // A client that does not like its size changes it at once, while it is being told.
   fRecord.fHooks = {{"ClientSizeChanged", [this] { Place({60, 70, 460, 370}); }}};
   SizeNative(Hwnd(), 600, 420);
@@ -134,6 +138,20 @@ TEST_IN_RUN(WindowTest, MinimizingMaximizingAndRestoring) {
   }
   EXPECT_EQ(NativeFrame(Hwnd()), kFirstPlace);
   EXPECT_EQ(fRecord.fSizes.size(), 3u) << "the views keep their size while nobody can see them";
+  // A title that changes meanwhile does not touch the place that the window comes back to: here its ideal
+  // one.
+  Change([](auto& state) {
+    state.fIdealClientSize = {350, 250};
+    state.fPlacement.fZoomState = kWindowStateIdeal;
+  });
+  MoveNative(Hwnd(), 140, 150);
+  const TRect ideal = NativeFrame(Hwnd());
+  for (const int command : {SW_MINIMIZE, SW_MAXIMIZE}) {
+    ShowWindow(Hwnd(), command);
+    Change([](auto& state) { state.fTitle[0] ^= 1; });
+    ShowWindow(Hwnd(), SW_RESTORE);
+    EXPECT_EQ(NativeFrame(Hwnd()), ideal);
+  }
 }
 
 // --- What a state does
@@ -240,6 +258,7 @@ TEST_IN_RUN(WindowTest, ReleasedInsideEachCallback) {
     }
     receiver.fRelease = [&] {
       row.fRecorder.fHooks.erase(row.fCallback);
+      fRecord.fLog.Take();
       ReleaseViews();
       return fRecord.fRelease();
     };
@@ -250,6 +269,7 @@ TEST_IN_RUN(WindowTest, ReleasedInsideEachCallback) {
       Open(kSizeable);
     EXPECT_TRUE(YieldUntil([this] { return !IsWindow(Hwnd()); }));
     EXPECT_EQ(fRecord.fLog.Count("deleted"), 1);
+    EXPECT_EQ(fRecord.fLog.Count("ClientSizeChanged"), 0) << "it is of no interest any more";
     EXPECT_EQ(fOutput.TakeAssertions(), "");
     fRecord.fLog.Take();
   }

@@ -104,11 +104,12 @@ TEST_F(FocusChanges, NeighboursInTheTabList) {
   ExpectNeighbours({{nullptr, &e, &e}});
   SetFlags(e, kViewFocusable);
   ExpectNeighbours({{nullptr, nullptr, nullptr}, {&c, nullptr, nullptr}});
-  // Nor does one that has been released, and lives on behind its subview.
+  // Nor does one that has been released, and lives on behind its subview, nor that subview.
   for (CViewImpl* const view : {&b, &d}) SetFlags(*view, kFocusable);
   fWindow.fTabViews = {&c, &b, &d};
+  ExpectNeighbours({{nullptr, &c, &d}});
   b.IView_Release();
-  ExpectNeighbours({{&c, &d, &d}});
+  ExpectNeighbours({{nullptr, &d, &d}, {&c, &d, &d}});
 }
 
 // Three ways to lose the focus, each with others in the tab list and with none.

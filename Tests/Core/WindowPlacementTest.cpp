@@ -96,6 +96,18 @@ TEST_F(WindowPlacement, FitsWhatIsWanted) {
     EXPECT_EQ(placement.fUserRect, userRect) << testing::PrintToString(minimum);
     EXPECT_EQ(placement.fIdealRect, idealRect) << testing::PrintToString(maximum);
   }
+  // A place of the ideal size that the client has saved stays, on a new window, too; one of another size does
+  // not.
+  wanted.fMinimumClientSize = wanted.fMaximumClientSize = none;
+  for (const auto& [idealSize, given, idealRect] :
+       Rows<TSize, TRect, TRect>{{same, {300, 200, 507, 325}, {300, 200, 507, 325}},
+                                 {{250, 50}, {300, 200, 557, 275}, {300, 200, 557, 275}},
+                                 {same, {300, 200, 557, 275}, {100, 100, 307, 225}}}) {
+    wanted.fPlacement.fZoomState = kIdeal;
+    wanted.fPlacement.fIdealRect = given;
+    wanted.fIdealClientSize = idealSize;
+    EXPECT_EQ(FitPlacement(wanted, current, kUser, kInsets).fIdealRect, idealRect);
+  }
   // Nothing overflows, and the corner stays where the client put it.
   wanted.fPlacement.fZoomState = kIdeal;
   wanted.fIdealClientSize = wanted.fMinimumClientSize = wanted.fMaximumClientSize = most;

@@ -101,7 +101,7 @@ class DispatchFixture : public ReportingTest, public IMouseWindow, protected Nam
     event.fState.fPosition = position;
     return event;
   }
-  void IMouseWindow_ShowShape(const IMouseShape* shape) override {
+  void IMouseWindow_ShowShape(const IMouseShape* shape, const TPoint&) override {
     fShown = shape ? static_cast<const FakeMouseShape*>(shape)->fNumber : kMouseShapeArrow;
   }
 

@@ -8,13 +8,21 @@
 
 namespace NSMorvane {
 
+namespace {
+
+// Whether neither the view nor a super view of it has been released.
+bool IsLiveUpToTheRoot(const CViewImpl* view) {
+  while (view && view->IsLive()) view = view->GetSuperView().get();
+  return !view;
+}
+
+}  // namespace
+
 std::vector<CViewImpl*> GetFocusableTabViews(IImplFocusTools& tools) {
   std::vector<CViewImpl*> views;
   tools.IImplFocusTools_GetTabViews(views);
-  views.erase(
-      std::remove_if(views.begin(), views.end(),
-                     [](const CViewImpl* view) { return !view->IsLive() || !view->CanBeFocusTargetNow(); }),
-      views.end());
+  std::erase_if(
+      views, [](const CViewImpl* view) { return !IsLiveUpToTheRoot(view) || !view->CanBeFocusTargetNow(); });
   return views;
 }
 

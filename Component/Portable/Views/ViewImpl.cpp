@@ -385,7 +385,7 @@ void CViewImpl::CViewGlue_SetTooltipText(const TString& text) {
   fTooltipText.swap(newText);
 }
 
-// Both functions ask the behaviour for its control, and the behaviour may set another text meanwhile.
+// Each of these asks the behaviour for its control, and the behaviour may set another text meanwhile.
 
 void CViewImpl::AddTooltip(const TString& text) {
   const std::uint32_t added = fViewWindow->AddTool(*this, text);

@@ -238,7 +238,7 @@ void CMouseDispatch::RefreshShape(const TMouseShapeRequest& request) {
   const CFlagScope scope(fIsRefreshingShape);
   const std::unique_ptr<IMouseShape> shape = AskForShape(request);
   if (shape || fWindow.IMouseWindow_GetHolder() == TMouseHolder::kNobody)
-    fWindow.IMouseWindow_ShowShape(shape.get());
+    fWindow.IMouseWindow_ShowShape(shape.get(), request.fPosition);
 }
 
 std::unique_ptr<IMouseShape> CMouseDispatch::AskForShape(const TMouseShapeRequest& request) {

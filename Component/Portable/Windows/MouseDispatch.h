@@ -37,8 +37,8 @@ class IMouseWindow {
   // A look at the views under the mouse begins, at a point in client coordinates. The window may call
   // clients, and then forgets its answers by itself.
   virtual void IMouseWindow_OnLook(const TPoint& point) = 0;
-  // Null shows the usual pointer.
-  virtual void IMouseWindow_ShowShape(const IMouseShape* shape) = 0;
+  // Null shows the usual pointer, unless the position, where the mouse is, is not this window's.
+  virtual void IMouseWindow_ShowShape(const IMouseShape* shape, const TPoint& position) = 0;
 
  protected:
   virtual ~IMouseWindow() = default;

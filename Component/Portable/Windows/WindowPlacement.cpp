@@ -63,10 +63,13 @@ TWindowPlacement FitPlacement(const TWindowStateRecord& wanted, const TWinWindow
   TWindowPlacement placement = wanted.fPlacement;
   const TSize& ideal = wanted.fIdealClientSize;
   const bool hasIdeal = ideal.fWidth != 0 && ideal.fHeight != 0;
-  if (hasIdeal && !(ideal == current.fIdealClientSize))
+  // A new place of the ideal size, as a client gives it that has saved one, stays.
+  const bool hasPlace = hasIdeal && !(placement.fIdealRect == current.fIdealRect) &&
+                        IsClientSizeIdeal(placement.fIdealRect, ideal, insets);
+  if (!hasPlace && hasIdeal && !(ideal == current.fIdealClientSize))
     placement.fIdealRect = WithClientSize(current.fIdealRect, ideal, insets);
   // Without an ideal size the window stays as large as it is.
-  if (placement.fZoomState != currentZoomState && placement.fZoomState == kWindowStateIdeal)
+  if (!hasPlace && placement.fZoomState != currentZoomState && placement.fZoomState == kWindowStateIdeal)
     placement.fIdealRect =
         hasIdeal ? WithClientSize(placement.fUserRect, ideal, insets) : placement.fUserRect;
 

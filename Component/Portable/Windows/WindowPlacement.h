@@ -82,7 +82,7 @@ bool IsClientSizeIdeal(const TRect& frameRect, const TSize& idealSize, const TFr
 TRect NormalRect(const TNativePlacement& native, bool minimized, bool maximized, bool clientIsEmpty);
 
 // The placement for a window whose state is `current` and whose zoom state is `currentZoomState`: as close to
-// `wanted` as the sizes in `wanted` allow.
+// `wanted` as the sizes in `wanted` allow. A new ideal rectangle of another size may be replaced.
 TWindowPlacement FitPlacement(const TWindowStateRecord& wanted, const TWinWindowState& current,
                               TZoomState currentZoomState, const TFrameInsets& insets);
 

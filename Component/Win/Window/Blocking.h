@@ -65,7 +65,7 @@ class CBlocking : CNotCopied {
   bool IsAppBlocked() const { return !fStack.empty(); }
   // The dialogs that block the application, newest first. The first can be used, or a dialog that it owns.
   const std::vector<HWND>& GetStack() const { return fStack; }
-  // Whether floating windows are hidden while this window is active.
+  // Whether floating windows are hidden while this window is active, whatever else blocks the application.
   static bool BansFloatingWindows(const CWinWindow& window);
   // False for a dialog that blocks the application, or whose native parent is `hiderWindow`.
   static bool MayMinimize(const CWinWindow& window, HWND hiderWindow);

@@ -65,13 +65,19 @@ void OpenDroppedFiles(HGLOBAL drop, IWindowHost& host) {
   const CDroppedFiles files(drop);
   if (!IsSoundDrop(drop)) return;
   const UINT count = files.GetCount();
+  // A file that cannot be opened does not keep the others from it.
+  TError firstError = kOK;
   for (UINT index = 0; index < count; ++index) {
     const TString name = files.GetName(index);
     for (const TString& path : SplitFileArguments(name, CFileSystemProbe())) {
-      IMorvaneRunBehavior* const behavior = host.GetBehavior();
-      if (behavior) MORVANE_CHECK(behavior->IMorvaneRunBehavior_OnOpenURL(PathToFileURL(path).c_str()));
+      const TError error = ErrorOf([&] {
+        IMorvaneRunBehavior* const behavior = host.GetBehavior();
+        if (behavior) MORVANE_CHECK(behavior->IMorvaneRunBehavior_OnOpenURL(PathToFileURL(path).c_str()));
+      });
+      if (firstError == kOK) firstError = error;
     }
   }
+  MORVANE_CHECK(firstError);
 }
 
 }  // namespace NSMorvane

@@ -221,8 +221,9 @@ std::uint32_t CWinWindow::AddTool(CViewImpl& view, const TString& text) {
   return fTooltips.Add(view, text, fMouse.IsCaptured());
 }
 
-void CWinWindow::UpdateToolText(std::uint32_t tool, CViewImpl&, const TString& text) {
-  fTooltips.SetText(tool, text);
+void CWinWindow::UpdateToolText(std::uint32_t tool, CViewImpl& view, const TString& text) {
+  const boost::shared_ptr<CWinWindow> keepAlive = fClientsWindowReference;
+  fTooltips.SetText(tool, view, text);
 }
 
 void CWinWindow::RemoveTool(std::uint32_t tool, CViewImpl& view) {
@@ -296,8 +297,9 @@ void CWinWindow::Hide() {
   MORVANE_ASSERT(CheckInvariant());
   MORVANE_ASSERT(0!=fHwnd);
   fBlocking->OnHiding(*this);
-  AddToHiddenWindows();
+  // First, so that the kind does not hear of the place above the screen.
   fIsHidden = true;
+  AddToHiddenWindows();
 }
 
 void CWinWindow::AddToHiddenWindows() {
@@ -307,6 +309,8 @@ void CWinWindow::AddToHiddenWindows() {
     // Moved above the screen, where it stays natively visible.
     RECT parentRect = {};
     if (const HWND parent = GetParent(fHwnd)) GetWindowRect(parent, &parentRect);
+    // The top of a parent that begins above the screen would leave a part of the window in sight.
+    parentRect.top = std::max<LONG>(parentRect.top, 0);
     RECT native = {};
     GetWindowRect(fHwnd, &native);
     const TRect rect = FromNative(native);

@@ -1,5 +1,7 @@
 #include "Component/Win/Window/WinWindowKeyboard.h"
 
+#include "Component/Portable/Base/MorvaneImplUtils.h"
+#include "Component/Portable/Base/PendingErrors.h"
 #include "Component/Portable/Windows/MouseDispatch.h"
 #include "Component/Win/Input/WinKeyboard.h"
 #include "Component/Win/Window/WindowEvents.h"
@@ -54,10 +56,14 @@ void CWinWindowKeyboard::NotifyModifierListeners(const MSG& message) {
   // Process-wide, since it numbers the events of gLastModifierEvent.
   static std::uint32_t gEventCount = 0;
   const std::uint32_t number = ++gEventCount;
-  if (const boost::shared_ptr<IMouseCapture> capture = fMouse.GetCapture())
-    MORVANE_CHECK(capture->IMouseCapture_OnModifiersChanged(previous, event));
-  else
+  if (const boost::shared_ptr<IMouseCapture> capture = fMouse.GetCapture()) {
+    // A capture that fails must not keep the key from the window.
+    const TError error =
+        ErrorOf([&] { MORVANE_CHECK(capture->IMouseCapture_OnModifiersChanged(previous, event)); });
+    if (error != kOK) KeepPendingError(error);
+  } else {
     fWindow.fHost->NotifyModifierKeyListeners(previous, event);
+  }
   // A listener may have handled messages, and with them a newer event, which is kept then.
   if (number == gEventCount) gLastModifierEvent = event;
 }

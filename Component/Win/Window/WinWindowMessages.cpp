@@ -139,17 +139,20 @@ class CWinWindow::CMessageTable {
     DebugPrint(minimized ? "WM_ACTIVATE minimized" : "WM_ACTIVATE ");
     if (state != WA_ACTIVE && state != WA_CLICKACTIVE) {
       MORVANE_ASSERT_TEXT("LOWORD(wParam) == WA_INACTIVE", state == WA_INACTIVE);
+      window.fMouse.OnDeactivated();
       window.fFocus.OnDeactivated();
       return kForward;
     }
     if (minimized) return kForward;
     DebugPrint("CWinWindow::IWindowListener_OnActivated " + HandleText(window.fHwnd));
     window.fBlocking->RaiseWithOwners(window.fHwnd);
-    // While a window that blocks the application is active, floating windows are hidden.
-    window.fWindows->ShowFloatingWindows(!CBlocking::BansFloatingWindows(window));
-    window.fFocus.OnActivated();
+    // While a dialog blocks the application, or an alert is active, floating windows are hidden.
+    window.fWindows->ShowFloatingWindows(!CBlocking::BansFloatingWindows(window) &&
+                                         !window.fBlocking->IsAppBlocked());
+    const TError error = ErrorOf([&] { window.fFocus.OnActivated(); });
+    if (error != kOK) KeepPendingError(error);
     window.fHost->RequestMenuBars();
-    // DefWindowProcW would move the keyboard to the window by itself.
+    // Not forwarded, after a failure neither: DefWindowProcW would move the keyboard to the window by itself.
     return 0;
   }
   static TResult OnSetFocus(CWinWindow& window, TWinMessage& message) {

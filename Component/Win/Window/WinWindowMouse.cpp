@@ -34,10 +34,10 @@ TMouseEvent MakeClick(TMouseEventType type, std::int32_t button, const TPoint& p
   return event;
 }
 
-TMouseWheelEvent MakeWheel(std::int32_t delta, const TPoint& position) {
+TMouseWheelEvent MakeWheel(std::int32_t notches, const TPoint& position) {
   TMouseWheelEvent event = {};
   event.fType = kMouseEventWheel;
-  event.fDeltaNotches = delta / kUnitsPerNotch;
+  event.fDeltaNotches = notches;
   event.fButtons = GetAsyncMouseButtons();
   event.fPosition = position;
   event.fModifiers = GetAsyncModifiers();
@@ -99,7 +99,10 @@ void CWinWindowMouse::OnContextClick(const TPoint& position) {
 }
 
 bool CWinWindowMouse::OnWheel(std::int32_t delta, const TPoint& position) {
-  return fDispatch.DispatchWheel(MakeWheel(delta, position));
+  if ((delta < 0) != (fWheelRest < 0)) fWheelRest = 0;
+  const std::int32_t units = fWheelRest + delta;
+  fWheelRest = units % kUnitsPerNotch;
+  return fDispatch.DispatchWheel(MakeWheel(units / kUnitsPerNotch, position));
 }
 
 // --- The pointer
@@ -109,11 +112,19 @@ void CWinWindowMouse::RefreshShape(const TMouseShapeRequest& request) {
   fDispatch.RefreshShape(request);
 }
 
-void CWinWindowMouse::IMouseWindow_ShowShape(const IMouseShape* shape) {
+void CWinWindowMouse::IMouseWindow_ShowShape(const IMouseShape* shape, const TPoint& position) {
   static const HCURSOR arrow = LoadCursorW(nullptr, IDC_ARROW);
   fCursor = shape ? NativeCursorOf(*shape) : arrow;
-  if (!shape && fIsOverControl) return;
+  // No view gives a shape when the mouse has left the window: the pointer is another window's then, or the
+  // frame's.
+  if (!shape && (fIsOverControl || !IsOverClientArea(position))) return;
   if (!gOverrideCursor && fCursor) SetCursor(fCursor);
+}
+
+bool CWinWindowMouse::IsOverClientArea(const TPoint& position) {
+  RECT client = {};
+  return GetClientRect(GetHwnd(), &client) && PtInRect(&client, ToNative(position)) &&
+         IMouseWindow_IsOnTopAt(position);
 }
 
 bool CWinWindowMouse::OnSetCursor(WORD hitTest) {

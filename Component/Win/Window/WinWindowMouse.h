@@ -43,8 +43,10 @@ class CWinWindowMouse : private IMouseWindow, CNotCopied {
   void OnPress(std::int32_t clickCount, std::int32_t button, const TPoint& position);
   void OnRelease(std::int32_t button, const TPoint& position);
   void OnContextClick(const TPoint& position);
-  // `delta` is in the units of the system, 120 to a notch. True if a view has handled it.
+  // `delta` is in the units of the system, 120 to a notch. What is less than a notch waits for the next turn
+  // in the same direction, as long as the window is active. True if a view has handled it.
   bool OnWheel(std::int32_t delta, const TPoint& position);
+  void OnDeactivated() { fWheelRest = 0; }
   // True if the pointer has been set.
   bool OnSetCursor(WORD hitTest);
   // The window has lost the native capture.
@@ -68,10 +70,11 @@ class CWinWindowMouse : private IMouseWindow, CNotCopied {
   void IMouseWindow_ForgetAnswers() override { fGlance.Forget(); }
   TMouseTracking IMouseWindow_Sample(const TPoint& position) override;
   void IMouseWindow_OnLook(const TPoint& point) override;
-  void IMouseWindow_ShowShape(const IMouseShape* shape) override;
+  void IMouseWindow_ShowShape(const IMouseShape* shape, const TPoint& position) override;
 
   HWND GetHwnd() const { return fWindow.fHwnd; }
   void OnMoveWithin(const TPoint& position);
+  bool IsOverClientArea(const TPoint& position);
   // Requests WM_MOUSELEAVE for the next time that the mouse leaves the window.
   void ArmLeave();
 
@@ -80,7 +83,8 @@ class CWinWindowMouse : private IMouseWindow, CNotCopied {
   CWinViewInspector& fInspector;
   CMouseDispatch fDispatch;
   CMouseGlance fGlance;
-  HCURSOR fCursor = nullptr;  // the shape that the views gave last
+  HCURSOR fCursor = nullptr;    // the shape that the views gave last
+  std::int32_t fWheelRest = 0;  // units that no view has been told of
   bool fIsLeaveArmed = false;
   bool fIsOverControl = false;  // which shows its own pointer, unless a view gives a shape
 };

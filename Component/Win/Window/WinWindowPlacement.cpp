@@ -175,6 +175,8 @@ TRect CWinWindowPlacement::AdoptNativePlacement() {
   if (fWindow.IsVisible()) {
     fState.fMinimized = wp.showCmd == SW_SHOWMINIMIZED;
     fState.fMaximized = wp.showCmd == SW_SHOWMAXIMIZED;
+    // A window without a client area is not minimized for that.
+    if (!fState.fMinimized && !fState.fMaximized) return FromNative(wp.rcNormalPosition);
   }
   return GetNormalRect(wp, fState.fMinimized, fState.fMaximized);
 }
@@ -199,7 +201,7 @@ void CWinWindowPlacement::SyncShown(const TRect& normalRect) {
   const TWindowPlacement placement = BuildPlacement(normalRect);
   if (fWindow.fIsHidden) return;
   ReportPlacement(placement);
-  ReportClientSize(fState.fClientSize);
+  if (!fWindow.fIsHidden) ReportClientSize(fState.fClientSize);  // unless that has released the window
 }
 
 // --- The state as the kinds see it
@@ -227,6 +229,11 @@ void CWinWindowPlacement::Set(const TWindowStateRecord& state) {
 
   const TWindowPlacement newWindowPlacement = FitPlacement(state, fState, GetZoomState(), GetFrameInsets());
   const WINDOWPLACEMENT nativePlacement = GetPlacement(fWindow.fHwnd);
+  // While the window is minimized or maximized, the state does not tell whether it had its ideal size before.
+  // What the state does not change then, the window keeps.
+  const bool keepsPlace = (fState.fMinimized || fState.fMaximized) &&
+                          newWindowPlacement.fZoomState == kWindowStateUser &&
+                          newWindowPlacement.fUserRect == fState.fUserRect;
   fState.fMinimumClientSize = state.fMinimumClientSize;
   fState.fMaximumClientSize = state.fMaximumClientSize;
   fState.fIdealClientSize = state.fIdealClientSize;
@@ -234,7 +241,7 @@ void CWinWindowPlacement::Set(const TWindowStateRecord& state) {
   fState.fMaximized = newWindowPlacement.fMaximized;
   fState.fUserRect = newWindowPlacement.fUserRect;
   fState.fIdealRect = newWindowPlacement.fIdealRect;
-  MoveNativeWindow(newWindowPlacement, nativePlacement);
+  if (!keepsPlace) MoveNativeWindow(newWindowPlacement, nativePlacement);
 
   if (state.fTitle != fState.fTitle || state.fModified != fState.fModified) {
     SetNativeTitle(state.fModified ? state.fTitle + u"*" : state.fTitle);
@@ -287,6 +294,7 @@ bool CWinWindowPlacement::MaximizeWithinLimits() {
   if (!rect) return false;
   WINDOWPLACEMENT wp = GetPlacement(fWindow.fHwnd);
   wp.rcNormalPosition = ToNative(*rect);
+  if (wp.showCmd == SW_SHOWMINIMIZED) wp.showCmd = SW_RESTORE;
   SetPlacement(fWindow.fHwnd, wp);
   return true;
 }

@@ -163,11 +163,15 @@ std::uint32_t CWinWindowTooltips::Add(CViewImpl& view, const TString& text, bool
   return toolNumber;
 }
 
-void CWinWindowTooltips::SetText(std::uint32_t toolTipHandle, const TString& text) {
+void CWinWindowTooltips::SetText(std::uint32_t toolTipHandle, CViewImpl& view, const TString& text) {
   MORVANE_ASSERT(0!=toolTipHandle);
   MORVANE_ASSERT(0!=fTooltipHwnd);
+  const HWND control = GetNativeFocusTarget(view).fHwnd;
   TTTOOLINFOW info = MakeToolInfo(fWindow.fHwnd, toolTipHandle);
   SendToolText(fTooltipHwnd, TTM_UPDATETIPTEXTW, info, text);
+  if (!control) return;
+  TTTOOLINFOW controlInfo = MakeControlToolInfo(fWindow.fHwnd, control);
+  SendToolText(fTooltipHwnd, TTM_UPDATETIPTEXTW, controlInfo, text);
 }
 
 void CWinWindowTooltips::Remove(std::uint32_t toolNumber, CViewImpl& view) {

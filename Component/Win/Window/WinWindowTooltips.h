@@ -30,11 +30,11 @@ class CWinWindowTooltips : CNotCopied {
   // Must be called before the native window is destroyed.
   void DestroyControl();
 
-  // Add and Remove call the view's behaviour, which may end the window, so the caller holds it. Add makes the
+  // All three call the view's behaviour, which may end the window, so the caller holds it. Add makes the
   // control if there is none yet, inactive if `isMouseCaptured`, and returns the number of the tool, which is
   // never 0.
   std::uint32_t Add(CViewImpl& view, const TString& text, bool isMouseCaptured);
-  void SetText(std::uint32_t toolNumber, const TString& text);
+  void SetText(std::uint32_t toolNumber, CViewImpl& view, const TString& text);
   void Remove(std::uint32_t toolNumber, CViewImpl& view);
 
   // No tip appears while the tooltips are inactive.
