@@ -51,6 +51,28 @@ TEST_IN_RUN(MouseTest, EveryMessageHasItsRoad) {
   EXPECT_EQ(Tracked(kNowhere).substr(0, 2), "d-");
 }
 
+// With nearly every message the views are asked where they can be hit. Who fails then keeps no message from
+// its road.
+TEST_IN_RUN(MouseTest, AViewThatFailsUnderTheMouseStopsNothing) {
+  struct Behavior : CDefaultViewBehavior {
+    explicit Behavior(IView&) {}
+    TError IViewBehavior_GetHitRects(IRectsGetter&) override { return 100001; }
+  };
+  OpenABCD();
+  SetFlags("d", kTrackable | kViewFocusable);
+  SetFocus("d");
+  PutUnderMouse(kOverABC);
+  CViewFactory<Behavior> factory;
+  TError error = kOtherError;
+  IView* const view =
+      fMorvane->IMorvane_CreateView(factory, RootViewOf(*fRecord.fDocument), "failing", error);
+  EXPECT_EQ(view->IView_SetParams({kTrackable, {0, 0, 5000, 5000}, kViewDrawDirect, kAutoInvalidationFull}),
+            kOK);
+  EXPECT_EQ(Ticked(), kEnterABC);
+  EXPECT_EQ(ViewCallsOf([this] { Send(WM_KEYDOWN, 'A'); }), "d:key");
+  EXPECT_EQ(view->IView_Release(), kOK);
+}
+
 TEST_IN_RUN(MouseTest, AWindowOnTopTakesTheMouse) {
   HWND other = nullptr;
   const auto cover = [&] {

@@ -152,10 +152,14 @@ TEST_IN_RUN(PaintingTest, CallbacksMayInvalidateAndFail) {
   EXPECT_FALSE(IsDirty());
   EXPECT_EQ(Difference({{rect, kBlue}}), "");
 
-  // A failed paint is reported once, and not repeated.
+  // A failed paint is reported once, and not repeated. What was there before it does not stay.
+  const HDC hdc = GetDC(Hwnd());
+  PatBlt(hdc, 0, 0, 10, 10, BLACKNESS);
+  ReleaseDC(Hwnd(), hdc);
   fRun.fHooks["BeginDraw"] = TError(100002);
   Repaint({0, 0, 10, 10});
   EXPECT_FALSE(IsDirty());
+  EXPECT_EQ(Difference({{rect, kBlue}, {{0, 0, 10, 10}, Background()[0]}}), "");
   fRun.fHooks.erase("BeginDraw");
   ExpectReported(100002);
 }

@@ -179,6 +179,23 @@ TEST(ContractWindow, TabViews) {
   EXPECT_EQ(kBad, set([] { FAIL(); }));
 }
 
+// A view is in no list any more once it, or one above it, has been released. A tree may be deep.
+TEST(ContractWindow, TabViewsAreLiveUpToTheRoot) {
+  RecordedOutput output;
+  FakeViewWindow window;
+  CViewImpl* above = &window.Root();
+  for (int i = 0; i < 50000; ++i) above = &window.MakeView(*above, {}, "");
+  CViewImpl& inner = window.MakeView(*above, {}, "inner");
+  CViewImpl& leaf = window.MakeView(inner, {}, "leaf");
+  const auto set = [&](IView* view) { return window.IWindow_SetTabViews(&view, 1); };
+  EXPECT_EQ(kOK, set(&leaf));
+  inner.IView_Release();
+  EXPECT_EQ(kBad, set(&leaf));
+  EXPECT_EQ(kBad, set(&inner));
+  EXPECT_EQ(kOK, set(above));
+  window.ReleaseViews();
+}
+
 TEST(ContractWindow, OnlyItsOwnViewsGetTheFocus) {
   RecordedOutput output;
   FakeViewWindow window, other;

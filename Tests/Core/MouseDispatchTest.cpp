@@ -115,6 +115,34 @@ TEST_F(MouseDispatch, ViewsClaimEventsAndFail) {
   EXPECT_EQ(Tracked(kNowhere), "");
 }
 
+// Who cannot tell where it can be hit is not there for the mouse. Those behind it, below it and in front are.
+TEST_F(MouseDispatch, AViewFailsToTellWhereItIs) {
+  struct Behavior : CDefaultHitViewBehavior {
+    explicit Behavior(IView& view) : CDefaultHitViewBehavior(view) {}
+    TError IViewBehavior_GetHitRects(IRectsGetter& out) override {
+      CDefaultHitViewBehavior::IViewBehavior_GetHitRects(out);
+      if (fThrows) throw std::runtime_error("text");
+      return kClientError;
+    }
+    bool fThrows = false;
+  };
+  CViewFactory<Behavior> factory;
+  const TViewImplPtr view = CViewImpl::MakeSubView(factory, *View("b"), "failing");
+  SetRect(*view, {0, 0, 200, 200});
+  NSMorvaneTest::SetFlags(*view, kTrackable);
+  MakeView("below", {0, 0, 200, 200}, "b");
+  EXPECT_EQ(Tracked({15, 15}),
+            "a<bbelow b<below below< below+ below. b+ b. a+ a. a?< b?< below?< below? b? a?");
+  EXPECT_EQ(Clicked(), "a47/1<bbelow b47/1<below below47/1< below44/1 b44/1 a44/1");
+  EXPECT_GT(CountLines("returned the error 100001 when IViewBehavior_GetHitRects was called. The error will "
+                       "be ignored in order to not disrupt the mouse tracking."),
+            0);
+  factory.Made()->fThrows = true;
+  EXPECT_EQ(Ticked(), "");
+  EXPECT_EQ(CountLines("returned the error 12007 when IViewBehavior_GetHitRects was called."), 1);
+  view->IView_Release();
+}
+
 TEST_F(MouseDispatch, ViewsGoAndComeDuringAPass) {
   // One that has been released has its turn all the same, and is told no more afterwards.
   fHooks = {{"b<", Releases("c")}};

@@ -189,18 +189,34 @@ TEST_F(ViewTest, AnOrderNamesEachSubViewOnce) {
   EXPECT_EQ((Views{&b, &a}), group.GetRawSubViews());
 }
 
-TEST_F(ViewTest, OffsetIsToldFromTheTopAndStopsAtAFailure) {
+// Failures change nothing but the result, which is the first of them.
+TEST_F(ViewTest, OffsetIsToldFromTheTop) {
   Make(a, "below a");
   EXPECT_EQ(kOK, group.IView_Offset(3, -1));
   EXPECT_EQ("group Offset 3 -1; a Offset 3 -1; below a Offset 3 -1; b Offset 3 -1", TakeLog());
   EXPECT_EQ((TRect{43, -1, 93, 39}), b.GetBounds());
   fWindow.fToolRectMarks = 0;
   BehaviorOf(a).fError = 100001;
+  BehaviorOf(b).fError = 100002;
   EXPECT_EQ(100001u, group.IView_Offset(1, 0));
-  EXPECT_EQ("group Offset 1 0; a Offset 1 0", TakeLog());
+  EXPECT_EQ("group Offset 1 0; a Offset 1 0; below a Offset 1 0; b Offset 1 0", TakeLog());
   EXPECT_EQ((TRect{4, -1, 44, 39}), a.GetBounds());
-  EXPECT_EQ((TRect{43, -1, 93, 39}), b.GetBounds());
-  EXPECT_EQ(1, fWindow.fToolRectMarks);  // some have moved
+  EXPECT_EQ((TRect{44, -1, 94, 39}), b.GetBounds());
+  EXPECT_EQ(1, fWindow.fToolRectMarks);
+  BehaviorOf(a).fOnCall = [] { throw 5; };
+  EXPECT_EQ(kOtherError, group.IView_Offset(1, 0));
+  EXPECT_EQ((TRect{45, -1, 95, 39}), b.GetBounds());
+}
+
+// Each view is told how far it has come.
+TEST_F(ViewTest, OffsetEndsAtTheEdgeOfTheWorld) {
+  const auto told = [](const char* name, std::int32_t dx) {
+    return std::string(name) + " Offset " + std::to_string(dx) + " 0";
+  };
+  EXPECT_EQ(kOK, group.IView_Offset(kMax, 0));
+  EXPECT_EQ(Joined({told("group", kMax - 90), told("a", kMax - 40), told("b", kMax - 90)}), TakeLog());
+  EXPECT_EQ(kOK, group.IView_Offset(1, 0));
+  EXPECT_EQ(Joined({told("group", 0), told("a", 0), told("b", 0)}), TakeLog());
 }
 
 TEST_F(ViewTest, ATooltipThatCannotBeHadChangesNothing) {
@@ -287,8 +303,11 @@ TEST_F(ViewTest, HitsAreOutermostFirst) {
   EXPECT_EQ("Root view; a; b", hits(30, 30));
   EXPECT_EQ("Root view; b", hits(89, 30));
   EXPECT_EQ("Root view", hits(90, 30));  // the super view ends here
+  // Who fails to answer is not hit; what is below it may be.
+  BehaviorOf(Make(a, "below")).fHitRects = {a.GetBounds()};
   BehaviorOf(a).fError = 100001;
-  EXPECT_THROW(hits(30, 30), XApplicationError);
+  EXPECT_EQ("Root view; below", hits(5, 5));
+  EXPECT_EQ("Root view; b", hits(30, 30));
   // What is gone is passed over, with all below it.
   group.IView_Release();
   EXPECT_EQ("Root view", hits(30, 30));
@@ -297,12 +316,15 @@ TEST_F(ViewTest, HitsAreOutermostFirst) {
 TEST_F(ViewTest, RectangleListThatIsNotThere) {
   struct Behavior : CDefaultViewBehavior {
     TError IViewBehavior_GetHitRects(IRectsGetter& out) override {
-      return out.IRectsGetter_AddRects(nullptr, 1);
+      const TRect rect = {0, 0, 10, 10};
+      EXPECT_EQ(kOK, out.IRectsGetter_AddRects(&rect, 1));
+      EXPECT_EQ(kBadInputProgrammingError, out.IRectsGetter_AddRects(nullptr, 1));
+      return kOK;
     }
   };
   Factory factory(new Behavior);
   const TViewImplPtr view = CViewImpl::MakeSubView(factory, fRoot, "view");
   SetRect(*view, {0, 0, 10, 10});
-  EXPECT_THROW(view->HitTest({5, 5}), std::invalid_argument);
+  EXPECT_EQ(1u, view->HitTest({5, 5}).size());
   view->IView_Release();
 }

@@ -1,6 +1,7 @@
 // Views that fail, throw, or change the tree while it is being drawn.
 #include <set>
 
+#include "Component/Portable/Surfaces/TileBitmapPool.h"
 #include "Tests/Support/Pictures.h"
 
 using namespace NSMorvaneTest;
@@ -209,6 +210,26 @@ TEST_F(DrawingFailures, AViewMayChangeItsModeAndSizeWhileItIsDrawn) {
     }
 }
 
+// What it is drawn through by then does not matter.
+TEST_F(DrawingFailures, ATileGoesBackToWhereItCameFrom) {
+  for (const auto& [from, depth] :
+       Rows<TViewDrawMode, std::int32_t>{{kViewDrawTemporary16, 16}, {kViewDrawTemporary32, 32}})
+    for (const TViewDrawMode to : kModes) {
+      CViewImpl& view = fTree.Add({10, 10, 20, 20}, from);
+      HDC port = nullptr;
+      BehaviorOf(view).fOnDraw = Drawing([&, to = to](HDC hdc) {
+        port = hdc;
+        SetMode(view, to);
+      });
+      fTree.Draw(fSurface);
+      EXPECT_EQ("", TakeReports()) << from << " to " << to;
+      const boost::shared_ptr<CBufferBitmap> tile = CTileBitmapPool::ForDepth(depth).Take();
+      EXPECT_EQ(port, tile->GetNativePort().fHDC) << from << " to " << to;
+      CTileBitmapPool::ForDepth(depth).PutBack(tile);
+      view.IView_Release();
+    }
+}
+
 // With all the views on the way down being drawn into their buffers at this moment.
 TEST_F(DrawingFailures, AViewMayMoveWhileItIsDrawn) {
   for (const TViewDrawMode frameMode : kModes)
@@ -259,7 +280,9 @@ TEST_F(DrawingFailures, DrawingMayBeginAgainInTheMiddle) {
     ExpectBalancedBrackets(tree);
     TakeReports();  // a buffer that is used twice is told
     tree.Draw(again);
-    for (CBufferBitmap* each : {&surface, &again})
-      EXPECT_EQ("", DifferenceOf(*each, {{{10, 10, 60, 60}, kRed}, {{20, 20, 40, 40}, kGreen}}));
+    const Fills both = {{{10, 10, 60, 60}, kRed}, {{20, 20, 40, 40}, kGreen}};
+    for (CBufferBitmap* each : {&surface, &again}) EXPECT_EQ("", DifferenceOf(*each, both));
+    // A bitmap of the view's own shows what has been drawn into it so far.
+    EXPECT_EQ("", DifferenceOf(nested, view.GetDirtyRegion() ? Fills{both[0]} : both));
   }
 }

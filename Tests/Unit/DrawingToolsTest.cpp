@@ -26,6 +26,16 @@ TEST_F(DrawingTools, TilesGoRowByRow) {
   EXPECT_EQ(TRectList{}, tilesOf({0, 0, 10, 10}, {0, 5}));
 }
 
+// The part begins in the second of two columns of tiles, and ends at the end of the second of three rows.
+TEST_F(DrawingTools, APartIsCutWhereTilesBegin) {
+  const TSize size = {800, 400};
+  EXPECT_EQ((TRect{810, 20, 1000, 820}), CutToTiles({10, 20, 1000, 1000}, size, {810, 419, 5000, 820}));
+  EXPECT_EQ((TRect{-448, -48, 100, 100}), CutToTiles({kMin, kMin, kMax, kMax}, size, {0, 0, 100, 100}));
+  EXPECT_EQ((TRect{kMax - 95, kMax - 95, kMax, kMax}),
+            CutToTiles({kMin, kMin, kMax, kMax}, size, {kMax - 1, kMax - 1, kMax, kMax}));
+  EXPECT_EQ(TRect{}, CutToTiles({10, 20, 1000, 1000}, size, {1000, 20, 1200, 30}));
+}
+
 TEST_F(DrawingTools, BracketsTellBeginAndEnd) {
   DrawingRunBehavior run;
   CBufferBitmap surface({4, 4}, 32);

@@ -48,6 +48,76 @@ TEST_F(DrawingWalk, LargeViewsAreDrawnTileByTile) {
   }
 }
 
+// However large a view is, only the tiles in sight are drawn, where they would be if all of them were.
+TEST_F(DrawingWalk, TilesOutOfSightAreNotDrawn) {
+  DrawingTree tree({0, 0, 100, 100});
+  CViewImpl& frame = tree.Add({20, 20, 100, 100});
+  CViewImpl& view = tree.Add(frame, {0, 0, 10, 10}, kViewDrawTemporary32);
+  std::vector<TPoint> origins;
+  BehaviorOf(view).fOnDraw = [&](IDrawTools& tools) {
+    TRawPixels pixels = {};
+    if (tools.IDrawTools_OpenRawPixels(pixels) == kOK) tools.IDrawTools_CloseRawPixels();
+    origins.push_back({pixels.fOriginX, pixels.fOriginY});
+    if (origins.size() > 10) throw std::runtime_error("there would be no end");
+    return Filling(kEverything, kRed)(tools);
+  };
+  for (const auto& [bounds, dirty, expected] : Rows<TRect, TRect, std::vector<TPoint>>{
+           {{0, 0, kMax, kMax}, {0, 0, 100, 100}, {{0, 0}}},
+           {{kMin, kMin, kMax, kMax}, {0, 0, 100, 100}, {{-448, -48}}},
+           {{-750, -350, kMax, kMax}, {0, 0, 100, 100}, {{-750, -350}, {50, -350}, {-750, 50}, {50, 50}}},
+           {{-750, -350, kMax, 60}, {50, 0, 70, 51}, {{50, -350}, {50, 50}}},
+           {{-780, -380, kMax, kMax}, {0, 0, 30, 30}, {{20, 20}}}}) {  // the frame begins there
+    SetRect(view, bounds);
+    origins.clear();
+    CBufferBitmap surface({100, 100}, 32);
+    tree.Draw(surface, CRegion(dirty));
+    EXPECT_EQ(expected, origins) << testing::PrintToString(bounds);
+    TRect visible = dirty;
+    EXPECT_TRUE(IntersectRect(visible, frame.GetBounds()) && IntersectRect(visible, bounds));
+    EXPECT_EQ(visible, PaintedPixels(surface)) << testing::PrintToString(bounds);
+  }
+}
+
+// Neither the view that is drawn through a tile next nor the next paint finds them.
+TEST_F(DrawingWalk, AttributesStayWithTheirPass) {
+  const auto attributesOf = [](HDC hdc) {
+    POINT origin = {};
+    GetBrushOrgEx(hdc, &origin);
+    return std::vector<std::int64_t>{GetTextCharacterExtra(hdc),
+                                     GetStretchBltMode(hdc),
+                                     GetPolyFillMode(hdc),
+                                     GetArcDirection(hdc),
+                                     GetDCBrushColor(hdc),
+                                     GetDCPenColor(hdc),
+                                     origin.x,
+                                     origin.y,
+                                     GetLayout(hdc)};
+  };
+  for (TViewDrawMode mode : kModes) {
+    if (mode == kViewDrawDirect) continue;
+    DrawingTree tree({0, 0, 100, 100});
+    std::vector<std::vector<std::int64_t>> found;
+    for (const TRect& bounds : {TRect{0, 0, 20, 20}, TRect{20, 0, 40, 20}})
+      BehaviorOf(tree.Add(bounds, mode)).fOnDraw = Drawing([&](HDC hdc) {
+        found.push_back(attributesOf(hdc));
+        SetTextCharacterExtra(hdc, 7), SetStretchBltMode(hdc, HALFTONE), SetPolyFillMode(hdc, WINDING);
+        SetArcDirection(hdc, AD_CLOCKWISE), SetDCBrushColor(hdc, kRed), SetDCPenColor(hdc, kGreen);
+        SetBrushOrgEx(hdc, 3, 5, nullptr), SetLayout(hdc, LAYOUT_RTL);
+        EXPECT_NE(found[0], attributesOf(hdc));
+      });
+    CBufferBitmap surface({100, 100}, 32);
+    for (int i = 0; i < 2; ++i) {
+      tree.Root().InvalidateRect({0, 0, 100, 100});
+      for (CViewImpl* view : tree.Root().GetRawSubViews()) view->InvalidateRect({0, 0, 100, 100});
+      tree.Draw(surface);
+    }
+    ASSERT_EQ(4u, found.size()) << mode;
+    CBufferBitmap fresh({100, 100}, 32);
+    for (const auto& attributes : found)
+      EXPECT_EQ(attributesOf(fresh.GetNativePort().fHDC), attributes) << mode;
+  }
+}
+
 // A buffer is begun and ended inside what it is copied to, which pauses for the copy.
 TEST_F(DrawingWalk, BracketsOfNestedBuffers) {
   for (TViewDrawMode mode : {kViewDrawTemporary32, kViewDrawPermanent16}) {

@@ -170,6 +170,42 @@ TEST_F(WinWindowTest, AlwaysOnTopIsInherited) {
   });
 }
 
+// A view that has been released, but lives on behind its subview, is the window's to know.
+TEST_F(WinWindowTest, TabViewsThatAClientGetsAreItsOwn) {
+  struct Factory : IViewBehaviorFactory {
+    IViewBehavior* IViewBehaviorFactory_CreateBehavior(IView&, TError& outError) override {
+      outError = kOK;
+      return new CDefaultViewBehavior;
+    }
+  } factory;
+  struct Receiver : IViewListReceiver {
+    TError IViewListReceiver_ReceiveViews(IView* const* views, std::uint32_t count) override {
+      fViews.assign(views, views + count);
+      return kOK;
+    }
+    std::vector<IView*> fViews;
+  } receiver;
+  InRun([&] {
+    const TTestWindowPtr window = Make(kWindowKindDocument);
+    IView* root = nullptr;
+    EXPECT_EQ(window->IWindow_GetRootView(root), kOK);
+    const auto make = [&](CViewImpl& superView) -> CViewImpl& {
+      return *CViewImpl::MakeSubView(factory, superView, "view");
+    };
+    CViewImpl& gone = make(dynamic_cast<CViewImpl&>(*root));
+    CViewImpl& leaf = make(gone);
+    CViewImpl& other = make(dynamic_cast<CViewImpl&>(*root));
+    IView* const all[] = {&gone, &other};
+    EXPECT_EQ(window->IWindow_SetTabViews(all, 2), kOK);
+    gone.IView_Release();
+    EXPECT_EQ(window->IWindow_GetTabViews(receiver), kOK);
+    EXPECT_EQ(receiver.fViews, std::vector<IView*>{&other});
+    EXPECT_EQ(window->IWindow_SetTabViews(receiver.fViews.data(), 1), kOK);
+    leaf.IView_Release();
+    other.IView_Release();
+  });
+}
+
 // As a last resort the destructor gives the owner back: here of a dialog that nobody has wired up. Rather
 // than throw, it does so without having looked who else blocks the owner.
 TEST_F(WinWindowTest, ALostDialogFreesItsOwner) {

@@ -24,6 +24,17 @@ bool TTileIterator::GetNextTile(TRect& outTile) {
   return true;
 }
 
+TRect CutToTiles(const TRect& bounds, const TSize& tileSize, const TRect& part) {
+  TRect cut = bounds;
+  if (!IntersectRect(cut, part)) return {};
+  const auto edgeBefore = [](std::int64_t place, std::int64_t start, std::int64_t size) {
+    return ToCoordinate(place - (place - start) % size);
+  };
+  cut.fLeft = edgeBefore(cut.fLeft, bounds.fLeft, tileSize.fWidth);
+  cut.fTop = edgeBefore(cut.fTop, bounds.fTop, tileSize.fHeight);
+  return cut;
+}
+
 // --- TDrawBracket
 
 TDrawBracket::TDrawBracket(IMorvaneRunBehavior* runBehavior, IDrawTools& tools)

@@ -9,6 +9,7 @@
 #include "Component/Portable/Base/Scopes.h"
 #include "Component/Portable/Surfaces/PortState.h"
 #include "Component/Portable/Surfaces/Region.h"
+#include "Component/Portable/Surfaces/TileBitmapPool.h"
 #include "Component/Portable/Views/ViewImpl.h"
 
 namespace NSMorvane {
@@ -67,22 +68,23 @@ class CBracketPause : CNotCopied {
   TDrawBracket* fBracket;
 };
 
-// The bitmap of a view for one drawing.
-class CViewBitmap : CNotCopied {
+// The shared bitmap that a view is drawn through. It goes back to where it came from, even if the view has
+// changed its mode meanwhile.
+class CTileBitmap : CNotCopied {
  public:
-  explicit CViewBitmap(CViewImpl& view) : fView(view), fBitmap(view.GetBitmapForDrawing()) {}
-  ~CViewBitmap() {
+  explicit CTileBitmap(CViewImpl& view) : fBitmap(view.GetBitmapForDrawing()) {}
+  ~CTileBitmap() {
+    if (fBitmap == nullptr) return;
     try {
-      fView.ReleaseBitmapForDrawing(fBitmap);
+      CTileBitmapPool::ForDepth(fBitmap->GetInfo().fBitDepth).PutBack(fBitmap);
     } catch (...) {
-      // The view's mode has changed during the drawing, and the bitmap ends here.
+      // There is no memory to keep it, and the bitmap ends here.
     }
   }
 
   CBufferBitmap* Get() const { return fBitmap.get(); }
 
  private:
-  CViewImpl& fView;
   boost::shared_ptr<CBufferBitmap> fBitmap;
 };
 
@@ -146,6 +148,7 @@ void DrawIntoBuffer(const TPass& pass, CViewImpl& view, const TRect& dirtyBounds
   HDC__* const hdc = bufferTools.CDrawToolsGlue_GetNativePort().fHDC;
   const CPortGuard guard(hdc);
   const CSelectionGuard bitmap(hdc, kSelectedBitmap);
+  const CWholeStateGuard wholeState(hdc);
   TDrawBracket bracket(pass.fRunBehavior, bufferTools);
   DrawDirect({pass.fRunBehavior, bracket, dirtyBounds, bufferTools, &bufferTools, pass.fSettings}, view);
 }
@@ -163,7 +166,10 @@ void CopyToTools(const TPass& pass, CPortClip& clip, const TRect& viewBounds, CB
 }
 
 void DrawInTiles(const TPass& pass, CPortClip& clip, CViewImpl& view, const TRect& bounds) {
-  const CViewBitmap bitmap(view);
+  // A view may be much larger than what can be seen of it.
+  TRect visible = clip.GetBox();
+  if (!IntersectRect(visible, pass.fDirtyBounds)) return;
+  const CTileBitmap bitmap(view);
   CBufferBitmap* const viewBufferBitmap = bitmap.Get();
   MORVANE_ASSERT(viewBufferBitmap != NULL);
   void* nativeRegion = nullptr;
@@ -171,7 +177,8 @@ void DrawInTiles(const TPass& pass, CPortClip& clip, CViewImpl& view, const TRec
   // A copy: if a behaviour draws with these tools while a tile is being drawn, the tools change their region.
   CRegion region;
   region.UnionRegion(CRegion(static_cast<TNativeRegion>(nativeRegion), true));
-  TTileIterator tiles(bounds, {viewBufferBitmap->GetInfo().fWidth, viewBufferBitmap->GetInfo().fHeight});
+  const TSize tileSize = {viewBufferBitmap->GetInfo().fWidth, viewBufferBitmap->GetInfo().fHeight};
+  TTileIterator tiles(CutToTiles(bounds, tileSize, visible), tileSize);
   TRect tile;
   while (tiles.GetNextTile(tile)) {
     const TPoint origin = {tile.fLeft, tile.fTop};
@@ -203,8 +210,10 @@ void DrawPermanent(const TPass& pass, CPortClip& clip, CViewImpl& view, const TR
   }
   const TPoint origin = viewBufferBitmap->GetOrigin();
   MORVANE_ASSERT((origin.fX == 0) && (origin.fY == 0));
+  // Another origin while the bitmap is being drawn into: this is a paint in the middle of that drawing.
   CopyToTools(pass, clip, bounds, *viewBufferBitmap, topLeft,
-              {0, 0, ToCoordinate(RectWidth(bounds)), ToCoordinate(RectHeight(bounds))});
+              OffsetRectBy({0, 0, ToCoordinate(RectWidth(bounds)), ToCoordinate(RectHeight(bounds))},
+                           origin.fX, origin.fY));
 }
 
 void DrawByMode(const TPass& pass, CPortClip& clip, CViewImpl& view, const TRect& bounds) {

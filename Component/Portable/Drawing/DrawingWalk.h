@@ -33,6 +33,10 @@ class TTileIterator {
   TRect fCurrent;
 };
 
+// The part of `bounds` that has to be cut into tiles so that all of `part` is in them: it begins where one of
+// the tiles of `bounds` does. The zero rectangle if `part` lies outside.
+TRect CutToTiles(const TRect& bounds, const TSize& tileSize, const TRect& part);
+
 // Tells the run behaviour when drawing with `tools` begins and ends. Without a run behaviour nobody is told.
 class TDrawBracket : CNotCopied {
  public:

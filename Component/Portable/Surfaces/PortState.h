@@ -3,8 +3,9 @@
 //
 // A full save and restore of a context costs several times as much as drawing a small view, so the walk saves
 // only what it must. After every view it restores clip and mapping, which decide where the next view is
-// drawn. After every pass over a context it also restores attributes and selected objects. The clip of a
-// context is read once for all the subviews of a view. The clips of the subviews are computed here and set
+// drawn. After every pass over a context it also restores attributes and selected objects, and all the rest
+// of the state if the context is that of a bitmap, which other views and windows draw into later. The clip of
+// a context is read once for all the subviews of a view. The clips of the subviews are computed here and set
 // with as few platform calls as possible, and the clip of the super view is restored only after the last
 // subview.
 #pragma once
@@ -93,6 +94,19 @@ class CPortGuard : CNotCopied {
   CSelectionGuard fFont;
   CSelectionGuard fPen;
   CSelectionGuard fBrush;
+};
+
+// Saves the whole state of a context with the platform, and restores it in its destructor, whatever has been
+// saved on top of it. It does nothing if a view has restored a state that it had not saved: then what the
+// other guards hold is all there is.
+class CWholeStateGuard : CNotCopied {
+ public:
+  explicit CWholeStateGuard(HDC__* hdc);
+  ~CWholeStateGuard();
+
+ private:
+  HDC__* fHDC;
+  int fLevel;
 };
 
 // Rectangular regions to select as clips, kept from paint to paint: selecting an existing region costs half

@@ -7,6 +7,7 @@
 #include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Surfaces/BufferBitmap.h"
 #include "Component/Portable/Views/FocusSearch.h"
+#include "Component/Portable/Views/IgnoredErrors.h"
 #include "Component/Portable/Views/ViewWindow.h"
 #include "Interface/MorvaneWindow.h"
 
@@ -279,11 +280,16 @@ void CViewImpl::AppendHits(const TViewImplPtr& view, const TPoint& point, std::v
     if (subView->IsLive()) AppendHits(subView, point, hits);
 }
 
+// A view that fails to answer is not hit. The mouse must get to the other views all the same, and what the
+// window does beside must not stop: it asks with nearly every message.
 bool CViewImpl::IsHit(const TPoint& point) const {
   if (!fBehavior) return false;
   CRectGetter getter(point);
-  MORVANE_CHECK(fBehavior->IViewBehavior_GetHitRects(getter));
-  return getter.IsHit() && IsLive();
+  const IViewBehavior* const behavior = fBehavior.get();
+  const TError error = ErrorOf([&] { MORVANE_CHECK(fBehavior->IViewBehavior_GetHitRects(getter)); });
+  if (error == kOK) return getter.IsHit() && IsLive();
+  PrintIgnoredMouseError(behavior, error, "IViewBehavior_GetHitRects");
+  return false;
 }
 
 // --- Parameters

@@ -181,7 +181,7 @@ void CViewImpl::CViewGlue_Offset(std::int32_t dx, std::int32_t dy) {
   try {
     MoveSubtree(dx, dy, *superView, handled);
   } catch (...) {
-    MarkToolRectsDirty();  // of the views that have moved
+    MarkToolRectsDirty();
     MORVANE_RETHROW();
   }
   MarkToolRectsDirty();
@@ -245,7 +245,8 @@ void CViewImpl::ScrollInSuperView(const TPoint& distance) {
 }
 
 // `around`, the super view of the subtree, shows what the views leave behind. With `handled`, their pixels
-// have been taken care of already.
+// have been taken care of already. If behaviours fail, the first code is thrown at the end: the pixels may
+// have moved all at once, so the views must do so too.
 void CViewImpl::MoveSubtree(std::int32_t dx, std::int32_t dy, CViewImpl& around, bool handled) {
   const TRect oldRect = fRect;
   const TPoint distance = LimitOffset(oldRect, dx, dy);
@@ -265,10 +266,17 @@ void CViewImpl::MoveSubtree(std::int32_t dx, std::int32_t dy, CViewImpl& around,
         break;
     }
   }
-  if (fBehavior) MORVANE_CHECK(fBehavior->IViewBehavior_OnOffset(dx, dy));
-  if (fSubViews.empty()) return;
-  for (const TViewImplPtr& subView : GetSubViews())
-    if (subView->IsLive()) subView->MoveSubtree(dx, dy, around, handled);
+  TError firstError = kOK;
+  if (fBehavior)
+    firstError = ErrorOf([&] { MORVANE_CHECK(fBehavior->IViewBehavior_OnOffset(distance.fX, distance.fY)); });
+  if (!fSubViews.empty()) {
+    for (const TViewImplPtr& subView : GetSubViews()) {
+      if (!subView->IsLive()) continue;
+      const TError error = ErrorOf([&] { subView->MoveSubtree(dx, dy, around, handled); });
+      if (firstError == kOK) firstError = error;
+    }
+  }
+  ThrowError(firstError);
 }
 
 }  // namespace NSMorvane

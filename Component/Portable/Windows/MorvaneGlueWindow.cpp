@@ -1,4 +1,5 @@
 // The contract members of a window, of whatever kind.
+#include <algorithm>
 #include <set>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
@@ -21,11 +22,11 @@ IWindow* GetMotherWindow(IView& view) {
 // dropping the comparison.
 bool IsThere(const volatile void* address) { return address != NULL; }
 
-bool IsInSubtree(const CViewImpl* view, CViewImpl& root) {
-  if (view == &root) return true;
-  for (const auto& subView : root.GetSubViews())
-    if (IsInSubtree(view, *subView)) return true;
-  return false;
+// Whether the view is below `root`, with nothing but live views on the way.
+bool IsLiveBelow(const CViewImpl& view, const CViewImpl& root) {
+  const CViewImpl* superView = &view;
+  while (superView && superView != &root && superView->IsLive()) superView = superView->GetSuperView().get();
+  return superView == &root && &view != &root;
 }
 
 }  // namespace
@@ -34,11 +35,9 @@ bool AreValidTabViews(const std::vector<CViewImpl*>& tabViews, IWindow* window) 
   if (std::set<CViewImpl*>(tabViews.begin(), tabViews.end()).size() != tabViews.size()) return false;
   IView* rootView = NULL;
   if (window->IWindow_GetRootView(rootView) != kOK) return false;
-  CViewImpl* const root = dynamic_cast<CViewImpl*>(rootView);
-  if (!root) return false;
-  for (const CViewImpl* view : tabViews)
-    if (!view || view == root || !IsInSubtree(view, *root)) return false;
-  return true;
+  const CViewImpl* const root = dynamic_cast<CViewImpl*>(rootView);
+  return root && std::all_of(tabViews.begin(), tabViews.end(),
+                             [&](const CViewImpl* view) { return view && IsLiveBelow(*view, *root); });
 }
 
 CWindowGlue::CWindowGlue() {

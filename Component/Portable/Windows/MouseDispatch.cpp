@@ -8,6 +8,7 @@
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Views/FocusChain.h"
+#include "Component/Portable/Views/IgnoredErrors.h"
 
 namespace NSMorvane {
 
@@ -222,11 +223,7 @@ void CMouseDispatch::SendExits(const TViews& newInsideViews) {
       error = behavior->IViewBehavior_OnMouseEnterExit(0);
       return error == kOK;
     });
-    if (error != kOK)
-      DebugPrint("The view behavior " + std::to_string(reinterpret_cast<std::uintptr_t>(behavior)) +
-                 "returned the error " + std::to_string(static_cast<std::int32_t>(error)) +
-                 " when IViewBehavior_OnMouseEnterExit was called. The error will be ignored in order to not "
-                 "disrupt the mouse tracking.");
+    if (error != kOK) PrintIgnoredMouseError(behavior, error, "IViewBehavior_OnMouseEnterExit");
   }
   fInsideViews.assign(newInsideViews.begin(), newInsideViews.end());
 }

@@ -126,6 +126,14 @@ CPortGuard::~CPortGuard() {
   fMapping.Restore(fHDC);
 }
 
+// --- CWholeStateGuard
+
+CWholeStateGuard::CWholeStateGuard(HDC hdc) : fHDC(hdc), fLevel(SaveDC(hdc)) {
+  if (fLevel == 0) MORVANE_THROW(std::exception());
+}
+
+CWholeStateGuard::~CWholeStateGuard() { RestoreDC(fHDC, fLevel); }
+
 // --- CClipRegions
 
 CClipRegions& CClipRegions::GetInstance() {

@@ -180,7 +180,12 @@ CViewImpl* CWinWindow::CWindowGlue_GetOnDutyFocusView() {
 
 void CWinWindow::CWindowGlue_SetConceptualFocusView(CViewImpl* view) { fFocus.GetFocus().SetView(view); }
 
-std::vector<CViewImpl*> CWinWindow::CWindowGlue_GetTabViews() { return fTabViews; }
+// A released view that subviews keep in memory is still in the list, but the client does not know of it.
+std::vector<CViewImpl*> CWinWindow::CWindowGlue_GetTabViews() {
+  std::vector<CViewImpl*> tabViews = fTabViews;
+  std::erase_if(tabViews, [](const CViewImpl* view) { return !view->IsLive(); });
+  return tabViews;
+}
 
 void CWinWindow::CWindowGlue_SetTabViews(const std::vector<CViewImpl*>& tabViews) { fTabViews = tabViews; }
 

@@ -1,5 +1,7 @@
 #include "Component/Win/Window/WinWindowPainting.h"
 
+#include <exception>
+
 #include "Component/Portable/Drawing/DrawingWalk.h"
 #include "Component/Portable/Surfaces/BufferBitmap.h"
 #include "Component/Portable/Views/ViewImpl.h"
@@ -82,8 +84,15 @@ void CWinWindowPainting::PaintOn(CPaintContext& target) {
   const DWORD start = GetTickCount();
   COffscreenContext buffer(target, region.GetBounds());
   FillBackground(buffer);
-  DrawRootView(buffer, region);
+  std::exception_ptr failure;
+  try {
+    DrawRootView(buffer, region);
+  } catch (...) {
+    failure = std::current_exception();
+  }
+  // Even then: the region counts as painted, and would go on showing what was in its place before.
   for (const TRect& rect : region.GetRects()) buffer.CopyToTarget(rect);
+  if (failure) std::rethrow_exception(failure);
   if (fWindow.fHost->GetDebugSettings().fDrawViewBounds)
     DrawViewBounds(target, *fWindow.fRootView, fWindow.fRootView->GetBounds());
   fInspector.Draw();
