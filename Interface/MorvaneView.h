@@ -135,14 +135,14 @@ class IViewBehavior {
   virtual TError IViewBehavior_Draw(IDrawTools& tools) = 0;
   // Draws on top of the subviews, after they have been drawn.
   virtual TError IViewBehavior_PostProcessDraw(IDrawTools& tools) = 0;
-  // IView_Offset has moved the view, or one of its super views and the view with it.
+  // IView_Offset has moved the view, alone or with a super view. A code keeps no subview from moving along.
   virtual TError IViewBehavior_OnOffset(std::int32_t dx, std::int32_t dy) = 0;
   virtual TError IViewBehavior_OnEffectivelyEnabledChanged(TFlag enabled) = 0;
   // 1: the view, or a view below it, now gets the keys. 0: it no longer does. The two values alternate.
   virtual TError IViewBehavior_OnOnDutyFocusChanged(TFlag gained) = 0;
   // `event.fType` tells the pre-click pass from the normal one.
   virtual TError IViewBehavior_HandleClick(const TMouseEvent& event, TFlag& outHandled) = 0;
-  // Where the view can be hit. A view without rectangles is transparent to the mouse; its subviews are not.
+  // Where the view can be hit: nowhere without rectangles, or with a code; its subviews can be all the same.
   virtual TError IViewBehavior_GetHitRects(IRectsGetter& out) = 0;
   // Called along the focus chain, from the focus view to the root view, until a view handles it.
   virtual TError IViewBehavior_OnMouseWheel(const TMouseWheelEvent& event, TFlag& outHandled) = 0;
