@@ -70,7 +70,8 @@ TEST_F(ViewInspectorTest, Descriptions) {
        "View flags: Enabled, Non-focusable, Non-mouse trackable\nAuto-invalidation mode: none\n"
        "Super views: Root view @root"},
   };
-  for (auto [view, params, text] : rows) {
+  for (const auto& [view, params, description] : rows) {
+    std::string text = description;
     if (view != &fRoot) {
       EXPECT_EQ(view->IView_SetParams(params), kOK);
     }

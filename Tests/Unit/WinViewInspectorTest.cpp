@@ -88,11 +88,14 @@ TEST_F(WinViewInspectorTest, VisiblePartsAreHatched) {
       {"covered", covered, {}, {}},
       {"huge", huge, {{0, 0, 90, 80}}, {}},
   };
-  for (const auto& [name, view, seen, hidden] : cases) {
+  for (const TCase& testCase : cases) {
+    CViewImpl& view = testCase.fView;
+    const std::vector<TRect>& seen = testCase.fSeen;
+    const std::vector<TRect>& hidden = testCase.fHidden;
     // Without the huge one in front.
     if (&view != &huge) SetRect(huge, {});
     for (const TPoint& origin : {TPoint{0, 0}, TPoint{7, -3}}) {
-      SCOPED_TRACE(name);
+      SCOPED_TRACE(testCase.fName);
       const TRect bounds = view.GetBounds();
       const Pixels picture = PictureOf([&](CDeviceContext& context) { DrawViewInfo(context, view); }, origin);
       const auto isInAny = [](const std::vector<TRect>& rects, const TPoint& p) {
