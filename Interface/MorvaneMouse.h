@@ -119,7 +119,7 @@ struct TMouseTracking {
   TMouseShapeRequest fState;
 };
 
-// A turn of the wheel.
+// A turn of the wheel. Less than a notch is told as 0, and counts with the next turn in the same direction.
 struct TMouseWheelEvent {
   std::uint32_t fType;         // kMouseEventWheel
   std::int32_t fDeltaNotches;  // positive away from the user

@@ -21,7 +21,7 @@ struct TNativeWindow {
 };
 
 // What a dialog needs of its owner. Every window of the library except a floating window offers one. A client
-// may implement its own for a window that the library does not know.
+// may offer a window of its own, which must outlive the dialog: one destroyed with its owner never ends.
 class IModalOwner {
  public:
   virtual TError IModalOwner_GetNativeWindow(TNativeWindow& out) = 0;
@@ -114,9 +114,9 @@ enum TZoomState : std::uint32_t { kWindowStateIdeal = 2200, kWindowStateUser = 2
 
 enum : std::size_t { kTitleChars = 1023 };
 
-// Where a window is. fUserRect and fIdealRect are frame rectangles, in screen coordinates, for the window
-// when it is neither minimized nor maximized: fUserRect is where the window was put, fIdealRect is where it
-// has the size that suits its content. fZoomState tells which of the two is in use.
+// Where a window is when it is neither minimized nor maximized, as frame rectangles in screen coordinates:
+// fUserRect is where it was put, fIdealRect where it has the size that suits its content, and fZoomState
+// tells which of the two is in use. A new fIdealRect of another size may be replaced.
 struct TDocumentWindowPlacement {
   TFlag fMinimized;
   TFlag fMaximized;
