@@ -208,15 +208,16 @@ std::vector<HWND> CBlocking::FindWindowsToRestore(const std::vector<HWND>& nativ
   if (!fStack.empty()) {
     const HWND parent = GetParent(*it++);
     // A maximized parent is left alone: SW_RESTORE would make it smaller.
-    if (parent && Contains(nativeWindows, parent) && IsWindowMinimized(parent)) restoreList.push_back(parent);
+    if (parent && Contains(nativeWindows, parent) && IsIconic(parent)) restoreList.push_back(parent);
   }
   if (!restoreList.empty()) return restoreList;
   bool allAreMinimized = true;
   for (; it != nativeWindows.end(); ++it) {
     const HWND hWnd = *it;
-    if (!IsWindow(hWnd)) continue;  // a window of another thread has ended
-    MORVANE_ASSERT_TEXT("IsWindowShown(hWnd)", fWindows->IsShown(hWnd));
-    if (IsWindowMinimized(hWnd))
+    if (!IsWindow(hWnd)) continue;
+    // One of another thread can end at any moment.
+    MORVANE_ASSERT_TEXT("IsWindowShown(hWnd)", !IsRegisteredHwnd(hWnd) || fWindows->IsShown(hWnd));
+    if (IsIconic(hWnd))
       restoreList.push_back(hWnd);
     else
       allAreMinimized = false;
@@ -264,7 +265,7 @@ void CBlocking::ApplyOrder(const std::vector<HWND>& nativeWindows, bool activate
   }
   if (activateFrontModal) {
     const auto front = std::find_if(nativeWindows.begin(), nativeWindows.end(), [this](HWND hWnd) {
-      return IsWindow(hWnd) && !fWindows->IsHidden(hWnd) && !IsWindowMinimized(hWnd);
+      return IsWindow(hWnd) && !fWindows->IsHidden(hWnd) && !IsIconic(hWnd);
     });
     if (front != nativeWindows.end()) {
       EnableUsableInPlaceOf(*front);

@@ -80,7 +80,9 @@ bool CWindowRegistry::IsShown(HWND hWnd) const {
 
 std::vector<HWND> CWindowRegistry::GetShownHwndsZ() const {
   std::vector<HWND> windows = GetTopLevelWindowsZ();
-  std::erase_if(windows, [this](HWND hwnd) { return IsWindowList(hwnd) || !IsShown(hwnd); });
+  // A window of another thread can have gone since it was listed.
+  std::erase_if(windows,
+                [this](HWND hwnd) { return IsWindowList(hwnd) || !IsWindowVisible(hwnd) || IsHidden(hwnd); });
   return windows;
 }
 
