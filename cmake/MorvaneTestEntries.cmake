@@ -21,15 +21,20 @@ function(morvane_test_names variable source)
   set(${variable} ${names} PARENT_SCOPE)
 endfunction()
 
-# morvane_add_test_entry(<name> <target> <filter> <seconds>): one entry, which runs the tests that fit the filter.
-# A program that hangs is stopped by wine-run after so many seconds; ctest's own limit stands behind it.
-function(morvane_add_test_entry name target filter seconds)
+# morvane_limit_test_entry(<name> <seconds>): a program that hangs is stopped by wine-run after so many seconds;
+# ctest's own limit stands behind it.
+function(morvane_limit_test_entry name seconds)
   math(EXPR last_resort "${seconds} + 40")
-  add_test(NAME ${name} COMMAND ${target} --gtest_filter=${filter})
   set_tests_properties(${name} PROPERTIES
     ENVIRONMENT MORVANE_RUN_LIMIT=${seconds}
-    TIMEOUT ${last_resort}
-    FAIL_REGULAR_EXPRESSION "Running 0 tests")
+    TIMEOUT ${last_resort})
+endfunction()
+
+# morvane_add_test_entry(<name> <target> <filter> <seconds>): one entry, which runs the tests that fit the filter.
+function(morvane_add_test_entry name target filter seconds)
+  add_test(NAME ${name} COMMAND ${target} --gtest_filter=${filter})
+  set_tests_properties(${name} PROPERTIES FAIL_REGULAR_EXPRESSION "Running 0 tests")
+  morvane_limit_test_entry(${name} ${seconds})
 endfunction()
 
 # morvane_add_file_entries(<prefix> <target> <source>...): an entry for each source, with all its suites.

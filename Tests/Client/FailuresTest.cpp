@@ -185,8 +185,14 @@ class FailuresTest : public ClientWindowTest {
     std::ranges::sort(windows);
     return windows;
   }
-  void FailEachCall(const std::function<TError()>& use) {
+  // Each use makes its surfaces anew, and none that is kept for later paints hides one that is lost.
+  void FailEachCall(const std::function<TError()>& scenario) {
     if (!fRecord.fHwnd) Open();  // a document that stays, so that nobody is asked to quit
+    const auto use = [&] {
+      const TError error = scenario();
+      SendMessageW(Hwnd(), WM_DISPLAYCHANGE, 32, MAKELPARAM(1280, 960));
+      return error;
+    };
     ImportFailures& imports = Imports();
     // What is made once and kept.
     for (int i = 0; i < 2; ++i) ASSERT_EQ(use(), kOK);

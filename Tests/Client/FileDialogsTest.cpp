@@ -358,4 +358,29 @@ TEST_IN_RUN(FileDialogsTest, CarriesControlsOfTheClient) {
   EXPECT_EQ(record.fLog.Take(), "template");
 }
 
+// One that tells no number of a template has none, whatever lay in memory before.
+TEST_IN_RUN(FileDialogsTest, ListensWithoutControls) {
+  struct Listener : CDefaultOpenDialogCustomizeBehavior {
+    TError IOpenDialogCustomizeBehavior_GetTemplateID(std::uint32_t& outID) override {
+      EXPECT_EQ(outID, 0u);
+      return kOK;
+    }
+  };
+  static DWORD flags = 0;
+  static BOOL (*const answer)(OPENFILENAMEW*) = [](OPENFILENAMEW* record) -> BOOL {
+    flags = record->Flags;
+    return FALSE;
+  };
+  const auto soilStack = [] {
+    volatile std::uint8_t bytes[16384];
+    for (volatile std::uint8_t& byte : bytes) byte = 0xA5;
+  };
+  Open();
+  const PatchedImport patch(L"Morvane.dll", "GetOpenFileNameW", answer);
+  soilStack();
+  EXPECT_EQ(CreateOpen(1, nullptr, new Listener), kOK);
+  EXPECT_EQ(fOpener.fLog.Take(), "cancel");
+  EXPECT_EQ(flags & (OFN_ENABLETEMPLATE | OFN_ENABLEHOOK), static_cast<DWORD>(OFN_ENABLEHOOK));
+}
+
 }  // namespace NSMorvaneTest

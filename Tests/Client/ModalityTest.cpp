@@ -125,6 +125,21 @@ TEST_IN_RUN(ModalityTest, DialogsBeginAndEnd) {
     HooksOf("doc2").clear();
     EXPECT_EQ(Picture(), picture);
   }
+
+  // And while the click of a window that it blocks brings it to the front: that click is over.
+  const HWND foreign = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 10, 10, 80, 80, nullptr,
+                                       nullptr, nullptr, nullptr);
+  MakeNamed("A");
+  SetActiveWindow(foreign);
+  HooksOf("A")["ActivationChanged:1"] = end;
+  const PatchedImport patch(L"Morvane.dll", "FlashWindowEx", NoteFlash);
+  SetCursor(nullptr);
+  SendMessageW(HwndOf("doc1"), WM_SETCURSOR, reinterpret_cast<WPARAM>(HwndOf("doc1")),
+               MAKELPARAM(HTCAPTION, WM_LBUTTONDOWN));
+  EXPECT_EQ(GetCursor(), nullptr) << "the window itself has not heard of it";
+  EXPECT_EQ(gFlashed, nullptr);
+  EXPECT_EQ(Picture(), "doc1+ doc2+");
+  DestroyWindow(foreign);
 }
 
 // A dialog with an owner blocks that one only; one without an owner then blocks the dialog.
