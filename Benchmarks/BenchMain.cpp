@@ -52,6 +52,17 @@ class CClientPixels {
 
 // --- Rows of frames
 
+// The font that the application sets at the start of each drawing, while this exists; null for none.
+class CSharedFont {
+ public:
+  explicit CSharedFont(HFONT font) { gFont = font; }
+  ~CSharedFont() { gFont = nullptr; }
+  static HFONT Get() { return gFont; }
+
+ private:
+  static inline HFONT gFont = nullptr;
+};
+
 using TFrame = std::function<void()>;
 
 class CFrameRows {
@@ -61,45 +72,72 @@ class CFrameRows {
   ~CFrameRows() { fWindow.IDocumentWindow_Release(); }
 
   void MeasureAll() {
-    MeasureFullRepaint({"full", "All of 1,000 views repainted", "at least 0.87", kRate}, false);
-    MeasureFullRepaint({"full-text", "The same with four characters in each", "at least 0.75", kRate}, true);
+    using enum TCellText;
+    MeasureFullRepaint({"full", "All of 1,000 views repainted", "at least 0.87", kRate}, {kNone});
+    MeasureFullRepaint({"full-text", "The same with four characters in each", "at least 0.75", kRate},
+                       {kPortsFont});
+    MeasureFullRepaint(
+        {"text-shared-font", "The same in a font that is set once, at the start of the drawing",
+         "at least 0.85", kRate},
+        {.fLibrary = kPortsFont, .fPlain = kPortsFont, .fFontIsShared = true, .fPlainFontIsShared = true});
+    MeasureFullRepaint(
+        {"text-own-font", "The same in a font that each view selects and puts back", "at least 0.9", kRate},
+        {.fLibrary = kOwnFont, .fPlain = kOwnFont});
+    MeasureFullRepaint(
+        {"text-font-once", "The same; plain GDI selects it once for all", "more than 0.36", kRate},
+        {.fLibrary = kOwnFont, .fPlain = kPortsFont, .fPlainFontIsShared = true});
+    MeasureFullRepaint({"nested", "1,000 views repainted, in stacks of ten", "at least 0.8", kRate},
+                       {.fArrangement = TArrangement::kStacked, .fCells = StackedCells()});
     MeasureOneView({"one-100", "One view of 100 repainted", "at least 0.90", kRate}, TArrangement::kDirect,
                    100);
     MeasureOneView({"one", "One view of 1,000 repainted", "at least 0.90", kRate}, TArrangement::kDirect,
                    1000);
-    MeasureOneView({"one-10000", "One view of 10,000 repainted", "at least 0.90", kRate},
+    MeasureOneView({"one-10000", "One view of 10,000 repainted", "at least 0.95", kRate},
                    TArrangement::kDirect, 10000);
     MeasureOneView({"one-buffered", "One view of 1,000 in a view with a bitmap repainted", "", kRate},
                    TArrangement::kBuffered, 1000);
+    MeasureCorners({"corners", "Two views of 1,000 in opposite corners repainted", "", kRate});
+    MeasureDragging({"drag", "A view of 60 by 40 pixels moved over 1,000 views", "at least 0.9", kRate});
+    MeasureResizing({"resize", "The window grows, and 1,000 views are laid out anew", "at least 0.8", kRate});
     MeasureScrolling(
         {"scroll", "1,000 views scrolled by 8 pixels, with plain GDI doing the same", "", kRate},
         {"scroll-repaint", "1,000 views scrolled by 8 pixels, with the library repainting them all",
          "at least 5", kRate},
-        false);
+        TCellText::kNone);
     MeasureScrolling({"scroll-text", "The first of the two with four characters in each", "", kRate},
                      {"scroll-repaint-text", "The second of the two with four characters in each", "", kRate},
-                     true);
+                     TCellText::kPortsFont);
   }
 
  private:
   static constexpr char kRate[] = "frames/s";
 
-  // A side that draws `cells` cells in a frame.
+  // What the two sides of a full repaint draw.
+  struct TFullRepaint {
+    TCellText fLibrary = TCellText::kNone;
+    TCellText fPlain = fLibrary;
+    bool fFontIsShared = false;
+    bool fPlainFontIsShared = false;
+    TArrangement fArrangement = TArrangement::kDirect;
+    TCells fCells = Cells(kCellsInClient);
+  };
+
+  // A side that draws `cells` cells in a frame; 0 for any number of them.
   TSample Side(CCellPainter& painter, std::uint64_t cells, TFrame frame) {
     return [this, &painter, cells, frame = std::move(frame)] {
       return FramesPerSecond(fOptions.fSampleSeconds, [&] {
         painter.TakeCount();
         frame();
         const std::uint64_t drawn = painter.TakeCount();
-        Require(drawn == cells,
+        Require(cells == 0 ? drawn > 0 : drawn == cells,
                 std::to_string(drawn) + " cells in a frame, and not " + std::to_string(cells));
       });
     };
   }
 
   // The plain window is there only while it is measured, and then in front.
-  TSample PlainSide(CPlainWindow& window, CCellPainter& painter, std::uint64_t cells, TFrame frame) {
-    return [&window, sample = Side(painter, cells, std::move(frame))] {
+  TSample PlainSide(CPlainWindow& window, TSample sample) {
+    return [&window, sample = std::move(sample)] {
       window.Show(true);
       const double result = sample();
       window.Show(false);
@@ -115,48 +153,129 @@ class CFrameRows {
     Require(same, "the two windows do not look the same");
   }
 
-  void MeasureFullRepaint(const TRowTexts& texts, bool withText) {
+  // Measures frames of a scene beside those of a plain window with the same cells.
+  void MeasureFrames(const TRowTexts& texts, CCellPainter& painter, CCellScene& scene,
+                     CCellPainter& plainPainter, CPlainWindow& plain, std::uint64_t cells,
+                     std::uint64_t plainCells, TFrame frame, TFrame plainFrame) {
+    RequireSamePixels(scene, plain);
+    PrintRow(texts, Compare(fOptions, Side(painter, cells, std::move(frame)),
+                            PlainSide(plain, Side(plainPainter, plainCells, std::move(plainFrame)))));
+  }
+
+  void MeasureFullRepaint(const TRowTexts& texts, const TFullRepaint& what) {
     if (!fOptions.Wants(texts.fName)) return;
     Progress(texts.fName);
-    CCellPainter painter(withText);
-    CCellScene scene(fMorvane, fWindow, TArrangement::kDirect, painter, kCellsInClient);
-    CPlainWindow plain(painter, kCellsInClient);
-    RequireSamePixels(scene, plain);
-    PrintRow(texts, Compare(fOptions, Side(painter, kCellsInClient, [&] { scene.PaintAll(); }),
-                            PlainSide(plain, painter, kCellsInClient, [&] {
-                              plain.Paint({0, 0, kClientWidth, kClientHeight});
-                            })));
+    CCellPainter painter(what.fLibrary);
+    CCellPainter plainPainter(what.fPlain);
+    const CSharedFont sharedFont(what.fFontIsShared ? painter.GetFont() : nullptr);
+    CCellScene scene(fMorvane, fWindow, what.fArrangement, painter, what.fCells);
+    CPlainWindow plain(plainPainter, what.fCells);
+    if (what.fPlainFontIsShared) plain.SelectFont(plainPainter.GetFont());
+    MeasureFrames(
+        texts, painter, scene, plainPainter, plain, kCellsInClient, kCellsInClient, [&] { scene.PaintAll(); },
+        [&] {
+          plain.Paint({0, 0, kClientWidth, kClientHeight});
+        });
     RequireSamePixels(scene, plain);
   }
 
   void MeasureOneView(const TRowTexts& texts, TArrangement arrangement, int cellCount) {
     if (!fOptions.Wants(texts.fName)) return;
     Progress(texts.fName);
-    CCellPainter painter(false);
-    CCellScene scene(fMorvane, fWindow, arrangement, painter, cellCount);
-    CPlainWindow plain(painter, cellCount);
-    RequireSamePixels(scene, plain);
-    PrintRow(texts, Compare(fOptions, Side(painter, 1, [&] { scene.PaintOne(); }),
-                            PlainSide(plain, painter, 1, [&] { plain.Paint(CellRect(kDirtyCell)); })));
+    CCellPainter painter(TCellText::kNone);
+    CCellScene scene(fMorvane, fWindow, arrangement, painter, Cells(cellCount));
+    CPlainWindow plain(painter, Cells(cellCount));
+    MeasureFrames(
+        texts, painter, scene, painter, plain, 1, 1, [&] { scene.PaintOne(); },
+        [&] { plain.Paint(CellRect(kDirtyCell)); });
     RequireSamePixels(scene, plain);
   }
 
-  void MeasureScrolling(const TRowTexts& againstPlain, const TRowTexts& againstRepaint, bool withText) {
+  // The box of what is dirty is the whole client area on both sides; plain GDI draws all that lies in it too.
+  void MeasureCorners(const TRowTexts& texts) {
+    if (!fOptions.Wants(texts.fName)) return;
+    Progress(texts.fName);
+    CCellPainter painter(TCellText::kNone);
+    CCellScene scene(fMorvane, fWindow, TArrangement::kDirect, painter, Cells(kCellsInClient));
+    CPlainWindow plain(painter, Cells(kCellsInClient));
+    MeasureFrames(
+        texts, painter, scene, painter, plain, 0, 2, [&] { scene.PaintFirstAndLast(); },
+        [&] {
+          plain.Paint(CellRect(0));
+          plain.Paint(CellRect(kCellsInClient - 1));
+        });
+  }
+
+  void MeasureDragging(const TRowTexts& texts) {
+    if (!fOptions.Wants(texts.fName)) return;
+    Progress(texts.fName);
+    TCells cells = Cells(kCellsInClient);
+    cells.push_back({0, 0, 60, 40});
+    CCellPainter painter(TCellText::kNone);
+    CCellScene scene(fMorvane, fWindow, TArrangement::kDirect, painter, cells);
+    CPlainWindow plain(painter, cells);
+    CDrag drag, plainDrag;
+    MeasureFrames(
+        texts, painter, scene, painter, plain, 0, 0,
+        [&] { drag.Step([&](int dx, int dy) { scene.MoveLastCell(dx, dy); }); },
+        [&] { plainDrag.Step([&](int dx, int dy) { plain.MoveLastCell(dx, dy); }); });
+  }
+
+  // Five pixels to the right and none to five down, so that each box of what is dirty differs from the one
+  // before; back to the start from the far side.
+  class CDrag {
+   public:
+    void Step(const std::function<void(int, int)>& move) {
+      int dx = 5;
+      int dy = fStep++ % 6;
+      if (fX + 65 > kClientWidth || fY + 45 > kClientHeight) {
+        dx = -fX;
+        dy = -fY;
+      }
+      fX += dx;
+      fY += dy;
+      move(dx, dy);
+    }
+
+   private:
+    int fStep = 0;
+    int fX = 0;
+    int fY = 0;
+  };
+
+  void MeasureResizing(const TRowTexts& texts) {
+    if (!fOptions.Wants(texts.fName)) return;
+    Progress(texts.fName);
+    CCellPainter painter(TCellText::kNone);
+    CCellScene scene(fMorvane, fWindow, TArrangement::kDirect, painter, Cells(kCellsInClient));
+    CPlainWindow plain(painter, Cells(kCellsInClient));
+    const auto grow = [](auto& window) {
+      return [&window, step = 0]() mutable {
+        window.Resize(kClientWidth + 2 * step, kClientHeight + 2 * step);
+        step = (step + 1) % ((kLargestWidth - kClientWidth) / 2);
+      };
+    };
+    MeasureFrames(texts, painter, scene, painter, plain, 0, 0, grow(scene), grow(plain));
+    ResizeClient(fWindow, kClientWidth, kClientHeight);
+  }
+
+  void MeasureScrolling(const TRowTexts& againstPlain, const TRowTexts& againstRepaint, TCellText text) {
     const bool wantsPlain = fOptions.Wants(againstPlain.fName);
     const bool wantsRepaint = fOptions.Wants(againstRepaint.fName);
     if (!wantsPlain && !wantsRepaint) return;
     Progress(againstPlain.fName);
-    CCellPainter painter(withText);
-    CCellScene scene(fMorvane, fWindow, TArrangement::kScrolled, painter, kCellsInClient);
-    CPlainWindow plain(painter, kCellsInClient, kScrolledHeight);
+    CCellPainter painter(text);
+    CCellScene scene(fMorvane, fWindow, TArrangement::kScrolled, painter, Cells(kCellsInClient));
+    CPlainWindow plain(painter, Cells(kCellsInClient), kScrolledHeight);
     int libraryDistance = 8;
     const TSample scroll =
         Side(painter, kCellColumns, [&] { scene.Scroll(libraryDistance = -libraryDistance); });
     if (wantsPlain) {
       int plainDistance = 8;
-      PrintRow(againstPlain, Compare(fOptions, scroll, PlainSide(plain, painter, kCellColumns, [&] {
-                                       plain.Scroll(plainDistance = -plainDistance);
-                                     })));
+      PrintRow(againstPlain,
+               Compare(fOptions, scroll, PlainSide(plain, Side(painter, kCellColumns, [&] {
+                                                     plain.Scroll(plainDistance = -plainDistance);
+                                                   }))));
     }
     if (wantsRepaint)
       PrintRow(againstRepaint,
@@ -183,6 +302,13 @@ class CBenchRun : public CDefaultApplication {
       MeasureWindows(fMorvane, fOptions);
       return TError{kOK};
     });
+  }
+  TError IMorvaneRunBehavior_OnBeginDraw(IDrawTools& tools) override {
+    if (CSharedFont::Get() == nullptr) return kOK;
+    const COpenPort port(tools);
+    SelectObject(port, CSharedFont::Get());
+    SetBkMode(port, TRANSPARENT);
+    return kOK;
   }
   TError IMorvaneRunBehavior_OnSetupMenuBar(IMenuBarState& state) override { return FillMenuBar(state); }
   TError IMorvaneRunBehavior_OnQuitEvent() override { return fMorvane.IMorvane_StartQuitting(); }

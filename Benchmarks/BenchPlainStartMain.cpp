@@ -15,8 +15,8 @@ int main(int argumentCount, char** arguments) {
   Require(argumentCount == 2 && std::strncmp(arguments[1], kOption, length) == 0, "no event is named");
   const HANDLE event = OpenEventA(EVENT_MODIFY_STATE, FALSE, arguments[1] + length);
   Require(event != nullptr, "the event has gone");
-  CCellPainter painter(false);
-  CPlainWindow window(painter, kCellsInClient);
+  CCellPainter painter(TCellText::kNone);
+  CPlainWindow window(painter, Cells(kCellsInClient));
   ShowWindow(window.Hwnd(), SW_SHOWNORMAL);
   MSG message;
   while (window.PaintCount() == 0 && GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);

@@ -19,7 +19,7 @@ class CStartedRun : public CDefaultApplication {
     return Guarded([&] {
       ThrowIfFailed(fMorvane.IMorvane_SetDebugSettings(TDebugSettings{}));
       fWindow = &CreateLibraryWindow(fMorvane);
-      fScene.emplace(fMorvane, *fWindow, TArrangement::kDirect, fPainter, kCellsInClient);
+      fScene.emplace(fMorvane, *fWindow, TArrangement::kDirect, fPainter, Cells(kCellsInClient));
       return fMorvane.IMorvane_PostAppMessage(0, 0);
     });
   }
@@ -33,7 +33,7 @@ class CStartedRun : public CDefaultApplication {
 
  private:
   HANDLE fEvent;
-  CCellPainter fPainter{false};
+  CCellPainter fPainter{TCellText::kNone};
   IDocumentWindow* fWindow = nullptr;
   std::optional<CCellScene> fScene;
 };

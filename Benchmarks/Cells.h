@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <vector>
 
 namespace NSBench {
 
@@ -15,16 +16,31 @@ enum : int {
   kCellHeight = 24,
   kCellColumns = kClientWidth / kCellWidth,
   kCellsInClient = kCellColumns * (kClientHeight / kCellHeight),
-  kDirtyCell = 20  // the one that is drawn again where it is one
+  kDirtyCell = 20,       // the one that is drawn again where it is one
+  kLargestWidth = 1000,  // of a client area that grows
+  kLargestHeight = 800
 };
 
 // Cells beyond the first thousand lie on top of those, but none lies on the dirty one.
 RECT CellRect(int index);
+using TCells = std::vector<RECT>;
+TCells Cells(int count);
+// A thousand cells that fill an area of this size.
+TCells CellsFor(int width, int height);
+// A thousand in a hundred stacks of ten, each cell inside the one before it.
+constexpr int kStackHeight = 10;
+TCells StackedCells();
+
+enum class TCellText {
+  kNone,
+  kPortsFont,  // in the font that is selected
+  kOwnFont     // in GetFont(), selected and put back for each cell
+};
 
 // Draws cells, and counts them.
 class CCellPainter {
  public:
-  explicit CCellPainter(bool withText);
+  explicit CCellPainter(TCellText text);
   ~CCellPainter();
   CCellPainter(const CCellPainter&) = delete;
   CCellPainter& operator=(const CCellPainter&) = delete;
@@ -32,11 +48,15 @@ class CCellPainter {
   void Draw(HDC hdc, const RECT& rect, int index);
   // The number drawn since the call before.
   std::uint64_t TakeCount();
+  HFONT GetFont() const { return fFont; }
 
  private:
   enum { kFillCount = 8 };
 
-  bool fWithText;
+  void DrawLetters(HDC hdc, const RECT& rect, int index);
+
+  TCellText fText;
+  HFONT fFont;
   HBRUSH fFills[kFillCount];
   HBRUSH fFrame;
   std::uint64_t fCount = 0;

@@ -19,10 +19,10 @@ TRect ToRect(const RECT& rect) { return {rect.left, rect.top, rect.right, rect.b
 }  // namespace
 
 CCellScene::CCellScene(IMorvane& morvane, IDocumentWindow& window, TArrangement arrangement,
-                       CCellPainter& painter, int cellCount)
-    : fMorvane(morvane), fHwnd(HwndOf(window)), fRoot(RootViewOf(window)) {
+                       CCellPainter& painter, const TCells& cells)
+    : fMorvane(morvane), fWindow(window), fHwnd(HwndOf(window)), fRoot(RootViewOf(window)) {
   IView* superView = &fRoot;
-  if (arrangement != TArrangement::kDirect) {
+  if (arrangement == TArrangement::kBuffered || arrangement == TArrangement::kScrolled) {
     TRect rect = kClient;
     if (arrangement == TArrangement::kScrolled) rect.fBottom = kScrolledHeight;
     ThrowIfFailed(fBuffer.Create(morvane, *superView, "Buffer", ParamsFor(rect, kViewDrawPermanent32)));
@@ -32,12 +32,12 @@ CCellScene::CCellScene(IMorvane& morvane, IDocumentWindow& window, TArrangement 
     ThrowIfFailed(fContent.Create(morvane, *superView, "Content", ParamsFor(kClient)));
     superView = fContent.View();
   }
-  fCells.resize(static_cast<std::size_t>(cellCount));
-  int index = 0;
-  for (auto& cell : fCells) {
-    const RECT rect = CellRect(index);
-    ThrowIfFailed(cell.Create(morvane, *superView, "Cell", ParamsFor(ToRect(rect)), painter, rect, index));
-    ++index;
+  fCells.resize(cells.size());
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    const bool isInTheOneBefore = arrangement == TArrangement::kStacked && i % kStackHeight != 0;
+    IView& holder = isInTheOneBefore ? *fCells[i - 1].View() : *superView;
+    ThrowIfFailed(fCells[i].Create(morvane, holder, "Cell", ParamsFor(ToRect(cells[i])), painter, cells[i],
+                                   static_cast<int>(i)));
   }
   PaintAll();
 }
@@ -48,8 +48,38 @@ void CCellScene::PaintAll() {
   UpdateWindow(fHwnd);
 }
 
+void CCellScene::Invalidate(std::size_t cell) {
+  TViewParams params = {};
+  ThrowIfFailed(fCells[cell].View()->IView_GetParams(params));
+  ThrowIfFailed(fMorvane.IMorvane_InvalidateView(*fCells[cell].View(), params.fRect));
+}
+
 void CCellScene::PaintOne() {
-  ThrowIfFailed(fMorvane.IMorvane_InvalidateView(*fCells[kDirtyCell].View(), ToRect(CellRect(kDirtyCell))));
+  Invalidate(kDirtyCell);
+  UpdateWindow(fHwnd);
+}
+
+void CCellScene::PaintFirstAndLast() {
+  Invalidate(0);
+  Invalidate(fCells.size() - 1);
+  UpdateWindow(fHwnd);
+}
+
+void CCellScene::MoveLastCell(int dx, int dy) {
+  Invalidate(fCells.size() - 1);
+  ThrowIfFailed(fCells.back().View()->IView_Offset(dx, dy));
+  Invalidate(fCells.size() - 1);
+  UpdateWindow(fHwnd);
+}
+
+void CCellScene::Resize(int width, int height) {
+  ResizeClient(fWindow, width, height);
+  const TCells cells = CellsFor(width, height);
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    ThrowIfFailed(fCells[i].View()->IView_SetParams(ParamsFor(ToRect(cells[i]))));
+    fCells[i]->SetRect(cells[i]);
+  }
+  ThrowIfFailed(fMorvane.IMorvane_InvalidateView(fRoot, {0, 0, width, height}));
   UpdateWindow(fHwnd);
 }
 
@@ -63,16 +93,21 @@ IDocumentWindow& CreateLibraryWindow(IMorvane& morvane) {
   TError error = kOK;
   IDocumentWindow* const window = morvane.IMorvane_CreateDocumentWindow(factory, 0, 0, error);
   ThrowIfFailed(error);
-  ThrowIfFailed(ChangeState(*window, [](TDocumentWindowState& state) {
-    CopyText(state.fTitle, u"Library");
-    state.fIdealClientSize = {kClientWidth, kClientHeight};
+  ThrowIfFailed(
+      ChangeState(*window, [](TDocumentWindowState& state) { CopyText(state.fTitle, u"Library"); }));
+  ResizeClient(*window, kClientWidth, kClientHeight);
+  return *window;
+}
+
+void ResizeClient(IDocumentWindow& window, int width, int height) {
+  ThrowIfFailed(ChangeState(window, [&](TDocumentWindowState& state) {
+    state.fIdealClientSize = {width, height};
     state.fPlacement.fZoomState = kWindowStateIdeal;
   }));
   RECT client;
-  GetClientRect(HwndOf(*window), &client);
-  Require(client.right == kClientWidth && client.bottom == kClientHeight,
+  GetClientRect(HwndOf(window), &client);
+  Require(client.right == width && client.bottom == height,
           "the window is " + std::to_string(client.right) + " by " + std::to_string(client.bottom));
-  return *window;
 }
 
 HWND HwndOf(IDocumentWindow& window) {

@@ -18,7 +18,8 @@ using namespace NSMorvane;
 enum class TArrangement {
   kDirect,    // all cells under the root view, each drawn directly
   kBuffered,  // under one view that keeps a bitmap
-  kScrolled   // under the only subview of one that keeps a bitmap, somewhat lower than the client area
+  kScrolled,  // under the only subview of one that keeps a bitmap, somewhat lower than the client area
+  kStacked    // each under the one before, in stacks of kStackHeight
 };
 
 enum : int { kScrolledHeight = kClientHeight - 8 };
@@ -33,6 +34,7 @@ class CCellView : public CDefaultViewBehavior {
  public:
   CCellView(IView&, CCellPainter& painter, const RECT& rect, int index)
       : fPainter(painter), fRect(rect), fIndex(index) {}
+  void SetRect(const RECT& rect) { fRect = rect; }
   TError IViewBehavior_Draw(IDrawTools& tools) override {
     const COpenPort port(tools);
     fPainter.Draw(port, fRect, fIndex);
@@ -53,17 +55,25 @@ class CCellView : public CDefaultViewBehavior {
 class CCellScene {
  public:
   CCellScene(IMorvane& morvane, IDocumentWindow& window, TArrangement arrangement, CCellPainter& painter,
-             int cellCount);
+             const TCells& cells);
 
   HWND Hwnd() const { return fHwnd; }
-  // Invalidates and paints at once: everything, or the dirty cell.
+  // Invalidates and paints at once: everything, the dirty cell, or the first and the last cell.
   void PaintAll();
   void PaintOne();
+  void PaintFirstAndLast();
+  // Moves the last cell, and paints.
+  void MoveLastCell(int dx, int dy);
+  // Gives the client area this size, lays the cells out for it, and paints.
+  void Resize(int width, int height);
   // Moves the cells up or down, and paints.
   void Scroll(int dy);
 
  private:
+  void Invalidate(std::size_t cell);
+
   IMorvane& fMorvane;
+  IDocumentWindow& fWindow;
   HWND fHwnd;
   IView& fRoot;
   CViewOf<CEmptyView> fBuffer;
@@ -73,6 +83,7 @@ class CCellScene {
 
 // A document window whose client area is as large as the cells need it. It is shown.
 IDocumentWindow& CreateLibraryWindow(IMorvane& morvane);
+void ResizeClient(IDocumentWindow& window, int width, int height);
 HWND HwndOf(IDocumentWindow& window);
 
 }  // namespace NSBench

@@ -1,5 +1,7 @@
 #include "PlainWindow.h"
 
+#include <utility>
+
 #include "Measure.h"
 
 namespace NSBench {
@@ -9,12 +11,16 @@ namespace {
 constexpr wchar_t kClassName[] = L"BenchPlainWindow";
 constexpr DWORD kStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU;
 
+SIZE FrameSize(int width, int height) {
+  RECT frame = {0, 0, width, height};
+  AdjustWindowRectEx(&frame, kStyle, FALSE, 0);
+  return {frame.right - frame.left, frame.bottom - frame.top};
+}
+
 }  // namespace
 
-CPlainWindow::CPlainWindow(CCellPainter& painter, int cellCount, int scrollHeight)
-    : fPainter(painter), fScrollHeight(scrollHeight) {
-  for (int i = 0; i < cellCount; ++i) fCells.push_back(CellRect(i));
-
+CPlainWindow::CPlainWindow(CCellPainter& painter, TCells cells, int scrollHeight)
+    : fPainter(painter), fCells(std::move(cells)), fScrollHeight(scrollHeight) {
   WNDCLASSEXW windowClass = {};
   windowClass.cbSize = sizeof(windowClass);
   windowClass.lpfnWndProc = WindowProc;
@@ -22,18 +28,17 @@ CPlainWindow::CPlainWindow(CCellPainter& painter, int cellCount, int scrollHeigh
   windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   windowClass.lpszClassName = kClassName;
   RegisterClassExW(&windowClass);  // fails but for the first window, which does no harm
-  RECT frame = {0, 0, kClientWidth, kClientHeight};
-  AdjustWindowRectEx(&frame, kStyle, FALSE, 0);
-  fHwnd = CreateWindowExW(0, kClassName, L"Plain", kStyle, 30, 30, frame.right - frame.left,
-                          frame.bottom - frame.top, nullptr, nullptr, windowClass.hInstance, this);
+  const SIZE size = FrameSize(kClientWidth, kClientHeight);
+  fHwnd = CreateWindowExW(0, kClassName, L"Plain", kStyle, 30, 30, size.cx, size.cy, nullptr, nullptr,
+                          windowClass.hInstance, this);
   Require(fHwnd != nullptr, "no plain window");
 
   const HDC screen = GetDC(nullptr);
   fMemory = CreateCompatibleDC(screen);
   BITMAPINFO info = {};
   info.bmiHeader.biSize = sizeof(info.bmiHeader);
-  info.bmiHeader.biWidth = kClientWidth;
-  info.bmiHeader.biHeight = -kClientHeight;
+  info.bmiHeader.biWidth = kLargestWidth;
+  info.bmiHeader.biHeight = -kLargestHeight;
   info.bmiHeader.biPlanes = 1;
   info.bmiHeader.biBitCount = 32;
   info.bmiHeader.biCompression = BI_RGB;
@@ -75,6 +80,20 @@ void CPlainWindow::Scroll(int dy) {
   fBitmapIsFresh = true;
   Paint({0, 0, kClientWidth, fScrollHeight});
   fBitmapIsFresh = false;
+}
+
+void CPlainWindow::MoveLastCell(int dx, int dy) {
+  RECT dirty = fCells.back();
+  OffsetRect(&fCells.back(), dx, dy);
+  UnionRect(&dirty, &dirty, &fCells.back());
+  Paint(dirty);
+}
+
+void CPlainWindow::Resize(int width, int height) {
+  fCells = CellsFor(width, height);
+  const SIZE size = FrameSize(width, height);
+  SetWindowPos(fHwnd, nullptr, 0, 0, size.cx, size.cy, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  Paint({0, 0, width, height});
 }
 
 LRESULT CALLBACK CPlainWindow::WindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -4,8 +4,6 @@
 
 #include <windows.h>
 
-#include <vector>
-
 #include "Cells.h"
 
 namespace NSBench {
@@ -13,7 +11,7 @@ namespace NSBench {
 class CPlainWindow {
  public:
   // Hidden. `scrollHeight` is what Scroll moves, counted from the top.
-  CPlainWindow(CCellPainter& painter, int cellCount, int scrollHeight = kClientHeight);
+  CPlainWindow(CCellPainter& painter, TCells cells, int scrollHeight = kClientHeight);
   ~CPlainWindow();
   CPlainWindow(const CPlainWindow&) = delete;
   CPlainWindow& operator=(const CPlainWindow&) = delete;
@@ -25,6 +23,12 @@ class CPlainWindow {
   void Paint(const RECT& dirty);
   // Moves the cells up or down inside the bitmap, draws what comes into sight, and paints.
   void Scroll(int dy);
+  // Moves the last cell, and paints where it was and where it is.
+  void MoveLastCell(int dx, int dy);
+  // Gives the client area this size, lays the cells out for it, and paints.
+  void Resize(int width, int height);
+  // The font in which cells are drawn that do not select their own.
+  void SelectFont(HFONT font) { SelectObject(fMemory, font); }
   int PaintCount() const { return fPaintCount; }
 
  private:
@@ -33,7 +37,7 @@ class CPlainWindow {
   void DrawCells(const RECT& box);
 
   CCellPainter& fPainter;
-  std::vector<RECT> fCells;
+  TCells fCells;
   int fScrollHeight;
   bool fBitmapIsFresh = false;  // nothing is to be drawn, only copied
   int fPaintCount = 0;
