@@ -34,7 +34,8 @@ TCells StackedCells();
 enum class TCellText {
   kNone,
   kPortsFont,  // in the font that is selected
-  kOwnFont     // in GetFont(), selected and put back for each cell
+  kOwnFont,    // in GetFont(), selected and put back for each cell
+  kOpenedFont  // in GetFont(), with which a view of the library opens its port
 };
 
 // Draws cells, and counts them.
@@ -49,6 +50,8 @@ class CCellPainter {
   // The number drawn since the call before.
   std::uint64_t TakeCount();
   HFONT GetFont() const { return fFont; }
+  // The font to open the port with, or null.
+  HFONT GetPortFont() const { return fText == TCellText::kOpenedFont ? fFont : nullptr; }
 
  private:
   enum { kFillCount = 8 };

@@ -14,13 +14,20 @@ TViewParams ParamsFor(const TRect& rect, TViewDrawMode drawMode = kViewDrawDirec
   return params;
 }
 
+void RequireClientSize(HWND hwnd, int width, int height) {
+  RECT client;
+  GetClientRect(hwnd, &client);
+  Require(client.right == width && client.bottom == height,
+          "the window is " + std::to_string(client.right) + " by " + std::to_string(client.bottom));
+}
+
 TRect ToRect(const RECT& rect) { return {rect.left, rect.top, rect.right, rect.bottom}; }
 
 }  // namespace
 
 CCellScene::CCellScene(IMorvane& morvane, IDocumentWindow& window, TArrangement arrangement,
                        CCellPainter& painter, const TCells& cells)
-    : fMorvane(morvane), fWindow(window), fHwnd(HwndOf(window)), fRoot(RootViewOf(window)) {
+    : fMorvane(morvane), fHwnd(HwndOf(window)), fRoot(RootViewOf(window)) {
   IView* superView = &fRoot;
   if (arrangement == TArrangement::kBuffered || arrangement == TArrangement::kScrolled) {
     TRect rect = kClient;
@@ -73,7 +80,7 @@ void CCellScene::MoveLastCell(int dx, int dy) {
 }
 
 void CCellScene::Resize(int width, int height) {
-  ResizeClient(fWindow, width, height);
+  ResizeClient(fHwnd, width, height);
   const TCells cells = CellsFor(width, height);
   for (std::size_t i = 0; i < cells.size(); ++i) {
     ThrowIfFailed(fCells[i].View()->IView_SetParams(ParamsFor(ToRect(cells[i]))));
@@ -93,21 +100,22 @@ IDocumentWindow& CreateLibraryWindow(IMorvane& morvane) {
   TError error = kOK;
   IDocumentWindow* const window = morvane.IMorvane_CreateDocumentWindow(factory, 0, 0, error);
   ThrowIfFailed(error);
-  ThrowIfFailed(
-      ChangeState(*window, [](TDocumentWindowState& state) { CopyText(state.fTitle, u"Library"); }));
-  ResizeClient(*window, kClientWidth, kClientHeight);
+  ThrowIfFailed(ChangeState(*window, [](TDocumentWindowState& state) {
+    CopyText(state.fTitle, u"Library");
+    state.fIdealClientSize = {kClientWidth, kClientHeight};
+    state.fPlacement.fZoomState = kWindowStateIdeal;
+  }));
+  RequireClientSize(HwndOf(*window), kClientWidth, kClientHeight);
   return *window;
 }
 
-void ResizeClient(IDocumentWindow& window, int width, int height) {
-  ThrowIfFailed(ChangeState(window, [&](TDocumentWindowState& state) {
-    state.fIdealClientSize = {width, height};
-    state.fPlacement.fZoomState = kWindowStateIdeal;
-  }));
-  RECT client;
-  GetClientRect(HwndOf(window), &client);
-  Require(client.right == width && client.bottom == height,
-          "the window is " + std::to_string(client.right) + " by " + std::to_string(client.bottom));
+void ResizeClient(HWND hwnd, int width, int height) {
+  RECT frame, client;
+  GetWindowRect(hwnd, &frame);
+  GetClientRect(hwnd, &client);
+  SetWindowPos(hwnd, nullptr, 0, 0, frame.right - frame.left - client.right + width,
+               frame.bottom - frame.top - client.bottom + height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  RequireClientSize(hwnd, width, height);
 }
 
 HWND HwndOf(IDocumentWindow& window) {

@@ -36,8 +36,13 @@ class CCellView : public CDefaultViewBehavior {
       : fPainter(painter), fRect(rect), fIndex(index) {}
   void SetRect(const RECT& rect) { fRect = rect; }
   TError IViewBehavior_Draw(IDrawTools& tools) override {
-    const COpenPort port(tools);
-    fPainter.Draw(port, fRect, fIndex);
+    if (HFONT const font = fPainter.GetPortFont()) {
+      const COpenPort port(tools, font);
+      fPainter.Draw(port, fRect, fIndex);
+    } else {
+      const COpenPort port(tools);
+      fPainter.Draw(port, fRect, fIndex);
+    }
     return kOK;
   }
   TError IViewBehavior_OnOffset(std::int32_t dx, std::int32_t dy) override {
@@ -73,7 +78,6 @@ class CCellScene {
   void Invalidate(std::size_t cell);
 
   IMorvane& fMorvane;
-  IDocumentWindow& fWindow;
   HWND fHwnd;
   IView& fRoot;
   CViewOf<CEmptyView> fBuffer;
@@ -83,7 +87,8 @@ class CCellScene {
 
 // A document window whose client area is as large as the cells need it. It is shown.
 IDocumentWindow& CreateLibraryWindow(IMorvane& morvane);
-void ResizeClient(IDocumentWindow& window, int width, int height);
+// As the user does it.
+void ResizeClient(HWND hwnd, int width, int height);
 HWND HwndOf(IDocumentWindow& window);
 
 }  // namespace NSBench

@@ -32,8 +32,8 @@ struct TDebugSettings {
   TFlag fDebugMenu;
   // What is invalidated is tinted blue until it is painted.
   TFlag fDrawInvalidationBlue;
-  // A paint begins by filling what it will paint with red, and the rest of its bounding box with green. What
-  // is drawn behind a view that has a buffer goes to the screen before that view.
+  // A paint begins by filling what it will paint with red. What is drawn behind a view that has a buffer goes
+  // to the screen before that view.
   TFlag fDrawPaintsRed;
   // Each view has a dotted frame, cut off by its super views.
   TFlag fDrawViewBounds;

@@ -47,6 +47,12 @@ class IDrawTools {
   // Direct access to the pixels. There is no clipping: stay within the view and the dirty region.
   virtual TError IDrawTools_OpenRawPixels(TRawPixels& out) = 0;
   virtual TError IDrawTools_CloseRawPixels() = 0;
+  // The native port with `font` selected, an HFONT, for as long as it is open. This is the fast way for views
+  // that draw in fonts of their own, since it costs far less than selecting and putting back where one view
+  // after the other wants the same: the font stays selected until somebody opens the port for another, or
+  // without one, and then gets what was selected before. So do not delete it while views are being drawn.
+  // kBadInputProgrammingError for what is no font.
+  virtual TError IDrawTools_OpenNativePortWithFont(HFONT__* font, TNativePort& out) = 0;
 
  protected:
   virtual ~IDrawTools() = default;

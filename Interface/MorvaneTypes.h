@@ -7,6 +7,7 @@
 // Native handles cross the interface only where it is platform-specific, and then as these pointers.
 struct HWND__;
 struct HDC__;
+struct HFONT__;
 struct HICON__;
 
 namespace NSTextPackage {

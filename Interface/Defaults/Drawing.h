@@ -12,6 +12,11 @@ class COpenPort {
     TNativePort port = {nullptr};
     if (tools.IDrawTools_OpenNativePort(port) == kOK) fHDC = port.fHDC;
   }
+  // With a font, which a port that stays closed does not get.
+  COpenPort(IDrawTools& tools, HFONT__* font) : fTools(tools) {
+    TNativePort port = {nullptr};
+    if (tools.IDrawTools_OpenNativePortWithFont(font, port) == kOK) fHDC = port.fHDC;
+  }
   ~COpenPort() {
     if (fHDC) fTools.IDrawTools_CloseNativePort();
   }

@@ -3,6 +3,7 @@
 #include "Component/Portable/Contract/MorvaneGlueValidators.h"
 #include "Component/Portable/Contract/MorvaneGlueView.h"
 #include "Component/Portable/Surfaces/BufferBitmap.h"
+#include "Component/Portable/Surfaces/PortState.h"
 #include "Component/Portable/Windows/MorvaneGlueWindow.h"
 #include "Component/Portable/Windows/MorvaneGlueWindowKinds.h"
 #include "Tests/Support/Contract.h"
@@ -311,16 +312,21 @@ TEST_F(ContractDrawTools, OneOfPortAndPixelsAtATime) {
     RecordingTools tools(fPort, fRegion);
     TNativePort port;
     TRawPixels pixels;
+    HFONT__* const font = GetSelectedFont(fPort.fHDC);
     const std::map<std::string, std::function<TError()>> calls = {
         {"OpenNativePort", [&] { return tools.IDrawTools_OpenNativePort(port); }},
         {"CloseNativePort", [&] { return tools.IDrawTools_CloseNativePort(); }},
         {"OpenRawPixels", [&] { return tools.IDrawTools_OpenRawPixels(pixels); }},
-        {"CloseRawPixels", [&] { return tools.IDrawTools_CloseRawPixels(); }}};
+        {"CloseRawPixels", [&] { return tools.IDrawTools_CloseRawPixels(); }},
+        {"OpenNativePortWithFont", [&] { return tools.IDrawTools_OpenNativePortWithFont(font, port); }},
+        {"WithoutAFont", [&] { return tools.IDrawTools_OpenNativePortWithFont(nullptr, port); }}};
     // One after the other: the call, its code, and in which call's name what is reported.
     for (const auto& [call, code, text] : Rows<std::string, TError, std::string>{
              {"CloseNativePort", 12003, "CloseNativePort: fNativePortIsOpen"},
              {"CloseRawPixels", 12003, "CloseRawPixels: fRawPixelsAreOpen"},
-             {"OpenNativePort", kOK, ""},
+             {"WithoutAFont", 12002, "OpenNativePortWithFont: IsFont(font)"},
+             {"OpenNativePortWithFont", kOK, ""},
+             {"OpenNativePortWithFont", 12003, "OpenNativePortWithFont: !fNativePortIsOpen"},
              {"OpenNativePort", 12003, "OpenNativePort: !fNativePortIsOpen"},
              {"OpenRawPixels", 12003, "OpenRawPixels: !fNativePortIsOpen"},
              {"CloseRawPixels", 12002, "CloseRawPixels: !fNativePortIsOpen"},
@@ -328,6 +334,7 @@ TEST_F(ContractDrawTools, OneOfPortAndPixelsAtATime) {
              {"OpenRawPixels", kOK, ""},
              {"OpenRawPixels", 12003, "OpenRawPixels: !fRawPixelsAreOpen"},
              {"OpenNativePort", 12003, "OpenNativePort: !fRawPixelsAreOpen"},
+             {"OpenNativePortWithFont", 12003, "OpenNativePortWithFont: !fRawPixelsAreOpen"},
              {"CloseNativePort", 12002, "OpenNativePort: !fRawPixelsAreOpen"},
              {"CloseRawPixels", kOK, ""}}) {
       EXPECT_EQ(code, calls.at(call)());

@@ -250,6 +250,15 @@ TEST_F(Loans, ViewsMayRefuseTheirTooltips) {
   EXPECT_EQ(" a: b:own", Tooltips());
   EXPECT_TRUE(fInspector.IsIdle());
 
+  // Then the next one gets its description too.
+  Do("a");
+  BehaviorOf(*a).fError = 100001;
+  Do("b");
+  BehaviorOf(*a).fError = kOK;
+  Do("b");
+  EXPECT_EQ(" a: b:*", Tooltips());
+  Do("-");
+
   // A view that ends while another one gets its tooltip back.
   Do("a");
   BehaviorOf(*a).fOnCall = [&] { b->IView_Release(); };

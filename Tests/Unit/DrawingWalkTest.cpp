@@ -1,5 +1,6 @@
 // The drawing walk: which views are called, how often and with what, and the pixels of tiles and buffers.
 // That any tree in any modes looks as it should is tried by ViewPicturesTest.
+#include "Component/Win/Platform/UtilsWinHandles.h"
 #include "Tests/Support/Pictures.h"
 
 using namespace NSMorvaneTest;
@@ -229,6 +230,36 @@ TEST_F(DrawingWalk, DebugSettingsFlushWhatIsDrawn) {
   }
 }
 
+// Each view finds the font that it wants, and one that wants none the font of the surface.
+TEST_F(DrawingWalk, FontsOfViews) {
+  const CGdiObject<HFONT> first(CreateFontW(-11, 0, 0, 0, 400, 0, 0, 0, 0, 0, 0, 0, 0, L"Arial"));
+  const CGdiObject<HFONT> second(CreateFontW(-15, 0, 0, 0, 400, 0, 0, 0, 0, 0, 0, 0, 0, L"Arial"));
+  CBufferBitmap surface({100, 100}, 32);
+  const HDC hdc = surface.GetNativePort().fHDC;
+  const auto selected = [](HDC context) { return static_cast<HFONT>(GetCurrentObject(context, OBJ_FONT)); };
+  const HFONT before = selected(hdc);
+  for (TViewDrawMode mode : kModes) {
+    DrawingTree tree({0, 0, 100, 100});
+    CViewImpl& holder = tree.Add({0, 0, 100, 100}, mode);
+    std::vector<HFONT> found;
+    const std::vector<HFONT> wanted = {first.Get(), first.Get(), nullptr, second.Get(), first.Get(), nullptr};
+    for (int i = 0; i < 6; ++i)
+      BehaviorOf(tree.Add(holder, {0, 10 * i, 100, 10 * i + 10})).fOnDraw = [&, i](IDrawTools& tools) {
+        TNativePort port = {};
+        EXPECT_EQ(kOK, wanted[i] == nullptr ? tools.IDrawTools_OpenNativePort(port)
+                                            : tools.IDrawTools_OpenNativePortWithFont(wanted[i], port));
+        found.push_back(selected(port.fHDC));
+        return tools.IDrawTools_CloseNativePort();
+      };
+    tree.Draw(surface);
+    std::vector<HFONT> expected = wanted;
+    for (HFONT& font : expected)
+      if (font == nullptr) font = before;
+    EXPECT_EQ(expected, found) << mode;
+    EXPECT_EQ(before, selected(hdc)) << mode;
+  }
+}
+
 // The tools of someone else: the walk asks them for the port, once for each view.
 TEST_F(DrawingWalk, ForeignToolsAreOpenedForEachView) {
   class ForeignTools : public IDrawTools {
@@ -248,6 +279,7 @@ TEST_F(DrawingWalk, ForeignToolsAreOpenedForEachView) {
     }
     TError IDrawTools_OpenRawPixels(TRawPixels&) override { return kUnsupported; }
     TError IDrawTools_CloseRawPixels() override { return kUnsupported; }
+    TError IDrawTools_OpenNativePortWithFont(HFONT__*, TNativePort&) override { return kUnsupported; }
     CRegion fRegion{TRect{0, 0, 100, 100}};
     CBufferBitmap fSurface{{100, 100}, 32};
     int fOpened = 0, fClosed = 0;

@@ -2,6 +2,7 @@
 #include "Component/Win/Launch/SingleInstance.h"
 
 #include "Component/Win/Platform/UtilsWin.h"
+#include "Component/Win/Platform/UtilsWinHandles.h"
 #include "Tests/Support/PatchedImport.h"
 #include "Tests/Support/UnitTest.h"
 
@@ -98,6 +99,25 @@ TEST_F(SingleInstance, TheFasterOfTwoIsTheFirst) {
   const CFileMapping faster(fName, 4096 * 4);
   const PatchedImport patch(nullptr, "OpenFileMappingW", FindsNoMapping);
   EXPECT_FALSE(TryBecomeFirstInstance(fName));
+}
+
+// The mapping is there, and the first process has not come to write itself down.
+TEST_F(SingleInstance, TheFirstProcessIsWaitedFor) {
+  const PatchedImport wait(nullptr, "Sleep", CountWait);
+  const CFileMapping early(fName, sizeof(TSingleInstanceRecord));
+  const CFileMappingView view(early);
+  SendCommandLineToFirstInstance(fName, u"x");
+  EXPECT_EQ(gWaits, 100);
+  EXPECT_EQ(0u, static_cast<const TSingleInstanceRecord*>(view.GetAddress())->fCommandLinePending);
+}
+
+// It belongs to someone with higher rights, or is something else.
+TEST_F(SingleInstance, WhoCannotTellTheFirstProcessRunsAlone) {
+  const CKernelHandle stranger(::CreateEventW(nullptr, TRUE, FALSE, WinText(fName)));
+  EXPECT_TRUE(TryBecomeFirstInstance(fName));
+  EXPECT_FALSE(IsCommandLinePending());
+  ReleaseFirstInstance();
+  EXPECT_EQ("", TakeLines());
 }
 
 TEST_F(SingleInstance, ATooSmallMappingOfAStrangerIsNotTouched) {

@@ -78,21 +78,33 @@ TEST_F(WinDeviceContext, SurfacesArePooled) {
   auto first = pool.Take(nullptr, {40, 30}, 32);
   const HBITMAP firstDIB = first->GetDIB();
   EXPECT_NE(firstDIB, pool.Take(nullptr, {40, 30}, 32)->GetDIB());
+  const TSize size = first->GetSize();
   pool.GiveBack(std::move(first));
-  // Neither of another size nor of another depth.
-  for (const auto& [size, depth] : {std::pair(TSize{30, 40}, 32), {TSize{40, 30}, 16}}) {
-    const auto other = pool.Take(nullptr, size, depth);
-    EXPECT_NE(firstDIB, other->GetDIB());
-    EXPECT_EQ(size, other->GetSize());
+  // Neither a larger one nor another depth, but whatever fits.
+  const Rows<TSize, int, bool> fits = {{{size.fWidth + 1, 30}, 32, false},
+                                       {{40, size.fHeight + 1}, 32, false},
+                                       {{40, 30}, 16, false},
+                                       {{40, 30}, 32, true},
+                                       {size, 32, true},
+                                       {{1, 1}, 32, true}};
+  for (const auto& [wanted, depth, isTheFirst] : fits) {
+    auto surface = pool.Take(nullptr, wanted, depth);
+    EXPECT_EQ(isTheFirst, surface->GetDIB() == firstDIB) << wanted.fWidth << " by " << wanted.fHeight;
+    EXPECT_GE(surface->GetSize().fWidth, wanted.fWidth);
+    EXPECT_GE(surface->GetSize().fHeight, wanted.fHeight);
+    if (isTheFirst) pool.GiveBack(std::move(surface));
   }
-  EXPECT_EQ(firstDIB, pool.Take(nullptr, {40, 30}, 32)->GetDIB());
-  EXPECT_EQ(0u, pool.GetCount());
+  // The smallest that fits.
+  pool.GiveBack(std::make_unique<COffscreenSurface>(nullptr, TSize{10, 9}, 32));
+  pool.GiveBack(std::make_unique<COffscreenSurface>(nullptr, TSize{900, 900}, 32));
+  EXPECT_EQ(10, pool.Take(nullptr, {5, 5}, 32)->GetSize().fWidth);
+  pool.Clear();
   // Few are kept: a large one pushes the others out, and one beyond the limit is never kept.
   const Rows<TSize, std::size_t> rows = {{{1, 9}, 1}, {{2, 9}, 2}, {{3, 9}, 3},       {{4, 9}, 4},
-                                         {{5, 9}, 4}, {{3, 9}, 4}, {{3840, 2160}, 1}, {{3840, 2161}, 1}};
-  for (const auto& [size, kept] : rows) {
-    pool.GiveBack(pool.Take(nullptr, size, 32));
-    EXPECT_EQ(kept, pool.GetCount()) << size.fWidth;
+                                         {{5, 9}, 4}, {{6, 9}, 4}, {{3840, 2176}, 1}, {{3840, 2177}, 1}};
+  for (const auto& [wanted, kept] : rows) {
+    pool.GiveBack(std::make_unique<COffscreenSurface>(nullptr, wanted, 32));
+    EXPECT_EQ(kept, pool.GetCount()) << wanted.fWidth;
   }
 }
 
@@ -126,15 +138,18 @@ TEST_F(WinDeviceContext, OffscreenDrawsInTheCoordinatesAndTheClipOfTheTarget) {
   Canvas canvas;
   {
     COffscreenContext buffer(canvas.fContext, {20, 10, 50, 40});
+    RECT clip;
+    EXPECT_EQ(SIMPLEREGION, GetClipBox(buffer.GetBuffer().GetHDC(), &clip));
+    EXPECT_EQ((TRect{20, 10, 50, 40}), FromNative(clip));
     buffer.GetBuffer().FillSolidRect({0, 0, 100, 100}, kRed);
     buffer.CopyToTarget({22, 12, 40, 30});
   }
   EXPECT_EQ((TRect{22, 12, 40, 30}), canvas.BoundsOf(kRed));
-  SelectClipRgn(canvas.fSurface.GetHDC(), CRegion(TRect{30, 20, 35, 26}).GetNativeRegion());
+  SelectClipRgn(canvas.fSurface.GetHDC(), CRegion(TRect{30, 20, 35, 66}).GetNativeRegion());
   COffscreenContext buffer(canvas.fContext, {20, 10, 50, 40});
   RECT box;
   EXPECT_EQ(SIMPLEREGION, GetClipBox(buffer.GetBuffer().GetHDC(), &box));
-  EXPECT_EQ((TRect{30, 20, 35, 26}), FromNative(box));
+  EXPECT_EQ((TRect{30, 20, 35, 40}), FromNative(box));
 }
 
 // --- CWinDrawTools
@@ -165,7 +180,8 @@ TEST_F(WinDeviceContext, RawPixelsAreThoseOfTheBuffer) {
     TRawPixels pixels;
     ASSERT_EQ(kOK, on.fTools.IDrawTools_OpenRawPixels(pixels));
     EXPECT_EQ((TPoint{20, 10}), (TPoint{pixels.fOriginX, pixels.fOriginY}));
-    EXPECT_EQ(depth == 16 ? 64 : 124, pixels.fRowBytes);
+    EXPECT_EQ((TPoint{31, 30}), (TPoint{pixels.fWidth, pixels.fHeight}));
+    EXPECT_LE(31 * depth / 8, pixels.fRowBytes);
     // The pixel at (21, 12).
     if (depth == 16) pixels.fPixels16[2 * pixels.fRowBytes / 2 + 1] = 0x001F;
     if (depth == 32) pixels.fPixels32[2 * pixels.fRowBytes / 4 + 1] = 0x0000FF;

@@ -4,6 +4,7 @@
 #include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Contract/MorvaneGlueContract.h"
 #include "Component/Portable/Contract/MorvaneGlueDrawTools.h"
+#include "Component/Portable/Surfaces/PortState.h"
 
 namespace NSMorvane {
 
@@ -38,6 +39,24 @@ TError CDrawToolsGlue::IDrawTools_OpenNativePort(TNativePort& out) {
   TError outError;
   CallHook(outError, [&] {
     out = CDrawToolsGlue_GetNativePort();
+    PutFontBack();
+    fNativePortIsOpen = true;
+  });
+  MORVANE_ASSERT(IsValidError(outError));
+  return outError;
+}
+
+TError CDrawToolsGlue::IDrawTools_OpenNativePortWithFont(HFONT__* font, TNativePort& out) {
+  MORVANE_REQUIRE("CDrawToolsGlue::IDrawTools_OpenNativePortWithFont", IsFont(font));
+  MORVANE_REQUIRE_SEQUENCE("CDrawToolsGlue::IDrawTools_OpenNativePortWithFont", !fNativePortIsOpen);
+  MORVANE_REQUIRE_SEQUENCE("CDrawToolsGlue::IDrawTools_OpenNativePortWithFont", !fRawPixelsAreOpen);
+  TError outError;
+  CallHook(outError, [&] {
+    out = CDrawToolsGlue_GetNativePort();
+    HFONT__* const selected = GetSelectedFont(out.fHDC);
+    if (fLentFont == nullptr) fFontBefore = selected;
+    if (selected != font) SelectFont(out.fHDC, font);
+    fLentFont = font;
     fNativePortIsOpen = true;
   });
   MORVANE_ASSERT(IsValidError(outError));
@@ -80,6 +99,12 @@ TError CDrawToolsGlue::IDrawTools_CloseRawPixels() {
   });
   MORVANE_ASSERT(IsValidError(outError));
   return outError;
+}
+
+void CDrawToolsGlue::PutFontBack() {
+  if (fLentFont == nullptr) return;
+  SelectFont(fNativePort.fHDC, fFontBefore);
+  fLentFont = nullptr;
 }
 
 void CDrawToolsGlue::PushViewBounds(const TRect& bounds) {

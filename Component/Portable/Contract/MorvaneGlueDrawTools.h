@@ -23,6 +23,7 @@ class CDrawToolsGlue : public IDrawTools, CNotCopied {
   TError IDrawTools_CloseNativePort() override;
   TError IDrawTools_OpenRawPixels(TRawPixels& out) override;
   TError IDrawTools_CloseRawPixels() override;
+  TError IDrawTools_OpenNativePortWithFont(HFONT__* font, TNativePort& out) override;
 
   // Called before and after the drawing of one view: clip the dirty region to its bounds, in addition to
   // those of its super views.
@@ -47,6 +48,13 @@ class CDrawToolsGlue : public IDrawTools, CNotCopied {
   bool fCachedCurrentDirtyRegionIsValid = false;
   bool fNativePortIsOpen = false;
   bool fRawPixelsAreOpen = false;
+
+ private:
+  void PutFontBack();
+
+  // The font that was opened with last and is still selected, or null; and the one to select in its place.
+  HFONT__* fLentFont = nullptr;
+  HFONT__* fFontBefore = nullptr;
 };
 
 }  // namespace NSMorvane

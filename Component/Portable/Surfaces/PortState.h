@@ -20,6 +20,7 @@
 #include "Component/Portable/Surfaces/NativeRegion.h"
 
 struct HDC__;
+struct HFONT__;
 
 namespace NSMorvane {
 
@@ -61,6 +62,11 @@ class CPortMapping {
   TPoint fViewportOrigin;
   TPoint fWindowOrigin;
 };
+
+bool IsFont(HFONT__* font);
+HFONT__* GetSelectedFont(HDC__* hdc);
+// One that has been deleted since is not selected.
+void SelectFont(HDC__* hdc, HFONT__* font);
 
 // The kinds of objects of which a context has one at a time.
 enum TSelection { kSelectedFont, kSelectedPen, kSelectedBrush, kSelectedBitmap };

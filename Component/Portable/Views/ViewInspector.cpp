@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cinttypes>
 #include <cstdio>
+#include <utility>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Interface/MorvaneView.h"
@@ -115,10 +116,12 @@ TString DescribeView(const CViewImpl& view) {
 bool CViewInspector::Inspect(const TViewImplPtr& view) {
   const TViewImplPtr borrower = fBorrower.lock();
   if (!borrower || borrower != view) TakeBack(borrower);
-  if (fView.lock() == view) return false;
+  const bool isOther = fView.lock() != view;
+  if (isOther) fIsToLend = view != nullptr;
   fView = view;
-  if (view && fLentText.empty()) Lend(view);
-  return true;
+  // As long as another view keeps its description, this one waits.
+  if (view && fLentText.empty() && std::exchange(fIsToLend, false)) Lend(view);
+  return isOther;
 }
 
 // A view that refuses a tooltip is inspected without one.

@@ -45,6 +45,7 @@ class CViewInspector : CNotCopied {
   boost::weak_ptr<CViewImpl> fBorrower;  // the view that has a description as its tooltip
   TString fLentText;                     // this description; empty if nothing is lent
   TString fOwnText;                      // the view's own tooltip
+  bool fIsToLend = false;                // the view has not been asked yet to take its description
 };
 
 }  // namespace NSMorvane

@@ -94,6 +94,12 @@ bool CPortMapping::IsPixelMapping() const {
   return fGraphicsMode == GM_COMPATIBLE && fMapMode == MM_TEXT && fLayout == 0;
 }
 
+// --- Fonts
+
+bool IsFont(HFONT font) { return GetObjectType(font) == OBJ_FONT; }
+HFONT GetSelectedFont(HDC hdc) { return static_cast<HFONT>(GetCurrentObject(hdc, OBJ_FONT)); }
+void SelectFont(HDC hdc, HFONT font) { SelectObject(hdc, font); }
+
 // --- CSelectionGuard
 
 CSelectionGuard::CSelectionGuard(HDC__* hdc, TSelection selection)

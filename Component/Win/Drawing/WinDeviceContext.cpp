@@ -57,11 +57,26 @@ COffscreenSurfacePool& SurfacePool() {
   return pool;
 }
 
+// Clips to `drawRect`, since the surface may be larger, and to what `from` is clipped to.
 void CopyClip(HDC from, HDC to, const TRect& drawRect) {
+  const CGdiObject<HRGN> whole(
+      CreateRectRgn(0, 0, drawRect.fRight - drawRect.fLeft, drawRect.fBottom - drawRect.fTop));
   const CGdiObject<HRGN> clip(CreateRectRgn(0, 0, 0, 0));
-  if (GetClipRgn(from, clip.Get()) != 1) return;
-  SelectClipRgn(to, clip.Get());
-  OffsetClipRgn(to, -drawRect.fLeft, -drawRect.fTop);
+  if (whole.Get() == nullptr || clip.Get() == nullptr) MORVANE_THROW(XOutOfMemory());
+  if (GetClipRgn(from, clip.Get()) == 1) {
+    OffsetRgn(clip.Get(), -drawRect.fLeft, -drawRect.fTop);
+    CombineRgn(whole.Get(), whole.Get(), clip.Get(), RGN_AND);
+  }
+  SelectClipRgn(to, whole.Get());
+}
+
+// A size up to which many others are rounded, so that the next paint, of nearly the same size, needs no new
+// surface. What lies beyond the rectangle of a paint is never written to.
+TSize RoundUp(const TSize& size) {
+  const auto roundUp = [](std::int32_t length) {
+    return ToCoordinate((std::int64_t{length} + 63) / 64 * 64);
+  };
+  return {roundUp(size.fWidth), roundUp(size.fHeight)};
 }
 
 }  // namespace
@@ -285,10 +300,14 @@ COffscreenSurface::TReadableState COffscreenSurface::ReadState(HDC hdc) {
 // --- COffscreenSurfacePool
 
 std::unique_ptr<COffscreenSurface> COffscreenSurfacePool::Take(HDC target, const TSize& size, int bitDepth) {
-  const auto it = std::find_if(fSurfaces.begin(), fSurfaces.end(), [&](const auto& surface) {
-    return surface->GetSize() == size && surface->GetBitDepth() == bitDepth;
-  });
-  if (it == fSurfaces.end()) return std::make_unique<COffscreenSurface>(target, size, bitDepth);
+  const auto fits = [&](const auto& surface) {
+    return surface->GetSize().fWidth >= size.fWidth && surface->GetSize().fHeight >= size.fHeight &&
+           surface->GetBitDepth() == bitDepth;
+  };
+  auto it = std::find_if(fSurfaces.begin(), fSurfaces.end(), fits);
+  if (it == fSurfaces.end()) return std::make_unique<COffscreenSurface>(target, RoundUp(size), bitDepth);
+  for (auto other = it; ++other != fSurfaces.end();)
+    if (fits(*other) && (*other)->GetByteCount() < (*it)->GetByteCount()) it = other;
   std::unique_ptr<COffscreenSurface> result = std::move(*it);
   fSurfaces.erase(it);
   return result;

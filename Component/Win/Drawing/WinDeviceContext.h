@@ -122,17 +122,17 @@ class COffscreenSurface : CNotCopied {
   int fCheapResets = 0;              // since the last full reset
 };
 
-// Keeps a few surfaces for later paints of the same size: a new bitmap is costly, since each of its pages is
-// written to for the first time. Every Take gives another surface, so paints may nest.
+// Keeps a few surfaces for later paints of this size or a smaller one: a new bitmap is costly, since each of
+// its pages is written to for the first time. Every Take gives another surface, so paints may nest.
 class COffscreenSurfacePool : CNotCopied {
  public:
   static constexpr std::size_t kMaxSurfaces = 4;
-  // For all kept surfaces together: one screen of 3840 by 2160 pixels.
-  static constexpr std::size_t kMaxBytes = 3840 * 2160 * 4;
+  // For all kept surfaces together: one screen of 3840 by 2160 pixels, whose height is rounded up.
+  static constexpr std::size_t kMaxBytes = 3840 * 2176 * 4;
 
   COffscreenSurfacePool() { fSurfaces.reserve(kMaxSurfaces + 1); }
 
-  // Gives a surface of exactly this size and depth, kept or new. Its pixels are undefined.
+  // Gives a surface of this depth and at least this size, kept or new. Its pixels are undefined.
   std::unique_ptr<COffscreenSurface> Take(HDC target, const TSize& size, int bitDepth);
   void GiveBack(std::unique_ptr<COffscreenSurface> surface);
   void Clear() { fSurfaces.clear(); }
@@ -142,7 +142,7 @@ class COffscreenSurfacePool : CNotCopied {
   std::vector<std::unique_ptr<COffscreenSurface>> fSurfaces;  // the one given back last is at the end
 };
 
-// The buffer of one paint, as large as `drawRect`. Its origin is set so that drawing into it uses the same
+// The buffer of one paint, clipped to `drawRect`. Its origin is set so that drawing into it uses the same
 // coordinates as drawing to the target.
 class COffscreenContext : CNotCopied {
  public:

@@ -42,8 +42,9 @@ TRawPixels CWinDrawTools::CDrawToolsGlue_OpenRawPixels() {
       MORVANE_THROW(std::exception());
   }
   pixels.fRowBytes = surface.GetRowBytes();
-  pixels.fWidth = surface.GetSize().fWidth;
-  pixels.fHeight = surface.GetSize().fHeight;
+  // The surface may be larger.
+  pixels.fWidth = ToCoordinate(RectWidth(fBuffer.GetDrawRect()));
+  pixels.fHeight = ToCoordinate(RectHeight(fBuffer.GetDrawRect()));
   GdiFlush();  // the pixels must contain what was drawn so far
   return pixels;
 }

@@ -34,6 +34,10 @@ std::atomic_ref<std::uint32_t> PendingFlag(TSingleInstanceRecord& record) {
   return std::atomic_ref<std::uint32_t>(record.fCommandLinePending);
 }
 
+std::atomic_ref<std::uint32_t> ThreadId(TSingleInstanceRecord& record) {
+  return std::atomic_ref<std::uint32_t>(record.fThreadId);
+}
+
 }  // namespace
 
 // --- Shared memory
@@ -87,17 +91,21 @@ bool TryBecomeFirstInstance(const TString& name) {
     MORVANE_ASSERT(TRUE==okFlag);
     return false;
   }
+  // Out of reach, since the first process has higher rights, or no mapping at all: this process runs alone.
+  const DWORD error = ::GetLastError();
+  if (error == ERROR_ACCESS_DENIED || error == ERROR_INVALID_HANDLE) return true;
   // Declared before the view, which has to end first if something fails.
   auto mapping = std::make_unique<CFileMapping>(name, sizeof(TSingleInstanceRecord));
   if (mapping->WasThere()) return false;  // another process was faster
   auto view = std::make_unique<CFileMappingView>(*mapping);
   TSingleInstanceRecord& record = RecordIn(*view);
-  PendingFlag(record).store(0);
-  record.fProcessId = ::GetCurrentProcessId();
-  record.fThreadId = ::GetCurrentThreadId();
   // A thread has a queue that others can post to only after it has looked for messages.
   MSG msg;
   ::PeekMessageW(&msg, nullptr, WM_USER, WM_USER, PM_NOREMOVE);
+  // The flag of the new record is 0 already: who is fast may have raised it before now. The thread comes
+  // last, since others wait for it.
+  record.fProcessId = ::GetCurrentProcessId();
+  ThreadId(record).store(::GetCurrentThreadId());
   gFileMappingInstance = mapping.release();
   gInstanceView = view.release();
   gInstanceRecord = &record;
@@ -111,13 +119,14 @@ void SendCommandLineToFirstInstance(const TString& name, const TString& commandL
       const CFileMapping mapping(name);
       const CFileMappingView view(mapping);
       TSingleInstanceRecord& record = RecordIn(view);
-      if (PendingFlag(record).load() == 0) {
-        const DWORD processId = record.fProcessId;
-        const DWORD threadId = record.fThreadId;
+      // 0 while the first process is still making the record.
+      const DWORD threadId = ThreadId(record).load();
+      if (threadId != 0 && PendingFlag(record).load() == 0) {
         WriteCommandLine(record, commandLine);
+        // Allows the first process to come to the front with what it opens, which it may do once it sees the
+        // flag.
+        ::AllowSetForegroundWindow(record.fProcessId);
         PendingFlag(record).store(1);
-        // Allows the first process to come to the front with what it opens.
-        ::AllowSetForegroundWindow(processId);
         ::PostThreadMessageW(threadId, kMsgSecondInstance, 0, 0);
         return;
       }

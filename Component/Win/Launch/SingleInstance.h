@@ -58,6 +58,7 @@ class CFileMappingView : CNotCopied {
 extern CFileMapping* gFileMappingInstance;
 
 // True if this process is now the first one of that name. The calling thread gets the messages from then on.
+// Also true, with no record, if it cannot tell another process anything: it runs alone then.
 bool TryBecomeFirstInstance(const NSTextPackage::TString& name);
 
 // Hands a command line to the first process, which gets up to kMaxSentCommandLine units of it. Waits for

@@ -78,6 +78,10 @@ void DrawViewInfo(CDeviceContext& context, const CViewImpl& view) {
   CRegion visible = FindVisibleRegion(view);
   visible.IntersectRect(kAround);
   Hatch(context, visible, bounds);
+  // Nothing outside the super views: what is drawn there would stay when the view moves or ends.
+  const TRect clip = view.GetClipBounds();
+  const CClipRegionSaver saver(context.GetHDC());
+  IntersectClipRect(context.GetHDC(), clip.fLeft, clip.fTop, clip.fRight, clip.fBottom);
   TRect frame = bounds;
   if (IntersectRect(frame, kAround)) context.FrameRect(frame, kFrameColor, PS_DASH);
   DrawName(context, bounds, DebugNameText(view));
@@ -88,10 +92,11 @@ void DrawViewInfo(CDeviceContext& context, const CViewImpl& view) {
 
 bool CWinViewInspector::IsOn() const { return fWindow.fHost->GetDebugSettings().fDrawMouseViewInfo != 0; }
 
-bool CWinViewInspector::Follow(const TPoint& point) {
+bool CWinViewInspector::Follow(const TPoint& point, bool isUnderMouse) {
   const bool isOn = IsOn();
   if (!isOn && fInspector.IsIdle()) return false;
-  const bool isOther = fInspector.Inspect(isOn ? FindLeafView(*fWindow.fRootView, point) : nullptr);
+  const bool isOther =
+      fInspector.Inspect(isOn && isUnderMouse ? FindLeafView(*fWindow.fRootView, point) : nullptr);
   if (isOther && isOn) ::InvalidateRect(fWindow.fHwnd, nullptr, FALSE);
   return true;
 }

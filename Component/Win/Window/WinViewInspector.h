@@ -25,15 +25,14 @@ class CWinViewInspector : CNotCopied {
  public:
   explicit CWinViewInspector(const TWindowCore& window) : fWindow(window) {}
 
-  // Inspects the view at a point in client coordinates, or none if the setting is off. True if clients may
-  // have been called. The caller holds the window.
-  bool Follow(const TPoint& point);
+  bool IsOn() const;
+  // Inspects the view at a point in client coordinates, or none if the setting is off or another window is
+  // under the mouse. True if clients may have been called. The caller holds the window.
+  bool Follow(const TPoint& point, bool isUnderMouse);
   // Called after a paint.
   void Draw() const;
 
  private:
-  bool IsOn() const;
-
   const TWindowCore& fWindow;
   CViewInspector fInspector;
 };

@@ -181,7 +181,9 @@ TMouseTracking CWinWindowMouse::IMouseWindow_Sample(const TPoint& position) {
 }
 
 void CWinWindowMouse::IMouseWindow_OnLook(const TPoint& point) {
-  if (fInspector.Follow(point)) ForgetAnswers();
+  // What is under another window is not under the mouse.
+  const bool isUnderMouse = !fInspector.IsOn() || fGlance.IsOver(fWindow.fHwnd, point);
+  if (fInspector.Follow(point, isUnderMouse)) ForgetAnswers();
 }
 
 }  // namespace NSMorvane
