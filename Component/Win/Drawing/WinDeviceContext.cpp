@@ -371,6 +371,7 @@ int BufferBitDepth(int deviceBitDepth) { return deviceBitDepth <= 16 ? 16 : 32; 
 
 void ForgetDisplayDepth() {
   gDeviceBitDepth = 0;
+  ForgetMonitorDepths();
   SurfacePool().Clear();
 }
 

@@ -172,7 +172,7 @@ class COffscreenContext : CNotCopied {
 // no conversion.
 int BufferBitDepth(int deviceBitDepth);
 
-// Called after a change of the display: forgets its depth and the kept surfaces.
+// Called after a change of the display: forgets its depth, that of each monitor, and the kept surfaces.
 void ForgetDisplayDepth();
 
 }  // namespace NSMorvane

@@ -230,6 +230,8 @@ std::vector<HWND> GetTopLevelWindowsZ() {
   return windows;
 }
 
+std::vector<HWND> GetThreadWindowsZ() { return ListThreadWindows(GetCurrentThreadId()); }
+
 bool ThreadOwnsUnlistedWindow(DWORD threadId) {
   const std::vector<HWND> owned = ListThreadWindows(threadId);
   const std::vector<HWND> listed = ListAllTopLevelWindows();
@@ -260,6 +262,8 @@ TPoint GetPopupCenter(HWND window, HWND parent, const std::vector<HWND>& shownWi
 }
 
 void PumpPaintMessages() {
+  // Nearly always there is nothing to paint, and asking each window is costly where there are many.
+  if (!(HIWORD(GetQueueStatus(QS_PAINT)) & QS_PAINT)) return;
   THwndCollector collector;
   const LPARAM out = reinterpret_cast<LPARAM>(&collector);
   EnumThreadWindows(GetCurrentThreadId(), &THwndCollector::Add, out);

@@ -74,6 +74,9 @@ void DisownWindows(HWND owner);
 
 // The top-level windows of this process, front window first, without child windows.
 std::vector<HWND> GetTopLevelWindowsZ();
+// The same of the calling thread, with windows that only messages reach. Costs less, since the windows of
+// other processes are not looked at.
+std::vector<HWND> GetThreadWindowsZ();
 
 // Whether the thread, of any process, owns a window that is in no list of all top-level windows, which means
 // a message-only window. (Under Wine always false: it lists the message-only windows of a thread nowhere.)
@@ -99,6 +102,8 @@ HFONT GetDefaultFont();
 
 // Fills the list. False or an exception on failure; the content of the list is undefined then.
 bool EnumerateMonitors(TMonitorList& outMonitors);
+// Called after a change of the display. Until then the depths that have been asked for stand.
+void ForgetMonitorDepths();
 // The second half of EnumerateMonitors: describes the monitors in their order, kMaxMonitors at most.
 bool DescribeMonitors(const std::vector<HMONITOR>& monitorVector, TMonitorList& outMonitors);
 

@@ -1,4 +1,7 @@
 // The monitors of the desktop.
+#include <map>
+#include <string>
+
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Platform/UtilsWinHandles.h"
 
@@ -23,7 +26,26 @@ BOOL CALLBACK CollectMonitor(HMONITOR hMonitor, HDC, LPRECT, LPARAM dwData) {
   return TRUE;
 }
 
+// The depths of the monitors that have been asked for, by the names of their devices: a device context for
+// the question costs more than all the others. Process-wide, as the monitors are.
+std::map<std::wstring, std::uint32_t> gDepths;
+
+// 0 if the monitor cannot be asked.
+std::uint32_t BitDepthOf(const wchar_t* device) {
+  const auto known = gDepths.find(device);
+  if (known != gDepths.end()) return known->second;
+  const CCreatedDC hdc(CreateDCW(nullptr, device, nullptr, nullptr));
+  if (!hdc.Get()) return 0;
+  const int bitsPerPixel = GetDeviceCaps(hdc.Get(), BITSPIXEL);
+  MORVANE_ASSERT(0!=bitsPerPixel);
+  const int planes = GetDeviceCaps(hdc.Get(), PLANES);
+  MORVANE_ASSERT(0!=planes);
+  return gDepths[device] = static_cast<std::uint32_t>(bitsPerPixel * planes);
+}
+
 }  // namespace
+
+void ForgetMonitorDepths() { gDepths.clear(); }
 
 bool EnumerateMonitors(TMonitorList& outMonitors) {
   outMonitors = TMonitorList{};
@@ -47,13 +69,8 @@ bool DescribeMonitors(const std::vector<HMONITOR>& monitorVector, TMonitorList& 
     if (info.dwFlags & MONITORINFOF_PRIMARY) outMonitors.fMainMonitorIndex = outMonitors.fMonitorCount;
 
     TMonitor& monitor = outMonitors.fMonitors[outMonitors.fMonitorCount];
-    const CCreatedDC hdc(CreateDCW(nullptr, info.szDevice, nullptr, nullptr));
-    if (!hdc.Get()) return false;
-    const int bitsPerPixel = GetDeviceCaps(hdc.Get(), BITSPIXEL);
-    MORVANE_ASSERT(0!=bitsPerPixel);
-    const int planes = GetDeviceCaps(hdc.Get(), PLANES);
-    MORVANE_ASSERT(0!=planes);
-    monitor.fBitDepth = static_cast<std::uint32_t>(bitsPerPixel * planes);
+    monitor.fBitDepth = BitDepthOf(info.szDevice);
+    if (monitor.fBitDepth == 0) return false;
     monitor.fBounds = FromNative(info.rcMonitor);
     monitor.fWorkArea = FromNative(info.rcWork);
     ++outMonitors.fMonitorCount;

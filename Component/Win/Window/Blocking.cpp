@@ -115,18 +115,19 @@ bool CBlocking::MayMinimize(const CWinWindow& window, HWND hiderWindow) {
 // of several, the one that was active last, or else the newest. Null if there is none. A window that somebody
 // else has put over this one and that blocks nothing, such as a dialog to search for texts, does not count.
 HWND CBlocking::FindDialogOver(HWND owner) const {
-  const HWND lastActive = GetLastActivePopup(owner);
+  // Asked only if there is a dialog: for each of many windows it would be costly.
+  const auto isLastActive = [owner](HWND candidate) { return candidate == GetLastActivePopup(owner); };
   HWND dialog = nullptr;
   for (const boost::shared_ptr<CWinWindow>& window : fWindows->GetWindows()) {
     if (!window->IsModal() || window->GetOwnerHwnd() != owner || !window->HasBeenShown()) continue;
     dialog = window->GetHwnd();
-    if (dialog == lastActive) break;
+    if (isLastActive(dialog)) break;
   }
   if (dialog) return dialog;
   for (const IOwnedForeignDialog* const foreign : fOwnedForeignDialogs) {
     const HWND frame = foreign->GetBlockedOwner() == owner ? foreign->GetFrameHwnd() : nullptr;
     if (frame && IsWindowVisible(frame)) dialog = frame;
-    if (dialog && dialog == lastActive) break;
+    if (dialog && isLastActive(dialog)) break;
   }
   return dialog;
 }

@@ -88,8 +88,10 @@ std::vector<HWND> CWindowRegistry::GetShownHwndsZ() const {
 
 CWindowRegistry::TWindows CWindowRegistry::GetVisibleWindowsZ() const {
   TWindows windows;
-  for (const HWND hwnd : GetShownHwndsZ()) {
-    if (const CWinWindow* const window = Find(hwnd)) windows.push_back(window->GetClientsWindowReference());
+  // All windows of the library belong to one thread.
+  for (const HWND hwnd : GetThreadWindowsZ()) {
+    const CWinWindow* const window = IsWindowVisible(hwnd) && !IsWindowList(hwnd) ? Find(hwnd) : nullptr;
+    if (window && !IsHidden(hwnd)) windows.push_back(window->GetClientsWindowReference());
   }
   return windows;
 }
@@ -107,7 +109,7 @@ CWindowRegistry::TWindows CWindowRegistry::GetVisibleDocumentWindows() const {
 void CWindowRegistry::ShowFloatingWindows(bool show) const {
   // Most applications have none, and listing the windows of the desktop is costly.
   if (!IsAnyOfKind(kWindowKindFloating)) return;
-  const std::vector<HWND> handles = GetTopLevelWindowsZ();
+  const std::vector<HWND> handles = GetThreadWindowsZ();
   // The rearmost first, so that they keep their order.
   for (auto it = handles.rbegin(); it != handles.rend(); ++it) {
     const CWinWindow* const window = Find(*it);
