@@ -98,11 +98,19 @@ void CSketchApplication::OpenUntitled(std::unique_ptr<CSketchDocument> document)
                                                     std::move(document), std::u16string(), name));
 }
 
+// Over the document in front, unless that has a dialog already.
+TDialogPlace CSketchApplication::PlaceOfAlert() const {
+  return fFront && !fFront->IsBlocked() ? fFront->DialogPlace() : TDialogPlace{fMorvane, nullptr};
+}
+
 // The shapes are not in the document from the start, so that it has something to be saved.
 void CSketchApplication::OpenFromClipboard() {
   const CSketchDocument pasted = PastedShapes(fMorvane, fStyle);
   std::vector<TShape> shapes = pasted.CopyOfShapes();
-  if (shapes.empty()) return;
+  if (shapes.empty()) {
+    ShowNothingToPaste(PlaceOfAlert());
+    return;
+  }
   TSketchRect frame = FrameOf(shapes.front(), TextMeasure());
   for (const TShape& shape : shapes) frame = UnionOf(frame, FrameOf(shape, TextMeasure()));
   for (TShape& shape : shapes) shape = MovedBy(shape, kSheetMargin - frame.fLeft, kSheetMargin - frame.fTop);
@@ -136,9 +144,8 @@ void CSketchApplication::OpenFile(const std::u16string& givenPath) {
   if (!LoadSketch(path, *document, message)) {
     fRecentFiles.Remove(path);
     UpdateMenus();
-    const bool hasOwner = fFront && !fFront->IsBlocked();
-    ShowAlert(hasOwner ? fFront->DialogPlace() : TDialogPlace{fMorvane, nullptr}, kAlertCaution,
-              u"\"" + NameOfPath(path) + u"\" cannot be opened.", message + u"\n" + path);
+    ShowAlert(PlaceOfAlert(), kAlertCaution, u"\"" + NameOfPath(path) + u"\" cannot be opened.",
+              message + u"\n" + path);
     return;
   }
   ThrowIfFailed(CreateDocumentWindow<CSketchWindow>(fMorvane, kDocumentStyle, fMorvane, *this,

@@ -102,6 +102,7 @@ class CSketchApplication : public NSMorvane::CDefaultApplication {
   NSMorvane::TPoint PlaceOfProperties(const NSMorvane::TSize& size) const;
 
  private:
+  TDialogPlace PlaceOfAlert() const;
   NSMorvane::TRect FrontFrame() const;
   NSMorvane::TError ScrollOn();
   void UpdateMenus();

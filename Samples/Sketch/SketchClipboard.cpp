@@ -4,12 +4,14 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 
 #include "SketchDocumentFile.h"
 #include "SketchGdi.h"
 #include "SketchGeometry.h"
+#include "SketchPicture.h"
 #include "SketchRendering.h"
 #include "SketchTextMeasure.h"
 
@@ -21,8 +23,8 @@ namespace {
 
 constexpr TClipboardFormat kShapesFormat = {"SkSh"};  // the contents of a file of Sketch
 constexpr TClipboardFormat kPictureFormat = {"DIBB"};
-constexpr std::int64_t kMaxPicturePixels = 4 * 1024 * 1024;
-constexpr std::int32_t kPlaceOfText = 20;  // from the left and from the top
+constexpr std::int64_t kMaxCopiedPixels = 4 * 1024 * 1024;
+constexpr std::int32_t kPlaceOfPasted = 20;  // from the left and from the top
 constexpr std::size_t kMaxLines = 200;
 
 CSketchDocument DocumentOf(const std::vector<TShape>& shapes, TSketchColor background) {
@@ -50,15 +52,29 @@ std::string PictureBytes(const std::vector<TShape>& shapes, TSketchColor backgro
     area = UnionOf(area, isText ? FrameOf(shape, TextMeasure()) : BoundsOf(shape));
   }
   const TSketchSize size = {area.fRight - area.fLeft, area.fBottom - area.fTop};
-  if (size.fWidth <= 0 || size.fHeight <= 0 || std::int64_t{size.fWidth} * size.fHeight > kMaxPicturePixels)
+  if (size.fWidth <= 0 || size.fHeight <= 0 || std::int64_t{size.fWidth} * size.fHeight > kMaxCopiedPixels)
     return {};
   return DIBOf(PictureOf(DocumentOf(shapes, background), area, size));
+}
+
+// One without an outline, a pixel of the canvas for each of its own. None if there is no picture.
+std::vector<TShape> ShapesOfPicture(const std::string& dib) {
+  std::optional<TSketchPicture> picture = PictureOfDIB(dib, kMaxPicturePixels);
+  if (!picture) return {};
+  TShape shape;
+  shape.fKind = TShapeKind::kPicture;
+  shape.fPoints = {{kPlaceOfPasted, kPlaceOfPasted},
+                   {kPlaceOfPasted + static_cast<std::int32_t>(picture->fWidth),
+                    kPlaceOfPasted + static_cast<std::int32_t>(picture->fHeight)}};
+  shape.fWidth = 0;
+  shape.fPicture = CSharedPicture(*std::move(picture));
+  return {shape};
 }
 
 // A shape for each line, one below the other.
 std::vector<TShape> ShapesOfText(const std::u16string& text, const TShape& style) {
   std::vector<TShape> shapes;
-  std::int32_t top = kPlaceOfText;
+  std::int32_t top = kPlaceOfPasted;
   for (std::size_t from = 0; from < text.size() && shapes.size() < kMaxLines; top += style.fSize * 5 / 4) {
     const std::size_t end = std::min(text.find(u'\n', from), text.size());
     std::u16string line = text.substr(from, end - from);
@@ -68,7 +84,7 @@ std::vector<TShape> ShapesOfText(const std::u16string& text, const TShape& style
     if (line.empty()) continue;
     TShape shape;
     shape.fKind = TShapeKind::kText;
-    shape.fPoints = {{kPlaceOfText, top}};
+    shape.fPoints = {{kPlaceOfPasted, top}};
     shape.fText = UTF8FromText(line.substr(0, kMaxTextBytes / 3));  // a unit takes three bytes at most
     shape.fColor = style.fColor;
     shape.fSize = style.fSize;
@@ -93,7 +109,8 @@ bool CopyShapes(IMorvane& morvane, const std::vector<TShape>& shapes, TSketchCol
 // [end]
 
 bool CanPasteShapes(IMorvane& morvane) {
-  return IsOnClipboard(morvane, kShapesFormat) || IsOnClipboard(morvane, {"utxt"});
+  return IsOnClipboard(morvane, kShapesFormat) || IsOnClipboard(morvane, {"utxt"}) ||
+         IsOnClipboard(morvane, kPictureFormat);
 }
 
 // [paste]
@@ -103,7 +120,9 @@ CSketchDocument PastedShapes(IMorvane& morvane, const TShape& style) {
   if (ReadSketchDocument(ClipboardBytes(morvane, kShapesFormat), document, message) &&
       !document.Shapes().empty())
     return document;
-  return DocumentOf(ShapesOfText(ClipboardText(morvane), style), 0xFFFFFF);
+  std::vector<TShape> shapes = ShapesOfText(ClipboardText(morvane), style);
+  if (shapes.empty()) shapes = ShapesOfPicture(ClipboardBytes(morvane, kPictureFormat));
+  return DocumentOf(shapes, 0xFFFFFF);
 }
 // [end]
 

@@ -214,6 +214,12 @@ void ShowAlert(const TDialogPlace& place, TAlertKind kind, const std::u16string&
 }
 // [end]
 
+void ShowNothingToPaste(const TDialogPlace& place) {
+  ShowAlert(place, kAlertCaution, u"There is nothing that can be pasted.",
+            u"The clipboard has neither shapes of Sketch, nor a text, nor a picture of up to " +
+                AsciiText(std::to_string(kMaxPicturePixels)) + u" pixels.");
+}
+
 void ShowSettings(const TDialogPlace& place, const TDocumentSettings& settings,
                   std::function<void(const TDocumentSettings&)> onDone) {
   ShowModal<CSketchSettingsDialog>(place, settings, onDone);

@@ -48,6 +48,9 @@ struct TDialogPlace {
 void ShowAlert(const TDialogPlace& place, NSMorvane::TAlertKind kind, const std::u16string& message,
                const std::u16string& details);
 
+// For a command that pastes, when the clipboard has nothing for it.
+void ShowNothingToPaste(const TDialogPlace& place);
+
 struct TDocumentSettings {
   TSketchSize fCanvasSize;
   TSketchColor fBackground = 0;

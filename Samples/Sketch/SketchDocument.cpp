@@ -1,6 +1,7 @@
 #include "SketchDocument.h"
 
 #include <algorithm>
+#include <numeric>
 #include <stdexcept>
 #include <utility>
 
@@ -50,6 +51,12 @@ std::size_t CSketchDocument::CountOfKind(TShapeKind kind) const {
   return static_cast<std::size_t>(
       std::count_if(fShapes.begin(), fShapes.end(),
                     [kind](const TShapeEntry& entry) { return entry.fShape.fKind == kind; }));
+}
+
+std::size_t CSketchDocument::CountOfPicturePixels() const {
+  return std::accumulate(
+      fShapes.begin(), fShapes.end(), std::size_t{0},
+      [](std::size_t sum, const TShapeEntry& entry) { return sum + entry.fShape.fPicture.CountOfPixels(); });
 }
 
 // The comments in front of a shape, or those at the end.

@@ -7,9 +7,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include "SketchPicture.h"
 
 namespace NSSketch {
 
@@ -43,24 +47,50 @@ enum : std::int32_t {
   kMaxTextSize = 1000
 };
 enum : std::size_t { kMaxShapes = 100000, kMaxPoints = 10000, kMaxTextBytes = 4000 };
+// Of one picture, and of all pictures of a document.
+enum : std::size_t { kMaxPicturePixels = 2 * 1024 * 1024, kMaxAllPicturePixels = 8 * 1024 * 1024 };
 
-enum class TShapeKind { kLine, kRectangle, kEllipse, kPolyline, kText };
-constexpr std::size_t kShapeKindCount = 5;
+enum class TShapeKind { kLine, kRectangle, kEllipse, kPolyline, kText, kPicture };
+constexpr std::size_t kShapeKindCount = 6;
 
-// A shape. fWidth and fFill mean nothing for a text, fFill nothing for a line, fSize nothing but for a text.
+// The pixels of a shape, which its copies share. They never change.
+class CSharedPicture {
+ public:
+  CSharedPicture() = default;
+  explicit CSharedPicture(TSketchPicture picture)
+      : fPicture(std::make_shared<const TSketchPicture>(std::move(picture))) {}
+  // Null for none.
+  const TSketchPicture* Get() const { return fPicture.get(); }
+  std::size_t CountOfPixels() const { return fPicture ? fPicture->fPixels.size() : 0; }
+  bool operator==(const CSharedPicture& other) const {
+    return fPicture == other.fPicture || (fPicture && other.fPicture && *fPicture == *other.fPicture);
+  }
+
+ private:
+  std::shared_ptr<const TSketchPicture> fPicture;
+};
+
+// A shape. fWidth and fFill mean nothing for a text, fFill nothing for a line and a picture, fSize nothing
+// but for a text.
 struct TShape {
   TShapeKind fKind = TShapeKind::kLine;
   // Line: the two ends. Rectangle, ellipse: top left and bottom right corner of the box, through which the
   // middle of the outline runs. Polyline: two points or more. Text: the top left corner of the first letter.
+  // Picture: top left and bottom right corner of the box that its pixels fill, which need not be as many.
   std::vector<TSketchPoint> fPoints;
   std::string fText;  // UTF-8, without control characters
   TSketchColor fColor = 0x202428;
   std::int32_t fWidth = 1;            // 0: no outline
   std::optional<TSketchColor> fFill;  // a polyline is filled as if it were closed
   std::int32_t fSize = 16;            // the height of the letters' font
+  CSharedPicture fPicture;            // of a picture alone
 
   bool operator==(const TShape&) const = default;
 };
+
+constexpr bool CanBeFilled(TShapeKind kind) {
+  return kind == TShapeKind::kRectangle || kind == TShapeKind::kEllipse || kind == TShapeKind::kPolyline;
+}
 
 // Every pixel that the shape can touch. For a text, whose width only a font knows, the box is generous.
 TSketchRect BoundsOf(const TShape& shape);
@@ -92,6 +122,7 @@ class CSketchDocument {
   const std::vector<TShapeEntry>& Shapes() const { return fShapes; }
   std::vector<TShape> CopyOfShapes() const;
   std::size_t CountOfKind(TShapeKind kind) const;
+  std::size_t CountOfPicturePixels() const;
 
   // Puts a shape on top of all others, and behind the last comment of the file.
   void AppendShape(TShape shape);

@@ -10,8 +10,8 @@ namespace NSSketch {
 
 namespace {
 
-constexpr std::array<std::string_view, kShapeKindCount> kKindNames = {"line", "rectangle", "ellipse",
-                                                                      "polyline", "text"};
+constexpr std::array<std::string_view, kShapeKindCount> kKindNames = {"line",     "rectangle", "ellipse",
+                                                                      "polyline", "text",      "picture"};
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 // What is wrong with a line.
@@ -63,8 +63,11 @@ class CWords {
 
   bool AtEnd() const { return fRest.empty(); }
   bool AtText() const { return !fRest.empty() && fRest.front() == '"'; }
-  // A number, or something that was meant to be one: neither a text nor an attribute.
-  bool AtNumber() const { return !AtEnd() && !AtText() && Peek().find('=') == std::string_view::npos; }
+  bool AtRow() const { return !fRest.empty() && fRest.front() == '#'; }
+  // A number, or something that was meant to be one: neither a text, nor a row, nor an attribute.
+  bool AtNumber() const {
+    return !AtEnd() && !AtText() && !AtRow() && Peek().find('=') == std::string_view::npos;
+  }
 
   std::string_view Next() {
     const std::string_view word = Peek();
@@ -158,11 +161,36 @@ std::vector<TSketchPoint> ParsePoints(CWords& words, TShapeKind kind) {
   std::vector<TSketchPoint> points;
   points.reserve(numbers.size() / 2);
   for (std::size_t i = 0; i < numbers.size(); i += 2) points.push_back({numbers[i], numbers[i + 1]});
-  if (kind == TShapeKind::kRectangle || kind == TShapeKind::kEllipse) {
+  if (kind == TShapeKind::kRectangle || kind == TShapeKind::kEllipse || kind == TShapeKind::kPicture) {
     if (points[0].fX > points[1].fX || points[0].fY > points[1].fY)
       Fail(name + " needs left, top, right, bottom, in this order");
   }
   return points;
+}
+
+CSharedPicture ParsePicture(CWords& words) {
+  constexpr std::size_t kDigits = 6;
+  TSketchPicture picture;
+  while (words.AtRow()) {
+    const std::string_view row = words.Next().substr(1);
+    if (row.empty() || row.size() % kDigits != 0) Fail("a row of pixels needs six digits for each");
+    const std::size_t width = row.size() / kDigits;
+    if (picture.fHeight > 0 && width != picture.fWidth) Fail("the rows of a picture must be equally long");
+    picture.fWidth = static_cast<std::uint32_t>(width);
+    ++picture.fHeight;
+    if (std::max<std::size_t>(width, picture.fHeight) > kMaxPictureSide ||
+        picture.fPixels.size() + width > kMaxPicturePixels)
+      Fail("a picture has " + std::to_string(kMaxPictureSide) + " pixels a side at most, and " +
+           std::to_string(kMaxPicturePixels) + " in all");
+    for (const char* digits = row.data(); digits != row.data() + row.size(); digits += kDigits) {
+      std::uint32_t pixel = 0;
+      if (std::from_chars(digits, digits + kDigits, pixel, 16).ptr != digits + kDigits)
+        Fail(Quoted({digits, kDigits}) + " is not a pixel like 2F6FDE");
+      picture.fPixels.push_back(pixel);
+    }
+  }
+  if (picture.fHeight == 0) Fail("picture needs four numbers and rows of pixels like #FF000000FF00");
+  return CSharedPicture(std::move(picture));
 }
 
 void ParseAttribute(std::string_view word, TShape& shape, std::vector<std::string_view>& seen) {
@@ -178,7 +206,7 @@ void ParseAttribute(std::string_view word, TShape& shape, std::vector<std::strin
     shape.fColor = ParseColor(value);
   else if (name == "width" && !isText)
     shape.fWidth = ParseNumber(value, 0, kMaxLineWidth);
-  else if (name == "fill" && !isText && shape.fKind != TShapeKind::kLine)
+  else if (name == "fill" && CanBeFilled(shape.fKind))
     shape.fFill = ParseColor(value);
   else if (name == "size" && isText)
     shape.fSize = ParseNumber(value, 1, kMaxTextSize);
@@ -196,6 +224,7 @@ TShape ParseShape(TShapeKind kind, CWords& words) {
     if (!words.AtText()) Fail("text needs two numbers and a text in quotes");
     shape.fText = words.NextText();
   }
+  if (kind == TShapeKind::kPicture) shape.fPicture = ParsePicture(words);
   std::vector<std::string_view> seen;
   while (!words.AtEnd()) ParseAttribute(words.Next(), shape, seen);
   return shape;
@@ -233,6 +262,9 @@ class CReader {
       if (fShapes.size() == kMaxShapes) Fail("there are more than " + std::to_string(kMaxShapes) + " shapes");
       fShapes.push_back({ParseShape(kind, words), std::move(fNotes), std::string(line)});
       fNotes.clear();
+      fPicturePixels += fShapes.back().fShape.fPicture.CountOfPixels();
+      if (fPicturePixels > kMaxAllPicturePixels)
+        Fail("the pictures have more than " + std::to_string(kMaxAllPicturePixels) + " pixels");
     } else if (statement == "canvas") {
       TakeHeadLine(THeadLineKind::kCanvas, statement, line);
       const std::vector<std::int32_t> numbers = ParseNumbers(words, 1, kMaxCanvasSide);
@@ -271,6 +303,7 @@ class CReader {
   std::vector<THeadLine> fHead;
   std::vector<TShapeEntry> fShapes;
   std::string fNotes;  // since the last statement
+  std::size_t fPicturePixels = 0;
 };
 
 // --- Writing
@@ -294,6 +327,13 @@ std::string FormatShape(const TShape& shape) {
     }
     line += '"';
     if (shape.fSize != defaults.fSize) line += " size=" + std::to_string(shape.fSize);
+  }
+  if (const TSketchPicture* const picture = shape.fPicture.Get()) {
+    for (std::size_t i = 0; i < picture->fPixels.size(); ++i) {
+      if (i % picture->fWidth == 0) line += " #";
+      for (int shift = 20; shift >= 0; shift -= 4)
+        line += "0123456789ABCDEF"[picture->fPixels[i] >> shift & 0xF];
+    }
   }
   if (shape.fColor != defaults.fColor) line += " color=" + ColorText(shape.fColor);
   if (shape.fKind != TShapeKind::kText && shape.fWidth != defaults.fWidth)

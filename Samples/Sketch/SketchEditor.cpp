@@ -174,8 +174,14 @@ CSketchEditor::TStep CSketchEditor::Insertion(std::size_t index, const TShape& s
   return {TStep::TKind::kInsert, index, {shape, std::move(notes), {}}, {}, 0};
 }
 
+bool CSketchEditor::HasRoomFor(const std::vector<TShape>& shapes) const {
+  std::size_t pixels = fDocument->CountOfPicturePixels();
+  for (const TShape& shape : shapes) pixels += shape.fPicture.CountOfPixels();
+  return HasRoomFor(shapes.size()) && pixels <= kMaxAllPicturePixels;
+}
+
 void CSketchEditor::Add(const char* name, const std::vector<TShape>& shapes) {
-  if (shapes.empty() || !HasRoomFor(shapes.size())) return;
+  if (shapes.empty() || !HasRoomFor(shapes)) return;
   std::vector<TStep> steps;
   std::size_t index = fDocument->Shapes().size();
   std::string notes = fDocument->FileParts().fEndNotes;

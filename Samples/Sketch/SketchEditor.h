@@ -61,6 +61,8 @@ class CSketchEditor {
   // --- Changes. Each is one step of undo. Those that are about the selection do nothing without one.
   // Whether the document can take so many shapes more: a file holds kMaxShapes.
   bool HasRoomFor(std::size_t count) const { return count <= kMaxShapes - fDocument->Shapes().size(); }
+  // The same for these, whose pictures count, too.
+  bool HasRoomFor(const std::vector<TShape>& shapes) const;
   // Puts shapes in front of all others and selects them. Nothing is done if there is no room for them.
   void Add(const char* name, const std::vector<TShape>& shapes);
   void RemoveSelected(const char* name);

@@ -9,7 +9,8 @@ namespace NSSketch {
 namespace {
 
 bool IsBox(const TShape& shape) {
-  return shape.fKind == TShapeKind::kRectangle || shape.fKind == TShapeKind::kEllipse;
+  return shape.fKind == TShapeKind::kRectangle || shape.fKind == TShapeKind::kEllipse ||
+         shape.fKind == TShapeKind::kPicture;
 }
 
 TSketchPoint Clamped(TSketchPoint point) {
@@ -111,6 +112,8 @@ bool HitsShape(const TShape& shape, TSketchPoint point, double slack, ISketchTex
       return HitsEllipse(FrameOf(shape, measure), point, reach, isFilled);
     case TShapeKind::kText:
       return HitsRectangle(FrameOf(shape, measure), point, slack, true);
+    case TShapeKind::kPicture:
+      return HitsRectangle(FrameOf(shape, measure), point, reach, true);
   }
   return false;
 }

@@ -36,7 +36,8 @@ std::optional<std::size_t> ShapeAt(const CSketchDocument& document, TSketchPoint
 
 // --- Handles
 //
-// A rectangle and an ellipse have eight on their box, a line and a polyline one on each point, a text none.
+// A rectangle, an ellipse and a picture have eight on their box, a line and a polyline one on each point, a
+// text none.
 
 enum class THandleKind {
   kTopLeft,

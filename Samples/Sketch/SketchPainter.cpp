@@ -97,6 +97,7 @@ void CSketchPainter::PaintShape(const TShape& shape) {
     PaintText(shape);
     return;
   }
+  if (shape.fKind == TShapeKind::kPicture) PaintPixels(shape);
   UseBrush(shape);
   if (shape.fKind == TShapeKind::kEllipse) {
     PaintEllipse(shape);
@@ -104,10 +105,10 @@ void CSketchPainter::PaintShape(const TShape& shape) {
   }
   const CGdiObject<HPEN> pen(MakePen(shape, fPlacement.fScale));
   ::SelectObject(fHDC, pen.Get() ? pen.Get() : ::GetStockObject(NULL_PEN));
-  if (shape.fKind == TShapeKind::kRectangle)
-    PaintRectangle(shape);
-  else
+  if (shape.fKind == TShapeKind::kPolyline || shape.fKind == TShapeKind::kLine)
     PaintPolyline(shape);
+  else
+    PaintRectangle(shape);  // that of a picture is around it
   ::SelectObject(fHDC, ::GetStockObject(NULL_PEN));
 }
 
@@ -178,6 +179,23 @@ void CSketchPainter::PaintText(const TShape& shape) {
     position.y += metrics.tmHeight;
   }
   ::SelectObject(fHDC, ::GetStockObject(SYSTEM_FONT));
+}
+
+void CSketchPainter::PaintPixels(const TShape& shape) {
+  const TSketchPicture* const picture = shape.fPicture.Get();
+  const POINT topLeft = Place(shape.fPoints[0], 0);
+  const POINT bottomRight = Place(shape.fPoints[1], 0);
+  if (!picture || topLeft.x == bottomRight.x || topLeft.y == bottomRight.y) return;
+  BITMAPINFO info = {};
+  info.bmiHeader.biSize = sizeof(info.bmiHeader);
+  info.bmiHeader.biWidth = static_cast<LONG>(picture->fWidth);
+  info.bmiHeader.biHeight = -static_cast<LONG>(picture->fHeight);  // rows from the top
+  info.bmiHeader.biPlanes = 1;
+  info.bmiHeader.biBitCount = 32;
+  ::SetStretchBltMode(fHDC, COLORONCOLOR);
+  ::StretchDIBits(fHDC, topLeft.x, topLeft.y, bottomRight.x - topLeft.x, bottomRight.y - topLeft.y, 0, 0,
+                  info.bmiHeader.biWidth, -info.bmiHeader.biHeight, picture->fPixels.data(), &info,
+                  DIB_RGB_COLORS, SRCCOPY);
 }
 
 void CSketchPainter::UseBrush(const TShape& shape) {

@@ -36,6 +36,7 @@ class CSketchPainter {
   void PaintEllipse(const TShape& shape);
   void PaintPolyline(const TShape& shape);
   void PaintText(const TShape& shape);
+  void PaintPixels(const TShape& shape);
   void UseBrush(const TShape& shape);
   HFONT FontOfSize(int deviceSize);
 

@@ -32,8 +32,8 @@ TRect SwatchesPlace(std::int32_t top) {
 }
 
 const char16_t* NameOf(TShapeKind kind) {
-  constexpr const char16_t* kNames[kShapeKindCount] = {u"Line", u"Rectangle", u"Ellipse", u"Polyline",
-                                                       u"Text"};
+  constexpr const char16_t* kNames[kShapeKindCount] = {u"Line",     u"Rectangle", u"Ellipse",
+                                                       u"Polyline", u"Text",      u"Picture"};
   return kNames[static_cast<std::size_t>(kind)];
 }
 
@@ -111,13 +111,12 @@ CSketchPropertiesDialog::CSketchPropertiesDialog(IModelessDialog& window, IMorva
             [this](bool filled) {
               const TSketchColor fill = fFill->Color();
               Change("Fill", [filled, fill](TShape& shape) {
-                const bool canFill = shape.fKind != TShapeKind::kLine && shape.fKind != TShapeKind::kText;
-                shape.fFill = filled && canFill ? std::optional(fill) : std::nullopt;
+                shape.fFill = filled && CanBeFilled(shape.fKind) ? std::optional(fill) : std::nullopt;
               });
             });
   fForm.Add(fFill, SwatchesPlace(210), [this](TSketchColor color) {
     Change("Fill", [color](TShape& shape) {
-      if (shape.fKind != TShapeKind::kLine && shape.fKind != TShapeKind::kText) shape.fFill = color;
+      if (CanBeFilled(shape.fKind)) shape.fFill = color;
     });
   });
   fForm.Add(fTextLabel, Place(262, 0, false), u"Te_xt");
@@ -226,8 +225,7 @@ void CSketchPropertiesDialog::Refresh() {
   };
   const bool hasText = any([](TShapeKind kind) { return kind == TShapeKind::kText; });
   const bool hasLine = any([](TShapeKind kind) { return kind != TShapeKind::kText; });
-  const bool hasFill =
-      any([](TShapeKind kind) { return kind != TShapeKind::kText && kind != TShapeKind::kLine; });
+  const bool hasFill = any(CanBeFilled);
 
   fHeading->SetText(selection.empty()       ? u"New shapes"
                     : selection.size() == 1 ? NameOf(shape.fKind)

@@ -14,8 +14,8 @@ constexpr int kHeadingHeight = 40;
 constexpr int kRowHeight = 22;
 constexpr int kPreviewHeight = 132;
 
-constexpr const char16_t* kKindLabels[kShapeKindCount] = {u"Lines", u"Rectangles", u"Ellipses", u"Polylines",
-                                                          u"Texts"};
+constexpr const char16_t* kKindLabels[kShapeKindCount] = {u"Lines",     u"Rectangles", u"Ellipses",
+                                                          u"Polylines", u"Texts",      u"Pictures"};
 
 void DrawHeading(HDC hdc, const RECT& panel, LONG top, const std::u16string& text) {
   DrawTextLine(hdc, text, {panel.left + kMargin, top, panel.right - kMargin, top + kHeadingHeight},

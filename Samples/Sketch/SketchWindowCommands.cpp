@@ -252,9 +252,14 @@ bool CSketchWindow::Copy() {
 
 // A little beside what they are copies of.
 void CSketchWindow::Paste(const char* name, const std::vector<TShape>& shapes) {
-  if (!fEditor.HasRoomFor(shapes.size())) {
+  if (shapes.empty()) {
+    ShowNothingToPaste(DialogPlace());
+    return;
+  }
+  if (!fEditor.HasRoomFor(shapes)) {
     ShowAlert(DialogPlace(), kAlertCaution, u"There is no room for these shapes.",
-              u"A document holds " + AsciiText(std::to_string(kMaxShapes)) + u" shapes at most.");
+              u"A document holds " + AsciiText(std::to_string(kMaxShapes)) + u" shapes at most, with " +
+                  AsciiText(std::to_string(kMaxAllPicturePixels)) + u" pixels in its pictures.");
     return;
   }
   TSketchPoint move = {kShiftOfCopies, kShiftOfCopies};

@@ -23,6 +23,7 @@ const std::string kSample =
     "polyline 0 20 60 -30 120 20 color=#883311 width=4 fill=#AA4422\n"
     "ellipse 50 50 50 90\n"
     "line -100000 100000 7 8 width=0\n"
+    "picture 3 4 5 6 #ff000000FF00 #0000FF102030 #000000FFFFFF  width=0\n"
     "  text 10 130 \"say \\\"a\\\\b\\\"\\n\xC3\xA4\" size=9 color=#0a0B0c\n"
     "# end";
 
@@ -64,6 +65,7 @@ TEST(SketchDocument, ReadsEveryStatement) {
             "polyline 0 20 60 -30 120 20 color=#883311 width=4 fill=#AA4422\n"
             "ellipse 50 50 50 90\n"
             "line -100000 100000 7 8 width=0\n"
+            "picture 3 4 5 6 #FF000000FF00 #0000FF102030 #000000FFFFFF width=0\n"
             "text 10 130 \"say \\\"a\\\\b\\\"\\n\xC3\xA4\" size=9 color=#0A0B0C\n");
 }
 
@@ -90,6 +92,15 @@ TEST(SketchDocument, SaysWhatIsWrongWithAFile) {
       {"line 1 2 3 4\nbackground #000000", "line 2: background must stand in front of the first shape"},
       {"# \xC3", "line 1: this is not UTF-8 text"},
       {"line 1 2 3 4\r\r\n", "line 1: there is a control character in it"},
+      {"\npicture 1 2 3 4 width=0",
+       "line 2: picture needs four numbers and rows of pixels like #FF000000FF00"},
+      {"picture 1 2 3 #000000", "line 1: picture needs four numbers"},
+      {"picture 3 2 1 4 #000000", "line 1: picture needs left, top, right, bottom, in this order"},
+      {"picture 1 2 3 4 #00000", "line 1: a row of pixels needs six digits for each"},
+      {"picture 1 2 3 4 #", "line 1: a row of pixels needs six digits for each"},
+      {"picture 1 2 3 4 #000000 #000000000000", "line 1: the rows of a picture must be equally long"},
+      {"picture 1 2 3 4 #00000000000G", "line 1: \"00000G\" is not a pixel like 2F6FDE"},
+      {"picture 1 2 3 4 #000000 fill=#000000", "line 1: picture has no fill"},
   };
   for (const auto& [bytes, expected] : cases) {
     CSketchDocument document;
@@ -101,9 +112,12 @@ TEST(SketchDocument, SaysWhatIsWrongWithAFile) {
 }
 
 TEST(SketchDocument, HoldsItsLimits) {
-  for (const auto& [head, repeated, tail, limit] : {std::tuple("polyline", " 1 2", "", kMaxPoints),
-                                                    {"text 1 2 \"", "a", "\"", kMaxTextBytes},
-                                                    {"", "line 1 2 3 4\n", "", kMaxShapes}})
+  for (const auto& [head, repeated, tail, limit] :
+       {std::tuple("polyline", " 1 2", "", std::size_t{kMaxPoints}),
+        {"text 1 2 \"", "a", "\"", kMaxTextBytes},
+        {"", "line 1 2 3 4\n", "", kMaxShapes},
+        {"picture 1 2 3 4", " #000000", "", kMaxPictureSide},
+        {"picture 1 2 3 4 #", "000000", "", kMaxPictureSide}})
     for (const std::size_t more : {0, 1}) {
       std::string bytes = head, message;
       for (std::size_t i = 0; i < limit + more; ++i) bytes += repeated;
@@ -187,6 +201,23 @@ TEST_F(SketchEditor, UndoesAndRedoesToTheByte) {
   EXPECT_FALSE(fEditor.IsModified());
   while (fEditor.CanRedo()) fEditor.Redo();
   EXPECT_EQ(Written(), states.back());
+}
+
+TEST_F(SketchEditor, HasRoomForSoManyPixels) {
+  const auto picture = [](std::uint32_t width, std::uint32_t height) {
+    TShape shape;
+    shape.fKind = TShapeKind::kPicture;
+    shape.fPoints = {{0, 0}, {1, 1}};
+    shape.fPicture = CSharedPicture({width, height, std::vector<std::uint32_t>(width * height)});
+    return shape;
+  };
+  const std::size_t before = fEditor.Document().Shapes().size();
+  const auto left = static_cast<std::uint32_t>(kMaxAllPicturePixels - 6);  // one of 6 is there
+  fEditor.Add("Paste", {picture(left / 2 + 1, 1), picture(left / 2, 1)});
+  EXPECT_EQ(fEditor.Document().Shapes().size(), before);
+  fEditor.Add("Paste", {picture(left / 2, 1), picture(left / 2, 1)});
+  EXPECT_EQ(fEditor.Document().Shapes().size(), before + 2);
+  EXPECT_FALSE(fEditor.HasRoomFor({picture(1, 1)}));
 }
 
 TEST_F(SketchEditor, KnowsWhatIsUnsaved) {

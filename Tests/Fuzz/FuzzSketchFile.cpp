@@ -1,13 +1,18 @@
-// The files of the sample Sketch: any bytes are read or refused, and what was read is written again.
+// The files of the sample Sketch, and pictures of other programs: any bytes are read or refused, and what was
+// read is written again.
 //
 // sources: Samples/Sketch/SketchDocument.cpp Samples/Sketch/SketchDocumentFile.cpp
-// Samples/Sketch/SketchGeometry.cpp seeds: Samples/Sketch/Documents
+// sources: Samples/Sketch/SketchPicture.cpp
+//
+// seeds: Samples/Sketch/Documents
 #include <cstdlib>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "Samples/Sketch/SketchDocument.h"
 #include "Samples/Sketch/SketchDocumentFile.h"
+#include "Samples/Sketch/SketchPicture.h"
 
 using namespace NSSketch;
 
@@ -35,6 +40,8 @@ void RequireEqual(const CSketchDocument& a, const CSketchDocument& b) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+  if (const std::optional<TSketchPicture> picture = PictureOfDIB(bytes, 10000))
+    Require(PictureOfDIB(DIBOf(*picture), 10000) == picture);
   CSketchDocument document;
   document.SetCanvasSize({1, 2});
   std::string message;

@@ -4,7 +4,6 @@
 // with mouse and keyboard, takes a picture at each station, and quits the program, which saves it on the way.
 // The exit code is 0 if everything came as it should.
 #include <algorithm>
-#include <cstring>
 #include <map>
 #include <sstream>
 
@@ -70,7 +69,12 @@ constexpr TStation kStations[] = {
     {"key Ctrl+W; dialog Sketch; key Alt+D; gone; front; key Esc; elsewhere Hello; key Ctrl+V; title *;"
      "is 28 28 accent",
      "pasted-text"},
-    {"key Ctrl+Z; not 28 28 accent; key Ctrl+O; dialog Open; blocked", "open"},
+    // Two colours, side by side, which can be moved, taken back and pulled larger like any shape.
+    {"key Ctrl+Z; not 28 28 accent; bitmap red white; key Ctrl+V; is 40 60 red; is 100 60 white;"
+     "key Right; is 70 60 red; key Ctrl+Z; is 70 60 white; drag 110 90 140 120; is 80 110 red; is 90 110 "
+     "white",
+     "pasted-picture"},
+    {"key Ctrl+Z 2; not 40 60 red; key Ctrl+O; dialog Open; blocked", "open"},
     {"key Esc; closed; key Ctrl+Shift+S; dialog Save As; blocked; name Daylight.png", "save-as"},
     {"key Enter; closed; file Daylight.png; key Ctrl+O; dialog Open; name Daylight.png; key Enter; gone;"
      "dialog Sketch; blocked",
@@ -159,7 +163,8 @@ class CTour : public CTourist {
     if (verb == "blocked") return WaitFor([this] { return !::IsWindowEnabled(fWindow); });
     if (verb == "palette-back") return WaitFor([this] { return ::IsWindowVisible(fPalette) != 0; });
     if (verb == "copied") return WaitFor(IsPictureOnClipboard);
-    if (verb == "elsewhere") return PutOnClipboard(Word(words));
+    if (verb == "elsewhere") return PutOnClipboard(CF_TEXT, Word(words) + '\0');
+    if (verb == "bitmap") return PutOnClipboard(CF_DIB, Bitmap(words));
     if (verb == "file") return WaitForFile(Word(words));
     if (verb == "reopened") return Reopen();
     if (verb == "end") return WaitFor([this] { return !::IsWindow(fWindow); });
@@ -220,14 +225,24 @@ class CTour : public CTourist {
     return isPicture;
   }
   // What another program copies.
-  void PutOnClipboard(const std::string& text) const {
-    const HGLOBAL block = ::GlobalAlloc(GMEM_MOVEABLE, text.size() + 1);
-    text.copy(static_cast<char*>(std::memset(::GlobalLock(block), 0, text.size() + 1)), text.size());
+  void PutOnClipboard(UINT format, const std::string& bytes) const {
+    const HGLOBAL block = ::GlobalAlloc(GMEM_MOVEABLE, bytes.size());
+    bytes.copy(static_cast<char*>(::GlobalLock(block)), bytes.size());
     ::GlobalUnlock(block);
     WaitFor([] { return ::OpenClipboard(nullptr) != FALSE; });
     ::EmptyClipboard();
-    ::SetClipboardData(CF_TEXT, block);
+    ::SetClipboardData(format, block);
     ::CloseClipboard();
+  }
+  // Of 80 by 60 pixels: one colour in the left half and another one in the right half.
+  static std::string Bitmap(Words words) {
+    const BITMAPINFOHEADER info = {sizeof(info), 80, 60, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    std::string bytes(reinterpret_cast<const char*>(&info), sizeof(info));
+    const unsigned left = kColors.at(Word(words));
+    const unsigned right = kColors.at(Word(words));
+    for (int i = 0; i < 80 * 60; ++i)
+      bytes.append(reinterpret_cast<const char*>(i % 80 < 40 ? &left : &right), sizeof(left));
+    return bytes;
   }
   void WaitForTitle(const std::wstring& title) const {
     WaitFor([&] {
