@@ -361,4 +361,33 @@ TEST_IN_RUN(ModalityTest, ForeignWindowsAreLeftAlone) {
   }
 }
 
+// A window of another thread, as of a file dialog, can end at any moment. Here one ends when the library has
+// asked for its process, or so often whether it is there.
+TEST_IN_RUN(ModalityTest, ForeignWindowsEndAtAnyMoment) {
+  static HWND foreign = nullptr;
+  static int looks = 0;
+  static DWORD(WINAPI* const processOf)(HWND, DWORD*) = [](HWND hwnd, DWORD* out) -> DWORD {
+    const DWORD thread = GetWindowThreadProcessId(hwnd, out);
+    if (hwnd == foreign && out && looks == 0) DestroyWindow(std::exchange(foreign, nullptr));
+    return thread;
+  };
+  static BOOL(WINAPI* const isThere)(HWND) = [](HWND hwnd) -> BOOL {
+    const BOOL result = IsWindow(hwnd);
+    if (hwnd == foreign && looks > 0 && --looks == 0) DestroyWindow(std::exchange(foreign, nullptr));
+    return result;
+  };
+  const PatchedImport asked(L"Morvane.dll", "GetWindowThreadProcessId", processOf);
+  const PatchedImport looked(L"Morvane.dll", "IsWindow", isThere);
+  Do("+doc1");
+  for (const int end : {0, 1, 2, 3}) {
+    looks = end;
+    foreign = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 10, 10, 80, 80, nullptr, nullptr,
+                              nullptr, nullptr);
+    Do("+A");
+    EXPECT_EQ(foreign, nullptr);
+    ExpectPictures({{"", "A+* doc1"}, {"-A", "doc1+*"}});
+    EXPECT_EQ(fOutput.TakeAssertions(), "") << "after " << end << " looks";
+  }
+}
+
 }  // namespace NSMorvaneTest
