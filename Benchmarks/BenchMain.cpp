@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include <process.h>
+#include <psapi.h>
 
 #include <cstdio>
 #include <cstring>
@@ -49,6 +50,38 @@ class CClientPixels {
  private:
   std::vector<std::uint32_t> fPixels;
 };
+
+// --- Memory
+
+std::size_t PrivateBytes() {
+  PROCESS_MEMORY_COUNTERS_EX counters = {};
+  GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters),
+                       sizeof(counters));
+  return counters.PrivateUsage != 0 ? counters.PrivateUsage : counters.PagefileUsage;
+}
+
+// What views take, with an empty behaviour each; and the whole process, with what the system has in it.
+void PrintMemory(IMorvane& morvane, const TOptions& options) {
+  if (!options.Wants("memory")) return;
+  IDocumentWindow& window = CreateLibraryWindow(morvane);
+  IView& root = RootViewOf(window);
+  std::vector<CViewOf<CEmptyView>> views(11000);
+  std::size_t made = 0;
+  const auto make = [&](std::size_t count) {
+    while (count-- > 0)
+      ThrowIfFailed(views[made++].Create(morvane, root, "View", ViewParams(kViewDrawDirect)));
+    return PrivateBytes();
+  };
+  const std::size_t withFew = make(1000);
+  const std::size_t withMany = make(10000);
+  std::printf(
+      "- Memory: %.1f MiB with a window of 1,000 views, %.1f MiB with 11,000; %.0f bytes for a view\n",
+      static_cast<double>(withFew) / (1 << 20), static_cast<double>(withMany) / (1 << 20),
+      static_cast<double>(withMany - withFew) / 10000);
+  std::fflush(stdout);
+  views.clear();
+  window.IDocumentWindow_Release();
+}
 
 // --- Rows of frames
 
@@ -301,6 +334,7 @@ class CBenchRun : public CDefaultApplication {
       CFrameRows(fMorvane, fOptions).MeasureAll();
       MeasureEvents(fMorvane, fOptions);
       MeasureWindows(fMorvane, fOptions);
+      PrintMemory(fMorvane, fOptions);
       return TError{kOK};
     });
   }

@@ -1,4 +1,5 @@
 // Conversions, numbers and templates of texts.
+#include <clocale>
 #include <cstring>
 #include <memory>
 
@@ -115,6 +116,11 @@ TEST_F(TextPackage, NumbersAsText) {
                                            {-0.125, 2, u"-0.12"},  {1234.5, 3, u"1234.500"},
                                            {0.1, -1, u"0.100000"}, {1e22, 1, u"10000000000000000000000.0"}};
   for (const auto& [value, places, text] : rows) EXPECT_EQ(text, FloatToString(value, places));
+  // Whatever the client's locale says.
+  for (const char* locale : {"German", "de_DE.UTF-8"}) std::setlocale(LC_NUMERIC, locale);
+  EXPECT_EQ(u"-1.50", FloatToString(-1.5, 2));
+  EXPECT_EQ(u"1.23e+06", FloatToShortString(1234567, 3));
+  std::setlocale(LC_NUMERIC, "C");
   EXPECT_EQ(313u + 20, FloatToString(-std::numeric_limits<double>::max(), 22).size());
 }
 

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdio>
+#include <cstring>
 #include <iterator>
 #include <limits>
 
@@ -196,17 +198,27 @@ TString NumberToString(unsigned int value) { return DecimalText(value); }
 TString NumberToString(long value) { return DecimalText(value); }
 TString NumberToString(unsigned long value) { return DecimalText(value); }
 
-TString FloatToString(double value, int places) {
-  // A negative precision counts as a missing one, which is six.
-  if (places < 0) places = 6;
-  // Sign, the digits of the largest value, point.
-  constexpr std::size_t kMaxWholeLength = std::numeric_limits<double>::max_exponent10 + 4;
-  std::string digits(kMaxWholeLength + static_cast<std::size_t>(places), '\0');
-  char* const begin = digits.data();
-  const std::to_chars_result result =
-      std::to_chars(begin, begin + digits.size(), value, std::chars_format::fixed, places);
-  return TString(begin, result.ptr);
+namespace {
+
+// Not std::to_chars, whose tables for floating-point values would be a sixth of the library. The point is
+// that of the client's locale, whatever it is, and is put right.
+TString FormatDouble(const char* format, int precision, double value) {
+  const int length = std::snprintf(nullptr, 0, format, precision, value);
+  std::string text(static_cast<std::size_t>(std::max(length, 0)) + 1, '\0');
+  std::snprintf(text.data(), text.size(), format, precision, value);
+  text.resize(std::strlen(text.c_str()));
+  const auto isPoint = [](char c) {
+    return !(c >= '0' && c <= '9') && !(c >= 'a' && c <= 'z') && c != '-' && c != '+';
+  };
+  std::replace_if(text.begin(), text.end(), isPoint, '.');
+  return TString(text.begin(), text.end());
 }
+
+}  // namespace
+
+// A negative precision counts as a missing one, which is six.
+TString FloatToString(double value, int places) { return FormatDouble("%.*f", places, value); }
+TString FloatToShortString(double value, int digits) { return FormatDouble("%.*g", digits, value); }
 
 bool ReadDecimal(std::u16string_view text, std::int32_t& outValue) {
   auto it = std::find_if_not(text.begin(), text.end(), IsScanBlank);

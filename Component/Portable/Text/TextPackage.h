@@ -98,6 +98,8 @@ TString NumberToString(unsigned long value);
 
 // Fixed notation with `places` digits after the point.
 TString FloatToString(double value, int places);
+// At most so many digits, without zeros at the end; a larger number is written with a power of ten.
+TString FloatToShortString(double value, int digits);
 
 // Reads a signed decimal as a scan for a 32-bit "%ld" does: blanks in front and a sign are accepted, and
 // whatever follows the digits is ignored. A value out of range becomes the nearest one that is in range.

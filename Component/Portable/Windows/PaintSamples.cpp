@@ -1,8 +1,6 @@
 #include "Component/Portable/Windows/PaintSamples.h"
 
 #include <algorithm>
-#include <charconv>
-#include <iterator>
 
 namespace NSMorvane {
 
@@ -17,12 +15,8 @@ std::uint32_t Between(std::uint64_t earlier, std::uint64_t later) {
   return static_cast<std::uint32_t>(later - earlier);
 }
 
-// A number of three digits; a larger one is written with a power of ten.
 TString FigureText(double value, const TString& unit) {
-  char digits[32];
-  const std::to_chars_result result =
-      std::to_chars(std::begin(digits), std::end(digits), value, std::chars_format::general, 3);
-  return TString(digits, result.ptr) + unit;
+  return NSTextPackage::FloatToShortString(value, 3) + unit;
 }
 
 }  // namespace
