@@ -282,8 +282,12 @@ TEST_IN_RUN(FileDialogCasesTest, OwnersThatFailOrEnd) {
   Press(dialog, IDOK);
   EXPECT_TRUE(YieldUntil([=] { return MessageBoxOver(dialog) != nullptr; }));
   const HWND question = MessageBoxOver(dialog);
-  SetForegroundWindow(other.fHwnd);
-  EXPECT_TRUE(AwaitForeground(other.fHwnd));
+  EXPECT_TRUE(AwaitForeground(question));  // it can be seen before it has become active
+  // It can become active once more when its thread has come to rest.
+  EXPECT_TRUE(YieldUntil([&] {
+    SetForegroundWindow(other.fHwnd);
+    return GetForegroundWindow() == other.fHwnd;
+  }));
   EXPECT_EQ(fRecord.fFocusNow(), kOK);
   EXPECT_TRUE(AwaitForeground(question));
   Press(question, IDOK);
