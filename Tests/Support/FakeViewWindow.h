@@ -186,7 +186,7 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IFocus
   CViewImpl* IImplFocusTools_GetConceptualFocusView() override { return fFocus.GetNextView(); }
   void IImplFocusTools_SetConceptualFocusView(CViewImpl* view) override { fFocus.PassOn(view); }
   void IImplFocusTools_GetTabViews(std::vector<CViewImpl*>& out) override { out = fTabViews; }
-  void IImplFocusTools_SetTabViews(std::vector<CViewImpl*> tabViews) override { fTabViews = tabViews; }
+  void IImplFocusTools_RemoveTabView(const CViewImpl* view) noexcept override { std::erase(fTabViews, view); }
   boost::shared_ptr<void> IImplFocusTools_KeepAlive() override { return {}; }
 
   bool IFocusWindow_IsActive() override { return fIsActive; }

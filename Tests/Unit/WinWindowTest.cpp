@@ -202,7 +202,12 @@ TEST_F(WinWindowTest, TabViewsThatAClientGetsAreItsOwn) {
     EXPECT_EQ(receiver.fViews, std::vector<IView*>{&other});
     EXPECT_EQ(window->IWindow_SetTabViews(receiver.fViews.data(), 1), kOK);
     leaf.IView_Release();
+    // A view that ends while memory is short leaves the list as well.
+    gAllocationsLeft = 0;
     other.IView_Release();
+    gAllocationsLeft = -1;
+    EXPECT_EQ(window->IWindow_GetTabViews(receiver), kOK);
+    EXPECT_TRUE(receiver.fViews.empty());
   });
 }
 

@@ -132,7 +132,7 @@ CViewImpl::~CViewImpl() {
   MORVANE_ASSERT(fClientsViewReference.get() == NULL);
   MORVANE_ASSERT(CheckInvariant());
   MORVANE_ASSERT(fSubViews.empty());
-  RunDestructorStep([this] { LeaveTabViews(); });
+  LeaveTabViews();
   RunDestructorStep([this] { InvalidateAround(fRect); });
   RunDestructorStep([this] { RemoveTooltip(); });
   RunDestructorStep([this] { fBehavior.reset(); });
@@ -163,12 +163,8 @@ void CViewImpl::ReleaseSuperViews(TViewImplPtr view) {
   }
 }
 
-void CViewImpl::LeaveTabViews() {
-  if (!fImplFocusTools) return;
-  std::vector<CViewImpl*> tabViews;
-  fImplFocusTools->IImplFocusTools_GetTabViews(tabViews);
-  tabViews.erase(std::remove(tabViews.begin(), tabViews.end(), this), tabViews.end());
-  fImplFocusTools->IImplFocusTools_SetTabViews(std::move(tabViews));
+void CViewImpl::LeaveTabViews() noexcept {
+  if (fImplFocusTools) fImplFocusTools->IImplFocusTools_RemoveTabView(this);
 }
 
 void CViewImpl::GiveUpFocus() {
@@ -187,7 +183,7 @@ void CViewImpl::CViewGlue_Release() {
   TViewImplPtr reference;
   reference.swap(fClientsViewReference);
   // From here on the view cannot get the focus back. If subviews keep it in memory, it stays in the tab list.
-  if (fSubViews.empty()) RunDestructorStep([this] { LeaveTabViews(); });
+  if (fSubViews.empty()) LeaveTabViews();
   RunDestructorStep([this] { GiveUpFocus(); });
   // If a walk or its subviews keep the view in memory, it must disappear from the picture now. Otherwise it
   // ends here, and its destructor does this.

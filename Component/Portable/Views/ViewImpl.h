@@ -113,8 +113,6 @@ class CViewImpl : public CViewGlue, CNotCopied {
   // What the view is drawn into: null for the direct mode, a shared tile for the temporary modes, the view's
   // own bitmap for the permanent ones.
   boost::shared_ptr<CBufferBitmap> GetBitmapForDrawing();
-  // Gives back the result of GetBitmapForDrawing after the drawing.
-  void ReleaseBitmapForDrawing(const boost::shared_ptr<CBufferBitmap>& bufferBitmap);
   // Returns what has to be drawn into the view's own bitmap. From here on it counts as drawn, except for what
   // lies outside the super view. Permanent modes only.
   CRegion TakeDirtyRegion();
@@ -155,7 +153,7 @@ class CViewImpl : public CViewGlue, CNotCopied {
   }
 
   // Life
-  void LeaveTabViews();
+  void LeaveTabViews() noexcept;
   void GiveUpFocus();
   void AddTooltip(const TString& text);
   void RemoveTooltip();

@@ -50,25 +50,6 @@ boost::shared_ptr<CBufferBitmap> CViewImpl::GetBitmapForDrawing() {
   MORVANE_THROW(std::exception());
 }
 
-void CViewImpl::ReleaseBitmapForDrawing(const boost::shared_ptr<CBufferBitmap>& bufferBitmap) {
-  switch (fDrawMode) {
-    case kViewDrawDirect:
-      MORVANE_ASSERT(bufferBitmap.get()==0);
-      return;
-    case kViewDrawTemporary16:
-    case kViewDrawTemporary32:
-      // Chosen by the bitmap's own depth: the mode may have changed while the view was drawn.
-      if (bufferBitmap) CTileBitmapPool::ForDepth(bufferBitmap->GetInfo().fBitDepth).PutBack(bufferBitmap);
-      return;
-    case kViewDrawPermanent16:
-    case kViewDrawPermanent32:
-      MORVANE_ASSERT(bufferBitmap.get()==fPermanentOffscreenBitmap.get());
-      return;
-  }
-  MORVANE_UNREACHED();
-  MORVANE_THROW(std::exception());
-}
-
 CRegion CViewImpl::TakeDirtyRegion() {
   if (!IsPermanentMode(fDrawMode)) {
     MORVANE_UNREACHED();

@@ -207,7 +207,6 @@ bool CViewImpl::ScrollPixelsInSuperView(const TPoint& distance, const TRect& des
   const TRect source = OffsetRectBy(inBitmap, -static_cast<std::int64_t>(distance.fX),
                                     -static_cast<std::int64_t>(distance.fY));
   bufferBitmap->CopyToPort(bufferBitmap->GetNativePort(), {inBitmap.fLeft, inBitmap.fTop}, source);
-  superView->ReleaseBitmapForDrawing(bufferBitmap);
   return true;
 }
 

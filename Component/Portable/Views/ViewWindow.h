@@ -24,7 +24,8 @@ class IImplFocusTools {
   virtual CViewImpl* IImplFocusTools_GetConceptualFocusView() = 0;
   virtual void IImplFocusTools_SetConceptualFocusView(CViewImpl* view) = 0;
   virtual void IImplFocusTools_GetTabViews(std::vector<CViewImpl*>& out) = 0;
-  virtual void IImplFocusTools_SetTabViews(std::vector<CViewImpl*> tabViews) = 0;
+  // Does nothing if the view is in no tab order. A view that ends depends on it, so it cannot fail.
+  virtual void IImplFocusTools_RemoveTabView(const CViewImpl* view) noexcept = 0;
   // Keeps the window in memory for as long as it is held: behaviours may end it from their callbacks.
   virtual boost::shared_ptr<void> IImplFocusTools_KeepAlive() = 0;
 

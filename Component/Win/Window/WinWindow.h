@@ -129,7 +129,7 @@ class CWinWindow : public CWindowGlue,
   CViewImpl* IImplFocusTools_GetConceptualFocusView() override { return fFocus.GetFocus().GetNextView(); }
   void IImplFocusTools_SetConceptualFocusView(CViewImpl* view) override;
   void IImplFocusTools_GetTabViews(std::vector<CViewImpl*>& out) override { out = fTabViews; }
-  void IImplFocusTools_SetTabViews(std::vector<CViewImpl*> tabViews) override { fTabViews.swap(tabViews); }
+  void IImplFocusTools_RemoveTabView(const CViewImpl* view) noexcept override { std::erase(fTabViews, view); }
   boost::shared_ptr<void> IImplFocusTools_KeepAlive() override { return fClientsWindowReference; }
   void InvalidateRect(const TRect& rect) override { fPainting.InvalidateRect(rect); }
   void InvalidateRegion(const CRegion& region) override { fPainting.InvalidateRegion(region); }
@@ -190,6 +190,8 @@ class CWinWindow : public CWindowGlue,
   void AddToHiddenWindows();
   void KillWindowTimer();
   void DismantleNativeWindow();
+  void OnNativeWindowLost();
+  void MakeStandIn();
 
   // Messages
   void PreDispatch(const TWinMessage& message);
