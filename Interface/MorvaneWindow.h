@@ -21,7 +21,9 @@ struct TNativeWindow {
 };
 
 // What a dialog needs of its owner. Every window of the library except a floating window offers one. A client
-// may offer a window of its own, which must outlive the dialog: one destroyed with its owner never ends.
+// may offer a window of its own, which should outlive the dialog: when the system destroys that with its
+// owner, the dialog blocks nothing any more and is asked to close with kCloseByUser, and an alert ends
+// without an answer.
 class IModalOwner {
  public:
   virtual TError IModalOwner_GetNativeWindow(TNativeWindow& out) = 0;

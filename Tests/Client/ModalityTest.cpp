@@ -285,7 +285,11 @@ TEST_IN_RUN(ModalityTest, ADialogOverTheDialogOfTheApplication) {
   ExpectPictures({{"+floating +X", "X+* doc1 doc2"},
                   {"+A<X", "A+* X doc1 doc2"},
                   {"-A", "X+* doc1 doc2"},
-                  {"-X", "floating+ doc1+* doc2+"}});
+                  {"-X", "floating+ doc1+* doc2+"},
+                  // Also if a dialog stays active that the ended one has owned.
+                  {"+X +A<X", "A+* X doc1 doc2"},
+                  {"-X", "floating+ A+* doc1+ doc2+"}});
+  EXPECT_EQ(fOutput.TakeAssertions(), "fChildWindows.size()==0");
 }
 
 // A window that becomes active comes to the front, also one that lies beside the others: so it is active
@@ -388,6 +392,87 @@ TEST_IN_RUN(ModalityTest, ForeignWindowsEndAtAnyMoment) {
     ExpectPictures({{"", "A+* doc1"}, {"-A", "doc1+*"}});
     EXPECT_EQ(fOutput.TakeAssertions(), "") << "after " << end << " looks";
   }
+}
+
+// A window of the client's own ends while it owns dialogs, and the system destroys them with it. They block
+// nothing any more and are asked to close. A client that does not do so keeps an object that it can use.
+TEST_IN_RUN(ModalityTest, AForeignOwnerTakesItsDialogsAlong) {
+  struct Owner : IModalOwner {
+    TError IModalOwner_GetNativeWindow(TNativeWindow& out) override {
+      out.fHwnd = fHwnd;
+      return kOK;
+    }
+    HWND fHwnd = nullptr;
+  } owner;
+  struct Listener : IAlertBoxListener {
+    TError IAlertBoxListener_OnResponse(TAlertResponse) override { return kOtherError; }
+  } listener;
+  const auto destroyOwner = [&] { EXPECT_TRUE(DestroyWindow(owner.fHwnd)); };
+  // Whatever has a native owner that a client has given it by the handle.
+  const auto destroyOwnerOf = [&](HWND dialog) {
+    SetWindowLongPtrW(dialog, GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(owner.fHwnd));
+    destroyOwner();
+  };
+  const auto alert = [&](IModalOwner* alertOwner, TFlag blocking) {
+    TAlertSpec spec = {};
+    spec.fButtonLayout = kAlertOneButton;
+    spec.fKind = kAlertPlain;
+    CopyText(spec.fMessage, u"text");
+    CopyText(spec.fButton1, u"OK");
+    EXPECT_EQ(fMorvane->IMorvane_CreateAlertBox(alertOwner, blocking, spec, &listener), kOK);
+  };
+  const auto makeBlocking = [&] { MakeNamed("A", {}, nullptr, kPlain, 1); };
+  const std::string ofA = "A.RequestClose:0 A.deleted";
+  Do("+doc1");
+  for (const auto& [name, show, calls] : Rows<const char*, std::function<void()>, std::string>{
+           {"modeless", [&] { Do("+modeless"), destroyOwnerOf(HwndOf("modeless")); },
+            "modeless.RequestClose:0 modeless.deleted"},
+           {"modal", [&] { MakeNamed("A", {}, &owner), destroyOwner(); }, ofA},
+           {"over it", [&] { MakeNamed("A", {}, &owner), Do("+B<A"), destroyOwner(); },
+            "B.RequestClose:0 B.deleted " + ofA},
+           {"for all", [&] { Do("+A"), destroyOwnerOf(HwndOf("A")); }, ofA},
+           {"blocking", [&] { Then([&] { destroyOwnerOf(HwndOf("A")); }), makeBlocking(); }, ofA},
+           {"by its handle",
+            [&] { Then([&] { DestroyWindow(HwndOf("A")); }), makeBlocking(), destroyOwner(); }, ofA},
+           {"alert", [&] { alert(&owner, 0), destroyOwner(); }, ""},
+           {"blocking alert", [&] { Then([&] { destroyOwnerOf(GetActiveWindow()); }), alert(nullptr, 1); },
+            ""},
+       }) {
+    SCOPED_TRACE(name);
+    owner.fHwnd = CreateWindowExW(0, L"STATIC", L"Owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10, 80, 80,
+                                  nullptr, nullptr, nullptr, nullptr);
+    fRun.fLog.Take();
+    show();
+    EXPECT_FALSE(IsWindow(owner.fHwnd));
+    EXPECT_EQ(fRun.fLog.Take(), calls);
+    Turn();
+    FocusNow("doc1");
+    EXPECT_EQ(Picture(), "doc1+*");
+  }
+  // A client that keeps it can use what is left, which nobody sees.
+  owner.fHwnd =
+      CreateWindowExW(0, L"STATIC", L"Owner", WS_POPUP, 10, 10, 80, 80, nullptr, nullptr, nullptr, nullptr);
+  IWindow& window = *MakeNamed("A", {{"RequestClose", [] {}}}, &owner).fWindow;
+  IView* root = nullptr;
+  EXPECT_EQ(window.IWindow_GetRootView(root), kOK);
+  CViewFactory<CDefaultHitViewBehavior> factory;
+  TError error = kOtherError;
+  IView* const view = fMorvane->IMorvane_CreateView(factory, *root, "view", error);
+  EXPECT_EQ(view->IView_SetTooltipText(u"tip"), kOK);
+  destroyOwner();
+  TRect frame = {};
+  TNativeWindow native = {};
+  for (const TError each :
+       {SetRect(*view, {0, 0, 50, 50}), view->IView_SetTooltipText(u"other tip"),
+        window.IWindow_SetConceptualFocusView(nullptr), window.IWindow_GetFrameRect(frame),
+        window.IWindow_SetGlobalAlpha(99), fWindows["A"].fFocusNow(), window.IWindow_GetNativeWindow(native)})
+    EXPECT_EQ(each, kOK);
+  EXPECT_FALSE(IsWindowVisible(native.fHwnd));
+  Turn();
+  EXPECT_EQ(Picture(), "doc1+*");
+  EXPECT_EQ(view->IView_Release(), kOK);
+  Do("-A");
+  EXPECT_FALSE(IsWindow(native.fHwnd));
 }
 
 }  // namespace NSMorvaneTest

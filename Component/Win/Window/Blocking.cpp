@@ -321,6 +321,10 @@ void CBlocking::Pop(HWND hWnd) {
     DisableUnderFront();
   }
   BringAppToFront(MergeOrder(windows), true);
+  // They come back with the activation of another window, but a dialog that the ended one owned may stay
+  // active.
+  const CWinWindow* const active = fStack.empty() ? fWindows->Find(GetActiveWindow()) : nullptr;
+  if (active && !BansFloatingWindows(*active)) fWindows->ShowFloatingWindows(true);
 }
 
 void CBlocking::PopQuietly(HWND hWnd) noexcept {

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <boost/make_shared.hpp>
+#include <utility>
 
 #include "Component/Portable/Views/FocusChain.h"
 #include "Component/Win/Platform/UtilsWin.h"
@@ -281,7 +282,7 @@ void CWinWindow::Show() {
   MORVANE_ASSERT(!previouslyVisible);
   if (isReleased()) return;
   if (!UpdateWindow(fHwnd)) MORVANE_CHECK_LAST_ERROR();
-  if (isReleased()) return;
+  if (isReleased() || fIsHidden) return;  // hidden if the native window was lost
   // A dialog that blocks the application may have hidden it; it comes back with the other floating windows.
   if (fWindowKind == kWindowKindFloating && fBlocking->IsAppBlocked() && !IsVisible()) return;
   if (!IsVisible()) {
@@ -432,6 +433,43 @@ void CWinWindow::DismantleNativeWindow() {
     MORVANE_ASSERT(dwResult);
     fHwnd = nullptr;
   }
+}
+
+// Somebody else is destroying the native window: its foreign owner ends, or a client has used the handle.
+// What it blocked can be used again, the loop of a blocking dialog ends, and the client is asked to close
+// what is left. Whoever has called that callback goes on with an object that can be used.
+void CWinWindow::OnNativeWindowLost() {
+  const bool wasShown = !std::exchange(fIsHidden, true);
+  fBlocking->OnEnding(*this);
+  MakeStandIn();
+  if (!wasShown || !fClientsWindowReference) return;
+  if (fWindowKind == kWindowKindAlertBox)
+    OnOwnerReleased();
+  else
+    RequestClose(kCloseByUser);
+}
+
+// A native window like the one that is being destroyed takes its place, hidden and without an owner, so that
+// nothing that the client or a part of this object still does has to look whether there is one.
+void CWinWindow::MakeStandIn() {
+  const HWND lost = fHwnd;
+  RECT rect = {};
+  GetWindowRect(lost, &rect);
+  fNativeWindowWrapper->RemoveProcListener(this);
+  fNativeWindowWrapper.reset();
+  fWindows->RemoveHidden(lost);
+  UnregisterHwnd(lost);
+  fHwnd = nullptr;
+  fTimerID = 0;
+  fWindowClass.StayRegistered();
+  const HWND hwnd = CreateWindowExW(
+      static_cast<DWORD>(GetWindowLongW(lost, GWL_EXSTYLE)), WinText(fWindowClass.GetName()), L"",
+      static_cast<DWORD>(GetWindowLongW(lost, GWL_STYLE) & ~WS_VISIBLE), rect.left, rect.top,
+      rect.right - rect.left, rect.bottom - rect.top, nullptr, nullptr, GetModuleHandleW(nullptr), this);
+  if (!hwnd) MORVANE_THROW_LAST_ERROR();
+  RegisterHwnd(hwnd);
+  fTimerID = SetTimer(hwnd, 0, kTimerMS, nullptr);
+  fWindows->AddHidden(hwnd);
 }
 
 }  // namespace NSMorvane

@@ -50,6 +50,9 @@ class CWindowClassRef : CNotCopied {
   ~CWindowClassRef();
 
   const TString& GetName() const { return fWindowClass->GetName(); }
+  // From here on the class stays registered: a native window that the system is destroying uses it longer
+  // than the last reference.
+  void StayRegistered() const { ++fWindowClass->fRefCount; }
 
  private:
   boost::shared_ptr<CWindowClass> fWindowClass;

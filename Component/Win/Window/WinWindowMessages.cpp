@@ -107,6 +107,12 @@ class CWinWindow::CMessageTable {
     if (fNativeWindowWrapper) MORVANE_ASSERT(fNativeWindowWrapper->CheckInvariant());
     return kForward;
   }
+  // The window itself does not listen any more when it destroys its native window.
+  static TResult OnNcDestroy(CWinWindow& window, TWinMessage& message) {
+    const LRESULT result = window.ForwardMessage(message);
+    window.OnNativeWindowLost();
+    return result;
+  }
   static TResult OnSize(CWinWindow& window, TWinMessage&) {
     window.fPlacement.OnSize();
     window.fSizeGrip.Place();
@@ -303,6 +309,7 @@ CWinWindow::CMessageTable::THandler CWinWindow::CMessageTable::Find(UINT message
       {WM_NOTIFY, OnNotify},
       {WM_HELP, OnHelp},
       {WM_DISPLAYCHANGE, OnDisplayChange},
+      {WM_NCDESTROY, OnNcDestroy},
       {WM_KEYDOWN, OnKey},
       {WM_KEYUP, OnKey},
       {WM_SYSKEYDOWN, OnKey},

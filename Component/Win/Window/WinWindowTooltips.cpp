@@ -132,7 +132,8 @@ void CWinWindowTooltips::CreateControl(bool isMouseCaptured) {
 void CWinWindowTooltips::DestroyControl() {
   if (!fTooltipHwnd) return;
   std::erase(gTooltipWindows, fTooltipHwnd);
-  const BOOL okFlag = DestroyWindow(fTooltipHwnd);
+  // The control has gone already if somebody else has destroyed the window.
+  const BOOL okFlag = !IsWindow(fTooltipHwnd) || DestroyWindow(fTooltipHwnd);
   MORVANE_ASSERT(0!=okFlag);
   fTooltipHwnd = nullptr;
 }
