@@ -32,19 +32,21 @@ class Control : public CHostedControl {
   bool fWantsTab = false;
   TRect fInView = {};  // from the corner of the view; empty: all of it
 
+  bool WantsKey(WPARAM key) const override {
+    return (key == VK_TAB && fWantsTab) || CHostedControl::WantsKey(key);
+  }
+
  protected:
   TRect ControlRect(const TRect& viewRect) const override {
     if (fInView.fRight == 0) return viewRect;
     return {viewRect.fLeft + fInView.fLeft, viewRect.fTop + fInView.fTop, viewRect.fLeft + fInView.fRight,
             viewRect.fTop + fInView.fBottom};
   }
-  bool WantsKey(WPARAM key) const override {
-    return (key == VK_TAB && fWantsTab) || CHostedControl::WantsKey(key);
-  }
   TError OnMessage(const TMessage& message, TWinResult& outResult) override {
     const UINT kind = message.fMessage;
     if (kind == WM_KEYDOWN || kind == WM_KEYUP || kind == WM_CHAR)
       fRecord.Call(fName + ":" + NameOfMessage(kind));
+    if (kind == WM_TIMER && message.fWParam == 7) fRecord.Call(fName + ":timer");
     return CHostedControl::OnMessage(message, outResult);
   }
   // What is called may end this object.
@@ -187,13 +189,93 @@ TEST_IN_RUN(HostedControlTest, StaysWhereItsViewIs) {
   EXPECT_FALSE(IsWindowVisible(own) || IsWindowVisible(control));
   second->Follow();
   Turn();
-  // What is refused leaves nothing behind.
-  Control refused(*fMorvane, "r", fViewRecord);
-  EXPECT_EQ(refused.Create(*View("outer"), L"EDIT", u"", 0), kBadInputProgrammingError);
-  MakeControlView("e", {10, 10, 20, 20});
-  EXPECT_EQ(refused.Create(*View("e"), L"No such class", u"", 0), kOtherError);
+}
+
+// How a control is made, taken over and refused, and what is left behind.
+TEST_IN_RUN(HostedControlTest, BeginAndEnd) {
+  Open();
+  MakeView("plain", {10, 10, 20, 20});
+  MakeControlView("v", {10, 10, 10, 40});
+  Control control(*fMorvane, "c", fViewRecord), refused(*fMorvane, "r", fViewRecord);
+  EXPECT_EQ(control.Create(*View("v"), L"EDIT", u"", WS_VISIBLE), kOK);
+  const HWND first = control.Hwnd();
+  EXPECT_EQ(StateOf(first), "(10, 10, 10, 40) hidden cut away");
+  EXPECT_EQ(control.Send(WM_GETFONT), reinterpret_cast<LRESULT>(GetStockObject(DEFAULT_GUI_FONT)));
+  // Each takes the place of the one before.
+  EXPECT_EQ(control.Create(*View("v"), L"BUTTON", u"", 0), kOK);
+  EXPECT_FALSE(IsWindow(first));
+  const HWND own = MakeControlAt({0, 0, 5, 5}, L"BUTTON");
+  EXPECT_EQ(control.Attach(*View("v"), own), kOK);
+  EXPECT_EQ(refused.Attach(*View("v"), own), kIllegalCallSequenceProgrammingError);
+  EXPECT_EQ(refused.Create(*View("plain"), L"EDIT", u"", 0), kBadInputProgrammingError);
+  EXPECT_EQ(refused.Create(*View("v"), L"No such class", u"", 0), kOtherError);
   EXPECT_EQ(refused.Hwnd(), nullptr);
   EXPECT_EQ(refused.Text(), u"");
+  // Of a key that the window gets, the control gets no character, but all others.
+  ViewCalls();
+  for (const auto& [message, key] : Rows<UINT, WPARAM>{{WM_KEYDOWN, VK_RETURN},
+                                                       {WM_CHAR, 'x'},
+                                                       {WM_CHAR, VK_RETURN},  // that one
+                                                       {WM_CHAR, VK_RETURN},
+                                                       {WM_KEYDOWN, VK_RETURN},
+                                                       {WM_KEYDOWN, 'M'},
+                                                       {WM_CHAR, VK_RETURN}})  // Ctrl+M
+    SendMessageW(own, message, key, 0);
+  EXPECT_EQ(ViewCalls(), "c:char c:char c:down c:char");
+  // A control keeps its own timers, and no other one.
+  SendMessageW(own, WM_TIMER, 7, 0);
+  EXPECT_EQ(ViewCalls(), "c:timer");
+  control.End();
+  EXPECT_FALSE(KillTimer(own, 0x4D6F7276));
+  EXPECT_EQ(GetWindow(Hwnd(), GW_CHILD), own);
+  EXPECT_EQ(GetWindow(own, GW_HWNDNEXT), nullptr);
+}
+
+// What depends on the kind of a control: the Return key, and the room for the list of a combo box.
+TEST_IN_RUN(HostedControlTest, KindsOfControls) {
+  INITCOMMONCONTROLSEX classes = {sizeof(classes), ICC_LISTVIEW_CLASSES | ICC_TREEVIEW_CLASSES};
+  EXPECT_TRUE(InitCommonControlsEx(&classes));
+  WNDCLASSW rich = {};
+  EXPECT_TRUE(GetClassInfoW(nullptr, L"EDIT", &rich));
+  rich.lpszClassName = L"RICHEDIT50T";
+  EXPECT_TRUE(RegisterClassW(&rich));
+  Open();
+  MakeControlView("v", {10, 10, 110, 40});
+  Control control(*fMorvane, "c", fViewRecord);
+  for (const auto& [windowClass, style, wantsReturn, hasList] :
+       Rows<const wchar_t*, DWORD, bool, bool>{{L"EDIT", 0, false, false},
+                                               {L"EDIT", ES_MULTILINE, true, false},
+                                               {L"RICHEDIT50T", 0, false, false},
+                                               {L"RICHEDIT50T", ES_MULTILINE, true, false},
+                                               {L"BUTTON", BS_RADIOBUTTON, false, false},
+                                               {WC_LISTVIEWW, 0, true, false},
+                                               {WC_TREEVIEWW, 0, true, false},
+                                               {L"COMBOBOX", CBS_SIMPLE, false, false},
+                                               {L"COMBOBOX", CBS_DROPDOWN, false, true}}) {
+    EXPECT_EQ(control.Create(*View("v"), windowClass, u"", style), kOK);
+    EXPECT_EQ(control.WantsKey(VK_RETURN), wantsReturn) << windowClass << style;
+    RECT list = {};
+    control.Send(CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(&list));
+    EXPECT_EQ(list.bottom - list.top >= 150, hasList) << windowClass << style;
+  }
+}
+
+// A control shows its own pointer, whatever the views behind it want.
+TEST_IN_RUN(HostedControlTest, ThePointer) {
+  Open();
+  MakeView("behind", {0, 0, 200, 200}, nullptr, kTrackable);
+  MakeHosted("c", {20, 20, 80, 50});
+  fViewRecord.fShapes["behind?"] = kMouseShapeHand;
+  const HCURSOR own = LoadCursorW(nullptr, IDC_IBEAM);
+  PutMouse(OnScreen({50, 35}));
+  EXPECT_TRUE(YieldUntil([=] { return GetCursor() == own; }));
+  EXPECT_EQ(fMorvane->IMorvane_RequestMouseShapeArbitration(), kOK);
+  EXPECT_EQ(GetCursor(), own);
+  // Where there is none, the view shows what lies behind it.
+  fControls["c"]->fInView = {0, 0, 10, 10};
+  fBehaviors["c"]->Follow();
+  EXPECT_EQ(fMorvane->IMorvane_RequestMouseShapeArbitration(), kOK);
+  EXPECT_NE(GetCursor(), own);
 }
 
 // A control that ends itself in the middle of its own work, with real input.
@@ -376,6 +458,9 @@ TEST_IN_RUN(ControlKindsTest, Keys) {
                                             {"combo", VK_F4, ":down :up"},
                                             {"combo", VK_ESCAPE, ":down :char :up"},
                                             {"combo", VK_ESCAPE, "window :up"},
+                                            {"combo", VK_F4, ":down :up"},
+                                            {"combo", VK_RETURN, ":down :char :up"},
+                                            {"combo", VK_RETURN, "window :up"},
                                             {"list", VK_DOWN, ":down :up"},
                                             {"listview", VK_RETURN, ":down :char :up"}}) {
     SCOPED_TRACE(name + " " + std::to_string(key));

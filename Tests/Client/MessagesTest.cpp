@@ -78,7 +78,7 @@ TEST_IN_RUN(MessagesTest, LimitsOfTheSize) {
   ShowWindow(Hwnd(), SW_MINIMIZE);
   Send(WM_SYSCOMMAND, SC_MAXIMIZE);
   EXPECT_FALSE(IsIconic(Hwnd()) || IsZoomed(Hwnd()));
-  EXPECT_EQ(NativeClientSize(Hwnd()).fWidth, 500);
+  EXPECT_EQ(NativeClientSize(Hwnd()), (TSize{500, 400 + GetSystemMetrics(SM_CYMENU)}));
   // No limit that matters: as usual.
   setLimits({}, {5000, 4000});
   Send(WM_SYSCOMMAND, SC_MAXIMIZE | 2);
