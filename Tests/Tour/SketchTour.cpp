@@ -53,7 +53,8 @@ constexpr TStation kStations[] = {
     {"key L; gone; is 584 105 fill; key Ctrl+Z; not 584 105 fill; key Alt+E; menu", "menu"},
     {"key Esc; gone; key Esc; key Alt+D; menu", "debug-menu"},
     {"key M; gone; inspect 300 200", "inspector"},
-    {"key Alt+D; menu; key M; gone; plain; key Ctrl+A; is 482 58 accent; key Esc; not 482 58 accent;"
+    {"key Alt+D; menu; key M; gone; plain; key Ctrl+Alt+Shift+W; dialog Window List", "window-list"},
+    {"key Alt+F4; closed; key Ctrl+A; is 482 58 accent; key Esc; not 482 58 accent;"
      "cursor 377 300 other; zoom; zoom; zoom",
      "zoom"},
     {"scroll -2", "scroll"},
