@@ -31,6 +31,7 @@ class Control : public CHostedControl {
 
   bool fWantsTab = false;
   TRect fInView = {};  // from the corner of the view; empty: all of it
+  RECT fBoxWhileMoving = {};
 
   bool WantsKey(WPARAM key) const override {
     return (key == VK_TAB && fWantsTab) || CHostedControl::WantsKey(key);
@@ -47,6 +48,7 @@ class Control : public CHostedControl {
     if (kind == WM_KEYDOWN || kind == WM_KEYUP || kind == WM_CHAR)
       fRecord.Call(fName + ":" + NameOfMessage(kind));
     if (kind == WM_TIMER && message.fWParam == 7) fRecord.Call(fName + ":timer");
+    if (kind == WM_MOVE) GetWindowRgnBox(message.fHwnd, &fBoxWhileMoving);
     return CHostedControl::OnMessage(message, outResult);
   }
   // What is called may end this object.
@@ -145,7 +147,8 @@ TEST_IN_RUN(HostedControlTest, StaysWhereItsViewIs) {
                                // Scrolled by the super view, and cut by the one around that.
                                {scroll(0, -20), "(20, 0, 80, 30) cut to (0, 10, 60, 30)"},
                                {scroll(-30, -10), "(-10, -10, 50, 20) cut to (20, 20, 60, 30)"},
-                               {scroll(-100, 0), "(-110, -10, -50, 20) cut away"},
+                               {scroll(0, 5), "(-10, -5, 50, 25) cut to (20, 15, 60, 30)"},
+                               {scroll(-100, -5), "(-110, -10, -50, 20) cut away"},
                                {scroll(130, 30), at},
                                {set("outer", {10, 10, 60, 160}), at + " cut to (0, 0, 40, 30)"},
                                {set("outer", {10, 10, 210, 160}), at},
@@ -160,6 +163,10 @@ TEST_IN_RUN(HostedControlTest, StaysWhereItsViewIs) {
                                {flags("desk", kViewEnabled), at}}) {
     step();
     EXPECT_EQ(StateOf(control), state);
+    // On the way to there it shows no more than in either place.
+    if (state.starts_with("(-10, -5")) {
+      EXPECT_EQ(NativeRect(fControls["c"]->fBoxWhileMoving), (TRect{20, 20, 60, 30}));
+    }
   }
   // What nobody tells of is noticed all the same.
   SetRect(*View("outer"), {10, 10, 60, 160});
