@@ -18,6 +18,11 @@
 // the clipboard. The library implements the others. MorvaneDefaults.h, which is not included here, has
 // default implementations of the larger interfaces of the application.
 //
+// Application and library must have the same C++ ABI, since the interfaces are classes with virtual
+// destructors: GCC and clang for mingw on both sides, or MSVC and clang-cl. Otherwise the program does not
+// link: Morvane_Create has another name with each ABI. Everything else, such as settings, version or heap,
+// may differ.
+//
 // No exception may cross this boundary: an operation that can fail gives a TError, as its result or as its
 // last parameter.
 #pragma once

@@ -390,6 +390,15 @@ void* Morvane_New(std::size_t size);
 // Frees a block that came from Morvane_New.
 void Morvane_Delete(void* block);
 
+// Links under another name with each of the two C++ ABIs of the platform, in which the tables of virtual
+// functions differ: a library of the other ABI is an unresolved symbol. Who looks the function up finds it
+// under its plain name, and has to see to that himself.
+#if defined(_MSC_VER)
+#define Morvane_Create Morvane_Create_Microsoft
+#elif defined(_WIN32)
+#define Morvane_Create Morvane_Create_Itanium
+#endif
+
 // Makes the root object. `interfaceName` must be "IMorvane"; the caller deletes the object. On failure the
 // result is null, and `*outError` is kBadInputProgrammingError for another name, kUnsupportedOSVersionError
 // for a system that is too old, kOtherError while there is a root object already or if the system tells

@@ -11,7 +11,7 @@ wrong() {
 headers=$("$objdump" -p "$library") || exit 1
 
 exports=$(sed -n '/\[Ordinal\/Name Pointer\] Table/,/^$/s/^[[:space:]]*\[ *[0-9]*\] \([^ ]*\)$/\1/p' <<<"$headers" | sort | xargs)
-wanted="Morvane_Create Morvane_Delete Morvane_New"
+wanted="Morvane_Create Morvane_Create_Itanium Morvane_Delete Morvane_New"
 [ "$exports" = "$wanted" ] || wrong "exports '$exports' instead of '$wanted'"
 
 # Only libraries that Windows has: those of the compiler are all called lib....

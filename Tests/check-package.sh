@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs the built library and builds applications against nothing but the installed files: the sample Hello with
 # CMake and with the commands that README.md gives, and a probe with all that morvane_add_application offers. Runs
-# them: check-package.sh SOURCE-FOLDER BUILD-FOLDER CMAKE-OPTION...
+# them, and tries a compiler of the other C++ ABI: check-package.sh SOURCE-FOLDER BUILD-FOLDER CMAKE-OPTION...
 set -u
 source=$1 build=$2
 shift 2
@@ -39,6 +39,24 @@ sed -n '/^### Without CMake/,/^## /p' "$source/README.md" | sed -n '/^```sh$/,/^
 grep -q 'libMorvane.dll.a' "$folder/plain/commands" || { echo "README.md has no commands to link without CMake"; exit 1; }
 (cd "$folder/plain" && step bash -eu commands) || exit 1
 
+# What is built for the other C++ ABI is refused: by the package with a sentence, and by the linker, even where it throws
+# away all that it can.
+if cmake -S "$folder/Probe" -B "$folder/Probe/other" -G Ninja -DCMAKE_FIND_ROOT_PATH_MODE_PACKAGE=BOTH \
+  "-DCMAKE_PREFIX_PATH=$folder/Morvane" -DPROBE_OTHER_ABI=ON "$@" >"$folder/log" 2>&1; then
+  echo "the package takes a compiler of the other ABI"; exit 1
+fi
+tr -s ' \n' ' ' <"$folder/log" | grep -q 'This Morvane is for compilers with the Itanium C++ ABI, .* has the Microsoft ABI' || {
+  cat "$folder/log"; echo "the package does not tell why it refuses a compiler of the other ABI"; exit 1; }
+(
+  cd "$folder/plain" || exit 1
+  gcc=x86_64-w64-mingw32-g++-posix
+  step $gcc -std=c++20 -ffunction-sections -fdata-sections -I "$folder/Morvane/include/Morvane" -c main.cpp
+  step x86_64-w64-mingw32-objcopy --redefine-sym Morvane_Create_Itanium=Morvane_Create_Microsoft main.o
+  $gcc -mwindows -static -Wl,--gc-sections main.o "$folder/Morvane/lib/libMorvane.dll.a" -o other.exe >"$folder/log" 2>&1 &&
+    { echo "a program of the other ABI links"; exit 1; }
+  grep -q 'undefined reference to .Morvane_Create_Microsoft' "$folder/log" || { cat "$folder/log"; exit 1; }
+) || exit 1
+
 export MORVANE_RUN_BESIDE='"$shoot" "$picture" && while sleep 0.3; do xdotool key alt+F4; done'
 run_hello "$folder/Hello/build/Hello.exe"
 run_hello "$folder/plain/Hello.exe"
@@ -63,4 +81,4 @@ END
 for aware in 'unaware.exe:>false<' 'unaware.exe:>unaware<' 'system.exe:>true<' 'system.exe:>system<'; do
   grep -aqF -- "${aware#*:}" "$folder/Probe/build/Probe-${aware%%:*}" || { echo "the manifest lacks $aware"; exit 1; }
 done
-echo "Hello was built from the installed package, with CMake and without, and ran; the probe is as it was ordered"
+echo "Hello was built from the installed package, with CMake and without, and ran; the probe is as it was ordered; the other ABI is refused"

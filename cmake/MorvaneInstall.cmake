@@ -17,7 +17,7 @@ configure_package_config_file(cmake/MorvaneConfig.cmake.in ${PROJECT_BINARY_DIR}
   PATH_VARS MORVANE_SHARE_FOLDER)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/MorvaneConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/MorvaneConfig.cmake ${PROJECT_BINARY_DIR}/MorvaneConfigVersion.cmake
-  cmake/MorvaneAddApplication.cmake cmake/MorvaneApplication.manifest.in
+  cmake/MorvaneAbi.cmake cmake/MorvaneAddApplication.cmake cmake/MorvaneApplication.manifest.in
   cmake/MorvaneEmbedStringScript.cmake cmake/MorvaneEmbedVersion.cmake cmake/MorvaneVersion.rc.in
   DESTINATION ${MORVANE_PACKAGE_FOLDER})
 install(EXPORT MorvaneTargets NAMESPACE Morvane:: DESTINATION ${MORVANE_PACKAGE_FOLDER})

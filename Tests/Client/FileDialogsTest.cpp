@@ -367,8 +367,11 @@ TEST_IN_RUN(FileDialogsTest, ListensWithoutControls) {
     }
   };
   static DWORD flags = 0;
+  static HRESULT objects = S_OK;
   static BOOL (*const answer)(OPENFILENAMEW*) = [](OPENFILENAMEW* record) -> BOOL {
     flags = record->Flags;
+    objects = OleInitialize(nullptr);
+    OleUninitialize();
     return FALSE;
   };
   const auto soilStack = [] {
@@ -380,6 +383,7 @@ TEST_IN_RUN(FileDialogsTest, ListensWithoutControls) {
   soilStack();
   EXPECT_EQ(CreateOpen(1, nullptr, new Listener), kOK);
   EXPECT_EQ(fOpener.fLog.Take(), "cancel");
+  EXPECT_EQ(objects, S_FALSE) << "what others have added to the dialog finds its thread ready";
   EXPECT_EQ(flags & (OFN_ENABLETEMPLATE | OFN_ENABLEHOOK), static_cast<DWORD>(OFN_ENABLEHOOK));
 }
 

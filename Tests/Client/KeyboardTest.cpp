@@ -83,6 +83,32 @@ TEST_IN_RUN(KeyboardTest, WhatAKeyEventTells) {
   }
 }
 
+// As from a touch keyboard or a list of symbols.
+TEST_IN_RUN(KeyboardTest, TextWithoutAKey) {
+  OpenWithFocusTree();
+  SetFocus("leaf");
+  std::u16string told;
+  fViewRecord.fHooks["leaf:key"] = [&] {
+    const TKeyEvent event = fViewRecord.fKey;
+    TKeyInterpretation meaning = {};
+    EXPECT_EQ(fMorvane->IMorvane_GetDefaultInterpretation(event.fPhysicalKey, event.fModifiers, meaning),
+              kOK);
+    told += meaning.fKeyText;
+  };
+  const std::u16string text = u"\u20AC\U0001F600";
+  for (const char16_t unit : text) {
+    INPUT input = {};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wScan = unit;
+    input.ki.dwFlags = KEYEVENTF_UNICODE;
+    SendInputs({input});
+    input.ki.dwFlags |= KEYEVENTF_KEYUP;
+    SendInputs({input});
+  }
+  EXPECT_TRUE(YieldUntil([&] { return told.size() >= text.size(); }));
+  EXPECT_EQ(told, text);
+}
+
 // --- Modifier keys and releases
 
 namespace {

@@ -1,6 +1,7 @@
 // The run loop with document windows: what their end leads to, quitting with windows open, and what happens
 // to them when the run fails.
 #include "Support/ClientWindows.h"
+#include "Support/PatchedImport.h"
 
 #include <thread>
 
@@ -161,6 +162,39 @@ TEST_F(DocumentRunTest, EndOfSession) {
   RunFrom([&] {
     Do("+doc1 +doc2");
     Then(body);
+  });
+}
+
+// The system shows it to the user, who cannot see the question of the window.
+TEST_F(DocumentRunTest, WhyTheSessionCannotEnd) {
+  static std::wstring reasons;
+  static BOOL (*const create)(HWND, LPCWSTR) = [](HWND hwnd, LPCWSTR text) -> BOOL {
+    reasons += NativeTitle(hwnd) + L": " + text;
+    return TRUE;
+  };
+  static BOOL (*const destroy)(HWND) = [](HWND hwnd) -> BOOL {
+    reasons += L" / " + NativeTitle(hwnd);
+    return TRUE;
+  };
+  const PatchedImport creating(L"Morvane.dll", "ShutdownBlockReasonCreate", create);
+  const PatchedImport destroying(L"Morvane.dll", "ShutdownBlockReasonDestroy", destroy);
+  fRun.fHooks["QuitEvent"] = [this] {
+    EXPECT_EQ(reasons, L"Draft*: Do you want to save the changes to \"Draft\" before exiting?");
+  };
+  RunFrom([this] {
+    Do("+doc1 +doc2");
+    EXPECT_EQ(ChangeState(*fWindows["doc1"].fDocument,
+                          [](auto& state) {
+                            state.fModified = 1;
+                            CopyText(state.fTitle, u"Draft");
+                          }),
+              kOK);
+    Then([this] {
+      EXPECT_EQ(SendMessageW(HwndOf("doc2"), WM_QUERYENDSESSION, 0, 0), 0);
+      EXPECT_TRUE(reasons.ends_with(L" / Draft*"));
+      fRun.fHooks["QuitEvent"] = fQuits;
+      Quit();
+    });
   });
 }
 

@@ -169,6 +169,28 @@ TEST_F(SecondLaunchTest, ALostMessageIsNotMissed) {
             "StartUp NoDocument:5003 " + OpenURL("a.txt") + " " + OpenURL("b.txt") + " CleanUp deleted");
 }
 
+// As a menu, or while a window is moved: their loops lose the messages, and nobody waits for their end.
+TEST_F(SecondLaunchTest, SeveralDuringALoopOfTheSystem) {
+  if (RunAsSecondProcess()) return;
+  RunFrom([this] {
+    Do("+doc");
+    for (const wchar_t* file : {L"a.txt", L"b.txt"}) StartSecondProcess(file);
+    fRun.fHooks["Idle"] = [this] {
+      *fRun.fIdleDelay = 1;
+      const HWND box = FindWindowW(L"#32770", L"A box");
+      const bool areThrough = WaitForMultipleObjects(2, fSeconds.data(), TRUE, 0) != WAIT_TIMEOUT;
+      if (box && areThrough) PostMessageW(box, WM_COMMAND, IDOK, 0);
+    };
+    Then([this] {
+      LetSecondProcessesRun();
+      EXPECT_EQ(fMorvane->IMorvane_WakeUpIdle(), kOK);
+      MessageBoxW(HwndOf("doc"), L"", L"A box", MB_OK);
+      Then([this] { Quit(); });
+    });
+  });
+  for (const char* file : {"a.txt", "b.txt"}) EXPECT_EQ(fRun.fLog.Count(OpenURL(file)), 1) << file;
+}
+
 // The message alone, without a command line behind it, is reported, and opens the application anew like a
 // launch without files.
 TEST_F(SecondLaunchTest, MessageWithoutACommandLine) {

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "Support/ClientWindows.h"
+#include "Support/PatchedImport.h"
 
 namespace NSMorvaneTest {
 
@@ -128,6 +129,23 @@ TEST_IN_RUN(WindowTest, MovingAndResizing) {
   fRecord.fHooks = {{"ClientSizeChanged", [this] { Place({60, 70, 460, 370}); }}};
   SizeNative(Hwnd(), 600, 420);
   ExpectInStep({60, 70, 460, 370});
+}
+
+// The system has put the window at an edge of the screen, and goes on telling where it was before.
+TEST_IN_RUN(WindowTest, TheFrameOfASnappedWindow) {
+  static BOOL (*const tell)(HWND, WINDOWPLACEMENT*) = [](HWND hwnd, WINDOWPLACEMENT* out) -> BOOL {
+    GetWindowPlacement(hwnd, out);
+    OffsetRect(&out->rcNormalPosition, 200, 300);
+    return TRUE;
+  };
+  Open(kSizeable);
+  const PatchedImport patch(L"Morvane.dll", "GetWindowPlacement", tell);
+  for (const int command : {SW_SHOW, SW_MINIMIZE, SW_MAXIMIZE}) {
+    ShowWindow(Hwnd(), command);
+    TRect frame = {};
+    EXPECT_EQ(Window().IWindow_GetFrameRect(frame), kOK);
+    EXPECT_EQ(frame, command == SW_MINIMIZE ? (TRect{300, 400, 600, 700}) : NativeFrame(Hwnd())) << command;
+  }
 }
 
 TEST_IN_RUN(WindowTest, MinimizingMaximizingAndRestoring) {

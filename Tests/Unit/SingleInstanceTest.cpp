@@ -26,6 +26,16 @@ BOOL WINAPI KeepAllowed(DWORD process) {
   return TRUE;
 }
 
+// Another process comes between the writing and the sign that it is done.
+bool gHasComeBetween = false;
+BOOL WINAPI ComeBetween(DWORD) {
+  if (!std::exchange(gHasComeBetween, true)) {
+    EXPECT_FALSE(IsCommandLinePending());
+    SendCommandLineToFirstInstance(*gFirstName, u"another");
+  }
+  return TRUE;
+}
+
 HANDLE WINAPI FindsNoMapping(DWORD, BOOL, LPCWSTR) {
   ::SetLastError(ERROR_FILE_NOT_FOUND);
   return nullptr;
@@ -92,6 +102,16 @@ TEST_F(SingleInstance, AFirstProcessThatGoesOrComesMeanwhile) {
   SendCommandLineToFirstInstance(fName, u"x");
   EXPECT_EQ(gWaits, 3);
   EXPECT_EQ(u"x", TakeSentCommandLine());
+}
+
+TEST_F(SingleInstance, TheRecordIsWrittenByOneAtATime) {
+  const PatchedImport wait(nullptr, "Sleep", CountWait);
+  const PatchedImport allow(nullptr, "AllowSetForegroundWindow", ComeBetween);
+  ASSERT_TRUE(TryBecomeFirstInstance(fName));
+  SendCommandLineToFirstInstance(fName, u"the faster one");
+  EXPECT_EQ(gWaits, 100);
+  EXPECT_EQ(u"the faster one", TakeSentCommandLine());
+  EXPECT_EQ("0==gFileMappingInstance; 0==gFileMappingInstance", TakeReports());
 }
 
 // Two processes begin at the same moment: neither finds the other, and one of them is the first.

@@ -18,6 +18,9 @@ BOOL Refuse() {
   return FALSE;
 }
 BOOL WINAPI TellNoVersion(OSVERSIONINFOW*) { return Refuse(); }
+FARPROC WINAPI FindNoVersion(HMODULE, const char*) {
+  return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(TellNoVersion));
+}
 BOOL WINAPI TellNoMemory(MEMORYSTATUSEX*) { return Refuse(); }
 BOOL WINAPI TellNoName(LPWSTR, LPDWORD) { return Refuse(); }
 LSTATUS WINAPI OpenNoKey(HKEY, LPCWSTR, DWORD, REGSAM, PHKEY) { return ERROR_ACCESS_DENIED; }
@@ -86,7 +89,7 @@ TEST_F(WinSystemInfoTest, ThisMachine) {
 TEST_F(WinSystemInfoTest, WhatTheSystemRefuses) {
   const std::string failure = "Failed to obtain system information!";
   for (const std::string& report :
-       {ReportWith("GetVersionExW", TellNoVersion), ReportWith("GlobalMemoryStatusEx", TellNoMemory)}) {
+       {ReportWith("GetProcAddress", FindNoVersion), ReportWith("GlobalMemoryStatusEx", TellNoMemory)}) {
     EXPECT_TRUE(report.starts_with("Windows error 5 at: ") && report.ends_with("; " + failure)) << report;
     EXPECT_FALSE(Has(report, "System info:"));
   }
@@ -99,7 +102,7 @@ TEST_F(WinSystemInfoTest, WhatTheSystemRefuses) {
   // Nobody listens, and nothing is asked.
   gAsked = 0;
   IDebugOutput* const output = std::exchange(gDebugOutput, nullptr);
-  ReportWith("GetVersionExW", TellNoVersion);
+  ReportWith("GetProcAddress", FindNoVersion);
   gDebugOutput = output;
   EXPECT_EQ(gAsked, 0);
 }

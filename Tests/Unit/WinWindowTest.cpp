@@ -11,6 +11,7 @@
 #include "Component/Portable/Base/PendingErrors.h"
 #include "Component/Win/Application/MorvaneImplWin.h"
 #include "Component/Win/Dialogs/WinAlertBox.h"
+#include "Component/Win/Input/WinKeyboard.h"
 #include "Component/Win/Input/WinMouseShape.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Window/Blocking.h"
@@ -340,6 +341,46 @@ TEST_F(WinWindowTest, ShortcutsFollowTheMenus) {
   });
 }
 
+// A layout that has a character for AltGr with E, which the system tells as Control and Alt.
+TEST_F(WinWindowTest, ACharacterIsNoShortcut) {
+  gToUnicode = [](UINT, UINT, const BYTE* state, LPWSTR out, int, UINT) {
+    out[0] = state[VK_MENU] ? L'\u20AC' : L'e';
+    return 1;
+  };
+  InRun([&] {
+    const TTestWindowPtr window = MakeShown();
+    CMenuBarState state;
+    SetItems(state, kMenuDocument,
+             {MenuItem(u"item", 0, kMenuItemEnabled, u"", u"e", kModifierControl | kModifierAlt)});
+    window->GetMenuBar().Show(state);
+    BYTE before[256];
+    ASSERT_TRUE(GetKeyboardState(before));
+    for (const int alt : {VK_RMENU, VK_LMENU}) {
+      BYTE keys[256] = {};
+      for (const int down : {VK_CONTROL, VK_LCONTROL, VK_MENU, alt}) keys[down] = 0x80;
+      ASSERT_TRUE(SetKeyboardState(keys));
+      const MSG message = {window->GetHwnd(), WM_KEYDOWN, 'E', 0x00120001, 0, {}};
+      EXPECT_EQ(window->GetMenuBar().TranslateShortcut(message), alt == VK_LMENU);
+    }
+    SetKeyboardState(before);
+  });
+  gToUnicode = &::ToUnicode;
+}
+
+// In captions: of the same resource, and not a large one that is shrunk.
+TEST_F(WinWindowTest, TheSmallIcon) {
+  InRun([&] {
+    const HWND hwnd = Make(kWindowKindDocument)->GetHwnd();
+    ICONINFO icon = {};
+    BITMAP bitmap = {};
+    ASSERT_TRUE(GetIconInfo(reinterpret_cast<HICON>(GetClassLongPtrW(hwnd, GCLP_HICONSM)), &icon));
+    GetObjectW(icon.hbmMask, sizeof(bitmap), &bitmap);
+    EXPECT_EQ(bitmap.bmWidth, GetSystemMetrics(SM_CXSMICON));
+    DeleteObject(icon.hbmMask);
+    DeleteObject(icon.hbmColor);
+  });
+}
+
 // --- Input methods
 
 namespace {
@@ -376,6 +417,8 @@ TEST_F(WinWindowTest, InputMethodsStayClosed) {
     const HWND window = MakeShown()->GetHwnd();
     const HWND edit =
         CreateWindowExW(0, L"Edit", L"", WS_CHILD, 0, 0, 10, 10, window, nullptr, nullptr, nullptr);
+    EXPECT_FALSE(ImmGetContext(window));
+    EXPECT_TRUE(ImmGetContext(edit));
     const PatchedImport metrics(nullptr, "GetSystemMetrics", TestGetSystemMetrics);
     const PatchedImport get(nullptr, "ImmGetContext", TestGetContext);
     const PatchedImport isOpen(nullptr, "ImmGetOpenStatus", TestGetOpenStatus);

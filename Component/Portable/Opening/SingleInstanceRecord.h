@@ -13,8 +13,11 @@ namespace NSMorvane {
 
 constexpr std::size_t kMaxSentCommandLine = 2600;
 
+// What fCommandLinePending says.
+enum : std::uint32_t { kRecordIsFree, kCommandLineWaits, kRecordIsBeingWritten };
+
 struct TSingleInstanceRecord {
-  std::uint32_t fCommandLinePending;        // 0: free to write, 1: a command line waits to be read
+  std::uint32_t fCommandLinePending;
   std::uint32_t fProcessId;                 // of the first process
   std::uint32_t fThreadId;                  // its main thread
   TChar fCommandLine[kMaxSentCommandLine];  // terminated only if it is shorter

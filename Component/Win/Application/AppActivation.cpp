@@ -10,8 +10,7 @@ namespace NSMorvane {
 void CAppActivation::OnChange(bool flag, DWORD threadId) {
   MORVANE_ASSERT_TEXT("0!=fBehavior", fHost.GetBehavior() != nullptr);
   // The application stays active when the activation passes to a thread of its own, as that of a file dialog.
-  // The threads of the library own message-only windows.
-  const bool active = flag || ThreadOwnsUnlistedWindow(threadId) || IsThreadOfThisProcess(threadId);
+  const bool active = flag || IsThreadOfThisProcess(threadId);
   if (active == fAppIsActive) return;
   fAppIsActive = active;
   if (!fAppIsActive) fHost.GetWindowRegistry()->ShowFloatingWindows(false);

@@ -84,6 +84,7 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWindowHost, CNotCopied {
   void ForgetMouseCaptureWindow() override { fMouseCaptureWindow.reset(); }
   void OnAppActivation(bool flag, DWORD threadId) override { fAppActivation.OnChange(flag, threadId); }
   void RunIdleIfDue() override { fIdleCalls.RunIfDue(fBehavior); }
+  bool NoticeCommandLine() override;
   void DispatchQuitEvent() override { fQuitting.DispatchQuitEvent(); }
   bool OnQueryEndSession() override;
   bool IsAutoPlayQuery(UINT message) override {
@@ -202,7 +203,6 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWindowHost, CNotCopied {
   bool TakeMessage(MSG& outMsg, bool mayWait);
   void HandleMessage(const MSG& msg);
   void OnSecondInstanceMessage();
-  bool NoticeCommandLine();
   void HandleSecondInstance();
   bool PreTranslate(const MSG& msg);
   void DeliverError(TError code);

@@ -19,6 +19,7 @@ enum : std::int32_t { kUnknownPosition = -15000 };
 // become neither a click nor a drag.
 enum : std::int32_t { kDragBoxHalfWidth = 3 };
 constexpr std::int32_t kDragLimitMS = 500;
+constexpr DWORD kDragPollMS = 5;
 
 // Whether more than the limit has passed since `then`. The 32-bit difference stays right when the clock wraps
 // around after 49 days.
@@ -165,6 +166,7 @@ TClickDragResult CMorvaneImpl::CMorvaneGlue_CheckForClickDragOperation(IWindow& 
   const std::uint64_t start = CMorvaneGlue_GetCurrentMS();
   while (true) {
     MSG msg;
+    bool isNews = false;
     if (PeekMessageW(&msg, hwnd, kFirstMouseMessage, kLastMouseMessage, PM_NOREMOVE)) {
       if (msg.message == WM_LBUTTONUP && leftActive) return kClickDragReleased;
       if (msg.message == WM_RBUTTONUP && rightActive) return kClickDragReleased;
@@ -172,10 +174,13 @@ TClickDragResult CMorvaneImpl::CMorvaneGlue_CheckForClickDragOperation(IWindow& 
         PeekMessageW(&msg, hwnd, WM_MOUSEMOVE, WM_MOUSEMOVE, PM_REMOVE);
         MORVANE_ASSERT(msg.message == WM_MOUSEMOVE);
         if (!IsNearPress(press, hwnd, msg)) return kClickDragDragged;
+        isNews = true;
       } else if (!IsButtonUp(msg.message)) {
         PeekMessageW(&msg, hwnd, msg.message, msg.message, PM_REMOVE);
+        isNews = true;
       }
     }
+    if (!isNews) MsgWaitForMultipleObjectsEx(0, nullptr, kDragPollMS, QS_MOUSE, 0);
     // The time since the loop began counts too, since the time of the event may lie in the future.
     const std::uint64_t now = CMorvaneGlue_GetCurrentMS();
     if (HasPassedDragLimit(now, pressTime) || HasPassedDragLimit(now, start)) return kClickDragHeld;

@@ -27,6 +27,20 @@ namespace {
 
 constexpr DWORD kFileDialogPollMS = 50;
 
+// What the system tells the user of a window that keeps the session from ending.
+class CShutdownReason : CNotCopied {
+ public:
+  CShutdownReason(HWND hwnd, const TString& text) : fHwnd(hwnd) {
+    ::ShutdownBlockReasonCreate(fHwnd, WinText(text));
+  }
+  ~CShutdownReason() {
+    if (::IsWindow(fHwnd)) ::ShutdownBlockReasonDestroy(fHwnd);
+  }
+
+ private:
+  const HWND fHwnd;
+};
+
 }  // namespace
 
 // --- The run
@@ -230,7 +244,6 @@ void CMorvaneImpl::OnSecondInstanceMessage() {
   if (fCommandLines.OnMessage(IsCommandLinePending())) HandleSecondInstance();
 }
 
-// Handles a waiting command line; false if there is none.
 bool CMorvaneImpl::NoticeCommandLine() {
   const bool isNews = fCommandLines.OnLook(IsCommandLinePending());
   if (isNews) HandleSecondInstance();
@@ -287,6 +300,13 @@ void CMorvaneImpl::FlushMenuBarRequests() {
 
 bool CMorvaneImpl::OnQueryEndSession() {
   if (fQuitting.IsInQuitMode()) return true;
+  // The system covers the screen with a list of what still runs, and the questions of the windows with it.
+  std::vector<std::unique_ptr<CShutdownReason>> reasons;
+  for (const boost::shared_ptr<CWinWindow>& window : fWindows->GetVisibleWindowsZ())
+    if (window->IsModified())
+      reasons.push_back(std::make_unique<CShutdownReason>(
+          window->GetHwnd(),
+          NSTextPackage::FormatText(fStartupStrings.fSaveChangesOnQuitQuestion, 0, {window->GetTitle()})));
   DispatchQuitEvent();
   // Failures are delivered as in the main loop and do not decide the answer.
   while (fQuitting.IsInQuitMode() && fWindows->IsAnyWindow()) DeliverError(ErrorOf([this] { RunOneTurn(); }));

@@ -1,5 +1,8 @@
 #include "Component/Win/Dialogs/WinFileDialog.h"
 
+// Needs windows.h before it.
+#include <ole2.h>
+
 #include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Base/PendingErrors.h"
 #include "Component/Win/Platform/PrivateMessages.h"
@@ -13,6 +16,20 @@ namespace {
 
 // Messages that programs have registered begin here.
 constexpr UINT kFirstRegisteredMessage = 0xC000;
+
+// The dialogs, and what other programs have added to them, are made of objects that every thread has to
+// announce.
+class COleUse : CNotCopied {
+ public:
+  COleUse() : fIsOn(SUCCEEDED(OleInitialize(nullptr))) {}
+  ~COleUse() {
+    if (fIsOn) OleUninitialize();
+  }
+  bool IsOn() const { return fIsOn; }
+
+ private:
+  const bool fIsOn;
+};
 
 bool IsOnAnyMonitor(const TRect& rect) {
   const RECT native = ToNative(rect);
@@ -65,6 +82,8 @@ void CFileDialogInfo::SetThread(HANDLE thread, DWORD threadID) {
 }
 
 void CFileDialogInfo::Run() noexcept {
+  const COleUse ole;
+  fHasOle = ole.IsOn();
   try {
     fURL = ShowDialog();
   } catch (...) {

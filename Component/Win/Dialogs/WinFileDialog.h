@@ -96,6 +96,8 @@ class CFileDialogInfo : public IMessageCallListener, public IOwnedForeignDialog,
 
   HWND GetOwnerHwnd() const { return fOwnerHwnd; }
   TDialogMemory& GetMemory() { return fMemory; }
+  // Whether the thread of the dialog can make the objects that newer dialogs are made of.
+  bool HasOle() const { return fHasOle; }
   // So that the dialog opens in this place the next time, if it ends with a result.
   void RememberPlace(HWND frame);
 
@@ -110,6 +112,7 @@ class CFileDialogInfo : public IMessageCallListener, public IOwnedForeignDialog,
   HWND fOwnerHwnd;
   bool fAppModal = true;  // without a real owner
   bool fIsTopMost;
+  bool fHasOle = false;
   TPoint fCenter;
   HWND fMessageHwnd = nullptr;
   WPARAM fSign = 0;

@@ -1,7 +1,5 @@
 #include "Component/Win/Dialogs/WinFolderChooserDialog.h"
 
-#include <objbase.h>
-
 #include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Win/Platform/PrivateMessages.h"
 #include "Component/Win/Platform/UtilsWin.h"
@@ -14,19 +12,6 @@ namespace {
 constexpr UINT kBrowseFlags = BIF_RETURNONLYFSDIRS | BIF_EDITBOX | BIF_NEWDIALOGSTYLE;
 static_assert(kBrowseFlags == 0x51);
 
-// The resizable chooser is made of objects that every thread has to announce.
-class COleUse : CNotCopied {
- public:
-  COleUse() : fIsOn(SUCCEEDED(OleInitialize(nullptr))) {}
-  ~COleUse() {
-    if (fIsOn) OleUninitialize();
-  }
-  bool IsOn() const { return fIsOn; }
-
- private:
-  const bool fIsOn;
-};
-
 }  // namespace
 
 CFolderChooserDialogInfo::CFolderChooserDialogInfo(IWindowHost& host, const TFileDialogRequest& request,
@@ -38,13 +23,12 @@ CFolderChooserDialogInfo::CFolderChooserDialogInfo(IWindowHost& host, const TFil
 CFolderChooserDialogInfo::~CFolderChooserDialogInfo() { fShellMalloc->Release(); }
 
 std::string CFolderChooserDialogInfo::ShowDialog() {
-  const COleUse ole;
   TChar displayName[MAX_PATH] = {};
   BROWSEINFOW browseInfo = {};
   browseInfo.hwndOwner = GetOwnerHwnd();
   browseInfo.pszDisplayName = WinBuffer(displayName);
   browseInfo.lpszTitle = WinText(fPrompt);
-  browseInfo.ulFlags = ole.IsOn() ? kBrowseFlags : kBrowseFlags & ~BIF_NEWDIALOGSTYLE;
+  browseInfo.ulFlags = HasOle() ? kBrowseFlags : kBrowseFlags & ~BIF_NEWDIALOGSTYLE;
   browseInfo.lpfn = BrowseProc;
   browseInfo.lParam = reinterpret_cast<LPARAM>(this);
   const PIDLIST_ABSOLUTE itemList = SHBrowseForFolderW(&browseInfo);

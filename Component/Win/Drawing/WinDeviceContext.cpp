@@ -13,8 +13,7 @@ namespace {
 bool SystemRegionIsOnScreen() {
   static const bool result = [] {
     OSVERSIONINFOW version = {};
-    version.dwOSVersionInfoSize = sizeof(version);
-    return GetVersionExW(&version) && version.dwPlatformId == VER_PLATFORM_WIN32_NT;
+    return GetSystemVersion(version) && version.dwPlatformId == VER_PLATFORM_WIN32_NT;
   }();
   return result;
 }

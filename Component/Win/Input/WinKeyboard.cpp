@@ -15,6 +15,7 @@ using NSTextPackage::CopyChars;
 using NSTextPackage::kTextEqual;
 
 decltype(&::ToUnicode) gToUnicode = &::ToUnicode;
+TChar gPacketCharacter = 0;
 
 namespace {
 
@@ -92,6 +93,10 @@ int AskLayout(const TPhysicalKeySpec& physicalKey, const BYTE (&state)[256], TCh
                     0);
 }
 
+constexpr std::size_t TextLength(int numChars) {
+  return static_cast<std::size_t>(std::min(numChars, kLayoutChars));
+}
+
 TKeyInterpretation MakeInterpretation(const TString& text, std::uint32_t keys) {
   TKeyInterpretation result = {};
   CopyChars(result.fKeyText, text.c_str(), kKeyTextChars);
@@ -155,17 +160,22 @@ bool IsDownNow(int virtualKey) {
 
 TString TranslateKey(const TModifierKeys& mods, const TPhysicalKeySpec& physicalKey) {
   if (physicalKey.fVirtualKey == VK_RETURN && IsExtended(physicalKey)) return TString(1, kKeyCharKeypadEnter);
+  if (physicalKey.fVirtualKey == VK_PACKET)
+    return mods.fKeys == 0 && gPacketCharacter != 0 ? TString(1, gPacketCharacter) : TString();
   BYTE state[256] = {};
   if (mods.fKeys & kModifierShift) state[VK_SHIFT] = kKeyIsDown;
   if (mods.fKeys & kModifierControl) state[VK_CONTROL] = kKeyIsDown;
   if (mods.fKeys & kModifierAlt) state[VK_MENU] = kKeyIsDown;
   TChar text[kLayoutChars] = {};
   const int numChars = AskLayout(physicalKey, state, text);
-  // If this dead key was pending in the system already, it gives its accent twice and is no longer pending.
-  // Asking again makes it pending as before.
-  if (TChar again[kLayoutChars] = {}; numChars > 1 && AskLayout(physicalKey, state, again) < 0)
-    return TString(1, again[0]);
-  if (numChars > 0) return TString(text, static_cast<std::size_t>(std::min(numChars, kLayoutChars)));
+  // If a dead key was pending in the system already, its accent comes before the text, and it is no longer
+  // pending. Asking again gives the text alone or, for that very key, its accent, and makes it pending as
+  // before.
+  if (TChar again[kLayoutChars] = {}; numChars > 1) {
+    const int numAgain = AskLayout(physicalKey, state, again);
+    if (numAgain != 0) return TString(again, numAgain < 0 ? 1 : TextLength(numAgain));
+  }
+  if (numChars > 0) return TString(text, TextLength(numChars));
   if (numChars < 0) {
     // The question has made the dead key pending. Asking again ends that, so that what the user types next is
     // not affected.
@@ -195,6 +205,12 @@ std::vector<TKeyInterpretation> GetKeyInterpretations(const TModifierKeys& mods,
   if (mods.fKeys & kModifierShift) addIfOther(kModifierShift);
   if ((mods.fKeys & kControlAlt) == kControlAlt) addIfOther(kControlAlt);  // together they are AltGr
   return result;
+}
+
+bool IsTypedWithAltGr(const TPhysicalKeySpec& physicalKey) {
+  const CKeyState isDown;
+  return isDown(VK_RMENU) && isDown(VK_LCONTROL) &&
+         GetKeyInterpretations({kControlAlt, 0}, physicalKey).size() > 1;
 }
 
 TKeyInterpretation GetDefaultInterpretation(const TModifierKeys& mods, const TPhysicalKeySpec& physicalKey) {

@@ -24,6 +24,15 @@ using NSTextPackage::TString;
 // dead key gives its accent.
 TString TranslateKey(const TModifierKeys& mods, const TPhysicalKeySpec& physicalKey);
 
+// The character of the last press of VK_PACKET, which stands for text without a key: that of a touch
+// keyboard, of dictation, of a list of symbols. No layout knows it. 0 for none. Process-wide, since the
+// functions here belong to no object.
+extern TChar gPacketCharacter;
+
+// Whether the right Alt key, which is AltGr under layouts that have it, is held and makes another character
+// of the key. Windows tells AltGr as Control and Alt.
+bool IsTypedWithAltGr(const TPhysicalKeySpec& physicalKey);
+
 // All interpretations; the text of the last one accounts for the most modifiers. None for modifier keys.
 std::vector<TKeyInterpretation> GetKeyInterpretations(const TModifierKeys& mods,
                                                       const TPhysicalKeySpec& physicalKey);

@@ -121,12 +121,13 @@ void SendCommandLineToFirstInstance(const TString& name, const TString& commandL
       TSingleInstanceRecord& record = RecordIn(view);
       // 0 while the first process is still making the record.
       const DWORD threadId = ThreadId(record).load();
-      if (threadId != 0 && PendingFlag(record).load() == 0) {
+      std::uint32_t expected = kRecordIsFree;
+      if (threadId != 0 && PendingFlag(record).compare_exchange_strong(expected, kRecordIsBeingWritten)) {
         WriteCommandLine(record, commandLine);
         // Allows the first process to come to the front with what it opens, which it may do once it sees the
         // flag.
         ::AllowSetForegroundWindow(record.fProcessId);
-        PendingFlag(record).store(1);
+        PendingFlag(record).store(kCommandLineWaits);
         ::PostThreadMessageW(threadId, kMsgSecondInstance, 0, 0);
         return;
       }
@@ -135,7 +136,9 @@ void SendCommandLineToFirstInstance(const TString& name, const TString& commandL
   }
 }
 
-bool IsCommandLinePending() { return gInstanceRecord && PendingFlag(*gInstanceRecord).load() != 0; }
+bool IsCommandLinePending() {
+  return gInstanceRecord && PendingFlag(*gInstanceRecord).load() == kCommandLineWaits;
+}
 
 TString TakeSentCommandLine() {
   MORVANE_ASSERT(0!=gFileMappingInstance);
@@ -147,7 +150,7 @@ TString TakeSentCommandLine() {
   const DWORD threadID = record.fThreadId;
   MORVANE_ASSERT(threadID==::GetCurrentThreadId());
   const TString commandLine = ReadCommandLine(record);
-  PendingFlag(record).store(0);
+  PendingFlag(record).store(kRecordIsFree);
   return commandLine;
 }
 

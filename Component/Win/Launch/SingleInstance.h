@@ -2,7 +2,8 @@
 // name; a later one leaves its command line there, posts kMsgSecondInstance to the first one's main thread,
 // and ends.
 //
-// The record has no lock but fCommandLinePending: of two processes that write at the same moment one loses.
+// The record has no lock but fCommandLinePending: who turns it from free to being written has the record, and
+// others wait. A process that dies while it writes leaves the record taken for good.
 #pragma once
 
 #include <windows.h>

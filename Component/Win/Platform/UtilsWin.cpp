@@ -41,12 +41,6 @@ std::vector<HWND> ListAllTopLevelWindows() {
   return collector.Take(okFlag);
 }
 
-std::vector<HWND> ListThreadWindows(DWORD threadId) {
-  THwndCollector collector;
-  const BOOL okFlag = EnumThreadWindows(threadId, &THwndCollector::Add, reinterpret_cast<LPARAM>(&collector));
-  return collector.Take(okFlag);
-}
-
 bool Contains(const std::vector<HWND>& windows, HWND hWnd) {
   return std::find(windows.begin(), windows.end(), hWnd) != windows.end();
 }
@@ -159,6 +153,17 @@ void CheckLastError(const char* file, std::int32_t line) {
 
 // --- Windows
 
+// GetVersionExW is declared deprecated, since it may report an older system than the real one. It is looked
+// up by name to avoid the compiler's warning.
+bool GetSystemVersion(OSVERSIONINFOW& outVersion) {
+  using TGetVersion = BOOL(WINAPI*)(OSVERSIONINFOW*);
+  outVersion = {};
+  outVersion.dwOSVersionInfoSize = sizeof(outVersion);
+  const FARPROC procedure = GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "GetVersionExW");
+  const auto getVersion = reinterpret_cast<TGetVersion>(reinterpret_cast<void*>(procedure));
+  return getVersion && getVersion(&outVersion);
+}
+
 WINDOWPLACEMENT GetPlacement(HWND hWnd) {
   WINDOWPLACEMENT wp = {};
   wp.length = sizeof(wp);
@@ -230,12 +235,11 @@ std::vector<HWND> GetTopLevelWindowsZ() {
   return windows;
 }
 
-std::vector<HWND> GetThreadWindowsZ() { return ListThreadWindows(GetCurrentThreadId()); }
-
-bool ThreadOwnsUnlistedWindow(DWORD threadId) {
-  const std::vector<HWND> owned = ListThreadWindows(threadId);
-  const std::vector<HWND> listed = ListAllTopLevelWindows();
-  return std::any_of(owned.begin(), owned.end(), [&](HWND hWnd) { return !Contains(listed, hWnd); });
+std::vector<HWND> GetThreadWindowsZ() {
+  THwndCollector collector;
+  const BOOL okFlag =
+      EnumThreadWindows(GetCurrentThreadId(), &THwndCollector::Add, reinterpret_cast<LPARAM>(&collector));
+  return collector.Take(okFlag);
 }
 
 bool IsThreadOfThisProcess(DWORD threadId) {

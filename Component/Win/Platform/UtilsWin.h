@@ -50,6 +50,11 @@ inline TSize FromNative(const SIZE& s) { return TSize{s.cx, s.cy}; }
 // MORVANE_CHECK_LAST_ERROR the position is that of the caller.
 void CheckLastError(const char* file, std::int32_t line);
 
+// --- The system
+
+// The version that the system tells this program, which may be older than the real one. False on failure.
+bool GetSystemVersion(OSVERSIONINFOW& outVersion);
+
 // --- Windows
 
 WINDOWPLACEMENT GetPlacement(HWND hWnd);
@@ -77,10 +82,6 @@ std::vector<HWND> GetTopLevelWindowsZ();
 // The same of the calling thread, with windows that only messages reach. Costs less, since the windows of
 // other processes are not looked at.
 std::vector<HWND> GetThreadWindowsZ();
-
-// Whether the thread, of any process, owns a window that is in no list of all top-level windows, which means
-// a message-only window. (Under Wine always false: it lists the message-only windows of a thread nowhere.)
-bool ThreadOwnsUnlistedWindow(DWORD threadId);
 
 // False also for a thread that has ended.
 bool IsThreadOfThisProcess(DWORD threadId);

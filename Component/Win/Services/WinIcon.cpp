@@ -389,8 +389,7 @@ HICON MakeMaskedIcon(const std::uint8_t* sheet, const TRect& rect, std::int32_t 
 bool SystemHasAlphaIcons() {
   static const bool hasThem = [] {
     OSVERSIONINFOW version = {};
-    version.dwOSVersionInfoSize = sizeof(version);
-    if (!GetVersionExW(&version)) MORVANE_THROW(std::exception());
+    if (!GetSystemVersion(version)) MORVANE_THROW(std::exception());
     return version.dwPlatformId == VER_PLATFORM_WIN32_NT &&
            (version.dwMajorVersion > 5 || (version.dwMajorVersion == 5 && version.dwMinorVersion != 0));
   }();

@@ -18,8 +18,7 @@ namespace {
 
 void AskForVersion(TSystemAnswers& outAnswers) {
   OSVERSIONINFOW version = {};
-  version.dwOSVersionInfoSize = sizeof(version);
-  if (!GetVersionExW(&version)) MORVANE_THROW_LAST_ERROR();
+  if (!GetSystemVersion(version)) MORVANE_THROW_LAST_ERROR();
   outAnswers.fPlatformId = version.dwPlatformId;
   outAnswers.fMajorVersion = version.dwMajorVersion;
   outAnswers.fMinorVersion = version.dwMinorVersion;

@@ -60,6 +60,13 @@ bool IsSoundDrop(HGLOBAL block) {
 
 }  // namespace
 
+void AcceptDroppedFiles(HWND window) {
+  DragAcceptFiles(window, TRUE);
+  constexpr UINT kCopyGlobalData = 0x0049;  // no header has it
+  for (const UINT message : {UINT{WM_DROPFILES}, UINT{WM_COPYDATA}, kCopyGlobalData})
+    ChangeWindowMessageFilterEx(window, message, MSGFLT_ALLOW, nullptr);
+}
+
 void OpenDroppedFiles(HGLOBAL drop, IWindowHost& host) {
   if (GlobalFlags(drop) == GMEM_INVALID_HANDLE) return;  // there is nothing to be freed
   const CDroppedFiles files(drop);

@@ -32,6 +32,8 @@ void CloseInputMethod(HWND window) {
 
 }  // namespace
 
+void LeaveWithoutInputMethod(HWND window) { ImmAssociateContextEx(window, nullptr, 0); }
+
 void KeepInputMethodClosed(HWND window, WPARAM command) {
   if (!GetSystemMetrics(SM_IMMENABLED) || command != IMN_SETOPENSTATUS || gIsSuppressingInputMethod) return;
   const CFlagScope scope(gIsSuppressingInputMethod);

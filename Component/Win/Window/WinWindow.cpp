@@ -2,9 +2,6 @@
 #include "Component/Win/Window/WinWindow.h"
 
 #include <windows.h>
-// Needs windows.h before it.
-#include <shellapi.h>
-
 #include <algorithm>
 #include <boost/make_shared.hpp>
 #include <utility>
@@ -14,6 +11,8 @@
 #include "Component/Win/Window/Blocking.h"
 #include "Component/Win/Window/WindowHost.h"
 #include "Component/Win/Window/WindowRegistry.h"
+#include "Component/Win/Window/WinDroppedFiles.h"
+#include "Component/Win/Window/WinInputMethod.h"
 #include "Component/Win/Window/WinRootViewBehavior.h"
 
 namespace NSMorvane {
@@ -59,7 +58,7 @@ CWinWindow::CWinWindow(IWindowHost* host, TWindowKind windowKind, IModalOwner* o
     fPlacement.TakeInitialState();
     fTimerID = SetTimer(fHwnd, 0, kTimerMS, nullptr);
     if (!fTimerID) MORVANE_CHECK_LAST_ERROR();
-    if (fWindowKind == kWindowKindDocument) DragAcceptFiles(fHwnd, TRUE);
+    if (fWindowKind == kWindowKindDocument) AcceptDroppedFiles(fHwnd);
   } catch (...) {
     DismantleNativeWindow();
     throw;
@@ -91,6 +90,7 @@ void CWinWindow::MakeNativeWindow(DWORD style, DWORD exStyle, bool makeSizeGrip)
     MORVANE_THROW_LAST_ERROR();
   }
   RegisterHwnd(fHwnd);
+  LeaveWithoutInputMethod(fHwnd);
   SendMessageW(fHwnd, WM_SETFONT, reinterpret_cast<WPARAM>(GetDefaultFont()), FALSE);
   if (makeSizeGrip) fSizeGrip.Make(fHwnd);
 }

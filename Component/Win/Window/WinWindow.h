@@ -74,6 +74,7 @@ class CWinWindow : public CWindowGlue,
   HWND GetOwnerHwnd() const { return fOwnerHwnd; }
   bool IsListedInWindowMenu() const { return fListedInWindowMenu; }
   const TString& GetTitle() const { return fPlacement.GetTitle(); }
+  bool IsModified() const { return fPlacement.IsModified(); }
   bool IsAlwaysOnTop() const { return fIsAlwaysOnTop; }
   // Dialogs that are opened later inherit the setting.
   void SetAlwaysOnTop(bool flag);

@@ -20,6 +20,9 @@ void CWinWindowAlpha::Set(std::uint8_t alpha) {
     const LONG_PTR newStyle = wanted ? style | WS_EX_LAYERED : style & ~LONG_PTR{WS_EX_LAYERED};
     SetWindowLongPtrW(fWindow.fHwnd, GWL_EXSTYLE, newStyle);
     if (GetWindowLongPtrW(fWindow.fHwnd, GWL_EXSTYLE) != newStyle) MORVANE_THROW(std::exception());
+    // What the system has kept of the window goes with the style.
+    if (!wanted)
+      RedrawWindow(fWindow.fHwnd, nullptr, nullptr, RDW_ERASE | RDW_INVALIDATE | RDW_FRAME | RDW_ALLCHILDREN);
   }
   if (wanted && !SetLayeredWindowAttributes(fWindow.fHwnd, 0, alpha, LWA_ALPHA)) MORVANE_CHECK_LAST_ERROR();
   fAlpha = alpha;

@@ -52,8 +52,7 @@ CWindowClass::CWindowClass(const TString& name, WNDPROC procedure, HICON icon) :
   windowClass.style = CS_VREDRAW | CS_HREDRAW | CS_DBLCLKS;
   windowClass.lpfnWndProc = procedure;
   windowClass.hInstance = GetModuleHandleW(nullptr);
-  windowClass.hIcon = icon;
-  windowClass.hIconSm = icon;
+  windowClass.hIcon = icon;  // the system finds the small one in the same resource
   windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   windowClass.lpszClassName = WinText(fName);
   if (!RegisterClassExW(&windowClass)) MORVANE_CHECK_LAST_ERROR();

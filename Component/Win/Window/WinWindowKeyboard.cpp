@@ -70,6 +70,12 @@ void CWinWindowKeyboard::NotifyModifierListeners(const MSG& message) {
 
 // --- Messages
 
+void CWinWindowKeyboard::FetchPacketCharacter() const {
+  MSG next;
+  const bool isThere = PeekMessageW(&next, fWindow.fHwnd, WM_CHAR, WM_CHAR, PM_NOREMOVE);
+  gPacketCharacter = isThere ? static_cast<TChar>(next.wParam) : 0;
+}
+
 bool CWinWindowKeyboard::OnPress(const TWinKeyMessage& message) {
   return fDispatch.DispatchPress(MakeKeyEvent(message));
 }

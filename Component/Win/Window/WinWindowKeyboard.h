@@ -35,6 +35,9 @@ class CWinWindowKeyboard : private IKeyWindow, CNotCopied {
   // Called before a message is dispatched: tells the mouse capture, or without one the listeners, of a
   // modifier key.
   void NotifyModifierListeners(const MSG& message);
+  // Before a press of VK_PACKET: keeps the character, which is in the message that follows and stays there
+  // for others. What other threads have sent is handled meanwhile.
+  void FetchPacketCharacter() const;
   // True if somebody handled the key.
   bool OnPress(const TWinKeyMessage& message);
   // Only callbacks that wait for the release of this key are called; views are not told.

@@ -1,7 +1,10 @@
 #include "Component/Win/Window/WinWindowMenuBar.h"
 
+#include <algorithm>
 #include <utility>
+#include <vector>
 
+#include "Component/Win/Input/WinKeyboard.h"
 #include "Component/Win/Launch/MorvaneImplWinStartupStrings.h"
 #include "Component/Win/Menus/WinMenu.h"
 #include "Component/Win/Platform/UtilsWin.h"
@@ -15,6 +18,14 @@ namespace {
 constexpr std::size_t kMaxListedWindows = 256;
 
 // --- Menus in a bar
+
+bool HasControlAltShortcut(HACCEL table, WORD key) {
+  std::vector<ACCEL> shortcuts(static_cast<std::size_t>(CopyAcceleratorTableW(table, nullptr, 0)));
+  CopyAcceleratorTableW(table, shortcuts.data(), static_cast<int>(shortcuts.size()));
+  return std::any_of(shortcuts.begin(), shortcuts.end(), [key](const ACCEL& shortcut) {
+    return shortcut.key == key && (shortcut.fVirt & FCONTROL) && (shortcut.fVirt & FALT);
+  });
+}
 
 MENUITEMINFOW ItemInfo(UINT mask) {
   MENUITEMINFOW info = {};
@@ -130,8 +141,15 @@ const CMenuItem* CWinWindowMenuBar::FindClientItem(UINT command) const {
 // --- Shortcuts
 
 bool CWinWindowMenuBar::TranslateShortcut(const MSG& message) const {
+  if (!fShortcuts) return false;
+  // A character that is typed with AltGr is no shortcut with Control and Alt. The layout is asked only where
+  // that matters, since the question takes the accent of a dead key that waits for its letter.
+  const auto key = MakeKeyMessage(message.message, message.wParam, message.lParam);
+  if (key && message.message == WM_KEYDOWN && HasControlAltShortcut(fShortcuts, key->fVirtualKey) &&
+      IsTypedWithAltGr({key->fVirtualKey, key->fScanCode, 0}))
+    return false;
   MSG copy = message;
-  return fShortcuts && TranslateAcceleratorW(fWindow.fHwnd, fShortcuts, &copy);
+  return TranslateAcceleratorW(fWindow.fHwnd, fShortcuts, &copy) != 0;
 }
 
 void CWinWindowMenuBar::SetShortcuts(HACCEL table) {

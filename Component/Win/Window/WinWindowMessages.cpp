@@ -235,6 +235,10 @@ class CWinWindow::CMessageTable {
   static TResult OnKey(CWinWindow& window, TWinMessage& message) {
     const auto key = MakeKeyMessage(message.fMessage, message.fWParam, message.fLParam);
     if (!key) return kForward;
+    if (key->fVirtualKey == VK_PACKET && message.fMessage == WM_KEYDOWN) {
+      window.fKeyboard.FetchPacketCharacter();
+      if (!window.fClientsWindowReference) return kForward;  // released by that
+    }
     if (message.fMessage == WM_KEYDOWN || message.fMessage == WM_SYSKEYDOWN)
       return window.fKeyboard.OnPress(*key) ? TResult(0) : kForward;
     window.fKeyboard.OnRelease(*key);
@@ -414,7 +418,10 @@ void CWinWindow::PreDispatch(const TWinMessage& message) {
     fMouse.CheckTracking(ScreenToClientChecked(fHwnd, FromNative(*cursor)));
     if (isTick) fTooltips.UpdateRects();
   }
-  if (isTick) fHost->RunIdleIfDue();
+  if (!isTick) return;
+  // Loops of the system, as that of a menu, handle ticks, and lose the message of a later launch.
+  fHost->NoticeCommandLine();
+  fHost->RunIdleIfDue();
 }
 
 LRESULT CWinWindow::ForwardMessage(const TWinMessage& message) {

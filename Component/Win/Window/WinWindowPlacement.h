@@ -25,6 +25,7 @@ class CWinWindowPlacement : CNotCopied {
   TWindowStateRecord Get() const;
   void Set(const TWindowStateRecord& state);
   const TString& GetTitle() const { return fState.fTitle; }
+  bool IsModified() const { return fState.fModified; }
 
   // --- What the native window says
 

@@ -54,6 +54,8 @@ class IWindowHost {
   virtual void OnAppActivation(bool flag, DWORD threadId) = 0;
 
   virtual void RunIdleIfDue() = 0;
+  // Takes over the command line of a later launch; false if none is waiting.
+  virtual bool NoticeCommandLine() = 0;
 
   // The user or the system wants the application to quit.
   virtual void DispatchQuitEvent() = 0;
