@@ -34,7 +34,7 @@ std::map<std::wstring, std::uint32_t> gDepths;
 std::uint32_t BitDepthOf(const wchar_t* device) {
   const auto known = gDepths.find(device);
   if (known != gDepths.end()) return known->second;
-  const CCreatedDC hdc(CreateDCW(nullptr, device, nullptr, nullptr));
+  const CCreatedDC hdc(CreateDCW(L"DISPLAY", device, nullptr, nullptr));
   if (!hdc.Get()) return 0;
   const int bitsPerPixel = GetDeviceCaps(hdc.Get(), BITSPIXEL);
   MORVANE_ASSERT(0!=bitsPerPixel);
