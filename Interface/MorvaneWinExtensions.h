@@ -71,16 +71,17 @@ class IWinExtensions {
   // focus while the control has the keyboard, whether it is focusable or not. The pointer is that of the
   // control, unless a view gives a shape.
   //
-  // The control is a child of the view's window. The client keeps its place, its visibility and its enabling
-  // in step with the view; CHostedControl of MorvaneDefaults.h does that. So that the control gets the
-  // keyboard when its view gets the focus, the behaviour answers IViewBehavior_GetNativeFocusTarget. Keys
-  // that the control gets do not reach the views, except for the shortcuts of the menu bar, which come before
-  // the control. A view may host several controls.
+  // The control is a child of the view's window, or of such a child. The client keeps its place, its
+  // visibility and its enabling in step with the view; CHostedControl of MorvaneDefaults.h does that. So that
+  // the control gets the keyboard when its view gets the focus, the behaviour answers
+  // IViewBehavior_GetNativeFocusTarget. Keys that the control gets do not reach the views, except for the
+  // shortcuts of the menu bar, which come before the control. A view may host several controls.
   //
   // The caller deletes the token. Null on failure, with the code in `outError`: kBadInputProgrammingError if
-  // `hwnd` is not a window, has no parent or belongs to another thread than the view's window, if `callback`
-  // is null, and if the view or its window has been released; kIllegalCallSequenceProgrammingError if the
-  // control has a host already; kOtherError if the system refuses. The control is left as it was then.
+  // `hwnd` is not a window, has no parent, belongs to another thread than the view's window or is not inside
+  // that, if `callback` is null, and if the view or its window has been released;
+  // kIllegalCallSequenceProgrammingError if the control has a host already; kOtherError if the system
+  // refuses. The control is left as it was then.
   virtual IWinNativeControlCallbackToken* IWinExtensions_HostNativeControl(
       HWND__* hwnd, IWinNativeControlCallback* callback, IView& view, TError& outError) = 0;
 

@@ -32,6 +32,7 @@ class Control : public CHostedControl {
   bool fWantsTab = false;
   TRect fInView = {};  // from the corner of the view; empty: all of it
   RECT fBoxWhileMoving = {};
+  std::function<void(UINT)> fOnMessage;  // before the control gets it; may end this object
 
   bool WantsKey(WPARAM key) const override {
     return (key == VK_TAB && fWantsTab) || CHostedControl::WantsKey(key);
@@ -49,6 +50,7 @@ class Control : public CHostedControl {
       fRecord.Call(fName + ":" + NameOfMessage(kind));
     if (kind == WM_TIMER && message.fWParam == 7) fRecord.Call(fName + ":timer");
     if (kind == WM_MOVE) GetWindowRgnBox(message.fHwnd, &fBoxWhileMoving);
+    if (const auto onMessage = fOnMessage) onMessage(kind);
     return CHostedControl::OnMessage(message, outResult);
   }
   // What is called may end this object.
@@ -216,23 +218,29 @@ TEST_IN_RUN(HostedControlTest, BeginAndEnd) {
   EXPECT_EQ(refused.Attach(*View("v"), own), kIllegalCallSequenceProgrammingError);
   EXPECT_EQ(refused.Create(*View("plain"), L"EDIT", u"", 0), kBadInputProgrammingError);
   EXPECT_EQ(refused.Create(*View("v"), L"No such class", u"", 0), kOtherError);
+  const HWND deep = CreateWindowExW(0, L"EDIT", L"", WS_CHILD, 0, 0, 5, 5, own, nullptr, nullptr, nullptr);
+  EXPECT_EQ(refused.Attach(*View("v"), deep), kBadInputProgrammingError);
   EXPECT_EQ(refused.Hwnd(), nullptr);
   EXPECT_EQ(refused.Text(), u"");
   // Of a key that the window gets, the control gets no character, but all others.
   ViewCalls();
-  for (const auto& [message, key] : Rows<UINT, WPARAM>{{WM_KEYDOWN, VK_RETURN},
-                                                       {WM_CHAR, 'x'},
-                                                       {WM_CHAR, VK_RETURN},  // that one
-                                                       {WM_CHAR, VK_RETURN},
-                                                       {WM_KEYDOWN, VK_RETURN},
-                                                       {WM_KEYDOWN, 'M'},
-                                                       {WM_CHAR, VK_RETURN}})  // Ctrl+M
-    SendMessageW(own, message, key, 0);
-  EXPECT_EQ(ViewCalls(), "c:char c:char c:down c:char");
+  for (const auto& [message, key, scanCode] : Rows<UINT, WPARAM, LPARAM>{{WM_KEYDOWN, VK_ESCAPE, 1},
+                                                                         {WM_CHAR, 'x', 0},
+                                                                         {WM_CHAR, VK_ESCAPE, 1},
+                                                                         {WM_DEADCHAR, '^', 1},
+                                                                         {WM_CHAR, 10, 1},  // with Ctrl
+                                                                         {WM_CHAR, 'y', 2},
+                                                                         {WM_KEYDOWN, 'M', 50},
+                                                                         {WM_CHAR, VK_RETURN, 50},
+                                                                         {WM_CHAR, VK_ESCAPE, 1}})
+    SendMessageW(own, message, key, scanCode << 16);
+  EXPECT_EQ(ViewCalls(), "c:char c:char c:down c:char c:char");
   // A control keeps its own timers, and no other one.
   SendMessageW(own, WM_TIMER, 7, 0);
   EXPECT_EQ(ViewCalls(), "c:timer");
+  EXPECT_EQ(StateOf(own), "(10, 10, 10, 40) hidden cut away");
   control.End();
+  EXPECT_EQ(StateOf(own), "(10, 10, 10, 40) hidden");
   EXPECT_FALSE(KillTimer(own, 0x4D6F7276));
   EXPECT_EQ(GetWindow(Hwnd(), GW_CHILD), own);
   EXPECT_EQ(GetWindow(own, GW_HWNDNEXT), nullptr);
@@ -255,6 +263,7 @@ TEST_IN_RUN(HostedControlTest, KindsOfControls) {
                                                {L"RICHEDIT50T", 0, false, false},
                                                {L"RICHEDIT50T", ES_MULTILINE, true, false},
                                                {L"BUTTON", BS_RADIOBUTTON, false, false},
+                                               {L"BUTTON", BS_PUSHBUTTON, true, false},
                                                {WC_LISTVIEWW, 0, true, false},
                                                {WC_TREEVIEWW, 0, true, false},
                                                {L"COMBOBOX", CBS_SIMPLE, false, false},
@@ -299,6 +308,10 @@ TEST_IN_RUN(HostedControlTest, EndsInItsOwnNotification) {
     bool hasEnded = false;
     fViewRecord.fHooks[clicked] = [&, end = end] {
       end();
+      // A loop in there does not destroy the control under its own procedure.
+      MSG message;
+      while (PeekMessageW(&message, control, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+      EXPECT_TRUE(IsWindow(control));
       hasEnded = true;
     };
     EXPECT_TRUE(YieldUntil([this] { return GetActiveWindow() == Hwnd(); }));
@@ -311,6 +324,145 @@ TEST_IN_RUN(HostedControlTest, EndsInItsOwnNotification) {
     ReleaseViews();
     if (IsWindow(Hwnd())) Release(fRecord);
   }
+}
+
+// The control loses the keyboard with its place and gets it back, whatever happens to it.
+TEST_IN_RUN(HostedControlTest, TheKeyboardComesBack) {
+  Open();
+  MakeControlView("c", {20, 20, 120, 50});
+  MakeView("w", {20, 60, 120, 90}, nullptr, kTrackable | kViewFocusable);
+  SetFocus("c");
+  auto& control = fControls["c"];
+  control = std::make_unique<Control>(*fMorvane, "c", fViewRecord);
+  const auto expectKeyboard = [&](const char* when, bool has) {
+    EXPECT_EQ(HasKeyboard("c"), has) << when;
+    EXPECT_EQ(GetFocus() == Hwnd(), !has) << when;
+    EXPECT_EQ(Focus() + OnDuty(), "cc") << when;
+  };
+  for (const auto& [windowClass, style] :
+       Rows<const wchar_t*, DWORD>{{L"EDIT", 0}, {L"COMBOBOX", CBS_DROPDOWN}}) {
+    EXPECT_EQ(control->Create(*View("c"), windowClass, u"", style), kOK);
+    expectKeyboard("made in a view that has the focus", true);
+    SetRect(*View("c"), {});
+    fBehaviors["c"]->Follow();
+    expectKeyboard("hidden", false);
+    SetFocus("w");
+    SetFocus("c");
+    expectKeyboard("the view gets the focus meanwhile", false);
+    SetRect(*View("c"), {20, 20, 120, 50});
+    fBehaviors["c"]->Follow();
+    expectKeyboard("shown again", true);
+    ::SetFocus(Hwnd());
+    expectKeyboard("taken away", false);
+    SetFocus("c");
+    expectKeyboard("asked for", true);
+  }
+  // Ended by somebody else, or by itself.
+  DestroyWindow(control->Hwnd());
+  expectKeyboard("destroyed", false);
+  EXPECT_EQ(control->Create(*View("c"), L"COMBOBOX", u"", CBS_DROPDOWN), kOK);
+  control->End();
+  expectKeyboard("ended", false);
+}
+
+// Calls of the system come back to the control, which then is moved once more, or ends.
+TEST_IN_RUN(HostedControlTest, MovedWhileItMoves) {
+  Open();
+  MakeControlView("v", {10, 10, 60, 40});
+  for (const UINT message : {WM_ENABLE, WM_SHOWWINDOW, WM_WINDOWPOSCHANGING}) {
+    for (const bool isEnd : {false, true}) {
+      SCOPED_TRACE(message);
+      Control control(*fMorvane, "c", fViewRecord);
+      SetFlags("v", kViewFocusable);
+      SetRect(*View("v"), {});
+      EXPECT_EQ(control.Create(*View("v"), L"EDIT", u"", 0), kOK);
+      const HWND hwnd = control.Hwnd();
+      int calls = 0;
+      control.fOnMessage = [&](UINT kind) {
+        if (kind != message || ++calls > 1) return;
+        if (isEnd) return control.End();
+        control.fInView = {5, 5, 25, 25};
+        control.Follow();
+      };
+      SetRect(*View("v"), {10, 10, 60, 40});
+      SetFlags("v", kViewFocusable | kViewEnabled);
+      control.Follow();
+      EXPECT_GE(calls, 1);
+      if (!isEnd) {
+        EXPECT_EQ(StateOf(hwnd), "(15, 15, 35, 35)");
+        continue;
+      }
+      EXPECT_FALSE(IsWindowVisible(hwnd));
+      EXPECT_TRUE(YieldUntil([=] { return !IsWindow(hwnd); }));
+    }
+  }
+  // Ended by a key, whose character finds nobody any more, and while the system destroys it.
+  for (const UINT message : {WM_KEYDOWN, WM_DESTROY}) {
+    Control control(*fMorvane, "c", fViewRecord);
+    EXPECT_EQ(control.Create(*View("v"), L"EDIT", u"", 0), kOK);
+    control.fOnMessage = [&](UINT kind) {
+      if (kind == message) control.End();
+    };
+    const HWND hwnd = control.Hwnd();
+    if (message == WM_KEYDOWN) SendMessageW(hwnd, message, 'A', 0);
+    if (message == WM_DESTROY) DestroyWindow(hwnd);
+    EXPECT_FALSE(IsWindow(hwnd));
+    EXPECT_EQ(control.Hwnd(), nullptr);
+  }
+}
+
+// The control that was made last is in front, as its view is, and has no timer of its own.
+TEST_IN_RUN(HostedControlTest, SeveralControls) {
+  Open(kWindowResizableBit);
+  MakeControlView("v", {10, 10, 60, 40});
+  Control first(*fMorvane, "a", fViewRecord), second(*fMorvane, "b", fViewRecord);
+  const HWND grip = MakeControlAt({0, 0, 10, 10}, L"SCROLLBAR", SBS_SIZEGRIP);
+  for (Control* const control : {&first, &second})
+    EXPECT_EQ(control->Create(*View("v"), L"EDIT", u"", 0), kOK);
+  std::vector<HWND> order;
+  for (HWND child = GetWindow(Hwnd(), GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
+    order.push_back(child);
+  EXPECT_EQ(order, (std::vector<HWND>{grip, second.Hwnd(), first.Hwnd()}));
+  EXPECT_FALSE(KillTimer(second.Hwnd(), 0x4D6F7276));
+  first.End();
+  SetRect(*View("v"), {20, 20, 60, 40});
+  EXPECT_TRUE(YieldUntil([&] { return StateOf(second.Hwnd()) == "(20, 20, 60, 40)"; }));
+}
+
+// What has the keyboard is a window inside the control, which may come later.
+TEST_IN_RUN(HostedControlTest, WindowsInsideTheControl) {
+  INITCOMMONCONTROLSEX classes = {sizeof(classes),
+                                  ICC_TREEVIEW_CLASSES | ICC_INTERNET_CLASSES | ICC_USEREX_CLASSES};
+  EXPECT_TRUE(InitCommonControlsEx(&classes));
+  Open();
+  MakeView("w", {20, 160, 220, 190}, nullptr, kTrackable | kViewFocusable);
+  const Control& address = MakeHosted("ip", {20, 20, 160, 45}, L"SysIPAddress32");
+  const Control& tree = MakeHosted("tree", {20, 50, 220, 150}, WC_TREEVIEWW, TVS_EDITLABELS);
+  const Control& extended = MakeHosted("ex", {230, 20, 260, 45}, WC_COMBOBOXEXW, CBS_DROPDOWN);
+  EXPECT_TRUE(extended.WantsKey(VK_F4));
+  SetTabViews({"w", "ip", "tree"});
+  SetFocus("w");
+  const HWND field = GetWindow(address.Hwnd(), GW_CHILD);
+  ASSERT_NE(field, nullptr);
+  ::SetFocus(field);
+  EXPECT_EQ(Focus() + OnDuty(), "ipip");
+  SendMessageW(field, WM_KEYDOWN, VK_TAB, 0);
+  EXPECT_EQ(Focus() + OnDuty(), "treetree");
+  TVINSERTSTRUCTW node = {};
+  node.item.mask = TVIF_TEXT;
+  node.item.pszText = const_cast<wchar_t*>(L"one");
+  const LRESULT item = tree.Send(TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&node));
+  ViewCalls();
+  const HWND editor = reinterpret_cast<HWND>(tree.Send(TVM_EDITLABELW, 0, item));
+  EXPECT_EQ(GetFocus(), editor);
+  EXPECT_EQ(fViewRecord.fLog.Count("tree:off"), 0);
+  // The editor gets the keys that end it, and the view the others.
+  SendMessageW(editor, WM_KEYDOWN, VK_RETURN, 0);
+  EXPECT_EQ(tree.Send(TVM_GETEDITCONTROL), 0);
+  EXPECT_TRUE(HasKeyboard("tree"));
+  ::SetFocus(reinterpret_cast<HWND>(tree.Send(TVM_EDITLABELW, 0, item)));
+  SendMessageW(GetFocus(), WM_KEYDOWN, VK_TAB, 0);
+  EXPECT_EQ(Focus() + OnDuty(), "ww");
 }
 
 // --- Every kind of control, with real input
@@ -442,6 +594,13 @@ TEST_IN_RUN(ControlKindsTest, Tab) {
   PressKeys({VK_TAB});
   EXPECT_TRUE(YieldUntil([this] { return fControls["lines"]->Text() == u"\t"; }));
   EXPECT_EQ(Focus(), "lines");
+  // An edit of one line is selected as a whole.
+  fControls["edit"]->SetText(u"abc");
+  SetFocus("first");
+  PressKeys({VK_TAB});
+  expectAt("edit");
+  EXPECT_EQ(fControls["edit"]->Send(EM_GETSEL), MAKELONG(0, 3));
+  SetFocus("lines");
   // A view that is disabled while its control has the keyboard gives both away.
   SetFlags("lines", kViewFocusable);
   expectAt("first");
@@ -451,6 +610,7 @@ TEST_IN_RUN(ControlKindsTest, Tab) {
 // Which keys are the control's, and which the window's.
 TEST_IN_RUN(ControlKindsTest, Keys) {
   OpenWithAll();
+  int clicks = 0;
   fRecord.fHooks["HandleKeyDown"] = [this] { fViewRecord.fLog.Add("window"); };
   for (const auto& [name, key, calls] :
        Rows<std::string, WORD, std::string>{{"edit", VK_LEFT, ":down :up"},
@@ -461,7 +621,7 @@ TEST_IN_RUN(ControlKindsTest, Keys) {
                                             {"lines", VK_RETURN, ":down :char :up"},
                                             {"lines", VK_ESCAPE, "window :up"},
                                             {"lines", VK_UP, ":down :up"},
-                                            {"button", VK_RETURN, "window :up"},
+                                            {"button", VK_RETURN, ":up"},
                                             {"combo", VK_F4, ":down :up"},
                                             {"combo", VK_ESCAPE, ":down :char :up"},
                                             {"combo", VK_ESCAPE, "window :up"},
@@ -480,12 +640,14 @@ TEST_IN_RUN(ControlKindsTest, Keys) {
     std::string heard;
     std::istringstream words(ViewCalls());
     for (std::string word; words >> word;) {
+      if (word == "button!273/0") ++clicks;
       if (word.find('!') != word.npos) continue;  // notifications
       if (word.starts_with(name + ":")) word.erase(0, name.size());
       heard += (heard.empty() ? "" : " ") + word;
     }
     EXPECT_EQ(heard, calls);
   }
+  EXPECT_EQ(clicks, 1);
   // Who waits for the release of a key hears of it, too.
   class Release : public IKeyReleaseCallback {
    public:
@@ -499,6 +661,10 @@ TEST_IN_RUN(ControlKindsTest, Keys) {
   EXPECT_EQ(fMorvane->IMorvane_InstallKeyReleaseCallback('B', &release), kOK);
   PressKeys({'B'});
   EXPECT_TRUE(YieldUntil([&] { return release.fReason == kKeyReleaseKeyUp; }));
+  release.fReason = {};
+  EXPECT_EQ(fMorvane->IMorvane_InstallKeyReleaseCallback('B', &release), kOK);
+  SendMessageW(fControls["edit"]->Hwnd(), WM_SYSKEYUP, 'B', 1 << 29);
+  EXPECT_EQ(release.fReason, kKeyReleaseKeyUp);
 }
 
 // --- The picture

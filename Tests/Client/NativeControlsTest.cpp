@@ -15,6 +15,9 @@ TEST_IN_RUN(NativeControlsTest, BadInput) {
   const LONG_PTR proc = ProcOf(control);
   const HWND orphan =
       CreateWindowExW(0, L"EDIT", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
+  const HWND deep = CreateWindowExW(0, L"EDIT", L"", WS_CHILD, 0, 0, 5, 5, orphan, nullptr, nullptr, nullptr);
+  const HWND owned =
+      CreateWindowExW(0, L"EDIT", L"", WS_POPUP, 0, 0, 10, 10, Hwnd(), nullptr, nullptr, nullptr);
   // A parent and its child of another thread, which goes on when these are done with.
   HWND foreign = nullptr;
   const HANDLE isMade = CreateEventW(nullptr, TRUE, FALSE, nullptr);
@@ -35,6 +38,8 @@ TEST_IN_RUN(NativeControlsTest, BadInput) {
            {orphan, &fCallback, noParent},
            {GetDesktopWindow(), &fCallback, noParent},
            {control, nullptr, "callback != NULL"},
+           {deep, &fCallback, "isInWindow"},
+           {owned, &fCallback, "isInWindow"},
            {foreign, &fCallback, "isOfThisThread"}}) {
     const LONG_PTR before = ProcOf(hwnd);
     HostIn("v", hwnd, callback, kBadInputProgrammingError);
@@ -182,9 +187,15 @@ LRESULT CALLBACK ForeignProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lPar
 // Somebody else subclasses the control after it was hosted, and stays.
 TEST_IN_RUN(NativeControlsTest, AForeignSubclassOnTop) {
   OpenWithControl();
+  fToken.reset();
+  const LONG_PTR original = ProcOf(fControl);
+  fToken = HostIn("v", fControl, &fCallback);
+  ViewCalls();
   gProcBelow = reinterpret_cast<WNDPROC>(
       SetWindowLongPtrW(fControl, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(ForeignProc)));
-  for (int i = 0; i < 2; ++i) {
+  for (int i = 0; i < 3; ++i) {
+    // One that was there before the hosting puts back what it found, and drops our procedure with that.
+    if (i == 2) SetWindowLongPtrW(fControl, GWLP_WNDPROC, original);
     fToken.reset();
     SetWindowTextW(fControl, L"abc");
     EXPECT_EQ(GetWindowTextLengthW(fControl), 3);
@@ -221,6 +232,13 @@ TEST_IN_RUN(NativeControlsTest, TheFocusFollowsTheKeyboard) {
   ::SetFocus(secondControl);
   EXPECT_EQ(ViewCalls(), "c:ui c:blur c!273/512 d:ui d:focus d!273/256");
   EXPECT_EQ(OnDuty(), "v");
+  // Nor when it goes to a window inside such a control.
+  const HWND inner =
+      CreateWindowExW(0, L"EDIT", L"", WS_CHILD, 0, 0, 5, 5, secondControl, nullptr, nullptr, nullptr);
+  ::SetFocus(inner);
+  EXPECT_EQ(ViewCalls(), "d:ui d:blur d!273/512");
+  ::SetFocus(secondControl);
+  ViewCalls();
   // A native window that nobody hosts takes the keyboard away.
   const HWND stranger = MakeControlAt({120, 120, 130, 130});
   ::SetFocus(stranger);
@@ -300,7 +318,23 @@ TEST_IN_RUN(NativeControlsTest, TheMouseOverAControl) {
   fViewRecord.fShapes["v?"] = kMouseShapeHand;
   EXPECT_EQ(fMorvane->IMorvane_RequestMouseShapeArbitration(), kOK);
   EXPECT_NE(GetCursor(), LoadCursorW(nullptr, IDC_IBEAM));
+  // The control asks its window before it shows its own; so with a shape that stands over all others.
+  const auto pointerOfControl = [this] {
+    SendMessageW(fControl, WM_SETCURSOR, reinterpret_cast<WPARAM>(fControl),
+                 MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+    return GetCursor();
+  };
+  const HCURSOR hand = GetCursor();
+  EXPECT_EQ(pointerOfControl(), hand);
   fViewRecord.fShapes.clear();
+  EXPECT_EQ(fMorvane->IMorvane_RequestMouseShapeArbitration(), kOK);
+  EXPECT_EQ(pointerOfControl(), LoadCursorW(nullptr, IDC_IBEAM));
+  TError error = kOK;
+  const std::unique_ptr<IMouseShape> shape(
+      fMorvane->IMorvane_CreateBuiltInMouseShape(kMouseShapeHand, error));
+  EXPECT_EQ(fMorvane->IMorvane_SetOverrideMouseShape(shape.get()), kOK);
+  EXPECT_EQ(pointerOfControl(), hand);
+  EXPECT_EQ(fMorvane->IMorvane_SetOverrideMouseShape(nullptr), kOK);
   PutMouse(OnScreen({15, 15}));
   EXPECT_TRUE(YieldUntil([] { return PointerIsArrow(); }));
   PutMouse(OnScreen({60, 60}));

@@ -1,11 +1,11 @@
 // Tooltips of views, seen from their native control.
-#include "Support/MouseFixture.h"
+#include "Support/NativeControls.h"
 // After the above.
 #include <commctrl.h>
 
 namespace NSMorvaneTest {
 
-class TooltipsTest : public ClientWindowTest {
+class TooltipsTest : public NativeControlsTest {
  protected:
   // The tooltip control of the window, or null.
   HWND Tooltip() const {
@@ -87,6 +87,30 @@ TEST_IN_RUN(TooltipsTest, ToolsFollowTheirViews) {
   ReleaseView("leaf");
   EXPECT_EQ(Tools(), "");
   fViewRecord.fHooks.clear();
+}
+
+// Whatever control the view has when it gets its text: the tip shows over the one that the mouse is over.
+TEST_IN_RUN(TooltipsTest, ControlsThatComeAndGo) {
+  OpenWithFocusTree();
+  SetText("other", u"tip");
+  for (int i = 0; i < 2; ++i) {
+    const HWND control = MakeControl();
+    const Token token = HostIn("other", control, &fCallback);
+    fOther->fControl = control;
+    SendMessageW(control, WM_MOUSEMOVE, 0, 0);
+    EXPECT_EQ(Tools(), "tip (10, 10, 90, 90); tip control; ");
+    // It is no focus target any more, since it is disabled, say.
+    fOther->fControl = nullptr;
+    EXPECT_EQ(View("other")->IView_SetTooltipText(u"new"), kOK);
+    fOther->fControl = control;
+    EXPECT_EQ(Tools(), "new (10, 10, 90, 90); new control; ");
+    if (i == 0) SetText("other", u"tip");
+    DestroyWindow(control);
+    fOther->fControl = nullptr;
+    EXPECT_EQ(Tools(), i == 0 ? "tip (10, 10, 90, 90); " : "new (10, 10, 90, 90); ");
+  }
+  SetText("other", u"");
+  EXPECT_EQ(Tools(), "");
 }
 
 // The mouse does not move any more when there is something to tell about the place that it is over.

@@ -299,6 +299,18 @@ TEST_F(FocusChanges, TheKeyboardGoesAndComes) {
   EXPECT_EQ("a- root-", Told([this] { Activate(false); }));
   EXPECT_EQ("", Told(regain)) << "it is another window that is active";
   EXPECT_EQ("root+ a+", Told([this] { Activate(true); })) << "such a view keeps the focus";
+  // It is asked for its control again, whoever has the keyboard now, but only once at a time.
+  EXPECT_EQ("a- root- root+ a+ b+", ToldOf(&b));
+  fWindow.fKeyboardGifts = 0;
+  BehaviorOf(b).fOnCall = [this] { fFocus.SetView(&b); };
+  EXPECT_EQ("", ToldOf(&b));
+  EXPECT_EQ(1, fWindow.fKeyboardGifts);
+  BehaviorOf(b).fOnCall = nullptr;
+  // A view that was disabled while the window was not active does not keep it.
+  Told([this] { fFocus.OnControlFocused(&a); });
+  Activate(false);
+  SetFlags(a, 0);
+  EXPECT_EQ("root+ d+", Told([this] { Activate(true); }));
 }
 
 // --- Random trees, whose behaviours do anything

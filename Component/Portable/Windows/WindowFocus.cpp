@@ -69,17 +69,21 @@ class CWindowFocus::CRunningChange : CNotCopied {
 };
 
 void CWindowFocus::SetView(CViewImpl* view) {
-  if (view == GetNextView()) {
-    // Another native window inside the window may have the keyboard.
-    if (!fIsChanging && !fIsOnDuty && fWindow.IFocusWindow_IsActive()) OnActivated();
-    return;
-  }
+  if (view == GetNextView()) return ReturnKeyboard();
   if (view && !view->IsLive()) MORVANE_THROW(std::invalid_argument(""));
   if (view && fChangesInARow >= kMaxChangesInARow) {
     DebugPrint("The focus has been passed on too often; it stays where it is.");
     MORVANE_THROW(XIllegalCallSequence());
   }
   Change(view, false);
+}
+
+// Another native window inside the window may have the keyboard, or the window itself that of a control. The
+// view is not told again if it is on duty.
+void CWindowFocus::ReturnKeyboard() {
+  if (fIsChanging || fIsReturningKeyboard || !fWindow.IFocusWindow_IsActive()) return;
+  const CFlagScope scope(fIsReturningKeyboard);
+  OnActivated();
 }
 
 void CWindowFocus::PassOn(CViewImpl* view) { SetView(fChangesInARow < kMaxChangesInARow ? view : nullptr); }
@@ -136,8 +140,9 @@ void CWindowFocus::GiveKeyboard(const TNativeWindow& control) {
   fIsGivingKeyboard = before;
 }
 
+// A view that has it by way of its control need not be focusable.
 bool CWindowFocus::CanKeepFocus() const {
-  return fView->IsLive() && (fIsFromControl || fView->CanBeFocusTargetNow());
+  return fView->IsLive() && fView->IsEffectivelyEnabled() && (fIsFromControl || fView->CanBeFocusTargetNow());
 }
 
 void CWindowFocus::Forget() {

@@ -45,7 +45,8 @@ class CWindowFocus : CNotCopied {
 
   // Null removes the focus. Throws std::invalid_argument for a view that has been released, and
   // XIllegalCallSequence if behaviours pass the focus on endlessly. If the view fails when it is asked for
-  // its native control, the focus stays where it is, and the error is thrown.
+  // its native control, the focus stays where it is, and the error is thrown. The focus view gets the
+  // keyboard again, wherever in the window that is.
   void SetView(CViewImpl* view);
   // Moves the focus to `view`, or removes it if that would be one change too many.
   void PassOn(CViewImpl* view);
@@ -70,6 +71,7 @@ class CWindowFocus : CNotCopied {
 
   void Change(CViewImpl* view, bool isFromControl);
   void StayWithOldView();
+  void ReturnKeyboard();
   void GiveKeyboard(const TNativeWindow& control);
   bool CanKeepFocus() const;
   // Both tell views until they are overtaken.
@@ -86,6 +88,7 @@ class CWindowFocus : CNotCopied {
   std::vector<TViewImplPtr> fOnDutyViews;  // the views that have been told so, outermost first
   bool fIsGoingOnDuty = false;             // more of them will be told
   bool fIsGivingKeyboard = false;
+  bool fIsReturningKeyboard = false;
   std::uint32_t fChangeNumber = 0;  // of the last change that has begun
   std::uint32_t fWalkNumber = 0;    // of the last walk over views that has begun
   int fRunningChanges = 0;          // nested in each other

@@ -1,6 +1,7 @@
 #include "Component/Win/Window/WinNativeControl.h"
 
 #include <map>
+#include <utility>
 
 #include "Component/Portable/Base/PendingErrors.h"
 #include "Component/Win/Platform/NativeWindowWrapper.h"
@@ -31,8 +32,24 @@ LRESULT CallOldProc(LONG_PTR oldProc, HWND hwnd, UINT message, WPARAM wParam, LP
 
 // --- Subclassing
 
+// Asks whether a control still calls our procedure, which alone has this answer.
+UINT ProbeMessage() {
+  static const UINT message = RegisterWindowMessageW(L"Morvane.NativeControlProbe");
+  return message;
+}
+constexpr LRESULT kProbeAnswer = 0x4D6F7276;
+
+// Somebody who subclassed the control before us, and has put back what was there before that, has dropped our
+// procedure with it.
+void ForgetDroppedProc(HWND hwnd) {
+  const auto it = gNativeControlMap.find(hwnd);
+  if (it == gNativeControlMap.end() || it->second.fAdapter) return;
+  if (SendMessageW(hwnd, ProbeMessage(), 0, 0) != kProbeAnswer) gNativeControlMap.erase(hwnd);
+}
+
 // Puts our procedure in front of that of the control, and returns the latter.
 LONG_PTR Subclass(HWND hwnd, CWinControlCallbackAdapter& adapter) {
+  ForgetDroppedProc(hwnd);
   const auto [it, isNew] = gNativeControlMap.try_emplace(hwnd);
   TSubclassedControl& control = it->second;
   if (!isNew && control.fAdapter) MORVANE_THROW(XIllegalCallSequence());
@@ -80,6 +97,7 @@ void ForgetDestroyedControl(HWND hwnd) {
 LRESULT CALLBACK WinNativeControlProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
   const auto it = gNativeControlMap.find(hwnd);
   if (it == gNativeControlMap.end()) return 0;
+  if (message == ProbeMessage()) return kProbeAnswer;
   const TSubclassedControl control = it->second;
   LRESULT result = 0;
   const TError error = ErrorOf([&] { result = Dispatch(control, hwnd, message, wParam, lParam); });
@@ -117,9 +135,11 @@ CWinControlCallbackAdapter::~CWinControlCallbackAdapter() {
 }
 
 void CWinControlCallbackAdapter::ForgetControl() {
-  if (const boost::shared_ptr<CWinWindow> window = fWindow.lock())
-    window->GetListeners().RemoveForControl(fHwnd);
-  fHwnd = nullptr;
+  const HWND hwnd = std::exchange(fHwnd, nullptr);
+  const boost::shared_ptr<CWinWindow> window = fWindow.lock();
+  if (!window) return;
+  window->GetListeners().RemoveForControl(hwnd);
+  window->GetTooltips().ForgetControl(hwnd);
 }
 
 // --- Messages of the control
@@ -150,13 +170,15 @@ void CWinControlCallbackAdapter::TellWindow(CWinWindow& window, const TViewImplP
   switch (message) {
     case WM_MOUSEMOVE: {
       ForwardMouse(window, lParam);
-      if (fIsMouseTracked) return;
-      TRACKMOUSEEVENT request = {};
-      request.cbSize = sizeof(request);
-      request.dwFlags = TME_LEAVE;
-      request.hwndTrack = hwnd;
-      if (!TrackMouseEvent(&request)) MORVANE_CHECK_LAST_ERROR();
-      fIsMouseTracked = true;
+      if (!fIsMouseTracked) {
+        TRACKMOUSEEVENT request = {};
+        request.cbSize = sizeof(request);
+        request.dwFlags = TME_LEAVE;
+        request.hwndTrack = hwnd;
+        if (!TrackMouseEvent(&request)) MORVANE_CHECK_LAST_ERROR();
+        fIsMouseTracked = true;
+      }
+      if (hasView) window.GetTooltips().MoveToControl(*view, hwnd);
       return;
     }
     case WM_MOUSELEAVE: {
@@ -188,9 +210,11 @@ void CWinControlCallbackAdapter::ForwardMouse(const CWinWindow& window, LPARAM p
   PostMessageW(window.GetHwnd(), kForwardedMouseMoveMessage, reinterpret_cast<WPARAM>(fHwnd), position);
 }
 
+// Also a window inside such a control, which need not be hosted itself.
 bool CWinControlCallbackAdapter::IsHostedInSameView(HWND hwnd) const {
-  const CWinControlCallbackAdapter* const other = FindAdapter(hwnd);
-  return other && !other->fView.owner_before(fView) && !fView.owner_before(other->fView);
+  const CWinControlCallbackAdapter* host = nullptr;
+  for (; hwnd && !host; hwnd = GetAncestor(hwnd, GA_PARENT)) host = FindAdapter(hwnd);
+  return host && !host->fView.owner_before(fView) && !fView.owner_before(host->fView);
 }
 
 // --- Notifications
@@ -223,7 +247,9 @@ std::unique_ptr<IWinNativeControlCallbackToken> HostNativeControl(HWND hwnd,
   const bool isOfThisThread = isInput && GetWindowThreadProcessId(hwnd, nullptr) == GetCurrentThreadId() &&
                               GetWindowThreadProcessId(window->GetHwnd(), nullptr) == GetCurrentThreadId();
   if (isInput) MORVANE_ASSERT(isOfThisThread);
-  if (!isOfThisThread) MORVANE_THROW(std::invalid_argument(""));
+  const bool isInWindow = isOfThisThread && IsChild(window->GetHwnd(), hwnd);
+  if (isOfThisThread) MORVANE_ASSERT(isInWindow);
+  if (!isInWindow) MORVANE_THROW(std::invalid_argument(""));
   return std::make_unique<CWinControlCallbackAdapter>(hwnd, *callback, *viewImpl, window);
 }
 

@@ -82,6 +82,7 @@ class CWinWindow : public CWindowGlue,
   CWinWindowMouse& GetMouse() { return fMouse; }
   CWinWindowMenuBar& GetMenuBar() { return fMenuBar; }
   CWinWindowListeners& GetListeners() { return fListeners; }
+  CWinWindowTooltips& GetTooltips() { return fTooltips; }
   const CPaintSamples& GetPaintSamples() const { return fPainting.GetSamples(); }
 
   // --- Life

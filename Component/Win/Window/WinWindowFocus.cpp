@@ -18,11 +18,12 @@ void CWinWindowFocus::IFocusWindow_OnFocusChanged() { fWindow.fHost->RequestMenu
 bool CWinWindowFocus::IFocusWindow_IsActive() { return IsActive() && !fIsDeactivating; }
 
 // For views without a native control the window itself keeps the keyboard, so that it gets the key messages.
+// A control may have passed the keyboard on to a window inside it.
 void CWinWindowFocus::IFocusWindow_GiveKeyboard(const TNativeWindow& control) {
-  if (control.fHwnd)
-    WinSetFocus(control.fHwnd);
-  else if (::GetFocus() != fWindow.fHwnd && fWindow.IsVisible())
-    WinSetFocus(fWindow.fHwnd);
+  const HWND focus = ::GetFocus();
+  const HWND target = control.fHwnd ? control.fHwnd : fWindow.fHwnd;
+  if (focus == target || (control.fHwnd && IsChild(control.fHwnd, focus))) return;
+  if (control.fHwnd || fWindow.IsVisible()) WinSetFocus(target);
 }
 
 // --- Messages

@@ -190,8 +190,12 @@ class CWinWindow::CMessageTable {
   // --- Mouse
 
   static TResult OnSetCursor(CWinWindow& window, TWinMessage& message) {
-    if (reinterpret_cast<HWND>(message.fWParam) != window.fHwnd) return kForward;
-    return window.fMouse.OnSetCursor(LOWORD(message.fLParam)) ? TResult(1) : kForward;
+    const HWND hwnd = reinterpret_cast<HWND>(message.fWParam);
+    const WORD hitTest = LOWORD(message.fLParam);
+    const bool isSet = hwnd == window.fHwnd
+                           ? window.fMouse.OnSetCursor(hitTest)
+                           : IsChild(window.fHwnd, hwnd) && window.fMouse.OnSetCursorInChild(hitTest);
+    return isSet ? TResult(1) : kForward;
   }
   static TResult OnMouseMove(CWinWindow& window, TWinMessage& message) {
     window.fMouse.OnMove(PointInMessage(message.fLParam));

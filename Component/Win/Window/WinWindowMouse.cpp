@@ -115,6 +115,7 @@ void CWinWindowMouse::RefreshShape(const TMouseShapeRequest& request) {
 void CWinWindowMouse::IMouseWindow_ShowShape(const IMouseShape* shape, const TPoint& position) {
   static const HCURSOR arrow = LoadCursorW(nullptr, IDC_ARROW);
   fCursor = shape ? NativeCursorOf(*shape) : arrow;
+  fIsShapeGiven = shape != nullptr;
   // No view gives a shape when the mouse has left the window: the pointer is another window's then, or the
   // frame's.
   if (!shape && (fIsOverControl || !IsOverClientArea(position))) return;
@@ -136,6 +137,11 @@ bool CWinWindowMouse::OnSetCursor(WORD hitTest) {
   if (hitTest != HTGROWBOX && !cursor) return false;
   SetCursor(cursor);
   return true;
+}
+
+bool CWinWindowMouse::OnSetCursorInChild(WORD hitTest) {
+  return hitTest == HTCLIENT && (gOverrideCursor || (fIsOverControl && fIsShapeGiven)) &&
+         OnSetCursor(hitTest);
 }
 
 // --- The capture

@@ -49,6 +49,8 @@ class CWinWindowMouse : private IMouseWindow, CNotCopied {
   void OnDeactivated() { fWheelRest = 0; }
   // True if the pointer has been set.
   bool OnSetCursor(WORD hitTest);
+  // The same for a child window, which shows its own pointer otherwise.
+  bool OnSetCursorInChild(WORD hitTest);
   // The window has lost the native capture.
   void OnCaptureLost();
 
@@ -83,9 +85,10 @@ class CWinWindowMouse : private IMouseWindow, CNotCopied {
   CWinViewInspector& fInspector;
   CMouseDispatch fDispatch;
   CMouseGlance fGlance;
-  HCURSOR fCursor = nullptr;    // the shape that the views gave last
+  HCURSOR fCursor = nullptr;    // the shape that the views gave last, or the arrow
   std::int32_t fWheelRest = 0;  // units that no view has been told of
   bool fIsLeaveArmed = false;
+  bool fIsShapeGiven = false;   // fCursor is that of a view
   bool fIsOverControl = false;  // which shows its own pointer, unless a view gives a shape
 };
 

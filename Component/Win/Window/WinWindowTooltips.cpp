@@ -147,17 +147,16 @@ void CWinWindowTooltips::Activate(bool active) {
 std::uint32_t CWinWindowTooltips::Add(CViewImpl& view, const TString& text, bool isMouseCaptured) {
   CreateControl(isMouseCaptured);
   const HWND control = GetNativeFocusTarget(view).fHwnd;
-  TTTOOLINFOW controlInfo = MakeControlToolInfo(fWindow.fHwnd, control);
-  if (control) AddNativeTool(fTooltipHwnd, controlInfo, text);
+  if (control) AddControlTool(control, text);
   const std::uint32_t toolNumber = gNextToolId++;
   TTTOOLINFOW info = MakeToolInfo(fWindow.fHwnd, toolNumber);
   info.rect = ToolRect(view);
   try {
     AddNativeTool(fTooltipHwnd, info, text);
-    if (std::find(fViews.begin(), fViews.end(), &view) == fViews.end()) fViews.push_back(&view);
+    fTools.push_back({toolNumber, &view, control});
   } catch (...) {
     SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, info);
-    if (control) SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, controlInfo);
+    DeleteControlTool(control);
     MORVANE_RETHROW();
   }
   fRectsAreDirty = fHasNewTools = true;
@@ -167,40 +166,74 @@ std::uint32_t CWinWindowTooltips::Add(CViewImpl& view, const TString& text, bool
 void CWinWindowTooltips::SetText(std::uint32_t toolTipHandle, CViewImpl& view, const TString& text) {
   MORVANE_ASSERT(0!=toolTipHandle);
   MORVANE_ASSERT(0!=fTooltipHwnd);
-  const HWND control = GetNativeFocusTarget(view).fHwnd;
+  const HWND target = GetNativeFocusTarget(view).fHwnd;
   TTTOOLINFOW info = MakeToolInfo(fWindow.fHwnd, toolTipHandle);
   SendToolText(fTooltipHwnd, TTM_UPDATETIPTEXTW, info, text);
-  if (!control) return;
-  TTTOOLINFOW controlInfo = MakeControlToolInfo(fWindow.fHwnd, control);
+  const auto tool = std::ranges::find(fTools, toolTipHandle, &TTool::fNumber);
+  if (tool == fTools.end()) return;
+  if (!IsWindow(tool->fControl)) return MoveTool(*tool, target, text);
+  TTTOOLINFOW controlInfo = MakeControlToolInfo(fWindow.fHwnd, tool->fControl);
   SendToolText(fTooltipHwnd, TTM_UPDATETIPTEXTW, controlInfo, text);
 }
 
 void CWinWindowTooltips::Remove(std::uint32_t toolNumber, CViewImpl& view) {
-  if (toolNumber == 0) return;
-  const HWND control = fTooltipHwnd ? GetNativeFocusTarget(view).fHwnd : nullptr;
-  if (fTooltipHwnd) {
-    TTTOOLINFOW info = MakeToolInfo(fWindow.fHwnd, toolNumber);
-    SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, info);
-    if (control) {
-      TTTOOLINFOW controlInfo = MakeControlToolInfo(fWindow.fHwnd, control);
-      SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, controlInfo);
-    }
-  }
-  // The view stays listed while it has another tool.
-  if (view.GetTooltipHandle() == 0) std::erase(fViews, &view);
+  // As with the other two, a view that fails keeps what it has.
+  if (toolNumber != 0 && fTooltipHwnd) GetNativeFocusTarget(view);
+  const auto it = std::ranges::find(fTools, toolNumber, &TTool::fNumber);
+  if (it == fTools.end()) return;
+  const TTool tool = *it;
+  fTools.erase(it);
+  if (!fTooltipHwnd) return;
+  TTTOOLINFOW info = MakeToolInfo(fWindow.fHwnd, toolNumber);
+  SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, info);
+  DeleteControlTool(tool.fControl);
 }
+
+// --- The tool of a control
+
+void CWinWindowTooltips::MoveToControl(const CViewImpl& view, HWND control) {
+  const auto tool = std::ranges::find(fTools, &view, &TTool::fView);
+  if (tool != fTools.end() && tool->fControl != control) MoveTool(*tool, control, view.GetTooltipText());
+}
+
+void CWinWindowTooltips::ForgetControl(HWND control) {
+  const auto tool = std::ranges::find(fTools, control, &TTool::fControl);
+  if (tool != fTools.end()) MoveTool(*tool, nullptr, TString());
+}
+
+// The list may change when the old tip disappears, so it is not touched after that.
+void CWinWindowTooltips::MoveTool(TTool& tool, HWND control, const TString& text) {
+  if (control) {
+    AddControlTool(control, text);
+    fRectsAreDirty = fHasNewTools = true;
+  }
+  DeleteControlTool(std::exchange(tool.fControl, control));
+}
+
+void CWinWindowTooltips::AddControlTool(HWND control, const TString& text) {
+  TTTOOLINFOW info = MakeControlToolInfo(fWindow.fHwnd, control);
+  AddNativeTool(fTooltipHwnd, info, text);
+}
+
+void CWinWindowTooltips::DeleteControlTool(HWND control) {
+  if (!control || !fTooltipHwnd) return;
+  TTTOOLINFOW info = MakeControlToolInfo(fWindow.fHwnd, control);
+  SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, info);
+}
+
+// --- The rectangles
 
 void CWinWindowTooltips::UpdateRects() {
   if (!fTooltipHwnd || !fRectsAreDirty) return;
   fRectsAreDirty = false;
-  const std::size_t count = fViews.size();
+  const std::size_t count = fTools.size();
   // By index, since the window is notified when a tip disappears, and clients may then change the list.
-  for (std::size_t i = 0; i < fViews.size(); ++i) {
-    const CViewImpl* const view = fViews[i];
-    MORVANE_ASSERT(view->CheckInvariant());
-    UpdateToolRect(fWindow.fHwnd, fTooltipHwnd, view->GetTooltipHandle(), *view);
+  for (std::size_t i = 0; i < fTools.size(); ++i) {
+    const TTool tool = fTools[i];
+    MORVANE_ASSERT(tool.fView->CheckInvariant());
+    UpdateToolRect(fWindow.fHwnd, fTooltipHwnd, tool.fNumber, *tool.fView);
   }
-  if (fViews.size() != count) fRectsAreDirty = true;
+  if (fTools.size() != count) fRectsAreDirty = true;
   if (std::exchange(fHasNewTools, false)) TellOfRestingMouse();
 }
 

@@ -1,5 +1,6 @@
 // The tooltips of a window. Each view with a text has a tool in the window's tooltip control, and a second
-// one on the native control that it hosts. The rectangles of the tools follow the views at the next tick.
+// one on a native control that it hosts: on the one that is its focus target when it gets the text, and then
+// on the one that the mouse comes over. The rectangles of the tools follow the views at the next tick.
 //
 // All of it belongs to the main thread.
 #pragma once
@@ -31,11 +32,15 @@ class CWinWindowTooltips : CNotCopied {
   void DestroyControl();
 
   // All three call the view's behaviour, which may end the window, so the caller holds it. Add makes the
-  // control if there is none yet, inactive if `isMouseCaptured`, and returns the number of the tool, which is
-  // never 0.
+  // tooltip control if there is none yet, inactive if `isMouseCaptured`, and returns the number of the tool,
+  // which is never 0. A number without a tool is ignored by Remove.
   std::uint32_t Add(CViewImpl& view, const TString& text, bool isMouseCaptured);
   void SetText(std::uint32_t toolNumber, CViewImpl& view, const TString& text);
   void Remove(std::uint32_t toolNumber, CViewImpl& view);
+  // The mouse is over a control that the view hosts.
+  void MoveToControl(const CViewImpl& view, HWND control);
+  // No view hosts the control any more.
+  void ForgetControl(HWND control);
 
   // No tip appears while the tooltips are inactive.
   void Activate(bool active);
@@ -45,12 +50,21 @@ class CWinWindowTooltips : CNotCopied {
   void UpdateRects();
 
  private:
+  struct TTool {
+    std::uint32_t fNumber;
+    const CViewImpl* fView;
+    HWND fControl;  // null: no control has a tool
+  };
+
+  void MoveTool(TTool& tool, HWND control, const TString& text);
+  void AddControlTool(HWND control, const TString& text);
+  void DeleteControlTool(HWND control);
   void CreateControl(bool isMouseCaptured);
   void TellOfRestingMouse();
 
   const TWindowCore& fWindow;
   HWND fTooltipHwnd = nullptr;
-  std::vector<CViewImpl*> fViews;  // the views that have a tool
+  std::vector<TTool> fTools;
   bool fRectsAreDirty = true;
   bool fHasNewTools = false;  // since the last update of the rectangles
 };
