@@ -178,7 +178,7 @@ TEST_F(DocumentRunTest, WhyTheSessionCannotEnd) {
   };
   const PatchedImport creating(L"Morvane.dll", "ShutdownBlockReasonCreate", create);
   const PatchedImport destroying(L"Morvane.dll", "ShutdownBlockReasonDestroy", destroy);
-  fRun.fHooks["QuitEvent"] = [this] {
+  fRun.fHooks["QuitEvent"] = [] {
     EXPECT_EQ(reasons, L"Draft*: Do you want to save the changes to \"Draft\" before exiting?");
   };
   RunFrom([this] {
