@@ -99,6 +99,13 @@ TEST_IN_RUN(AlertTest, EachWayToAnswer) {
     alert = ShowAlert(Spec(layout), fRecord.fOwner);
     EXPECT_EQ(AnswerBy(alert, input), answer) << way;
   }
+  // Without a label for the last button, Escape is the last one that there is.
+  for (const auto& [layout, answer] : Rows<TAlertButtonLayout, const char*>{
+           {kFirstOfTwo, "answer:1"}, {kAlertThreeButtonsFirstDefault, "answer:2"}}) {
+    TAlertSpec spec = Spec(layout);
+    (layout == kFirstOfTwo ? spec.fButton2 : spec.fButton3)[0] = 0;
+    EXPECT_EQ(AnswerBy(ShowAlert(spec, fRecord.fOwner), press({VK_ESCAPE})), answer);
+  }
   EXPECT_EQ(fOutput.TakeAssertions(), "");
   const TAlertSpec unknown = Spec(static_cast<TAlertButtonLayout>(14005));
   EXPECT_EQ(fMorvane->IMorvane_CreateAlertBox(nullptr, 0, unknown, &fListener), kOtherError);
@@ -199,6 +206,16 @@ TEST_IN_RUN(AlertTest, WindowsAround) {
     EXPECT_EQ(answerBy(alert, VK_RETURN), "answer:1");
     EXPECT_TRUE(IsWindowEnabled(Hwnd()) && IsWindowEnabled(search));
   }
+  // Nor does it count while it is hidden, though it is the one that was active last.
+  const WindowRecord& other = MakeNamed("doc1");
+  SetActiveWindow(search);
+  SetActiveWindow(other.fHwnd);
+  ShowWindow(search, SW_HIDE);
+  EXPECT_EQ(GetLastActivePopup(Hwnd()), search);
+  const HWND last = ShowAlert(Spec(kAlertOneButton));
+  EXPECT_FALSE(IsWindowEnabled(Hwnd()));
+  EXPECT_EQ(answerBy(last, VK_RETURN), "answer:1");
+  EXPECT_TRUE(IsWindowEnabled(Hwnd()));
   DestroyWindow(search);
   // Nobody need listen.
   EXPECT_EQ(fMorvane->IMorvane_CreateAlertBox(nullptr, 0, Spec(kAlertOneButton), nullptr), kOK);

@@ -22,11 +22,20 @@ class FileDialogCasesTest : public FileDialogFixture {
   // The chooser, which has no box for a name.
   HWND ShowChooser(IModalOwner* owner = nullptr) {
     EXPECT_EQ(CreateChooser(0, owner), kOK);
-    EXPECT_TRUE(YieldUntil([] { return DialogBoxes().size() == 1; }));
+    EXPECT_EQ(DialogBoxes().size(), 1u) << "the call returns when it is on the screen";
     return DialogBoxes().empty() ? nullptr : DialogBoxes().front();
   }
-  void AwaitEndOfDialogs() {
-    EXPECT_TRUE(YieldUntil([this] { return DialogBoxes().empty() && IsWindowEnabled(Hwnd()); }));
+  // One that is out of sight already can still be ending.
+  void AwaitEndOf(HWND dialog) {
+    EXPECT_TRUE(YieldUntil([=, this] { return !IsWindow(dialog) && IsWindowEnabled(Hwnd()); }));
+    EXPECT_TRUE(DialogBoxes().empty());
+  }
+  TError CreateAlert(TFlag blocking) {
+    TAlertSpec spec = {};
+    spec.fKind = kAlertPlain;
+    spec.fButtonLayout = kAlertOneButton;
+    CopyText(spec.fButton1, u"OK");
+    return fMorvane->IMorvane_CreateAlertBox(nullptr, blocking, spec, nullptr);
   }
   bool AwaitForeground(HWND hwnd) {
     return YieldUntil([=] { return GetForegroundWindow() == hwnd; });
@@ -152,11 +161,7 @@ TEST_IN_RUN(FileDialogCasesTest, ItsThreadAsksTheApplication) {
   };
   click();
   EXPECT_EQ(flashed, nullptr);
-  TAlertSpec spec = {};
-  spec.fKind = kAlertPlain;
-  spec.fButtonLayout = kAlertOneButton;
-  CopyText(spec.fButton1, u"OK");
-  EXPECT_EQ(fMorvane->IMorvane_CreateAlertBox(nullptr, 0, spec, nullptr), kOK);
+  EXPECT_EQ(CreateAlert(0), kOK);
   const HWND alert = GetActiveWindow();
   ASSERT_TRUE(alert != Hwnd() && AwaitForeground(alert));
   EXPECT_EQ(click(), TRUE);
@@ -197,11 +202,22 @@ TEST_IN_RUN(FileDialogCasesTest, ChooserWithAThreadEndsInSilence) {
       EXPECT_EQ(IsWindowEnabled(other.fHwnd), hasOwner ? TRUE : FALSE);
       EXPECT_TRUE(AwaitForeground(chooser));
       Press(chooser, button);
-      AwaitEndOfDialogs();
+      AwaitEndOf(chooser);
       EXPECT_TRUE(IsWindowEnabled(other.fHwnd));
     }
   }
   Turn();
+  // In the loop of a dialog that blocks the application, which blocks the owner from there on.
+  const HWND chooser = ShowChooser(fRecord.fOwner);
+  Then([=, this] {
+    const HWND alert = GetActiveWindow();
+    Press(chooser, IDCANCEL);
+    EXPECT_TRUE(YieldUntil([=] { return !IsWindow(chooser); }));
+    EXPECT_TRUE(YieldUntil([this] { return !IsWindowEnabled(Hwnd()); }));
+    SendMessageW(alert, WM_CLOSE, 0, 0);
+  });
+  EXPECT_EQ(CreateAlert(1), kOK);
+  EXPECT_TRUE(IsWindowEnabled(Hwnd()));
   EXPECT_EQ(fChooser.fLog.Take(), "");
   EXPECT_FALSE(IsAnythingRemembered());
   // One that is open when the run ends goes with it.
@@ -229,7 +245,7 @@ TEST_IN_RUN(FileDialogCasesTest, OpensWhereItCanBeSeen) {
       EXPECT_NE(MonitorFromWindow(box, MONITOR_DEFAULTTONULL), nullptr) << ::testing::PrintToString(frame);
       EXPECT_EQ(frame.fLeft == 50 && frame.fTop == 60, isUsed) << ::testing::PrintToString(frame);
       Press(box, IDCANCEL);
-      AwaitEndOfDialogs();
+      AwaitEndOf(box);
     }
   }
   EXPECT_EQ(fOutput.TakeAssertions(), "");
@@ -249,6 +265,22 @@ TEST_IN_RUN(FileDialogCasesTest, IsNotCoveredByWhatStaysOnTop) {
     Press(dialog, IDCANCEL);
     EXPECT_EQ(ResultOf(fOpener), "cancel");
   }
+}
+
+// Nobody waits for ever for the message that tells.
+TEST_IN_RUN(FileDialogCasesTest, IsSeenThoughItDoesNotTell) {
+  Open();
+  static BOOL (*const lose)(HWND, UINT, WPARAM, LPARAM) = [](HWND hwnd, UINT message, WPARAM wParam,
+                                                             LPARAM lParam) -> BOOL {
+    return NativeClass(hwnd) != L"#32770" && PostMessageW(hwnd, message, wParam, lParam);
+  };
+  HWND dialog = nullptr;
+  {
+    const PatchedImport patch(L"Morvane.dll", "PostMessageW", lose);
+    dialog = ShowOpen(fRecord.fOwner);
+  }
+  Press(dialog, IDCANCEL);
+  EXPECT_EQ(ResultOf(fOpener), "cancel");
 }
 
 // --- Owners
@@ -271,6 +303,9 @@ TEST_IN_RUN(FileDialogCasesTest, OwnersThatFailOrEnd) {
   owner.fHwnd = CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
   DestroyWindow(owner.fHwnd);
   EXPECT_EQ(Accept(ShowOpen(&owner), fFolder / L"old.wav", fOpener), "open:" + UrlOf(L"old.wav"));
+  const HWND chooser = ShowChooser(&owner);
+  Press(chooser, IDCANCEL);
+  AwaitEndOf(chooser);
   WindowRecord& gone = MakeNamed("doc2");
   dialog = ShowOpen(gone.fOwner);
   Release(gone);
@@ -294,7 +329,7 @@ TEST_IN_RUN(FileDialogCasesTest, OwnersThatFailOrEnd) {
   EXPECT_TRUE(YieldUntil([=] { return !IsWindow(question); }));
   Press(dialog, IDCANCEL);
   EXPECT_EQ(ResultOf(fOpener), "cancel");
-  AwaitEndOfDialogs();
+  AwaitEndOf(dialog);
   EXPECT_EQ(fOutput.TakeAssertions(), "");
 }
 
@@ -302,6 +337,16 @@ TEST_IN_RUN(FileDialogCasesTest, OwnersThatFailOrEnd) {
 
 TEST_IN_RUN(FileDialogCasesTest, LongNamesAndNobodyWhoListens) {
   Open();
+  const auto typeCount = static_cast<std::uint32_t>(fTypes.size());
+  const auto openForNobody = [&, this](TFlag blocking) {
+    EXPECT_EQ(fMorvane->IMorvane_CreateOpenDialog(nullptr, 7, nullptr, blocking, 0, fTypes.data(), typeCount,
+                                                  u"", nullptr),
+              kOK);
+  };
+  openForNobody(0);  // the real one
+  const HWND dialog = Shown();
+  Press(dialog, IDCANCEL);
+  AwaitEndOf(dialog);
   static std::wstring name, folder, chosen;
   static BOOL (*const answer)(OPENFILENAMEW*) = [](OPENFILENAMEW* record) -> BOOL {
     name = record->lpstrFile;
@@ -346,14 +391,11 @@ TEST_IN_RUN(FileDialogCasesTest, LongNamesAndNobodyWhoListens) {
     return chosen.empty() ? nullptr : ILCreateFromPathW(L"C:\\");
   };
   const PatchedImport choose(L"Morvane.dll", "SHBrowseForFolderW", browse);
-  const auto typeCount = static_cast<std::uint32_t>(fTypes.size());
   for (const wchar_t* path : {L"", L"C:\\a\\b.txt"}) {
     chosen = path;
     for (const TFlag blocking : {0, 1}) {
       RegDeleteTreeW(HKEY_CURRENT_USER, (L"Software\\" + fCompany).c_str());
-      EXPECT_EQ(fMorvane->IMorvane_CreateOpenDialog(nullptr, 7, nullptr, blocking, 0, fTypes.data(),
-                                                    typeCount, u"", nullptr),
-                kOK);
+      openForNobody(blocking);
       EXPECT_EQ(fMorvane->IMorvane_CreateSaveAsDialog(nullptr, 7, nullptr, blocking, u"x", fTypes.data(),
                                                       typeCount, u""),
                 kOK);

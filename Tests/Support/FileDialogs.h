@@ -123,10 +123,12 @@ class FileDialogFixture : public ClientWindowTest {
   }
   HWND ShowOpen(IModalOwner* owner = nullptr, IOpenDialogCustomizeBehavior* customize = nullptr) {
     EXPECT_EQ(CreateOpen(0, owner, customize), kOK);
+    EXPECT_TRUE(FileDialog()) << "the call returns when it is on the screen";
     return Shown();
   }
   HWND ShowSave(const std::u16string& name) {
     EXPECT_EQ(CreateSave(name), kOK);
+    EXPECT_TRUE(FileDialog()) << "the call returns when it is on the screen";
     return Shown();
   }
   HWND Shown() {

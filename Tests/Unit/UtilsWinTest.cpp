@@ -16,6 +16,13 @@ namespace {
 
 constexpr DWORD kShown = WS_OVERLAPPEDWINDOW | WS_VISIBLE;
 
+// The messages that ask for a title. Windows of threads that are busy answer none.
+int gTitleQuestions = 0;
+LRESULT CALLBACK CountTitleQuestions(HWND hWnd, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_GETTEXT || message == WM_GETTEXTLENGTH) ++gTitleQuestions;
+  return DefWindowProcW(hWnd, message, wParam, lParam);
+}
+
 TRect FrameOf(HWND hWnd) {
   RECT rect = {};
   GetWindowRect(hWnd, &rect);
@@ -70,7 +77,7 @@ TEST_F(UtilsWin, TextsAreComparedByTheRulesOfTheLocale) {
 }
 
 TEST_F(UtilsWin, PopupsAreCentredOnTheFrontmostSuitableWindow) {
-  NativeTestWindow good(kShown, nullptr, L"caption \x00e4"), popup(kShown);
+  NativeTestWindow good(kShown, nullptr, L"caption \x00e4", 0, CountTitleQuestions), popup(kShown);
   NativeTestWindow untitled(kShown, nullptr, L""), topmost(kShown, nullptr, L"top", WS_EX_TOPMOST);
   NativeTestWindow minimized(kShown), empty(WS_POPUP | WS_VISIBLE), invisible(WS_OVERLAPPEDWINDOW);
   NativeTestWindow moved(kShown);
@@ -79,7 +86,9 @@ TEST_F(UtilsWin, PopupsAreCentredOnTheFrontmostSuitableWindow) {
   SetWindowPos(good, HWND_BOTTOM, -151, 90, 301, 205, SWP_NOACTIVATE);
   SetWindowPos(empty, HWND_TOP, 10, 10, 0, 0, SWP_NOACTIVATE);
   ShowWindow(minimized, SW_SHOWMINNOACTIVE);
+  gTitleQuestions = 0;
   EXPECT_EQ((TPoint{-1, 192}), GetPopupCenter(popup, nullptr, registry.GetShownHwndsZ()));
+  EXPECT_EQ(gTitleQuestions, 0);
   const auto centerOf = [](HWND hWnd) {
     const TRect frame = FrameOf(hWnd);
     return TPoint{(frame.fLeft + frame.fRight) / 2, (frame.fTop + frame.fBottom) / 2};

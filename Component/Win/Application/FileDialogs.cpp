@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
+#include "Component/Portable/Base/PendingErrors.h"
 #include "Component/Win/Application/IdleCalls.h"
 #include "Component/Win/Application/UnseenWindows.h"
 #include "Component/Win/Dialogs/WinFileDialog.h"
@@ -19,7 +20,10 @@ namespace {
 
 constexpr DWORD kOpenPollMS = 10;
 constexpr DWORD kClosePollMS = 50;
-constexpr int kClosePolls = 100;
+// Nobody waits longer than that for a thread that hangs.
+constexpr ULONGLONG kThreadLimitMS = 20000;
+// A dialog that is in sight for that long and has not told yet is busy, in a slow folder say.
+constexpr ULONGLONG kBusyLimitMS = 1000;
 
 // What a thread takes along.
 struct TDialogThread {
@@ -95,10 +99,21 @@ void CFileDialogs::RunThreaded(const TDialog& dialog) {
   WaitUntilOpen(*dialog);
 }
 
-// What the dialog sends is handled inside DrainIdleMessages.
+// What the dialog sends wakes this thread, and is handled inside DrainIdleMessages.
 void CFileDialogs::WaitUntilOpen(const CFileDialogInfo& dialog) {
   const HANDLE signs[] = {dialog.GetOpenEvent(), dialog.GetThread()};
-  while (WaitForMultipleObjects(2, signs, FALSE, kOpenPollMS) == WAIT_TIMEOUT) fIdleCalls.DrainIdleMessages();
+  const ULONGLONG begin = GetTickCount64();
+  ULONGLONG now = begin, seen = 0;
+  while (now - begin < kThreadLimitMS && (seen == 0 || now - seen < kBusyLimitMS)) {
+    const DWORD sign = MsgWaitForMultipleObjects(2, signs, FALSE, kOpenPollMS, QS_SENDMESSAGE);
+    if (sign != WAIT_TIMEOUT && sign != WAIT_OBJECT_0 + 2) return;
+    fIdleCalls.DrainIdleMessages();
+    now = GetTickCount64();
+    if (!IsWindowVisible(dialog.GetFrameHwnd()))
+      seen = 0;
+    else if (seen == 0)
+      seen = now;
+  }
 }
 
 bool CFileDialogs::OnResult(UINT message, const void* source) {
@@ -132,10 +147,15 @@ void CFileDialogs::EndAll(bool tellsClients) {
 
 // Waits for the end of the thread. A client's behaviour that hangs keeps nobody from quitting.
 void CFileDialogs::Close(const CFileDialogInfo& dialog) {
-  for (int i = 0; i < kClosePolls; ++i) {
-    const DWORD wait = i == 0 && !dialog.HasEnded() ? 0 : kClosePollMS;
-    if (WaitForSingleObject(dialog.GetThread(), wait) == WAIT_OBJECT_0) return;
-    if (!dialog.HasEnded()) EnumThreadWindows(dialog.GetThreadID(), CancelDialog, 0);
+  const HANDLE thread = dialog.GetThread();
+  const ULONGLONG begin = GetTickCount64();
+  for (ULONGLONG now = begin, nextCancel = begin; now - begin < kThreadLimitMS; now = GetTickCount64()) {
+    // Not each time that something wakes this thread.
+    if (now >= nextCancel && !dialog.HasEnded()) {
+      EnumThreadWindows(dialog.GetThreadID(), CancelDialog, 0);
+      nextCancel = now + kClosePollMS;
+    }
+    if (MsgWaitForMultipleObjects(1, &thread, FALSE, kClosePollMS, QS_SENDMESSAGE) == WAIT_OBJECT_0) return;
     fIdleCalls.DrainIdleMessages();
   }
   MORVANE_UNREACHED();
@@ -169,7 +189,8 @@ void CFileDialogs::ForgetEnded() {
     if (dialog->ReportsFromThread() || WaitForSingleObject(dialog->GetThread(), 0) != WAIT_OBJECT_0) continue;
     Remove(dialog);
     fBlocking.SettleOwner(dialog->GetBlockedOwner());
-    fBlocking.Refresh();
+    const TError error = ErrorOf([this] { fBlocking.Refresh(); });
+    if (error != kOK) KeepPendingError(error);
   }
 }
 

@@ -34,7 +34,8 @@ class CFileDialogs : CNotCopied {
   bool OnResult(UINT message, const void* dialog);
 
   bool IsAnyOpen() const { return !fDialogs.empty(); }
-  // Those that end in silence. In each turn of the loop.
+  // Those that end in silence. After each message, in whichever loop: the system has enabled their owners. A
+  // failure is delivered later.
   void ForgetEnded();
 
   // The run begins: dialogs may be opened.

@@ -125,7 +125,6 @@ void CMorvaneImpl::RunMainLoop() {
       OpenCommandLineFiles();
       ReopenIfRequested();
       RunOneTurn();
-      fFileDialogs.ForgetEnded();
       // An application may begin with a file dialog.
       if (!fFileDialogs.IsAnyOpen()) fQuitting.OnTurn();
     });
@@ -167,6 +166,7 @@ bool CMorvaneImpl::RunOneTurn() {
   MSG msg = {};
   const bool isMessage = TakeMessage(msg, true) && msg.message != WM_QUIT;
   if (isMessage) HandleMessage(msg);
+  fFileDialogs.ForgetEnded();
   MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
   return isMessage;
 }
@@ -198,6 +198,7 @@ bool CMorvaneImpl::PumpOneMessage(MSG& outMsg) {
   FlushMenuBarRequests();
   const bool isMessage = TakeMessage(outMsg, false);
   if (isMessage) HandleMessage(outMsg);
+  fFileDialogs.ForgetEnded();
   return isMessage;
 }
 

@@ -296,7 +296,13 @@ LRESULT CAlertBoxImpl::IWinMsgEventListener_OnMessage(TWinMessage& message) {
     message.fHandled = true;
     return 0;
   }
-  const std::optional<TAlertResponse> response = ResponseOfCommand(fButtonLayout, LOWORD(message.fWParam));
+  std::int32_t command = LOWORD(message.fWParam);
+  // Escape, where the client has given that button no label, counts as the last button, as the close box
+  // does.
+  const auto isCancel = [](const auto& button) { return button.first == kAlertButtonCancel; };
+  if (command == kAlertButtonCancel && std::none_of(fButtonHwnds.begin(), fButtonHwnds.end(), isCancel))
+    command = fButtonHwnds.back().first;
+  const std::optional<TAlertResponse> response = ResponseOfCommand(fButtonLayout, command);
   if (!response) {
     MORVANE_UNREACHED();
     return 0;

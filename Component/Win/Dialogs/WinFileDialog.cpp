@@ -121,6 +121,12 @@ void CFileDialogInfo::OnFrameMade(HWND frame) {
     SendMessageW(fMessageHwnd, kMsgPushAppModal, fSign, reinterpret_cast<LPARAM>(frame));
   }
   if (fIsTopMost) SetWindowTopMost(frame, true);
+  if (IsWindowVisible(frame)) OnFrameShowing(frame);
+}
+
+void CFileDialogInfo::OnFrameShowing(HWND frame) {
+  // If the queue is full, who waits sees the frame all the same.
+  if (fThreaded) PostMessageW(frame, kMsgFrameShown, fSign, 0);
 }
 
 void CFileDialogInfo::OnFrameDestroyed(HWND hwnd) {
@@ -203,11 +209,14 @@ LRESULT CFileDialogFrameProcWrapper::WindowProc(CNativeWindowWrapper& wrapper, H
     SetWindowLongPtrW(hwnd, DWLP_MSGRESULT, 1);
     return 1;
   }
+  if (info->IsFrameShown(message, wParam)) {
+    info->SignalOpen();
+    return 0;
+  }
   switch (message) {
     case WM_ACTIVATE:
-      if (LOWORD(wParam) != WA_ACTIVE) break;
-      info->SignalOpen();
-      if (info->IsActivationBlocked()) return 0;
+      // It can come before the frame is shown. The application must be there to answer.
+      if (LOWORD(wParam) == WA_ACTIVE && info->IsActivationBlocked()) return 0;
       break;
     case WM_SETCURSOR:
       if (HIWORD(lParam) == WM_LBUTTONDOWN && info->IsClickBlocked()) return TRUE;
@@ -223,7 +232,7 @@ LRESULT CFileDialogFrameProcWrapper::WindowProc(CNativeWindowWrapper& wrapper, H
       break;
   }
   const LRESULT result = CWindowProcOverrider::WindowProc(wrapper, hwnd, message, wParam, lParam);
-  if (message == WM_SHOWWINDOW) info->SignalOpen();
+  if (message == WM_SHOWWINDOW && wParam) info->OnFrameShowing(hwnd);
   return result;
 }
 

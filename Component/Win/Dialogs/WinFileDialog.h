@@ -72,6 +72,13 @@ class CFileDialogInfo : public IMessageCallListener, public IOwnedForeignDialog,
   // --- What the frame asks for, on the thread of the dialog
 
   void OnFrameMade(HWND frame);
+  // The frame is being shown. What comes with that, activation and the questions that it asks the
+  // application, is over when a posted message arrives: then the dialog is on the screen.
+  void OnFrameShowing(HWND frame);
+  // Whether a message is that one.
+  bool IsFrameShown(UINT message, WPARAM wParam) const {
+    return message == kMsgFrameShown && wParam == fSign;
+  }
   // Puts the frame where it was the last time, or into the middle.
   void PlaceFrame(HWND frame) const;
   // The frame is about to go.
@@ -94,7 +101,8 @@ class CFileDialogInfo : public IMessageCallListener, public IOwnedForeignDialog,
   virtual TError TellAccepted(const char* url) = 0;
   virtual TError TellCancelled() = 0;
 
-  HWND GetOwnerHwnd() const { return fOwnerHwnd; }
+  // Null if it has gone meanwhile: the system shows no dialog over such a window.
+  HWND GetOwnerHwnd() const { return IsWindow(fOwnerHwnd) ? fOwnerHwnd : nullptr; }
   TDialogMemory& GetMemory() { return fMemory; }
   // Whether the thread of the dialog can make the objects that newer dialogs are made of.
   bool HasOle() const { return fHasOle; }

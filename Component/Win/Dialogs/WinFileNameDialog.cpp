@@ -42,7 +42,6 @@ void CFileNameDialogInfo::Prepare(DWORD flags, DWORD filterIndex, const TString&
   CopyText(fFileBuffer, name);
   SetDefaultExtension(defaultExtension);
   fOpenFileName.lStructSize = sizeof(fOpenFileName);
-  fOpenFileName.hwndOwner = GetOwnerHwnd();
   fOpenFileName.hInstance = GetModuleHandleW(nullptr);
   if (!fFileTypes.empty()) fOpenFileName.lpstrFilter = WinText(fFilterBuffer);
   fOpenFileName.nFilterIndex = filterIndex;
@@ -68,7 +67,7 @@ const CFileType* CFileNameDialogInfo::GetFileTypeAt(DWORD filterIndex) const {
 std::string CFileNameDialogInfo::ShowDialog() {
   for (;;) {
     fChosenType = 0;
-    if (!IsWindow(fOpenFileName.hwndOwner)) fOpenFileName.hwndOwner = nullptr;  // it has gone meanwhile
+    fOpenFileName.hwndOwner = GetOwnerHwnd();
     if (!ShowSystemDialog(fOpenFileName)) {
       const DWORD error = CommDlgExtendedError();
       if (error == 0) return std::string();

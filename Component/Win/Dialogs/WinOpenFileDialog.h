@@ -19,7 +19,7 @@ class COpenFileDialogInfo final : public CFileNameDialogInfo {
                       const std::vector<TFileType>& types, const TString& prompt,
                       IOpenDialogCustomizeBehavior* customizeBehavior);
 
-  bool CheckInvariant() const { return !GetFileTypes().empty() && fBehavior; }
+  bool CheckInvariant() const { return !GetFileTypes().empty(); }
   // Null if there is none.
   IOpenDialogCustomizeBehavior* GetCustomizeBehavior() const { return fCustomizeBehavior; }
   // It is deleted with this object.

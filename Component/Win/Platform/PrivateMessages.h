@@ -36,7 +36,9 @@ enum : UINT {
   // mouse in that control.
   kForwardedMouseMoveMessage = 1225,
   // Posted to the message window: the two numbers of IMorvane_PostAppMessage.
-  kMsgAppMessage = 1226
+  kMsgAppMessage = 1226,
+  // Posted to the frame of a file dialog, by its own thread, with the root object as wParam.
+  kMsgFrameShown = 1227
 };
 
 }  // namespace NSMorvane

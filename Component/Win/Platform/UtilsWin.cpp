@@ -62,11 +62,14 @@ BOOL CALLBACK LeaveToItself(HWND hWnd, LPARAM owner) {
   return TRUE;
 }
 
+// Windows of other threads are among those that are looked at. They can end at any moment, and one whose
+// thread is busy answers no message.
 bool CanBePopupParent(HWND hWnd) {
   if (GetWindowLongW(hWnd, GWL_EXSTYLE) & WS_EX_TOPMOST) return false;
   RECT rect;
-  if (!GetWindowRect(hWnd, &rect) || IsWindowMinimized(hWnd)) return false;
-  return rect.left < rect.right && rect.top < rect.bottom && GetWindowTextLengthW(hWnd) >= 1;
+  if (!GetWindowRect(hWnd, &rect) || IsIconic(hWnd)) return false;
+  wchar_t title[2];
+  return rect.left < rect.right && rect.top < rect.bottom && InternalGetWindowText(hWnd, title, 2) >= 1;
 }
 
 HWND FindPopupParent(HWND window, const std::vector<HWND>& shownWindows) {
@@ -78,9 +81,9 @@ HWND FindPopupParent(HWND window, const std::vector<HWND>& shownWindows) {
 void LogPopupParent(HWND parent, const RECT& rect) {
   wchar_t title[2048];
   SetLastError(ERROR_SUCCESS);
-  const int length = GetWindowTextW(parent, title, 2048);
+  const int length = InternalGetWindowText(parent, title, 2048);
   if (length > 2048) MORVANE_UNREACHED();
-  if (length == 0) MORVANE_ASSERT(0==::GetLastError());
+  if (length == 0 && IsWindow(parent)) MORVANE_ASSERT(0==::GetLastError());
   DebugPrint("Parent window name:" + LogText(title, std::min(length, 2047)));
   char text[128];
   std::snprintf(text, sizeof(text), "Parent window rect: %d, %d, %d, %d", static_cast<int>(rect.left),
@@ -250,6 +253,7 @@ bool IsThreadOfThisProcess(DWORD threadId) {
 TPoint GetPopupCenter(HWND window, HWND parent, const std::vector<HWND>& shownWindows) {
   if (!parent) parent = FindPopupParent(window, shownWindows);
   RECT rect = {};
+  if (parent && !GetWindowRect(parent, &rect) && !IsWindow(parent)) parent = nullptr;  // it has just ended
   if (!parent) {
     DebugPrint("GetPopupCenter, using desktop window");
     const DebugIndentScope indent;

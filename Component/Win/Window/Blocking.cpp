@@ -234,10 +234,12 @@ void CBlocking::EnableUsableInPlaceOf(HWND hWnd) {
 }
 
 // The usable window of an owner group: the last active popup of `window`, or `window` itself if that popup is
-// `goingDialog` or hidden. The system counts a hidden popup until it is destroyed.
+// `goingDialog` or hidden. The system counts a hidden popup until it is destroyed. A window of the library
+// can be out of sight with an inactive application and is not hidden then.
 HWND CBlocking::FindUsableOfGroup(HWND window, HWND goingDialog) const {
   const HWND popup = GetLastActivePopup(window);
-  return popup == goingDialog || fWindows->IsHidden(popup) ? window : popup;
+  const bool isHidden = IsRegisteredHwnd(popup) ? fWindows->IsHidden(popup) : !IsWindowVisible(popup);
+  return popup == goingDialog || isHidden ? window : popup;
 }
 
 void CBlocking::ApplyOrder(const std::vector<HWND>& nativeWindows, bool activateFrontModal) {
