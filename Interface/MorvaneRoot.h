@@ -325,13 +325,13 @@ class IMorvane {
   // runs on a thread of its own: the call returns when the dialog is on the screen, and the result comes
   // later, in the run loop, even if the system could not show the dialog, which counts as cancelled. If it is
   // 1, which is possible only without an owner, the call returns after the result; a code that the behaviour
-  // answers is only logged then. `prompt` is the title, or null for that of the system. The folder, the place
-  // on the screen and the file type of the last result are remembered under the number `dialogContext`, in
-  // the registry. The system's dialog may change the current directory of the process. When the run ends,
-  // dialogs that are still open are closed as cancelled. kIllegalCallSequenceProgrammingError outside
-  // IMorvane_Run, while that ends, and on another thread than its; kOutOfMemoryError if there can be no
-  // thread or if names and extensions of the types are too long for the system (1301 characters together,
-  // twice the extensions counted).
+  // answers is only logged then. `prompt` is the title, or null for that of the system; a folder chooser
+  // shows it above the folders, and null as no text. The folder, the place on the screen and the file type of
+  // the last result are remembered under the number `dialogContext`, in the registry. The system's dialog may
+  // change the current directory of the process. When the run ends, dialogs that are still open are closed as
+  // cancelled. kIllegalCallSequenceProgrammingError outside IMorvane_Run, while that ends, and on another
+  // thread than its; kOutOfMemoryError if there can be no thread or if names and extensions of the types are
+  // too long for the system (1301 characters together, twice the extensions counted).
 
   // The dialog begins with the name `templateFileName`, a path or a name alone. If it has no extension, it
   // gets that of the type shown: the one that lists its extension, or that of the last time, or the first.

@@ -105,7 +105,8 @@ class IView {
   virtual TError IView_GetDebugName(char* out) = 0;
   // `out` has room for kTooltipTextChars + 1 characters.
   virtual TError IView_GetTooltipText(TChar* out) = 0;
-  // An empty text removes the tooltip. Texts beyond kTooltipTextChars are kept and read back cut.
+  // An empty text removes the tooltip. Texts beyond kTooltipTextChars are kept and read back cut. Of the
+  // views under the mouse, the front-most that has a text shows it.
   virtual TError IView_SetTooltipText(const TChar* text) = 0;
   // Moves the view and its whole subtree by (dx, dy) pixels. kBadInputProgrammingError for a root view. If
   // the view is the only subview of a view in a permanent mode, its pixels are moved inside the bitmap, and

@@ -43,6 +43,7 @@ class TooltipsTest : public NativeControlsTest {
 };
 
 TEST_IN_RUN(TooltipsTest, ToolsFollowTheirViews) {
+  PutMouse({0, 0});
   OpenWithFocusTree();
   EXPECT_EQ(Tooltip(), nullptr);
   SetText("leaf", u"leaf");
@@ -121,6 +122,31 @@ TEST_IN_RUN(TooltipsTest, ATipForAMouseThatRests) {
   SetText("leaf", u"tip");
   Tell(TTM_SETDELAYTIME, TTDT_INITIAL, 10);
   EXPECT_TRUE(YieldUntil([this] { return IsWindowVisible(Tooltip()) != 0; }));
+}
+
+// A button in a panel, say, whose text was there before.
+TEST_IN_RUN(TooltipsTest, TheViewInFrontShowsItsTip) {
+  OpenWithFocusTree();
+  SetText("outer", u"panel");
+  SetText("leaf", u"button");
+  SetRect(*View("leaf"), {40, 40, 60, 60});
+  for (const WPARAM delay : {TTDT_INITIAL, TTDT_RESHOW}) Tell(TTM_SETDELAYTIME, delay, 10);
+  const auto shown = [this] {
+    wchar_t text[80] = {};
+    TTTOOLINFOW info = {};
+    info.cbSize = TTTOOLINFOW_V2_SIZE;
+    info.lpszText = text;
+    const LRESULT isShown = Tell(TTM_GETCURRENTTOOLW, 0, reinterpret_cast<LPARAM>(&info));
+    return std::wstring(isShown && IsWindowVisible(Tooltip()) ? text : L"");
+  };
+  for (const auto& [place, text] :
+       Rows<POINT, std::wstring>{{{50, 50}, L"button"}, {{20, 20}, L"panel"}, {{55, 45}, L"button"}}) {
+    PutMouse(OnScreen(place));
+    EXPECT_TRUE(YieldUntil([&] { return shown() == text; }));
+  }
+  // Without it the panel shows through.
+  SetText("leaf", u"");
+  EXPECT_TRUE(YieldUntil([&] { return shown() == L"panel"; }));
 }
 
 namespace {

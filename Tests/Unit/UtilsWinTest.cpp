@@ -121,7 +121,7 @@ TEST_F(UtilsWin, MonitorsAreListed) {
 }
 
 TEST_F(UtilsWin, DeferredMovesHappenTogetherAndNoticeFailureLate) {
-  NativeTestWindow a(kShown), b(kShown);
+  NativeTestWindow a(kShown), b(kShown), c(kShown);
   constexpr UINT kMoveOnly = SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE;
   {
     CDeferredWindowMover mover(2);
@@ -129,11 +129,21 @@ TEST_F(UtilsWin, DeferredMovesHappenTogetherAndNoticeFailureLate) {
     EXPECT_EQ(100, FrameOf(a).fLeft);
   }
   EXPECT_EQ(210, FrameOf(a).fLeft);
+  // Windows that end before they are named, and after, keep the others from nothing.
   const HWND gone = b;
   b.Destroy();
   {
+    CDeferredWindowMover mover(3);
+    mover.Move(c, nullptr, 0, 0, 0, 0, kMoveOnly);
+    mover.Move(gone, nullptr, 0, 0, 0, 0, kMoveOnly);
+    EXPECT_NO_THROW(mover.Move(a, nullptr, 220, 80, 0, 0, kMoveOnly));
+    c.Destroy();
+  }
+  EXPECT_EQ(220, FrameOf(a).fLeft);
+  EXPECT_EQ("", TakeReports());
+  {
     CDeferredWindowMover mover(2);
-    EXPECT_NO_THROW(mover.Move(gone, nullptr, 0, 0, 0, 0, kMoveOnly));
+    EXPECT_NO_THROW(mover.Move(GetDesktopWindow(), nullptr, 0, 0, 0, 0, kMoveOnly));
     EXPECT_THROW(mover.Move(a, nullptr, 0, 0, 0, 0, kMoveOnly), std::bad_alloc);
   }
   EXPECT_EQ("0!=fHwdp; FALSE!=okFlag", TakeReports());

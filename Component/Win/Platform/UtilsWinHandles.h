@@ -4,7 +4,9 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <utility>
+#include <vector>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Base/Scopes.h"
@@ -115,7 +117,8 @@ class CClipRegionSaver : CNotCopied {
   HRGN fRegion;  // null: there was no clip
 };
 
-// Moves several windows in one step, which the destructor carries out.
+// Moves several windows in one step, which the destructor carries out. A window that ends meanwhile, on
+// another thread say, spoils the whole step for the system: it is begun anew without that window.
 class CDeferredWindowMover : CNotCopied {
  public:
   // `count` is only a hint to the system.
@@ -125,18 +128,34 @@ class CDeferredWindowMover : CNotCopied {
   // Like SetWindowPos. The test concerns the previous call: a call that fails is noticed only by the next
   // one.
   void Move(HWND hwnd, HWND insertAfter, int x, int y, int cx, int cy, UINT flags) {
-    const HDWP next = DeferWindowPos(fHwdp, hwnd, insertAfter, x, y, cx, cy, flags);
+    fMoves.push_back({hwnd, insertAfter, x, y, cx, cy, flags});
+    const HDWP next = Add(fHwdp, fMoves.back());
     if (!fHwdp) MORVANE_THROW(XOutOfMemory());
-    fHwdp = next;
+    fHwdp = next ? next : BeginAnew();
   }
   ~CDeferredWindowMover() {
     MORVANE_ASSERT(0!=fHwdp);
-    const BOOL okFlag = EndDeferWindowPos(fHwdp);
+    BOOL okFlag = EndDeferWindowPos(fHwdp);
+    while (!okFlag && (fHwdp = BeginAnew())) okFlag = EndDeferWindowPos(fHwdp);
     MORVANE_ASSERT(FALSE!=okFlag);
   }
 
  private:
+  static HDWP Add(HDWP hwdp, const WINDOWPOS& move) {
+    return DeferWindowPos(hwdp, move.hwnd, move.hwndInsertAfter, move.x, move.y, move.cx, move.cy,
+                          move.flags);
+  }
+  // Null if no window has ended, so that there is another reason for the failure.
+  HDWP BeginAnew() {
+    const auto hasEnded = [](const WINDOWPOS& move) { return !IsWindow(move.hwnd); };
+    if (std::erase_if(fMoves, hasEnded) == 0) return nullptr;
+    HDWP hwdp = BeginDeferWindowPos(static_cast<int>(fMoves.size()));
+    for (std::size_t i = 0; hwdp && i < fMoves.size(); ++i) hwdp = Add(hwdp, fMoves[i]);
+    return hwdp ? hwdp : BeginAnew();
+  }
+
   HDWP fHwdp;
+  std::vector<WINDOWPOS> fMoves;
 };
 
 // --- Locks

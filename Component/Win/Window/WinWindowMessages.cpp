@@ -419,8 +419,9 @@ void CWinWindow::PreDispatch(const TWinMessage& message) {
   const bool isTick = message.fMessage == WM_TIMER;
   if (!(isTick || CanMoveViewsUnderMouse(message.fMessage)) || !IsVisible()) return;
   if (const std::optional<POINT> cursor = GetCursorForMessage(message)) {
-    fMouse.CheckTracking(ScreenToClientChecked(fHwnd, FromNative(*cursor)));
-    if (isTick) fTooltips.UpdateRects();
+    const TPoint mouse = ScreenToClientChecked(fHwnd, FromNative(*cursor));
+    fMouse.CheckTracking(mouse);
+    if (isTick) fTooltips.UpdateRects(mouse);
   }
   if (!isTick) return;
   // Loops of the system, as that of a menu, handle ticks, and lose the message of a later launch.

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Component/Portable/Base/Geometry.h"
 #include "Component/Portable/Views/ViewImpl.h"
 #include "Component/Portable/Windows/WindowFocus.h"
 #include "Component/Win/Platform/UtilsWin.h"
@@ -64,13 +65,22 @@ void AddNativeTool(HWND tooltip, TTTOOLINFOW& info, const TString& text) {
 
 RECT ToolRect(const CViewImpl& view) { return ToNative(view.GetClipBounds()); }
 
-void UpdateToolRect(HWND window, HWND toolTipWindow, std::uint32_t toolTipHandle, const CViewImpl& view) {
+void UpdateToolRect(HWND window, HWND toolTipWindow, std::uint32_t toolTipHandle, const RECT& rect) {
   MORVANE_ASSERT(0!=window);
   MORVANE_ASSERT(0!=toolTipWindow);
   MORVANE_ASSERT(0!=toolTipHandle);
   TTTOOLINFOW info = MakeToolInfo(window, toolTipHandle);
-  info.rect = ToolRect(view);
+  info.rect = rect;
   SendToolMessage(toolTipWindow, TTM_NEWTOOLRECTW, info);
+}
+
+// The number of the front-most tool at a point in the view, or 0. Calls no behaviour.
+std::uint32_t TopToolAt(const CViewImpl& view, const TPoint& point) {
+  if (!view.IsLive() || !IsPointInRect(point, view.GetBounds())) return 0;
+  const std::vector<CViewImpl*>& subViews = view.GetRawSubViews();
+  for (auto subView = subViews.rbegin(); subView != subViews.rend(); ++subView)
+    if (const std::uint32_t tool = TopToolAt(**subView, point)) return tool;
+  return view.GetTooltipHandle();
 }
 
 // The release that must follow a press, so that the tooltips see a whole click; 0 for all other messages.
@@ -153,7 +163,7 @@ std::uint32_t CWinWindowTooltips::Add(CViewImpl& view, const TString& text, bool
   info.rect = ToolRect(view);
   try {
     AddNativeTool(fTooltipHwnd, info, text);
-    fTools.push_back({toolNumber, &view, control});
+    fTools.push_back({toolNumber, &view, control, false});
   } catch (...) {
     SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, info);
     DeleteControlTool(control);
@@ -183,6 +193,7 @@ void CWinWindowTooltips::Remove(std::uint32_t toolNumber, CViewImpl& view) {
   if (it == fTools.end()) return;
   const TTool tool = *it;
   fTools.erase(it);
+  fRectsAreDirty = true;  // it may have covered others
   if (!fTooltipHwnd) return;
   TTTOOLINFOW info = MakeToolInfo(fWindow.fHwnd, toolNumber);
   SendToolMessage(fTooltipHwnd, TTM_DELTOOLW, info);
@@ -223,22 +234,33 @@ void CWinWindowTooltips::DeleteControlTool(HWND control) {
 
 // --- The rectangles
 
-void CWinWindowTooltips::UpdateRects() {
-  if (!fTooltipHwnd || !fRectsAreDirty) return;
-  fRectsAreDirty = false;
+// Of two tools at one place the tooltip control takes any. So while the mouse is over the one in front, the
+// others there have no place.
+void CWinWindowTooltips::UpdateRects(const TPoint& mouse) {
+  if (!fTooltipHwnd || (!fRectsAreDirty && mouse == fMouse)) return;
+  fMouse = mouse;
+  const bool areAllDirty = std::exchange(fRectsAreDirty, false);
+  const std::uint32_t topTool = TopToolAt(*fWindow.fRootView, mouse);
+  bool hasOtherTop = false;
   const std::size_t count = fTools.size();
   // By index, since the window is notified when a tip disappears, and clients may then change the list.
   for (std::size_t i = 0; i < fTools.size(); ++i) {
-    const TTool tool = fTools[i];
-    MORVANE_ASSERT(tool.fView->CheckInvariant());
-    UpdateToolRect(fWindow.fHwnd, fTooltipHwnd, tool.fNumber, *tool.fView);
+    const std::uint32_t number = fTools[i].fNumber;
+    const CViewImpl& view = *fTools[i].fView;
+    MORVANE_ASSERT(view.CheckInvariant());
+    const RECT rect = ToolRect(view);
+    const bool isCovered = topTool != 0 && number != topTool && IsPointInRect(mouse, FromNative(rect));
+    const bool wasCovered = std::exchange(fTools[i].fIsCovered, isCovered);
+    if (isCovered != wasCovered) hasOtherTop = true;
+    if (areAllDirty || isCovered != wasCovered)
+      UpdateToolRect(fWindow.fHwnd, fTooltipHwnd, number, isCovered ? RECT{} : rect);
   }
   if (fTools.size() != count) fRectsAreDirty = true;
-  if (std::exchange(fHasNewTools, false)) TellOfRestingMouse();
+  if (std::exchange(fHasNewTools, false) || hasOtherTop) TellOfRestingMouse();
 }
 
-// The control notices the mouse only when it moves, so a movement is made up for a new tool under a resting
-// mouse.
+// The control notices the mouse only when it moves, so a movement is made up for a tool that comes under a
+// resting mouse.
 void CWinWindowTooltips::TellOfRestingMouse() {
   MSG move = {};
   if (!GetCursorPos(&move.pt)) return;

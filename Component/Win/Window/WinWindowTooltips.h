@@ -46,14 +46,16 @@ class CWinWindowTooltips : CNotCopied {
   void Activate(bool active);
 
   void MarkRectsDirty() { fRectsAreDirty = true; }
-  // Updates the rectangles of the tools if they are dirty.
-  void UpdateRects();
+  // Updates the rectangles of the tools if they are dirty, or if the mouse has moved: where tools overlap,
+  // the one in front shows.
+  void UpdateRects(const TPoint& mouse);
 
  private:
   struct TTool {
     std::uint32_t fNumber;
     const CViewImpl* fView;
-    HWND fControl;  // null: no control has a tool
+    HWND fControl;    // null: no control has a tool
+    bool fIsCovered;  // another one lies over it where the mouse is
   };
 
   void MoveTool(TTool& tool, HWND control, const TString& text);
@@ -65,6 +67,7 @@ class CWinWindowTooltips : CNotCopied {
   const TWindowCore& fWindow;
   HWND fTooltipHwnd = nullptr;
   std::vector<TTool> fTools;
+  TPoint fMouse = {0, 0};
   bool fRectsAreDirty = true;
   bool fHasNewTools = false;  // since the last update of the rectangles
 };
