@@ -142,7 +142,7 @@ TEST_IN_RUN(TooltipsTest, TheViewInFrontShowsItsTip) {
   for (const auto& [place, text] :
        Rows<POINT, std::wstring>{{{50, 50}, L"button"}, {{20, 20}, L"panel"}, {{55, 45}, L"button"}}) {
     PutMouse(OnScreen(place));
-    EXPECT_TRUE(YieldUntil([&] { return shown() == text; }));
+    EXPECT_TRUE(YieldUntil([&, expected = text] { return shown() == expected; }));
   }
   // Without it the panel shows through.
   SetText("leaf", u"");
