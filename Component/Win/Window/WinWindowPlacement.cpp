@@ -52,13 +52,18 @@ TFrameInsets CWinWindowPlacement::GetFrameInsets() const {
 TRect CWinWindowPlacement::GetFrameRect() const {
   const WINDOWPLACEMENT wp = GetPlacement(fWindow.fHwnd);
   RECT rect = wp.rcNormalPosition;
-  // The system has placed a window at an edge of the screen that the user has dragged there, and still tells
-  // the normal rectangle of before.
-  const bool isNormal = wp.showCmd == SW_SHOWNORMAL && fWindow.IsVisible();
-  if (isNormal || wp.showCmd == SW_SHOWMAXIMIZED) {
+  if (wp.showCmd == SW_SHOWMAXIMIZED) {
     if (!GetWindowRect(fWindow.fHwnd, &rect)) MORVANE_CHECK_LAST_ERROR();
-    const TPoint offset = isNormal ? OffsetToNativePlacement() : TPoint{0, 0};
-    OffsetRect(&rect, offset.fX, offset.fY);
+  } else if (wp.showCmd == SW_SHOWNORMAL && fWindow.IsVisible()) {
+    // The system has placed a window at an edge of the screen that the user has dragged there, and still
+    // tells the normal rectangle of before. The monitors are asked only where that may be so.
+    RECT shown = {};
+    if (!GetWindowRect(fWindow.fHwnd, &shown)) MORVANE_CHECK_LAST_ERROR();
+    if (!EqualRect(&shown, &rect)) {
+      const TPoint offset = OffsetToNativePlacement();
+      rect = shown;
+      OffsetRect(&rect, offset.fX, offset.fY);
+    }
   }
   return FromNative(rect);
 }
