@@ -19,6 +19,9 @@ imports=$(sed -n 's/^.*DLL Name: //p' <<<"$headers")
 grep -qix kernel32.dll <<<"$imports" || wrong "does not even import KERNEL32.dll: the listing was not understood"
 foreign=$(grep -i '^lib' <<<"$imports" | xargs)
 [ -z "$foreign" ] || wrong "imports $foreign"
+# Not those that wait until a dialog or a drop needs them (Component/Win/Platform/LateFunctions.h).
+early=$(grep -ixE '(comdlg32|ole32|shell32)\.dll' <<<"$imports" | xargs)
+[ -z "$early" ] || wrong "imports $early, which would be loaded with every program"
 
 texts=$("$strings" -e l "$library")
 for text in VS_VERSION_INFO "$version" Morvane.dll; do

@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <commdlg.h>
+#include <shlobj.h>
 
 #include <iostream>
 #include <map>
@@ -132,23 +133,33 @@ class FailuresTest : public ClientWindowTest {
     EXPECT_EQ(control.Text(), u"abc");
     return error;
   }
-  TError UseFileDialog() {
-    struct Opener : IOpenDialogBehavior {
-      TError IOpenDialogBehavior_OnPerform(const char* const*, std::uint32_t) override {
-        return IOpenDialogBehavior_OnCancel();
-      }
-      TError IOpenDialogBehavior_OnCancel() override {
-        fHasEnded = true;
-        return kOK;
-      }
-      bool fHasEnded = false;
-    } opener;
+  // Counts its results.
+  struct Chooser : IOpenDialogBehavior, IDirectoryChooserBehavior {
+    TError IOpenDialogBehavior_OnPerform(const char* const*, std::uint32_t) override { return Count(); }
+    TError IOpenDialogBehavior_OnCancel() override { return Count(); }
+    TError IDirectoryChooserBehavior_OnPerform(const char*) override { return Count(); }
+    TError IDirectoryChooserBehavior_OnCancel() override { return Count(); }
+    TError Count() {
+      ++fResults;
+      return kOK;
+    }
+    int fResults = 0;
+  };
+  TError UseFileDialog(TFlag isBlocking) {
+    Chooser chooser;
     TFileType type = {};
     CopyText(type.fExtensions, u".txt");
     const TError error =
-        fMorvane->IMorvane_CreateOpenDialog(&opener, 0, nullptr, 0, 0, &type, 1, nullptr, nullptr);
+        fMorvane->IMorvane_CreateOpenDialog(&chooser, 0, nullptr, isBlocking, 0, &type, 1, nullptr, nullptr);
     if (error != kOK) return error;
-    EXPECT_TRUE(YieldUntil([&] { return opener.fHasEnded; }));
+    EXPECT_TRUE(YieldUntil([&] { return chooser.fResults == 1; }));
+    return error;
+  }
+  TError UseFolderChooser() {
+    Chooser chooser;
+    const TError error = fMorvane->IMorvane_CreateDirectoryChooserDialog(&chooser, 3, nullptr, 1, u"Where?");
+    if (error != kOK) return error;
+    EXPECT_TRUE(YieldUntil([&] { return chooser.fResults == 1; }));
     return error;
   }
 
@@ -298,7 +309,12 @@ TEST_IN_RUN(FailuresTest, StartsOfFileDialogs) {
   };
   Imports();
   const PatchedImport open(L"Morvane.dll", "GetOpenFileNameW", answer);
-  FailEachCall([this] { return UseFileDialog(); });
+  FailEachCall([this] { return UseFileDialog(0); });
+  static LPITEMIDLIST (*const browse)(BROWSEINFOW*) = [](BROWSEINFOW*) { return LPITEMIDLIST(); };
+  const PatchedImport choose(L"Morvane.dll", "SHBrowseForFolderW", browse);
+  // On this thread, with functions that are looked up late.
+  FailEachCall([this] { return UseFileDialog(1); });
+  FailEachCall([this] { return UseFolderChooser(); });
   RegDeleteTreeW(HKEY_CURRENT_USER, (L"Software\\" + fCompany).c_str());
 }
 

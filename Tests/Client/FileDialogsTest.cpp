@@ -185,6 +185,15 @@ TEST_IN_RUN(FileDialogsTest, SystemThatRefusesIsACancel) {
     EXPECT_TRUE(fOpener.fLog.Last().empty()) << "the result comes in the loop, and not within the call";
     EXPECT_EQ(ResultOf(fOpener), "cancel");
   }
+  // A library of the system that does not load.
+  static HMODULE (*const noLibrary)(const wchar_t*, HANDLE, DWORD) = [](auto...) { return HMODULE(); };
+  {
+    const PatchedImport load(L"Morvane.dll", "LoadLibraryExW", noLibrary);
+    EXPECT_EQ(CreateOpen(), kOK);
+    EXPECT_EQ(ResultOf(fOpener), "cancel");
+    EXPECT_EQ(fMorvane->IMorvane_CreateDirectoryChooserDialog(&fChooser, 3, nullptr, 1, nullptr),
+              kOutOfMemoryError);
+  }
   static HANDLE (*const noThread)(SECURITY_ATTRIBUTES*, SIZE_T, LPTHREAD_START_ROUTINE, void*, DWORD,
                                   DWORD*) = [](auto...) { return HANDLE(); };
   const PatchedImport thread(L"Morvane.dll", "CreateThread", noThread);

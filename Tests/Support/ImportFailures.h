@@ -1,5 +1,6 @@
 // Makes any function that a module imports fail once: the first, the second or the n-th time that the main
-// thread calls it. The list of functions is the import table itself.
+// thread calls it. The list of functions is the import table itself, and what the main thread looks up by
+// name.
 //
 // In the place of each function stands a few bytes of code that count the calls and, for the one that is to
 // fail, set the last error and answer the code of failure instead of going on to the function. They pass the
@@ -35,16 +36,15 @@ class ImportFailures {
 
   // For the calls of this thread. The module stays patched to the end of the process.
   explicit ImportFailures(const wchar_t* module) {
-    auto* const base = reinterpret_cast<BYTE*>(GetModuleHandleW(module));
-    Collect(base);
-    constexpr std::size_t kStubRoom = 64;
-    auto* stub = static_cast<BYTE*>(
-        VirtualAlloc(nullptr, fImports.size() * kStubRoom, MEM_COMMIT | MEM_RESERVE, PAGE_EXECUTE_READWRITE));
-    for (Import& import : fImports) {
-      WriteStub(stub, import);
-      import.fFunction = import.fSlot.Exchange(reinterpret_cast<ULONG_PTR>(stub));
-      stub += kStubRoom;
-    }
+    PatchedLookups::Install(module);
+    Collect(reinterpret_cast<BYTE*>(GetModuleHandleW(module)));
+    fImports.reserve(fImports.size() + kMaxLookups);  // they stay where they are
+    fStubs = static_cast<BYTE*>(VirtualAlloc(nullptr, fImports.capacity() * kStubRoom,
+                                             MEM_COMMIT | MEM_RESERVE, PAGE_EXECUTE_READWRITE));
+    for (Import& import : fImports) import.fFunction = import.fSlot.Exchange(WriteStub(import));
+    PatchedLookups::gAnswer = [this, thread = GetCurrentThreadId()](const std::string& name, FARPROC found) {
+      return GetCurrentThreadId() == thread ? StubOf(name, found) : found;
+    };
   }
 
   std::vector<Import>& All() { return fImports; }
@@ -110,16 +110,35 @@ class ImportFailures {
     ForEachImport(base, [this](const char* library, const std::string& name, const ImportSlot& slot) {
       const bool isCountedOnly = kCounted.end() != std::find(kCounted.begin(), kCounted.end(), name);
       if (IsLeftAlone(library, name) && !isCountedOnly) return;
-      Import& import = fImports.emplace_back();
-      import.fThread = GetCurrentThreadId();
-      import.fFailure = FailureOf(library, name);
-      import.fName = name;
-      import.fSlot = slot;
+      Add(library, name).fSlot = slot;
     });
   }
+  Import& Add(const std::string& library, const std::string& name) {
+    Import& import = fImports.emplace_back();
+    import.fThread = GetCurrentThreadId();
+    import.fFailure = FailureOf(library, name);
+    import.fName = name;
+    return import;
+  }
+  // The same one for each lookup of a function.
+  FARPROC StubOf(const std::string& name, FARPROC found) {
+    if (IsLeftAlone("", name)) return found;
+    auto it = std::find_if(fImports.begin(), fImports.end(),
+                           [&](const Import& import) { return import.fName == name; });
+    if (it == fImports.end()) {
+      if (fImports.size() == fImports.capacity()) return found;
+      Add("", name).fFunction = reinterpret_cast<ULONG_PTR>(found);
+      it = fImports.end() - 1;
+      WriteStub(*it);
+    }
+    return reinterpret_cast<FARPROC>(StubPlace(*it));
+  }
 
-  static void WriteStub(BYTE* stub, const Import& import) {
+  BYTE* StubPlace(const Import& import) const { return fStubs + (&import - fImports.data()) * kStubRoom; }
+  // Its address.
+  ULONG_PTR WriteStub(const Import& import) const {
     static_assert(offsetof(Import, fFailure) == 32);
+    BYTE* stub = StubPlace(import);
     const auto put = [&stub](std::initializer_list<int> bytes) {
       for (const int byte : bytes) *stub++ = static_cast<BYTE>(byte);
     };
@@ -138,6 +157,7 @@ class ImportFailures {
     put({0x65, 0xC7, 0x04, 0x25, 0x68, 0, 0, 0, 8, 0, 0, 0});  // fail: the last error, out of memory
     put({0x49, 0x8B, 0x43, 32});                               // mov rax, [r11+32]
     put({0xC3});                                               // ret
+    return reinterpret_cast<ULONG_PTR>(StubPlace(import));
   }
 
  public:
@@ -148,7 +168,11 @@ class ImportFailures {
       "DestroyIcon",  "RegCloseKey", "DestroyAcceleratorTable"};
 
  private:
+  static constexpr std::size_t kStubRoom = 64;
+  static constexpr std::size_t kMaxLookups = 32;
+
   std::vector<Import> fImports;
+  BYTE* fStubs = nullptr;
 };
 
 }  // namespace NSMorvaneTest

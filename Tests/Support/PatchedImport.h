@@ -8,6 +8,8 @@
 
 #include <cstddef>
 #include <cstring>
+#include <functional>
+#include <map>
 #include <string>
 
 namespace NSMorvaneTest {
@@ -56,20 +58,72 @@ void ForEachImport(BYTE* base, TUse use) {
   }
 }
 
+// The functions that the module under test looks up by their names, as the library does with those of
+// libraries that it loads late. A lookup is made first, and its failure remains one.
+class PatchedLookups {
+ public:
+  // Gives each lookup its answer: (name, what was found).
+  inline static std::function<FARPROC(const std::string&, FARPROC)> gAnswer;
+
+  // To the end of the process, in the place of GetProcAddress.
+  static void Install(const wchar_t* module) {
+    if (gLookUp != 0) return;
+    ForEachImport(reinterpret_cast<BYTE*>(GetModuleHandleW(module)),
+                  [](const char*, const std::string& import, const ImportSlot& slot) {
+                    if (import == "GetProcAddress")
+                      gLookUp = slot.Exchange(reinterpret_cast<ULONG_PTR>(&Find));
+                  });
+    EXPECT_NE(gLookUp, 0u) << "no lookups by name";
+  }
+  static void Replace(const std::string& name, ULONG_PTR replacement) {
+    gReplacements[name].fFunction = replacement;
+  }
+  static void Restore(const std::string& name) {
+    EXPECT_TRUE(gReplacements[name].fIsUsed) << name << " is neither imported nor looked up";
+    gReplacements.erase(name);
+  }
+
+ private:
+  struct TReplacement {
+    ULONG_PTR fFunction = 0;
+    bool fIsUsed = false;
+  };
+
+  static FARPROC WINAPI Find(HMODULE module, LPCSTR name) {
+    const FARPROC found = reinterpret_cast<decltype(&Find)>(gLookUp)(module, name);
+    if (!found || IS_INTRESOURCE(name)) return found;
+    const auto it = gReplacements.find(name);
+    if (it == gReplacements.end()) return gAnswer ? gAnswer(name, found) : found;
+    it->second.fIsUsed = true;
+    return reinterpret_cast<FARPROC>(it->second.fFunction);
+  }
+
+  inline static std::map<std::string, TReplacement> gReplacements;
+  inline static ULONG_PTR gLookUp = 0;
+};
+
 class PatchedImport {
  public:
-  // A null module stands for the program.
+  // A null module stands for the program. What is not in the table of imports is looked up by its name.
   template <class TFunction>
   PatchedImport(const wchar_t* module, const char* name, TFunction* replacement) {
     ForEachImport(reinterpret_cast<BYTE*>(GetModuleHandleW(module)),
                   [&](const char*, const std::string& import, const ImportSlot& slot) {
                     if (import == name) fSlot = slot;
                   });
-    EXPECT_TRUE(fSlot) << name << " is not imported";
-    if (fSlot) fOriginal = fSlot.Exchange(reinterpret_cast<ULONG_PTR>(replacement));
+    if (fSlot) {
+      fOriginal = fSlot.Exchange(reinterpret_cast<ULONG_PTR>(replacement));
+      return;
+    }
+    fName = name;
+    PatchedLookups::Install(module);
+    PatchedLookups::Replace(fName, reinterpret_cast<ULONG_PTR>(replacement));
   }
   ~PatchedImport() {
-    if (fSlot) fSlot.Exchange(fOriginal);
+    if (fSlot)
+      fSlot.Exchange(fOriginal);
+    else
+      PatchedLookups::Restore(fName);
   }
   PatchedImport(const PatchedImport&) = delete;
   PatchedImport& operator=(const PatchedImport&) = delete;
@@ -77,6 +131,7 @@ class PatchedImport {
  private:
   ImportSlot fSlot;
   ULONG_PTR fOriginal = 0;
+  std::string fName;  // if there is no slot
 };
 
 // The function itself, for a replacement in the program, where the name leads to the replacement.

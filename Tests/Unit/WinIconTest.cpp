@@ -97,19 +97,13 @@ TEST_F(WinIconTest, BuiltInKindsAtAllSizes) {
   }
   for (const std::uint32_t size : {0u, 15u, 24u, 256u})
     EXPECT_ANY_THROW(HandleOf(MakeBuiltInIcon(kIconFolder), size)) << size;
-  // Why it failed is told, whatever comes after.
+  // Why it failed is told.
   HANDLE(WINAPI* const refuse)
   (HINSTANCE, LPCWSTR, UINT, int, int, UINT) = [](HINSTANCE, LPCWSTR, UINT, int, int, UINT) -> HANDLE {
     SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     return nullptr;
   };
-  BOOL(WINAPI* const freeAndForget)
-  (HMODULE) = [](HMODULE module) -> BOOL {
-    RealFunction<decltype(FreeLibrary)>(L"kernel32.dll", "FreeLibrary")(module);
-    SetLastError(ERROR_SUCCESS);
-    return TRUE;
-  };
-  const PatchedImport load(nullptr, "LoadImageW", refuse), free(nullptr, "FreeLibrary", freeAndForget);
+  const PatchedImport load(nullptr, "LoadImageW", refuse);
   for (const TBuiltinIcon kind : {kIconFolder, kIconStop})
     EXPECT_EQ(kOutOfMemoryError, ErrorOf([&] { HandleOf(MakeBuiltInIcon(kind), 32); }));
   EXPECT_EQ(TakeReports(), "");

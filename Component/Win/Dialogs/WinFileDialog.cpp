@@ -5,6 +5,7 @@
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Base/PendingErrors.h"
+#include "Component/Win/Platform/LateFunctions.h"
 #include "Component/Win/Platform/PrivateMessages.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Window/WindowRegistry.h"
@@ -21,14 +22,18 @@ constexpr UINT kFirstRegisteredMessage = 0xC000;
 // announce.
 class COleUse : CNotCopied {
  public:
-  COleUse() : fIsOn(SUCCEEDED(OleInitialize(nullptr))) {}
-  ~COleUse() {
-    if (fIsOn) OleUninitialize();
+  COleUse() {
+    const auto begin = FindLate<decltype(OleInitialize)>(kOleLibrary, "OleInitialize");
+    const auto end = FindLate<decltype(OleUninitialize)>(kOleLibrary, "OleUninitialize");
+    if (begin && end && SUCCEEDED(begin(nullptr))) fEnd = end;
   }
-  bool IsOn() const { return fIsOn; }
+  ~COleUse() {
+    if (fEnd) fEnd();
+  }
+  bool IsOn() const { return fEnd != nullptr; }
 
  private:
-  const bool fIsOn;
+  decltype(OleUninitialize)* fEnd = nullptr;
 };
 
 bool IsOnAnyMonitor(const TRect& rect) {

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
+#include "Component/Win/Platform/LateFunctions.h"
 #include "Component/Win/Platform/UtilsWin.h"
 
 namespace NSMorvane {
@@ -13,6 +14,13 @@ namespace NSMorvane {
 namespace {
 
 constexpr DWORD kMaxFileTitleLength = 261;
+
+// 0 if the user has cancelled the dialog.
+DWORD GetDialogError() {
+  const auto getError =
+      FindLate<decltype(CommDlgExtendedError)>(kCommonDialogLibrary, "CommDlgExtendedError");
+  return getError ? getError() : CDERR_INITIALIZATION;
+}
 
 // Copies what fits, with a zero behind it.
 template <std::size_t kSize>
@@ -69,7 +77,7 @@ std::string CFileNameDialogInfo::ShowDialog() {
     fChosenType = 0;
     fOpenFileName.hwndOwner = GetOwnerHwnd();
     if (!ShowSystemDialog(fOpenFileName)) {
-      const DWORD error = CommDlgExtendedError();
+      const DWORD error = GetDialogError();
       if (error == 0) return std::string();
       DebugPrint("The system's file dialog has failed: " + NumberText(error));
       if (error != FNERR_INVALIDFILENAME || fFileBuffer[0] == 0) return std::string();

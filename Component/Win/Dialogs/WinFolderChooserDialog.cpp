@@ -1,6 +1,7 @@
 #include "Component/Win/Dialogs/WinFolderChooserDialog.h"
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
+#include "Component/Win/Platform/LateFunctions.h"
 #include "Component/Win/Platform/PrivateMessages.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Platform/UtilsWinFiles.h"
@@ -12,12 +13,19 @@ namespace {
 constexpr UINT kBrowseFlags = BIF_RETURNONLYFSDIRS | BIF_EDITBOX | BIF_NEWDIALOGSTYLE;
 static_assert(kBrowseFlags == 0x51);
 
+// False if the item is no folder of the file system. The buffer holds MAX_PATH characters at least.
+bool GetItemPath(PCIDLIST_ABSOLUTE itemList, TChar* buffer) {
+  const auto getPath = FindLate<decltype(SHGetPathFromIDListW)>(kShellLibrary, "SHGetPathFromIDListW");
+  return getPath && getPath(itemList, WinBuffer(buffer));
+}
+
 }  // namespace
 
 CFolderChooserDialogInfo::CFolderChooserDialogInfo(IWindowHost& host, const TFileDialogRequest& request,
                                                    IDirectoryChooserBehavior* behavior, const TString& prompt)
     : CFileDialogInfo(host, request, kFolderChooserMemory), fBehavior(behavior), fPrompt(prompt) {
-  if (FAILED(SHGetMalloc(&fShellMalloc)) || !fShellMalloc) MORVANE_THROW(XOutOfMemory());
+  const auto getMalloc = FindLate<decltype(SHGetMalloc)>(kShellLibrary, "SHGetMalloc");
+  if (!getMalloc || FAILED(getMalloc(&fShellMalloc)) || !fShellMalloc) MORVANE_THROW(XOutOfMemory());
 }
 
 CFolderChooserDialogInfo::~CFolderChooserDialogInfo() { fShellMalloc->Release(); }
@@ -31,10 +39,11 @@ std::string CFolderChooserDialogInfo::ShowDialog() {
   browseInfo.ulFlags = HasOle() ? kBrowseFlags : kBrowseFlags & ~BIF_NEWDIALOGSTYLE;
   browseInfo.lpfn = BrowseProc;
   browseInfo.lParam = reinterpret_cast<LPARAM>(this);
-  const PIDLIST_ABSOLUTE itemList = SHBrowseForFolderW(&browseInfo);
+  const auto browse = FindLate<decltype(SHBrowseForFolderW)>(kShellLibrary, "SHBrowseForFolderW");
+  const PIDLIST_ABSOLUTE itemList = browse ? browse(&browseInfo) : nullptr;
   if (!itemList) return std::string();
   TChar buffer[MAX_PATH + 1] = {};
-  const BOOL isFolder = SHGetPathFromIDListW(itemList, WinBuffer(buffer));
+  const bool isFolder = GetItemPath(itemList, buffer);
   fShellMalloc->Free(itemList);
   TString path = NSTextPackage::ArrayToString(buffer);
   if (!isFolder || path.empty()) return std::string();
@@ -79,7 +88,7 @@ int CALLBACK CFolderChooserDialogInfo::BrowseProc(HWND procWindow, UINT message,
   }
   if (message == BFFM_SELCHANGED) {
     TChar path[MAX_PATH + 1] = {};
-    if (SHGetPathFromIDListW(reinterpret_cast<PCIDLIST_ABSOLUTE>(lParam), WinBuffer(path)))
+    if (GetItemPath(reinterpret_cast<PCIDLIST_ABSOLUTE>(lParam), path))
       SendMessageW(procWindow, BFFM_SETSTATUSTEXTW, 0, reinterpret_cast<LPARAM>(path));
   }
   return 0;

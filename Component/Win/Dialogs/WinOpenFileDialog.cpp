@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
+#include "Component/Win/Platform/LateFunctions.h"
 #include "Component/Win/Platform/PrivateMessages.h"
 #include "Component/Win/Platform/UtilsWin.h"
 
@@ -63,6 +64,11 @@ COpenFileDialogInfo::COpenFileDialogInfo(IWindowHost& host, const TFileDialogReq
   if (LOWORD(templateID) == 0) return;  // it only listens
   GetRecord().Flags |= OFN_ENABLETEMPLATE;
   GetRecord().lpTemplateName = MAKEINTRESOURCEW(LOWORD(templateID));
+}
+
+BOOL COpenFileDialogInfo::ShowSystemDialog(OPENFILENAMEW& record) {
+  const auto show = FindLate<decltype(GetOpenFileNameW)>(kCommonDialogLibrary, "GetOpenFileNameW");
+  return show ? show(&record) : FALSE;
 }
 
 // --- The result

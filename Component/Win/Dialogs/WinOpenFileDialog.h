@@ -32,7 +32,7 @@ class COpenFileDialogInfo final : public CFileNameDialogInfo {
   const char* GetFailureLine() const override;
 
  protected:
-  BOOL ShowSystemDialog(OPENFILENAMEW& record) override { return GetOpenFileNameW(&record); }
+  BOOL ShowSystemDialog(OPENFILENAMEW& record) override;
   TString FileForPath(TString& ioPath, const CFileType& fileType) override;
   TError TellAccepted(const char* url) override;
   TError TellCancelled() override;

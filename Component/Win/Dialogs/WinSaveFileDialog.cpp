@@ -1,6 +1,7 @@
 #include "Component/Win/Dialogs/WinSaveFileDialog.h"
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
+#include "Component/Win/Platform/LateFunctions.h"
 #include "Component/Win/Platform/PrivateMessages.h"
 #include "Component/Win/Platform/UtilsWin.h"
 
@@ -65,7 +66,8 @@ CSaveFileDialogInfo::CSaveFileDialogInfo(IWindowHost& host, const TFileDialogReq
 
 BOOL CSaveFileDialogInfo::ShowSystemDialog(OPENFILENAMEW& record) {
   fRefusedName.clear();
-  return GetSaveFileNameW(&record);
+  const auto show = FindLate<decltype(GetSaveFileNameW)>(kCommonDialogLibrary, "GetSaveFileNameW");
+  return show ? show(&record) : FALSE;
 }
 
 // --- The result

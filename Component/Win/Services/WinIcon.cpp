@@ -12,6 +12,7 @@
 
 #include "Component/Portable/Base/Geometry.h"
 #include "Component/Portable/Text/TextPackage.h"
+#include "Component/Win/Platform/LateFunctions.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Platform/UtilsWinFiles.h"
 
@@ -34,18 +35,6 @@ constexpr TBuiltInIconSource kBuiltInIcons[] = {
     {kIconGenericFile, false, 151},    {kIconFolder, false, 4},          {kIconApplication1, true, 32512},
     {kIconApplication2, true, 32512},  {kIconApplication3, true, 32512}, {kIconNote, true, 32516},
     {kIconCaution, true, 32515},       {kIconStop, true, 32513},
-};
-
-class CLoadedLibrary : CNotCopied {
- public:
-  explicit CLoadedLibrary(const wchar_t* name) : fModule(LoadLibraryW(name)) {
-    if (!fModule) MORVANE_THROW_LAST_ERROR();
-  }
-  ~CLoadedLibrary() { FreeLibrary(fModule); }
-  HMODULE Get() const { return fModule; }
-
- private:
-  HMODULE fModule;
 };
 
 // Not shared, since the system returns a shared icon at the size that was asked for first.
@@ -73,8 +62,9 @@ HICON LoadBuiltInIcon(std::uint32_t icon, int size) {
                                    [&](const TBuiltInIconSource& row) { return row.fIcon == icon; });
   if (source == std::end(kBuiltInIcons)) return nullptr;
   if (source->fIsSystemIcon) return RequireIcon(CopySystemIcon(source->fId, size));
-  const CLoadedLibrary shell(L"shell32.dll");
-  return RequireIcon(LoadOwnIcon(shell.Get(), source->fId, size));
+  const HMODULE shell = LoadSystemLibrary(kShellLibrary);
+  if (!shell) MORVANE_THROW_LAST_ERROR();
+  return RequireIcon(LoadOwnIcon(shell, source->fId, size));
 }
 
 // Copies of the two bitmaps of an icon, deleted at the end. A monochrome icon has a mask only.
@@ -110,7 +100,9 @@ HICON LoadURLIcon(const std::string& url, int size) {
   SHFILEINFOW shFileInfo = {};
   const UINT flags = size == 16 ? SHGFI_ICON | SHGFI_SMALLICON : SHGFI_ICON;
   const NSTextPackage::TString path = PathOfURL(url);
-  if (path.empty() || !SHGetFileInfoW(WinText(path), 0, &shFileInfo, sizeof(shFileInfo), flags))
+  const auto getInfo =
+      path.empty() ? nullptr : FindLate<decltype(SHGetFileInfoW)>(kShellLibrary, "SHGetFileInfoW");
+  if (!getInfo || !getInfo(WinText(path), 0, &shFileInfo, sizeof(shFileInfo), flags))
     MORVANE_THROW(XUnsupportedFormat());
   MORVANE_ASSERT(0!=shFileInfo.hIcon);
   const BITMAP buffer = CIconBitmaps(shFileInfo.hIcon).GetColorBitmap();

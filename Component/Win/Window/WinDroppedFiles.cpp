@@ -12,6 +12,7 @@
 #include "Component/Portable/Opening/CommandLine.h"
 #include "Component/Portable/Opening/DroppedFiles.h"
 #include "Component/Portable/Text/TextPackage.h"
+#include "Component/Win/Platform/LateFunctions.h"
 #include "Component/Win/Platform/UtilsWin.h"
 #include "Component/Win/Platform/UtilsWinFiles.h"
 #include "Component/Win/Window/WindowHost.h"
@@ -25,22 +26,31 @@ using NSTextPackage::TString;
 // Owns the block of global memory that came with WM_DROPFILES, which may contain anything.
 class CDroppedFiles : CNotCopied {
  public:
-  explicit CDroppedFiles(HGLOBAL block) : fDrop(static_cast<HDROP>(block)) {}
-  ~CDroppedFiles() { DragFinish(fDrop); }
+  explicit CDroppedFiles(HGLOBAL block)
+      : fDrop(static_cast<HDROP>(block)),
+        fQueryFile(FindLate<decltype(DragQueryFileW)>(kShellLibrary, "DragQueryFileW")) {}
+  ~CDroppedFiles() {
+    if (const auto finish = FindLate<decltype(DragFinish)>(kShellLibrary, "DragFinish")) finish(fDrop);
+  }
 
-  UINT GetCount() const { return DragQueryFileW(fDrop, 0xFFFFFFFF, nullptr, 0); }
+  UINT GetCount() const { return QueryFile(0xFFFFFFFF, nullptr, 0); }
   // Empty if there is no such file.
   TString GetName(UINT index) const {
-    const UINT length = DragQueryFileW(fDrop, index, nullptr, 0);
+    const UINT length = QueryFile(index, nullptr, 0);
     if (length == 0) return TString();
     TString name(std::size_t{length} + 2, u'\0');
-    DragQueryFileW(fDrop, index, WinBuffer(name.data()), length + 2);
+    QueryFile(index, WinBuffer(name.data()), length + 2);
     name.resize(std::char_traits<TChar>::length(name.c_str()));
     return name;
   }
 
  private:
-  HDROP fDrop;
+  UINT QueryFile(UINT index, wchar_t* buffer, UINT size) const {
+    return fQueryFile ? fQueryFile(fDrop, index, buffer, size) : 0;
+  }
+
+  const HDROP fDrop;
+  decltype(DragQueryFileW)* const fQueryFile;
 };
 
 static_assert(sizeof(DROPFILES) == sizeof(TDroppedFilesHeader) &&
@@ -60,8 +70,7 @@ bool IsSoundDrop(HGLOBAL block) {
 
 }  // namespace
 
-void AcceptDroppedFiles(HWND window) {
-  DragAcceptFiles(window, TRUE);
+void LetDroppedFilesIn(HWND window) {
   constexpr UINT kCopyGlobalData = 0x0049;  // no header has it
   for (const UINT message : {UINT{WM_DROPFILES}, UINT{WM_COPYDATA}, kCopyGlobalData})
     ChangeWindowMessageFilterEx(window, message, MSGFLT_ALLOW, nullptr);

@@ -58,7 +58,7 @@ CWinWindow::CWinWindow(IWindowHost* host, TWindowKind windowKind, IModalOwner* o
     fPlacement.TakeInitialState();
     fTimerID = SetTimer(fHwnd, 0, kTimerMS, nullptr);
     if (!fTimerID) MORVANE_CHECK_LAST_ERROR();
-    if (fWindowKind == kWindowKindDocument) AcceptDroppedFiles(fHwnd);
+    if (fWindowKind == kWindowKindDocument) LetDroppedFilesIn(fHwnd);
   } catch (...) {
     DismantleNativeWindow();
     throw;

@@ -18,7 +18,7 @@ DWORD DocumentWindowStyle(TStyleFlags styleFlags) {
 }  // namespace
 
 CDocumentWindowImpl::CDocumentWindowImpl(IWindowHost* host, TStyleFlags styleFlags, bool listedInWindowMenu)
-    : CWinWindowKind(host, kWindowKindDocument, nullptr, DocumentWindowStyle(styleFlags), 0,
+    : CWinWindowKind(host, kWindowKindDocument, nullptr, DocumentWindowStyle(styleFlags), WS_EX_ACCEPTFILES,
                      (styleFlags & kWindowStyleBit23) != 0, listedInWindowMenu, true) {
   GetRegistry().CountDocumentWindow(1);
 }
