@@ -5,7 +5,6 @@
 #include <psapi.h>
 
 #include <cstdio>
-#include <cstring>
 #include <optional>
 #include <vector>
 
@@ -406,9 +405,6 @@ int RunPortableRows(int argumentCount, char** arguments) {
 
 int main(int argumentCount, char** arguments) {
   using namespace NSBench;
-  const std::size_t prefix = std::strlen(kStartOption);
-  if (argumentCount == 2 && std::strncmp(arguments[1], kStartOption, prefix) == 0)
-    return RunAsStarted(arguments[1] + prefix);
   TOptions options;
   if (!ParseOptions(argumentCount, arguments, options)) return 2;
   PrintMachine(options);

@@ -2,19 +2,13 @@
 // that "/signal:" names once it has been painted, and ends.
 #include <windows.h>
 
-#include <cstring>
-
 #include "Measure.h"
 #include "PlainWindow.h"
 
 using namespace NSBench;
 
 int main(int argumentCount, char** arguments) {
-  static constexpr char kOption[] = "/signal:";
-  const std::size_t length = std::strlen(kOption);
-  Require(argumentCount == 2 && std::strncmp(arguments[1], kOption, length) == 0, "no event is named");
-  const HANDLE event = OpenEventA(EVENT_MODIFY_STATE, FALSE, arguments[1] + length);
-  Require(event != nullptr, "the event has gone");
+  const HANDLE event = OpenSignal(argumentCount, arguments);
   CCellPainter painter(TCellText::kNone);
   CPlainWindow window(painter, Cells(kCellsInClient));
   ShowWindow(window.Hwnd(), SW_SHOWNORMAL);

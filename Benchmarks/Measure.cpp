@@ -115,6 +115,14 @@ void PrintRow(const TRowTexts& texts, const TComparison& comparison) {
   std::fflush(stdout);
 }
 
+void* OpenSignal(int argumentCount, char** arguments) {
+  const std::string given = argumentCount == 2 ? arguments[1] : "";
+  Require(given.starts_with(kSignalOption), "no event is named");
+  const HANDLE event = OpenEventA(EVENT_MODIFY_STATE, FALSE, given.c_str() + std::strlen(kSignalOption));
+  Require(event != nullptr, "the event has gone");
+  return event;
+}
+
 void Progress(const std::string& text) {
   std::fprintf(stderr, "%s\n", text.c_str());
   std::fflush(stderr);

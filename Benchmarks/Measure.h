@@ -51,6 +51,11 @@ struct TRowTexts {
 void PrintTableHead();
 void PrintRow(const TRowTexts& texts, const TComparison& comparison);
 
+// The option of a started program before the name of the event that it signals when it is ready. It looks
+// like an option of the library's command line. OpenSignal opens that event.
+inline constexpr char kSignalOption[] = "/signal:";
+void* OpenSignal(int argumentCount, char** arguments);
+
 // A line on the standard error.
 void Progress(const std::string& text);
 
