@@ -19,6 +19,13 @@ class MouseTest : public MouseFixture {
     StartOver();
   }
 
+  // Another window on top, over all views.
+  HWND Cover() {
+    const TRect frame = NativeFrame(Hwnd());
+    return CreateWindowExW(WS_EX_NOACTIVATE | WS_EX_TOPMOST, L"EDIT", L"", WS_POPUP | WS_VISIBLE, frame.fLeft,
+                           frame.fTop, 400, 400, nullptr, nullptr, nullptr, nullptr);
+  }
+
   std::map<std::string, Hook>& fHooks = fViewRecord.fHooks;
 };
 
@@ -75,11 +82,7 @@ TEST_IN_RUN(MouseTest, AViewThatFailsUnderTheMouseStopsNothing) {
 
 TEST_IN_RUN(MouseTest, AWindowOnTopTakesTheMouse) {
   HWND other = nullptr;
-  const auto cover = [&] {
-    const TRect frame = NativeFrame(Hwnd());
-    other = CreateWindowExW(WS_EX_NOACTIVATE | WS_EX_TOPMOST, L"EDIT", L"", WS_POPUP | WS_VISIBLE,
-                            frame.fLeft, frame.fTop, 400, 400, nullptr, nullptr, nullptr, nullptr);
-  };
+  const auto cover = [&] { other = Cover(); };
   OpenABCD();
   EXPECT_EQ(Tracked(kOverABC), kEnterABC);
   // The pointer over it is not this window's.
@@ -105,6 +108,39 @@ TEST_IN_RUN(MouseTest, AWindowOnTopTakesTheMouse) {
   EXPECT_EQ(Sent(WM_MOUSEMOVE) + Tracked(kNowhere), "");
   ReleaseCapture();
   EXPECT_EQ(Ticked(), "c- b- a-");
+}
+
+// A message of the mouse is a look at where the mouse is, and then at where the message says. Whoever is
+// called at the first may take the mouse from the second.
+TEST_IN_RUN(MouseTest, WhatHasChangedBetweenTwoLooks) {
+  const std::string look = "d< d+ d. d?< d?", move = "a<bc b<c c< c+ c. b+ b. a+ a. d-" + kShapesOfABC;
+  const HCURSOR cross = LoadCursorW(nullptr, IDC_CROSS);
+  OpenABCD();
+  const HWND control = MakeControl();
+  ShowWindow(control, SW_HIDE);
+  HWND other = nullptr;
+  const std::function<void()> takeAway = [=] { SetCapture(control); }, cover = [&] { other = Cover(); };
+  // While the mouse is over d, a message tells of the place where a, b and c are.
+  const auto moved = [&](const std::map<std::string, Hook>& hooks) {
+    StartOver();
+    PutUnderMouse(kOverD);
+    fHooks = hooks;
+    const LONG x = fMouse.x - kOverD.x + kOverABC.x, y = fMouse.y - kOverD.y + kOverABC.y;
+    const std::string words = ViewCallsOf([&] { Send(WM_MOUSEMOVE, 0, MAKELPARAM(x, y)); });
+    fHooks.clear();
+    ReleaseCapture();
+    if (other) DestroyWindow(std::exchange(other, nullptr));
+    return words;
+  };
+  EXPECT_EQ(moved({}), look + " " + move);
+  for (const auto& [change, exit] : {std::pair(takeAway, ""), {cover, " d-"}}) {
+    EXPECT_EQ(moved({{"d+", change}}), std::string("d< d+ d.") + exit);
+    EXPECT_EQ(moved({{"d?", change}}), look + exit);
+    EXPECT_EQ(moved({{"d?<", change}}), look + exit);
+  }
+  // The pointer is set twice. It may not be the first one any more.
+  moved({{"a.", [=] { SetCursor(cross); }}});
+  EXPECT_TRUE(PointerIsArrow());
 }
 
 namespace {

@@ -165,6 +165,12 @@ TEST_F(MouseDispatch, ViewsGoAndComeDuringAPass) {
   Tracked(kOverABC);
   fHooks = {{"e<", [this] { Move(), Tick(); }}, {"e?", [this] { Tick(); }}};
   EXPECT_EQ(Moved(), "e< e?< e? e. e?< e?");
+  Tracked(kNowhere);
+  // The end of one may change anything, also after everybody has been told.
+  int forgotten = 0;
+  fHooks = {{"e?<", Releases("e")}, {"e:x", [&] { forgotten = fForgotten; }}};
+  EXPECT_EQ(Tracked(kOverABC), "e< e+ e. e?< e? e:x");
+  EXPECT_GT(fForgotten, forgotten);
 }
 
 // The window is told of each look before it finds any views, and may change them.

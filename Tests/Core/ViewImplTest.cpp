@@ -313,6 +313,36 @@ TEST_F(ViewTest, HitsAreOutermostFirst) {
   EXPECT_EQ("Root view", hits(30, 30));
 }
 
+// What was found for a point is used again for the same point, until something has changed.
+TEST_F(ViewTest, HitsAfterEveryChange) {
+  constexpr TPoint kPoint = {30, 30};
+  BehaviorOf(fRoot).fHitRects = {fRoot.GetBounds()};
+  const auto expectHits = [&](const std::string& names) {
+    Texts found;
+    for (const TViewImplPtr& view : fRoot.HitTest(kPoint)) found.push_back(view->GetDebugName());
+    EXPECT_EQ(names, Joined(found));
+    EXPECT_EQ(names != "Root view", fRoot.HasSubViewAt(kPoint));
+  };
+  for (CViewImpl* view : {&group, &a, &b}) BehaviorOf(*view).fHitRects = {{0, 0, 900, 900}};
+  expectHits("Root view; group; a");
+  SetRect(b, {0, 0, 40, 40});
+  expectHits("Root view; group; a; b");
+  IView* const order[] = {&b, &a};
+  EXPECT_EQ(kOK, group.IView_SetSubViewOrder(order, 2));
+  expectHits("Root view; group; b; a");
+  EXPECT_EQ(kOK, a.IView_Offset(40, 0));
+  expectHits("Root view; group; b");
+  CViewImpl& c = Make(group, "c", {20, 20, 40, 40});
+  BehaviorOf(c).fHitRects = {{0, 0, 900, 900}};
+  expectHits("Root view; group; b; c");
+  EXPECT_EQ(kOK, b.IView_Release());
+  expectHits("Root view; group; c");
+  EXPECT_EQ(kOK, group.IView_Offset(-20, 0));
+  expectHits("Root view; group; a");
+  SetRect(group, {40, 40, 90, 90});
+  expectHits("Root view");
+}
+
 TEST_F(ViewTest, RectangleListThatIsNotThere) {
   struct Behavior : CDefaultViewBehavior {
     TError IViewBehavior_GetHitRects(IRectsGetter& out) override {

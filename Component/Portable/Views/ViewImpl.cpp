@@ -2,8 +2,10 @@
 #include "Component/Portable/Views/ViewImpl.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
+#include "Component/Portable/Base/LentList.h"
 #include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Surfaces/BufferBitmap.h"
 #include "Component/Portable/Views/FocusSearch.h"
@@ -206,7 +208,10 @@ bool CViewImpl::CheckInvariant() const {
 
 // --- The tree
 
-void CViewImpl::AddSubView(CViewImpl* view) { fSubViews.push_back(view); }
+void CViewImpl::AddSubView(CViewImpl* view) {
+  fSubViews.push_back(view);
+  ForgetSubViewsAt();
+}
 
 void CViewImpl::RemoveSubView(CViewImpl* view) {
   const auto found = std::find(fSubViews.begin(), fSubViews.end(), view);
@@ -215,6 +220,7 @@ void CViewImpl::RemoveSubView(CViewImpl* view) {
     MORVANE_THROW(std::logic_error(""));
   }
   fSubViews.erase(found);
+  ForgetSubViewsAt();
 }
 
 std::vector<TViewImplPtr> CViewImpl::GetSubViews() const {
@@ -246,34 +252,66 @@ void CViewImpl::CViewGlue_SetSubViewOrder(const std::vector<IView*>& subViews) {
   std::sort(sortedNew.begin(), sortedNew.end());
   if (sortedOld != sortedNew) MORVANE_THROW(std::invalid_argument(""));
   fSubViews.swap(newOrder);
+  ForgetSubViewsAt();
 }
 
 // --- Hit test
 
-std::vector<TViewImplPtr> CViewImpl::HitTest(const TPoint& point) const {
-  std::vector<TViewImplPtr> hits;
-  if (IsLive() && IsPointInRect(point, fRect)) AppendHits(TViewImplPtr(fClientsViewReference), point, hits);
+namespace {
+
+// For the views that a hit test has still to ask. Process-wide, since views belong to the main thread.
+CListMemory<TViewImplPtr> gCandidatesMemory;
+
+}  // namespace
+
+std::vector<TViewImplPtr> CViewImpl::HitTest(const TPoint& point, std::vector<TViewImplPtr> buffer) const {
+  std::vector<TViewImplPtr> hits = std::move(buffer);
+  if (!IsLive() || !IsPointInRect(point, fRect)) return hits;
+  const TViewImplPtr self = fClientsViewReference;
+  CLentList<TViewImplPtr> candidates(gCandidatesMemory);
+  AppendHits(point, hits, *candidates);
   return hits;
 }
 
 bool CViewImpl::HasSubViewAt(const TPoint& point) const {
-  return IsPointInRect(point, fRect) &&
-         std::any_of(fSubViews.begin(), fSubViews.end(), [&](const CViewImpl* subView) {
-           return IsPointInRect(point, subView->fRect) && subView->IsLive();
-         });
+  if (!IsPointInRect(point, fRect)) return false;
+  const std::vector<CViewImpl*>& subViews = FindSubViewsAt(point);
+  return std::any_of(subViews.begin(), subViews.end(),
+                     [](const CViewImpl* subView) { return subView->IsLive(); });
 }
 
-// The point must be in the rectangle of `view`. Most subviews do not contain it, and cost only one look at
-// their rectangle.
-void CViewImpl::AppendHits(const TViewImplPtr& view, const TPoint& point, std::vector<TViewImplPtr>& hits) {
-  if (view->IsHit(point)) hits.push_back(view);
-  if (!view->IsLive()) return;
-  std::vector<TViewImplPtr> subViewsUnderPoint;
-  for (const CViewImpl* subView : view->fSubViews)
-    if (IsPointInRect(point, subView->fRect) && subView->IsLive())
-      subViewsUnderPoint.push_back(subView->fClientsViewReference);
-  for (const TViewImplPtr& subView : subViewsUnderPoint)
-    if (subView->IsLive()) AppendHits(subView, point, hits);
+// The point must be in the rectangle of this view, and the caller holds the view. `candidates` is a stack.
+void CViewImpl::AppendHits(const TPoint& point, std::vector<TViewImplPtr>& hits,
+                           std::vector<TViewImplPtr>& candidates) const {
+  if (IsHit(point)) hits.push_back(fClientsViewReference);
+  if (!IsLive() || fSubViews.empty()) return;
+  const std::size_t begin = candidates.size();
+  for (const CViewImpl* subView : FindSubViewsAt(point))
+    if (subView->IsLive()) candidates.push_back(subView->fClientsViewReference);
+  const std::size_t end = candidates.size();
+  for (std::size_t i = begin; i < end; ++i)
+    if (const CViewImpl& subView = *candidates[i]; subView.IsLive())
+      subView.AppendHits(point, hits, candidates);
+  candidates.resize(begin);
+}
+
+// Between two movements of the mouse, and within one message, the views are looked for at the same point
+// again and again.
+const std::vector<CViewImpl*>& CViewImpl::FindSubViewsAt(const TPoint& point) const {
+  if (!fSubViewsAt) fSubViewsAt = std::make_unique<TSubViewsAt>();
+  TSubViewsAt& found = *fSubViewsAt;
+  if (found.fIsKnown && found.fPoint.fX == point.fX && found.fPoint.fY == point.fY) return found.fSubViews;
+  found.fIsKnown = false;
+  found.fSubViews.clear();
+  for (CViewImpl* subView : fSubViews)
+    if (IsPointInRect(point, subView->fRect)) found.fSubViews.push_back(subView);
+  found.fPoint = point;
+  found.fIsKnown = true;
+  return found.fSubViews;
+}
+
+void CViewImpl::ForgetSubViewsAt() const {
+  if (fSubViewsAt) fSubViewsAt->fIsKnown = false;
 }
 
 // A view that fails to answer is not hit. The mouse must get to the other views all the same, and what the

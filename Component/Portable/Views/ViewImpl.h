@@ -89,7 +89,8 @@ class CViewImpl : public CViewGlue, CNotCopied {
   // Throws std::logic_error if it is not in the list.
   void RemoveSubView(CViewImpl* view);
   // The live views of this subtree that have a hit rectangle at the point, from the outermost to the topmost.
-  std::vector<TViewImplPtr> HitTest(const TPoint& point) const;
+  // The result takes over the memory of `buffer`, which must be empty.
+  std::vector<TViewImplPtr> HitTest(const TPoint& point, std::vector<TViewImplPtr> buffer = {}) const;
   // Whether one of the subviews has the point in its rectangle; if not, HitTest finds nothing below this
   // view. Calls no behaviour.
   bool HasSubViewAt(const TPoint& point) const;
@@ -148,6 +149,13 @@ class CViewImpl : public CViewGlue, CNotCopied {
     std::unique_ptr<CRegion> fDirtyRegion;
   };
 
+  // The subviews, also those that have been released, whose rectangles contain a point.
+  struct TSubViewsAt {
+    TPoint fPoint = {0, 0};
+    bool fIsKnown = false;
+    std::vector<CViewImpl*> fSubViews;
+  };
+
   static bool IsPermanentMode(TViewDrawMode mode) {
     return mode == kViewDrawPermanent16 || mode == kViewDrawPermanent32;
   }
@@ -166,7 +174,11 @@ class CViewImpl : public CViewGlue, CNotCopied {
   bool HasHeardEnabled() const;
   bool HasFocus() const;
   bool IsHit(const TPoint& point) const;
-  static void AppendHits(const TViewImplPtr& view, const TPoint& point, std::vector<TViewImplPtr>& hits);
+  void AppendHits(const TPoint& point, std::vector<TViewImplPtr>& hits,
+                  std::vector<TViewImplPtr>& candidates) const;
+  const std::vector<CViewImpl*>& FindSubViewsAt(const TPoint& point) const;
+  // Called when a subview comes, goes or moves.
+  void ForgetSubViewsAt() const;
 
   // Bounds
   void BoundsChanged(const TRect& oldRect);
@@ -200,9 +212,10 @@ class CViewImpl : public CViewGlue, CNotCopied {
   IWindow* fMotherWindow;
   TViewImplPtr fSuperView;  // a super view lives as long as its subviews
   std::vector<CViewImpl*> fSubViews;
-  bool fIsVisibleInTree;       // only passed on to subviews
-  bool fIsEffectivelyEnabled;  // whether all super views are enabled
-  bool fToldOwnEnabled;        // what the behaviour was last told
+  mutable std::unique_ptr<TSubViewsAt> fSubViewsAt;  // of the last point that was asked for; null at first
+  bool fIsVisibleInTree;                             // only passed on to subviews
+  bool fIsEffectivelyEnabled;                        // whether all super views are enabled
+  bool fToldOwnEnabled;                              // what the behaviour was last told
   bool fToldAncestorsEnabled;
   std::unique_ptr<CRegion> fCollapsedDirtyRegion;              // permanent modes only
   boost::shared_ptr<CBufferBitmap> fPermanentOffscreenBitmap;  // permanent modes only

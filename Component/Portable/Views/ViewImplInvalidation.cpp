@@ -105,6 +105,7 @@ void CViewImpl::SetBounds(const TRect& rect) {
   if (IsPermanentMode(fDrawMode) && !(BufferSize(rect) == BufferSize(oldRect)))
     newBuffer = MakePermanentBuffer(fDrawMode, rect);
   fRect = rect;
+  if (fSuperView) fSuperView->ForgetSubViewsAt();
   if (newBuffer.fBitmap)
     SetPermanentBuffer(std::move(newBuffer));
   else if (fAutoInvalidation == kAutoInvalidationNone && fSubViews.empty() && HaveSameSize(rect, oldRect))
@@ -250,6 +251,7 @@ void CViewImpl::MoveSubtree(std::int32_t dx, std::int32_t dy, CViewImpl& around,
   const TRect oldRect = fRect;
   const TPoint distance = LimitOffset(oldRect, dx, dy);
   fRect = OffsetRectBy(oldRect, distance.fX, distance.fY);
+  if (fSuperView) fSuperView->ForgetSubViewsAt();
   MoveDirtyRegion(distance.fX, distance.fY);
   if (!handled) {
     switch (ResolveAutoInvalidation(oldRect)) {

@@ -54,11 +54,8 @@ bool IsSameView(const boost::weak_ptr<CViewImpl>& a, const TViewImplPtr& b) {
 }
 
 // The views as the client gets them.
-std::vector<IView*> ClientViews(const TViews& views) {
-  std::vector<IView*> result;
-  result.reserve(views.size());
-  for (const TViewImplPtr& view : views) result.push_back(view.get());
-  return result;
+void AppendClientViews(const TViews& views, std::vector<IView*>& list) {
+  for (const TViewImplPtr& view : views) list.push_back(view.get());
 }
 
 // Sets the views in front of the one at `index`, in a TMouseEvent or a TMouseShapeRequest.
@@ -93,13 +90,13 @@ void ToNormalClick(TMouseEvent& event) {
 
 // --- The views under the mouse
 
-TViews CMouseDispatch::FindTrackableViews(const TPoint& point) {
+// `outViews` is empty.
+void CMouseDispatch::FindTrackableViews(const TPoint& point, TViews& outViews) {
   const CViewImpl& rootView = fWindow.IMouseWindow_GetRootView();
   // Without a view at the point, it does not matter what lies on top of the window.
-  if (!rootView.HasSubViewAt(point) || !fWindow.IMouseWindow_IsOnTopAt(point)) return TViews();
-  TViews hitViews = rootView.HitTest(point);
-  std::erase_if(hitViews, [](const TViewImplPtr& view) { return !view->IsMouseTrackable(); });
-  return hitViews;
+  if (!rootView.HasSubViewAt(point) || !fWindow.IMouseWindow_IsOnTopAt(point)) return;
+  outViews = rootView.HitTest(point, std::move(outViews));
+  std::erase_if(outViews, [](const TViewImplPtr& view) { return !view->IsMouseTrackable(); });
 }
 
 // --- Tracking
@@ -108,8 +105,8 @@ namespace {
 
 // The pass from the root to the front. Returns the index of the view that claims the event from those in
 // front of it, or of the front-most view if none does.
-std::ptrdiff_t RunPreTrackingPass(const TViews& hitViews, TMouseTracking record) {
-  const std::vector<IView*> clientViews = ClientViews(hitViews);
+std::ptrdiff_t RunPreTrackingPass(const TViews& hitViews, const std::vector<IView*>& clientViews,
+                                  TMouseTracking record) {
   std::ptrdiff_t nodeViewIndex = static_cast<std::ptrdiff_t>(hitViews.size()) - 1;
   MORVANE_ASSERT((nodeViewIndex >= 0) && (static_cast<std::vector<TViewImplPtr>::size_type>(nodeViewIndex) < hitViews.size()));
   for (std::size_t i = 0; i < hitViews.size(); ++i) {
@@ -171,12 +168,16 @@ void CMouseDispatch::CheckTracking(const TPoint& point) {
   try {
     fWindow.IMouseWindow_OnLook(point);
     std::optional<CForgetScope> forgetScope;
-    const TViews hitViews = FindTrackableViews(point);
+    TViewList hitViews(fListMemory);
+    FindTrackableViews(point, *hitViews);
     std::erase_if(fLastHitViews, [](const auto& view) { return view.expired(); });
-    if (std::equal(fLastHitViews.begin(), fLastHitViews.end(), hitViews.begin(), hitViews.end(), IsSameView))
+    if (std::equal(fLastHitViews.begin(), fLastHitViews.end(), hitViews->begin(), hitViews->end(),
+                   IsSameView))
       return;
-    forgetScope.emplace(fWindow);
     DispatchMove(fWindow.IMouseWindow_Sample(point));
+    // A view that has been released meanwhile ends with the list.
+    if (!std::all_of(hitViews->begin(), hitViews->end(), [](const auto& view) { return view->IsLive(); }))
+      forgetScope.emplace(fWindow);
   } catch (...) {
     MORVANE_RETHROW();
   }
@@ -194,27 +195,31 @@ void CMouseDispatch::DispatchTracking(const TMouseTracking& event) {
   if (fWindow.IMouseWindow_GetHolder() != TMouseHolder::kNobody) return;
 
   std::optional<CForgetScope> forgetScope;
-  const TViews hitViews = FindTrackableViews(event.fState.fPosition);
+  TViewList hitList(fListMemory);
+  FindTrackableViews(event.fState.fPosition, *hitList);
+  const TViews& hitViews = *hitList;
   fLastHitViews.assign(hitViews.begin(), hitViews.end());
   if (hitViews.empty() && fInsideViews.empty()) return;
   forgetScope.emplace(fWindow);
   // The views that take part in the normal pass.
-  TViews newInsideViews;
+  TViewList newInsideViews(fListMemory);
   if (!hitViews.empty()) {
-    const std::ptrdiff_t nodeViewIndex = RunPreTrackingPass(hitViews, event);
+    CLentList<IView*> clientViews(fClientListMemory);
+    AppendClientViews(hitViews, *clientViews);
+    const std::ptrdiff_t nodeViewIndex = RunPreTrackingPass(hitViews, *clientViews, event);
     const std::ptrdiff_t rootViewIndex = RunNormalTrackingPass(hitViews, nodeViewIndex, fInsideViews, event);
     MORVANE_ASSERT(nodeViewIndex >= rootViewIndex);
-    newInsideViews.assign(hitViews.begin() + rootViewIndex, hitViews.begin() + nodeViewIndex + 1);
+    newInsideViews->assign(hitViews.begin() + rootViewIndex, hitViews.begin() + nodeViewIndex + 1);
   }
-  SendExits(newInsideViews);
+  SendExits(*newInsideViews);
 }
 
 void CMouseDispatch::SendExits(const TViews& newInsideViews) {
   // A view that is released in the exit callback of another view still gets its own exit.
-  TViews oldInsideViews;
+  TViewList oldInsideViews(fListMemory);
   for (const boost::weak_ptr<CViewImpl>& inside : fInsideViews)
-    if (const TViewImplPtr view = inside.lock()) oldInsideViews.push_back(view);
-  for (auto view = oldInsideViews.rbegin(); view != oldInsideViews.rend(); ++view) {
+    if (const TViewImplPtr view = inside.lock()) oldInsideViews->push_back(view);
+  for (auto view = oldInsideViews->rbegin(); view != oldInsideViews->rend(); ++view) {
     IViewBehavior* const behavior = (*view)->GetBehavior();
     if (!behavior || std::find(newInsideViews.begin(), newInsideViews.end(), *view) != newInsideViews.end())
       continue;
@@ -251,7 +256,9 @@ std::unique_ptr<IMouseShape> CMouseDispatch::AskForShape(const TMouseShapeReques
   if (fWindow.IMouseWindow_GetHolder() != TMouseHolder::kNobody) return nullptr;
 
   std::optional<CForgetScope> forgetScope;
-  const TViews hitViews = FindTrackableViews(request.fPosition);
+  TViewList hitList(fListMemory);
+  FindTrackableViews(request.fPosition, *hitList);
+  const TViews& hitViews = *hitList;
   if (hitViews.empty()) return nullptr;
   forgetScope.emplace(fWindow);
   // The answer of the last view that was asked counts, whether it has handled the request or not.
@@ -304,7 +311,8 @@ void CMouseDispatch::DispatchRelease(const TMouseEvent& event) {
 // views that the click reaches until one handles it.
 bool CMouseDispatch::PreClick(TMouseEvent& event, const TViews& hitViews) {
   ToPreClick(event);
-  const std::vector<IView*> clientViews = ClientViews(hitViews);
+  CLentList<IView*> clientViews(fClientListMemory);
+  AppendClientViews(hitViews, *clientViews);
   CViewImpl* focusTarget = nullptr;
   bool changeFocus = false;
   bool isHandled = false;
@@ -316,7 +324,7 @@ bool CMouseDispatch::PreClick(TMouseEvent& event, const TViews& hitViews) {
         changeFocus = true;
         focusTarget = &view;
       }
-      SetViewsInFront(event, clientViews, i);
+      SetViewsInFront(event, *clientViews, i);
       if (const std::uint32_t numViews = event.fViewCount; event.fViews) MORVANE_ASSERT(numViews > 0);
       IViewBehavior* const behavior = view.GetBehavior();
       if (!behavior) return false;

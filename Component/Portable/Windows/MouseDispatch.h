@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "Component/Portable/Base/LentList.h"
 #include "Component/Portable/Base/Scopes.h"
 #include "Component/Portable/Views/ViewImpl.h"
 #include "Component/Portable/Windows/WindowFocus.h"
@@ -72,9 +73,10 @@ class CMouseDispatch : CNotCopied {
 
  private:
   using TViews = std::vector<TViewImplPtr>;
+  using TViewList = CLentList<TViewImplPtr>;
   using TWeakViews = std::vector<boost::weak_ptr<CViewImpl>>;
 
-  TViews FindTrackableViews(const TPoint& point);
+  void FindTrackableViews(const TPoint& point, TViews& outViews);
   void DispatchTracking(const TMouseTracking& event);
   void SendExits(const TViews& newInsideViews);
   std::unique_ptr<IMouseShape> AskForShape(const TMouseShapeRequest& request);
@@ -85,6 +87,8 @@ class CMouseDispatch : CNotCopied {
   IMouseWindow& fWindow;
   CWindowFocus& fFocus;
   boost::shared_ptr<IMouseCapture> fCapture;
+  CListMemory<TViewImplPtr> fListMemory;
+  CListMemory<IView*> fClientListMemory;
   TWeakViews fInsideViews;   // the views that the mouse has entered
   TWeakViews fLastHitViews;  // the views that were under it at the last tracking
   bool fIsChecking = false;

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Component/Portable/Base/Scopes.h"
 #include "Component/Win/Platform/UtilsWin.h"
 
 namespace NSMorvane {
@@ -91,11 +92,17 @@ std::optional<POINT> GetCursorForMessage(const TWinMessage& message) {
 void CMouseGlance::Forget() {
   fIsOver.reset();
   fCaptureWindow.reset();
+  fShownCursor = nullptr;
+}
+
+void CMouseGlance::OnMessage(UINT message) {
+  if (!fIsAsking || message != WM_NCHITTEST) Forget();
 }
 
 bool CMouseGlance::IsOver(HWND hwnd, const TPoint& point) {
   if (!fIsOver || fPoint.fX != point.fX || fPoint.fY != point.fY) {
     fIsOver.reset();
+    const CFlagScope scope(fIsAsking);
     fIsOver = IsMouseOverWindow(hwnd, point);
     fPoint = point;
   }
@@ -105,6 +112,12 @@ bool CMouseGlance::IsOver(HWND hwnd, const TPoint& point) {
 HWND CMouseGlance::GetCaptureWindow() {
   if (!fCaptureWindow) fCaptureWindow = GetCapture();
   return *fCaptureWindow;
+}
+
+void CMouseGlance::ShowCursor(HCURSOR cursor) {
+  if (cursor == fShownCursor) return;
+  SetCursor(cursor);
+  fShownCursor = cursor;
 }
 
 }  // namespace NSMorvane

@@ -34,19 +34,26 @@ class CDispatchScope : CNotCopied {
 // The position of the mouse on the screen while a message is handled; empty if it cannot be read.
 std::optional<POINT> GetCursorForMessage(const TWinMessage& message);
 
-// The answers that a window keeps while it handles one message. They are forgotten when a client is called,
-// who may change them. What changes while a view tells its hit rectangles is noticed with the next message.
+// What a window knows of the mouse while it handles one message. It is forgotten when a client is called, who
+// may change it. What changes while a view tells its hit rectangles is noticed with the next message.
 class CMouseGlance {
  public:
   void Forget();
+  // Called at the beginning of each message. To find the window under the mouse the system sends one to this
+  // window too, in the middle of another; with that one nothing has changed.
+  void OnMessage(UINT message);
   bool IsOver(HWND hwnd, const TPoint& point);
   // Null: nobody has captured the mouse.
   HWND GetCaptureWindow();
+  // Makes it the pointer, unless it is that already.
+  void ShowCursor(HCURSOR cursor);
 
  private:
   std::optional<bool> fIsOver;
   TPoint fPoint = {0, 0};
   std::optional<HWND> fCaptureWindow;
+  HCURSOR fShownCursor = nullptr;  // null: not known
+  bool fIsAsking = false;          // which window is under the mouse
 };
 
 }  // namespace NSMorvane

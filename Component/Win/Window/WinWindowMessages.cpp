@@ -409,7 +409,7 @@ LRESULT CWinWindow::AnswerQueryEndSession() {
 }
 
 void CWinWindow::PreDispatch(const TWinMessage& message) {
-  fMouse.ForgetAnswers();
+  fMouse.OnMessage(message.fMessage);
   if (message.fMessage == WM_CAPTURECHANGED && fMouse.IsCaptured()) fMouse.OnCaptureLost();
   if (message.fMessage == WM_THEMECHANGED) {
     IMorvaneRunBehavior* const behavior = fHost->GetBehavior();

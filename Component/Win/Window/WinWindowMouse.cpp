@@ -119,7 +119,7 @@ void CWinWindowMouse::IMouseWindow_ShowShape(const IMouseShape* shape, const TPo
   // No view gives a shape when the mouse has left the window: the pointer is another window's then, or the
   // frame's.
   if (!shape && (fIsOverControl || !IsOverClientArea(position))) return;
-  if (!gOverrideCursor && fCursor) SetCursor(fCursor);
+  if (!gOverrideCursor && fCursor) fGlance.ShowCursor(fCursor);
 }
 
 bool CWinWindowMouse::IsOverClientArea(const TPoint& position) {
@@ -135,7 +135,7 @@ bool CWinWindowMouse::OnSetCursor(WORD hitTest) {
   else if (hitTest == HTCLIENT)
     cursor = gOverrideCursor ? gOverrideCursor : fCursor;
   if (hitTest != HTGROWBOX && !cursor) return false;
-  SetCursor(cursor);
+  fGlance.ShowCursor(cursor);
   return true;
 }
 

@@ -29,7 +29,9 @@ class CWinWindowMouse : private IMouseWindow, CNotCopied {
   const CMouseDispatch& GetDispatch() const { return fDispatch; }
   bool IsCaptured() const { return fDispatch.GetCapture() != nullptr; }
 
-  // Called at the beginning of each message, and after calls that may have changed what the system answers.
+  // Called at the beginning of each message.
+  void OnMessage(UINT message) { fGlance.OnMessage(message); }
+  // Called after calls that may have changed what the system answers.
   void ForgetAnswers() { fGlance.Forget(); }
 
   // --- Messages; positions are in client coordinates, unless told otherwise
