@@ -163,7 +163,7 @@ void CMouseDispatch::DispatchMove(const TMouseTracking& event) {
 }
 
 void CMouseDispatch::CheckTracking(const TPoint& point) {
-  if (fIsChecking || fCapture) return;
+  if (!CanCheckTracking()) return;
   const CFlagScope scope(fIsChecking);
   try {
     fWindow.IMouseWindow_OnLook(point);
@@ -239,7 +239,7 @@ void CMouseDispatch::RefreshShape(const TMouseShapeRequest& request) {
   if (fIsRefreshingShape) return;
   const CFlagScope scope(fIsRefreshingShape);
   const std::unique_ptr<IMouseShape> shape = AskForShape(request);
-  if (shape || fWindow.IMouseWindow_GetHolder() == TMouseHolder::kNobody)
+  if (shape || (!fCapture && fWindow.IMouseWindow_GetHolder() == TMouseHolder::kNobody))
     fWindow.IMouseWindow_ShowShape(shape.get(), request.fPosition);
 }
 

@@ -54,6 +54,8 @@ class CMouseDispatch : CNotCopied {
   void DispatchMove(const TMouseTracking& event);
   // Called while the mouse rests: another view may have come under it.
   void CheckTracking(const TPoint& point);
+  // If not, it would do nothing: a capture is in force, or such a check is under way.
+  bool CanCheckTracking() const { return !fIsChecking && !fCapture; }
   // A press, or a context click.
   void DispatchClick(TMouseEvent event);
   void DispatchRelease(const TMouseEvent& event);

@@ -417,7 +417,8 @@ void CWinWindow::PreDispatch(const TWinMessage& message) {
   }
   // Asking for the position of the mouse is costly, and only these messages need it.
   const bool isTick = message.fMessage == WM_TIMER;
-  if (!(isTick || CanMoveViewsUnderMouse(message.fMessage)) || !IsVisible()) return;
+  const bool isLook = CanMoveViewsUnderMouse(message.fMessage) && fMouse.CanCheckTracking();
+  if (!(isTick || isLook) || !IsVisible()) return;
   if (const std::optional<POINT> cursor = GetCursorForMessage(message)) {
     const TPoint mouse = ScreenToClientChecked(fHwnd, FromNative(*cursor));
     fMouse.CheckTracking(mouse);

@@ -58,6 +58,7 @@ class CWinWindowMouse : private IMouseWindow, CNotCopied {
 
   // Called after anything that may have moved another view under the mouse.
   void CheckTracking(const TPoint& position) { fDispatch.CheckTracking(position); }
+  bool CanCheckTracking() const { return fDispatch.CanCheckTracking(); }
   // Asks the views for the mouse shape and shows it.
   void RefreshShape(const TMouseShapeRequest& request);
 
