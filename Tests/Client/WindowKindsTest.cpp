@@ -220,6 +220,17 @@ TEST_IN_RUN(WindowKindsTest, ListsByKindFrontWindowFirst) {
            Listed(&IMorvane::IMorvane_GetModalDialogsZ) + "|" +
            Listed(&IMorvane::IMorvane_GetFloatingWindowsZ);
   };
+  // One that the client has put into another window is in no list, as long as it is there.
+  Do("+doc0");
+  const HWND holder = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 400, 400, nullptr,
+                                      nullptr, nullptr, nullptr);
+  SetParent(HwndOf("doc0"), holder);
+  EXPECT_EQ(lists(), "|||");
+  SetParent(HwndOf("doc0"), nullptr);
+  EXPECT_EQ(lists(), "doc0|||");
+  DestroyWindow(holder);
+  Do("-doc0");
+
   Do("+doc1 +modeless1 +floating1 +doc2 +modeless2 +floating2");
   EXPECT_EQ(lists(), "doc2 doc1|modeless2 modeless1||floating2 floating1");
   Do("^doc1 ^modeless1 ^floating1");

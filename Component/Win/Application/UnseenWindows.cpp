@@ -29,8 +29,9 @@ CUnseenWindow::CUnseenWindow(const wchar_t* className, WNDPROC procedure, HICON 
   description.lpszClassName = className;
   fClass = ::RegisterClassExW(&description);
   if (fClass) {
-    fHwnd = ::CreateWindowExW(WS_EX_WINDOWEDGE, MAKEINTATOM(fClass), L"", WS_DISABLED, 0, 0, 0, 0,
-                              HWND_MESSAGE, nullptr, module, nullptr);
+    // Without a frame, whose size some systems work out from the monitors at great cost.
+    fHwnd = ::CreateWindowExW(0, MAKEINTATOM(fClass), L"", WS_POPUP | WS_DISABLED, 0, 0, 0, 0, HWND_MESSAGE,
+                              nullptr, module, nullptr);
     if (fHwnd) return;
   }
   MORVANE_UNREACHED();

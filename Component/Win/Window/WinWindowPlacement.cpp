@@ -288,6 +288,7 @@ void CWinWindowPlacement::MoveNativeWindow(const TWindowPlacement& newWindowPlac
 void CWinWindowPlacement::LimitSizes(MINMAXINFO& info) const {
   const TSize& minimum = fState.fMinimumClientSize;
   const TSize& maximum = fState.fMaximumClientSize;
+  if (minimum == TSize{} && maximum == TSize{}) return;
   const TFrameInsets insets = GetFrameInsets();
   const TSize minimumFrame = ClientSizeToFrameSize(minimum, insets);
   const TSize maximumFrame = ClientSizeToFrameSize(maximum, insets);

@@ -9,6 +9,13 @@
 
 namespace NSMorvane {
 
+namespace {
+
+// A client may have put its window into another one.
+bool IsTopLevel(HWND hwnd) { return GetAncestor(hwnd, GA_PARENT) == GetDesktopWindow(); }
+
+}  // namespace
+
 void CWindowRegistry::MakeRoomForOne() { fWindows.reserve(fWindows.size() + 1); }
 
 void CWindowRegistry::Add(const boost::shared_ptr<CWinWindow>& window) { fWindows.push_back(window); }
@@ -88,8 +95,14 @@ std::vector<HWND> CWindowRegistry::GetShownHwndsZ() const {
 
 CWindowRegistry::TWindows CWindowRegistry::GetVisibleWindowsZ() const {
   TWindows windows;
+  std::vector<HWND> handles;
+  for (const boost::shared_ptr<CWinWindow>& window : GetWindows())
+    if (IsWindowVisible(window->GetHwnd())) handles.push_back(window->GetHwnd());
+  // A single window needs no order, for which the windows have to be listed.
+  const bool isOrdered = handles.size() < 2 && std::ranges::all_of(handles, IsTopLevel);
   // All windows of the library belong to one thread.
-  for (const HWND hwnd : GetThreadWindowsZ()) {
+  if (!isOrdered) handles = GetThreadWindowsZ();
+  for (const HWND hwnd : handles) {
     const CWinWindow* const window = IsWindowVisible(hwnd) && !IsWindowList(hwnd) ? Find(hwnd) : nullptr;
     if (window && !IsHidden(hwnd)) windows.push_back(window->GetClientsWindowReference());
   }
