@@ -118,9 +118,15 @@ void CWinWindowPainting::DrawRootView(COffscreenContext& buffer, const CRegion& 
 
 // --- Invalidation
 
+// A hidden native window has no update region, and all of it is dirty when it is shown. Asked all the same,
+// for each of many views that end with their window or are made before it is shown, the system takes its time
+// to do nothing.
+bool CWinWindowPainting::CanBeDirty() const { return IsWindowVisible(fWindow.fHwnd) != FALSE; }
+
 void CWinWindowPainting::InvalidateRect(const TRect& rect) {
   if (fWindow.fHost->GetDebugSettings().fDrawInvalidationBlue && !IsEmptyRect(rect))
     FlashInvalidation({rect});
+  if (!CanBeDirty()) return;
   const RECT nativeRect = ToNative(rect);
   ::InvalidateRect(fWindow.fHwnd, &nativeRect, FALSE);
 }
@@ -128,7 +134,7 @@ void CWinWindowPainting::InvalidateRect(const TRect& rect) {
 void CWinWindowPainting::InvalidateRegion(const CRegion& region) {
   if (region.IsEmpty()) return;
   if (fWindow.fHost->GetDebugSettings().fDrawInvalidationBlue) FlashInvalidation(region.GetRects());
-  ::InvalidateRgn(fWindow.fHwnd, region.GetNativeRegion(), FALSE);
+  if (CanBeDirty()) ::InvalidateRgn(fWindow.fHwnd, region.GetNativeRegion(), FALSE);
 }
 
 // --- Debug layers

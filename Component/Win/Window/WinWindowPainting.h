@@ -33,6 +33,7 @@ class CWinWindowPainting : CNotCopied {
   const CPaintSamples& GetSamples() const { return fSamples; }
 
  private:
+  bool CanBeDirty() const;
   void PaintOn(CPaintContext& target);
   void FillBackground(COffscreenContext& buffer);
   void DrawRootView(COffscreenContext& buffer, const CRegion& region);
