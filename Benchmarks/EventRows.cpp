@@ -1,6 +1,7 @@
 #include "EventRows.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -91,8 +92,10 @@ class CPlainRects {
     ScreenToClient(hwnd, &cursor);
     const RECT* const rectUnderCursor = Find(hwnd, cursor);
     if (GetCapture()) return;
-    const RECT* const rect = Find(hwnd, {LOWORD(lParam), HIWORD(lParam)});
-    if (rect && rect != rectUnderCursor) ++fHits;
+    const POINT point = {LOWORD(lParam), HIWORD(lParam)};
+    const bool isAtCursor = point.x == cursor.x && point.y == cursor.y;
+    const RECT* const rect = isAtCursor ? rectUnderCursor : Find(hwnd, point);
+    if (rect && rect != std::exchange(fLast, rect)) ++fHits;
   }
   std::uint64_t TakeHits() { return std::exchange(fHits, 0); }
 
@@ -106,6 +109,7 @@ class CPlainRects {
     return rect == fRects.rend() ? nullptr : &*rect;
   }
   std::vector<RECT> fRects;
+  const RECT* fLast = nullptr;
   std::uint64_t fHits = 0;
 };
 
@@ -116,6 +120,43 @@ double RateOf(const std::function<double()>& measure, const std::function<std::u
   Require(takeCount() > 0, "nobody was told of the messages");
   return rate;
 }
+
+// Moves the pointer by the display server, over cells that all counts have, while this program goes on.
+class CMover {
+ public:
+  static constexpr int kPositions = 200;
+
+  static std::string Program() { return "Z:\\usr\\bin\\xdotool"; }
+  static bool IsThere() { return GetFileAttributesA(Program().c_str()) != INVALID_FILE_ATTRIBUTES; }
+
+  explicit CMover(HWND hwnd) {
+    std::string command = Program();
+    for (int i = 0; i < kPositions; ++i) {
+      fLast = {3 + (i % 30) * kCellWidth, 30};
+      ClientToScreen(hwnd, &fLast);
+      command += " mousemove " + std::to_string(fLast.x) + " " + std::to_string(fLast.y) + " sleep 0.005";
+    }
+    STARTUPINFOA startup = {};
+    startup.cb = sizeof(startup);
+    PROCESS_INFORMATION process = {};
+    Require(CreateProcessA(Program().c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                           &startup, &process) != 0,
+            "the pointer's mover does not start");
+    // A program of the host has no handle here.
+    if (process.hThread) CloseHandle(process.hThread);
+    if (process.hProcess) CloseHandle(process.hProcess);
+    fEarliestEnd = Now() + kPositions * 0.005;
+  }
+  // The pointer rests where it was sent last. It comes there a few times on the way.
+  bool HasEnded() const {
+    POINT cursor;
+    return Now() > fEarliestEnd && GetCursorPos(&cursor) && cursor.x == fLast.x && cursor.y == fLast.y;
+  }
+
+ private:
+  POINT fLast = {};
+  double fEarliestEnd = 0;
+};
 
 class CEventRows {
  public:
@@ -141,6 +182,32 @@ class CEventRows {
                             PlainSample(plain, measure, [&] { return rects.TakeHits(); })));
   }
 
+  // Microseconds for each position of the pointer in turn, which the display server moves from view to view.
+  // Ticks of the library's timer that fall between count too.
+  void MeasureRealMoves(const TRowTexts& texts, int viewCount) {
+    if (!fOptions.Wants(texts.fName)) return;
+    Progress(texts.fName);
+    if (!CMover::IsThere()) return Progress("  needs " + CMover::Program());
+    CEventScene scene(fMorvane, viewCount, false);
+    CPlainRects rects(viewCount);
+    CPlainEventWindow plain(
+        [&](UINT message, LPARAM lParam) {
+          if (message == WM_MOUSEMOVE) rects.OnMove(plain.Hwnd(), lParam);
+        },
+        false);
+    PrintRow(texts, Compare(fOptions,
+                            TimeMoves([&] { return scene.Hwnd(); },
+                                      [&] { ThrowIfFailed(fMorvane.IMorvane_Yield()); },
+                                      [&] { return scene.TakeCount(); }),
+                            [&] {
+                              plain.Show(true);
+                              const double result = TimeMoves([&] { return plain.Hwnd(); }, PumpPlainMessages,
+                                                              [&] { return rects.TakeHits(); })();
+                              plain.Show(false);
+                              return result;
+                            }));
+  }
+
   // `send` sends to a window with nested views, and to one whose procedure does nothing.
   void MeasureNested(const TRowTexts& texts, const std::function<void(HWND)>& send) {
     if (!fOptions.Wants(texts.fName)) return;
@@ -155,24 +222,43 @@ class CEventRows {
     if (!fOptions.Wants(texts.fName)) return;
     Progress(texts.fName);
     CEventScene scene(fMorvane, viewCount, false);
+    // One in a turn, since two timer messages of a window end IMorvane_Yield.
     const auto measure = [&](HWND hwnd, const std::function<void()>& pump) {
-      constexpr int kTicks = 50;
-      return kTicks * FramesPerSecond(fOptions.fSampleSeconds, [&] {
-               for (int i = 0; i < kTicks; ++i) PostMessageW(hwnd, WM_TIMER, 0, 0);
-               pump();
-             });
+      return FramesPerSecond(fOptions.fSampleSeconds, [&] {
+        PostMessageW(hwnd, WM_TIMER, 0, 0);
+        pump();
+      });
     };
     MeasureAgainstEmpty(
         texts, [&] { return measure(scene.Hwnd(), [&] { ThrowIfFailed(fMorvane.IMorvane_Yield()); }); },
-        [&](HWND hwnd) {
-          return measure(hwnd, [&] {
-            MSG message;
-            while (PeekMessageW(&message, hwnd, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
-          });
-        });
+        [&](HWND hwnd) { return measure(hwnd, PumpPlainMessages); });
   }
 
  private:
+  static void PumpPlainMessages() {
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+  }
+  TSample TimeMoves(const std::function<HWND()>& hwnd, const std::function<void()>& pump,
+                    const std::function<std::uint64_t()>& takeCount) {
+    return [=] {
+      pump();
+      takeCount();
+      const CMover mover(hwnd());
+      const double deadline = Now() + 30;
+      double spent = 0;
+      while (!mover.HasEnded()) {
+        Require(Now() < deadline, "the pointer does not move");
+        MsgWaitForMultipleObjectsEx(0, nullptr, 20, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+        const double start = Now();
+        pump();
+        spent += Now() - start;
+      }
+      Require(takeCount() >= CMover::kPositions * 9 / 10, "nine of ten positions are told");
+      return spent * 1e6 / CMover::kPositions;
+    };
+  }
+
   // Gives a rate of the messages that it sends to a window.
   using TMeasure = std::function<double(HWND hwnd)>;
 
@@ -214,6 +300,10 @@ void MeasureEvents(IMorvane& morvane, const TOptions& options) {
       {"move-100", "Mouse moves over 100 trackable views; plain with a list of rectangles", "", kRate}, 100);
   rows.MeasureMoves({"move", "The same with 1,000 views", "", kRate}, 1000);
   rows.MeasureMoves({"move-10000", "The same with 10,000 views", "", kRate}, 10000);
+  rows.MeasureRealMoves(
+      {"move-real", "The pointer really moved, to 200 places, 5 ms each, over 1,000 trackable views", "",
+       "us"},
+      1000);
   rows.MeasureNested(
       {"click", "A press and a release over 20 nested views; an empty procedure", "", "clicks/s"},
       [](HWND hwnd) {
