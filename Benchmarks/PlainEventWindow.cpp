@@ -12,7 +12,7 @@ constexpr DWORD kStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU;
 
 }  // namespace
 
-CPlainEventWindow::CPlainEventWindow(THandler handler, bool isShown) : fHandler(std::move(handler)) {
+CPlainEventWindow::CPlainEventWindow(THandler handler, bool isOpened) : fHandler(std::move(handler)) {
   WNDCLASSEXW windowClass = {};
   windowClass.cbSize = sizeof(windowClass);
   windowClass.lpfnWndProc = WindowProc;
@@ -26,7 +26,7 @@ CPlainEventWindow::CPlainEventWindow(THandler handler, bool isShown) : fHandler(
   fHwnd = CreateWindowExW(0, kClassName, L"Plain", kStyle, 30, 30, frame.right - frame.left,
                           frame.bottom - frame.top, nullptr, nullptr, windowClass.hInstance, this);
   Require(fHwnd != nullptr, "no plain window");
-  if (isShown) Show(true);
+  if (isOpened) OpenPlainWindow(fHwnd);
 }
 
 CPlainEventWindow::~CPlainEventWindow() { DestroyWindow(fHwnd); }
@@ -49,6 +49,11 @@ LRESULT CALLBACK CPlainEventWindow::WindowProc(HWND hwnd, UINT message, WPARAM w
     return 0;
   }
   return DefWindowProcW(hwnd, message, wParam, lParam);
+}
+
+void OpenPlainWindow(HWND hwnd) {
+  ShowWindow(hwnd, SW_SHOWNORMAL);
+  UpdateWindow(hwnd);
 }
 
 }  // namespace NSBench

@@ -12,13 +12,14 @@ class CPlainEventWindow {
   // What is done with messages of the kinds that are measured; the others go to the system.
   using THandler = std::function<void(UINT message, LPARAM lParam)>;
 
-  explicit CPlainEventWindow(THandler handler = {}, bool isShown = true);
+  // Opened as an application opens a window, so that it becomes active, or hidden.
+  explicit CPlainEventWindow(THandler handler = {}, bool isOpened = true);
   ~CPlainEventWindow();
   CPlainEventWindow(const CPlainEventWindow&) = delete;
   CPlainEventWindow& operator=(const CPlainEventWindow&) = delete;
 
   HWND Hwnd() const { return fHwnd; }
-  // Above all others, or hidden.
+  // Above all others, without becoming active, or hidden.
   void Show(bool shown);
 
  private:
@@ -27,5 +28,8 @@ class CPlainEventWindow {
   THandler fHandler;
   HWND fHwnd = nullptr;
 };
+
+// Shows, activates and paints it.
+void OpenPlainWindow(HWND hwnd);
 
 }  // namespace NSBench

@@ -5,35 +5,38 @@
 #include "EventRows.h"
 #include "LibraryWindow.h"
 #include "PlainEventWindow.h"
+#include "PlainWindow.h"
 
 namespace NSBench {
 
 namespace {
 
 constexpr int kMenus = 6;
-constexpr int kItemsInMenu = 50;
-constexpr int kShortcutsInMenu = 17;  // of the enabled items: a hundred in all, as far as there are letters
+constexpr int kItemsInMenu = 50;       // of the bar that is measured,
+constexpr int kItemsInSmallMenu = 10;  // and of the one of windows that are measured
+constexpr int kShortcutsInMenu = 17;   // of the enabled items: a hundred in all, as far as there are letters
+constexpr int kCellsInForm = 60;
 constexpr UINT kFirstCommand = 0xA000;
 
-// --- The menu bar that all windows show while menus are measured
+// --- The menu bar that all windows show while one is in use
 
 // Everything but the first item stays the same from build to build.
 struct TBenchMenus {
   std::vector<TMenuItem> fItems[kMenus];
   int fShortcuts = 0;
 
-  TBenchMenus() {
+  explicit TBenchMenus(int itemsInMenu = kItemsInMenu) {
     // Function keys, letters and digits with changing modifiers, so that all shortcuts differ.
     constexpr char16_t kKeys[] = u"abcdefghijklmnopqrstuvwxyz0123456789";
     constexpr std::uint32_t kModifiers[] = {kModifierControl, kModifierControl | kModifierAlt,
                                             kModifierControl | kModifierShift};
     for (int menu = 0; menu < kMenus; ++menu) {
-      for (int i = 0; i < kItemsInMenu; ++i) {
+      for (int i = 0; i < itemsInMenu; ++i) {
         TMenuItem item = {};
-        const std::string text = "Item _" + std::to_string(menu * kItemsInMenu + i);
+        const std::string text = "Item _" + std::to_string(menu * itemsInMenu + i);
         CopyText(item.fText, std::u16string(text.begin(), text.end()));
         item.fStateFlags = kMenuItemEnabled;
-        item.fCommand = static_cast<std::uint32_t>(menu * kItemsInMenu + i);
+        item.fCommand = static_cast<std::uint32_t>(menu * itemsInMenu + i);
         if (i < kShortcutsInMenu && fShortcuts < 100) {
           item.fShortcut.fKeyText[0] = kKeys[fShortcuts % 36];
           item.fShortcut.fModifiers.fKeys = kModifiers[fShortcuts / 36];
@@ -93,6 +96,40 @@ class CPlainMenuBar {
   HACCEL fAccelerators = nullptr;
 };
 
+// A window with cells, opened as an application opens one.
+class CPlainForm {
+ public:
+  CPlainForm(CCellPainter& painter, const TBenchMenus& menus)
+      : fWindow(painter, Cells(kCellsInForm)), fMenuBar(fWindow.Hwnd()) {
+    fMenuBar.Rebuild(menus);
+    OpenPlainWindow(fWindow.Hwnd());
+  }
+
+ private:
+  CPlainWindow fWindow;
+  CPlainMenuBar fMenuBar;
+};
+
+// --- The same with the library
+
+class CForm : public CDefaultDocumentWindowBehavior {
+ public:
+  CForm(IDocumentWindow& window, IMorvane& morvane, CCellPainter& painter)
+      : CDefaultDocumentWindowBehavior(window), fCells(kCellsInForm) {
+    ThrowIfFailed(SetClientSize(window, {kClientWidth, kClientHeight}));
+    int index = 0;
+    for (auto& cell : fCells) {
+      const RECT rect = CellRect(index);
+      TViewParams params = ViewParams(kViewDrawDirect);
+      params.fRect = {rect.left, rect.top, rect.right, rect.bottom};
+      ThrowIfFailed(cell.Create(morvane, RootViewOf(window), "Cell", params, painter, rect, index++));
+    }
+  }
+
+ private:
+  std::vector<CViewOf<CCellView>> fCells;
+};
+
 // --- Rows
 
 using TWindows = std::vector<CReleasePtr<IDocumentWindow>>;
@@ -144,17 +181,36 @@ class CWindowRows {
   void MeasureOpening(const TRowTexts& texts, int count) {
     if (!fOptions.Wants(texts.fName)) return;
     Progress(texts.fName);
-    const auto side = [count](std::function<void()> batch) -> TSample {
-      return [=] {
-        const double start = Now();
-        batch();
-        return count / (Now() - start);
-      };
-    };
-    PrintRow(texts, Compare(fOptions, side([&] { Open(count); }), side([&] {
+    PrintRow(texts, Compare(fOptions, Batch(count, [&] { Open(count); }), Batch(count, [&] {
                               std::vector<std::unique_ptr<CPlainEventWindow>> windows;
                               for (int i = 0; i < count; ++i)
                                 windows.push_back(std::make_unique<CPlainEventWindow>());
+                            })));
+  }
+
+  // The same with windows that have cells and a menu bar.
+  void MeasureOpeningForms(const TRowTexts& texts, int count) {
+    if (!fOptions.Wants(texts.fName)) return;
+    Progress(texts.fName);
+    TBenchMenus menus(kItemsInSmallMenu);
+    const CMenusInUse use(menus);
+    CCellPainter painter(TCellText::kPortsFont);
+    // Not all: the last of the cascade reach beyond the screen.
+    const auto requirePaints = [&] {
+      Require(painter.TakeCount() >= static_cast<std::uint64_t>(count) * kCellsInForm * 9 / 10,
+              "the cells are painted");
+    };
+    PrintRow(texts, Compare(fOptions,
+                            Batch(count,
+                                  [&] {
+                                    Open<CForm>(count, fMorvane, painter);
+                                    requirePaints();
+                                  }),
+                            Batch(count, [&] {
+                              std::vector<std::unique_ptr<CPlainForm>> windows;
+                              for (int i = 0; i < count; ++i)
+                                windows.push_back(std::make_unique<CPlainForm>(painter, menus));
+                              requirePaints();
                             })));
   }
 
@@ -187,9 +243,10 @@ class CWindowRows {
     ~CMenusInUse() { gBenchMenus = nullptr; }
   };
 
-  TWindows Open(int count) {
+  template <class TBehavior = CDefaultDocumentWindowBehavior, class... TArguments>
+  TWindows Open(int count, TArguments&&... arguments) {
     TWindows windows;
-    CDocumentWindowFactory<CDefaultDocumentWindowBehavior> factory;
+    CDocumentWindowFactory<TBehavior, TArguments&&...> factory(std::forward<TArguments>(arguments)...);
     for (int i = 0; i < count; ++i) {
       TError error = kOK;
       windows.emplace_back(fMorvane.IMorvane_CreateDocumentWindow(factory, 0, 0, error));
@@ -201,6 +258,14 @@ class CWindowRows {
   void Flush(HWND hwnd, int requests) {
     for (int i = 0; i < requests; ++i) ThrowIfFailed(fMorvane.IMorvane_RequestMenuBarsSetup());
     SendMessageW(hwnd, WM_NULL, 0, 0);
+  }
+  // Windows a second.
+  static TSample Batch(int count, std::function<void()> batch) {
+    return [=] {
+      const double start = Now();
+      batch();
+      return count / (Now() - start);
+    };
   }
   TSample Rate(std::function<void()> frame) {
     return [this, frame = std::move(frame)] { return FramesPerSecond(fOptions.fSampleSeconds, frame); };
@@ -232,8 +297,12 @@ void MeasureWindows(IMorvane& morvane, const TOptions& options) {
       {"menu", "A menu bar of 300 items with 100 shortcuts built anew; the platform alone", "", "bars/s"});
   rows.MeasureRequests(
       {"menu-requests", "10 such bars, asked for 1,000 times in one message; asked for once", "", "times/s"});
-  rows.MeasureOpening({"windows", "200 windows opened, painted and closed; plain windows", "", "windows/s"},
-                      200);
+  rows.MeasureOpening(
+      {"windows", "200 windows opened, painted and closed; plain windows", "at least 0.71", "windows/s"},
+      200);
+  rows.MeasureOpeningForms({"windows-60", "The same with 60 views, which draw text, and a menu bar in each",
+                            "at least 0.71", "windows/s"},
+                           200);
   rows.MeasureModalDialog(
       {"modal-5", "A modal dialog opened and closed over 5 windows; plain windows, enabled one by one", "",
        "dialogs/s"},
