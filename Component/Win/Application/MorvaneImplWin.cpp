@@ -148,6 +148,12 @@ TMonitorList CMorvaneImpl::CMorvaneGlue_GetMonitors() {
   return fMonitors;
 }
 
+// A window that opens needs it for each look at its state, and the monitors are costly to ask.
+TPoint CMorvaneImpl::GetPlacementOffset() {
+  if (!fPlacementOffset) fPlacementOffset = OffsetToNativePlacement(*this, false);
+  return *fPlacementOffset;
+}
+
 TString CMorvaneImpl::CMorvaneGlue_GetResourceString(const std::string& key) {
   return GetResourceStringCache(GetResourceLoader()).GetString(key);
 }

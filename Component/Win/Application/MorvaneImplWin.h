@@ -22,6 +22,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <optional>
 #include <vector>
 
 #include "Component/Portable/Application/KeyReleases.h"
@@ -69,6 +70,8 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWindowHost, CNotCopied {
   // --- IWindowHost
 
   IMorvane& GetMorvane() override { return *this; }
+  TPoint GetPlacementOffset() override;
+  void ForgetPlacementOffset() override { fPlacementOffset.reset(); }
   IMorvaneRunBehavior* GetBehavior() const override { return fBehavior; }
   const TDebugSettings& GetDebugSettings() const override { return fDebugSettings; }
   const TStartupStrings& GetStartupStrings() const override { return fStartupStrings; }
@@ -244,6 +247,7 @@ class CMorvaneImpl final : public CMorvaneGlue, public IWindowHost, CNotCopied {
   CWinExtensions fWinExtensions;
   HICON fAppIcon = nullptr;
   TMonitorList fMonitors = {};  // the last list that could be read
+  std::optional<TPoint> fPlacementOffset;
   DWORD fMainThreadId;
 };
 

@@ -218,6 +218,7 @@ void CMorvaneImpl::RunModalLoop(HWND hwnd) {
 
 // Does not throw: failures are delivered to the client.
 void CMorvaneImpl::HandleMessage(const MSG& msg) {
+  ForgetPlacementOffset();
   const TError error = ErrorOf([&] {
     MORVANE_ASSERT(CMorvaneGlue_CheckInvariant());
     // A client's windows may use these numbers for something else.

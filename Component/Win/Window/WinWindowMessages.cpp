@@ -410,6 +410,10 @@ LRESULT CWinWindow::AnswerQueryEndSession() {
 
 void CWinWindow::PreDispatch(const TWinMessage& message) {
   fMouse.OnMessage(message.fMessage);
+  // Loops of the system and of clients handle ticks too.
+  if (message.fMessage == WM_TIMER || message.fMessage == WM_DISPLAYCHANGE ||
+      message.fMessage == WM_SETTINGCHANGE)
+    fHost->ForgetPlacementOffset();
   if (message.fMessage == WM_CAPTURECHANGED && fMouse.IsCaptured()) fMouse.OnCaptureLost();
   if (message.fMessage == WM_THEMECHANGED) {
     IMorvaneRunBehavior* const behavior = fHost->GetBehavior();

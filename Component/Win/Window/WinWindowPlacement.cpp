@@ -39,33 +39,31 @@ TFrameInsets CWinWindowPlacement::GetFrameInsets() const {
     return {topLeft.x - frame.left, topLeft.y - frame.top, frame.right - bottomRight.x,
             frame.bottom - bottomRight.y};
   }
-  WINDOWINFO info = {};
-  info.cbSize = sizeof(info);
-  GetWindowInfo(fWindow.fHwnd, &info);
   const RECT inner = {100, 100, 200, 200};
   RECT outer = inner;
-  AdjustWindowRectEx(&outer, info.dwStyle, fWindow.fWindowKind == kWindowKindDocument, info.dwExStyle);
+  AdjustWindowRectEx(&outer, static_cast<DWORD>(GetWindowLongW(fWindow.fHwnd, GWL_STYLE)),
+                     fWindow.fWindowKind == kWindowKindDocument,
+                     static_cast<DWORD>(GetWindowLongW(fWindow.fHwnd, GWL_EXSTYLE)));
   return {inner.left - outer.left, inner.top - outer.top, outer.right - inner.right,
           outer.bottom - inner.bottom};
 }
 
 TRect CWinWindowPlacement::GetFrameRect() const {
-  const WINDOWPLACEMENT wp = GetPlacement(fWindow.fHwnd);
-  RECT rect = wp.rcNormalPosition;
-  if (wp.showCmd == SW_SHOWMAXIMIZED) {
+  const auto shownRect = [this] {
+    RECT rect = {};
     if (!GetWindowRect(fWindow.fHwnd, &rect)) MORVANE_CHECK_LAST_ERROR();
-  } else if (wp.showCmd == SW_SHOWNORMAL && fWindow.IsVisible()) {
-    // The system has placed a window at an edge of the screen that the user has dragged there, and still
-    // tells the normal rectangle of before. The monitors are asked only where that may be so.
-    RECT shown = {};
-    if (!GetWindowRect(fWindow.fHwnd, &shown)) MORVANE_CHECK_LAST_ERROR();
-    if (!EqualRect(&shown, &rect)) {
-      const TPoint offset = OffsetToNativePlacement();
-      rect = shown;
-      OffsetRect(&rect, offset.fX, offset.fY);
-    }
+    return FromNative(rect);
+  };
+  // The placement is not asked for here, which is costly on some systems. It would not do for a window that
+  // the system has placed at an edge of the screen where the user has dragged it: that has the normal
+  // rectangle of before.
+  const LONG style = GetWindowLongW(fWindow.fHwnd, GWL_STYLE);
+  if (!(style & (WS_MINIMIZE | WS_MAXIMIZE)) && fWindow.IsVisible()) {
+    const TPoint offset = OffsetToNativePlacement();
+    return OffsetRectBy(shownRect(), offset.fX, offset.fY);
   }
-  return FromNative(rect);
+  const WINDOWPLACEMENT wp = GetPlacement(fWindow.fHwnd);
+  return wp.showCmd == SW_SHOWMAXIMIZED ? shownRect() : FromNative(wp.rcNormalPosition);
 }
 
 TRect CWinWindowPlacement::GetNormalRect(bool minimized, bool maximized) const {
@@ -95,8 +93,8 @@ void CWinWindowPlacement::TakeInitialState() {
 }
 
 TPoint CWinWindowPlacement::OffsetToNativePlacement() const {
-  return NSMorvane::OffsetToNativePlacement(fWindow.fHost->GetMorvane(),
-                                            GetWindowLongW(fWindow.fHwnd, GWL_EXSTYLE) & WS_EX_TOOLWINDOW);
+  if (GetWindowLongW(fWindow.fHwnd, GWL_EXSTYLE) & WS_EX_TOOLWINDOW) return {0, 0};
+  return fWindow.fHost->GetPlacementOffset();
 }
 
 // --- Zoom state and placement

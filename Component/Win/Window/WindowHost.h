@@ -31,6 +31,11 @@ class IWindowHost {
   // The owner of windows that have no other; null outside IMorvane_Run.
   virtual HWND GetHiderWindow() const = 0;
 
+  // OffsetToNativePlacement of windows that are no tool windows. The answer is kept for the rest of the
+  // message that the loop handles, or until it is forgotten.
+  virtual TPoint GetPlacementOffset() = 0;
+  virtual void ForgetPlacementOffset() = 0;
+
   // Has the menu bars of all document windows filled anew after the current message.
   virtual void RequestMenuBars() = 0;
   // Whether such a request is waiting.

@@ -18,44 +18,44 @@ bool IsTopLevel(HWND hwnd) { return GetAncestor(hwnd, GA_PARENT) == GetDesktopWi
 
 void CWindowRegistry::MakeRoomForOne() { fWindows.reserve(fWindows.size() + 1); }
 
-void CWindowRegistry::Add(const boost::shared_ptr<CWinWindow>& window) { fWindows.push_back(window); }
+void CWindowRegistry::Add(const boost::shared_ptr<CWinWindow>& window) {
+  fWindows.push_back({window.get(), window});
+}
 
 void CWindowRegistry::Remove(const CWinWindow* window) {
-  std::erase_if(fWindows, [&](const auto& entry) { return entry.lock().get() == window; });
+  std::erase_if(fWindows, [&](const TEntry& entry) { return entry.fWindow == window; });
 }
 
 CWindowRegistry::TWindows CWindowRegistry::GetWindows() const {
   TWindows windows;
-  for (const boost::weak_ptr<CWinWindow>& entry : fWindows) {
-    if (boost::shared_ptr<CWinWindow> window = entry.lock()) windows.push_back(std::move(window));
+  for (const TEntry& entry : fWindows) {
+    if (boost::shared_ptr<CWinWindow> window = entry.fReference.lock()) windows.push_back(std::move(window));
   }
   return windows;
 }
 
 bool CWindowRegistry::IsAnyWindow() const {
-  return std::any_of(fWindows.begin(), fWindows.end(), [](const auto& entry) { return !entry.expired(); });
+  return std::any_of(fWindows.begin(), fWindows.end(), [](const TEntry& entry) { return !entry.fReference.expired(); });
 }
 
 bool CWindowRegistry::IsAnyOfKind(TWindowKind kind) const {
-  return std::any_of(fWindows.begin(), fWindows.end(), [&](const auto& entry) {
-    const boost::shared_ptr<CWinWindow> window = entry.lock();
+  return std::any_of(fWindows.begin(), fWindows.end(), [&](const TEntry& entry) {
+    const boost::shared_ptr<CWinWindow> window = entry.fReference.lock();
     return window && window->GetWindowKind() == kind;
   });
 }
 
 bool CWindowRegistry::IsAnyAlwaysOnTop() const {
-  return std::any_of(fWindows.begin(), fWindows.end(), [](const auto& entry) {
-    const boost::shared_ptr<CWinWindow> window = entry.lock();
+  return std::any_of(fWindows.begin(), fWindows.end(), [](const TEntry& entry) {
+    const boost::shared_ptr<CWinWindow> window = entry.fReference.lock();
     MORVANE_ASSERT(NULL != window);
     return window && window->IsVisible() && window->IsAlwaysOnTop();
   });
 }
 
 CWinWindow* CWindowRegistry::Find(HWND hwnd) const {
-  for (const boost::weak_ptr<CWinWindow>& entry : fWindows) {
-    const boost::shared_ptr<CWinWindow> window = entry.lock();
-    if (window && window->GetHwnd() == hwnd) return window.get();
-  }
+  for (const TEntry& entry : fWindows)
+    if (!entry.fReference.expired() && entry.fWindow->GetHwnd() == hwnd) return entry.fWindow;
   return nullptr;
 }
 
@@ -135,7 +135,7 @@ void CWindowRegistry::ShowFloatingWindows(bool show) const {
 void CWindowRegistry::ReleaseAll() {
   try {
     while (!fWindows.empty()) {
-      const boost::shared_ptr<CWinWindow> window = fWindows.front().lock();
+      const boost::shared_ptr<CWinWindow> window = fWindows.front().fReference.lock();
       if (window) {
         window->ReleaseWindow();
       } else {

@@ -67,7 +67,13 @@ class CWindowRegistry : CNotCopied {
   bool IsAnyDocumentWindowLeft() const { return fDocumentWindows != 0; }
 
  private:
-  std::vector<boost::weak_ptr<CWinWindow>> fWindows;
+  // The plain pointer spares a lock wherever one window is looked for among many.
+  struct TEntry {
+    CWinWindow* fWindow;
+    boost::weak_ptr<CWinWindow> fReference;
+  };
+
+  std::vector<TEntry> fWindows;
   std::vector<HWND> fHidden;
   int fDocumentWindows = 0;
 };
