@@ -1,5 +1,7 @@
 #include "Component/Portable/Menus/MenuBarState.h"
 
+#include <algorithm>
+#include <boost/make_shared.hpp>
 #include <tuple>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
@@ -9,10 +11,11 @@ namespace NSMorvane {
 
 namespace {
 
+using NSTextPackage::ArrayToView;
+
 bool AreEqual(const TKeyInterpretation& a, const TKeyInterpretation& b) {
-  return NSTextPackage::ArrayToString(a.fKeyText) == NSTextPackage::ArrayToString(b.fKeyText) &&
-         a.fModifiers.fKeys == b.fModifiers.fKeys && a.fModifiers.fReserved == b.fModifiers.fReserved &&
-         a.fPhysicalTest == b.fPhysicalTest;
+  return ArrayToView(a.fKeyText) == ArrayToView(b.fKeyText) && a.fModifiers.fKeys == b.fModifiers.fKeys &&
+         a.fModifiers.fReserved == b.fModifiers.fReserved && a.fPhysicalTest == b.fPhysicalTest;
 }
 
 bool AreEqual(const IIcon* a, const IIcon* b) {
@@ -54,6 +57,12 @@ bool CMenuItem::operator==(const CMenuItem& other) const {
          AreEqual(fIcon.get(), other.fIcon.get());
 }
 
+bool CMenuItem::IsMadeFrom(const TMenuItem& item) const {
+  return fCommand == item.fCommand && fStateFlags == item.fStateFlags &&
+         ArrayToView(item.fSubmenuName) == fSubmenuName && ArrayToView(item.fText) == fText &&
+         AreEqual(fShortcut, item.fShortcut) && AreEqual(fIcon.get(), item.fIcon);
+}
+
 void CMenuItem::ToRecord(TMenuItem& out) const {
   NSTextPackage::CopyChars(out.fSubmenuName, fSubmenuName.c_str(), kMenuTextChars);
   NSTextPackage::CopyChars(out.fText, fText.c_str(), kMenuTextChars);
@@ -77,14 +86,38 @@ bool IsValidMenuBarFlags(const TMenuBarFlags& flags) {
 
 bool CMenuBarState::operator==(const CMenuBarState& other) const {
   const auto values = [](const CMenuBarState& s) {
-    return std::tie(s.fLists, s.fTitles, s.fShowHelpItem, s.fHelpItemEnabled, s.fQuitEnabled,
-                    s.fSecondMenuItemEnabled, s.fShowWindowMenu, s.fReserved);
+    return std::tie(s.fTitles, s.fShowHelpItem, s.fHelpItemEnabled, s.fQuitEnabled, s.fSecondMenuItemEnabled,
+                    s.fShowWindowMenu, s.fReserved);
   };
-  return values(*this) == values(other);
+  return values(*this) == values(other) && HasSameLists(other);
 }
 
-const std::vector<CMenuItem>& CMenuBarState::GetList(TMenu menu) const {
-  if (menu < kMenuCount) return fLists[menu];
+bool CMenuBarState::HasSameLists(const CMenuBarState& other) const {
+  for (TMenu menu = {}; menu < kMenuCount; menu = static_cast<TMenu>(menu + 1))
+    if (fLists[menu] != other.fLists[menu] && !(GetList(menu) == other.GetList(menu))) return false;
+  return true;
+}
+
+CMenuBarState::TListPtr CMenuBarState::MakeList(TMenu, const TMenuItem* items, std::size_t count) const {
+  if (count == 0) return {};
+  const auto list = boost::make_shared<TList>();
+  list->reserve(count);
+  for (std::size_t i = 0; i < count; ++i) list->emplace_back(items[i]);
+  return list;
+}
+
+CMenuBarState::TListPtr CNextMenuBarState::MakeList(TMenu menu, const TMenuItem* items,
+                                                    std::size_t count) const {
+  const TList& last = fLast.GetList(menu);
+  const bool isSame =
+      std::equal(last.begin(), last.end(), items, items + count,
+                 [](const CMenuItem& item, const TMenuItem& record) { return item.IsMadeFrom(record); });
+  return isSame ? fLast.GetListPtr(menu) : CMenuBarState::MakeList(menu, items, count);
+}
+
+const CMenuBarState::TList& CMenuBarState::GetList(TMenu menu) const {
+  static const TList empty;
+  if (menu < kMenuCount) return fLists[menu] ? *fLists[menu] : empty;
   MORVANE_UNREACHED();
   MORVANE_THROW(std::invalid_argument("invalid menu"));
 }
@@ -138,7 +171,7 @@ TError CMenuBarState::IMenuBarState_GetMenuItems(TMenu menu, TMenuItem* outBuffe
   MORVANE_REQUIRE("IMenuBarState_GetMenuItems()", (outBuffer != NULL) || (bufferSizeInBytes == 0));
   TError outError;
   CallHook(outError, [&] {
-    const std::vector<CMenuItem> items = GetList(menu);
+    const TList& items = GetList(menu);
     if (bufferSizeInBytes != items.size() * sizeof(TMenuItem))
       MORVANE_THROW(std::invalid_argument("bad buffer size"));
     for (const CMenuItem& item : items) item.ToRecord(*outBuffer++);
@@ -155,12 +188,7 @@ TError CMenuBarState::IMenuBarState_SetMenuItems(TMenu menu, const TMenuItem* in
   const std::size_t numNewMenuItems = bufferSizeInBytes / sizeof(TMenuItem);
   MORVANE_REQUIRE("IMenuBarState_SetMenuItems()", (numNewMenuItems * sizeof(TMenuItem)) == bufferSizeInBytes);
   TError outError;
-  CallHook(outError, [&] {
-    std::vector<CMenuItem> items;
-    items.reserve(numNewMenuItems);
-    for (std::size_t i = 0; i < numNewMenuItems; ++i) items.emplace_back(inBuffer[i]);
-    fLists[menu].swap(items);
-  });
+  CallHook(outError, [&] { fLists[menu] = MakeList(menu, inBuffer, numNewMenuItems); });
   MORVANE_AFTER(CheckInvariant());
   return outError;
 }

@@ -21,6 +21,8 @@ class CMenuItem {
   static CMenuItem WithEscapedText(const TMenuItem& item);
 
   bool operator==(const CMenuItem& other) const;
+  // Whether an item made from this record would be equal to this one.
+  bool IsMadeFrom(const TMenuItem& item) const;
 
   // Fills the client's record; texts are cut to fit. This object keeps the ownership of the icon.
   void ToRecord(TMenuItem& out) const;
@@ -35,6 +37,8 @@ class CMenuItem {
 
 class CMenuBarState : public IMenuBarState {
  public:
+  using TList = std::vector<CMenuItem>;
+
   CMenuBarState() = default;
   ~CMenuBarState() override = default;
   CMenuBarState(const CMenuBarState&) = default;
@@ -53,9 +57,13 @@ class CMenuBarState : public IMenuBarState {
   TError IMenuBarState_SetMenuTitle(TMenu menu, const TChar* title) override;
 
   // A bad number throws std::invalid_argument.
-  const std::vector<CMenuItem>& GetList(TMenu menu) const;
+  const TList& GetList(TMenu menu) const;
   // kMenu1 to kMenu6.
   const TString& GetTitle(TMenu menu) const;
+
+  // Null for an empty list. Lists do not change once they are made, so that states can share them.
+  using TListPtr = boost::shared_ptr<const TList>;
+  TListPtr GetListPtr(TMenu menu) const { return fLists[menu]; }
 
   bool ShowHelpItem() const { return fShowHelpItem; }
   bool HelpItemEnabled() const { return fHelpItemEnabled; }
@@ -63,10 +71,14 @@ class CMenuBarState : public IMenuBarState {
   bool SecondMenuItemEnabled() const { return fSecondMenuItemEnabled; }
   bool ShowWindowMenu() const { return fShowWindowMenu; }
 
+ protected:
+  virtual TListPtr MakeList(TMenu menu, const TMenuItem* items, std::size_t count) const;
+
  private:
   bool CheckInvariant() const { return true; }
+  bool HasSameLists(const CMenuBarState& other) const;
 
-  std::array<std::vector<CMenuItem>, kMenuCount> fLists;
+  std::array<TListPtr, kMenuCount> fLists;
   std::array<TString, kMenu6 - kMenu1 + 1> fTitles;
   bool fShowHelpItem = false;
   bool fHelpItemEnabled = false;
@@ -74,6 +86,18 @@ class CMenuBarState : public IMenuBarState {
   bool fSecondMenuItemEnabled = false;
   bool fShowWindowMenu = false;
   bool fReserved = true;  // compared and copied, and not reachable from outside
+};
+
+// A state that a client fills anew. It shares the menus that are as they were in `last`, which has to outlive
+// it: clients give the same items again and again, for each window.
+class CNextMenuBarState : public CMenuBarState {
+ public:
+  explicit CNextMenuBarState(const CMenuBarState& last) : fLast(last) {}
+
+ private:
+  TListPtr MakeList(TMenu menu, const TMenuItem* items, std::size_t count) const override;
+
+  const CMenuBarState& fLast;
 };
 
 // Whether `menu` is below kMenuCount; another number is reported.

@@ -41,8 +41,12 @@ std::size_t CountChars(const TChar* text, std::size_t limit);
 
 // The text in an array of fixed size, terminated or not.
 template <std::size_t kLimit>
+std::basic_string_view<TChar> ArrayToView(const TChar (&text)[kLimit]) {
+  return {text, CountChars(text, kLimit)};
+}
+template <std::size_t kLimit>
 TString ArrayToString(const TChar (&text)[kLimit]) {
-  return TString(text, CountChars(text, kLimit));
+  return TString(ArrayToView(text));
 }
 
 // Copies at most `maximum` units, stops at a terminator, and always writes a terminator: `destination` has

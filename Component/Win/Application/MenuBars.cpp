@@ -24,7 +24,9 @@ void CMenuBars::Flush() {
 
 void CMenuBars::SetUp(CWinWindow& window) {
   fSchedule.SetUp(&window, [&] {
-    CMenuBarState state;
+    // Copied, since clients may end the window or have the bar built anew meanwhile.
+    const CMenuBarState last = window.GetMenuBar().GetState();
+    CNextMenuBarState state(last);
     MORVANE_CHECK(fHost.GetBehavior()->IMorvaneRunBehavior_OnSetupMenuBar(state));
     if (window.LockClientsWindowReference()) window.SetUpMenuBar(state);
   });

@@ -21,8 +21,8 @@
 #include <boost/weak_ptr.hpp>
 #include <cstdint>
 #include <memory>
-#include <string>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "Component/Portable/Application/KeyReleases.h"

@@ -24,6 +24,14 @@ bool IsOver(HWND hWnd, HWND bottom) {
   return hWnd != nullptr;
 }
 
+// Whether no other window lies above this one, but for those that are always on top. One look costs much less
+// than moving the window to where it is.
+bool IsInFront(HWND hWnd) {
+  const auto isTopMost = [](HWND w) { return (GetWindowLongW(w, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0; };
+  const HWND above = GetWindow(hWnd, GW_HWNDPREV);
+  return !above || (isTopMost(above) && !isTopMost(hWnd));
+}
+
 }  // namespace
 
 CBlocking::CBlocking(boost::shared_ptr<const CWindowRegistry> windows) : fWindows(std::move(windows)) {}
@@ -380,6 +388,7 @@ void CBlocking::RaiseWithOwners(HWND hWnd) const {
   std::vector<HWND> group;
   for (; hWnd && IsRegisteredHwnd(hWnd) && fWindows->IsShown(hWnd); hWnd = GetWindow(hWnd, GW_OWNER))
     group.push_back(hWnd);
+  if (group.size() == 1 && IsInFront(group.front())) return;
   for (auto it = group.rbegin(); it != group.rend(); ++it)
     SetWindowPos(*it, HWND_TOP, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
 }

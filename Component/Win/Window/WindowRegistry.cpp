@@ -35,7 +35,8 @@ CWindowRegistry::TWindows CWindowRegistry::GetWindows() const {
 }
 
 bool CWindowRegistry::IsAnyWindow() const {
-  return std::any_of(fWindows.begin(), fWindows.end(), [](const TEntry& entry) { return !entry.fReference.expired(); });
+  return std::any_of(fWindows.begin(), fWindows.end(),
+                     [](const TEntry& entry) { return !entry.fReference.expired(); });
 }
 
 bool CWindowRegistry::IsAnyOfKind(TWindowKind kind) const {
