@@ -108,11 +108,13 @@ CMenuBarState::TListPtr CMenuBarState::MakeList(TMenu, const TMenuItem* items, s
 
 CMenuBarState::TListPtr CNextMenuBarState::MakeList(TMenu menu, const TMenuItem* items,
                                                     std::size_t count) const {
-  const TList& last = fLast.GetList(menu);
-  const bool isSame =
-      std::equal(last.begin(), last.end(), items, items + count,
-                 [](const CMenuItem& item, const TMenuItem& record) { return item.IsMadeFrom(record); });
-  return isSame ? fLast.GetListPtr(menu) : CMenuBarState::MakeList(menu, items, count);
+  for (const CMenuBarState* const model : fModels) {
+    const TList& list = model->GetList(menu);
+    if (std::equal(list.begin(), list.end(), items, items + count,
+                   [](const CMenuItem& item, const TMenuItem& record) { return item.IsMadeFrom(record); }))
+      return model->GetListPtr(menu);
+  }
+  return CMenuBarState::MakeList(menu, items, count);
 }
 
 const CMenuBarState::TList& CMenuBarState::GetList(TMenu menu) const {

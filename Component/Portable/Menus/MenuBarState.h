@@ -88,16 +88,16 @@ class CMenuBarState : public IMenuBarState {
   bool fReserved = true;  // compared and copied, and not reachable from outside
 };
 
-// A state that a client fills anew. It shares the menus that are as they were in `last`, which has to outlive
-// it: clients give the same items again and again, for each window.
+// A state that a client fills anew. It shares the menus that are as in `neighbour` or `last`, which have to
+// outlive it: clients give the same items again and again, and for each window.
 class CNextMenuBarState : public CMenuBarState {
  public:
-  explicit CNextMenuBarState(const CMenuBarState& last) : fLast(last) {}
+  CNextMenuBarState(const CMenuBarState& neighbour, const CMenuBarState& last) : fModels{&neighbour, &last} {}
 
  private:
   TListPtr MakeList(TMenu menu, const TMenuItem* items, std::size_t count) const override;
 
-  const CMenuBarState& fLast;
+  std::array<const CMenuBarState*, 2> fModels;
 };
 
 // Whether `menu` is below kMenuCount; another number is reported.

@@ -16,19 +16,21 @@ void CMenuBars::Flush() {
   }
   DebugPrint("Rebuilding Menu Bar...");
   DebugIndentScope indent;
+  CMenuBarState neighbour;
   for (const boost::shared_ptr<CWinWindow>& window : fHost.GetWindowRegistry()->GetVisibleDocumentWindows()) {
     // The set-up of an earlier window may have ended this one.
-    if (window->IsVisible()) SetUp(*window);
+    if (window->IsVisible()) SetUp(*window, neighbour);
   }
 }
 
-void CMenuBars::SetUp(CWinWindow& window) {
+void CMenuBars::SetUp(CWinWindow& window, CMenuBarState& neighbour) {
   fSchedule.SetUp(&window, [&] {
     // Copied, since clients may end the window or have the bar built anew meanwhile.
     const CMenuBarState last = window.GetMenuBar().GetState();
-    CNextMenuBarState state(last);
+    CNextMenuBarState state(neighbour, last);
     MORVANE_CHECK(fHost.GetBehavior()->IMorvaneRunBehavior_OnSetupMenuBar(state));
     if (window.LockClientsWindowReference()) window.SetUpMenuBar(state);
+    neighbour = state;
   });
 }
 

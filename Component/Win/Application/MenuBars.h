@@ -6,6 +6,7 @@
 
 namespace NSMorvane {
 
+class CMenuBarState;
 class CWinWindow;
 class IWindowHost;
 
@@ -24,7 +25,8 @@ class CMenuBars : CNotCopied {
   void Rebuild(bool makesMenuBars) const;
 
  private:
-  void SetUp(CWinWindow& window);
+  // `neighbour` is the state of the window before, and then of this one.
+  void SetUp(CWinWindow& window, CMenuBarState& neighbour);
 
   IWindowHost& fHost;
   CMenuBarSchedule fSchedule;

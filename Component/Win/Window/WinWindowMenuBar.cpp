@@ -84,7 +84,10 @@ CWinWindowMenuBar::~CWinWindowMenuBar() {
 
 // The window menu also shows what the state does not contain, such as the titles of the other windows.
 void CWinWindowMenuBar::Show(const CMenuBarState& state) {
-  if (!fIsWhole || !(state == fState) || MakeWindowMenuItems(state) != fWindowMenuItems) Rebuild(state);
+  if (!fIsWhole || !(state == fState) || MakeWindowMenuItems(state) != fWindowMenuItems)
+    Rebuild(state);
+  else
+    fState = state;  // it may share its menus with another window
 }
 
 std::vector<TWindowMenuItem> CWinWindowMenuBar::MakeWindowMenuItems(const CMenuBarState& state) const {
