@@ -54,11 +54,13 @@ TEST_IN_RUN(WindowKindsTest, StyleBitsBecomeNativeStyles) {
 // lies at the left and the top: clients place windows on the screen, the system from the work area on, but
 // not tool windows.
 TEST_IN_RUN(WindowKindsTest, States) {
+  static TPoint taskBar;
+  taskBar = {60, 24};
   BOOL(WINAPI* const withTaskBar)
   (HMONITOR, LPMONITORINFO) = [](HMONITOR monitor, LPMONITORINFO info) {
     const BOOL result = GetMonitorInfoW(monitor, info);
-    info->rcWork.left += 60;
-    info->rcWork.top += 24;
+    info->rcWork.left += taskBar.fX;
+    info->rcWork.top += taskBar.fY;
     return result;
   };
   const PatchedImport patch(L"Morvane.dll", "GetMonitorInfoW", withTaskBar);
@@ -97,6 +99,17 @@ TEST_IN_RUN(WindowKindsTest, States) {
         false);
   check(*static_cast<IModalDialog*>(Make(Kind::kModal, fRecord)), fromWorkArea, true);
   check(*static_cast<IFloatingWindow*>(Make(Kind::kFloating, fRecord, kWindowZoomableBit)), onScreen, false);
+  // The user makes it wider, in the middle of a message of the application.
+  Open(kSizeable);
+  const auto shown = [&] {
+    TDocumentWindowState state;
+    EXPECT_EQ(fRecord.fDocument->IDocumentWindow_GetState(state), kOK);
+    return state.fPlacement.fUserRect.fLeft;
+  };
+  const std::int32_t before = shown();
+  taskBar.fX = 100;
+  Send(WM_SETTINGCHANGE, SPI_SETWORKAREA);
+  EXPECT_EQ(shown(), before + 40);
 }
 
 // Between its construction and its behaviour a window can be closed, and asked for its menu bar; or its

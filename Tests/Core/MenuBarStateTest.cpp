@@ -107,13 +107,15 @@ TEST_F(MenuBarState, TextsAreCutOnTheWayOutAndNeverReadPastTheirArray) {
 
 TEST_F(MenuBarState, ComparesByValue) {
   using TChange = std::function<void(CMenuBarState&, TMenuItem&)>;
-  const auto with = [](const TChange& change) {
-    CMenuBarState state;
+  const CMenuBarState empty;
+  const auto after = [&](const CMenuBarState& last, const TChange& change) {
+    CNextMenuBarState state(empty, last);
     TMenuItem item = Item(u"a");
     change(state, item);
     state.IMenuBarState_SetMenuItems(kMenu2, &item, sizeof(item));
-    return state;
+    return CMenuBarState(state);
   };
+  const auto with = [&](const TChange& change) { return after(empty, change); };
   NumberIcon one(1), another(1), two(2);
   const auto withIcon = [&](NumberIcon& icon) {
     return with([&](CMenuBarState&, TMenuItem& item) { item.fIcon = &icon; });
@@ -137,7 +139,18 @@ TEST_F(MenuBarState, ComparesByValue) {
       {"state", [](auto&, auto& item) { item.fStateFlags = 0; }},
       {"modifiers", [](auto&, auto& item) { item.fShortcut.fModifiers.fKeys = kModifierControl; }},
       {"keypad", [](auto&, auto& item) { item.fShortcut.fPhysicalTest = 1; }}};
-  for (const auto& [name, change] : changes) EXPECT_FALSE(plain == with(change)) << name;
+  for (const auto& [name, change] : changes) {
+    EXPECT_FALSE(plain == with(change)) << name;
+    EXPECT_FALSE(plain == after(plain, change)) << name;
+  }
+  // What is the same is shared, icons too.
+  const CMenuBarState marked = withIcon(one);
+  for (const CMenuBarState& last : {plain, marked}) {
+    const CMenuBarState same = after(last, [&](auto&, TMenuItem& item) {
+      if (last == marked) item.fIcon = &another;
+    });
+    EXPECT_EQ(same.GetListPtr(kMenu2), last.GetListPtr(kMenu2));
+  }
 }
 
 TEST_F(MenuBarState, IconsAreClonedAndAFailureLeavesTheOldList) {
