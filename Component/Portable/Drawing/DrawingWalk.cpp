@@ -251,42 +251,45 @@ void DrawEntered(const TPass& pass, CPortClip& clip, CViewImpl& view, const TRec
 // --- The views of a list
 
 // The subviews that exist at the start, in their order at the start. Drawing one of them may release, reorder
-// or add others. So BeforeDrawing must be called before a view is drawn: from the first such call on, the
-// walk uses a copy of the list.
+// or add others.
 class CSubViewIterator {
  public:
-  explicit CSubViewIterator(const CViewImpl& superView) : fCurrentList(superView.GetRawSubViews()) {}
+  explicit CSubViewIterator(const CViewImpl& superView)
+      : fSuperView(superView), fList(superView.GetSubViewList()), fEnd(superView.GetRawSubViews().size()) {}
 
   // The next view that is still live and meets `box`; null after the last. In a small paint most views do not
   // meet it, and cost only one look at their rectangle.
   CViewImpl* GetNext(const TRect& box) {
-    const std::vector<CViewImpl*>& views = fIsCopied ? fViews : fCurrentList;
-    while (fNext < views.size()) {
+    if (!fSuperView.HasSubViewList(fList.get())) return GetNextOfOldList(box);
+    const std::size_t end = std::min(fEnd, fList->fViews.size());
+    while (fNext < end) {
       const std::size_t index = fNext++;
-      CViewImpl* const view = views[index];
-      if (fIsCopied && !Exists(index)) continue;
-      if (DoRectsMeet(view->GetBounds(), box) && view->IsLive()) return view;
+      if (DoRectsMeet(fList->fRects[index], box) && fList->fViews[index]->IsLive())
+        return fList->fViews[index];
     }
     return nullptr;
   }
 
-  void BeforeDrawing() {
-    if (fIsCopied) return;
-    fViews = fCurrentList;
-    fIsCopied = true;
-  }
-
  private:
-  // A view is in the list as long as it exists, nearly always at its old place.
-  bool Exists(std::size_t index) const {
-    CViewImpl* const view = fViews[index];
-    return (index < fCurrentList.size() && fCurrentList[index] == view) ||
-           std::find(fCurrentList.begin(), fCurrentList.end(), view) != fCurrentList.end();
+  CViewImpl* GetNextOfOldList(const TRect& box) {
+    while (fNext < fEnd) {
+      const std::size_t index = fNext++;
+      CViewImpl* const view = fList->fViews[index];
+      if (Exists(view, index) && DoRectsMeet(view->GetBounds(), box) && view->IsLive()) return view;
+    }
+    return nullptr;
   }
 
-  const std::vector<CViewImpl*>& fCurrentList;
-  std::vector<CViewImpl*> fViews;
-  bool fIsCopied = false;
+  // A view is in the list as long as it exists, nearly always at its old place.
+  bool Exists(const CViewImpl* view, std::size_t index) const {
+    const std::vector<CViewImpl*>& current = fSuperView.GetRawSubViews();
+    return (index < current.size() && current[index] == view) ||
+           std::find(current.begin(), current.end(), view) != current.end();
+  }
+
+  const CViewImpl& fSuperView;
+  boost::shared_ptr<const TSubViewList> fList;
+  std::size_t fEnd;
   std::size_t fNext = 0;
 };
 
@@ -310,7 +313,6 @@ void DrawSubViewsWithGlue(const TPass& pass, CSubViewIterator& subViews) {
   TRect box = clip.GetBox();
   if (!IntersectRect(box, pass.fDirtyBounds)) return;
   while (CViewImpl* const subView = subViews.GetNext(box)) {
-    subViews.BeforeDrawing();
     const TRect bounds = subView->GetBounds();
     if (clip.Enter(bounds)) DrawGuarded(*subView, [&] { DrawEntered(pass, clip, *subView, bounds); });
   }
@@ -324,7 +326,6 @@ void DrawSubViews(const TPass& pass, CViewImpl& view) {
     return;
   }
   while (CViewImpl* const subView = subViews.GetNext(pass.fDirtyBounds)) {
-    subViews.BeforeDrawing();
     DrawGuarded(*subView, [&] {
       DrawView(pass.fRunBehavior, pass.fBracket, *subView, pass.fDirtyBounds, pass.fTools, pass.fSettings);
     });

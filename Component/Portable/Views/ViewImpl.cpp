@@ -2,6 +2,7 @@
 #include "Component/Portable/Views/ViewImpl.h"
 
 #include <algorithm>
+#include <boost/make_shared.hpp>
 #include <cstddef>
 #include <utility>
 
@@ -64,6 +65,7 @@ CViewImpl::CViewImpl(IWindow* motherWindow)
       fDrawMode(kViewDrawDirect),
       fAutoInvalidation(kAutoInvalidationNone),
       fMotherWindow(motherWindow),
+      fPlace(0),
       fIsVisibleInTree(true),
       fIsEffectivelyEnabled(true),
       fToldOwnEnabled(true),
@@ -133,7 +135,7 @@ CViewImpl::~CViewImpl() {
   TViewImplPtr* const superViewTaker = std::exchange(gSuperViewTaker, nullptr);
   MORVANE_ASSERT(fClientsViewReference.get() == NULL);
   MORVANE_ASSERT(CheckInvariant());
-  MORVANE_ASSERT(fSubViews.empty());
+  MORVANE_ASSERT(GetRawSubViews().empty());
   LeaveTabViews();
   RunDestructorStep([this] { InvalidateAround(fRect); });
   RunDestructorStep([this] { RemoveTooltip(); });
@@ -185,7 +187,7 @@ void CViewImpl::CViewGlue_Release() {
   TViewImplPtr reference;
   reference.swap(fClientsViewReference);
   // From here on the view cannot get the focus back. If subviews keep it in memory, it stays in the tab list.
-  if (fSubViews.empty()) LeaveTabViews();
+  if (GetRawSubViews().empty()) LeaveTabViews();
   RunDestructorStep([this] { GiveUpFocus(); });
   // If a walk or its subviews keep the view in memory, it must disappear from the picture now. Otherwise it
   // ends here, and its destructor does this.
@@ -197,7 +199,7 @@ void CViewImpl::ForgetWindow() {
   fImplFocusTools = nullptr;
   fViewWindow = nullptr;
   fTooltipHandle = 0;
-  for (CViewImpl* subView : fSubViews) subView->ForgetWindow();
+  for (CViewImpl* subView : GetRawSubViews()) subView->ForgetWindow();
 }
 
 bool CViewImpl::CheckInvariant() const {
@@ -208,50 +210,93 @@ bool CViewImpl::CheckInvariant() const {
 
 // --- The tree
 
+const std::vector<CViewImpl*>& CViewImpl::GetRawSubViews() const {
+  static const std::vector<CViewImpl*> none;
+  return fSubViews ? fSubViews->fViews : none;
+}
+
 void CViewImpl::AddSubView(CViewImpl* view) {
-  fSubViews.push_back(view);
+  if (!fSubViews) fSubViews = boost::make_shared<TSubViewList>();
+  fSubViews->fRects.push_back(view->fRect);
+  try {
+    fSubViews->fViews.push_back(view);
+  } catch (...) {
+    fSubViews->fRects.pop_back();
+    throw;
+  }
+  view->fPlace = fSubViews->fViews.size() - 1;
   ForgetSubViewsAt();
 }
 
 void CViewImpl::RemoveSubView(CViewImpl* view) {
-  const auto found = std::find(fSubViews.begin(), fSubViews.end(), view);
-  if (found == fSubViews.end()) {
+  const std::size_t place = FindSubView(*view);
+  if (place == GetRawSubViews().size()) {
     DebugPrint("RemoveSubView called with a view that isn't a sub view!");
     MORVANE_THROW(std::logic_error(""));
   }
-  fSubViews.erase(found);
+  if (fSubViews.use_count() > 1) {
+    // A walk goes on with the old list. Without memory for another one it misses a view.
+    ErrorOf([this] { fSubViews = boost::make_shared<TSubViewList>(*fSubViews); });
+  }
+  fSubViews->fViews.erase(fSubViews->fViews.begin() + static_cast<std::ptrdiff_t>(place));
+  fSubViews->fRects.erase(fSubViews->fRects.begin() + static_cast<std::ptrdiff_t>(place));
   ForgetSubViewsAt();
+}
+
+// Views leave from the front of the list or from its end, and the others then stand before their last place.
+// Returns the length of the list if the view is not in it.
+std::size_t CViewImpl::FindSubView(const CViewImpl& view) const {
+  const std::vector<CViewImpl*>& views = GetRawSubViews();
+  if (views.empty()) return 0;
+  if (views.front() == &view) return view.fPlace = 0;
+  for (std::size_t place = std::min(view.fPlace, views.size() - 1); place > 0; --place)
+    if (views[place] == &view) return view.fPlace = place;
+  return static_cast<std::size_t>(std::find(views.begin(), views.end(), &view) - views.begin());
+}
+
+void CViewImpl::PassOnBounds() const {
+  if (!fSuperView) return;
+  const std::size_t place = fSuperView->FindSubView(*this);
+  if (place < fSuperView->GetRawSubViews().size()) fSuperView->fSubViews->fRects[place] = fRect;
+  fSuperView->ForgetSubViewsAt();
 }
 
 std::vector<TViewImplPtr> CViewImpl::GetSubViews() const {
   std::vector<TViewImplPtr> result;
-  result.reserve(fSubViews.size());
-  for (const CViewImpl* subView : fSubViews)
+  result.reserve(GetRawSubViews().size());
+  for (const CViewImpl* subView : GetRawSubViews())
     if (subView->IsLive()) result.push_back(subView->fClientsViewReference);
   return result;
 }
 
 std::vector<IView*> CViewImpl::CViewGlue_GetSubViewOrder() {
   std::vector<IView*> result;
-  result.reserve(fSubViews.size());
-  for (CViewImpl* subView : fSubViews)
+  result.reserve(GetRawSubViews().size());
+  for (CViewImpl* subView : GetRawSubViews())
     if (subView->IsLive()) result.push_back(subView);
   return result;
 }
 
 // The client does not know of released views any more, but they stay in the list until they end.
 void CViewImpl::CViewGlue_SetSubViewOrder(const std::vector<IView*>& subViews) {
-  std::vector<CViewImpl*> newOrder;
-  newOrder.reserve(fSubViews.size());
+  const std::vector<CViewImpl*>& oldOrder = GetRawSubViews();
+  const auto newList = boost::make_shared<TSubViewList>();
+  std::vector<CViewImpl*>& newOrder = newList->fViews;
+  newOrder.reserve(oldOrder.size());
   for (IView* subView : subViews) newOrder.push_back(dynamic_cast<CViewImpl*>(subView));
-  for (CViewImpl* subView : fSubViews)
+  for (CViewImpl* subView : oldOrder)
     if (!subView->IsLive()) newOrder.push_back(subView);
-  std::vector<CViewImpl*> sortedOld = fSubViews;
+  std::vector<CViewImpl*> sortedOld = oldOrder;
   std::vector<CViewImpl*> sortedNew = newOrder;
   std::sort(sortedOld.begin(), sortedOld.end());
   std::sort(sortedNew.begin(), sortedNew.end());
   if (sortedOld != sortedNew) MORVANE_THROW(std::invalid_argument(""));
-  fSubViews.swap(newOrder);
+  newList->fRects.reserve(newOrder.size());
+  for (const CViewImpl* subView : newOrder) {
+    subView->fPlace = newList->fRects.size();
+    newList->fRects.push_back(subView->fRect);
+  }
+  fSubViews = newList;
   ForgetSubViewsAt();
 }
 
@@ -284,7 +329,7 @@ bool CViewImpl::HasSubViewAt(const TPoint& point) const {
 void CViewImpl::AppendHits(const TPoint& point, std::vector<TViewImplPtr>& hits,
                            std::vector<TViewImplPtr>& candidates) const {
   if (IsHit(point)) hits.push_back(fClientsViewReference);
-  if (!IsLive() || fSubViews.empty()) return;
+  if (!IsLive() || GetRawSubViews().empty()) return;
   const std::size_t begin = candidates.size();
   for (const CViewImpl* subView : FindSubViewsAt(point))
     if (subView->IsLive()) candidates.push_back(subView->fClientsViewReference);
@@ -303,8 +348,8 @@ const std::vector<CViewImpl*>& CViewImpl::FindSubViewsAt(const TPoint& point) co
   if (found.fIsKnown && found.fPoint.fX == point.fX && found.fPoint.fY == point.fY) return found.fSubViews;
   found.fIsKnown = false;
   found.fSubViews.clear();
-  for (CViewImpl* subView : fSubViews)
-    if (IsPointInRect(point, subView->fRect)) found.fSubViews.push_back(subView);
+  for (std::size_t i = 0; i < GetRawSubViews().size(); ++i)
+    if (IsPointInRect(point, fSubViews->fRects[i])) found.fSubViews.push_back(fSubViews->fViews[i]);
   found.fPoint = point;
   found.fIsKnown = true;
   return found.fSubViews;
@@ -382,7 +427,7 @@ void CViewImpl::ApplyEnabled(bool ownEnabled, bool ancestorsEnabled, bool visibl
   fIsEffectivelyEnabled = ancestorsEnabled;
   fIsVisibleInTree = visible;
   if (!isChanged) return;
-  for (const CViewImpl* subView : fSubViews)
+  for (const CViewImpl* subView : GetRawSubViews())
     if (const TViewImplPtr& reference = subView->fClientsViewReference)
       reference->ApplyEnabled((reference->fFlags & kViewEnabled) != 0, ancestorsEnabled && ownEnabled,
                               visible, changed);

@@ -32,6 +32,13 @@ class IViewWindow;
 
 using TViewImplPtr = boost::shared_ptr<CViewImpl>;
 
+// The subviews of a view in the order in which they are drawn, also those that have been released, and beside
+// them their rectangles: a walk looks at these, which lie together, before it touches a view.
+struct TSubViewList {
+  std::vector<CViewImpl*> fViews;
+  std::vector<TRect> fRects;
+};
+
 class CViewImpl : public CViewGlue, CNotCopied {
  public:
   // --- Life
@@ -69,7 +76,12 @@ class CViewImpl : public CViewGlue, CNotCopied {
   // The live subviews in the order in which they are drawn.
   std::vector<TViewImplPtr> GetSubViews() const;
   // All subviews, also those that have been released (see IsLive). Any callback may change the list.
-  const std::vector<CViewImpl*>& GetRawSubViews() const { return fSubViews; }
+  const std::vector<CViewImpl*>& GetRawSubViews() const;
+  // The same with the rectangles; null if there have never been any. The order of this list never changes,
+  // and no view leaves it: the view gets another list then. Views are added at its end, and rectangles follow
+  // their views.
+  boost::shared_ptr<const TSubViewList> GetSubViewList() const { return fSubViews; }
+  bool HasSubViewList(const TSubViewList* list) const { return fSubViews.get() == list; }
   const TRect& GetBounds() const { return fRect; }
   TViewParams GetParams() const { return {fFlags, fRect, fDrawMode, fAutoInvalidation}; }
   std::uint32_t GetFlags() const { return fFlags; }
@@ -180,6 +192,11 @@ class CViewImpl : public CViewGlue, CNotCopied {
   // Called when a subview comes, goes or moves.
   void ForgetSubViewsAt() const;
 
+  // The list of subviews
+  std::size_t FindSubView(const CViewImpl& view) const;
+  // Tells the super view where this view is now.
+  void PassOnBounds() const;
+
   // Bounds
   void BoundsChanged(const TRect& oldRect);
   TAutoInvalidation ResolveAutoInvalidation(const TRect& oldRect) const;
@@ -210,8 +227,9 @@ class CViewImpl : public CViewGlue, CNotCopied {
   TAutoInvalidation fAutoInvalidation;
   boost::shared_ptr<IViewBehavior> fBehavior;
   IWindow* fMotherWindow;
-  TViewImplPtr fSuperView;  // a super view lives as long as its subviews
-  std::vector<CViewImpl*> fSubViews;
+  TViewImplPtr fSuperView;                           // a super view lives as long as its subviews
+  boost::shared_ptr<TSubViewList> fSubViews;         // null at first
+  mutable std::size_t fPlace;                        // in the list of the super view, or a bit before that
   mutable std::unique_ptr<TSubViewsAt> fSubViewsAt;  // of the last point that was asked for; null at first
   bool fIsVisibleInTree;                             // only passed on to subviews
   bool fIsEffectivelyEnabled;                        // whether all super views are enabled

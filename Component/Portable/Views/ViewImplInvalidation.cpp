@@ -105,10 +105,11 @@ void CViewImpl::SetBounds(const TRect& rect) {
   if (IsPermanentMode(fDrawMode) && !(BufferSize(rect) == BufferSize(oldRect)))
     newBuffer = MakePermanentBuffer(fDrawMode, rect);
   fRect = rect;
-  if (fSuperView) fSuperView->ForgetSubViewsAt();
+  PassOnBounds();
   if (newBuffer.fBitmap)
     SetPermanentBuffer(std::move(newBuffer));
-  else if (fAutoInvalidation == kAutoInvalidationNone && fSubViews.empty() && HaveSameSize(rect, oldRect))
+  else if (fAutoInvalidation == kAutoInvalidationNone && GetRawSubViews().empty() &&
+           HaveSameSize(rect, oldRect))
     MoveDirtyRegion(static_cast<std::int64_t>(rect.fLeft) - oldRect.fLeft,
                     static_cast<std::int64_t>(rect.fTop) - oldRect.fTop);
   else if (fCollapsedDirtyRegion)
@@ -132,7 +133,7 @@ void CViewImpl::BoundsChanged(const TRect& oldRect) {
       break;
   }
   // Subviews must not leave stale pixels where the view has appeared or disappeared.
-  if (fAutoInvalidation == kAutoInvalidationNone && !fSubViews.empty())
+  if (fAutoInvalidation == kAutoInvalidationNone && !GetRawSubViews().empty())
     fSuperView->InvalidateDifference(fRect, oldRect);
 }
 
@@ -189,7 +190,7 @@ void CViewImpl::CViewGlue_Offset(std::int32_t dx, std::int32_t dy) {
 }
 
 bool CViewImpl::IsOnlySubView() const {
-  for (const CViewImpl* view : fSuperView->fSubViews)
+  for (const CViewImpl* view : fSuperView->GetRawSubViews())
     if (view != this && view->IsLive()) return false;
   return true;
 }
@@ -251,7 +252,7 @@ void CViewImpl::MoveSubtree(std::int32_t dx, std::int32_t dy, CViewImpl& around,
   const TRect oldRect = fRect;
   const TPoint distance = LimitOffset(oldRect, dx, dy);
   fRect = OffsetRectBy(oldRect, distance.fX, distance.fY);
-  if (fSuperView) fSuperView->ForgetSubViewsAt();
+  PassOnBounds();
   MoveDirtyRegion(distance.fX, distance.fY);
   if (!handled) {
     switch (ResolveAutoInvalidation(oldRect)) {
@@ -270,7 +271,7 @@ void CViewImpl::MoveSubtree(std::int32_t dx, std::int32_t dy, CViewImpl& around,
   TError firstError = kOK;
   if (fBehavior)
     firstError = ErrorOf([&] { MORVANE_CHECK(fBehavior->IViewBehavior_OnOffset(distance.fX, distance.fY)); });
-  if (!fSubViews.empty()) {
+  if (!GetRawSubViews().empty()) {
     for (const TViewImplPtr& subView : GetSubViews()) {
       if (!subView->IsLive()) continue;
       const TError error = ErrorOf([&] { subView->MoveSubtree(dx, dy, around, handled); });
