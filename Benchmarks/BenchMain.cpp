@@ -245,7 +245,7 @@ class CFrameRows {
     TCells cells = Cells(kCellsInClient);
     cells.push_back({0, 0, 60, 40});
     CCellPainter painter(TCellText::kNone);
-    CCellScene scene(fMorvane, fWindow, TArrangement::kDirect, painter, cells);
+    CCellScene scene(fMorvane, fWindow, TArrangement::kDragged, painter, cells);
     CPlainWindow plain(painter, cells);
     CDrag drag, plainDrag;
     MeasureFrames(

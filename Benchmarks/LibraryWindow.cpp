@@ -43,8 +43,10 @@ CCellScene::CCellScene(IMorvane& morvane, IDocumentWindow& window, TArrangement 
   for (std::size_t i = 0; i < cells.size(); ++i) {
     const bool isInTheOneBefore = arrangement == TArrangement::kStacked && i % kStackHeight != 0;
     IView& holder = isInTheOneBefore ? *fCells[i - 1].View() : *superView;
-    ThrowIfFailed(fCells[i].Create(morvane, holder, "Cell", ParamsFor(ToRect(cells[i])), painter, cells[i],
-                                   static_cast<int>(i)));
+    TViewParams params = ParamsFor(ToRect(cells[i]));
+    if (arrangement == TArrangement::kDragged && i + 1 == cells.size())
+      params.fAutoInvalidation = kAutoInvalidationFull;
+    ThrowIfFailed(fCells[i].Create(morvane, holder, "Cell", params, painter, cells[i], static_cast<int>(i)));
   }
   PaintAll();
 }
@@ -73,9 +75,7 @@ void CCellScene::PaintFirstAndLast() {
 }
 
 void CCellScene::MoveLastCell(int dx, int dy) {
-  Invalidate(fCells.size() - 1);
   ThrowIfFailed(fCells.back().View()->IView_Offset(dx, dy));
-  Invalidate(fCells.size() - 1);
   UpdateWindow(fHwnd);
 }
 

@@ -17,6 +17,7 @@ using namespace NSMorvane;
 
 enum class TArrangement {
   kDirect,    // all cells under the root view, each drawn directly
+  kDragged,   // the same, and the last one invalidates what it leaves and where it comes
   kBuffered,  // under one view that keeps a bitmap
   kScrolled,  // under the only subview of one that keeps a bitmap, somewhat lower than the client area
   kStacked    // each under the one before, in stacks of kStackHeight

@@ -164,6 +164,8 @@ class FakeViewWindow : public CWindowGlue, public IImplFocusTools, public IFocus
     fInvalidRects.push_back(rect);
     fInvalid.UnionRect(rect);
   }
+  void BeginInvalidations() override {}
+  void EndInvalidations() noexcept override {}
   void InvalidateRegion(const CRegion& region) override {
     for (const TRect& rect : region.GetRects()) InvalidateRect(rect);
   }

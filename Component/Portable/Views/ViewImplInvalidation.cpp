@@ -43,6 +43,21 @@ bool CutArea(CRegion& area, const TRect& rect) {
 void AddArea(CRegion& region, const CRegion& area) { region.UnionRegion(area); }
 void InvalidateArea(IViewWindow& window, const CRegion& area) { window.InvalidateRegion(area); }
 
+// Two places, the old one and the new one, are one request to the system, which costs as much as a small
+// paint.
+class CInvalidations : CNotCopied {
+ public:
+  explicit CInvalidations(IViewWindow* window) : fWindow(window) {
+    if (fWindow) fWindow->BeginInvalidations();
+  }
+  ~CInvalidations() {
+    if (fWindow) fWindow->EndInvalidations();
+  }
+
+ private:
+  IViewWindow* fWindow;
+};
+
 }  // namespace
 
 // --- Invalidation
@@ -122,10 +137,12 @@ void CViewImpl::SetBounds(const TRect& rect) {
 void CViewImpl::BoundsChanged(const TRect& oldRect) {
   if (!fSuperView) return;
   switch (ResolveAutoInvalidation(oldRect)) {
-    case kAutoInvalidationFull:
+    case kAutoInvalidationFull: {
+      const CInvalidations both(fViewWindow);
       fSuperView->InvalidatePicture(oldRect);
       fSuperView->InvalidatePicture(fRect);
       break;
+    }
     case kAutoInvalidationDifference:
       fSuperView->InvalidateDifference(fRect, oldRect);
       break;
@@ -172,6 +189,7 @@ void CViewImpl::CViewGlue_Offset(std::int32_t dx, std::int32_t dy) {
   const TPoint distance = LimitOffset(fRect, dx, dy);
   bool handled = false;
   if (IsPermanentMode(fDrawMode)) {
+    const CInvalidations both(fViewWindow);
     superView->InvalidatePicture(fRect);
     superView->InvalidatePicture(OffsetRectBy(fRect, distance.fX, distance.fY));
     MORVANE_ASSERT(fCollapsedDirtyRegion != NULL);
@@ -256,11 +274,13 @@ void CViewImpl::MoveSubtree(std::int32_t dx, std::int32_t dy, CViewImpl& around,
   MoveDirtyRegion(distance.fX, distance.fY);
   if (!handled) {
     switch (ResolveAutoInvalidation(oldRect)) {
-      case kAutoInvalidationFull:
+      case kAutoInvalidationFull: {
+        const CInvalidations both(fViewWindow);
         around.InvalidatePicture(oldRect);
         InvalidatePicture(fRect);
         handled = fAutoInvalidation == kAutoInvalidationFull;
         break;
+      }
       case kAutoInvalidationDifference:
         around.InvalidateDifference(fRect, oldRect);
         break;

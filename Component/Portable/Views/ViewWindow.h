@@ -39,6 +39,10 @@ class IViewWindow {
   // Request that this part of the screen is painted again, in client coordinates.
   virtual void InvalidateRect(const TRect& rect) = 0;
   virtual void InvalidateRegion(const CRegion& region) = 0;
+  // What is requested between these two calls may be passed on to the system at once, with the second. Nobody
+  // outside the library is called in between.
+  virtual void BeginInvalidations() = 0;
+  virtual void EndInvalidations() noexcept = 0;
   // A view has moved: the tooltips follow at the next tick.
   virtual void MarkToolRectsDirty() = 0;
   // A number that stands for the tooltip, 0 on failure.

@@ -134,6 +134,8 @@ class CWinWindow : public CWindowGlue,
   void IImplFocusTools_RemoveTabView(const CViewImpl* view) noexcept override { std::erase(fTabViews, view); }
   boost::shared_ptr<void> IImplFocusTools_KeepAlive() override { return fClientsWindowReference; }
   void InvalidateRect(const TRect& rect) override { fPainting.InvalidateRect(rect); }
+  void BeginInvalidations() override { fPainting.BeginInvalidations(); }
+  void EndInvalidations() noexcept override { fPainting.EndInvalidations(); }
   void InvalidateRegion(const CRegion& region) override { fPainting.InvalidateRegion(region); }
   void MarkToolRectsDirty() override { fTooltips.MarkRectsDirty(); }
   std::uint32_t AddTool(CViewImpl& view, const TString& text) override;

@@ -1,6 +1,7 @@
 #include "Component/Win/Window/WinWindowPainting.h"
 
 #include <exception>
+#include <utility>
 
 #include "Component/Portable/Drawing/DrawingWalk.h"
 #include "Component/Portable/Surfaces/BufferBitmap.h"
@@ -127,14 +128,38 @@ void CWinWindowPainting::InvalidateRect(const TRect& rect) {
   if (fWindow.fHost->GetDebugSettings().fDrawInvalidationBlue && !IsEmptyRect(rect))
     FlashInvalidation({rect});
   if (!CanBeDirty()) return;
-  const RECT nativeRect = ToNative(rect);
-  ::InvalidateRect(fWindow.fHwnd, &nativeRect, FALSE);
+  if (fIsGathering && !fGathered) {
+    fGathered = rect;
+    return;
+  }
+  const std::optional<TRect> first = std::exchange(fGathered, std::nullopt);
+  const TError error = ErrorOf([&] {
+    if (!first) return;
+    CRegion both(*first);
+    both.UnionRect(rect);
+    ::InvalidateRgn(fWindow.fHwnd, both.GetNativeRegion(), FALSE);
+  });
+  if (first && error == kOK) return;
+  // Without memory for the region they are passed on one by one.
+  if (first) PassOn(*first);
+  PassOn(rect);
 }
 
 void CWinWindowPainting::InvalidateRegion(const CRegion& region) {
   if (region.IsEmpty()) return;
   if (fWindow.fHost->GetDebugSettings().fDrawInvalidationBlue) FlashInvalidation(region.GetRects());
   if (CanBeDirty()) ::InvalidateRgn(fWindow.fHwnd, region.GetNativeRegion(), FALSE);
+}
+
+void CWinWindowPainting::EndInvalidations() noexcept {
+  fIsGathering = false;
+  if (fGathered) PassOn(*fGathered);
+  fGathered.reset();
+}
+
+void CWinWindowPainting::PassOn(const TRect& rect) const {
+  const RECT nativeRect = ToNative(rect);
+  ::InvalidateRect(fWindow.fHwnd, &nativeRect, FALSE);
 }
 
 // --- Debug layers

@@ -6,6 +6,8 @@
 
 #include <windows.h>
 
+#include <optional>
+
 #include "Component/Portable/Base/Geometry.h"
 #include "Component/Portable/Base/Scopes.h"
 #include "Component/Portable/Windows/PaintSamples.h"
@@ -29,6 +31,9 @@ class CWinWindowPainting : CNotCopied {
   // In client coordinates. The background is never erased.
   void InvalidateRect(const TRect& rect);
   void InvalidateRegion(const CRegion& region);
+  // Rectangles that are invalidated between them are passed on together, with the second.
+  void BeginInvalidations() { fIsGathering = true; }
+  void EndInvalidations() noexcept;
 
   const CPaintSamples& GetSamples() const { return fSamples; }
 
@@ -39,10 +44,13 @@ class CWinWindowPainting : CNotCopied {
   void DrawRootView(COffscreenContext& buffer, const CRegion& region);
   void FlashInvalidation(const TRectList& rects);
   void FlashPaint(CPaintContext& target);
+  void PassOn(const TRect& rect) const;
 
   const TWindowCore& fWindow;
   const CWinViewInspector& fInspector;
   CPaintSamples fSamples;
+  bool fIsGathering = false;
+  std::optional<TRect> fGathered;
 };
 
 }  // namespace NSMorvane
