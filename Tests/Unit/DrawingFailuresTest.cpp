@@ -191,6 +191,31 @@ TEST_F(DrawingFailures, ViewsMayEndWhileTheyAreDrawn) {
   EXPECT_FALSE(fOutput.HasLine("drawn after its end"));
 }
 
+// What is made meanwhile comes with the next paint; what is moved is drawn where it is now.
+TEST_F(DrawingFailures, ViewsMayComeAndMoveWhileOneIsDrawn) {
+  for (const bool oneEnds : {false, true}) {
+    DrawingTree tree({0, 0, 100, 100});
+    CViewImpl& first = tree.Add({0, 0, 10, 10});
+    CViewImpl& ended = tree.Add({10, 0, 20, 10});
+    CViewImpl& moved = tree.Add({20, 50, 30, 60});
+    CViewImpl* made = nullptr;
+    BehaviorOf(moved).fOnDraw = Filling(kEverything, kGreen);
+    BehaviorOf(first).fOnDraw = [&](IDrawTools&) -> TError {
+      if (made) return kOK;
+      made = &tree.Add({30, 0, 40, 10});
+      if (oneEnds) ended.IView_Release();
+      SetRect(moved, {20, 0, 30, 10});
+      return kOK;
+    };
+    CBufferBitmap surface({100, 20}, 32);
+    tree.Draw(surface);
+    EXPECT_EQ(0, BehaviorOf(*made).fDraws);
+    EXPECT_EQ("", DifferenceOf(surface, {{{20, 0, 30, 10}, kGreen}}));
+    tree.Draw(surface);
+    EXPECT_EQ(1, BehaviorOf(*made).fDraws);
+  }
+}
+
 TEST_F(DrawingFailures, AViewMayChangeItsModeAndSizeWhileItIsDrawn) {
   for (const TViewDrawMode from : kModes)
     for (const TViewDrawMode to : kModes) {
