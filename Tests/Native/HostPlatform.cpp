@@ -22,6 +22,9 @@ bool IsFont(HFONT__* font) { return font != nullptr; }
 HFONT__* GetSelectedFont(HDC__*) { return gFont; }
 void SelectFont(HDC__*, HFONT__* font) { gFont = font; }
 
+// Nothing is clipped here.
+void CKnownPort::SelectClip() const {}
+
 }  // namespace NSMorvane
 
 namespace NSMorvaneTest {

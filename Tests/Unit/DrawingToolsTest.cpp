@@ -98,16 +98,25 @@ TEST_F(DrawingTools, AFlushGoesUpThroughAllParents) {
   CBufferBitmapDrawTools outer(&outerBitmap, all.GetNativeRegion(), {5, 5}, &screen);
   CBufferBitmapDrawTools inner(&innerBitmap, all.GetNativeRegion(), {20, 10}, &outer);
   Fill(innerBitmap, kEverything, kRed);
+  // It is clipped as the views are, and not as others have left the contexts.
+  const auto setClip = [](CDrawToolsGlue& tools, const TRect& clip) {
+    const HDC hdc = tools.CDrawToolsGlue_GetNativePort().fHDC;
+    IntersectClipRect(hdc, 24, 14, 25, 15);
+    tools.GetKnownPort().SetClip(clip, CPortMapping(hdc));
+  };
+  setClip(outer, {0, 0, 29, 100});
+  setClip(screen, {21, 0, 100, 100});
   inner.CDrawToolsGlue_FlushToScreen(true);
   EXPECT_EQ((std::vector<bool>{true}), screen.fFlushes);
-  EXPECT_EQ((TRect{15, 5, 25, 15}), PaintedPixels(outerBitmap));
-  EXPECT_EQ((TRect{20, 10, 30, 20}), PaintedPixels(surface));
+  EXPECT_EQ((TRect{15, 5, 24, 15}), PaintedPixels(outerBitmap));
+  EXPECT_EQ((TRect{21, 10, 29, 20}), PaintedPixels(surface));
 }
 
 // --- The state of a context
 
 // For any clip region and origin: what can be drawn after Enter is what the platform's own intersection
-// leaves, whatever the view before has done to the context, and in the end the clip is the old one.
+// leaves, whatever the view before has done to the context, and in the end the clip is the old one. So it is
+// if the clips are selected at once, and if they wait for the next use.
 TEST_F(DrawingTools, ClipsOfViewsAreThoseOfThePlatform) {
   Random random(90125);
   CBufferBitmap tested({24, 20}, 32), reference({24, 20}, 32);
@@ -132,8 +141,9 @@ TEST_F(DrawingTools, ClipsOfViewsAreThoseOfThePlatform) {
       SetMapMode(dc, round % 7 == 0 ? MM_ANISOTROPIC : MM_TEXT);
     }
     const CStateRestorer untouched(referenceHdc);
+    CKnownPort knownPort(hdc);
     {
-      CPortClip clip(hdc);
+      CPortClip clip(hdc, round % 5 < 3 ? &knownPort : nullptr);
       for (int view = 0; view < 6; ++view) {
         const TRect bounds = OffsetRectBy(random.Rect(-5, 22, 20), origin, origin);
         untouched.Restore();
@@ -144,6 +154,7 @@ TEST_F(DrawingTools, ClipsOfViewsAreThoseOfThePlatform) {
           SelectClipRgn(hdc, nullptr);
           clip.Renew(bounds);
         }
+        knownPort.Use();
         if (entered) Fill(tested, kEverything, 1);
         Fill(reference, kEverything, 1);
         ASSERT_EQ(PixelsOf(reference), PixelsOf(tested)) << round << " " << view;
@@ -156,6 +167,7 @@ TEST_F(DrawingTools, ClipsOfViewsAreThoseOfThePlatform) {
         clip.Leave();
       }
     }
+    knownPort.Use();
     untouched.Restore();
     clear();
     for (CBufferBitmap* each : {&tested, &reference}) Fill(*each, kEverything, 1);

@@ -260,6 +260,167 @@ TEST_F(DrawingWalk, FontsOfViews) {
   }
 }
 
+namespace {
+
+constexpr TRect kRootView = {2, 1, 58, 46}, kOtherView = {8, 8, 30, 20};
+constexpr RECT kNativeRoot = {2, 1, 58, 46};
+
+// What the view of a tree does to its port, and what it finds there. It may also leave the port alone.
+struct PortUser {
+  TRect fBounds;
+  TViewDrawMode fMode = kViewDrawDirect;  // another one only without subviews
+  bool fThrows = false;
+  bool fDrawsOther = false;  // another view, with the same tools, before everything else
+  int fDrawSpoiler = -1;     // -1 for none
+  int fPostProcessSpoiler = -1;
+  COLORREF fColour = 0;  // 0: the port stays closed in Draw
+  COLORREF fPostProcessColour = 0;
+  std::vector<PortUser> fSubViews = {};
+};
+
+// A buffer is made for what can be seen where the super view's place is its own, so there are either buffers
+// or spoilers.
+PortUser RandomPortUser(Random& random, bool hasBuffers, int depth = 0) {
+  const auto someColour = [&] { return random(0, 1) == 0 ? 0 : ColourOf(random(1, 124)); };
+  const auto someSpoiler = [&] {
+    return !hasBuffers && random(0, 2) == 0 ? random(0, kPlaceSpoilers - 1) : -1;
+  };
+  PortUser user = {.fBounds = random.Rect(-5, 40, 50)};
+  user.fThrows = depth > 0 && random(0, 9) == 0;
+  user.fDrawsOther = random(0, 5) == 0;
+  user.fDrawSpoiler = someSpoiler();
+  user.fPostProcessSpoiler = someSpoiler();
+  user.fColour = someColour();
+  user.fPostProcessColour = someColour();
+  if (depth == 0) user.fBounds = kRootView;
+  if (depth < 3)
+    for (int i = random(0, 3); i > 0; --i)
+      user.fSubViews.push_back(RandomPortUser(random, hasBuffers, depth + 1));
+  if (hasBuffers && depth > 0 && user.fSubViews.empty() && random(0, 2) == 0)
+    user = {.fBounds = user.fBounds, .fMode = kModes[random(1, 4)], .fColour = ColourOf(random(1, 124))};
+  return user;
+}
+
+std::string UsePort(HDC hdc, COLORREF colour, int spoiler) {
+  RECT box = {};
+  POINT origin = {};
+  GetClipBox(hdc, &box);
+  GetWindowOrgEx(hdc, &origin);
+  Fill(hdc, kEverything, colour);
+  if (spoiler >= 0) kSpoilers[spoiler](hdc);
+  return testing::PrintToString(TRect{box.left, box.top, box.right, box.bottom}) + " " +
+         testing::PrintToString(TPoint{origin.x, origin.y});
+}
+
+// The walk as slow and simple as it can be.
+void DrawSimply(const PortUser& user, HDC hdc, Texts& found) {
+  const RECT native = {user.fBounds.fLeft, user.fBounds.fTop, user.fBounds.fRight, user.fBounds.fBottom};
+  RECT box = {}, common = {};
+  GetClipBox(hdc, &box);
+  IntersectRect(&box, &box, &kNativeRoot);  // also where a super view has moved the origin
+  if (!IntersectRect(&common, &box, &native) || !RectVisible(hdc, &native)) return;
+  const int level = SaveDC(hdc);
+  IntersectClipRect(hdc, native.left, native.top, native.right, native.bottom);
+  if (user.fDrawsOther) DrawSimply({.fBounds = kOtherView, .fColour = kGreen}, hdc, found);
+  if (user.fMode != kViewDrawDirect) {
+    Fill(hdc, kEverything, user.fColour);
+  } else if (user.fColour != 0) {
+    found.push_back(UsePort(hdc, user.fColour, user.fDrawSpoiler));
+  }
+  if (!user.fThrows) {
+    for (const PortUser& subView : user.fSubViews) DrawSimply(subView, hdc, found);
+    if (user.fPostProcessColour != 0)
+      found.push_back(UsePort(hdc, user.fPostProcessColour, user.fPostProcessSpoiler));
+  }
+  RestoreDC(hdc, level);
+}
+
+}  // namespace
+
+// Wherever a view opens its port, and whatever others have done with it or have left undone, it finds the
+// clip and the origin that it should.
+TEST_F(DrawingWalk, EachOpeningFindsItsPlace) {
+  int openings = 0;
+  for (int seed = 1; seed <= 250; ++seed) {
+    SCOPED_TRACE(seed);
+    Random random(seed);
+    const PortUser root = RandomPortUser(random, seed % 2 == 0);
+    CRegion dirty(TRect{0, 0, 60, 50});
+    if (seed % 3 == 0) dirty.SubtractRect(random.Rect(0, 40, 20));
+    Texts expected, found;
+    CBufferBitmap reference({60, 50}, 32), surface({60, 50}, 32);
+    SelectClipRgn(reference.GetNativePort().fHDC, dirty.GetNativeRegion());
+    DrawSimply(root, reference.GetNativePort().fHDC, expected);
+
+    DrawingTree tree(root.fBounds), otherTree(kOtherView);
+    BehaviorOf(otherTree.Root()).fOnDraw = [&](IDrawTools& tools) {
+      return Drawing([&](HDC hdc) { found.push_back(UsePort(hdc, kGreen, -1)); })(tools);
+    };
+    const std::function<void(CViewImpl&, const PortUser&)> build = [&](CViewImpl& view,
+                                                                       const PortUser& user) {
+      BehaviorOf(view).fOnDraw = [&](IDrawTools& tools) -> TError {
+        if (user.fDrawsOther) otherTree.DrawWith(tools);
+        if (user.fMode != kViewDrawDirect) return Filling(kEverything, user.fColour)(tools);
+        const auto use = [&](HDC hdc) { found.push_back(UsePort(hdc, user.fColour, user.fDrawSpoiler)); };
+        const TError error = user.fColour != 0 ? Drawing(use)(tools) : kOK;
+        if (user.fThrows) throw std::runtime_error("boom");
+        return error;
+      };
+      if (user.fPostProcessColour != 0)
+        BehaviorOf(view).fOnPostProcess = [&](IDrawTools& tools) {
+          TNativePort port = {};
+          EXPECT_EQ(kOK, tools.IDrawTools_OpenNativePortWithFont(
+                             static_cast<HFONT>(GetStockObject(SYSTEM_FONT)), port));
+          found.push_back(UsePort(port.fHDC, user.fPostProcessColour, user.fPostProcessSpoiler));
+          return tools.IDrawTools_CloseNativePort();
+        };
+      for (const PortUser& each : user.fSubViews) build(tree.Add(view, each.fBounds, each.fMode), each);
+    };
+    build(tree.Root(), root);
+    tree.Draw(surface, dirty);
+    EXPECT_EQ(expected, found);
+    EXPECT_EQ(PixelsOf(reference), PixelsOf(surface));
+    openings += static_cast<int>(found.size());
+  }
+  EXPECT_GT(openings, 500);
+}
+
+// A view draws others with tools that pass all on to the library's, and one of them draws another one with
+// those. What comes next has its own clip.
+TEST_F(DrawingWalk, PassesOverOneContextMayAlternate) {
+  class PassingTools : public IDrawTools {
+   public:
+    explicit PassingTools(IDrawTools& tools) : fTools(tools) {}
+    TError IDrawTools_GetDirtyRegion(void*& out) override { return fTools.IDrawTools_GetDirtyRegion(out); }
+    TError IDrawTools_OpenNativePort(TNativePort& out) override {
+      return fTools.IDrawTools_OpenNativePort(out);
+    }
+    TError IDrawTools_CloseNativePort() override { return fTools.IDrawTools_CloseNativePort(); }
+    TError IDrawTools_OpenRawPixels(TRawPixels&) override { return kUnsupported; }
+    TError IDrawTools_CloseRawPixels() override { return kUnsupported; }
+    TError IDrawTools_OpenNativePortWithFont(HFONT__*, TNativePort&) override { return kUnsupported; }
+
+   private:
+    IDrawTools& fTools;
+  };
+  DrawingTree tree({0, 0, 100, 100}), outer({0, 0, 100, 100}), inner({0, 0, 100, 100});
+  IDrawTools* libraryTools = nullptr;
+  BehaviorOf(tree.Root()).fOnDraw = [&](IDrawTools& tools) {
+    libraryTools = &tools;
+    PassingTools passing(tools);
+    outer.DrawWith(passing);
+    return kOK;
+  };
+  BehaviorOf(outer.Add({0, 0, 20, 20})).fOnDraw = [&](IDrawTools&) {
+    inner.DrawWith(*libraryTools);
+    return kOK;
+  };
+  BehaviorOf(outer.Add({40, 0, 60, 20})).fOnDraw = Filling(kEverything, kRed);
+  CBufferBitmap surface({100, 100}, 32);
+  tree.Draw(surface);
+  EXPECT_EQ((TRect{40, 0, 60, 20}), PaintedPixels(surface));
+}
+
 // The tools of someone else: the walk asks them for the port, once for each view.
 TEST_F(DrawingWalk, ForeignToolsAreOpenedForEachView) {
   class ForeignTools : public IDrawTools {

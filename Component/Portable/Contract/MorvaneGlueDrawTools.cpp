@@ -4,12 +4,11 @@
 #include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Contract/MorvaneGlueContract.h"
 #include "Component/Portable/Contract/MorvaneGlueDrawTools.h"
-#include "Component/Portable/Surfaces/PortState.h"
 
 namespace NSMorvane {
 
 CDrawToolsGlue::CDrawToolsGlue(const TNativePort& nativePort, void* dirtyRegion)
-    : fNativePort(nativePort), fDirtyRegion(dirtyRegion) {
+    : fNativePort(nativePort), fDirtyRegion(dirtyRegion), fKnownPort(nativePort.fHDC) {
   MORVANE_ASSERT(fNativePort.fHDC != NULL);
 }
 
@@ -38,7 +37,7 @@ TError CDrawToolsGlue::IDrawTools_OpenNativePort(TNativePort& out) {
   MORVANE_REQUIRE_SEQUENCE("CDrawToolsGlue::IDrawTools_OpenNativePort", !fRawPixelsAreOpen);
   TError outError;
   CallHook(outError, [&] {
-    out = CDrawToolsGlue_GetNativePort();
+    out = UsePort();
     PutFontBack();
     fNativePortIsOpen = true;
   });
@@ -52,7 +51,7 @@ TError CDrawToolsGlue::IDrawTools_OpenNativePortWithFont(HFONT__* font, TNativeP
   MORVANE_REQUIRE_SEQUENCE("CDrawToolsGlue::IDrawTools_OpenNativePortWithFont", !fRawPixelsAreOpen);
   TError outError;
   CallHook(outError, [&] {
-    out = CDrawToolsGlue_GetNativePort();
+    out = UsePort();
     HFONT__* const selected = GetSelectedFont(out.fHDC);
     if (fLentFont == nullptr) fFontBefore = selected;
     if (selected != font) SelectFont(out.fHDC, font);
@@ -133,6 +132,11 @@ void CDrawToolsGlue::CloseWhatIsLeftOpen() {
   MORVANE_ASSERT(!fRawPixelsAreOpen);
   if (fNativePortIsOpen) IDrawTools_CloseNativePort();
   if (fRawPixelsAreOpen) IDrawTools_CloseRawPixels();
+}
+
+TNativePort CDrawToolsGlue::UsePort() {
+  fKnownPort.Use();
+  return CDrawToolsGlue_GetNativePort();
 }
 
 }  // namespace NSMorvane

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "Component/Portable/Base/Scopes.h"
+#include "Component/Portable/Surfaces/PortState.h"
 #include "Component/Portable/Surfaces/Region.h"
 #include "Interface/MorvaneDrawing.h"
 
@@ -32,6 +33,9 @@ class CDrawToolsGlue : public IDrawTools, CNotCopied {
   // Called when a behaviour has used the tools: reports and closes the port or the pixels that it has left
   // open, so that the next behaviour can draw.
   void CloseWhatIsLeftOpen();
+  // The port, with the clip of the view that is being drawn. Whoever wants to use it gets it from here.
+  TNativePort UsePort();
+  CKnownPort& GetKnownPort() { return fKnownPort; }
 
   virtual TNativePort CDrawToolsGlue_GetNativePort() = 0;
   virtual void CDrawToolsGlue_CloseNativePort() = 0;
@@ -52,6 +56,7 @@ class CDrawToolsGlue : public IDrawTools, CNotCopied {
  private:
   void PutFontBack();
 
+  CKnownPort fKnownPort;
   // The font that was opened with last and is still selected, or null; and the one to select in its place.
   HFONT__* fLentFont = nullptr;
   HFONT__* fFontBefore = nullptr;

@@ -139,7 +139,7 @@ void CBufferBitmapDrawTools::CDrawToolsGlue_FlushToScreen(bool delayFlag) {
   if (fParentTools == nullptr) return;
   const TBufferBitmapInfo& info = fBitmap->GetInfo();
   const TRect content = OffsetRectBy({0, 0, info.fWidth, info.fHeight}, fOrigin.fX, fOrigin.fY);
-  fBitmap->CopyToPort(fParentTools->CDrawToolsGlue_GetNativePort(), fOrigin, content);
+  fBitmap->CopyToPort(fParentTools->UsePort(), fOrigin, content);
   fParentTools->CDrawToolsGlue_FlushToScreen(delayFlag);
 }
 

@@ -28,6 +28,22 @@ struct TPass {
 
 // --- Guards
 
+// The context that a walk draws to. Its state is restored in the end, and what was known of it is forgotten.
+class CPassGuard : CNotCopied {
+ public:
+  CPassGuard(HDC__* hdc, CDrawToolsGlue* glue) : fGlue(glue), fState(hdc), fGuard(hdc) {
+    CClipRegions::GetInstance().StartOver();
+  }
+  ~CPassGuard() {
+    if (fGlue != nullptr) fGlue->GetKnownPort().Forget();
+  }
+
+ private:
+  CDrawToolsGlue* fGlue;
+  CStateRestorer fState;
+  CPortGuard fGuard;
+};
+
 // The drawing of one view whose clip has been entered.
 class CViewScope : CNotCopied {
  public:
@@ -309,7 +325,7 @@ void DrawGuarded(CViewImpl& subView, TDraw&& draw) {
 // With the library's own tools, port and clip are the same for all subviews, so the clip is read once here. A
 // subview that need not be drawn costs one comparison of rectangles.
 void DrawSubViewsWithGlue(const TPass& pass, CSubViewIterator& subViews) {
-  CPortClip clip(pass.fGlue->CDrawToolsGlue_GetNativePort().fHDC);
+  CPortClip clip(pass.fGlue->CDrawToolsGlue_GetNativePort().fHDC, &pass.fGlue->GetKnownPort());
   TRect box = clip.GetBox();
   if (!IntersectRect(box, pass.fDirtyBounds)) return;
   while (CViewImpl* const subView = subViews.GetNext(box)) {
@@ -335,7 +351,7 @@ void DrawSubViews(const TPass& pass, CViewImpl& view) {
 HDC__* GetPort(IDrawTools& tools, CDrawToolsGlue* glue) {
   TNativePort nativePort = {};
   if (glue != nullptr) {
-    nativePort = glue->CDrawToolsGlue_GetNativePort();
+    nativePort = glue->UsePort();
   } else {
     ThrowError(tools.IDrawTools_OpenNativePort(nativePort));
     ThrowError(tools.IDrawTools_CloseNativePort());
@@ -354,10 +370,8 @@ void DrawView(IMorvaneRunBehavior* runBehavior, TDrawBracket& bracket, CViewImpl
   const TViewImplPtr keepAlive = view.IsLive() ? view.GetClientsViewReference() : TViewImplPtr();
   CDrawToolsGlue* const glue = dynamic_cast<CDrawToolsGlue*>(&tools);
   HDC__* const hdc = GetPort(tools, glue);
-  const CStateRestorer state(hdc);
-  const CPortGuard guard(hdc);
-  CClipRegions::GetInstance().StartOver();
-  CPortClip clip(hdc);
+  const CPassGuard guard(hdc, glue);
+  CPortClip clip(hdc, glue != nullptr ? &glue->GetKnownPort() : nullptr);
   if (!clip.Enter(bounds)) return;
   DrawEntered({runBehavior, bracket, dirtyBounds, tools, glue, settings}, clip, view, bounds);
 }
@@ -367,9 +381,7 @@ void DrawSubViews(IMorvaneRunBehavior* runBehavior, TDrawBracket& bracket, CView
   const TViewImplPtr keepAlive = view.IsLive() ? view.GetClientsViewReference() : TViewImplPtr();
   CDrawToolsGlue* const glue = dynamic_cast<CDrawToolsGlue*>(&tools);
   HDC__* const hdc = GetPort(tools, glue);
-  const CStateRestorer state(hdc);
-  const CPortGuard guard(hdc);
-  CClipRegions::GetInstance().StartOver();
+  const CPassGuard guard(hdc, glue);
   DrawSubViews({runBehavior, bracket, dirtyBounds, tools, glue, settings}, view);
 }
 

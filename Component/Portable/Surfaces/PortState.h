@@ -6,8 +6,8 @@
 // drawn. After every pass over a context it also restores attributes and selected objects, and all the rest
 // of the state if the context is that of a bitmap, which other views and windows draw into later. The clip of
 // a context is read once for all the subviews of a view. The clips of the subviews are computed here and set
-// with as few platform calls as possible, and the clip of the super view is restored only after the last
-// subview.
+// with as few platform calls as possible: those that are one rectangle only when somebody opens the port. The
+// clip of the super view is restored only after the last subview.
 #pragma once
 
 #include <cstddef>
@@ -54,6 +54,7 @@ class CPortMapping {
     return {ToCoordinate(static_cast<std::int64_t>(fViewportOrigin.fX) - fWindowOrigin.fX),
             ToCoordinate(static_cast<std::int64_t>(fViewportOrigin.fY) - fWindowOrigin.fY)};
   }
+  friend bool operator==(const CPortMapping& a, const CPortMapping& b) = default;
 
  private:
   int fGraphicsMode;
@@ -142,11 +143,53 @@ class CClipRegions {
   std::size_t fNext;
 };
 
+// What the walk knows of the context of tools from one use of it to the next: the mapping, and the clip that
+// the next user has to find. A view that never opens its port has its clip here only, and its subviews need
+// not ask the platform for clip and mapping.
+class CKnownPort : CNotCopied {
+ public:
+  explicit CKnownPort(HDC__* hdc) : fHDC(hdc) {}
+
+  // Call this before anybody but the walk uses the context: selects the clip. Afterwards nothing is known,
+  // since the user may change everything.
+  void Use() {
+    if (fClip) SelectClip();
+    Forget();
+  }
+  // Call this when clip and mapping have been set in another way.
+  void Forget() {
+    fClip.reset();
+    fMapping.reset();
+  }
+
+  // For a clip that is one rectangle, in the logical coordinates of `mapping`. The context must have this
+  // mapping, which must be in pixels.
+  void SetClip(const TRect& clip, const CPortMapping& mapping) {
+    fClip = clip;
+    fMapping = mapping;
+  }
+  // Restores the mapping at once. The clip is open until it is set again.
+  void RestoreMapping(const CPortMapping& mapping);
+
+  // Without a value if it has to be read from the context.
+  const std::optional<TRect>& GetClip() const { return fClip; }
+  const std::optional<CPortMapping>& GetMapping() const { return fMapping; }
+
+ private:
+  void SelectClip() const;
+
+  HDC__* fHDC;
+  std::optional<TRect> fClip;  // not selected yet; only with a mapping
+  std::optional<CPortMapping> fMapping;
+};
+
 // Reads the clip of a context in its constructor, and clips views within it, one after the other: Enter,
 // drawing, Leave. The destructor restores the clip.
 class CPortClip : CNotCopied {
  public:
-  explicit CPortClip(HDC__* hdc);
+  // `knownPort`, if it is not null, belongs to the context, and is told of each use of it. Then clips that
+  // are one rectangle are selected by the next use only.
+  explicit CPortClip(HDC__* hdc, CKnownPort* knownPort = nullptr);
   ~CPortClip();
 
   // The bounding box of what can be drawn, in logical coordinates. Empty if nothing can be drawn.
@@ -173,12 +216,13 @@ class CPortClip : CNotCopied {
   void BringBack();
 
   HDC__* fHDC;
+  CKnownPort* fKnownPort;
   CPortMapping fMapping;
   TShape fShape;
   TRect fBox;
   TRectList fRects;                      // from the top, in logical coordinates
   std::optional<CStateRestorer> fState;  // for kRects and kUnknown
-  bool fIsIntact;                        // the context has the clip that the constructor read
+  bool fIsIntact;                        // the clip is the one that the constructor found
 };
 
 }  // namespace NSMorvane

@@ -34,6 +34,16 @@ constexpr UINT NativeType(TSelection selection) {
   return 0;
 }
 
+// Requires that `rect` lies in one rectangle of what can be drawn, that the context has the mapping, and that
+// the mapping is in pixels.
+int SelectRect(HDC hdc, const TRect& rect, const CPortMapping& mapping) {
+  const TPoint shift = mapping.GetShift();
+  const HRGN region = CClipRegions::GetInstance().GetNext(OffsetRectBy(rect, shift.fX, shift.fY));
+  if (region != nullptr) return SelectClipRgn(hdc, region);
+  SelectClipRgn(hdc, nullptr);
+  return IntersectClipRect(hdc, rect.fLeft, rect.fTop, rect.fRight, rect.fBottom);
+}
+
 }  // namespace
 
 // --- CStateRestorer
@@ -165,9 +175,32 @@ HRGN CClipRegions::GetNext(const TRect& deviceRect) {
   return entry.fRegion;
 }
 
+// --- CKnownPort
+
+void CKnownPort::RestoreMapping(const CPortMapping& mapping) {
+  fClip.reset();
+  if (fMapping == mapping) return;
+  mapping.Restore(fHDC);
+  fMapping = mapping;
+}
+
+void CKnownPort::SelectClip() const { SelectRect(fHDC, *fClip, *fMapping); }
+
 // --- CPortClip
 
-CPortClip::CPortClip(HDC hdc) : fHDC(hdc), fMapping(hdc), fShape(kNothing), fBox(), fIsIntact(true) {
+CPortClip::CPortClip(HDC hdc, CKnownPort* knownPort)
+    : fHDC(hdc),
+      fKnownPort(knownPort),
+      fMapping(knownPort != nullptr && knownPort->GetMapping() ? *knownPort->GetMapping()
+                                                               : CPortMapping(hdc)),
+      fShape(kNothing),
+      fBox(),
+      fIsIntact(true) {
+  if (fKnownPort != nullptr && fKnownPort->GetClip()) {
+    fShape = kOneRect;
+    fBox = *fKnownPort->GetClip();
+    return;
+  }
   RECT box = {};
   const int complexity = GetClipBox(hdc, &box);
   if (complexity == ERROR || complexity == NULLREGION) return;
@@ -219,23 +252,23 @@ void CPortClip::Renew(const TRect& bounds) {
 }
 
 void CPortClip::Leave() {
-  fMapping.Restore(fHDC);
+  if (fKnownPort != nullptr) {
+    fKnownPort->RestoreMapping(fMapping);
+  } else {
+    fMapping.Restore(fHDC);
+  }
   fIsIntact = false;
 }
 
 // Requires that `rect` lies in one rectangle of the shape and overlaps no other, and that the mapping is in
 // pixels.
 bool CPortClip::Select(const TRect& rect) {
-  const TPoint shift = fMapping.GetShift();
-  const HRGN region = CClipRegions::GetInstance().GetNext(OffsetRectBy(rect, shift.fX, shift.fY));
-  int complexity = ERROR;
-  if (region != nullptr) {
-    complexity = SelectClipRgn(fHDC, region);
-  } else {
-    if (!fIsIntact) SelectClipRgn(fHDC, nullptr);
-    complexity = IntersectClipRect(fHDC, rect.fLeft, rect.fTop, rect.fRight, rect.fBottom);
-  }
   fIsIntact = false;
+  if (fKnownPort != nullptr) {
+    fKnownPort->SetClip(rect, fMapping);
+    return true;
+  }
+  const int complexity = SelectRect(fHDC, rect, fMapping);
   return complexity != ERROR && complexity != NULLREGION;
 }
 
