@@ -140,6 +140,13 @@ struct TShownWindows {
   }
 };
 
+// The documents alone, which are all that most windows need.
+inline std::vector<IWindow*> ShownDocuments(IMorvane& morvane) {
+  CVectorWindowReceiver documents;
+  ThrowIfFailed(morvane.IMorvane_GetDocumentWindowsZ(documents));
+  return documents.fWindows;
+}
+
 // --- Placing a window
 //
 // Call these functions in the constructor of the window's behaviour, before the window is shown, or later.
@@ -174,9 +181,8 @@ TError PlaceWith(IMorvane& morvane, TKind& window, TPlace&& place) {
 template <class TKind>
 TError PlaceCascaded(IMorvane& morvane, TKind& window) {
   return PlaceWith(morvane, window, [&](const TMonitorList& monitors, const TSize& size) {
-    const TShownWindows shown(morvane);
     std::vector<TRect> others;
-    for (IWindow* const other : shown.fDocuments.fWindows)
+    for (IWindow* const other : ShownDocuments(morvane))
       if (other != &WindowOf(window)) others.push_back(FrameOnScreen(monitors, *other));
     return CascadedRect(size, others, WorkAreaFor(monitors, others.empty() ? TRect{} : others.front()));
   });
@@ -217,7 +223,10 @@ TError PlaceCentred(IMorvane& morvane, TKind& window, IModalOwner* owner = nullp
 template <class TKind>
 TError PlaceBeside(IMorvane& morvane, TKind& window, IWindow* document = nullptr) {
   return PlaceWith(morvane, window, [&](const TMonitorList& monitors, const TSize& size) {
-    if (!document) document = TShownWindows(morvane).FrontDocument();
+    if (!document) {
+      const std::vector<IWindow*> documents = ShownDocuments(morvane);
+      if (!documents.empty()) document = documents.front();
+    }
     if (!document) {
       const TRect area = WorkAreaFor(monitors, TRect{});
       return BesideRect(size, area, area, area);

@@ -11,11 +11,25 @@ namespace NSMorvane {
 
 namespace {
 
-using NSTextPackage::ArrayToView;
+// Whether two arrays have the same text, each up to its end or its terminator.
+template <std::size_t kLimit>
+bool HaveSameText(const TChar (&a)[kLimit], const TChar (&b)[kLimit]) {
+  const auto [inA, inB] = std::mismatch(a, a + kLimit, b, [](TChar x, TChar y) { return x == y && x != 0; });
+  return inA == a + kLimit || *inA == *inB;
+}
 
 bool AreEqual(const TKeyInterpretation& a, const TKeyInterpretation& b) {
-  return ArrayToView(a.fKeyText) == ArrayToView(b.fKeyText) && a.fModifiers.fKeys == b.fModifiers.fKeys &&
+  return HaveSameText(a.fKeyText, b.fKeyText) && a.fModifiers.fKeys == b.fModifiers.fKeys &&
          a.fModifiers.fReserved == b.fModifiers.fReserved && a.fPhysicalTest == b.fPhysicalTest;
+}
+
+// Whether the array has this text, which has no terminator inside. The text is short and the array is long,
+// so nothing is counted.
+template <std::size_t kLimit>
+bool HasText(const TChar (&array)[kLimit], const TString& text) {
+  const std::size_t size = text.size();
+  return size <= kLimit && std::equal(text.begin(), text.end(), array) &&
+         (size == kLimit || array[size] == 0);
 }
 
 bool AreEqual(const IIcon* a, const IIcon* b) {
@@ -58,9 +72,9 @@ bool CMenuItem::operator==(const CMenuItem& other) const {
 }
 
 bool CMenuItem::IsMadeFrom(const TMenuItem& item) const {
-  return fCommand == item.fCommand && fStateFlags == item.fStateFlags &&
-         ArrayToView(item.fSubmenuName) == fSubmenuName && ArrayToView(item.fText) == fText &&
-         AreEqual(fShortcut, item.fShortcut) && AreEqual(fIcon.get(), item.fIcon);
+  return fCommand == item.fCommand && fStateFlags == item.fStateFlags && HasText(item.fText, fText) &&
+         HasText(item.fSubmenuName, fSubmenuName) && AreEqual(fShortcut, item.fShortcut) &&
+         AreEqual(fIcon.get(), item.fIcon);
 }
 
 void CMenuItem::ToRecord(TMenuItem& out) const {

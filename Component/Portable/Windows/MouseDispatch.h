@@ -56,6 +56,11 @@ class CMouseDispatch : CNotCopied {
   void CheckTracking(const TPoint& point);
   // If not, it would do nothing: a capture is in force, or such a check is under way.
   bool CanCheckTracking() const { return !fIsChecking && !fCapture; }
+  // If not, it would find nothing, wherever the mouse is: the window has no views but its root view, and none
+  // was under the mouse at the last look.
+  bool HasViewsToCheck(const CViewImpl& rootView) const {
+    return !rootView.GetRawSubViews().empty() || !fLastHitViews.empty();
+  }
   // A press, or a context click.
   void DispatchClick(TMouseEvent event);
   void DispatchRelease(const TMouseEvent& event);

@@ -31,13 +31,13 @@ CViewImpl& ViewOf(IView& view) {
 
 namespace {
 
-std::vector<IWindow*> WindowsOfKind(const std::vector<boost::shared_ptr<CWinWindow>>& windows,
+std::vector<IWindow*> WindowsOfKind(const std::vector<boost::shared_ptr<CWinWindow>>& shownWindows,
                                     TWindowKind kind, const char* invariant) {
   std::vector<IWindow*> result;
-  for (const boost::shared_ptr<CWinWindow>& window : windows) {
+  for (const boost::shared_ptr<CWinWindow>& window : shownWindows) {
     if (window->GetWindowKind() != kind) continue;
     MORVANE_ASSERT_TEXT(invariant, window->CheckInvariant());
-    if (window->IsVisible()) result.push_back(window.get());
+    result.push_back(window.get());
   }
   return result;
 }

@@ -109,10 +109,10 @@ LRESULT CNativeWindowWrapper::Dispatch(HWND hwnd, UINT message, WPARAM wParam, L
   return firstListener->WindowProc(*this, hwnd, message, wParam, lParam);
 }
 
-bool CNativeWindowWrapper::IsSound(const CNativeWindowWrapper* wrapper, HWND nativeWindow) {
+bool CNativeWindowWrapper::IsSound(const CNativeWindowWrapper* wrapper, HWND nativeWindow, HWND existing) {
   // The object is read last, when the map has shown that it still exists.
-  if (wrapper && nativeWindow && IsWindow(nativeWindow) && FindWrapper(nativeWindow) == wrapper &&
-      wrapper->fOldProc != 0)
+  if (wrapper && nativeWindow && (nativeWindow == existing || IsWindow(nativeWindow)) &&
+      FindWrapper(nativeWindow) == wrapper && wrapper->fOldProc != 0)
     return true;
   MORVANE_UNREACHED();
   return false;

@@ -45,11 +45,13 @@ class CNativeWindowWrapper : CNotCopied {
   LRESULT Dispatch(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 
   bool CheckInvariant() const { return IsSound(this, fNativeWindow); }
+  // The same, for a caller who has just seen that this window exists: the system is not asked twice.
+  bool CheckInvariantWith(HWND existing) const { return IsSound(this, fNativeWindow, existing); }
 
  private:
   friend LRESULT CALLBACK WindowProcCallback(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
   // The invariant of an object that may be gone: it is read only if the map still has it for this window.
-  static bool IsSound(const CNativeWindowWrapper* wrapper, HWND nativeWindow);
+  static bool IsSound(const CNativeWindowWrapper* wrapper, HWND nativeWindow, HWND existing = nullptr);
 
   std::vector<INativeWindowWrapper_ProcListener*> fProcListeners;  // in the order in which they are called
   HWND fNativeWindow;

@@ -92,9 +92,11 @@ void DrawViewInfo(CDeviceContext& context, const CViewImpl& view) {
 
 bool CWinViewInspector::IsOn() const { return fWindow.fHost->GetDebugSettings().fDrawMouseViewInfo != 0; }
 
+bool CWinViewInspector::IsIdle() const { return !IsOn() && fInspector.IsIdle(); }
+
 bool CWinViewInspector::Follow(const TPoint& point, bool isUnderMouse) {
+  if (IsIdle()) return false;
   const bool isOn = IsOn();
-  if (!isOn && fInspector.IsIdle()) return false;
   const bool isOther =
       fInspector.Inspect(isOn && isUnderMouse ? FindLeafView(*fWindow.fRootView, point) : nullptr);
   if (isOther && isOn) ::InvalidateRect(fWindow.fHwnd, nullptr, FALSE);

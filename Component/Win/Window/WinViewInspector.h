@@ -26,6 +26,8 @@ class CWinViewInspector : CNotCopied {
   explicit CWinViewInspector(const TWindowCore& window) : fWindow(window) {}
 
   bool IsOn() const;
+  // True if Follow would do nothing, wherever the mouse is.
+  bool IsIdle() const;
   // Inspects the view at a point in client coordinates, or none if the setting is off or another window is
   // under the mouse. True if clients may have been called. The caller holds the window.
   bool Follow(const TPoint& point, bool isUnderMouse);

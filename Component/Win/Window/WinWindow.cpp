@@ -154,7 +154,7 @@ bool CWinWindow::CWindowGlue_CheckInvariant() const {
   // Of the views, only the root view and the focus view are tested.
   if (fRunBehavior && !(fRootView && !fRootView->CheckInvariant()) &&
       !(GetFocusView() && !GetFocusView()->CheckInvariant()) && !(fHwnd && !IsWindow(fHwnd)) &&
-      !(fNativeWindowWrapper && !fNativeWindowWrapper->CheckInvariant()))
+      !(fNativeWindowWrapper && !fNativeWindowWrapper->CheckInvariantWith(fHwnd)))
     return true;
   MORVANE_UNREACHED();
   return false;

@@ -75,6 +75,11 @@ void CWinWindowMouse::OnLeave(const TPoint& screenPosition) {
   fIsLeaveArmed = false;
 }
 
+bool CWinWindowMouse::CanCheckTracking() const {
+  return fDispatch.CanCheckTracking() && fWindow.fRootView &&
+         (!fInspector.IsIdle() || fDispatch.HasViewsToCheck(*fWindow.fRootView));
+}
+
 void CWinWindowMouse::ArmLeave() {
   if (fIsLeaveArmed) return;
   TRACKMOUSEEVENT request = {};

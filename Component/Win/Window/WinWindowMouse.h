@@ -58,7 +58,8 @@ class CWinWindowMouse : private IMouseWindow, CNotCopied {
 
   // Called after anything that may have moved another view under the mouse.
   void CheckTracking(const TPoint& position) { fDispatch.CheckTracking(position); }
-  bool CanCheckTracking() const { return fDispatch.CanCheckTracking(); }
+  // If not, it would do nothing.
+  bool CanCheckTracking() const;
   // Asks the views for the mouse shape and shows it.
   void RefreshShape(const TMouseShapeRequest& request);
 

@@ -1,6 +1,7 @@
 #include "Component/Win/Window/WindowRegistry.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Win/Platform/UtilsWin.h"
@@ -82,8 +83,10 @@ void CWindowRegistry::RemoveHidden(HWND hwnd) {
 void CWindowRegistry::MakeRoomForHidden() { fHidden.reserve(fHidden.size() + 1); }
 
 bool CWindowRegistry::IsShown(HWND hWnd) const {
+  // What is visible exists.
+  if (IsWindowVisible(hWnd)) return !IsHidden(hWnd);
   MORVANE_ASSERT(::IsWindow(hWnd));
-  return IsWindowVisible(hWnd) && !IsHidden(hWnd);
+  return false;
 }
 
 std::vector<HWND> CWindowRegistry::GetShownHwndsZ() const {
@@ -95,28 +98,42 @@ std::vector<HWND> CWindowRegistry::GetShownHwndsZ() const {
 }
 
 CWindowRegistry::TWindows CWindowRegistry::GetVisibleWindowsZ() const {
+  // Asked once for each window, and found by its handle: there may be hundreds of them.
+  struct TShown {
+    HWND fHwnd;
+    const CWinWindow* fWindow;
+  };
+  std::vector<TShown> shown;
+  shown.reserve(fWindows.size());
+  for (const TEntry& entry : fWindows) {
+    if (entry.fReference.expired()) continue;
+    const HWND hwnd = entry.fWindow->GetHwnd();
+    if (IsWindowVisible(hwnd) && !IsHidden(hwnd)) shown.push_back({hwnd, entry.fWindow});
+  }
   TWindows windows;
-  std::vector<HWND> handles;
-  for (const boost::shared_ptr<CWinWindow>& window : GetWindows())
-    if (IsWindowVisible(window->GetHwnd())) handles.push_back(window->GetHwnd());
+  windows.reserve(shown.size());
   // A single window needs no order, for which the windows have to be listed.
-  const bool isOrdered = handles.size() < 2 && std::ranges::all_of(handles, IsTopLevel);
+  if (shown.size() < 2 && std::ranges::all_of(shown, IsTopLevel, &TShown::fHwnd)) {
+    for (const TShown& each : shown) windows.push_back(each.fWindow->GetClientsWindowReference());
+    return windows;
+  }
+  std::ranges::sort(shown, std::ranges::less(), &TShown::fHwnd);
   // All windows of the library belong to one thread.
-  if (!isOrdered) handles = GetThreadWindowsZ();
-  for (const HWND hwnd : handles) {
-    const CWinWindow* const window = IsWindowVisible(hwnd) && !IsWindowList(hwnd) ? Find(hwnd) : nullptr;
-    if (window && !IsHidden(hwnd)) windows.push_back(window->GetClientsWindowReference());
+  for (const HWND hwnd : GetThreadWindowsZ()) {
+    const auto found = std::ranges::lower_bound(shown, hwnd, std::ranges::less(), &TShown::fHwnd);
+    if (found != shown.end() && found->fHwnd == hwnd)
+      windows.push_back(found->fWindow->GetClientsWindowReference());
   }
   return windows;
 }
 
 CWindowRegistry::TWindows CWindowRegistry::GetVisibleDocumentWindows() const {
-  TWindows windows;
-  for (const boost::shared_ptr<CWinWindow>& documentWindow : GetVisibleWindowsZ()) {
-    if (documentWindow->GetWindowKind() != kWindowKindDocument) continue;
+  TWindows windows = GetVisibleWindowsZ();
+  std::erase_if(windows, [](const boost::shared_ptr<CWinWindow>& documentWindow) {
+    if (documentWindow->GetWindowKind() != kWindowKindDocument) return true;
     MORVANE_ASSERT(documentWindow->CheckInvariant());
-    if (documentWindow->IsVisible()) windows.push_back(documentWindow);
-  }
+    return false;
+  });
   return windows;
 }
 
