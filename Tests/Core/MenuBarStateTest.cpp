@@ -136,6 +136,9 @@ TEST_F(MenuBarState, ComparesByValue) {
          state.IMenuBarState_SetMenuItems(kMenuReserved12, &item, sizeof(item));
        }},
       {"text", [](auto&, auto& item) { item.fText[0] = u'b'; }},
+      {"longer text", [](auto&, auto& item) { item.fText[1] = u'b'; }},
+      {"submenu", [](auto&, auto& item) { item.fSubmenuName[0] = u's'; }},
+      {"key", [](auto&, auto& item) { item.fShortcut.fKeyText[0] = u'k'; }},
       {"state", [](auto&, auto& item) { item.fStateFlags = 0; }},
       {"modifiers", [](auto&, auto& item) { item.fShortcut.fModifiers.fKeys = kModifierControl; }},
       {"keypad", [](auto&, auto& item) { item.fShortcut.fPhysicalTest = 1; }}};
