@@ -296,10 +296,11 @@ class CEventRows {
 void MeasureEvents(IMorvane& morvane, const TOptions& options) {
   constexpr char kRate[] = "messages/s";
   CEventRows rows(morvane, options);
-  rows.MeasureMoves(
-      {"move-100", "Mouse moves over 100 trackable views; plain with a list of rectangles", "", kRate}, 100);
-  rows.MeasureMoves({"move", "The same with 1,000 views", "", kRate}, 1000);
-  rows.MeasureMoves({"move-10000", "The same with 10,000 views", "", kRate}, 10000);
+  rows.MeasureMoves({"move-100", "Mouse moves over 100 trackable views; plain with a list of rectangles",
+                     "at least 0.8", kRate},
+                    100);
+  rows.MeasureMoves({"move", "The same with 1,000 views", "at least 0.8", kRate}, 1000);
+  rows.MeasureMoves({"move-10000", "The same with 10,000 views", "at least 0.8", kRate}, 10000);
   rows.MeasureRealMoves(
       {"move-real", "The pointer really moved, to 200 places, 5 ms each, over 1,000 trackable views", "",
        "us"},
