@@ -348,8 +348,13 @@ const std::vector<CViewImpl*>& CViewImpl::FindSubViewsAt(const TPoint& point) co
   if (found.fIsKnown && found.fPoint.fX == point.fX && found.fPoint.fY == point.fY) return found.fSubViews;
   found.fIsKnown = false;
   found.fSubViews.clear();
-  for (std::size_t i = 0; i < GetRawSubViews().size(); ++i)
-    if (IsPointInRect(point, fSubViews->fRects[i])) found.fSubViews.push_back(fSubViews->fViews[i]);
+  if (fSubViews) {
+    std::size_t place = 0;
+    for (const TRect& rect : fSubViews->fRects) {
+      if (IsPointInRect(point, rect)) found.fSubViews.push_back(fSubViews->fViews[place]);
+      ++place;
+    }
+  }
   found.fPoint = point;
   found.fIsKnown = true;
   return found.fSubViews;
