@@ -2,16 +2,18 @@
 """What scripts/bench does with the figures of Bench.exe: compares them, keeps them, draws them.
 
   figures.py check BENCH [OPTION...]   runs BENCH; fails if a row has lost more than its spread in three tries
-  figures.py keep BENCH [OPTION...]    runs BENCH and writes the figures of its rows into baseline.json
+  figures.py keep BENCH [OPTION...]    runs BENCH three times and writes the figures of its rows into baseline.json
   figures.py plot                      draws baseline.json into docs/images/performance.png
 
 BENCH is the command that runs Bench.exe, in one word. baseline.json holds ratios only, with the lowest and the
-highest of the pairs of samples: times depend on the machine. Drawing needs python3-matplotlib, which nothing else
+highest of the pairs of samples in all three runs: times depend on the machine, and one run is more even than
+several. Drawing needs python3-matplotlib, which nothing else
 does.
 """
 import json
 import pathlib
 import re
+import statistics
 import subprocess
 import sys
 
@@ -19,6 +21,7 @@ HERE = pathlib.Path(__file__).resolve().parent
 BASELINE = HERE / "baseline.json"
 PICTURE = HERE.parent / "docs" / "images" / "performance.png"
 TRIES = 3
+RUNS_TO_KEEP = 3
 ROW = re.compile(r"\| (\S+) \| [^|]* \| ([\d.]+) \| ([\d.]+) to ([\d.]+) \| [^|]* \| [\d.]+ (\S+) \|")
 # Rows that measure the same with more and more of something.
 GROWTH = {
@@ -28,19 +31,36 @@ GROWTH = {
 }
 
 
+def rows_in(lines):
+    rows = {}
+    for line in lines:
+        if found := ROW.match(line):
+            name, ratio, lowest, highest, unit = found.groups()
+            rows[name] = {"ratio": float(ratio), "lowest": float(lowest), "highest": float(highest)}
+            if not unit.endswith("/s"):
+                rows[name]["lowerIsBetter"] = True
+    return rows
+
+
 def measure(command):
     """The rows that a run prints, which are shown as they come."""
-    rows = {}
+    lines = []
     with subprocess.Popen(command, stdout=subprocess.PIPE, text=True) as run:
         for line in run.stdout:
             print(line, end="", flush=True)
-            if found := ROW.match(line):
-                name, ratio, lowest, highest, unit = found.groups()
-                rows[name] = {"ratio": float(ratio), "lowest": float(lowest), "highest": float(highest)}
-                if not unit.endswith("/s"):
-                    rows[name]["lowerIsBetter"] = True
+            lines.append(line)
     if run.returncode != 0:
         sys.exit(f"the measurement ended with code {run.returncode}")
+    return rows_in(lines)
+
+
+def merged(runs):
+    """Each row with the median of its ratios and the widest spread."""
+    rows = {}
+    for name in dict.fromkeys(name for run in runs for name in run):
+        seen = [run[name] for run in runs if name in run]
+        rows[name] = {**seen[0], "ratio": round(statistics.median(row["ratio"] for row in seen), 2),
+                      "lowest": min(row["lowest"] for row in seen), "highest": max(row["highest"] for row in seen)}
     return rows
 
 
@@ -80,10 +100,14 @@ def without_rows(options):
 
 
 def keep(bench, options):
+    write_baseline(merged([measure([bench, *options]) for _ in range(RUNS_TO_KEEP)]))
+
+
+def write_baseline(rows):
+    """The rows in their order, and those that were kept before after them."""
     kept = json.loads(BASELINE.read_text()) if BASELINE.exists() else {}
-    kept.update(measure([bench, *options]))
-    BASELINE.write_text(json.dumps(kept, indent=2) + "\n")
-    print(f"{len(kept)} rows are in {BASELINE.name}")
+    BASELINE.write_text(json.dumps({**rows, **{name: kept[name] for name in kept if name not in rows}}, indent=2) + "\n")
+    print(f"{len(kept | rows)} rows are in {BASELINE.name}")
 
 
 def plot():
