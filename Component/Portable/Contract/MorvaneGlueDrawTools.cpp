@@ -1,5 +1,6 @@
 // The contract members of the draw tools, and the dirty region of the view that is being drawn.
 #include <cstddef>
+#include <utility>
 
 #include "Component/Portable/Base/MorvaneImplUtils.h"
 #include "Component/Portable/Contract/MorvaneGlueContract.h"
@@ -20,16 +21,24 @@ CDrawToolsGlue::~CDrawToolsGlue() {
 TError CDrawToolsGlue::IDrawTools_GetDirtyRegion(void*& outNativeRegion) {
   MORVANE_REQUIRE("CDrawToolsGlue::IDrawTools_GetDirtyRegion", (outNativeRegion == NULL));
   TError outError;
-  CallHook(outError, [&] {
-    if (!fCachedCurrentDirtyRegionIsValid) {
-      fCachedCurrentDirtyRegion = CRegion(static_cast<TNativeRegion>(fDirtyRegion), true);
-      for (const TRect& bounds : fCurrentViewSubtreeBounds) fCachedCurrentDirtyRegion.IntersectRect(bounds);
-      fCachedCurrentDirtyRegionIsValid = true;
-    }
-    outNativeRegion = fCachedCurrentDirtyRegion.GetNativeRegion();
-  });
+  CallHook(outError, [&] { outNativeRegion = GetCurrentDirtyRegion().GetNativeRegion(); });
   MORVANE_ASSERT(IsValidError(outError));
   return outError;
+}
+
+// Subviews begin with what is dirty in their super view, which is cut out once for all of them.
+const CRegion& CDrawToolsGlue::GetCurrentDirtyRegion() {
+  if (!fWholeDirtyRegion) fWholeDirtyRegion = CRegion(static_cast<TNativeRegion>(fDirtyRegion), true);
+  const CRegion* region = &*fWholeDirtyRegion;
+  for (TLevel& level : fLevels) {
+    if (!level.fDirtyRegion) {
+      CRegion part(*region);
+      part.IntersectRect(level.fBounds);
+      level.fDirtyRegion = std::move(part);
+    }
+    region = &*level.fDirtyRegion;
+  }
+  return *region;
 }
 
 TError CDrawToolsGlue::IDrawTools_OpenNativePort(TNativePort& out) {
@@ -109,22 +118,20 @@ void CDrawToolsGlue::PutFontBack() {
 void CDrawToolsGlue::PushViewBounds(const TRect& bounds) {
   MORVANE_ASSERT(!fNativePortIsOpen);
   MORVANE_ASSERT(!fRawPixelsAreOpen);
-  fCachedCurrentDirtyRegionIsValid = false;
-  fCurrentViewSubtreeBounds.push_back(bounds);
+  fLevels.push_back({bounds, std::nullopt});
 }
 
 void CDrawToolsGlue::PopViewBounds(const TRect& rect) {
   MORVANE_ASSERT(!fNativePortIsOpen);
   MORVANE_ASSERT(!fRawPixelsAreOpen);
-  fCachedCurrentDirtyRegionIsValid = false;
-  MORVANE_ASSERT(fCurrentViewSubtreeBounds.size() > 0);
-  if (fCurrentViewSubtreeBounds.empty()) return;
-  const TRect& top = fCurrentViewSubtreeBounds.back();
+  MORVANE_ASSERT_TEXT("fCurrentViewSubtreeBounds.size() > 0", fLevels.size() > 0);
+  if (fLevels.empty()) return;
+  const TRect& top = fLevels.back().fBounds;
   MORVANE_ASSERT(top.fLeft == rect.fLeft);
   MORVANE_ASSERT(top.fTop == rect.fTop);
   MORVANE_ASSERT(top.fRight == rect.fRight);
   MORVANE_ASSERT(top.fBottom == rect.fBottom);
-  fCurrentViewSubtreeBounds.pop_back();
+  fLevels.pop_back();
 }
 
 void CDrawToolsGlue::CloseWhatIsLeftOpen() {

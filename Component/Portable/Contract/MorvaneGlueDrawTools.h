@@ -1,7 +1,8 @@
 // The contract class of the draw tools.
 #pragma once
 
-#include <vector>
+#include <deque>
+#include <optional>
 
 #include "Component/Portable/Base/Scopes.h"
 #include "Component/Portable/Surfaces/PortState.h"
@@ -47,14 +48,21 @@ class CDrawToolsGlue : public IDrawTools, CNotCopied {
  protected:
   TNativePort fNativePort;
   void* fDirtyRegion;
-  std::vector<TRect> fCurrentViewSubtreeBounds;
-  CRegion fCachedCurrentDirtyRegion;
-  bool fCachedCurrentDirtyRegionIsValid = false;
   bool fNativePortIsOpen = false;
   bool fRawPixelsAreOpen = false;
 
  private:
+  // A view that is being drawn, inside those before it.
+  struct TLevel {
+    TRect fBounds;
+    std::optional<CRegion> fDirtyRegion;  // what is dirty in it, once somebody has asked
+  };
+
+  const CRegion& GetCurrentDirtyRegion();
   void PutFontBack();
+
+  std::optional<CRegion> fWholeDirtyRegion;
+  std::deque<TLevel> fLevels;  // regions that have been told stay where they are
 
   CKnownPort fKnownPort;
   // The font that was opened with last and is still selected, or null; and the one to select in its place.
