@@ -86,6 +86,17 @@ class CPlainRects {
   explicit CPlainRects(int count) {
     for (int i = 0; i < count; ++i) fRects.push_back(CellRect(i));
   }
+  // Hidden. It must not outlive this object.
+  CPlainEventWindow MakeWindow() {
+    return CPlainEventWindow(
+        [this](HWND hwnd, UINT message, LPARAM lParam) {
+          if (message == WM_MOUSEMOVE) OnMove(hwnd, lParam);
+        },
+        false);
+  }
+  std::uint64_t TakeHits() { return std::exchange(fHits, 0); }
+
+ private:
   void OnMove(HWND hwnd, LPARAM lParam) {
     POINT cursor;
     GetCursorPos(&cursor);
@@ -97,9 +108,6 @@ class CPlainRects {
     const RECT* const rect = isAtCursor ? rectUnderCursor : Find(hwnd, point);
     if (rect && rect != std::exchange(fLast, rect)) ++fHits;
   }
-  std::uint64_t TakeHits() { return std::exchange(fHits, 0); }
-
- private:
   const RECT* Find(HWND hwnd, POINT point) const {
     POINT onScreen = point;
     ClientToScreen(hwnd, &onScreen);
@@ -167,11 +175,7 @@ class CEventRows {
     Progress(texts.fName);
     CEventScene scene(fMorvane, viewCount, false);
     CPlainRects rects(viewCount);
-    CPlainEventWindow plain(
-        [&](UINT message, LPARAM lParam) {
-          if (message == WM_MOUSEMOVE) rects.OnMove(plain.Hwnd(), lParam);
-        },
-        false);
+    CPlainEventWindow plain = rects.MakeWindow();
     int step = 0;
     const TMeasure measure = Repeated([&](HWND hwnd) {
       // From cell to cell over the cells that all counts have.
@@ -190,11 +194,7 @@ class CEventRows {
     if (!CMover::IsThere()) return Progress("  needs " + CMover::Program());
     CEventScene scene(fMorvane, viewCount, false);
     CPlainRects rects(viewCount);
-    CPlainEventWindow plain(
-        [&](UINT message, LPARAM lParam) {
-          if (message == WM_MOUSEMOVE) rects.OnMove(plain.Hwnd(), lParam);
-        },
-        false);
+    CPlainEventWindow plain = rects.MakeWindow();
     PrintRow(texts, Compare(fOptions,
                             TimeMoves([&] { return scene.Hwnd(); },
                                       [&] { ThrowIfFailed(fMorvane.IMorvane_Yield()); },
@@ -282,7 +282,7 @@ class CEventRows {
   }
   void MeasureAgainstEmpty(const TRowTexts& texts, const TSample& sample, const TMeasure& plainMeasure) {
     std::uint64_t count = 0;
-    CPlainEventWindow plain([&](UINT, LPARAM) { ++count; }, false);
+    CPlainEventWindow plain([&](HWND, UINT, LPARAM) { ++count; }, false);
     PrintRow(texts, Compare(fOptions, sample,
                             PlainSample(plain, plainMeasure, [&] { return std::exchange(count, 0); })));
   }

@@ -45,7 +45,7 @@ LRESULT CALLBACK CPlainEventWindow::WindowProc(HWND hwnd, UINT message, WPARAM w
              message == WM_KEYDOWN || message == WM_TIMER) {
     const CPlainEventWindow& self =
         *reinterpret_cast<const CPlainEventWindow*>(GetWindowLongPtrW(hwnd, GWLP_USERDATA));
-    if (self.fHandler) self.fHandler(message, lParam);
+    if (self.fHandler) self.fHandler(hwnd, message, lParam);
     return 0;
   }
   return DefWindowProcW(hwnd, message, wParam, lParam);

@@ -10,7 +10,7 @@ namespace NSBench {
 class CPlainEventWindow {
  public:
   // What is done with messages of the kinds that are measured; the others go to the system.
-  using THandler = std::function<void(UINT message, LPARAM lParam)>;
+  using THandler = std::function<void(HWND hwnd, UINT message, LPARAM lParam)>;
 
   // Opened as an application opens a window, so that it becomes active, or hidden.
   explicit CPlainEventWindow(THandler handler = {}, bool isOpened = true);
